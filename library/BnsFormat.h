@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "library/Library.h"
+
+namespace snip {
+
+/// The `.bns` file format: bytes in, snippets out, and back.
+///
+/// A file is text in the ANSI code page, one item a line, every line ended by CR LF:
+///
+///     BNS2.0
+///     name                     \  once for
+///     attachment path          |  each snippet
+///     description lines        |
+///     (,)                      |
+///     code lines               /
+///     (.)                         only when another snippet follows
+///     ...
+///
+/// There are no escapes and no counts: a description or code line that is a marker, blanks around it aside,
+/// ends its block there.
+
+enum class BnsVersion {
+  Version1,  ///< Read only: no attachments, one-line descriptions, the markers "." and "..".
+  Version2,
+};
+
+/// Why bytes are no library.
+enum class NotALibrary {
+  NoFirstLine,       ///< There is nothing in the file.
+  UnknownFirstLine,  ///< The first line names no version of the format.
+};
+
+struct BnsContents {
+  BnsVersion version = BnsVersion::Version2;
+  std::vector<Snippet> snippets;  ///< At most Library::kMaxSnippets.
+  std::size_t omitted = 0;        ///< How many more the file holds that a library has no room for.
+};
+
+/// Reads a whole file. Blanks at the end of description and code lines are dropped, everything else is kept.
+/// A file that stops short is read as far as it goes.
+///
+/// The first line says how lines end: CR LF, or LF alone in a file that came through another system's editor.
+/// Any other CR or LF is part of its line.
+std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes);
+
+/// The bytes of a version 2 file. What this wrote reads back unchanged but for blanks at the end of lines, as
+/// long as no line of a text is a marker and no name or attachment holds a line end.
+std::string WriteBns(std::span<const Snippet> snippets);
+
+/// The bytes of a newly created library: one default snippet.
+std::string NewLibraryBns();
+
+}  // namespace snip

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "library/LibraryStore.h"
+
+namespace snip {
+
+/// The libraries of one directory: the program's own, where `.bns` files lie beside the executable.
+class LibraryFolder : public LibraryStore {
+ public:
+  explicit LibraryFolder(std::string directory);
+
+  std::vector<std::string> Names() const override;
+  std::string PathOf(const std::string& name) const override;
+  std::optional<std::string> Read(const std::string& path) const override;
+  bool Replace(const std::string& path, const std::string& bytes) override;
+
+ private:
+  std::string prefix_;  ///< The directory with a "\" at its end.
+};
+
+}  // namespace snip

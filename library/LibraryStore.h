@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace snip {
+
+/// Where libraries are kept, as the logic sees it. Implemented by `LibraryFolder`.
+class LibraryStore {
+ public:
+  virtual ~LibraryStore() = default;
+
+  /// The names, without extension, of the libraries in the folder, in the order of its listing.
+  virtual std::vector<std::string> Names() const = 0;
+  /// The full path of the library of that name in the folder, whether or not it exists.
+  virtual std::string PathOf(const std::string& name) const = 0;
+  /// A file's bytes, or nothing when it cannot be read.
+  virtual std::optional<std::string> Read(const std::string& path) const = 0;
+  /// Deletes what is at `path` and writes the bytes anew; tells whether all of them are there.
+  virtual bool Replace(const std::string& path, const std::string& bytes) = 0;
+};
+
+}  // namespace snip

@@ -1,0 +1,63 @@
+#include "platform/Clipboard.h"
+
+#include <cstring>
+
+namespace snip {
+namespace {
+
+/// Other programs look at the clipboard whenever it changes and may hold it for a moment.
+constexpr int kOpenAttempts = 10;
+constexpr DWORD kAttemptPauseMs = 20;
+
+class OpenedClipboard {
+ public:
+  explicit OpenedClipboard(HWND owner) {
+    for (int attempt = 0; attempt < kOpenAttempts && !open_; ++attempt) {
+      if (attempt > 0) Sleep(kAttemptPauseMs);
+      open_ = OpenClipboard(owner) != 0;
+    }
+  }
+  ~OpenedClipboard() {
+    if (open_) CloseClipboard();
+  }
+  OpenedClipboard(const OpenedClipboard&) = delete;
+  OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+  explicit operator bool() const { return open_; }
+
+ private:
+  bool open_ = false;
+};
+
+/// A block of the kind that the clipboard takes over; freed when it does not.
+HGLOBAL MovableCopy(const void* data, std::size_t size) {
+  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, size);
+  if (block == nullptr) return nullptr;
+  void* target = GlobalLock(block);
+  if (target == nullptr) {
+    GlobalFree(block);
+    return nullptr;
+  }
+  std::memcpy(target, data, size);
+  GlobalUnlock(block);
+  return block;
+}
+
+bool PutData(UINT format, const void* data, std::size_t size) {
+  const HGLOBAL block = MovableCopy(data, size);
+  if (block == nullptr) return false;
+  if (SetClipboardData(format, block) != nullptr) return true;
+  GlobalFree(block);
+  return false;
+}
+
+}  // namespace
+
+bool CopyToClipboard(HWND owner, const std::string& text) {
+  const OpenedClipboard clipboard(owner);
+  if (!clipboard || EmptyClipboard() == 0) return false;
+  // The locale says in which code page the bytes are; the system offers them in Unicode as well.
+  const LCID locale = GetSystemDefaultLCID();
+  return PutData(CF_TEXT, text.c_str(), text.size() + 1) && PutData(CF_LOCALE, &locale, sizeof locale);
+}
+
+}  // namespace snip

@@ -1,0 +1,81 @@
+#include "platform/Dialog.h"
+
+#include <algorithm>
+
+#include "platform/Window.h"
+
+namespace snip {
+namespace {
+
+/// A dialog template without controls; menu, class and title are empty.
+struct EmptyTemplate {
+  DLGTEMPLATE header{};
+  WORD menu = 0;
+  WORD windowClass = 0;
+  WORD title = 0;
+};
+
+}  // namespace
+
+INT_PTR Dialog::ShowModal(HWND owner, DWORD style) {
+  EmptyTemplate resource;
+  resource.header.style = style;
+  return DialogBoxIndirectParamA(GetModuleHandleA(nullptr), &resource.header, owner, &DialogProc,
+                                 reinterpret_cast<LPARAM>(this));
+}
+
+INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_INITDIALOG) {
+    SetWindowLongPtrA(window, DWLP_USER, lParam);
+    reinterpret_cast<Dialog*>(lParam)->hWnd_ = window;
+  }
+  auto* self = reinterpret_cast<Dialog*>(GetWindowLongPtrA(window, DWLP_USER));
+  if (self == nullptr) return FALSE;
+  try {
+    switch (message) {
+      case WM_INITDIALOG:
+        self->OnInit();
+        return FALSE;  // OnInit has put the focus where it belongs
+      case WM_COMMAND:
+        self->OnCommand(LOWORD(wParam), HIWORD(wParam));
+        return TRUE;
+      case WM_CLOSE:
+        self->OnClose();
+        return TRUE;
+      case WM_NCDESTROY:
+        self->hWnd_ = nullptr;
+        return FALSE;
+      default:
+        return FALSE;
+    }
+  } catch (...) {
+    return FALSE;  // nothing may unwind through the system's frames
+  }
+}
+
+void Dialog::SizeAndCentre(Size client) {
+  RECT frame{0, 0, client.width, client.height};
+  AdjustWindowRectEx(&frame, static_cast<DWORD>(GetWindowLongA(hWnd_, GWL_STYLE)), FALSE,
+                     static_cast<DWORD>(GetWindowLongA(hWnd_, GWL_EXSTYLE)));
+  const int width = frame.right - frame.left;
+  const int height = frame.bottom - frame.top;
+
+  const HWND owner = GetWindow(hWnd_, GW_OWNER);
+  const Rect area = WorkArea(hWnd_);
+  Rect around = area;
+  if (owner != nullptr && IsWindowVisible(owner) != 0 && IsIconic(owner) == 0) around = PlaceInParent(owner);
+  const int left = around.left + (around.width - width) / 2;
+  const int top = around.top + (around.height - height) / 2;
+  MoveTo(hWnd_, {std::max(area.left, std::min(left, area.right() - width)),
+                 std::max(area.top, std::min(top, area.bottom() - height)), width, height});
+}
+
+Rect WorkArea(HWND window) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
+  const RECT& work = monitor.rcWork;
+  return {work.left, work.top, work.right - work.left, work.bottom - work.top};
+}
+
+}  // namespace snip

@@ -1,0 +1,20 @@
+#include "platform/ExactTextField.h"
+
+#include "platform/Win32Text.h"
+
+namespace snip {
+
+void ExactTextField::SetText(const std::string& text) {
+  original_ = text;
+  bytes_ = TextFieldBytes(text);
+  SendMessageA(control_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
+  SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
+  SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
+}
+
+std::string ExactTextField::Text() const {
+  const bool touched = SendMessageA(control_, EM_GETMODIFY, 0, 0) != 0;
+  return touched ? bytes_.Restore(WindowText(control_)) : original_;
+}
+
+}  // namespace snip

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/TextFieldBytes.h"
+
+namespace snip {
+
+/// The text of an edit or rich-edit control, byte for byte: what was put in and not touched by the user comes
+/// out as it was, whatever the control makes of zero bytes and lone line ends.
+class ExactTextField {
+ public:
+  ExactTextField() = default;
+  explicit ExactTextField(HWND control) : control_(control) {}
+
+  void SetText(const std::string& text);
+  std::string Text() const;
+
+ private:
+  HWND control_ = nullptr;
+  std::string original_;
+  TextFieldBytes bytes_;
+};
+
+}  // namespace snip

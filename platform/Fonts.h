@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/Geometry.h"
+#include "platform/Handle.h"
+
+namespace snip {
+
+/// The font that the user's system shows messages and dialogs in.
+UniqueFont MessageFont();
+
+/// A font by face and size in points, in the screen's resolution.
+UniqueFont FontOfSize(const std::string& face, int points);
+
+/// Average width and height in pixels of a character, the base of the platform's dialog units.
+Size CharacterSize(HFONT font);
+
+/// Size in pixels of a text of several lines, wrapped at `width`. A word too long for a line is broken.
+Size WrappedTextSize(HFONT font, const std::string& text, int width);
+
+}  // namespace snip

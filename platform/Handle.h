@@ -1,0 +1,116 @@
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+namespace snip {
+
+/// Owns one handle of the system and closes it once. `Traits` names the handle's type, its empty value and
+/// how it is closed.
+template <class Traits>
+class UniqueHandle {
+ public:
+  using Type = typename Traits::Type;
+
+  UniqueHandle() = default;
+  explicit UniqueHandle(Type handle) : handle_(handle) {}
+  UniqueHandle(UniqueHandle&& other) noexcept : handle_(other.Release()) {}
+  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+    if (this != &other) Reset(other.Release());
+    return *this;
+  }
+  UniqueHandle(const UniqueHandle&) = delete;
+  UniqueHandle& operator=(const UniqueHandle&) = delete;
+  ~UniqueHandle() { Reset(); }
+
+  Type get() const { return handle_; }
+  explicit operator bool() const { return handle_ != Traits::Empty(); }
+
+  Type Release() { return std::exchange(handle_, Traits::Empty()); }
+  void Reset(Type handle = Traits::Empty()) {
+    if (handle_ != Traits::Empty()) Traits::Close(handle_);
+    handle_ = handle;
+  }
+
+ private:
+  Type handle_ = Traits::Empty();
+};
+
+struct FileTraits {
+  using Type = HANDLE;
+  static Type Empty() { return INVALID_HANDLE_VALUE; }
+  static void Close(Type handle) { CloseHandle(handle); }
+};
+using UniqueFile = UniqueHandle<FileTraits>;
+
+struct FindTraits {
+  using Type = HANDLE;
+  static Type Empty() { return INVALID_HANDLE_VALUE; }
+  static void Close(Type handle) { FindClose(handle); }
+};
+using UniqueFind = UniqueHandle<FindTraits>;
+
+struct RegKeyTraits {
+  using Type = HKEY;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { RegCloseKey(handle); }
+};
+using UniqueRegKey = UniqueHandle<RegKeyTraits>;
+
+struct FontTraits {
+  using Type = HFONT;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DeleteObject(handle); }
+};
+using UniqueFont = UniqueHandle<FontTraits>;
+
+struct IconTraits {
+  using Type = HICON;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DestroyIcon(handle); }
+};
+using UniqueIcon = UniqueHandle<IconTraits>;
+
+struct MenuTraits {
+  using Type = HMENU;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DestroyMenu(handle); }
+};
+using UniqueMenu = UniqueHandle<MenuTraits>;
+
+struct ModuleTraits {
+  using Type = HMODULE;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { FreeLibrary(handle); }
+};
+using UniqueModule = UniqueHandle<ModuleTraits>;
+
+/// The device context of a window, or of the whole screen for a null window.
+class WindowDC {
+ public:
+  explicit WindowDC(HWND window) : window_(window), dc_(GetDC(window)) {}
+  ~WindowDC() { ReleaseDC(window_, dc_); }
+  WindowDC(const WindowDC&) = delete;
+  WindowDC& operator=(const WindowDC&) = delete;
+  HDC get() const { return dc_; }
+
+ private:
+  HWND window_;
+  HDC dc_;
+};
+
+/// Selects an object into a device context for as long as it lives.
+class SelectedObject {
+ public:
+  SelectedObject(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
+  ~SelectedObject() { SelectObject(dc_, previous_); }
+  SelectedObject(const SelectedObject&) = delete;
+  SelectedObject& operator=(const SelectedObject&) = delete;
+
+ private:
+  HDC dc_;
+  HGDIOBJ previous_;
+};
+
+}  // namespace snip

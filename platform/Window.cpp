@@ -1,0 +1,112 @@
+#include "platform/Window.h"
+
+namespace snip {
+namespace {
+
+bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPROC procedure) {
+  const HINSTANCE instance = GetModuleHandleA(nullptr);
+  WNDCLASSEXA existing{};
+  existing.cbSize = sizeof existing;
+  if (GetClassInfoExA(instance, name, &existing) != 0) return true;
+
+  WNDCLASSEXA description{};
+  description.cbSize = sizeof description;
+  description.style = style;
+  description.lpfnWndProc = procedure;
+  description.hInstance = instance;
+  description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+  description.hbrBackground = GetSysColorBrush(background);
+  description.lpszClassName = name;
+  if (iconId != 0) {
+    description.hIcon = SharedIcon(iconId, SM_CXICON);
+    description.hIconSm = SharedIcon(iconId, SM_CXSMICON);
+  }
+  return RegisterClassExA(&description) != 0;
+}
+
+}  // namespace
+
+Window::~Window() { Destroy(); }
+
+void Window::Destroy() {
+  if (hWnd_ != nullptr) DestroyWindow(hWnd_);
+}
+
+bool Window::Create(const Creation& creation) {
+  if (!EnsureClass(creation.className, creation.classStyle, creation.iconId, creation.background, &WindowProc)) {
+    return false;
+  }
+  const Rect& place = creation.place;
+  return CreateWindowExA(creation.exStyle, creation.className, creation.title, creation.style, place.left,
+                         place.top, place.width, place.height, creation.parent,
+                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id)), GetModuleHandleA(nullptr),
+                         this) != nullptr;
+}
+
+LRESULT Window::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  return Default(message, wParam, lParam);
+}
+
+LRESULT Window::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+  return DefWindowProcA(hWnd_, message, wParam, lParam);
+}
+
+LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCCREATE) {
+    const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
+    auto* self = static_cast<Window*>(creation->lpCreateParams);
+    self->hWnd_ = window;
+    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+  }
+  auto* self = reinterpret_cast<Window*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+  // Some messages come before WM_NCCREATE and some could come after WM_NCDESTROY.
+  if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+
+  LRESULT result = 0;
+  try {
+    result = self->HandleMessage(message, wParam, lParam);
+  } catch (...) {
+    // An exception must not unwind through the system's frames; the state before the message is kept.
+    result = DefWindowProcA(window, message, wParam, lParam);
+  }
+  if (message == WM_NCDESTROY) {
+    SetWindowLongPtrA(window, GWLP_USERDATA, 0);
+    self->hWnd_ = nullptr;
+  }
+  return result;
+}
+
+HICON SharedIcon(int iconId, int widthMetric) {
+  const int size = GetSystemMetrics(widthMetric);
+  return static_cast<HICON>(
+      LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(iconId), IMAGE_ICON, size, size, LR_SHARED));
+}
+
+HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,
+                   HFONT font, const Rect& place) {
+  const HWND control = CreateWindowExA(exStyle, className, text, WS_CHILD | style, place.left, place.top,
+                                       place.width, place.height, parent,
+                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                       GetModuleHandleA(nullptr), nullptr);
+  if (font != nullptr) SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+  return control;
+}
+
+void MoveTo(HWND window, const Rect& place) {
+  MoveWindow(window, place.left, place.top, place.width, place.height, TRUE);
+}
+
+Size ClientSize(HWND window) {
+  RECT client{};
+  GetClientRect(window, &client);
+  return {client.right, client.bottom};
+}
+
+Rect PlaceInParent(HWND window) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  MapWindowPoints(HWND_DESKTOP, GetAncestor(window, GA_PARENT), reinterpret_cast<POINT*>(&place), 2);
+  return {place.left, place.top, place.right - place.left, place.bottom - place.top};
+}
+
+}  // namespace snip

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/Geometry.h"
+
+namespace snip {
+
+/// A window of a class of our own. Binds the C++ object to the handle while the handle lives and is the only
+/// place that stops an exception from crossing into the system.
+///
+/// The object may live longer than its window; `hWnd` is null before `Create` and after the window is gone.
+class Window {
+ public:
+  Window() = default;
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  virtual ~Window();
+
+  HWND hWnd() const { return hWnd_; }
+
+  void Destroy();
+
+ protected:
+  struct Creation {
+    const char* className = "";
+    const char* title = "";
+    DWORD style = 0;
+    DWORD exStyle = 0;
+    Rect place{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};  ///< Pixels.
+    HWND parent = nullptr;
+    int id = 0;  ///< Of a child window.
+    UINT classStyle = CS_DBLCLKS;
+    int iconId = 0;                    ///< Resource number of the window's icon, 0 for none.
+    int background = COLOR_BTNFACE;  ///< A system colour.
+  };
+
+  /// Registers the class on first use and makes the window. False when the system refuses.
+  bool Create(const Creation& creation);
+
+  /// Answers a message; what it does not know it hands to `Default`.
+  virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  HWND hWnd_ = nullptr;
+};
+
+/// The icon resource in a size of the system's (SM_CXICON or SM_CXSMICON); shared, never to be destroyed.
+HICON SharedIcon(int iconId, int widthMetric);
+
+/// Makes a control of a system class. `place` is in pixels; the font is set when one is given.
+HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,
+                   HFONT font = nullptr, const Rect& place = {});
+
+/// Moves a window to `place`, in pixels of its parent.
+void MoveTo(HWND window, const Rect& place);
+
+/// Inner size of a window in pixels.
+Size ClientSize(HWND window);
+
+/// A window's place in pixels of its parent.
+Rect PlaceInParent(HWND window);
+
+}  // namespace snip

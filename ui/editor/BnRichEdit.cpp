@@ -1,0 +1,112 @@
+#include "ui/editor/BnRichEdit.h"
+
+#include <richedit.h>
+#include <windowsx.h>
+
+#include <utility>
+
+namespace snip {
+namespace {
+
+constexpr int kControlId = 1;
+/// Above this many characters a control is made anew instead of replacing its text.
+constexpr LRESULT kReplaceLimit = 4000;
+constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
+
+}  // namespace
+
+BnRichEdit::BnRichEdit(Events events) : events_(std::move(events)), library_(LoadLibraryA("riched20.dll")) {}
+
+bool BnRichEdit::CreateIn(HWND parent, int id, HFONT font) {
+  font_ = font;
+  return Create({.className = "BnRichEdit",
+                 .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
+                 .exStyle = WS_EX_CONTROLPARENT,
+                 .place = {},
+                 .parent = parent,
+                 .id = id,
+                 .background = COLOR_WINDOW});
+}
+
+void BnRichEdit::MakeControl() {
+  const bool hadFocus = control_ != nullptr && HasFocus();
+  remaking_ = true;
+  if (control_ != nullptr) DestroyWindow(control_);
+  const Size size = ClientSize(hWnd());
+  // A system without the rich-edit library still has the plain edit control.
+  control_ = CreateControl(hWnd(), library_ ? RICHEDIT_CLASSA : "EDIT", "",
+                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
+                               ES_AUTOHSCROLL | ES_WANTRETURN | ES_NOHIDESEL,
+                           WS_EX_CLIENTEDGE, kControlId, font_, {0, 0, size.width, size.height});
+  SendMessageA(control_, EM_EXLIMITTEXT, 0, kNoTextLimit);
+  SendMessageA(control_, EM_SETEVENTMASK, 0, ENM_KEYEVENTS | ENM_MOUSEEVENTS | ENM_CHANGE);
+  SendMessageA(control_, EM_SETREADONLY, locked_ ? TRUE : FALSE, 0);
+  field_ = ExactTextField(control_);
+  if (hadFocus) SetFocus(control_);
+  remaking_ = false;
+}
+
+void BnRichEdit::SetText(const std::string& text) {
+  const bool replacesMuch = SendMessageA(control_, WM_GETTEXTLENGTH, 0, 0) > kReplaceLimit;
+  if (replacesMuch) MakeControl();
+  field_.SetText(text);
+  SendMessageA(control_, EM_SETSEL, 0, 0);
+  SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+}
+
+void BnRichEdit::SetLocked(bool locked) {
+  locked_ = locked;
+  SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
+}
+
+void BnRichEdit::SetFont(HFONT font) {
+  font_ = font;
+  SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+}
+
+bool BnRichEdit::FilterInput(UINT message, WPARAM wParam) {
+  switch (message) {
+    case WM_CHAR:
+      events_.keyPress(static_cast<char>(wParam));
+      return false;
+    case WM_KEYDOWN:
+      // Tab is a character while the code is edited; in a field that is only read it moves on.
+      if (wParam != VK_TAB || !locked_) return false;
+      SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
+      return true;
+    case WM_LBUTTONDBLCLK:
+      events_.dblClick();
+      return false;
+    default:
+      return false;
+  }
+}
+
+LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_CREATE:
+      MakeControl();
+      return control_ != nullptr ? 0 : -1;
+    case WM_SIZE:
+      MoveTo(control_, {0, 0, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+      return 0;
+    case WM_SETFOCUS:
+      Focus();
+      return 0;
+    case WM_COMMAND:
+      if (remaking_) return 0;
+      if (HIWORD(wParam) == EN_SETFOCUS) events_.gotFocus();
+      if (HIWORD(wParam) == EN_KILLFOCUS) events_.lostFocus();
+      return 0;
+    case WM_NOTIFY: {
+      const auto* header = reinterpret_cast<const NMHDR*>(lParam);
+      if (header->code != EN_MSGFILTER) return 0;
+      const auto* filter = reinterpret_cast<const MSGFILTER*>(lParam);
+      return FilterInput(filter->msg, filter->wParam) ? 1 : 0;
+    }
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/ExactTextField.h"
+#include "platform/Handle.h"
+#include "platform/Window.h"
+
+namespace snip {
+
+/// The code field: a window around the platform's rich-edit control. It makes that control anew when another
+/// long text is to be shown, because replacing one takes the control many times longer than filling it.
+class BnRichEdit : public Window {
+ public:
+  struct Events {
+    std::function<void()> gotFocus;
+    std::function<void()> lostFocus;
+    std::function<void(char key)> keyPress;  ///< A character in the ANSI code page, before it is taken in.
+    std::function<void()> dblClick;
+  };
+
+  explicit BnRichEdit(Events events);
+
+  bool CreateIn(HWND parent, int id, HFONT font);
+
+  std::string text() const { return field_.Text(); }
+  void SetText(const std::string& text);
+
+  /// Read-only while locked; text can still be selected and copied.
+  bool locked() const { return locked_; }
+  void SetLocked(bool locked);
+
+  void SetFont(HFONT font);
+  void Focus() const { SetFocus(control_); }
+  bool HasFocus() const { return GetFocus() == control_; }
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void MakeControl();
+  /// Looks at an input message before the control does; true when the control is not to see it.
+  bool FilterInput(UINT message, WPARAM wParam);
+
+  Events events_;
+  UniqueModule library_;
+  HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
+  HFONT font_ = nullptr;
+  ExactTextField field_;
+  bool locked_ = true;
+  bool remaking_ = false;
+};
+
+}  // namespace snip

@@ -1,0 +1,154 @@
+#include "ui/main/LibraryOperations.h"
+
+#include <utility>
+#include <variant>
+
+#include "platform/Text.h"
+
+namespace snip {
+namespace {
+
+constexpr const char* kBrowseEntry = "(Browse...)";
+constexpr std::string_view kExtension = ".bns";
+
+bool IsFullPath(const std::string& entry) { return entry.find(":\\") != std::string::npos; }
+
+}  // namespace
+
+std::string LibraryNameFromEntry(const std::string& entry) {
+  if (!IsFullPath(entry)) return entry;
+  std::string_view name = entry;
+  name.remove_prefix(name.find_last_of("\\/") + 1);  // there is one, behind the colon
+  if (name.size() >= kExtension.size() &&
+      EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension)) {
+    name.remove_suffix(kExtension.size());
+  }
+  return std::string(name);
+}
+
+LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView,
+                                     LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage)
+    : library_(library),
+      editing_(editing),
+      snippetView_(snippetView),
+      view_(view),
+      store_(store),
+      showMessage_(std::move(showMessage)) {}
+
+void LibraryOperations::LoadFiles() {
+  const std::vector<std::string> names = store_.Names();
+  if (names.empty()) {
+    // Without a library there is nothing to come back to from browsing, so that entry is missing as well.
+    showMessage_("There are no BNS files in the BnSnipstore directory.", MessageStyle::kInformation,
+                 kMainWindowTitle);
+    editing_.DisableEdit(true);
+    return;
+  }
+  for (const std::string& name : names) view_.InsertFile(view_.FileCount(), name);
+  view_.InsertFile(view_.FileCount(), kBrowseEntry);
+  editing_.DisableEdit(false);
+  view_.SelectFile(0);
+  cboFiles_Click();
+}
+
+void LibraryOperations::cboFiles_Click() {
+  editing_.lstCode_Click();
+  OfferToSave();
+
+  const int entry = view_.SelectedFile();
+  if (entry < 0) return;
+  const std::string text = view_.FileText(entry);
+  if (text == kBrowseEntry) {
+    BrowseForLibrary();
+  } else if (IsFullPath(text)) {
+    OpenBNSFile(text);
+  } else {
+    view_.SetFileNameText(text);
+    OpenBNSFile(store_.PathOf(text));
+  }
+}
+
+void LibraryOperations::BrowseForLibrary() {
+  const auto path = view_.ChooseLibraryFile();
+  if (!path) {
+    view_.SelectFile(0);
+    cboFiles_Click();
+    return;
+  }
+  int entry = 0;
+  while (entry < view_.FileCount() && view_.FileText(entry) != *path) ++entry;
+  if (entry == view_.FileCount()) {
+    entry = 0;
+    view_.InsertFile(entry, *path);
+  }
+  view_.SelectFile(entry);
+  cboFiles_Click();
+  view_.SetFileNameText(*path);
+}
+
+void LibraryOperations::OfferToSave() {
+  if (library_.LibraryName.empty() || library_.Saved) return;
+  const auto answer = showMessage_("Save changes to '" + library_.LibraryName + "'?",
+                                   MessageStyle::kYesNoQuestion, kMainWindowTitle);
+  if (answer == MessageResult::Yes) SaveCurFile();
+}
+
+void LibraryOperations::OpenBNSFile(const std::string& path) {
+  const auto bytes = store_.Read(path);
+  auto result = ReadBns(bytes ? *bytes : std::string());
+  auto* contents = std::get_if<BnsContents>(&result);
+  if (contents == nullptr) {
+    // The library in memory stays as it was, under its own name: what is shown is not part of it.
+    editing_.ShowNothing("Not a valid BnSnipstore file.");
+    editing_.DisableEdit(true);
+    return;
+  }
+  if (contents->version == BnsVersion::Version1) {
+    showMessage_(
+        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be converted "
+        "to Snipstore 2.0 format.",
+        MessageStyle::kOk, "");
+    OpenBNSFileV1(std::move(*contents));
+  } else {
+    TakeContents(std::move(*contents));
+  }
+}
+
+void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
+  const bool complete = contents.omitted == 0;
+  TakeContents(std::move(contents));
+  // Not saved yet in the current format; but what was not read whole must never be written back.
+  if (complete) library_.Saved = false;
+}
+
+void LibraryOperations::TakeContents(BnsContents contents) {
+  library_.Snippets = std::move(contents.snippets);
+  library_.LibraryName = LibraryNameFromEntry(view_.FileText(view_.SelectedFile()));
+  library_.Saved = true;
+  editing_.DisableEdit(contents.omitted > 0);
+  editing_.ShowLibrary();
+  if (contents.omitted > 0) ReportOmitted(contents.omitted);
+}
+
+void LibraryOperations::ReportOmitted(std::size_t omitted) {
+  showMessage_("A library holds at most " + std::to_string(Library::kMaxSnippets) + " snippets. This file has " +
+                   std::to_string(omitted) +
+                   " more, which could not be read. The library can be looked at but not changed, so that "
+                   "nothing of the file is lost.",
+               MessageStyle::kInformation, kMainWindowTitle);
+}
+
+void LibraryOperations::SaveCurFile() {
+  const WaitCursorScope wait(snippetView_);
+  // There is deliberately no word about a failure: the library stays whole in memory and can be saved again.
+  static_cast<void>(store_.Replace(store_.PathOf(library_.LibraryName), WriteBns(library_.Snippets)));
+}
+
+void LibraryOperations::SaveLibrary() {
+  if (editing_.editingDisabled()) return;
+  editing_.StoreShownCode();
+  SaveCurFile();
+  library_.Saved = true;
+}
+
+}  // namespace snip

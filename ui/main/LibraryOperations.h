@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+
+#include "library/BnsFormat.h"
+#include "library/LibraryStore.h"
+#include "platform/MessageFunction.h"
+#include "ui/main/MainViews.h"
+#include "ui/main/SnippetEditing.h"
+
+namespace snip {
+
+/// Listing, opening, switching and saving whole libraries. Decides without a window: the chooser is behind
+/// `LibraryView`, the files behind `LibraryStore`.
+class LibraryOperations {
+ public:
+  LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView, LibraryView& view,
+                    LibraryStore& store, ShowMessageFunction showMessage);
+
+  /// Fills `cboFiles` from the library folder and opens the first library.
+  void LoadFiles();
+  /// Opens the chosen entry, after asking whether the library that is left shall be saved.
+  void cboFiles_Click();
+
+  void OpenBNSFile(const std::string& path);
+  /// Writes the library into the library folder under its name. Does not touch `Saved`.
+  void SaveCurFile();
+  /// What "Save Library" does: takes the shown code into the library, writes it, and counts it as saved.
+  void SaveLibrary();
+  /// Asks whether to save a changed library, and does; for the places where the library is left.
+  void OfferToSave();
+
+ private:
+  void OpenBNSFileV1(BnsContents contents);
+  void TakeContents(BnsContents contents);
+  void BrowseForLibrary();
+  void ReportOmitted(std::size_t omitted);
+
+  Library& library_;
+  SnippetEditing& editing_;
+  SnippetView& snippetView_;
+  LibraryView& view_;
+  LibraryStore& store_;
+  ShowMessageFunction showMessage_;
+};
+
+/// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it is a full path and stands
+/// for its file's bare name, any other is the name itself.
+std::string LibraryNameFromEntry(const std::string& entry);
+
+}  // namespace snip

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+
+#include "library/Library.h"
+
+namespace snip {
+
+/// What the logic of the main window asks of its controls. The window implements these interfaces; tests put
+/// plain objects in its place. Setting a control through them raises none of its events: the caller says
+/// itself what follows. Rows and entries are numbered from 0, -1 means none.
+
+/// The caption of every message that the main window shows.
+inline constexpr const char* kMainWindowTitle = "Brennic Snipstore 2.x";
+
+/// The snippet list and the fields that show and edit the selected snippet.
+class SnippetView {
+ public:
+  virtual ~SnippetView() = default;
+
+  // lstCode
+  virtual void FillRows(std::span<const Snippet> snippets) = 0;
+  virtual void AddRow(const std::string& name) = 0;
+  virtual void RemoveRow(int row) = 0;
+  virtual void SetRowText(int row, const std::string& name) = 0;
+  virtual int RowCount() const = 0;
+  virtual int SelectedRow() const = 0;
+  virtual void SelectRow(int row) = 0;
+  virtual void FocusList() = 0;
+
+  // txtDesc
+  virtual std::string Description() const = 0;
+  virtual void SetDescription(const std::string& text) = 0;
+
+  // txtCode; locked means read-only
+  virtual std::string Code() const = 0;
+  virtual void SetCode(const std::string& text) = 0;
+  virtual bool CodeLocked() const = 0;
+  virtual void SetCodeLocked(bool locked) = 0;
+  virtual void FocusCode() = 0;
+
+  // txtName, the box over a row in which its name is edited
+  virtual void ShowNameBox(int row, const std::string& name) = 0;
+  virtual std::string NameBoxText() const = 0;
+  virtual void FocusNameBox() = 0;
+  virtual void HideNameBox() = 0;
+
+  /// Greys what works on a library (locked) or makes it available again.
+  virtual void SetEditingDisabled(bool disabled) = 0;
+  /// Shows whether an edit is in progress: the edit button's look, and who is in the Tab order.
+  virtual void SetEditMode(bool editing) = 0;
+
+  /// The hourglass while something takes its time.
+  virtual void SetWaitCursor(bool waiting) = 0;
+};
+
+/// The library chooser.
+class LibraryView {
+ public:
+  virtual ~LibraryView() = default;
+
+  // cboFiles
+  virtual void InsertFile(int entry, const std::string& text) = 0;
+  virtual int FileCount() const = 0;
+  virtual std::string FileText(int entry) const = 0;
+  virtual int SelectedFile() const = 0;
+  virtual void SelectFile(int entry) = 0;
+
+  /// txtFileName, the box in which the library is renamed
+  virtual void SetFileNameText(const std::string& text) = 0;
+
+  /// Lets the user choose a library file; its full path, or nothing when the user cancelled.
+  virtual std::optional<std::string> ChooseLibraryFile() = 0;
+};
+
+/// Shows the hourglass as long as it lives.
+class WaitCursorScope {
+ public:
+  explicit WaitCursorScope(SnippetView& view) : view_(view) { view_.SetWaitCursor(true); }
+  ~WaitCursorScope() { view_.SetWaitCursor(false); }
+  WaitCursorScope(const WaitCursorScope&) = delete;
+  WaitCursorScope& operator=(const WaitCursorScope&) = delete;
+
+ private:
+  SnippetView& view_;
+};
+
+}  // namespace snip

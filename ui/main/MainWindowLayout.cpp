@@ -1,0 +1,34 @@
+#include "ui/main/MainWindowLayout.h"
+
+namespace snip {
+
+std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes) {
+  if (sizes.rightPaneTop + 500 > sizes.client.height) return std::nullopt;
+  if (sizes.splitterRight + 360 > sizes.client.width) return std::nullopt;
+
+  const int top = sizes.barHeight + 15;
+  const int height = sizes.client.height - sizes.barHeight - 40;
+  const int rightPaneLeft = kPaneGap + sizes.leftPaneWidth + kSplitterSize - 1;
+  return MainWindowPlaces{
+      .leftPane = {kPaneGap - 1, top, sizes.leftPaneWidth, height},
+      .rightPane = {rightPaneLeft, top, sizes.client.width - rightPaneLeft - kPaneGap + 1, height},
+      .splitter = {sizes.leftPaneWidth, top, kSplitterSize, height},
+  };
+}
+
+std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes) {
+  const auto [width, height] = sizes.inner;
+  if (height < 450 || sizes.splitterBottom + 360 > height) return std::nullopt;
+
+  const int editBarTop = sizes.descriptionHeight + 74;
+  const int codeTop = editBarTop + sizes.editBarHeight;
+  return RightPanePlaces{
+      .attachPanel = {width - sizes.attachPanelWidth, 0, sizes.attachPanelWidth, sizes.descriptionHeight},
+      .description = {0, 0, width - sizes.attachPanelWidth - 135, sizes.descriptionHeight},
+      .editBar = {0, editBarTop, width, sizes.editBarHeight},
+      .code = {0, codeTop, width, height - codeTop},
+      .splitter = {0, sizes.descriptionHeight, width, kSplitterSize},
+  };
+}
+
+}  // namespace snip

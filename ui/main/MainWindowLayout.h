@@ -1,0 +1,53 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/Geometry.h"
+
+namespace snip {
+
+/// Where the parts of the main window go. Everything is in twips; the one-twip offsets that look like slips
+/// are the window's long-standing look: a splitter overlaps the pane before it by a hair.
+
+/// Left margin of the panes.
+constexpr int kPaneGap = 5;
+/// Width of the vertical and height of the horizontal splitter.
+constexpr int kSplitterSize = 75;
+
+struct MainWindowSizes {
+  Size client;            ///< Inner size of the window.
+  int barHeight = 0;      ///< Height of `cmd`.
+  int leftPaneWidth = 0;  ///< Current width of `LeftPane`.
+  int rightPaneTop = 0;   ///< Current place of `RightPane` and `picSplt`, which decide whether there is room.
+  int splitterRight = 0;
+};
+
+struct MainWindowPlaces {
+  Rect leftPane;
+  Rect rightPane;
+  Rect splitter;
+};
+
+/// Places of the panes; none when the window is too small, which then keeps its last layout.
+std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes);
+
+struct RightPaneSizes {
+  Size inner;                  ///< Inner size of the pane.
+  int descriptionHeight = 0;   ///< Height of `txtDesc`.
+  int attachPanelWidth = 0;    ///< Width of `picAttach`.
+  int editBarHeight = 0;       ///< Height of `cmdEdit`.
+  int splitterBottom = 0;      ///< Current bottom of `picHSplt`.
+};
+
+struct RightPanePlaces {
+  Rect attachPanel;
+  Rect description;
+  Rect editBar;
+  Rect code;
+  Rect splitter;
+};
+
+/// Places inside the right pane; none when it is too small.
+std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes);
+
+}  // namespace snip

@@ -1,0 +1,130 @@
+#include "ui/main/SnippetControls.h"
+
+#include <utility>
+
+#include "platform/Fonts.h"
+#include "platform/Window.h"
+
+namespace snip {
+namespace {
+
+constexpr int kCodePoints = 10;
+
+void SetTabStop(HWND control, bool stop) {
+  const LONG style = GetWindowLongA(control, GWL_STYLE);
+  SetWindowLongA(control, GWL_STYLE, stop ? style | WS_TABSTOP : style & ~WS_TABSTOP);
+}
+
+}  // namespace
+
+SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, Commands commands)
+    : commands_(std::move(commands)), txtCode_(std::move(codeEvents)) {}
+
+void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
+  codeFont_ = FontOfSize("Courier New", kCodePoints);
+  lstCode_ = CreateControl(leftPane, "LISTBOX", "",
+                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+                           WS_EX_CLIENTEDGE, ids.lstCode, listFont);
+  txtName_ = CreateControl(leftPane, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, ids.txtName, listFont);
+  txtDesc_ = CreateControl(rightPane, "EDIT", "",
+                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN,
+                           WS_EX_CLIENTEDGE, ids.txtDesc, listFont);
+  SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
+  SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
+  description_ = ExactTextField(txtDesc_);
+  name_ = ExactTextField(txtName_);
+  txtCode_.CreateIn(rightPane, ids.txtCode, codeFont_.get());
+}
+
+void SnippetControls::FillRows(std::span<const Snippet> snippets) {
+  // Without redrawing and with the memory asked for at once the longest library fills in an instant.
+  std::size_t textSize = 0;
+  for (const Snippet& snippet : snippets) textSize += snippet.Name.size() + 1;
+  List(WM_SETREDRAW, FALSE);
+  List(LB_RESETCONTENT);
+  List(LB_INITSTORAGE, snippets.size(), static_cast<LPARAM>(textSize));
+  for (const Snippet& snippet : snippets) AddRow(snippet.Name);
+  List(WM_SETREDRAW, TRUE);
+  InvalidateRect(lstCode_, nullptr, TRUE);
+}
+
+void SnippetControls::AddRow(const std::string& name) {
+  List(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
+}
+
+void SnippetControls::RemoveRow(int row) { List(LB_DELETESTRING, static_cast<WPARAM>(row)); }
+
+void SnippetControls::SetRowText(int row, const std::string& name) {
+  // A list box cannot change a row: it gets a new one in the old one's place.
+  const int selected = SelectedRow();
+  const LRESULT top = List(LB_GETTOPINDEX);
+  List(WM_SETREDRAW, FALSE);
+  List(LB_DELETESTRING, static_cast<WPARAM>(row));
+  List(LB_INSERTSTRING, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(name.c_str()));
+  SelectRow(selected);
+  List(LB_SETTOPINDEX, static_cast<WPARAM>(top));
+  List(WM_SETREDRAW, TRUE);
+  InvalidateRect(lstCode_, nullptr, TRUE);
+}
+
+int SnippetControls::RowCount() const { return static_cast<int>(List(LB_GETCOUNT)); }
+int SnippetControls::SelectedRow() const { return static_cast<int>(List(LB_GETCURSEL)); }
+void SnippetControls::SelectRow(int row) { List(LB_SETCURSEL, static_cast<WPARAM>(row)); }
+void SnippetControls::FocusList() { SetFocus(lstCode_); }
+
+std::string SnippetControls::Description() const { return description_.Text(); }
+
+void SnippetControls::SetDescription(const std::string& text) {
+  settingDescription_ = true;
+  description_.SetText(text);
+  settingDescription_ = false;
+}
+
+std::string SnippetControls::Code() const { return txtCode_.text(); }
+void SnippetControls::SetCode(const std::string& text) { txtCode_.SetText(text); }
+bool SnippetControls::CodeLocked() const { return txtCode_.locked(); }
+void SnippetControls::SetCodeLocked(bool locked) { txtCode_.SetLocked(locked); }
+void SnippetControls::FocusCode() { txtCode_.Focus(); }
+
+void SnippetControls::ShowNameBox(int row, const std::string& name) {
+  RECT place{};
+  List(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+  MapWindowPoints(lstCode_, GetParent(lstCode_), reinterpret_cast<POINT*>(&place), 2);
+  // The box has a border of its own around the text, which otherwise would cover the row's letters.
+  const int border = GetSystemMetrics(SM_CYBORDER);
+  MoveTo(txtName_, {static_cast<int>(place.left), static_cast<int>(place.top) - border,
+                    static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top) + 2 * border});
+  name_.SetText(name);
+  SetWindowPos(txtName_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+  FocusNameBox();
+}
+
+std::string SnippetControls::NameBoxText() const { return name_.Text(); }
+
+void SnippetControls::FocusNameBox() {
+  SetFocus(txtName_);
+  SendMessageA(txtName_, EM_SETSEL, 0, -1);
+}
+
+void SnippetControls::HideNameBox() {
+  if (GetFocus() == txtName_) FocusList();
+  ShowWindow(txtName_, SW_HIDE);
+}
+
+void SnippetControls::SetEditingDisabled(bool disabled) {
+  SendMessageA(txtDesc_, EM_SETREADONLY, disabled ? TRUE : FALSE, 0);
+  commands_.setEditingDisabled(disabled);
+}
+
+void SnippetControls::SetEditMode(bool editing) {
+  // While the code is edited Tab belongs to it.
+  SetTabStop(lstCode_, !editing);
+  SetTabStop(txtDesc_, !editing);
+  commands_.setEditMode(editing);
+}
+
+void SnippetControls::SetWaitCursor(bool waiting) {
+  SetCursor(LoadCursorA(nullptr, waiting ? IDC_WAIT : IDC_ARROW));
+}
+
+}  // namespace snip

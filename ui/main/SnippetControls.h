@@ -1,0 +1,81 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+
+#include "platform/ExactTextField.h"
+#include "platform/Handle.h"
+#include "ui/editor/BnRichEdit.h"
+#include "ui/main/MainViews.h"
+
+namespace snip {
+
+/// The snippet list with its rename box, the description and the code field.
+class SnippetControls : public SnippetView {
+ public:
+  struct Ids {
+    int lstCode;
+    int txtName;
+    int txtDesc;
+    int txtCode;
+  };
+  /// What the toolbar or menu shows of the editing state.
+  struct Commands {
+    std::function<void(bool disabled)> setEditingDisabled;
+    std::function<void(bool editing)> setEditMode;
+  };
+
+  SnippetControls(BnRichEdit::Events codeEvents, Commands commands);
+
+  void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
+
+  HWND lstCode() const { return lstCode_; }
+  HWND txtName() const { return txtName_; }
+  HWND txtDesc() const { return txtDesc_; }
+  const BnRichEdit& txtCode() const { return txtCode_; }
+
+  /// Whether the description is being set by the program, so that its change is no edit.
+  bool settingDescription() const { return settingDescription_; }
+
+  void FillRows(std::span<const Snippet> snippets) override;
+  void AddRow(const std::string& name) override;
+  void RemoveRow(int row) override;
+  void SetRowText(int row, const std::string& name) override;
+  int RowCount() const override;
+  int SelectedRow() const override;
+  void SelectRow(int row) override;
+  void FocusList() override;
+  std::string Description() const override;
+  void SetDescription(const std::string& text) override;
+  std::string Code() const override;
+  void SetCode(const std::string& text) override;
+  bool CodeLocked() const override;
+  void SetCodeLocked(bool locked) override;
+  void FocusCode() override;
+  void ShowNameBox(int row, const std::string& name) override;
+  std::string NameBoxText() const override;
+  void FocusNameBox() override;
+  void HideNameBox() override;
+  void SetEditingDisabled(bool disabled) override;
+  void SetEditMode(bool editing) override;
+  void SetWaitCursor(bool waiting) override;
+
+ private:
+  LRESULT List(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return SendMessageA(lstCode_, message, wParam, lParam);
+  }
+
+  Commands commands_;
+  BnRichEdit txtCode_;
+  UniqueFont codeFont_;
+  HWND lstCode_ = nullptr;
+  HWND txtName_ = nullptr;
+  HWND txtDesc_ = nullptr;
+  ExactTextField description_;
+  ExactTextField name_;
+  bool settingDescription_ = false;
+};
+
+}  // namespace snip

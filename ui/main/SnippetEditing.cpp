@@ -1,0 +1,213 @@
+#include "ui/main/SnippetEditing.h"
+
+#include <utility>
+
+namespace snip {
+
+SnippetEditing::SnippetEditing(Library& library, SnippetView& view, ShowMessageFunction showMessage,
+                               TextEquality sameName)
+    : library_(library), view_(view), showMessage_(std::move(showMessage)), sameName_(std::move(sameName)) {}
+
+void SnippetEditing::ShowLibrary() {
+  editIndex_ = -1;
+  if (library_.Snippets.empty()) {
+    ShowNothing("");
+    return;
+  }
+  view_.FillRows(library_.Snippets);
+  SelectAndShow(0);
+}
+
+void SnippetEditing::ShowNothing(const std::string& codeText) {
+  editIndex_ = -1;
+  EndRename();
+  view_.FillRows({});
+  view_.SetCodeLocked(true);
+  view_.SetEditMode(false);
+  view_.SetCode(codeText);
+  view_.SetDescription("");
+}
+
+void SnippetEditing::DisableEdit(bool disabled) {
+  editingDisabled_ = disabled;
+  view_.SetEditingDisabled(disabled);
+}
+
+void SnippetEditing::lstCode_Click() {
+  if (view_.RowCount() == 0 || view_.SelectedRow() < 0) return;
+  txtCode_LostFocus();
+  ShowSelected();
+}
+
+void SnippetEditing::ShowSelected() {
+  const int row = view_.SelectedRow();
+  if (!library_.HasIndex(row)) return;
+  const Snippet& snippet = library_.Snippets[static_cast<std::size_t>(row)];
+  {
+    const WaitCursorScope wait(view_);
+    view_.SetCodeLocked(true);
+    view_.SetCode(snippet.Code);
+  }
+  view_.SetDescription(snippet.Description);
+}
+
+void SnippetEditing::SelectAndShow(int row) {
+  view_.SelectRow(row);
+  lstCode_Click();
+}
+
+void SnippetEditing::EditSnippet() {
+  if (editingDisabled_) return;
+  const int row = view_.SelectedRow();
+  if (!library_.HasIndex(row)) {
+    ReportNoSelection();
+    return;
+  }
+  if (EditInProgress()) {
+    txtCode_LostFocus();
+    return;
+  }
+  editIndex_ = row;
+  view_.SetCodeLocked(false);
+  view_.SetEditMode(true);
+  view_.FocusCode();
+}
+
+void SnippetEditing::txtCode_DblClick() {
+  if (!EditInProgress()) EditSnippet();
+}
+
+void SnippetEditing::txtCode_KeyPress(char key) {
+  constexpr unsigned char enter = 13;
+  const auto code = static_cast<unsigned char>(key);
+  if (EditInProgress() && (code >= ' ' || code == enter)) library_.Saved = false;
+}
+
+void SnippetEditing::txtCode_LostFocus() {
+  if (EditInProgress() && editIndex_ != -1) {
+    StoreCode(editIndex_);
+    view_.SetCodeLocked(true);
+  }
+  view_.SetEditMode(false);
+}
+
+void SnippetEditing::StoreShownCode() {
+  if (!editingDisabled_) StoreCode(view_.SelectedRow());
+}
+
+void SnippetEditing::StoreCode(int index) {
+  if (!library_.HasIndex(index)) return;
+  std::string& stored = library_.Snippets[static_cast<std::size_t>(index)].Code;
+  std::string shown = view_.Code();
+  if (shown == stored) return;
+  stored = std::move(shown);
+  // Typing has said so already; pasting, cutting, deleting and undoing have not.
+  library_.Saved = false;
+}
+
+void SnippetEditing::txtDesc_Change() {
+  const int row = view_.SelectedRow();
+  if (editingDisabled_ || !library_.HasIndex(row)) return;
+  std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Description;
+  std::string shown = view_.Description();
+  if (shown.empty() || shown == stored) return;
+  stored = std::move(shown);
+  library_.Saved = false;
+}
+
+void SnippetEditing::lstCode_DblClick() {
+  const int row = view_.SelectedRow();
+  if (editingDisabled_ || !library_.HasIndex(row)) return;
+  renamedRow_ = row;
+  view_.ShowNameBox(row, library_.Snippets[static_cast<std::size_t>(row)].Name);
+}
+
+void SnippetEditing::txtName_Cancel() { EndRename(); }
+
+void SnippetEditing::txtName_Accept() {
+  if (!renamedRow_) return;
+  const int row = *renamedRow_;
+  const std::string name = view_.NameBoxText();
+  if (!library_.HasIndex(row)) {
+    EndRename();
+    return;
+  }
+  if (NameTaken(name, row)) {
+    showMessage_(
+        "A snippet in this library already has this name. Please use a different name for this snippet.",
+        MessageStyle::kInformation, kMainWindowTitle);
+    view_.FocusNameBox();
+    return;
+  }
+  std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Name;
+  if (stored != name) view_.SetRowText(row, name);
+  stored = name;
+  library_.Saved = false;
+  EndRename();
+}
+
+bool SnippetEditing::NameTaken(const std::string& name, int exceptRow) const {
+  for (int row = 0; row <= library_.LastIndex(); ++row) {
+    if (row != exceptRow && sameName_(library_.Snippets[static_cast<std::size_t>(row)].Name, name)) return true;
+  }
+  return false;
+}
+
+void SnippetEditing::EndRename() {
+  renamedRow_.reset();  // first, so that hiding the box, which makes it lose the focus, commits nothing
+  view_.HideNameBox();
+}
+
+void SnippetEditing::NewSnippet() {
+  if (editingDisabled_) return;
+  txtCode_LostFocus();
+  if (library_.IsFull()) {
+    showMessage_("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
+                     " snippets; please add the new snippet to another library.",
+                 MessageStyle::kInformation, kMainWindowTitle);
+    return;
+  }
+  library_.Snippets.push_back(DefaultSnippet());
+  library_.Saved = false;
+  view_.AddRow(library_.Snippets.back().Name);
+  SelectAndShow(library_.LastIndex());
+  lstCode_DblClick();
+}
+
+void SnippetEditing::DeleteSelectedSnippet() {
+  if (editingDisabled_ || view_.SelectedRow() < 0) return;
+  DeleteSnippet(view_.SelectedRow());
+  view_.FocusList();
+}
+
+void SnippetEditing::DeleteSnippet(int index) {
+  if (!library_.HasIndex(index)) {
+    ReportNoSelection();
+    return;
+  }
+  txtCode_LostFocus();  // the edit belongs to a snippet by its index, which is about to change
+  editIndex_ = -1;
+  EndRename();
+  library_.Saved = false;
+
+  const auto place = library_.Snippets.begin() + index;
+  if (library_.Snippets.size() == 1) {
+    place->Name = DefaultSnippet().Name;
+    place->Description = DefaultSnippet().Description;
+    place->Code = DefaultSnippet().Code;  // the attachment stays
+    view_.SetRowText(index, place->Name);
+    SelectAndShow(index);
+    return;
+  }
+  const bool wasLast = index == library_.LastIndex();
+  library_.Snippets.erase(place);
+  view_.RemoveRow(index);
+  // Behind the last snippet there is nothing to move up to: no row is selected and the fields stay.
+  if (!wasLast) SelectAndShow(0);
+}
+
+void SnippetEditing::ReportNoSelection() {
+  showMessage_("No snippet selected.", MessageStyle::kInformation, kMainWindowTitle);
+}
+
+}  // namespace snip

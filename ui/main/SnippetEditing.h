@@ -1,0 +1,71 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "library/Library.h"
+#include "platform/MessageFunction.h"
+#include "ui/main/MainViews.h"
+
+namespace snip {
+
+/// Showing, editing, renaming, adding and deleting the snippets of the current library. Decides without a
+/// window: the controls are behind `SnippetView`. Handlers keep the names of the events they answer.
+class SnippetEditing {
+ public:
+  using TextEquality = std::function<bool(const std::string&, const std::string&)>;
+
+  /// `sameName` compares two names without regard to letter case, as the system's ANSI code page has it.
+  SnippetEditing(Library& library, SnippetView& view, ShowMessageFunction showMessage, TextEquality sameName);
+
+  /// Fills the list with the library's names and shows the first snippet, or empty fields when there is none.
+  void ShowLibrary();
+  /// Empties the list and shows `codeText` in the code field, for a file that gave no snippets.
+  void ShowNothing(const std::string& codeText);
+
+  /// While disabled nothing of the library can be changed.
+  void DisableEdit(bool disabled);
+  bool editingDisabled() const { return editingDisabled_; }
+
+  void lstCode_Click();
+  void lstCode_DblClick();  ///< Starts renaming the selected snippet in place.
+
+  /// Starts editing the selected snippet's code, or ends it.
+  void EditSnippet();
+  void txtCode_DblClick();
+  void txtCode_KeyPress(char key);
+  /// Commits the edit in progress, if there is one.
+  void txtCode_LostFocus();
+  /// Takes the code as it is shown into the selected snippet, the edit going on.
+  void StoreShownCode();
+
+  void txtDesc_Change();
+
+  void txtName_Accept();  ///< Enter, or leaving the box: commits the new name.
+  void txtName_Cancel();  ///< Escape.
+
+  /// Appends a default snippet and starts renaming it.
+  void NewSnippet();
+  void DeleteSnippet(int index);
+  void DeleteSelectedSnippet();
+
+ private:
+  bool EditInProgress() const { return !view_.CodeLocked(); }
+  void StoreCode(int index);
+  void ShowSelected();
+  void SelectAndShow(int row);
+  bool NameTaken(const std::string& name, int exceptRow) const;
+  void ReportNoSelection();
+  void EndRename();
+
+  Library& library_;
+  SnippetView& view_;
+  ShowMessageFunction showMessage_;
+  TextEquality sameName_;
+  int editIndex_ = -1;              ///< The snippet whose code was last opened for editing.
+  std::optional<int> renamedRow_;  ///< The row that txtName stands over.
+  bool editingDisabled_ = false;
+};
+
+}  // namespace snip
