@@ -14,8 +14,9 @@ namespace {
 
 using namespace snip;
 
-/// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the message
-/// box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed here.
+/// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the
+/// message box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed
+/// here.
 class Application {
  public:
   int Run(StartMode mode) {

@@ -58,7 +58,8 @@ bool HasUnixLines(std::string_view bytes) {
 
 /// The lines of `raw`, each without blanks at its end and with CR LF behind it.
 std::string BlockText(std::string_view raw, bool unixLines) {
-  const bool asInMemory = !unixLines && raw.ends_with(kLineEnd) && raw.find(" \r\n") == std::string_view::npos;
+  const bool asInMemory =
+      !unixLines && raw.ends_with(kLineEnd) && raw.find(" \r\n") == std::string_view::npos;
   if (asInMemory) return std::string(raw);
 
   std::string text;
@@ -166,8 +167,8 @@ std::string WriteBns(std::span<const Snippet> snippets) {
   constexpr std::size_t markersPerSnippet = kDescriptionEnd.size() + kCodeEnd.size() + 6 * kLineEnd.size();
   std::size_t size = kVersion2.size() + kListEnd.size() + 2 * kLineEnd.size();
   for (const Snippet& snippet : snippets) {
-    size += snippet.Name.size() + snippet.Attachment.size() + snippet.Description.size() + snippet.Code.size() +
-            markersPerSnippet;
+    size += snippet.Name.size() + snippet.Attachment.size() + snippet.Description.size() +
+            snippet.Code.size() + markersPerSnippet;
   }
   std::string bytes;
   bytes.reserve(size);

@@ -26,8 +26,9 @@ struct Library {
   static constexpr std::size_t kMaxSnippets = 32767;
 
   std::vector<Snippet> Snippets;
-  std::string LibraryName;  ///< File name without directory and extension; decides where the library is saved.
-  bool Saved = true;        ///< Whether the file holds what is in memory.
+  std::string
+      LibraryName;    ///< File name without directory and extension; decides where the library is saved.
+  bool Saved = true;  ///< Whether the file holds what is in memory.
 
   /// Index of the last snippet, -1 when there is none.
   int LastIndex() const { return static_cast<int>(Snippets.size()) - 1; }

@@ -76,7 +76,8 @@ bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
   for (std::size_t done = 0; done < bytes.size();) {
     DWORD written = 0;
     const auto wanted = static_cast<DWORD>(std::min(kPiece, bytes.size() - done));
-    if (WriteFile(file.get(), bytes.data() + done, wanted, &written, nullptr) == 0 || written == 0) return false;
+    if (WriteFile(file.get(), bytes.data() + done, wanted, &written, nullptr) == 0 || written == 0)
+      return false;
     done += written;
   }
   return true;

@@ -20,20 +20,21 @@ class Dialog {
  protected:
   HWND hWnd() const { return hWnd_; }
 
-  /// Shows the dialog and returns when it has ended, with the value given to `End` (or -1 when it could not be
-  /// shown). The owner is disabled meanwhile.
+  /// Shows the dialog and returns when it has ended, with the value given to `End` (or -1 when it could not
+  /// be shown). The owner is disabled meanwhile.
   INT_PTR ShowModal(HWND owner, DWORD style);
   void End(INT_PTR result) { EndDialog(hWnd_, result); }
 
   /// Makes the controls and sizes the dialog.
   virtual void OnInit() = 0;
-  /// A control's notification; for a button, `notification` is BN_CLICKED. Escape comes as IDCANCEL, whether or
-  /// not there is such a button.
+  /// A control's notification; for a button, `notification` is BN_CLICKED. Escape comes as IDCANCEL, whether
+  /// or not there is such a button.
   virtual void OnCommand(int id, int notification) = 0;
   /// The close box, or Alt+F4.
   virtual void OnClose() = 0;
 
-  /// Gives the dialog that inner size and puts it in the middle of its owner, or of the screen, but whole on it.
+  /// Gives the dialog that inner size and puts it in the middle of its owner, or of the screen, but whole on
+  /// it.
   void SizeAndCentre(Size client);
 
  private:

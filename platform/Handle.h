@@ -58,12 +58,30 @@ struct RegKeyTraits {
 };
 using UniqueRegKey = UniqueHandle<RegKeyTraits>;
 
-struct FontTraits {
-  using Type = HFONT;
+template <class Object>
+struct GdiObjectTraits {
+  using Type = Object;
   static Type Empty() { return nullptr; }
   static void Close(Type handle) { DeleteObject(handle); }
 };
-using UniqueFont = UniqueHandle<FontTraits>;
+using UniqueBitmap = UniqueHandle<GdiObjectTraits<HBITMAP>>;
+using UniqueBrush = UniqueHandle<GdiObjectTraits<HBRUSH>>;
+using UniqueFont = UniqueHandle<GdiObjectTraits<HFONT>>;
+using UniquePalette = UniqueHandle<GdiObjectTraits<HPALETTE>>;
+
+struct MetafileTraits {
+  using Type = HENHMETAFILE;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DeleteEnhMetaFile(handle); }
+};
+using UniqueMetafile = UniqueHandle<MetafileTraits>;
+
+struct MemoryContextTraits {
+  using Type = HDC;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DeleteDC(handle); }
+};
+using UniqueMemoryContext = UniqueHandle<MemoryContextTraits>;
 
 struct IconTraits {
   using Type = HICON;
@@ -78,13 +96,6 @@ struct MenuTraits {
   static void Close(Type handle) { DestroyMenu(handle); }
 };
 using UniqueMenu = UniqueHandle<MenuTraits>;
-
-struct ModuleTraits {
-  using Type = HMODULE;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { FreeLibrary(handle); }
-};
-using UniqueModule = UniqueHandle<ModuleTraits>;
 
 /// The device context of a window, or of the whole screen for a null window.
 class WindowDC {
@@ -111,6 +122,40 @@ class SelectedObject {
  private:
   HDC dc_;
   HGDIOBJ previous_;
+};
+
+/// Selects a palette into a device context and realises it, for as long as it lives; a null palette leaves the
+/// context its own.
+class SelectedPalette {
+ public:
+  SelectedPalette(HDC dc, HPALETTE palette)
+      : dc_(dc), previous_(palette != nullptr ? SelectPalette(dc, palette, TRUE) : nullptr) {
+    RealizePalette(dc_);
+  }
+  ~SelectedPalette() {
+    if (previous_ != nullptr) SelectPalette(dc_, previous_, TRUE);
+  }
+  SelectedPalette(const SelectedPalette&) = delete;
+  SelectedPalette& operator=(const SelectedPalette&) = delete;
+
+ private:
+  HDC dc_;
+  HPALETTE previous_;
+};
+
+/// A device context in memory, compatible with the screen, with a bitmap and perhaps a palette selected; owns
+/// neither of the two.
+class MemoryDC {
+ public:
+  explicit MemoryDC(HBITMAP bitmap, HPALETTE palette = nullptr)
+      : dc_(CreateCompatibleDC(nullptr)), palette_(dc_.get(), palette), bitmap_(dc_.get(), bitmap) {}
+  HDC get() const { return dc_.get(); }
+
+ private:
+  // In this order: what is selected is taken out before the context goes.
+  UniqueMemoryContext dc_;
+  SelectedPalette palette_;
+  SelectedObject bitmap_;
 };
 
 }  // namespace snip

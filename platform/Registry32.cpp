@@ -12,8 +12,12 @@ namespace {
 /// Settings are short texts; a longer value is reported, not read.
 constexpr DWORD kQueryBufferSize = 255;
 
-const BYTE* Bytes(const std::string& text) { return reinterpret_cast<const BYTE*>(text.data()); }
-BYTE* Bytes(std::string& text) { return reinterpret_cast<BYTE*>(text.data()); }
+const BYTE* Bytes(const std::string& text) {
+  return reinterpret_cast<const BYTE*>(text.data());
+}
+BYTE* Bytes(std::string& text) {
+  return reinterpret_cast<BYTE*>(text.data());
+}
 
 LONG WriteValue(const UniqueRegKey& key, const std::string& name, DWORD type, const std::string& data) {
   return RegSetValueExA(key.get(), name.c_str(), 0, type, Bytes(data), static_cast<DWORD>(data.size()));
@@ -53,7 +57,7 @@ std::string Registry32::QueryRegString(HKEY root, const std::string& subKey, con
   // A value without any data, not even a terminating zero, reads as one blank.
   std::string text(hasData ? size - 1 : 1, ' ');
   // The string has room for its own terminating zero as well, which takes the value's.
-  DWORD room = static_cast<DWORD>(text.size() + 1);
+  auto room = static_cast<DWORD>(text.size() + 1);
   if (RegQueryValueExA(key.get(), valueName.c_str(), nullptr, &type, Bytes(text), &room) != ERROR_SUCCESS ||
       type != REG_SZ) {
     return defaultText;
@@ -80,7 +84,9 @@ UniqueRegKey Registry32::CreateRegKey(HKEY root, const std::string& subKey) cons
   return UniqueRegKey(result == ERROR_SUCCESS ? key : nullptr);
 }
 
-void Registry32::CloseRegKey(UniqueRegKey key) const { ReportRegError(RegCloseKey(key.Release())); }
+void Registry32::CloseRegKey(UniqueRegKey key) const {
+  ReportRegError(RegCloseKey(key.Release()));
+}
 
 void Registry32::SetRegValue(const std::string& value, const UniqueRegKey& key, const std::string& valueName,
                              DWORD type, std::span<const std::string> extraStrings) const {
@@ -98,14 +104,16 @@ void Registry32::SetRegValue(const std::string& value, const UniqueRegKey& key, 
       ReportRegError(WriteValue(key, valueName, type, MultiStringData(value, extraStrings)));
       return;
     default:
-      showMessage_("Unable to process that type of data. Please contact KVR Development.", MessageStyle::kOk, "");
+      showMessage_("Unable to process that type of data. Please contact KVR Development.", MessageStyle::kOk,
+                   "");
   }
 }
 
 std::string Registry32::QueryRegValue(const UniqueRegKey& key, const std::string& valueName, DWORD& type,
                                       std::vector<std::string>* strings) const {
   const DWORD askedType = type;
-  if (askedType != REG_SZ && askedType != REG_EXPAND_SZ && askedType != REG_BINARY && askedType != REG_MULTI_SZ) {
+  if (askedType != REG_SZ && askedType != REG_EXPAND_SZ && askedType != REG_BINARY &&
+      askedType != REG_MULTI_SZ) {
     showMessage_("Unable to query that type of data. Please contact KVR Development.", MessageStyle::kOk, "");
     return {};
   }

@@ -38,12 +38,12 @@ class Registry32 {
 
   /// Writes a value of type REG_SZ, REG_EXPAND_SZ, REG_DWORD (see NumberValueData) or REG_MULTI_SZ
   /// (`extraStrings` behind `value`); any other type only gives a message.
-  void SetRegValue(const std::string& value, const UniqueRegKey& key, const std::string& valueName, DWORD type,
-                   std::span<const std::string> extraStrings = {}) const;
+  void SetRegValue(const std::string& value, const UniqueRegKey& key, const std::string& valueName,
+                   DWORD type, std::span<const std::string> extraStrings = {}) const;
 
-  /// Reads a value as one of the types REG_SZ, REG_EXPAND_SZ, REG_BINARY (in hexadecimal) or REG_MULTI_SZ (its
-  /// first string, all of them in `strings`); any other type only gives a message. `type` becomes the stored
-  /// type. At most 255 bytes; a missing value reads as blanks.
+  /// Reads a value as one of the types REG_SZ, REG_EXPAND_SZ, REG_BINARY (in hexadecimal) or REG_MULTI_SZ
+  /// (its first string, all of them in `strings`); any other type only gives a message. `type` becomes the
+  /// stored type. At most 255 bytes; a missing value reads as blanks.
   std::string QueryRegValue(const UniqueRegKey& key, const std::string& valueName, DWORD& type,
                             std::vector<std::string>* strings = nullptr) const;
 

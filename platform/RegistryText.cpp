@@ -46,7 +46,8 @@ std::string StrToHex(std::string_view bytes) {
   return hex;
 }
 
-std::string SettingsKeyPath(std::string_view company, std::string_view application, std::string_view section) {
+std::string SettingsKeyPath(std::string_view company, std::string_view application,
+                            std::string_view section) {
   std::string path = "Software\\";
   path.append(company).append("\\").append(application).append("\\").append(section);
   return path;
@@ -56,9 +57,11 @@ std::optional<std::string> NumberValueData(const std::string& text) {
   const std::string trimmed{Trim(text)};
   char* end = nullptr;
   const double number = std::strtod(trimmed.c_str(), &end);
-  if (trimmed.empty() || end != trimmed.c_str() + trimmed.size() || !std::isfinite(number)) return std::nullopt;
+  if (trimmed.empty() || end != trimmed.c_str() + trimmed.size() || !std::isfinite(number))
+    return std::nullopt;
   const double rounded = std::nearbyint(number);  // the default rounding mode takes halves to even
-  if (rounded < std::numeric_limits<std::int32_t>::min() || rounded > std::numeric_limits<std::int32_t>::max()) {
+  if (rounded < std::numeric_limits<std::int32_t>::min() ||
+      rounded > std::numeric_limits<std::int32_t>::max()) {
     return std::nullopt;
   }
   std::string data = std::to_string(static_cast<std::int32_t>(rounded));

@@ -6,7 +6,8 @@ namespace snip {
 
 TwipsPerPixel ScreenTwips() {
   const WindowDC screen(nullptr);
-  return TwipsPerPixel::FromDpi(GetDeviceCaps(screen.get(), LOGPIXELSX), GetDeviceCaps(screen.get(), LOGPIXELSY));
+  return TwipsPerPixel::FromDpi(GetDeviceCaps(screen.get(), LOGPIXELSX),
+                                GetDeviceCaps(screen.get(), LOGPIXELSY));
 }
 
 }  // namespace snip

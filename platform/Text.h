@@ -18,7 +18,9 @@ inline std::string_view TrimLeft(std::string_view text) {
   return first == std::string_view::npos ? std::string_view{} : text.substr(first);
 }
 
-inline std::string_view Trim(std::string_view text) { return TrimLeft(TrimRight(text)); }
+inline std::string_view Trim(std::string_view text) {
+  return TrimLeft(TrimRight(text));
+}
 
 /// Equality without regard to the case of the letters A to Z; for the program's own fixed words.
 inline bool EqualsIgnoringAsciiCase(std::string_view a, std::string_view b) {

@@ -26,21 +26,24 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
 
 }  // namespace
 
-Window::~Window() { Destroy(); }
+Window::~Window() {
+  Destroy();
+}
 
 void Window::Destroy() {
   if (hWnd_ != nullptr) DestroyWindow(hWnd_);
 }
 
 bool Window::Create(const Creation& creation) {
-  if (!EnsureClass(creation.className, creation.classStyle, creation.iconId, creation.background, &WindowProc)) {
+  if (!EnsureClass(creation.className, creation.classStyle, creation.iconId, creation.background,
+                   &WindowProc)) {
     return false;
   }
   const Rect& place = creation.place;
   return CreateWindowExA(creation.exStyle, creation.className, creation.title, creation.style, place.left,
                          place.top, place.width, place.height, creation.parent,
-                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id)), GetModuleHandleA(nullptr),
-                         this) != nullptr;
+                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id)),
+                         GetModuleHandleA(nullptr), this) != nullptr;
 }
 
 LRESULT Window::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -84,10 +87,9 @@ HICON SharedIcon(int iconId, int widthMetric) {
 
 HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,
                    HFONT font, const Rect& place) {
-  const HWND control = CreateWindowExA(exStyle, className, text, WS_CHILD | style, place.left, place.top,
-                                       place.width, place.height, parent,
-                                       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                       GetModuleHandleA(nullptr), nullptr);
+  const HWND control = CreateWindowExA(
+      exStyle, className, text, WS_CHILD | style, place.left, place.top, place.width, place.height, parent,
+      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
   if (font != nullptr) SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   return control;
 }

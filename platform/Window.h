@@ -11,7 +11,9 @@ namespace snip {
 /// A window of a class of our own. Binds the C++ object to the handle while the handle lives and is the only
 /// place that stops an exception from crossing into the system.
 ///
-/// The object may live longer than its window; `hWnd` is null before `Create` and after the window is gone.
+/// The object may live longer than its window; `hWnd` is null before `Create` and after the window is gone. A
+/// class that answers messages with its own members destroys its window in its own destructor, while it still
+/// has them.
 class Window {
  public:
   Window() = default;
@@ -33,7 +35,7 @@ class Window {
     HWND parent = nullptr;
     int id = 0;  ///< Of a child window.
     UINT classStyle = CS_DBLCLKS;
-    int iconId = 0;                    ///< Resource number of the window's icon, 0 for none.
+    int iconId = 0;                  ///< Resource number of the window's icon, 0 for none.
     int background = COLOR_BTNFACE;  ///< A system colour.
   };
 

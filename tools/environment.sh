@@ -4,7 +4,7 @@
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
-  cmake ninja-build g++ python3 googletest librsvg2-bin icoutils
+  cmake ninja-build g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix)
 wine_packages=(wine wine64 fonts-wine fonts-liberation2 xvfb xauth xdotool x11-utils imagemagick procps)
 

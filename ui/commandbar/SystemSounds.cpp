@@ -7,10 +7,11 @@ namespace snip {
 namespace {
 
 constexpr std::array<std::string_view, 22> kEventNames = {
-    "Buddy In",   "Buddy Out",         "Close",      "Drop",           "File's Done",     "Goodbye",
-    "MailBeep",   "Maximize",          "MenuCommand", "MenuPopup",     "Minimize",        "Open",
-    "RestoreDown", "RestoreUp",        "SystemAsterisk", "SystemExclamation", "SystemExit", "SystemHand",
-    "SystemQuestion", "SystemStart",   "Welcome",    "You've Got Mail"};
+    "Buddy In",          "Buddy Out",      "Close",       "Drop",           "File's Done",
+    "Goodbye",           "MailBeep",       "Maximize",    "MenuCommand",    "MenuPopup",
+    "Minimize",          "Open",           "RestoreDown", "RestoreUp",      "SystemAsterisk",
+    "SystemExclamation", "SystemExit",     "SystemHand",  "SystemQuestion", "SystemStart",
+    "Welcome",           "You've Got Mail"};
 
 std::string SchemeKey(std::string_view application, std::string_view eventName) {
   std::string key = "AppEvents\\Schemes\\Apps\\";
@@ -25,7 +26,9 @@ std::string_view SystemSoundEventName(std::int16_t index) {
   return place < kEventNames.size() ? kEventNames[place] : std::string_view{};
 }
 
-std::string DefaultSchemeSoundKey(std::string_view eventName) { return SchemeKey(".Default", eventName); }
+std::string DefaultSchemeSoundKey(std::string_view eventName) {
+  return SchemeKey(".Default", eventName);
+}
 
 std::string OfficeSchemeSoundKey(std::string_view eventName) {
   return SchemeKey("Office97", "Office97-" + std::string(eventName));

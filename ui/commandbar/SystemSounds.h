@@ -19,7 +19,8 @@ constexpr std::int16_t kQuestion = 18;
 /// The registry's name of a standard event, 0-based; empty for a number that is not in the table.
 std::string_view SystemSoundEventName(std::int16_t index);
 
-/// The key under HKEY_CURRENT_USER whose default value names the sound file of an event of the default scheme.
+/// The key under HKEY_CURRENT_USER whose default value names the sound file of an event of the default
+/// scheme.
 std::string DefaultSchemeSoundKey(std::string_view eventName);
 
 /// The same for an event of the Office 97 scheme, its name without the "Office97-" prefix.

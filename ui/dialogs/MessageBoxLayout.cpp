@@ -7,7 +7,9 @@
 namespace snip {
 namespace {
 
-constexpr bool HasBits(int style, int bits) { return (style & bits) == bits; }
+constexpr bool HasBits(int style, int bits) {
+  return (style & bits) == bits;
+}
 
 struct IconAndSound {
   MessageIcon icon;
@@ -70,7 +72,8 @@ MessageBoxLayout LayOutMessageBox(const MessageBoxStyle& style, const MessageBox
   MessageBoxLayout layout;
   const int highestPrompt = metrics.screenHeight * 8 / 10 - 3 * marginY - button.height;
   layout.promptOverflows = prompt.height > highestPrompt;
-  const int promptHeight = std::min(prompt.height, std::max(highestPrompt, metrics.dialogUnit.height));
+  const int promptHeight = std::clamp(prompt.height, metrics.dialogUnit.height,
+                                      std::max(highestPrompt, metrics.dialogUnit.height));
   const int bodyHeight = std::max(promptHeight, metrics.icon.height);
   const int promptWidth = layout.promptOverflows ? widestLine : prompt.width;
 
@@ -78,7 +81,8 @@ MessageBoxLayout LayOutMessageBox(const MessageBoxStyle& style, const MessageBox
   layout.client = {contentWidth + marginX, bodyHeight + 3 * marginY + button.height};
   layout.icon = {marginX, marginY, metrics.icon.width, metrics.icon.height};
   // A prompt lower than the icon stands beside its middle, a higher one starts at its top.
-  layout.prompt = {promptLeft, marginY + (bodyHeight - promptHeight) / 2, contentWidth - promptLeft, promptHeight};
+  layout.prompt = {promptLeft, marginY + (bodyHeight - promptHeight) / 2, contentWidth - promptLeft,
+                   promptHeight};
 
   int left = (layout.client.width - buttonsWidth) / 2;
   for (int i = 0; i < buttonCount; ++i) {

@@ -33,7 +33,7 @@ MessageResult const* EscapeButton(const MessageBoxStyle& style);
 
 /// What the layout needs to know of the screen; everything in pixels.
 struct MessageBoxMetrics {
-  Size dialogUnit;   ///< Average width and height of a character of the dialog font.
+  Size dialogUnit;  ///< Average width and height of a character of the dialog font.
   Size icon;
   int screenWidth = 0;  ///< Work area on which the box has to fit.
   int screenHeight = 0;

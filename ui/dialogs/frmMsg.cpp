@@ -9,23 +9,25 @@ namespace {
 
 constexpr const char* kApplicationTitle = "Brennic Snipstore 2.0";
 
+BOOL CALLBACK TakeUsableWindow(HWND window, LPARAM result) {
+  const bool usable = IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
+  if (usable) *reinterpret_cast<HWND*>(result) = window;
+  return usable ? FALSE : TRUE;
+}
+
 /// The window that a message belongs to: the active one, else any visible one of this thread, so that a
 /// message never stands beside a window that still takes input.
 HWND OwnerForMessage() {
   HWND owner = GetActiveWindow();
-  if (owner != nullptr) return owner;
-  EnumThreadWindows(
-      GetCurrentThreadId(),
-      [](HWND window, LPARAM result) -> BOOL {
-        const bool found = IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
-        if (found) *reinterpret_cast<HWND*>(result) = window;
-        return found ? FALSE : TRUE;
-      },
-      reinterpret_cast<LPARAM>(&owner));
+  if (owner == nullptr) {
+    EnumThreadWindows(GetCurrentThreadId(), &TakeUsableWindow, reinterpret_cast<LPARAM>(&owner));
+  }
   return owner;
 }
 
-int IconResource(MessageIcon icon) { return IDI_MESSAGE_INFORMATION + static_cast<int>(icon); }
+int IconResource(MessageIcon icon) {
+  return IDI_MESSAGE_INFORMATION + static_cast<int>(icon);
+}
 
 }  // namespace
 
@@ -54,12 +56,13 @@ void frmMsg::OnInit() {
 
   const HWND image = CreateControl(hWnd(), "STATIC", "", WS_VISIBLE | SS_ICON | SS_REALSIZEIMAGE, 0, kImageId,
                                    nullptr, layout.icon);
-  SendMessageA(image, STM_SETICON, reinterpret_cast<WPARAM>(SharedIcon(IconResource(style_.icon), SM_CXICON)), 0);
+  SendMessageA(image, STM_SETICON, reinterpret_cast<WPARAM>(SharedIcon(IconResource(style_.icon), SM_CXICON)),
+               0);
 
   if (layout.promptOverflows) {
     CreateControl(hWnd(), "EDIT", prompt_.c_str(),
-                  WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY, WS_EX_CLIENTEDGE, kLabelId,
-                  font_.get(), layout.prompt);
+                  WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_READONLY, WS_EX_CLIENTEDGE,
+                  kLabelId, font_.get(), layout.prompt);
   } else {
     CreateControl(hWnd(), "STATIC", prompt_.c_str(), WS_VISIBLE | SS_NOPREFIX | SS_EDITCONTROL, 0, kLabelId,
                   font_.get(), layout.prompt);

@@ -3,7 +3,11 @@
 #include <richedit.h>
 #include <windowsx.h>
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
+
+#include "ui/editor/WordRange.h"
 
 namespace snip {
 namespace {
@@ -15,7 +19,14 @@ constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 
 }  // namespace
 
-BnRichEdit::BnRichEdit(Events events) : events_(std::move(events)), library_(LoadLibraryA("riched20.dll")) {}
+// The rich-edit library stays loaded until the process ends: a window class does not survive its library, and
+// other parts of the process may use it as well.
+BnRichEdit::BnRichEdit(Events events)
+    : events_(std::move(events)), hasRichEdit_(LoadLibraryA("riched20.dll") != nullptr) {}
+
+BnRichEdit::~BnRichEdit() {
+  Destroy();
+}
 
 bool BnRichEdit::CreateIn(HWND parent, int id, HFONT font) {
   font_ = font;
@@ -34,7 +45,7 @@ void BnRichEdit::MakeControl() {
   if (control_ != nullptr) DestroyWindow(control_);
   const Size size = ClientSize(hWnd());
   // A system without the rich-edit library still has the plain edit control.
-  control_ = CreateControl(hWnd(), library_ ? RICHEDIT_CLASSA : "EDIT", "",
+  control_ = CreateControl(hWnd(), hasRichEdit_ ? RICHEDIT_CLASSA : "EDIT", "",
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                                ES_AUTOHSCROLL | ES_WANTRETURN | ES_NOHIDESEL,
                            WS_EX_CLIENTEDGE, kControlId, font_, {0, 0, size.width, size.height});
@@ -64,7 +75,26 @@ void BnRichEdit::SetFont(HFONT font) {
   SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 }
 
-bool BnRichEdit::FilterInput(UINT message, WPARAM wParam) {
+/// Selects by itself, since the control is no help here: on Windows it selects a word with the blanks behind
+/// it, and Wine's takes text elsewhere when the word is the last one of its line.
+void BnRichEdit::SelectWordAt(POINTL place) {
+  const LRESULT character = SendMessageA(control_, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&place));
+  const LRESULT line = SendMessageA(control_, EM_EXLINEFROMCHAR, 0, character);
+  const LRESULT lineStart = SendMessageA(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
+  const LRESULT length = SendMessageA(control_, EM_LINELENGTH, static_cast<WPARAM>(lineStart), 0);
+  std::string text(static_cast<std::size_t>(length) + sizeof(WORD), '\0');
+  const auto room = static_cast<WORD>(std::min<std::size_t>(text.size(), 0xFFFF));
+  std::memcpy(text.data(), &room, sizeof room);  // how the message is told the buffer's size
+  SendMessageA(control_, EM_GETLINE, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+
+  const ColumnRange word = WordAt(text, static_cast<std::size_t>(character - lineStart));
+  CHARRANGE range{static_cast<LONG>(lineStart + static_cast<LRESULT>(word.begin)),
+                  static_cast<LONG>(lineStart + static_cast<LRESULT>(word.end))};
+  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+}
+
+bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CHAR:
       events_.keyPress(static_cast<char>(wParam));
@@ -72,11 +102,13 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam) {
     case WM_KEYDOWN:
       // Tab is a character while the code is edited; in a field that is only read it moves on.
       if (wParam != VK_TAB || !locked_) return false;
-      SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
+      SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_,
+                                 GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
       return true;
     case WM_LBUTTONDBLCLK:
+      SelectWordAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
       events_.dblClick();
-      return false;
+      return true;
     default:
       return false;
   }
@@ -102,7 +134,7 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       const auto* header = reinterpret_cast<const NMHDR*>(lParam);
       if (header->code != EN_MSGFILTER) return 0;
       const auto* filter = reinterpret_cast<const MSGFILTER*>(lParam);
-      return FilterInput(filter->msg, filter->wParam) ? 1 : 0;
+      return FilterInput(filter->msg, filter->wParam, filter->lParam) ? 1 : 0;
     }
     default:
       return Default(message, wParam, lParam);

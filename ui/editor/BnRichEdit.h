@@ -4,7 +4,6 @@
 #include <string>
 
 #include "platform/ExactTextField.h"
-#include "platform/Handle.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -21,6 +20,7 @@ class BnRichEdit : public Window {
   };
 
   explicit BnRichEdit(Events events);
+  ~BnRichEdit() override;
 
   bool CreateIn(HWND parent, int id, HFONT font);
 
@@ -41,10 +41,11 @@ class BnRichEdit : public Window {
  private:
   void MakeControl();
   /// Looks at an input message before the control does; true when the control is not to see it.
-  bool FilterInput(UINT message, WPARAM wParam);
+  bool FilterInput(UINT message, WPARAM wParam, LPARAM lParam);
+  void SelectWordAt(POINTL place);
 
   Events events_;
-  UniqueModule library_;
+  bool hasRichEdit_;
   HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
   HFONT font_ = nullptr;
   ExactTextField field_;

@@ -11,15 +11,17 @@ namespace snip {
 void LibraryChooser::Create(HWND parent, int id, HFONT font) {
   // The height is that of the opened list; the field's own follows the font.
   constexpr Rect openList{0, 0, 100, 300};
-  cboFiles_ = CreateControl(parent, "COMBOBOX", "", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0, id,
-                            font, openList);
+  cboFiles_ = CreateControl(parent, "COMBOBOX", "", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
+                            0, id, font, openList);
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {
   Send(CB_INSERTSTRING, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.c_str()));
 }
 
-int LibraryChooser::FileCount() const { return static_cast<int>(Send(CB_GETCOUNT)); }
+int LibraryChooser::FileCount() const {
+  return static_cast<int>(Send(CB_GETCOUNT));
+}
 
 std::string LibraryChooser::FileText(int entry) const {
   const LRESULT length = Send(CB_GETLBTEXTLEN, static_cast<WPARAM>(entry));
@@ -30,9 +32,13 @@ std::string LibraryChooser::FileText(int entry) const {
   return text;
 }
 
-int LibraryChooser::SelectedFile() const { return static_cast<int>(Send(CB_GETCURSEL)); }
+int LibraryChooser::SelectedFile() const {
+  return static_cast<int>(Send(CB_GETCURSEL));
+}
 
-void LibraryChooser::SelectFile(int entry) { Send(CB_SETCURSEL, static_cast<WPARAM>(entry)); }
+void LibraryChooser::SelectFile(int entry) {
+  Send(CB_SETCURSEL, static_cast<WPARAM>(entry));
+}
 
 void LibraryChooser::SetFileNameText(const std::string& /*text*/) {
   // The box for renaming a library does not exist yet.

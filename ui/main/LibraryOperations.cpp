@@ -11,7 +11,9 @@ namespace {
 constexpr const char* kBrowseEntry = "(Browse...)";
 constexpr std::string_view kExtension = ".bns";
 
-bool IsFullPath(const std::string& entry) { return entry.find(":\\") != std::string::npos; }
+bool IsFullPath(const std::string& entry) {
+  return entry.find(":\\") != std::string::npos;
+}
 
 }  // namespace
 
@@ -105,7 +107,8 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
   }
   if (contents->version == BnsVersion::Version1) {
     showMessage_(
-        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be converted "
+        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
+        "converted "
         "to Snipstore 2.0 format.",
         MessageStyle::kOk, "");
     OpenBNSFileV1(std::move(*contents));
@@ -131,8 +134,8 @@ void LibraryOperations::TakeContents(BnsContents contents) {
 }
 
 void LibraryOperations::ReportOmitted(std::size_t omitted) {
-  showMessage_("A library holds at most " + std::to_string(Library::kMaxSnippets) + " snippets. This file has " +
-                   std::to_string(omitted) +
+  showMessage_("A library holds at most " + std::to_string(Library::kMaxSnippets) +
+                   " snippets. This file has " + std::to_string(omitted) +
                    " more, which could not be read. The library can be looked at but not changed, so that "
                    "nothing of the file is lost.",
                MessageStyle::kInformation, kMainWindowTitle);

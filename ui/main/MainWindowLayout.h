@@ -32,11 +32,11 @@ struct MainWindowPlaces {
 std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes);
 
 struct RightPaneSizes {
-  Size inner;                  ///< Inner size of the pane.
-  int descriptionHeight = 0;   ///< Height of `txtDesc`.
-  int attachPanelWidth = 0;    ///< Width of `picAttach`.
-  int editBarHeight = 0;       ///< Height of `cmdEdit`.
-  int splitterBottom = 0;      ///< Current bottom of `picHSplt`.
+  Size inner;                 ///< Inner size of the pane.
+  int descriptionHeight = 0;  ///< Height of `txtDesc`.
+  int attachPanelWidth = 0;   ///< Width of `picAttach`.
+  int editBarHeight = 0;      ///< Height of `cmdEdit`.
+  int splitterBottom = 0;     ///< Current bottom of `picHSplt`.
 };
 
 struct RightPanePlaces {

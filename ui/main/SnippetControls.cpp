@@ -26,9 +26,10 @@ void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFON
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
                            WS_EX_CLIENTEDGE, ids.lstCode, listFont);
   txtName_ = CreateControl(leftPane, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, ids.txtName, listFont);
-  txtDesc_ = CreateControl(rightPane, "EDIT", "",
-                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN,
-                           WS_EX_CLIENTEDGE, ids.txtDesc, listFont);
+  txtDesc_ =
+      CreateControl(rightPane, "EDIT", "",
+                    WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN,
+                    WS_EX_CLIENTEDGE, ids.txtDesc, listFont);
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
   description_ = ExactTextField(txtDesc_);
@@ -52,7 +53,9 @@ void SnippetControls::AddRow(const std::string& name) {
   List(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
-void SnippetControls::RemoveRow(int row) { List(LB_DELETESTRING, static_cast<WPARAM>(row)); }
+void SnippetControls::RemoveRow(int row) {
+  List(LB_DELETESTRING, static_cast<WPARAM>(row));
+}
 
 void SnippetControls::SetRowText(int row, const std::string& name) {
   // A list box cannot change a row: it gets a new one in the old one's place.
@@ -67,12 +70,22 @@ void SnippetControls::SetRowText(int row, const std::string& name) {
   InvalidateRect(lstCode_, nullptr, TRUE);
 }
 
-int SnippetControls::RowCount() const { return static_cast<int>(List(LB_GETCOUNT)); }
-int SnippetControls::SelectedRow() const { return static_cast<int>(List(LB_GETCURSEL)); }
-void SnippetControls::SelectRow(int row) { List(LB_SETCURSEL, static_cast<WPARAM>(row)); }
-void SnippetControls::FocusList() { SetFocus(lstCode_); }
+int SnippetControls::RowCount() const {
+  return static_cast<int>(List(LB_GETCOUNT));
+}
+int SnippetControls::SelectedRow() const {
+  return static_cast<int>(List(LB_GETCURSEL));
+}
+void SnippetControls::SelectRow(int row) {
+  List(LB_SETCURSEL, static_cast<WPARAM>(row));
+}
+void SnippetControls::FocusList() {
+  SetFocus(lstCode_);
+}
 
-std::string SnippetControls::Description() const { return description_.Text(); }
+std::string SnippetControls::Description() const {
+  return description_.Text();
+}
 
 void SnippetControls::SetDescription(const std::string& text) {
   settingDescription_ = true;
@@ -80,11 +93,21 @@ void SnippetControls::SetDescription(const std::string& text) {
   settingDescription_ = false;
 }
 
-std::string SnippetControls::Code() const { return txtCode_.text(); }
-void SnippetControls::SetCode(const std::string& text) { txtCode_.SetText(text); }
-bool SnippetControls::CodeLocked() const { return txtCode_.locked(); }
-void SnippetControls::SetCodeLocked(bool locked) { txtCode_.SetLocked(locked); }
-void SnippetControls::FocusCode() { txtCode_.Focus(); }
+std::string SnippetControls::Code() const {
+  return txtCode_.text();
+}
+void SnippetControls::SetCode(const std::string& text) {
+  txtCode_.SetText(text);
+}
+bool SnippetControls::CodeLocked() const {
+  return txtCode_.locked();
+}
+void SnippetControls::SetCodeLocked(bool locked) {
+  txtCode_.SetLocked(locked);
+}
+void SnippetControls::FocusCode() {
+  txtCode_.Focus();
+}
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
   RECT place{};
@@ -93,13 +116,16 @@ void SnippetControls::ShowNameBox(int row, const std::string& name) {
   // The box has a border of its own around the text, which otherwise would cover the row's letters.
   const int border = GetSystemMetrics(SM_CYBORDER);
   MoveTo(txtName_, {static_cast<int>(place.left), static_cast<int>(place.top) - border,
-                    static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top) + 2 * border});
+                    static_cast<int>(place.right - place.left),
+                    static_cast<int>(place.bottom - place.top) + 2 * border});
   name_.SetText(name);
   SetWindowPos(txtName_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
   FocusNameBox();
 }
 
-std::string SnippetControls::NameBoxText() const { return name_.Text(); }
+std::string SnippetControls::NameBoxText() const {
+  return name_.Text();
+}
 
 void SnippetControls::FocusNameBox() {
   SetFocus(txtName_);

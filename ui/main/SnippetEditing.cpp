@@ -14,6 +14,7 @@ void SnippetEditing::ShowLibrary() {
     ShowNothing("");
     return;
   }
+  EndRename();
   view_.FillRows(library_.Snippets);
   SelectAndShow(0);
 }
@@ -122,13 +123,15 @@ void SnippetEditing::lstCode_DblClick() {
   view_.ShowNameBox(row, library_.Snippets[static_cast<std::size_t>(row)].Name);
 }
 
-void SnippetEditing::txtName_Cancel() { EndRename(); }
+void SnippetEditing::txtName_Cancel() {
+  EndRename();
+}
 
 void SnippetEditing::txtName_Accept() {
   if (!renamedRow_) return;
   const int row = *renamedRow_;
   const std::string name = view_.NameBoxText();
-  if (!library_.HasIndex(row)) {
+  if (editingDisabled_ || !library_.HasIndex(row)) {
     EndRename();
     return;
   }
@@ -148,7 +151,8 @@ void SnippetEditing::txtName_Accept() {
 
 bool SnippetEditing::NameTaken(const std::string& name, int exceptRow) const {
   for (int row = 0; row <= library_.LastIndex(); ++row) {
-    if (row != exceptRow && sameName_(library_.Snippets[static_cast<std::size_t>(row)].Name, name)) return true;
+    if (row != exceptRow && sameName_(library_.Snippets[static_cast<std::size_t>(row)].Name, name))
+      return true;
   }
   return false;
 }
@@ -181,6 +185,7 @@ void SnippetEditing::DeleteSelectedSnippet() {
 }
 
 void SnippetEditing::DeleteSnippet(int index) {
+  if (editingDisabled_) return;
   if (!library_.HasIndex(index)) {
     ReportNoSelection();
     return;

@@ -63,7 +63,7 @@ class SnippetEditing {
   SnippetView& view_;
   ShowMessageFunction showMessage_;
   TextEquality sameName_;
-  int editIndex_ = -1;              ///< The snippet whose code was last opened for editing.
+  int editIndex_ = -1;             ///< The snippet whose code was last opened for editing.
   std::optional<int> renamedRow_;  ///< The row that txtName stands over.
   bool editingDisabled_ = false;
 };

@@ -20,7 +20,15 @@ constexpr int kDesignLeftPaneWidth = 3000;
 constexpr int kDesignDescriptionHeight = 800;
 constexpr int kBarMargin = 60;
 
-enum MenuId : int { kSaveLibrary = 1, kClose, kNewSnippet, kEditSnippet, kRenameSnippet, kDeleteSnippet, kCopy };
+enum MenuId : int {
+  kSaveLibrary = 1,
+  kClose,
+  kNewSnippet,
+  kEditSnippet,
+  kRenameSnippet,
+  kDeleteSnippet,
+  kCopy
+};
 
 /// Posted to the window itself when an edit field has lost the focus: only afterwards can be told where the
 /// focus went, and only then may a message box be shown.
@@ -39,8 +47,8 @@ frmAddIn::frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::fu
                 {.setEditingDisabled =
                      [this](bool disabled) {
                        const UINT state = MF_BYCOMMAND | (disabled ? MF_GRAYED : MF_ENABLED);
-                       for (const int id :
-                            {kSaveLibrary, kNewSnippet, kEditSnippet, kRenameSnippet, kDeleteSnippet, kCopy}) {
+                       for (const int id : {kSaveLibrary, kNewSnippet, kEditSnippet, kRenameSnippet,
+                                            kDeleteSnippet, kCopy}) {
                          EnableMenuItem(GetMenu(hWnd()), static_cast<UINT>(id), state);
                        }
                      },
@@ -53,6 +61,10 @@ frmAddIn::frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::fu
       operations_(library_, editing_, controls_, chooser_, store, showMessage_),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
+
+frmAddIn::~frmAddIn() {
+  Destroy();
+}
 
 bool frmAddIn::Show() {
   const bool isNew = hWnd() == nullptr;
@@ -135,7 +147,9 @@ void frmAddIn::Form_QueryUnload() {
   DestroyWindow(hWnd());
 }
 
-void frmAddIn::CopyCode() { CopyToClipboard(hWnd(), controls_.Code()); }
+void frmAddIn::CopyCode() {
+  CopyToClipboard(hWnd(), controls_.Code());
+}
 
 void frmAddIn::OnMenuCommand(int id) {
   switch (id) {
@@ -224,6 +238,11 @@ bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
+  if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
+    // Everywhere else the system does this; Wine's combo box keeps the keys for itself.
+    PostMessageA(hWnd(), WM_SYSCOMMAND, SC_CLOSE, 0);
+    return true;
+  }
   if (message.message == WM_KEYDOWN && HandleKey(message)) return true;
   return IsDialogMessageA(hWnd(), &message) != 0;
 }
@@ -235,7 +254,8 @@ void frmAddIn::RememberFocus() {
 
 HWND frmAddIn::FocusTarget() const {
   // The code field may have made its control anew meanwhile.
-  return IsChild(hWnd(), lastFocus_) != 0 && IsWindowVisible(lastFocus_) != 0 ? lastFocus_ : controls_.lstCode();
+  return IsChild(hWnd(), lastFocus_) != 0 && IsWindowVisible(lastFocus_) != 0 ? lastFocus_
+                                                                              : controls_.lstCode();
 }
 
 LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -245,9 +265,10 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       leftPane_.CreateIn(hWnd());
       rightPane_.CreateIn(hWnd());
       chooser_.Create(hWnd(), kFilesId, font_.get());
-      controls_.Create(leftPane_.hWnd(), rightPane_.hWnd(),
-                       {.lstCode = kListId, .txtName = kNameId, .txtDesc = kDescriptionId, .txtCode = kCodeId},
-                       font_.get());
+      controls_.Create(
+          leftPane_.hWnd(), rightPane_.hWnd(),
+          {.lstCode = kListId, .txtName = kNameId, .txtDesc = kDescriptionId, .txtCode = kCodeId},
+          font_.get());
       return 0;
     case WM_SIZE:
       Form_Resize();

@@ -28,13 +28,14 @@ class frmAddIn : public Window {
 
   /// `unloaded` is called once the window is gone.
   frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::function<void()> unloaded);
+  ~frmAddIn() override;
 
   /// Shows the window modeless and without an owner; makes it, and opens the first library, if need be.
   /// False when the system refuses to make it.
   bool Show();
 
-  /// Looks at a message before it is dispatched, for keys that belong to the window as a whole; true when it is
-  /// used up.
+  /// Looks at a message before it is dispatched, for keys that belong to the window as a whole; true when it
+  /// is used up.
   bool PreTranslate(MSG& message);
 
  protected:

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "library/BnsFormat.h"
+#include "platform/Win32Text.h"
+#include "tests/app/Program.h"
+#include "ui/dialogs/frmMsg.h"
+
+namespace snip::test {
+namespace {
+
+constexpr const char* kNoticeTitle = "Brennic Snipstore 2.0";
+
+TEST(FirstStart, RegistersSaysSoAndOpensNoWindow) {
+  Program program;
+  program.Start();
+  const HWND notice = WaitForWindow(kNoticeTitle);
+  ASSERT_NE(notice, nullptr);
+  EXPECT_EQ(
+      WindowText(GetDlgItem(notice, frmMsg::kLabelId)),
+      "Brennic Snipstore 2.0 was added to VB's list of add-ins. Run the executable again to start Snipstore "
+      "outside the VB IDE.");
+  EXPECT_EQ(Program::AddInEntry(), "0");
+  EXPECT_EQ(Program::Marker(), "") << "not before the notice has been read";
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(notice); }));
+  PressKey(VK_RETURN);
+  ASSERT_TRUE(program.WaitForEnd());
+  EXPECT_EQ(program.ExitCode(), 0U);
+  EXPECT_EQ(Program::Marker(), "Yes");
+  EXPECT_EQ(FindVisibleWindow("Brennic Snipstore 2.x"), nullptr);
+}
+
+TEST(FirstStart, TheSecondStartOpensTheWindowAndWritesNothing) {
+  Program program;
+  program.folder().Write("Lib.bns", NewLibraryBns());
+  program.MarkAsRunBefore("No");
+  program.Start();
+  const HWND window = program.MainWindow();
+  ASSERT_NE(window, nullptr);
+  PostMessageA(window, WM_CLOSE, 0, 0);
+  ASSERT_TRUE(program.WaitForEnd());
+  EXPECT_EQ(program.ExitCode(), 0U);
+  EXPECT_EQ(Program::AddInEntry(), "");
+  EXPECT_EQ(Program::Marker(), "No");
+  EXPECT_EQ(program.folder().Read("Lib.bns"), NewLibraryBns());
+}
+
+TEST(FirstStart, AComponentNeitherReadsNorChangesTheMarker) {
+  for (const char* argument : {"-Embedding", "/embedding"}) {
+    SCOPED_TRACE(argument);
+    Program program;
+    program.Start(argument);
+    ASSERT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(program.ExitCode(), 0U);
+    EXPECT_FALSE(Program::HasRegistryKey());
+    EXPECT_EQ(Program::AddInEntry(), "");
+
+    program.MarkAsRunBefore();
+    program.Start(argument);
+    ASSERT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(Program::Marker(), "Yes");
+    EXPECT_EQ(FindVisibleWindow("Brennic Snipstore 2.x"), nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace snip::test

@@ -1,0 +1,105 @@
+#include "tests/app/Program.h"
+
+#include <shlwapi.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "platform/Win32Text.h"
+
+namespace snip::test {
+namespace {
+
+constexpr const char* kCompanyKey = "Software\\Brennic";
+constexpr const char* kMarkerKey = "Software\\Brennic\\BnSnipstore\\2.0";
+constexpr DWORD kEndMs = 15000;
+
+void Forget() {
+  SHDeleteKeyA(HKEY_CURRENT_USER, kCompanyKey);
+  WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", nullptr, "vbaddin.ini");
+}
+
+/// Built beside the tests, or named by the caller when another build is to be driven.
+std::string ExecutablePath() {
+  const char* named = std::getenv("SNIPSTORE_EXE");
+  return named != nullptr ? named : ProgramDirectory() + "\\..\\BnSnipstore2.exe";
+}
+
+}  // namespace
+
+Program::Program() {
+  Forget();
+  if (CopyFileA(ExecutablePath().c_str(), folder_.File("BnSnipstore2.exe").c_str(), TRUE) == 0) {
+    throw std::runtime_error("no executable at " + ExecutablePath());
+  }
+}
+
+Program::~Program() {
+  Kill();
+  Forget();
+}
+
+void Program::MarkAsRunBefore(const std::string& marker) const {
+  SHSetValueA(HKEY_CURRENT_USER, kMarkerKey, "RunBefore", REG_SZ, marker.c_str(),
+              static_cast<DWORD>(marker.size() + 1));
+}
+
+std::string Program::Marker() {
+  char text[100]{};
+  DWORD size = sizeof text;
+  const bool found =
+      SHGetValueA(HKEY_CURRENT_USER, kMarkerKey, "RunBefore", nullptr, text, &size) == ERROR_SUCCESS;
+  return found ? text : "";
+}
+
+std::string Program::AddInEntry() {
+  char text[100]{};
+  GetPrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "", text, sizeof text, "vbaddin.ini");
+  return text;
+}
+
+bool Program::HasRegistryKey() {
+  HKEY key = nullptr;
+  const bool found = RegOpenKeyExA(HKEY_CURRENT_USER, kCompanyKey, 0, KEY_READ, &key) == ERROR_SUCCESS;
+  const UniqueRegKey owner(key);
+  return found;
+}
+
+void Program::Start(const std::string& arguments) {
+  STARTUPINFOA start{};
+  start.cb = sizeof start;
+  PROCESS_INFORMATION process{};
+  std::string commandLine = "\"" + folder_.File("BnSnipstore2.exe") + "\" " + arguments;
+  if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                     &process) == 0) {
+    throw std::runtime_error("the program does not start");
+  }
+  CloseHandle(process.hThread);
+  process_.Reset(process.hProcess);
+}
+
+bool Program::WaitForEnd() {
+  return WaitForSingleObject(process_.get(), kEndMs) == WAIT_OBJECT_0;
+}
+
+DWORD Program::ExitCode() const {
+  DWORD code = STILL_ACTIVE;
+  GetExitCodeProcess(process_.get(), &code);
+  return code;
+}
+
+bool Program::Running() const {
+  return process_ && WaitForSingleObject(process_.get(), 0) == WAIT_TIMEOUT;
+}
+
+void Program::Kill() {
+  if (!Running()) return;
+  TerminateProcess(process_.get(), 1);
+  WaitForSingleObject(process_.get(), kEndMs);
+}
+
+HWND Program::MainWindow() const {
+  return WaitForWindow("Brennic Snipstore 2.x");
+}
+
+}  // namespace snip::test

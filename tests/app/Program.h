@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/Handle.h"
+#include "tests/windows/TestDesktop.h"
+
+namespace snip::test {
+
+/// The real executable in a folder of its own, with the registry and the add-in list as on a machine that has
+/// never seen it.
+class Program {
+ public:
+  Program();
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  const TemporaryFolder& folder() const { return folder_; }
+
+  /// Makes the next start one that opens the window.
+  void MarkAsRunBefore(const std::string& marker = "Yes") const;
+  /// The text of the first-run marker; empty when there is none.
+  static std::string Marker();
+  /// The program's entry in "vbaddin.ini"; empty when there is none.
+  static std::string AddInEntry();
+  /// Whether the program has made any key of its own.
+  static bool HasRegistryKey();
+
+  void Start(const std::string& arguments = "");
+  /// Waits until the process has ended; false when it goes on.
+  bool WaitForEnd();
+  DWORD ExitCode() const;
+  bool Running() const;
+  void Kill();
+
+  /// The main window, once it is up; null when it does not come.
+  HWND MainWindow() const;
+
+ private:
+  TemporaryFolder folder_;
+  UniqueFile process_;
+};
+
+}  // namespace snip::test

@@ -1,0 +1,269 @@
+#include <gtest/gtest.h>
+#include <richedit.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "library/BnsFormat.h"
+#include "library/LibraryFolder.h"
+#include "platform/Win32Text.h"
+#include "tests/windows/TestDesktop.h"
+#include "ui/main/frmAddIn.h"
+
+namespace snip::test {
+namespace {
+
+Snippet Named(const std::string& name) {
+  return {.Name = name, .Attachment = "", .Code = "'" + name, .Description = "about " + name};
+}
+
+/// The real window with real messages; only the message box is answered by the test.
+class MainWindowTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder_.Write("Numbers.bns", WriteBns(std::vector{Named("one"), Named("two"), Named("three")}));
+  }
+
+  void Open() {
+    ASSERT_TRUE(window_.Show());
+    ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_.hWnd()); }));
+  }
+
+  HWND Control(int id) const { return FindControl(window_.hWnd(), id); }
+  HWND List() const { return Control(frmAddIn::kListId); }
+  HWND Files() const { return Control(frmAddIn::kFilesId); }
+  HWND Description() const { return Control(frmAddIn::kDescriptionId); }
+  HWND NameBox() const { return Control(frmAddIn::kNameId); }
+  HWND Code() const { return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD); }
+
+  std::string Row(int row) const {
+    std::string text(
+        static_cast<std::size_t>(SendMessageA(List(), LB_GETTEXTLEN, static_cast<WPARAM>(row), 0)), '\0');
+    SendMessageA(List(), LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
+    return text;
+  }
+  int Selected() const { return static_cast<int>(SendMessageA(List(), LB_GETCURSEL, 0, 0)); }
+
+  void ClickRow(int row) {
+    RECT place{};
+    SendMessageA(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+    ClickAt(List(), {place.left + 20, (place.top + place.bottom) / 2});
+  }
+
+  /// Handles the messages of the window and its accelerators as the program's own loop does.
+  bool Until(const std::function<bool()>& condition) {
+    return WaitUntil(condition, 10000, [this] {
+      AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
+    });
+  }
+
+  TemporaryFolder folder_;
+  LibraryFolder store_{folder_.path()};
+  std::vector<std::string> messages_;
+  MessageResult answer_ = MessageResult::Ok;
+  frmAddIn window_{store_,
+                   [this](const std::string& prompt, int, const std::string& title) {
+                     EXPECT_EQ(title,
+                               prompt.starts_with("This file was saved") ? "" : "Brennic Snipstore 2.x");
+                     messages_.push_back(prompt);
+                     return answer_;
+                   },
+                   [] {}};
+};
+
+TEST_F(MainWindowTest, OpensTheFirstLibraryAndShowsItsFirstSnippet) {
+  Open();
+  EXPECT_EQ(WindowText(window_.hWnd()), "Brennic Snipstore 2.x");
+  EXPECT_EQ(WindowText(Files()), "Numbers");
+  EXPECT_EQ(SendMessageA(Files(), CB_GETCOUNT, 0, 0), 2);
+  EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 3);
+  EXPECT_EQ(Selected(), 0);
+  EXPECT_EQ(WindowText(Code()), "'one");
+  EXPECT_EQ(WindowText(Description()), "about one");
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainWindowTest, AnEmptyFolderIsToldAndNothingCanBeEdited) {
+  DeleteFileA(folder_.File("Numbers.bns").c_str());
+  Open();
+  EXPECT_EQ(messages_, std::vector<std::string>{"There are no BNS files in the BnSnipstore directory."});
+  EXPECT_EQ(SendMessageA(Files(), CB_GETCOUNT, 0, 0), 0);
+  PressKey('N', {VK_CONTROL});
+  PressKey('S', {VK_CONTROL});
+  EXPECT_TRUE(Until([] { return (GetAsyncKeyState(VK_CONTROL) & 0x8000) == 0; }));
+  EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 0);
+  EXPECT_FALSE(folder_.Has(".bns"));
+}
+
+TEST_F(MainWindowTest, ClickingARowShowsItsSnippet) {
+  Open();
+  ClickRow(2);
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "'three"; }));
+  EXPECT_EQ(WindowText(Description()), "about three");
+  PressKey(VK_UP);
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "'two"; }));
+}
+
+TEST_F(MainWindowTest, AnEditIsTakenWhenTheFieldIsLeftAndWrittenOnSave) {
+  Open();
+  ClickCentre(Code(), 2);  // a double click starts editing
+  ASSERT_TRUE(Until([&] { return (GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY) == 0; }));
+  PressKey(VK_HOME, {VK_CONTROL});
+  TypeText("x = 1");
+  PressKey(VK_RETURN);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "x = 1\r\n'one"; })) << WindowText(Code());
+  ClickRow(1);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'two"; }));
+  EXPECT_NE(GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY, 0);
+  PressKey('S', {VK_CONTROL});
+  Snippet first = Named("one");
+  first.Code = "x = 1\r\n'one";
+  const std::string expected = WriteBns(std::vector{first, Named("two"), Named("three")});
+  EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == expected; })) << folder_.Read("Numbers.bns");
+}
+
+TEST_F(MainWindowTest, AnEditStaysInProgressWhileAnotherWindowHasTheFocus) {
+  Open();
+  SendMessageA(window_.hWnd(), WM_COMMAND, 4, 0);  // "Edit Snippet"
+  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  TypeText("y");
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y'one"; }));
+  const HWND other = CreateWindowExA(0, "STATIC", "another", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 600, 10, 200,
+                                     100, nullptr, nullptr, nullptr, nullptr);
+  ASSERT_TRUE(Until([&] { return IsForeground(other); }));
+  DestroyWindow(other);
+  SetForegroundWindow(window_.hWnd());
+  EXPECT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  EXPECT_EQ(GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY, 0);
+}
+
+TEST_F(MainWindowTest, TypingADescriptionChangesTheSnippet) {
+  Open();
+  SetFocus(Description());
+  TypeText("All ");
+  ASSERT_TRUE(Until([&] { return WindowText(Description()) == "All about one"; }));
+  PressKey('S', {VK_CONTROL});
+  EXPECT_TRUE(
+      Until([&] { return folder_.Read("Numbers.bns").find("All about one\r\n(,)") != std::string::npos; }));
+}
+
+TEST_F(MainWindowTest, LookingAtSnippetsChangesNothing) {
+  using namespace std::string_literals;
+  const std::string odd =
+      "BNS2.0\r\na\0b\r\n\r\nd\0e\nf\rg\r\n(,)\r\nlone\rCR\nLF \0 \x81\r\n(.)\r\nsecond\r\n\r\nx\r\n(,)\r\ny\r\n...\r\n"s;
+  folder_.Write("Numbers.bns", odd);
+  Open();
+  PressKey(VK_DOWN);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y"; }));
+  PressKey(VK_UP);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) != "y"; }));
+  PressKey(VK_F2);
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  PressKey(VK_RETURN);  // the name as it is
+  ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
+  DeleteFileA(folder_.File("Numbers.bns").c_str());
+  PressKey('S', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == odd; })) << folder_.Read("Numbers.bns");
+}
+
+TEST_F(MainWindowTest, RenamingInPlace) {
+  Open();
+  PressKey(VK_F2);
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  EXPECT_EQ(WindowText(NameBox()), "one");
+  TypeText("eins");
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(Until([&] { return Row(0) == "eins"; }));
+  EXPECT_EQ(Selected(), 0);
+  EXPECT_EQ(IsWindowVisible(NameBox()), 0);
+
+  PressKey(VK_F2);
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  TypeText("TWO");
+  PressKey(VK_RETURN);
+  ASSERT_TRUE(Until([&] { return messages_.size() == 1; }));
+  EXPECT_TRUE(messages_[0].starts_with("A snippet in this library already has this name."));
+  EXPECT_EQ(GetFocus(), NameBox());
+  PressKey(VK_ESCAPE);
+  EXPECT_TRUE(Until([&] { return IsWindowVisible(NameBox()) == 0; }));
+  EXPECT_EQ(Row(0), "eins");
+  EXPECT_EQ(GetFocus(), List());
+}
+
+TEST_F(MainWindowTest, NewAndDeletedSnippets) {
+  Open();
+  PressKey('N', {VK_CONTROL});
+  ASSERT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 4 && GetFocus() == NameBox(); }));
+  TypeText("four");
+  PressKey(VK_RETURN);
+  ASSERT_TRUE(Until([&] { return Row(3) == "four"; }));
+  EXPECT_EQ(WindowText(Code()), "'Insert code here.");
+  ClickRow(1);
+  ASSERT_TRUE(Until([&] { return Selected() == 1; }));
+  PressKey(VK_DELETE);
+  EXPECT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 3; }));
+  EXPECT_EQ(Row(1), "three");
+  EXPECT_EQ(Selected(), 0);
+}
+
+TEST_F(MainWindowTest, ClosingAsksWhetherToSaveAndSavesOnYes) {
+  for (const MessageResult answer : {MessageResult::No, MessageResult::Yes}) {
+    folder_.Write("Numbers.bns", WriteBns(std::vector{Named("one")}));
+    Open();
+    SetFocus(Description());
+    TypeText("z");
+    ASSERT_TRUE(Until([&] { return WindowText(Description()) == "zabout one"; }));
+    answer_ = answer;
+    messages_.clear();
+    PostMessageA(window_.hWnd(), WM_CLOSE, 0, 0);
+    ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
+    EXPECT_EQ(messages_, std::vector<std::string>{"Save changes to 'Numbers'?"});
+    const bool saved = folder_.Read("Numbers.bns").find("zabout") != std::string::npos;
+    EXPECT_EQ(saved, answer == MessageResult::Yes);
+  }
+}
+
+TEST_F(MainWindowTest, AltF4ClosesWhereverTheFocusIs) {
+  for (const int id : {frmAddIn::kListId, frmAddIn::kFilesId, frmAddIn::kDescriptionId, frmAddIn::kCodeId}) {
+    SCOPED_TRACE(id);
+    Open();
+    SetFocus(Control(id));
+    PressKey(VK_F4, {VK_MENU});
+    EXPECT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
+  }
+}
+
+TEST_F(MainWindowTest, SwitchingLibrariesByMouseAndTheLongestLibrary) {
+  std::vector<Snippet> many;
+  for (std::size_t i = 0; i < Library::kMaxSnippets; ++i) many.push_back(Named("n" + std::to_string(i)));
+  folder_.Write("Zillion.bns", WriteBns(many));
+  Open();
+  const auto entry =
+      SendMessageA(Files(), CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>("Zillion"));
+  ASSERT_GE(entry, 0);
+  SetFocus(Files());
+  SendMessageA(Files(), CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+  SendMessageA(GetParent(Files()), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(Files()));
+  EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 32767);
+  EXPECT_EQ(Row(32766), "n32766");
+  PressKey('N', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return messages_.size() == 1; }));
+  EXPECT_TRUE(messages_[0].starts_with("This library is full."));
+}
+
+TEST_F(MainWindowTest, ATinyWindowKeepsItsLayoutAndAGrownOneFillsIt) {
+  Open();
+  const auto codeSize = [&] { return ClientSize(Control(frmAddIn::kCodeId)); };
+  SetWindowPos(window_.hWnd(), nullptr, 0, 0, 700, 500, SWP_NOZORDER);
+  const Size before = codeSize();
+  SetWindowPos(window_.hWnd(), nullptr, 0, 0, 120, 90, SWP_NOZORDER);
+  EXPECT_EQ(codeSize(), before);
+  SetWindowPos(window_.hWnd(), nullptr, 0, 0, 800, 600, SWP_NOZORDER);
+  EXPECT_EQ(codeSize(), (Size{before.width + 100, before.height + 100}));
+}
+
+}  // namespace
+}  // namespace snip::test

@@ -1,0 +1,188 @@
+#include "tests/windows/TestDesktop.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <vector>
+
+namespace snip::test {
+namespace {
+
+constexpr int kPollMs = 10;
+
+INPUT KeyInput(WORD virtualKey, DWORD flags) {
+  INPUT input{};
+  input.type = INPUT_KEYBOARD;
+  input.ki.wVk = virtualKey;
+  input.ki.wScan = static_cast<WORD>(MapVirtualKeyA(virtualKey, MAPVK_VK_TO_VSC));
+  input.ki.dwFlags = flags;
+  return input;
+}
+
+INPUT MouseInput(DWORD flags, LONG x = 0, LONG y = 0) {
+  INPUT input{};
+  input.type = INPUT_MOUSE;
+  input.mi.dx = x;
+  input.mi.dy = y;
+  input.mi.dwFlags = flags;
+  return input;
+}
+
+struct TitleSearch {
+  const std::string& title;
+  HWND found;
+};
+
+BOOL CALLBACK CompareTitle(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<TitleSearch*>(parameter);
+  char text[256]{};
+  // Asked without a message, which a hanging program would not answer.
+  GetWindowTextA(window, text, sizeof text);
+  if (IsWindowVisible(window) == 0 || search.title != text) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+struct IdSearch {
+  int id;
+  HWND found;
+};
+
+BOOL CALLBACK CompareId(HWND child, LPARAM parameter) {
+  auto& search = *reinterpret_cast<IdSearch*>(parameter);
+  if (GetDlgCtrlID(child) == search.id) search.found = child;
+  return search.found == nullptr ? TRUE : FALSE;
+}
+
+void Send(std::vector<INPUT> inputs) {
+  SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+}
+
+}  // namespace
+
+void AnswerMessages(const std::function<bool(MSG&)>& preTranslate) {
+  MSG message{};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    if (preTranslate && preTranslate(message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+  }
+}
+
+bool WaitUntil(const std::function<bool()>& condition, int milliseconds,
+               const std::function<void()>& answer) {
+  const DWORD start = GetTickCount();
+  for (;;) {
+    answer();
+    if (condition()) return true;
+    if (GetTickCount() - start > static_cast<DWORD>(milliseconds)) return false;
+    Sleep(kPollMs);
+  }
+}
+
+HWND FindVisibleWindow(const std::string& title) {
+  TitleSearch search{title, nullptr};
+  EnumWindows(&CompareTitle, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+HWND FindControl(HWND window, int id) {
+  IdSearch search{id, nullptr};
+  EnumChildWindows(window, &CompareId, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+HWND WaitForWindow(const std::string& title, int milliseconds) {
+  HWND window = nullptr;
+  WaitUntil([&] { return (window = FindVisibleWindow(title)) != nullptr; }, milliseconds);
+  return window;
+}
+
+void PressKey(WORD virtualKey, std::initializer_list<WORD> held) {
+  std::vector<INPUT> inputs;
+  for (const WORD key : held) inputs.push_back(KeyInput(key, 0));
+  inputs.push_back(KeyInput(virtualKey, 0));
+  inputs.push_back(KeyInput(virtualKey, KEYEVENTF_KEYUP));
+  for (const WORD key : held) inputs.push_back(KeyInput(key, KEYEVENTF_KEYUP));
+  Send(inputs);
+}
+
+void TypeText(const std::string& text) {
+  for (const char c : text) {
+    const SHORT key = VkKeyScanA(c);
+    if (key == -1) throw std::invalid_argument("no key types this character");
+    const auto virtualKey = static_cast<WORD>(key & 0xFF);
+    if ((key & 0x100) != 0) {
+      PressKey(virtualKey, {VK_SHIFT});
+    } else {
+      PressKey(virtualKey);
+    }
+  }
+}
+
+void MovePointer(POINT screen) {
+  const LONG width = GetSystemMetrics(SM_CXSCREEN);
+  const LONG height = GetSystemMetrics(SM_CYSCREEN);
+  // Absolute positions are in 65536ths of the screen; rounding up makes them exact pixels.
+  Send({MouseInput(MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE, (screen.x * 65536 + width - 1) / width,
+                   (screen.y * 65536 + height - 1) / height)});
+}
+
+void ClickAt(HWND window, POINT place, int times) {
+  POINT screen = place;
+  const bool reached = WaitUntil([&] {
+    screen = place;
+    ClientToScreen(window, &screen);
+    const HWND there = WindowFromPoint(screen);
+    return there == window || IsChild(window, there) != 0;
+  });
+  if (!reached) throw std::runtime_error("another window covers the place to click");
+  MovePointer(screen);
+  WaitUntil([&] {
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    return pointer.x == screen.x && pointer.y == screen.y;
+  });
+  for (int i = 0; i < times; ++i) Send({MouseInput(MOUSEEVENTF_LEFTDOWN), MouseInput(MOUSEEVENTF_LEFTUP)});
+}
+
+void ClickCentre(HWND window, int times) {
+  RECT client{};
+  GetClientRect(window, &client);
+  ClickAt(window, {client.right / 2, client.bottom / 2}, times);
+}
+
+bool IsForeground(HWND window) {
+  return window != nullptr && GetForegroundWindow() == window;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  char directory[MAX_PATH]{};
+  GetTempPathA(sizeof directory, directory);
+  char name[MAX_PATH]{};
+  if (GetTempFileNameA(directory, "snp", 0, name) == 0) throw std::runtime_error("no temporary name");
+  DeleteFileA(name);
+  if (CreateDirectoryA(name, nullptr) == 0) throw std::runtime_error("no temporary folder");
+  path_ = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+void TemporaryFolder::Write(const std::string& name, const std::string& bytes) const {
+  std::ofstream(File(name), std::ios::binary) << bytes;
+}
+
+std::string TemporaryFolder::Read(const std::string& name) const {
+  std::ifstream file(File(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool TemporaryFolder::Has(const std::string& name) const {
+  return GetFileAttributesA(File(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace snip::test

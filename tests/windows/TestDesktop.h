@@ -1,0 +1,70 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <thread>
+
+namespace snip::test {
+
+/// Dispatches the messages that wait for this thread, those aside that `preTranslate` uses up.
+void AnswerMessages(const std::function<bool(MSG&)>& preTranslate = {});
+
+/// Waits until `condition` holds, calling `answer` meanwhile; false when it did not within the time. Never
+/// assert after a mere pause: real input and other processes take as long as they take.
+bool WaitUntil(
+    const std::function<bool()>& condition, int milliseconds = 10000,
+    const std::function<void()>& answer = [] { AnswerMessages(); });
+
+/// The visible top-level window with exactly that title, or null when none came up in time.
+HWND WaitForWindow(const std::string& title, int milliseconds = 10000);
+HWND FindVisibleWindow(const std::string& title);
+
+/// A window's control by its id, however deep it lies; null when there is none.
+HWND FindControl(HWND window, int id);
+
+/// Real input: it goes where the system sends it, to the foreground window's focus or to the pointer's place.
+void PressKey(WORD virtualKey, std::initializer_list<WORD> held = {});
+/// Characters that a plain or shifted key gives.
+void TypeText(const std::string& text);
+void MovePointer(POINT screen);
+/// Clicks a place of a window, in its client pixels, once the window is what lies there on the screen.
+void ClickAt(HWND window, POINT place, int times = 1);
+void ClickCentre(HWND window, int times = 1);
+
+/// Whether a window is the one that gets keys.
+bool IsForeground(HWND window);
+
+/// Runs a script beside the thread that sits in a modal loop; joins when it goes.
+class Driver {
+ public:
+  explicit Driver(std::function<void()> script) : thread_(std::move(script)) {}
+  ~Driver() { thread_.join(); }
+  Driver(const Driver&) = delete;
+  Driver& operator=(const Driver&) = delete;
+
+ private:
+  std::thread thread_;
+};
+
+/// A folder of its own for a test, removed with all it holds.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  std::string File(const std::string& name) const { return path_ + "\\" + name; }
+  void Write(const std::string& name, const std::string& bytes) const;
+  std::string Read(const std::string& name) const;
+  bool Has(const std::string& name) const;
+
+ private:
+  std::string path_;
+};
+
+}  // namespace snip::test
