@@ -1,0 +1,209 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "library/LibraryStore.h"
+#include "platform/Text.h"
+#include "tests/unit/Printing.h"
+#include "ui/main/LibraryOperations.h"
+#include "ui/main/MainViews.h"
+#include "ui/main/SnippetEditing.h"
+
+namespace snip::test {
+
+/// The messages, file accesses and file dialogs in their order: "64 [title] prompt", "read path",
+/// "write path", "browse".
+using Calls = std::vector<std::string>;
+using Rows = std::vector<std::string>;
+
+enum class Focus { Elsewhere, List, Code, NameBox };
+
+/// Behaves as the window's controls do: the list keeps its selection as a list box does, and the name box
+/// reports at once that it was left.
+class FakeSnippetView : public SnippetView {
+ public:
+  Rows rows;
+  int selected = -1;
+  std::string description, code, nameBoxText;
+  bool locked = true, editMode = false, editingDisabled = false, waiting = false, codeSetWhileWaiting = false;
+  std::optional<int> nameBoxRow;  ///< Set while the box is shown.
+  Focus focus = Focus::Elsewhere;
+  std::function<void()> nameBoxLeft;
+
+  void MoveFocus(Focus target) {
+    const bool left = focus == Focus::NameBox && target != Focus::NameBox;
+    focus = target;
+    if (left) nameBoxLeft();
+  }
+
+  void FillRows(std::span<const Snippet> snippets) override {
+    rows.clear();
+    selected = -1;
+    for (const Snippet& snippet : snippets) rows.push_back(snippet.Name);
+  }
+  void AddRow(const std::string& name) override { rows.push_back(name); }
+  void RemoveRow(int row) override {
+    ASSERT_TRUE(row >= 0 && row < RowCount()) << row;
+    rows.erase(rows.begin() + row);
+    if (selected == row) selected = -1;
+    if (selected > row) --selected;
+  }
+  void SetRowText(int row, const std::string& name) override {
+    rows.at(static_cast<std::size_t>(row)) = name;
+  }
+  int RowCount() const override { return static_cast<int>(rows.size()); }
+  int SelectedRow() const override { return selected; }
+  void SelectRow(int row) override { selected = row < RowCount() ? row : -1; }
+  void FocusList() override { MoveFocus(Focus::List); }
+
+  std::string Description() const override { return description; }
+  void SetDescription(const std::string& text) override { description = text; }
+
+  std::string Code() const override { return code; }
+  void SetCode(const std::string& text) override {
+    code = text;
+    codeSetWhileWaiting = waiting;
+  }
+  bool CodeLocked() const override { return locked; }
+  void SetCodeLocked(bool isLocked) override { locked = isLocked; }
+  void FocusCode() override { MoveFocus(Focus::Code); }
+
+  void ShowNameBox(int row, const std::string& name) override {
+    nameBoxRow = row;
+    nameBoxText = name;
+    MoveFocus(Focus::NameBox);
+  }
+  std::string NameBoxText() const override { return nameBoxText; }
+  void FocusNameBox() override { MoveFocus(Focus::NameBox); }
+  void HideNameBox() override {
+    nameBoxRow.reset();
+    if (focus == Focus::NameBox) MoveFocus(Focus::List);
+  }
+
+  void SetEditingDisabled(bool disabled) override { editingDisabled = disabled; }
+  void SetEditMode(bool editing) override { editMode = editing; }
+  void SetWaitCursor(bool isWaiting) override { waiting = isWaiting; }
+};
+
+class FakeLibraryView : public LibraryView {
+ public:
+  explicit FakeLibraryView(Calls& calls) : calls_(calls) {}
+
+  Rows files;
+  int selected = -1;
+  std::string fileNameText;
+  std::optional<std::string> chosenPath;  ///< What the user picks in the dialog; nothing cancels it.
+
+  void InsertFile(int entry, const std::string& text) override {
+    ASSERT_TRUE(entry >= 0 && entry <= FileCount()) << entry;
+    files.insert(files.begin() + entry, text);
+    if (selected >= entry) ++selected;
+  }
+  int FileCount() const override { return static_cast<int>(files.size()); }
+  std::string FileText(int entry) const override { return files.at(static_cast<std::size_t>(entry)); }
+  int SelectedFile() const override { return selected; }
+  void SelectFile(int entry) override { selected = entry; }
+  void SetFileNameText(const std::string& text) override { fileNameText = text; }
+  std::optional<std::string> ChooseLibraryFile() override {
+    calls_.emplace_back("browse");
+    return chosenPath;
+  }
+
+ private:
+  Calls& calls_;
+};
+
+/// Files by their full paths; the library folder is "C:\Snip".
+class FakeStore : public LibraryStore {
+ public:
+  explicit FakeStore(Calls& calls) : calls_(calls) {}
+
+  std::vector<std::string> names;
+  std::map<std::string, std::string> files;
+  bool failing = false;  ///< The folder cannot be written to: what is replaced is lost.
+  std::function<void()> whileWriting = [] {};
+
+  std::vector<std::string> Names() const override { return names; }
+  std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
+  std::optional<std::string> Read(const std::string& path) const override {
+    calls_.push_back("read " + path);
+    const auto file = files.find(path);
+    return file == files.end() ? std::nullopt : std::optional(file->second);
+  }
+  bool Replace(const std::string& path, const std::string& bytes) override {
+    calls_.push_back("write " + path);
+    whileWriting();
+    files.erase(path);
+    if (!failing) files[path] = bytes;
+    return !failing;
+  }
+
+ private:
+  Calls& calls_;
+};
+
+/// The logic of the main window with fakes all around, and what a user does with it.
+class FakeMainWindow : public testing::Test {
+ protected:
+  FakeMainWindow() {
+    view.nameBoxLeft = [this] { editing.txtName_Accept(); };
+  }
+
+  /// That a field was left comes to the logic after the row was chosen, as a posted message does.
+  void ClickRow(int row) {
+    view.selected = row;
+    editing.lstCode_Click();
+    view.MoveFocus(Focus::List);
+  }
+  void TypeCode(const std::string& text) {
+    editing.EditSnippet();
+    ASSERT_FALSE(view.locked);
+    view.code = text;
+  }
+  void TypeDescription(const std::string& text) {
+    view.description = text;
+    editing.txtDesc_Change();
+  }
+  void TypeName(const std::string& text) {
+    editing.lstCode_DblClick();
+    ASSERT_TRUE(view.nameBoxRow.has_value());
+    view.nameBoxText = text;
+  }
+  void ChooseFile(int entry) {
+    view.MoveFocus(Focus::Elsewhere);
+    chooser.selected = entry;
+    operations.cboFiles_Click();
+  }
+
+  Calls calls;
+  std::deque<MessageResult> answers;  ///< To the questions that are expected.
+  std::function<void()> whileShown = [] {};
+  ShowMessageFunction showMessage = [this](const std::string& prompt, int style, const std::string& title) {
+    calls.push_back(std::to_string(style) + " [" + title + "] " + prompt);
+    whileShown();
+    if ((style & 4) == 0) return MessageResult::Ok;
+    if (answers.empty()) {
+      ADD_FAILURE() << "unexpected question: " << prompt;
+      return MessageResult::No;
+    }
+    const MessageResult answer = answers.front();
+    answers.pop_front();
+    return answer;
+  };
+  FakeSnippetView view;
+  FakeLibraryView chooser{calls};
+  FakeStore store{calls};
+  Library library;
+  SnippetEditing editing{library, view, showMessage, &EqualsIgnoringAsciiCase};
+  LibraryOperations operations{library, editing, view, chooser, store, showMessage};
+};
+
+}  // namespace snip::test

@@ -1,0 +1,392 @@
+#include "ui/main/LibraryOperations.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/unit/FakeMainWindow.h"
+
+namespace snip::test {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr auto kYes = MessageResult::Yes;
+constexpr auto kNo = MessageResult::No;
+
+const std::string kStrings = "C:\\Snip\\Strings.bns";
+const std::string kDates = "C:\\Snip\\Dates.bns";
+const std::string kOther = "C:\\Snip\\Other.bns";  ///< A third library, where a test has one.
+const std::string kOutside = "D:\\Else\\Outside.bns";
+
+const std::string kStringsFile =
+    "BNS2.0\r\nLeft\r\n\r\nleft part\r\n(,)\r\nLeft$(s, 1)\r\n(.)\r\n"
+    "Right\r\n\r\nright part\r\n(,)\r\nRight$(s, 1)\r\n...\r\n";
+const std::string kChangedStringsFile =
+    "BNS2.0\r\nLeft\r\n\r\nleft part\r\n(,)\r\nLeft$(s, 1)\r\n(.)\r\n"
+    "Right\r\n\r\nright end\r\n(,)\r\nRight$(s, 2)\r\n'two\r\n...\r\n";
+const std::string kDatesFile = "BNS2.0\r\nToday\r\n\r\nthe day\r\n(,)\r\nDate$\r\n...\r\n";
+const std::string kOutsideFile = "BNS2.0\r\nOut\r\n\r\nof here\r\n(,)\r\nExit Sub\r\n...\r\n";
+const std::string kDefaultFile =
+    "BNS2.0\r\nNew Snippet\r\n\r\n<description goes here>\r\n(,)\r\n'Insert code here.\r\n...\r\n";
+
+const std::string kAskStrings = "36 [Brennic Snipstore 2.x] Save changes to 'Strings'?";
+
+/// A library file of `count` snippets.
+std::string BigFile(bool version1, int count) {
+  std::string bytes = version1 ? "BNS1.0\r\n" : "BNS2.0\r\n";
+  for (int i = 1; i <= count; ++i) {
+    if (i > 1) bytes += version1 ? ".\r\n" : "(.)\r\n";
+    bytes += "n" + std::to_string(i) + (version1 ? "\r\nd\r\nc\r\n" : "\r\n\r\nd\r\n(,)\r\nc\r\n");
+  }
+  return bytes + (version1 ? "..\r\n" : "...\r\n");
+}
+
+class LibraryOperationsTest : public FakeMainWindow {
+ protected:
+  LibraryOperationsTest() {
+    store.names = {"Strings", "Dates"};
+    store.files = {{kStrings, kStringsFile}, {kDates, kDatesFile}, {kOutside, kOutsideFile}};
+  }
+
+  /// Opens the first library, "Strings", and forgets what that took.
+  void Load() {
+    chooser.files.clear();
+    operations.LoadFiles();
+    calls.clear();
+  }
+  /// The same, with a third library in the folder.
+  void LoadWithOther(const std::string& bytes) {
+    store.names = {"Strings", "Dates", "Other"};
+    store.files[kOther] = bytes;
+    Load();
+  }
+  /// Makes "Strings" what kChangedStringsFile holds, the code still being edited.
+  void ChangeStrings() {
+    ClickRow(1);
+    TypeDescription("right end");
+    TypeCode("Right$(s, 2)\r\n'two");
+  }
+
+  void ExpectOpened(const std::string& libraryName, const Rows& rows) const {
+    EXPECT_EQ(library.LibraryName, libraryName);
+    EXPECT_EQ(view.rows, rows);
+    EXPECT_EQ(view.selected, rows.empty() ? -1 : 0);
+    EXPECT_FALSE(editing.editingDisabled());
+  }
+};
+
+TEST_F(LibraryOperationsTest, TheFoldersLibrariesAreListedAndTheFirstIsOpened) {
+  operations.LoadFiles();
+  EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 0);
+  EXPECT_EQ(chooser.fileNameText, "Strings");
+  EXPECT_EQ(calls, Calls{"read " + kStrings});
+  ExpectOpened("Strings", {"Left", "Right"});
+  EXPECT_EQ(view.code, "Left$(s, 1)");
+  EXPECT_TRUE(library.Saved);
+}
+
+TEST_F(LibraryOperationsTest, AnEmptyFolderIsSaidAndLeavesNothingToDo) {
+  store.names.clear();
+  operations.LoadFiles();
+  EXPECT_EQ(calls, Calls{"64 [Brennic Snipstore 2.x] There are no BNS files in the BnSnipstore directory."});
+  EXPECT_EQ(chooser.files, Rows{});
+  EXPECT_TRUE(view.editingDisabled);
+
+  editing.NewSnippet();
+  operations.SaveLibrary();
+  operations.cboFiles_Click();
+  EXPECT_EQ(calls.size(), 1U);
+}
+
+TEST_F(LibraryOperationsTest, ASavedLibraryIsLeftWithoutAQuestion) {
+  Load();
+  ChooseFile(1);
+  EXPECT_EQ(calls, Calls{"read " + kDates});
+  ExpectOpened("Dates", {"Today"});
+  EXPECT_EQ(chooser.fileNameText, "Dates");
+}
+
+TEST_F(LibraryOperationsTest, ChangesAreCommittedThenAskedAboutThenWrittenBeforeTheNextLibraryIsOpened) {
+  Load();
+  ChangeStrings();
+  answers = {kYes};
+  std::string codeWhenAsked;
+  bool waitingWhileWriting = false;
+  whileShown = [&] { codeWhenAsked = library.Snippets[1].Code; };
+  store.whileWriting = [&] { waitingWhileWriting = view.waiting; };
+
+  ChooseFile(1);
+  EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "read " + kDates}));
+  EXPECT_EQ(codeWhenAsked, "Right$(s, 2)\r\n'two");
+  EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
+  EXPECT_EQ(store.files[kDates], kDatesFile);
+  EXPECT_TRUE(waitingWhileWriting);
+  EXPECT_FALSE(view.waiting);
+  ExpectOpened("Dates", {"Today"});
+  EXPECT_TRUE(library.Saved);
+}
+
+TEST_F(LibraryOperationsTest, WithoutAYesTheChangesAreGoneAndTheFileStays) {
+  for (const MessageResult answer : {kNo, MessageResult::Ok /* the box was closed */}) {
+    Load();
+    ChangeStrings();
+    answers = {answer};
+    ChooseFile(1);
+    EXPECT_EQ(calls, (Calls{kAskStrings, "read " + kDates}));
+    EXPECT_EQ(store.files[kStrings], kStringsFile);
+    ChooseFile(0);
+    EXPECT_EQ(library.Snippets[1].Code, "Right$(s, 1)");
+    EXPECT_TRUE(library.Saved);
+  }
+}
+
+TEST_F(LibraryOperationsTest, ChoosingTheSameLibraryAgainReadsWhatWasJustWritten) {
+  Load();
+  ChangeStrings();
+  answers = {kYes};
+  ChooseFile(0);
+  EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "read " + kStrings}));
+  EXPECT_EQ(library.Snippets[1].Description, "right end");
+}
+
+TEST_F(LibraryOperationsTest, ANamelessLibraryIsNotAskedAbout) {
+  library.Saved = false;
+  operations.LoadFiles();
+  EXPECT_EQ(calls, Calls{"read " + kStrings});
+}
+
+TEST_F(LibraryOperationsTest, AnInvalidFileLeavesTheOldLibraryInMemoryUnderItsName) {
+  LoadWithOther("");
+  for (const auto& bytes :
+       {std::optional("[Settings]\r\n"s), std::optional(""s), std::optional<std::string>()}) {
+    SCOPED_TRACE(testing::PrintToString(bytes));
+    store.files.erase(kOther);
+    if (bytes) store.files[kOther] = *bytes;
+    ChooseFile(2);
+    EXPECT_EQ(view.code, "Not a valid BnSnipstore file.");
+    EXPECT_EQ(view.description, "");
+    EXPECT_EQ(view.rows, Rows{});
+    EXPECT_TRUE(view.locked);
+    EXPECT_TRUE(editing.editingDisabled());
+    EXPECT_EQ(library.LibraryName, "Strings");
+    ASSERT_EQ(library.Snippets.size(), 2U);
+    EXPECT_EQ(library.Snippets[1].Code, "Right$(s, 1)");
+
+    calls.clear();
+    operations.SaveLibrary();
+    EXPECT_EQ(calls, Calls{});
+    ChooseFile(0);
+    ExpectOpened("Strings", {"Left", "Right"});
+  }
+}
+
+TEST_F(LibraryOperationsTest, ChangesFromBeforeAnInvalidFileAreOfferedAgainAndGoIntoTheirOwnFile) {
+  LoadWithOther("no library");
+  ChangeStrings();
+  answers = {kNo, kYes};
+  ChooseFile(2);
+  ChooseFile(1);
+  EXPECT_EQ(calls,
+            (Calls{kAskStrings, "read " + kOther, kAskStrings, "write " + kStrings, "read " + kDates}));
+  EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
+  EXPECT_EQ(store.files[kOther], "no library");
+  ExpectOpened("Dates", {"Today"});
+}
+
+TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSaved) {
+  LoadWithOther("BNS1.0\r\na\r\nfirst\r\ncode\r\n.\r\nb\r\nsecond\r\nmore\r\ncode\r\n..\r\n");
+  const std::string announcement =
+      "0 [] This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
+      "converted "
+      "to Snipstore 2.0 format.";
+  Rows rowsWhenAnnounced;
+  whileShown = [&] { rowsWhenAnnounced = view.rows; };
+  ChooseFile(2);
+  EXPECT_EQ(calls, (Calls{"read " + kOther, announcement}));
+  EXPECT_EQ(rowsWhenAnnounced, (Rows{"Left", "Right"})) << "the announcement comes first";
+  ExpectOpened("Other", {"a", "b"});
+  EXPECT_EQ(view.description, "first");
+  EXPECT_FALSE(library.Saved);
+
+  answers = {kYes};
+  ChooseFile(0);
+  EXPECT_EQ(
+      store.files[kOther],
+      "BNS2.0\r\na\r\n\r\nfirst\r\n(,)\r\ncode\r\n(.)\r\nb\r\n\r\nsecond\r\n(,)\r\nmore\r\ncode\r\n...\r\n");
+  calls.clear();
+  ChooseFile(2);
+  EXPECT_EQ(calls, Calls{"read " + kOther});
+  EXPECT_TRUE(library.Saved);
+}
+
+TEST_F(LibraryOperationsTest, AnEmptyLibraryHasItsOwnNameAndCanBeFilled) {
+  LoadWithOther("BNS2.0\r\n");
+  ChooseFile(2);
+  ExpectOpened("Other", {});
+  EXPECT_EQ(view.code, "");
+  EXPECT_EQ(view.description, "");
+  EXPECT_TRUE(library.Saved);
+
+  editing.NewSnippet();
+  operations.SaveLibrary();
+  EXPECT_EQ(store.files[kOther], kDefaultFile);
+  EXPECT_EQ(store.files[kStrings], kStringsFile);
+}
+
+TEST_F(LibraryOperationsTest, AnOverfullFileIsLockedAndNeverWritten) {
+  for (const bool version1 : {false, true}) {
+    SCOPED_TRACE(version1 ? "version 1" : "version 2");
+    const std::string bytes = BigFile(version1, 32769);
+    LoadWithOther(bytes);
+    TypeName("typed");
+    chooser.selected = 2;
+    operations.OpenBNSFile(kOther);  // with the rename going on
+    EXPECT_EQ(
+        calls.back(),
+        "64 [Brennic Snipstore 2.x] A library holds at most 32767 snippets. This file has 2 more, which "
+        "could "
+        "not be read. The library can be looked at but not changed, so that nothing of the file is lost.");
+    EXPECT_TRUE(editing.editingDisabled());
+    EXPECT_EQ(view.rows.size(), 32767U);
+    EXPECT_EQ(library.LibraryName, "Other");
+
+    calls.clear();
+    editing.txtName_Accept();
+    editing.NewSnippet();
+    editing.EditSnippet();
+    editing.DeleteSelectedSnippet();
+    TypeDescription("typed");
+    ClickRow(32766);
+    operations.SaveLibrary();
+    ChooseFile(0);
+    EXPECT_EQ(calls, Calls{"read " + kStrings});
+    EXPECT_EQ(store.files[kOther], bytes);
+    ExpectOpened("Strings", {"Left", "Right"});
+  }
+  store.files[kOther] = BigFile(false, 32767);
+  ChooseFile(2);
+  EXPECT_EQ(library.Snippets.size(), 32767U);
+  EXPECT_FALSE(editing.editingDisabled()) << "a full library is one like any other";
+}
+
+TEST_F(LibraryOperationsTest, AChosenFileIsListedAtTheTopOpenedByItsPathAndSavedIntoTheFolder) {
+  Load();
+  chooser.chosenPath = kOutside;
+  ChooseFile(2);
+  EXPECT_EQ(calls, (Calls{"browse", "read " + kOutside}));
+  EXPECT_EQ(chooser.files, (Rows{kOutside, "Strings", "Dates", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 0);
+  EXPECT_EQ(chooser.fileNameText, kOutside);
+  ExpectOpened("Outside", {"Out"});
+
+  operations.SaveLibrary();
+  EXPECT_EQ(calls.back(), "write C:\\Snip\\Outside.bns");
+  EXPECT_EQ(store.files["C:\\Snip\\Outside.bns"], kOutsideFile);
+}
+
+TEST_F(LibraryOperationsTest, AFileThatIsChosenAgainIsListedOnce) {
+  Load();
+  chooser.chosenPath = kOutside;
+  ChooseFile(2);
+  chooser.chosenPath = "E:\\Third.bns";
+  ChooseFile(3);
+  chooser.chosenPath = kOutside;
+  ChooseFile(4);
+  EXPECT_EQ(chooser.files, (Rows{"E:\\Third.bns", kOutside, "Strings", "Dates", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 1);
+  ExpectOpened("Outside", {"Out"});
+
+  chooser.chosenPath = "D:\\ELSE\\Outside.bns";  // letter case counts
+  ChooseFile(4);
+  EXPECT_EQ(chooser.files.front(), "D:\\ELSE\\Outside.bns");
+  EXPECT_EQ(chooser.selected, 0);
+}
+
+TEST_F(LibraryOperationsTest, CancellingTheDialogOpensTheFirstEntryAgain) {
+  Load();
+  ChooseFile(1);
+  calls.clear();
+  ChooseFile(2);
+  EXPECT_EQ(calls, (Calls{"browse", "read " + kStrings}));
+  EXPECT_EQ(chooser.selected, 0);
+  EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)"}));
+  ExpectOpened("Strings", {"Left", "Right"});
+}
+
+TEST_F(LibraryOperationsTest, ChangesAreOfferedBeforeBrowsing) {
+  Load();
+  ChangeStrings();
+  answers = {kYes, kNo};  // on the way to the dialog, and on from it to the chosen file
+  chooser.chosenPath = kOutside;
+  ChooseFile(2);
+  ASSERT_GE(calls.size(), 4U);
+  EXPECT_EQ((Calls{calls.begin(), calls.begin() + 3}), (Calls{kAskStrings, "write " + kStrings, "browse"}));
+  EXPECT_EQ(calls.back(), "read " + kOutside);
+}
+
+TEST_F(LibraryOperationsTest, SavingTakesTheShownCodeWithoutEndingTheEdit) {
+  Load();
+  ChangeStrings();
+  operations.SaveLibrary();
+  EXPECT_EQ(calls, Calls{"write " + kStrings});
+  EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
+  EXPECT_TRUE(library.Saved);
+  EXPECT_FALSE(view.locked);
+
+  view.code = "typed after saving";
+  answers = {kNo};
+  ChooseFile(1);
+  EXPECT_EQ(calls[1], kAskStrings);
+}
+
+TEST_F(LibraryOperationsTest, SavingWithoutASelectionStoresNoCode) {
+  Load();
+  ClickRow(1);
+  editing.DeleteSelectedSnippet();
+  ASSERT_EQ(view.code, "Right$(s, 1)");
+  operations.SaveLibrary();
+  EXPECT_EQ(store.files[kStrings], "BNS2.0\r\nLeft\r\n\r\nleft part\r\n(,)\r\nLeft$(s, 1)\r\n...\r\n");
+}
+
+TEST_F(LibraryOperationsTest, WritingTheFileAloneSaysNothingAboutItsBeingSaved) {
+  Load();
+  for (const bool saved : {false, true}) {
+    library.Saved = saved;
+    operations.SaveCurFile();
+    EXPECT_EQ(library.Saved, saved);
+  }
+  EXPECT_EQ(store.files[kStrings], kStringsFile);
+}
+
+TEST_F(LibraryOperationsTest, AFailedWriteLeavesTheLibraryWholeToBeSavedAgain) {
+  Load();
+  ChangeStrings();
+  store.failing = true;
+  operations.SaveLibrary();
+  EXPECT_FALSE(store.files.contains(kStrings));
+  EXPECT_FALSE(view.waiting);
+
+  store.failing = false;
+  operations.SaveLibrary();
+  EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
+}
+
+TEST(LibraryNameTest, AFullPathStandsForItsBareFileName) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"Strings", "Strings"},
+      {"Strings.bns", "Strings.bns"},
+      {"a\\b", "a\\b"},
+      {"", ""},
+      {"C:\\Strings.bns", "Strings"},
+      {"C:\\My Snippets\\Strings.BNS", "Strings"},
+      {"C:\\dir.bns\\a.b.bns", "a.b"},
+      {"C:\\dir\\twice.bns.bns", "twice.bns"},
+      {"C:\\dir\\other.txt", "other.txt"},
+      {"C:\\dir\\abns", "abns"},
+      {"C:\\dir/sub/Strings.bns", "Strings"},
+  };
+  for (const auto& [entry, name] : cases) EXPECT_EQ(LibraryNameFromEntry(entry), name) << entry;
+}
+
+}  // namespace
+}  // namespace snip::test

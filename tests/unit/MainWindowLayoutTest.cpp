@@ -1,0 +1,100 @@
+#include "ui/main/MainWindowLayout.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/Twips.h"
+#include "tests/unit/Printing.h"
+
+namespace snip::test {
+namespace {
+
+constexpr MainWindowSizes kWindow{.client = {10800, 7200},
+                                  .barHeight = 500,
+                                  .leftPaneWidth = 3000,
+                                  .rightPaneTop = 515,
+                                  .splitterRight = 3075};
+
+constexpr RightPaneSizes kRightPane{.inner = {7717, 6660},
+                                    .descriptionHeight = 800,
+                                    .attachPanelWidth = 1500,
+                                    .editBarHeight = 400,
+                                    .splitterBottom = 875};
+
+TEST(MainWindowLayoutTest, PanesAndSplitterStandBelowTheBarWithTheirOneTwipOffsets) {
+  const auto places = LayOutMainWindow(kWindow);
+  ASSERT_TRUE(places.has_value());
+  EXPECT_EQ(places->leftPane, (Rect{4, 515, 3000, 6660}));
+  EXPECT_EQ(places->splitter, (Rect{3000, 515, 75, 6660}));
+  EXPECT_EQ(places->rightPane, (Rect{3079, 515, 7717, 6660}));
+}
+
+TEST(MainWindowLayoutTest, AWindowThatIsTooSmallKeepsItsLastLayout) {
+  MainWindowSizes sizes = kWindow;
+  sizes.client = {3075 + 360, 515 + 500};
+  const auto smallest = LayOutMainWindow(sizes);
+  ASSERT_TRUE(smallest.has_value());
+  EXPECT_EQ(smallest->rightPane, (Rect{3079, 515, 352, 475}));
+
+  sizes.client = {3075 + 359, 7200};
+  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+  sizes.client = {10800, 515 + 499};
+  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+  sizes.client = {0, 0};
+  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+
+  // What counts is where the parts are, not where they would go.
+  sizes = kWindow;
+  sizes.splitterRight = 10800 - 359;
+  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+  sizes = kWindow;
+  sizes.rightPaneTop = 7200 - 499;
+  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+}
+
+TEST(MainWindowLayoutTest, TheRightPaneHoldsDescriptionBarAndCode) {
+  const auto places = LayOutRightPane(kRightPane);
+  ASSERT_TRUE(places.has_value());
+  EXPECT_EQ(places->attachPanel, (Rect{6217, 0, 1500, 800}));
+  EXPECT_EQ(places->description, (Rect{0, 0, 6082, 800}));
+  EXPECT_EQ(places->splitter, (Rect{0, 800, 7717, 75}));
+  EXPECT_EQ(places->editBar, (Rect{0, 874, 7717, 400}));
+  EXPECT_EQ(places->code, (Rect{0, 1274, 7717, 5386}));
+}
+
+TEST(MainWindowLayoutTest, ARightPaneThatIsTooLowKeepsItsLastLayout) {
+  RightPaneSizes sizes = kRightPane;
+  sizes.inner.height = 875 + 360;
+  EXPECT_TRUE(LayOutRightPane(sizes).has_value());
+  sizes.inner.height = 875 + 359;
+  EXPECT_FALSE(LayOutRightPane(sizes).has_value());
+
+  sizes.splitterBottom = 75;
+  sizes.inner.height = 450;
+  EXPECT_TRUE(LayOutRightPane(sizes).has_value());
+  sizes.inner.height = 449;
+  EXPECT_FALSE(LayOutRightPane(sizes).has_value());
+}
+
+TEST(TwipsTest, ScreensMayDifferAcrossAndDown) {
+  const auto twips = TwipsPerPixel::FromDpi(96, 144);
+  EXPECT_EQ(twips.ToTwips({10, 10}), (Size{150, 100}));
+  EXPECT_EQ(twips.ToPixels({150, 150, 300, 300}), (Rect{10, 15, 20, 30}));
+}
+
+TEST(TwipsTest, NeighboursInTwipsStayNeighboursInPixelsAndSizesSurvive) {
+  for (const int dpi : {72, 96, 110, 120, 144, 168, 192}) {
+    SCOPED_TRACE(dpi);
+    const auto twips = TwipsPerPixel::FromDpi(dpi, dpi);
+    for (int edge = -30; edge <= 700; ++edge) {
+      const Rect before = twips.ToPixels({4, 4, edge - 4, edge - 4});
+      const Rect after = twips.ToPixels({edge, edge, 333, 333});
+      ASSERT_EQ(before.right(), after.left) << edge;
+      ASSERT_EQ(before.bottom(), after.top) << edge;
+      ASSERT_EQ(twips.ToPixelsX(twips.ToTwipsX(edge)), edge);
+      ASSERT_EQ(twips.ToPixelsY(twips.ToTwipsY(edge)), edge);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace snip::test

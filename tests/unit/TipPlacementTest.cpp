@@ -1,0 +1,37 @@
+#include "ui/main/TipPlacement.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace snip::test {
+namespace {
+
+TEST(TipPlacement, StaysOnTheScreenSideways) {
+  struct Case {
+    const char* name;
+    int x, y;
+    int textWidth;
+    Rect expected;
+  };
+  // The pointer is at (500, 300) of a screen 1000 pixels wide; a line is 13 pixels high.
+  const std::vector<Case> cases = {
+      {"where it is wanted", 40, 60, 100, {40, 60, 100, 15}},
+      {"at the pointer's x", 0, 60, 100, {500, 60, 100, 15}},
+      {"below the pointer", 40, 0, 100, {40, 320, 100, 15}},
+      {"left of the screen is wanted", -30, 60, 100, {-30, 60, 100, 15}},
+      {"up to the right edge", 900, 60, 100, {900, 60, 100, 15}},
+      {"past the right edge", 901, 60, 100, {900, 60, 100, 15}},
+      {"at the pointer past the right edge", 0, 60, 600, {400, 60, 600, 15}},
+      {"wider than the screen", 40, 60, 1200, {0, 60, 1200, 15}},
+  };
+  for (const Case& tip : cases) {
+    SCOPED_TRACE(tip.name);
+    const Rect place = PlaceTip(
+        {.x = tip.x, .y = tip.y, .pointer = {500, 300}, .text = {tip.textWidth, 13}, .screenWidth = 1000});
+    EXPECT_EQ(place, tip.expected);
+  }
+}
+
+}  // namespace
+}  // namespace snip::test
