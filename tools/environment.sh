@@ -44,6 +44,8 @@ build() {
 
 wine_environment() {
   export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
+  # File names with accents need a locale that has them.
+  [ "$(locale charmap 2>/dev/null)" = UTF-8 ] || export LC_ALL=C.UTF-8
   # No question about Mono or Gecko, nothing in the desktop's menus; without winedbg a crash is an exit code, not a
   # dialog that waits for ever.
   export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
