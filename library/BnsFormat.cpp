@@ -187,6 +187,10 @@ std::string WriteBns(std::span<const Snippet> snippets) {
   return bytes;
 }
 
+bool EndsSnippetList(std::string_view name) {
+  return IsMarker(name, kListEnd);
+}
+
 std::string NewLibraryBns() {
   const Snippet first = DefaultSnippet();
   return WriteBns({&first, 1});

@@ -18,12 +18,39 @@ constexpr std::string_view kExtension = ".bns";
 bool IsLibrary(const WIN32_FIND_DATAA& entry) {
   if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
   const std::string_view name = entry.cFileName;
-  return name.size() >= kExtension.size() &&
+  return name.size() > kExtension.size() &&
          EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension);
 }
 
 /// Files are read and written in pieces: one call takes at most a DWORD of bytes.
 constexpr std::size_t kPiece = std::size_t{1} << 24U;
+/// No library is that large, and a 32-bit process could not hold it twice.
+constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
+
+/// A path as the system takes it without its old limit of 260 characters, if it is one that can be given so.
+std::wstring LongPath(const std::string& path) {
+  const int size = MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), wide.data(), size);
+  const bool onDrive =
+      path.size() > 2 && path[1] == ':' && path[2] == '\\' && path.find('/') == std::string::npos;
+  return onDrive ? L"\\\\?\\" + wide : wide;
+}
+
+/// A program that looks through new and changed files may still hold the one just deleted, whose name is only
+/// free when it lets go.
+UniqueFile CreateAnew(const std::wstring& path) {
+  constexpr int attempts = 10;
+  constexpr DWORD pauseMs = 20;
+  UniqueFile file;
+  for (int attempt = 0; attempt < attempts && !file; ++attempt) {
+    if (attempt > 0) Sleep(pauseMs);
+    file.Reset(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file && GetLastError() != ERROR_ACCESS_DENIED && GetLastError() != ERROR_SHARING_VIOLATION) break;
+  }
+  return file;
+}
 
 }  // namespace
 
@@ -49,11 +76,11 @@ std::string LibraryFolder::PathOf(const std::string& name) const {
 }
 
 std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
-  const UniqueFile file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  const UniqueFile file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                    nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   if (!file) return std::nullopt;
   LARGE_INTEGER size{};
-  if (GetFileSizeEx(file.get(), &size) == 0) return std::nullopt;
+  if (GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return std::nullopt;
 
   std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
   std::size_t filled = 0;
@@ -69,9 +96,9 @@ std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
 }
 
 bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
-  DeleteFileA(path.c_str());
-  const UniqueFile file(CreateFileA(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  const std::wstring longPath = LongPath(path);
+  DeleteFileW(longPath.c_str());
+  const UniqueFile file = CreateAnew(longPath);
   if (!file) return false;
   for (std::size_t done = 0; done < bytes.size();) {
     DWORD written = 0;

@@ -8,7 +8,7 @@ namespace snip {
 namespace {
 
 /// A dialog template without controls; menu, class and title are empty.
-struct EmptyTemplate {
+struct alignas(DWORD) EmptyTemplate {
   DLGTEMPLATE header{};
   WORD menu = 0;
   WORD windowClass = 0;

@@ -90,6 +90,20 @@ struct IconTraits {
 };
 using UniqueIcon = UniqueHandle<IconTraits>;
 
+struct AcceleratorTraits {
+  using Type = HACCEL;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DestroyAcceleratorTable(handle); }
+};
+using UniqueAccelerators = UniqueHandle<AcceleratorTraits>;
+
+struct CursorTraits {
+  using Type = HCURSOR;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DestroyCursor(handle); }
+};
+using UniqueCursor = UniqueHandle<CursorTraits>;
+
 struct MenuTraits {
   using Type = HMENU;
   static Type Empty() { return nullptr; }
@@ -111,6 +125,20 @@ class WindowDC {
   HDC dc_;
 };
 
+/// The device context in which a window answers WM_PAINT.
+class PaintDC {
+ public:
+  explicit PaintDC(HWND window) : window_(window) { BeginPaint(window, &paint_); }
+  ~PaintDC() { EndPaint(window_, &paint_); }
+  PaintDC(const PaintDC&) = delete;
+  PaintDC& operator=(const PaintDC&) = delete;
+  HDC get() const { return paint_.hdc; }
+
+ private:
+  HWND window_;
+  PAINTSTRUCT paint_{};
+};
+
 /// Selects an object into a device context for as long as it lives.
 class SelectedObject {
  public:
@@ -124,8 +152,8 @@ class SelectedObject {
   HGDIOBJ previous_;
 };
 
-/// Selects a palette into a device context and realises it, for as long as it lives; a null palette leaves the
-/// context its own.
+/// Selects a palette into a device context and realises it, for as long as it lives; a null palette leaves
+/// the context its own.
 class SelectedPalette {
  public:
   SelectedPalette(HDC dc, HPALETTE palette)

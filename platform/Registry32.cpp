@@ -55,13 +55,13 @@ std::string Registry32::QueryRegString(HKEY root, const std::string& subKey, con
   const LONG asked = RegQueryValueExA(key.get(), valueName.c_str(), nullptr, &type, nullptr, &size);
   const bool hasData = asked == ERROR_SUCCESS && size > 0;
   // A value without any data, not even a terminating zero, reads as one blank.
-  std::string text(hasData ? size - 1 : 1, ' ');
-  // The string has room for its own terminating zero as well, which takes the value's.
-  auto room = static_cast<DWORD>(text.size() + 1);
+  std::string text(hasData ? size : 2, ' ');
+  auto room = static_cast<DWORD>(text.size());
   if (RegQueryValueExA(key.get(), valueName.c_str(), nullptr, &type, Bytes(text), &room) != ERROR_SUCCESS ||
       type != REG_SZ) {
     return defaultText;
   }
+  text.pop_back();  // the terminating zero
   return text;
 }
 

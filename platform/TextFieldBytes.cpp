@@ -18,9 +18,26 @@ char FreeByte(std::string_view text) {
   return '\x01';
 }
 
+/// CR LF, a lone CR and a lone LF each end a line.
+std::string WithUniformLineEnds(std::string_view text) {
+  std::string uniform;
+  uniform.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    const bool pair = c == '\r' && i + 1 < text.size() && text[i + 1] == '\n';
+    if (pair) ++i;
+    if (c == '\r' || c == '\n') {
+      uniform += "\r\n";
+    } else {
+      uniform += c;
+    }
+  }
+  return uniform;
+}
+
 }  // namespace
 
-TextFieldBytes::TextFieldBytes(std::string_view text) : shown_(text) {
+TextFieldBytes::TextFieldBytes(std::string_view text) : shown_(WithUniformLineEnds(text)) {
   if (text.find('\0') == std::string_view::npos) return;
   standIn_ = FreeByte(text);
   std::replace(shown_.begin(), shown_.end(), '\0', standIn_);

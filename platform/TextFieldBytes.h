@@ -7,14 +7,16 @@ namespace snip {
 
 /// Carries any bytes through an edit control, which ends its text at the first zero byte.
 ///
-/// A zero byte is shown as a control character that does not occur in the text and turned back when the text
-/// is read again, so that a damaged or foreign library keeps every byte it came with.
+/// Every line end is shown as CR LF, since rich-edit controls make something else of any other; whoever edits
+/// the text keeps the lines. A zero byte is shown as a control character that does not occur in the text and
+/// turned back when the text is read again, so that a damaged or foreign library keeps every byte it came
+/// with.
 class TextFieldBytes {
  public:
   TextFieldBytes() = default;
   explicit TextFieldBytes(std::string_view text);
 
-  /// The text as the control is to hold it: without zero bytes.
+  /// The text as the control is to hold it: without zero bytes, and with CR LF behind every line.
   const std::string& shown() const { return shown_; }
 
   /// What `fieldText`, read back from the control, stands for.

@@ -51,6 +51,10 @@ LRESULT Window::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT Window::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+  // An edit control that takes several lines asks its parent to close when Escape is pressed: meant for a
+  // dialog, and the default would destroy a mere container with all it holds.
+  const bool isChild = (GetWindowLongA(hWnd_, GWL_STYLE) & WS_CHILD) != 0;
+  if (message == WM_CLOSE && isChild) return 0;
   return DefWindowProcA(hWnd_, message, wParam, lParam);
 }
 
@@ -69,7 +73,8 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
   try {
     result = self->HandleMessage(message, wParam, lParam);
   } catch (...) {
-    // An exception must not unwind through the system's frames; the state before the message is kept.
+    // An exception must not unwind through the system's frames. What threw it was mostly memory running out:
+    // the message has no further effect, and the program goes on.
     result = DefWindowProcA(window, message, wParam, lParam);
   }
   if (message == WM_NCDESTROY) {
@@ -92,6 +97,11 @@ HWND CreateControl(HWND parent, const char* className, const char* text, DWORD s
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleA(nullptr), nullptr);
   if (font != nullptr) SendMessageA(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
   return control;
+}
+
+void SetTabStop(HWND control, bool stop) {
+  const LONG style = GetWindowLongA(control, GWL_STYLE);
+  SetWindowLongA(control, GWL_STYLE, stop ? style | WS_TABSTOP : style & ~WS_TABSTOP);
 }
 
 void MoveTo(HWND window, const Rect& place) {

@@ -59,6 +59,9 @@ HICON SharedIcon(int iconId, int widthMetric);
 HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,
                    HFONT font = nullptr, const Rect& place = {});
 
+/// Puts a control into the Tab order or takes it out.
+void SetTabStop(HWND control, bool stop);
+
 /// Moves a window to `place`, in pixels of its parent.
 void MoveTo(HWND window, const Rect& place);
 

@@ -6,7 +6,7 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 build_packages=(
   cmake ninja-build g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix)
-wine_packages=(wine wine64 fonts-wine fonts-liberation2 xvfb xauth xdotool x11-utils imagemagick procps)
+wine_packages=(wine wine64 fonts-wine fonts-liberation2 xvfb xdotool x11-utils imagemagick)
 
 die() {
   echo "$(basename "$0"): $*" >&2
@@ -21,7 +21,10 @@ install_packages() {
   done
   [ ${#missing[@]} -gt 0 ] || return 0
   local as_root=()
-  [ "$(id -u)" = 0 ] || as_root=(sudo)
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null || die "please install these packages as root: ${missing[*]}"
+    as_root=(sudo)
+  fi
   echo "Installing ${missing[*]}"
   local log=$top/build/packages.log
   mkdir -p "$top/build"
@@ -31,15 +34,18 @@ install_packages() {
     die "could not install ${missing[*]}; see $log"
 }
 
-# Configures and builds a preset; the output is shown only when it fails.
+# Configures a preset and builds it, or the targets named behind it; the output is shown only when it fails.
 build() {
   local preset=$1 log=$top/build/$1.log
-  mkdir -p "$top/build"
+  shift
+  echo "Building $preset"
+  hold build
   (cd "$top" && { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
-    cmake --build --preset "$preset") >"$log" 2>&1 || {
+    cmake --build --preset "$preset" ${1:+--target "$@"}) >"$log" 2>&1 || {
     tail -n 60 "$log" >&2
     die "building $preset failed; the whole output is in $log"
   }
+  exec {held}>&-
 }
 
 wine_environment() {
@@ -51,41 +57,60 @@ wine_environment() {
   export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
 }
 
+# Waits until no other run or test works on the same thing; what is held is let go when the script ends.
+hold() {
+  mkdir -p "$top/build"
+  exec {held}>"$top/build/$1.lock"
+  flock --nonblock "$held" || { echo "Waiting for another run to end ($1)"; flock "$held"; }
+}
+
 # Starts an X server of our own, which ends with this script.
 start_private_display() {
-  local number
-  for number in $(seq 90 190); do
-    [ ! -e "/tmp/.X$number-lock" ] && [ ! -e "/tmp/.X11-unix/X$number" ] || continue
-    Xvfb ":$number" -screen 0 "${1:-1024x768x24}" -nolisten tcp >/dev/null 2>&1 &
-    display_pid=$!
-    export DISPLAY=:$number
-    local tries
-    for tries in $(seq 100); do
-      kill -0 "$display_pid" 2>/dev/null || break
-      xdpyinfo >/dev/null 2>&1 && return 0
-      sleep 0.05
-    done
-    kill "$display_pid" 2>/dev/null || true
+  local number_file=$top/build/display.$$
+  # The server takes a number that is free and tells it.
+  Xvfb -displayfd 5 -screen 0 "${1:-1024x768x24}" -nolisten tcp 5>"$number_file" >/dev/null 2>&1 &
+  display_pid=$!
+  local tries
+  for tries in $(seq 200); do
+    [ ! -s "$number_file" ] || break
+    kill -0 "$display_pid" 2>/dev/null || break
+    sleep 0.05
   done
-  die "no private display could be started"
+  DISPLAY=:$(cat "$number_file")
+  export DISPLAY
+  rm -f "$number_file"
+  xdpyinfo >/dev/null 2>&1 || die "no private display could be started"
 }
 
 have_display() { [ -n "${DISPLAY:-}" ] && xdpyinfo >/dev/null 2>&1; }
 
-# Ends what this script started: the programs of the prefix, then the display.
+# Ends what runs in the private prefix, which nobody else uses meanwhile, and the private display. Programs on the
+# user's own display are the user's.
 end_environment() {
-  [ -z "${WINEPREFIX:-}" ] || { wineserver -k; wineserver -w; } >/dev/null 2>&1 || true
+  [ -z "${private_prefix:-}" ] || { wineserver -k; wineserver -w; } >/dev/null 2>&1 || true
   [ -z "${display_pid:-}" ] || kill "$display_pid" 2>/dev/null || true
 }
 
-set_wine_value() { wine reg add "$1" /v "$2" /t REG_SZ /d "$3" /f </dev/null >/dev/null 2>&1; }
+set_wine_value() {
+  wine reg add "$1" /v "$2" /t REG_SZ /d "$3" /f </dev/null >/dev/null 2>&1 || die "Wine could not set $2"
+}
 
-# Makes the Wine prefix $1 if it is missing. With "unmanaged" as $2 windows are not handed to a window manager,
-# which a private display has none of.
+# Wine on a private display: a prefix that one script at a time works in. There is no window manager, so windows are
+# not handed to one.
+use_private_wine() {
+  start_private_display
+  hold private
+  private_prefix=$top/build/wine/private
+  make_prefix "$private_prefix" N
+}
+
+# Wine on the user's display. Several programs may run there at once.
+use_desktop_wine() { make_prefix "$top/build/wine/desktop" Y; }
+
+# Makes the Wine prefix $1 if it is missing; $2 says whether a window manager manages the windows (Y or N).
 make_prefix() {
   wine_environment "$1"
-  local ready=$1/made-for-${2:-managed}
-  if [ ! -f "$ready" ]; then
+  if [ ! -f "$1/made" ]; then
     echo "Making a Wine prefix"
     rm -rf "$1"
     mkdir -p "$1"
@@ -98,13 +123,38 @@ make_prefix() {
     set_wine_value "$replacements" 'Arial' 'Liberation Sans'
     set_wine_value "$replacements" 'Times New Roman' 'Liberation Serif'
     set_wine_value "$replacements" 'Microsoft Sans Serif' 'Tahoma'
-    set_wine_value 'HKCU\Software\Wine\X11 Driver' Managed "$([ "${2:-}" = unmanaged ] && echo N || echo Y)"
+    set_wine_value 'HKCU\Software\Wine\X11 Driver' Managed "$2"
     # A machine without sound would have its audio system complain on the terminal.
     aplay -l >/dev/null 2>&1 || set_wine_value 'HKCU\Software\Wine\Drivers' Audio ''
-    wineserver -k
+    wineserver -k || true
     wineserver -w
-    touch "$ready"
+    touch "$1/made"
   fi
   # The first process of a prefix starts services that keep its streams open: it gets none of ours.
-  wine wineboot </dev/null >/dev/null 2>&1
+  wine wineboot </dev/null >/dev/null 2>&1 || die "Wine does not start in $1"
+}
+
+# Prints the X window with that title once there is one; waits for at most a minute.
+wait_for_window() {
+  local tries window
+  for tries in $(seq 600); do
+    window=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -n 1) || true
+    [ -z "$window" ] || { echo "$window"; return 0; }
+    sleep 0.1
+  done
+  die "the window '$1' did not come up"
+}
+
+# Writes a picture of the X window $2 to the file $1. Two pictures a moment apart that are the same show a window that
+# has been painted to the end.
+take_screenshot() {
+  local file=$1 window=$2 previous='' picture tries
+  for tries in $(seq 100); do
+    picture=$(import -window "$window" ppm:- | cksum)
+    [ "$picture" != "$previous" ] || break
+    previous=$picture
+    sleep 0.3
+  done
+  import -window "$window" -define png:exclude-chunk=date,time "$file"
+  echo "The picture is in $file"
 }

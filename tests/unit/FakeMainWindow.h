@@ -154,7 +154,7 @@ class FakeStore : public LibraryStore {
 class FakeMainWindow : public testing::Test {
  protected:
   FakeMainWindow() {
-    view.nameBoxLeft = [this] { editing.txtName_Accept(); };
+    view.nameBoxLeft = [this] { editing.SettleName(); };
   }
 
   /// That a field was left comes to the logic after the row was chosen, as a posted message does.

@@ -251,7 +251,7 @@ TEST_F(LibraryOperationsTest, AnOverfullFileIsLockedAndNeverWritten) {
     EXPECT_EQ(library.LibraryName, "Other");
 
     calls.clear();
-    editing.txtName_Accept();
+    editing.SettleName();
     editing.NewSnippet();
     editing.EditSnippet();
     editing.DeleteSelectedSnippet();
@@ -348,6 +348,26 @@ TEST_F(LibraryOperationsTest, SavingWithoutASelectionStoresNoCode) {
   EXPECT_EQ(store.files[kStrings], "BNS2.0\r\nLeft\r\n\r\nleft part\r\n(,)\r\nLeft$(s, 1)\r\n...\r\n");
 }
 
+TEST_F(LibraryOperationsTest, SavingAndSwitchingTakeATypedNameFirst) {
+  Load();
+  TypeName("Links");
+  operations.SaveLibrary();
+  EXPECT_EQ(store.files[kStrings].substr(0, 15), "BNS2.0\r\nLinks\r\n");
+  TypeName("Rechts");
+  answers = {kNo};
+  ChooseFile(1);
+  EXPECT_EQ(calls, (Calls{"write " + kStrings, kAskStrings, "read " + kDates}));
+}
+
+TEST_F(LibraryOperationsTest, AnotherSnippetsNameIsNotSaved) {
+  Load();
+  TypeName("right");
+  operations.SaveLibrary();
+  ASSERT_EQ(calls.size(), 1U);
+  EXPECT_TRUE(
+      calls[0].starts_with("64 [Brennic Snipstore 2.x] A snippet in this library already has this name."));
+}
+
 TEST_F(LibraryOperationsTest, WritingTheFileAloneSaysNothingAboutItsBeingSaved) {
   Load();
   for (const bool saved : {false, true}) {
@@ -384,6 +404,7 @@ TEST(LibraryNameTest, AFullPathStandsForItsBareFileName) {
       {"C:\\dir\\other.txt", "other.txt"},
       {"C:\\dir\\abns", "abns"},
       {"C:\\dir/sub/Strings.bns", "Strings"},
+      {"\\\\server\\share\\Strings.bns", "Strings"},
   };
   for (const auto& [entry, name] : cases) EXPECT_EQ(LibraryNameFromEntry(entry), name) << entry;
 }

@@ -81,7 +81,7 @@ TEST_F(SnippetEditingTest, WhatIsShownInPlaceOfALibraryTakesNoEdits) {
   ClickRow(-1);
   EXPECT_EQ(view.code, "Nothing here.");
   editing.txtCode_LostFocus();
-  editing.txtName_Accept();
+  editing.SettleName();
   ExpectUntouched(kThree);
 }
 
@@ -94,7 +94,7 @@ TEST_F(SnippetEditingTest, ALibraryThatIsShownTakesNoEditsFromTheOneBefore) {
   ExpectShown(0, "'four", "about four");
   EXPECT_FALSE(view.nameBoxRow.has_value());
   editing.txtCode_LostFocus();
-  editing.txtName_Accept();
+  editing.SettleName();
   ExpectNames({"four", "five"});
   ExpectUntouched(others);
 }
@@ -218,7 +218,7 @@ TEST_F(SnippetEditingTest, ASnippetIsRenamedInABoxOverItsRow) {
   EXPECT_EQ(view.focus, Focus::NameBox);
 
   view.nameBoxText = "deux";
-  editing.txtName_Accept();
+  editing.SettleName();
   ExpectNames({"one", "deux", "three"});
   EXPECT_FALSE(view.nameBoxRow.has_value());
   EXPECT_EQ(view.selected, 1);
@@ -229,7 +229,7 @@ TEST_F(SnippetEditingTest, ACancelledRenameChangesNothing) {
   TypeName("typed");
   editing.txtName_Cancel();
   EXPECT_FALSE(view.nameBoxRow.has_value());
-  editing.txtName_Accept();
+  editing.SettleName();
   ExpectNames({"one", "two", "three"});
   ExpectUntouched(kThree);
 }
@@ -246,7 +246,7 @@ TEST_F(SnippetEditingTest, ANameThatAnotherSnippetHasIsRefusedInAnyCase) {
   for (const std::string& name : {"three"s, "THREE"s, "two"s, "Two"s}) {
     calls.clear();
     TypeName(name);
-    editing.txtName_Accept();
+    editing.SettleName();
     EXPECT_EQ(calls,
               Calls{"64 [Brennic Snipstore 2.x] A snippet in this library already has this name. Please "
                     "use a different name for this snippet."});
@@ -254,15 +254,38 @@ TEST_F(SnippetEditingTest, ANameThatAnotherSnippetHasIsRefusedInAnyCase) {
     ExpectUntouched(kThree);
     EXPECT_EQ(view.nameBoxRow, 0);
     EXPECT_EQ(view.focus, Focus::NameBox);
+    editing.txtName_Cancel();
   }
   calls.clear();
   for (const std::string& name : {"one"s, "ONE"s, "four"s}) {  // its own name is no other's
     TypeName(name);
-    editing.txtName_Accept();
+    editing.SettleName();
     ExpectNames({name, "two", "three"});
     EXPECT_FALSE(view.nameBoxRow.has_value());
   }
   EXPECT_EQ(calls, Calls{});
+}
+
+TEST_F(SnippetEditingTest, ANameThatWouldEndTheListInTheFileIsRefused) {
+  for (const std::string& name : {"..."s, "  ... "s}) {
+    calls.clear();
+    TypeName(name);
+    EXPECT_FALSE(editing.SettleName());
+    EXPECT_EQ(calls.size(), 1U);
+    ExpectNames({"one", "two", "three"});
+    EXPECT_EQ(view.focus, Focus::NameBox);
+    editing.txtName_Cancel();
+  }
+}
+
+TEST_F(SnippetEditingTest, WhatFollowsATypedNameTakesItFirstOrWaitsForABetterOne) {
+  TypeName("eins");
+  editing.NewSnippet();
+  ExpectNames({"eins", "two", "three", "New Snippet"});
+  TypeName("two");
+  editing.NewSnippet();
+  ExpectNames({"eins", "two", "three", "New Snippet"});
+  EXPECT_EQ(view.nameBoxText, "two") << "still there to be changed";
 }
 
 TEST_F(SnippetEditingTest, ANewSnippetIsAppendedSelectedAndReadyToBeNamed) {
@@ -310,6 +333,7 @@ TEST_F(SnippetEditingTest, AFullLibraryRefusesAnotherSnippet) {
 
 TEST_F(SnippetEditingTest, AfterADeletionTheFirstSnippetIsShown) {
   ClickRow(1);
+  editing.EditSnippet();
   editing.DeleteSelectedSnippet();
   ExpectNames({"one", "three"});
   ExpectShown(0, "'one", "about one");
@@ -352,7 +376,7 @@ TEST_F(SnippetEditingTest, EditsGoWithTheirSnippetAndNotIntoAnother) {
     EXPECT_FALSE(view.editMode);
     EXPECT_FALSE(view.nameBoxRow.has_value());
     editing.txtCode_LostFocus();
-    editing.txtName_Accept();
+    editing.SettleName();
     ClickRow(1);
     EXPECT_EQ(library.Snippets, rest);
   }
@@ -375,7 +399,7 @@ TEST_F(SnippetEditingTest, WhileEditingIsDisabledNothingCanBeChanged) {
   EXPECT_TRUE(view.editingDisabled);
 
   const std::vector<std::pair<const char*, std::function<void()>>> actions = {
-      {"accept a name", [&] { editing.txtName_Accept(); }},
+      {"accept a name", [&] { editing.SettleName(); }},
       {"edit", [&] { editing.EditSnippet(); }},
       {"double click the code", [&] { editing.txtCode_DblClick(); }},
       {"type", [&] { view.code = "typed", editing.txtCode_KeyPress('x'); }},

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace snip::test {
 namespace {
@@ -18,7 +20,7 @@ std::string Bytes(int first, int last) {
 }
 
 TEST(TextFieldBytesTest, TextsWithoutZeroBytesAreShownAsTheyAre) {
-  for (const std::string& text : {""s, "Dim x\r\n\tx = 1"s, Bytes(1, 255)}) {
+  for (const std::string& text : {""s, "Dim x\r\n\tx = 1"s, Bytes(1, 9) + Bytes(14, 255)}) {
     const TextFieldBytes bytes(text);
     EXPECT_EQ(bytes.shown(), text);
     EXPECT_EQ(bytes.Restore(text), text);
@@ -26,16 +28,24 @@ TEST(TextFieldBytesTest, TextsWithoutZeroBytesAreShownAsTheyAre) {
   }
 }
 
+TEST(TextFieldBytesTest, EveryLineEndIsShownAsCrLf) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"a\rb", "a\r\nb"},   {"a\nb", "a\r\nb"}, {"a\r\nb", "a\r\nb"}, {"a\r\r\nb", "a\r\n\r\nb"},
+      {"\n\r", "\r\n\r\n"}, {"a\r", "a\r\n"},   {"\n", "\r\n"},
+  };
+  for (const auto& [text, shown] : cases) EXPECT_EQ(TextFieldBytes(text).shown(), shown);
+}
+
 TEST(TextFieldBytesTest, ZeroBytesAreShownAsSomethingElseAndComeBack) {
   for (const std::string& text : {
            "\0"s,
            "a\0b\r\n\0\0c"s,
-           "\x01\x02\0\x03"s,                // the first candidates occur in the text
-           Bytes(0, 8),                      // the next ones are line ends and tabs
-           Bytes(0, 31),                     // all control characters
-           Bytes(0, 126) + Bytes(128, 255),  // a single byte is free
-           Bytes(0, 254),
-           Bytes(0, 0) + Bytes(2, 255),
+           "\x01\x02\0\x03"s,                               // the first candidates occur in the text
+           Bytes(0, 9),                                     // the next ones are line ends
+           Bytes(0, 9) + Bytes(14, 31),                     // all other control characters
+           Bytes(0, 9) + Bytes(14, 126) + Bytes(128, 255),  // a single byte is free
+           Bytes(0, 9) + Bytes(14, 254),
+           Bytes(0, 0) + Bytes(2, 9) + Bytes(14, 255),
        }) {
     SCOPED_TRACE(testing::PrintToString(text));
     const TextFieldBytes bytes(text);
@@ -58,9 +68,9 @@ TEST(TextFieldBytesTest, EditedTextGetsItsZeroBytesBack) {
 
 TEST(TextFieldBytesTest, ATextOfAllByteValuesIsAtLeastShownInFull) {
   const TextFieldBytes bytes(Bytes(0, 255));
-  EXPECT_EQ(bytes.shown().size(), 256U);
+  EXPECT_EQ(bytes.shown().size(), 258U);
   EXPECT_EQ(bytes.shown().find('\0'), std::string::npos);
-  EXPECT_EQ(bytes.shown().substr(1), Bytes(1, 255));
+  EXPECT_EQ(bytes.shown().substr(1), Bytes(1, 9) + "\r\n\v\f\r\n" + Bytes(14, 255));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <richedit.h>
 
+#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
@@ -66,6 +67,38 @@ TEST_F(BnRichEditTest, EditedTextKeepsZeroBytesAndLines) {
   TypeText("x");
   ASSERT_TRUE(WaitUntil([&] { return editor_.text() != std::string("one\r\ntwo\0end\r\n", 14); }));
   EXPECT_EQ(editor_.text(), std::string("xone\r\ntwo\0end\r\n", 15));
+}
+
+TEST_F(BnRichEditTest, EditingKeepsTheLinesThatOddLineEndsMake) {
+  editor_.SetText("a\r\r\nb\rc\nd");
+  editor_.SetLocked(false);
+  editor_.Focus();
+  TypeText("x");
+  EXPECT_TRUE(WaitUntil([&] { return editor_.text() == "xa\r\n\r\nb\r\nc\r\nd"; })) << editor_.text();
+}
+
+TEST_F(BnRichEditTest, PastingTakesTextAlone) {
+  ASSERT_NE(OpenClipboard(frame_), 0);
+  EmptyClipboard();
+  const auto put = [](UINT format, const std::string& data) {
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, data.size() + 1);
+    std::memcpy(GlobalLock(block), data.c_str(), data.size() + 1);
+    GlobalUnlock(block);
+    SetClipboardData(format, block);
+  };
+  put(RegisterClipboardFormatA("Rich Text Format"), "{\\rtf1\\ansi rich}");
+  put(CF_TEXT, "plain");
+  CloseClipboard();
+  editor_.SetText("");
+  editor_.SetLocked(false);
+  editor_.Focus();
+  PressKey('V', {VK_CONTROL});
+  EXPECT_TRUE(WaitUntil([&] { return editor_.text() == "plain"; })) << editor_.text();
+  editor_.SetLocked(true);
+  PressKey('V', {VK_CONTROL});
+  PressKey(VK_TAB);
+  EXPECT_TRUE(WaitUntil([&] { return GetFocus() == other_; }));
+  EXPECT_EQ(editor_.text(), "plain");
 }
 
 TEST_F(BnRichEditTest, LockedTextCannotBeTypedIn) {

@@ -31,8 +31,8 @@ TEST_F(LibraryFolderTest, ListsLibrariesOnly) {
   const std::string longName(200, 'n');
   for (const std::string& name :
        {std::string("Strings.bns"), std::string("UPPER.BNS"), std::string("with blanks.bns"),
-        std::string("a.b.c.bns"), accents + ".bns", longName + ".bns", std::string("notes.bnsold"),
-        std::string("bns"), std::string("x.bns.txt")}) {
+        std::string("a.b.c.bns"), accents + ".bns", longName + ".bns", std::string(".bns"),
+        std::string("notes.bnsold"), std::string("bns"), std::string("x.bns.txt")}) {
     folder_.Write(name, "x");
   }
   CreateDirectoryA(folder_.File("x.bns").c_str(), nullptr);
@@ -63,6 +63,28 @@ TEST_F(LibraryFolderTest, ReplacesWholeFilesOfAnySize) {
     EXPECT_EQ(folder_.Read("lib.bns"), bytes);
     EXPECT_EQ(store_.Read(store_.PathOf("lib")), bytes);
   }
+}
+
+TEST_F(LibraryFolderTest, NamesAsLongAsTheFileSystemTakesAreReadAndWritten) {
+  const std::string path = store_.PathOf(std::string(250, 'n'));
+  ASSERT_GT(path.size(), 260U);
+  EXPECT_TRUE(store_.Replace(path, "one"));
+  EXPECT_TRUE(store_.Replace(path, "two"));
+  EXPECT_EQ(store_.Read(path), "two");
+  EXPECT_EQ(store_.Names(), std::vector<std::string>{std::string(250, 'n')});
+}
+
+TEST_F(LibraryFolderTest, AFileThatIsLetGoAMomentLaterIsStillReplaced) {
+  folder_.Write("lib.bns", "old");
+  UniqueFile scanner(CreateFileA(folder_.File("lib.bns").c_str(), GENERIC_READ,
+                                 FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr));
+  ASSERT_TRUE(scanner);
+  const Driver driver([&] {
+    Sleep(60);  // the moment
+    scanner.Reset();
+  });
+  EXPECT_TRUE(store_.Replace(store_.PathOf("lib"), "new"));
+  EXPECT_EQ(folder_.Read("lib.bns"), "new");
 }
 
 TEST_F(LibraryFolderTest, AFileThatAnotherProgramKeepsOpenStaysAsItIs) {

@@ -92,7 +92,8 @@ TEST_F(MainWindowTest, AnEmptyFolderIsToldAndNothingCanBeEdited) {
   EXPECT_EQ(SendMessageA(Files(), CB_GETCOUNT, 0, 0), 0);
   PressKey('N', {VK_CONTROL});
   PressKey('S', {VK_CONTROL});
-  EXPECT_TRUE(Until([] { return (GetAsyncKeyState(VK_CONTROL) & 0x8000) == 0; }));
+  PressKey(VK_TAB);  // keys come one after the other
+  ASSERT_TRUE(Until([&] { return GetFocus() == Description(); }));
   EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 0);
   EXPECT_FALSE(folder_.Has(".bns"));
 }
@@ -126,7 +127,7 @@ TEST_F(MainWindowTest, AnEditIsTakenWhenTheFieldIsLeftAndWrittenOnSave) {
 
 TEST_F(MainWindowTest, AnEditStaysInProgressWhileAnotherWindowHasTheFocus) {
   Open();
-  SendMessageA(window_.hWnd(), WM_COMMAND, 4, 0);  // "Edit Snippet"
+  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
   ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
   TypeText("y");
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y'one"; }));
@@ -216,13 +217,138 @@ TEST_F(MainWindowTest, ClosingAsksWhetherToSaveAndSavesOnYes) {
     TypeText("z");
     ASSERT_TRUE(Until([&] { return WindowText(Description()) == "zabout one"; }));
     answer_ = answer;
-    messages_.clear();
+    EXPECT_TRUE(messages_.empty()) << "a window that is made again starts from its files";
     PostMessageA(window_.hWnd(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
     EXPECT_EQ(messages_, std::vector<std::string>{"Save changes to 'Numbers'?"});
     const bool saved = folder_.Read("Numbers.bns").find("zabout") != std::string::npos;
     EXPECT_EQ(saved, answer == MessageResult::Yes);
+    messages_.clear();
   }
+}
+
+TEST_F(MainWindowTest, EscapeAndEnterHarmNothingWhereverTheFocusIs) {
+  Open();
+  const std::string file = folder_.Read("Numbers.bns");
+  for (const HWND control : {List(), Files(), Description(), Code()}) {
+    SCOPED_TRACE(GetDlgCtrlID(control));
+    SetFocus(control);
+    PressKey(VK_ESCAPE);
+    if (control != Description()) PressKey(VK_RETURN);
+    PressKey(VK_TAB);  // keys come one after the other: when this one has had its effect, so had the others
+    ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr || GetFocus() != control; }));
+    ASSERT_NE(window_.hWnd(), nullptr);
+    EXPECT_NE(Description(), nullptr);
+    EXPECT_NE(Code(), nullptr);
+  }
+  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  PressKey(VK_ESCAPE);
+  TypeText("k");
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "k'one"; }));
+  EXPECT_EQ(folder_.Read("Numbers.bns"), file);
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainWindowTest, TabGoesRoundAllFieldsAndStaysInTheEditor) {
+  Open();
+  SetFocus(List());
+  for (const HWND next : {Description(), Code(), Files(), List()}) {
+    PressKey(VK_TAB);
+    ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
+  }
+  for (const HWND next : {Files(), Code(), Description(), List()}) {
+    PressKey(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
+  }
+  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  PressKey(VK_TAB);
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "\t'one"; })) << WindowText(Code()) << GetDlgCtrlID(GetFocus());
+  for (const HWND control : {List(), Files(), Description()}) {
+    EXPECT_EQ(GetWindowLongA(control, GWL_STYLE) & WS_TABSTOP, 0);
+  }
+}
+
+TEST_F(MainWindowTest, MinimisingKeepsTheEditInProgress) {
+  Open();
+  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  TypeText("q");
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "q'one"; }));
+  SendMessageA(window_.hWnd(), WM_SYSCOMMAND, SC_MINIMIZE, 0);
+  ASSERT_TRUE(Until([&] { return IsIconic(window_.hWnd()) != 0; }));
+  SendMessageA(window_.hWnd(), WM_SYSCOMMAND, SC_RESTORE, 0);
+  EXPECT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  EXPECT_EQ(GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY, 0);
+}
+
+TEST_F(MainWindowTest, CopyingPutsTheCodeOnTheClipboard) {
+  Snippet accents = Named("one");
+  accents.Code =
+      "' Gr\xFC\xDF"
+      "e\r\nBeep";
+  folder_.Write("Numbers.bns", WriteBns(std::vector{accents, Named("two")}));
+  Open();
+  const auto clipboard = [&] {
+    if (OpenClipboard(window_.hWnd()) == 0) return std::string("(not open)");
+    const HANDLE data = GetClipboardData(CF_TEXT);
+    const auto* text = data == nullptr ? nullptr : static_cast<const char*>(GlobalLock(data));
+    std::string copied = text == nullptr ? "(no text)" : text;
+    if (text != nullptr) GlobalUnlock(data);
+    CloseClipboard();
+    return copied;
+  };
+  SendMessageA(window_.hWnd(), WM_COMMAND, 107, 0);  // "Copy to Clipboard"
+  EXPECT_EQ(clipboard(), accents.Code);
+  PressKey(VK_DOWN);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'two"; }));
+  PressKey('C', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return clipboard() == "'two"; }));
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainWindowTest, ATypedNameIsKeptByWhateverComesNext) {
+  Open();
+  PressKey('N', {VK_CONTROL});
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  TypeText("precious");
+  PressKey('N', {VK_CONTROL});
+  ASSERT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 5; }));
+  EXPECT_EQ(Row(3), "precious");
+  TypeText("precious");  // taken
+  ASSERT_TRUE(Until([&] { return WindowText(NameBox()) == "precious"; }));
+  PostMessageA(window_.hWnd(), WM_CLOSE, 0, 0);
+  ASSERT_TRUE(Until([&] { return messages_.size() == 1; }));
+  EXPECT_TRUE(messages_[0].starts_with("A snippet in this library already has this name."));
+  EXPECT_NE(window_.hWnd(), nullptr) << "the user is back in the box";
+}
+
+TEST_F(MainWindowTest, TheEndOfTheSessionOffersToSave) {
+  Open();
+  SetFocus(Description());
+  TypeText("z");
+  ASSERT_TRUE(Until([&] { return WindowText(Description()) == "zabout one"; }));
+  answer_ = MessageResult::Yes;
+  EXPECT_EQ(SendMessageA(window_.hWnd(), WM_QUERYENDSESSION, 0, 0), TRUE);
+  EXPECT_EQ(messages_, std::vector<std::string>{"Save changes to 'Numbers'?"});
+  EXPECT_NE(folder_.Read("Numbers.bns").find("zabout one"), std::string::npos);
+  SendMessageA(window_.hWnd(), WM_ENDSESSION, TRUE, 0);
+  EXPECT_EQ(window_.hWnd(), nullptr);
+}
+
+TEST_F(MainWindowTest, LinesOfAMegabyteAreShownAndKept) {
+  Snippet huge = Named(std::string(300, 'n'));
+  huge.Description = std::string(1000000, 'd') + " word";
+  huge.Code = std::string(1000000, 'c') + "\r\nEnd";
+  const std::string file = WriteBns(std::vector{huge, Named("two")});
+  folder_.Write("Numbers.bns", file);
+  Open();
+  EXPECT_EQ(WindowText(Description()), huge.Description);
+  PressKey(VK_DOWN);
+  ASSERT_TRUE(Until([&] { return WindowText(Description()) == "about two"; }));
+  DeleteFileA(folder_.File("Numbers.bns").c_str());
+  PressKey('S', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == file; }));
 }
 
 TEST_F(MainWindowTest, AltF4ClosesWhereverTheFocusIs) {

@@ -88,6 +88,7 @@ TEST_F(Registry32Test, QueryRegStringGivesTheTextOrTheDefault) {
   WriteRaw(key, "text", REG_SZ, " kept as it is \0"s);
   WriteRaw(key, "long", REG_SZ, std::string(3000, 'y') + '\0');
   WriteRaw(key, "empty", REG_SZ, "\0"s);
+  WriteRaw(key, "no data", REG_SZ, "");
   WriteRaw(key, "number", REG_DWORD, "\x01\0\0\0"s);
   WriteRaw(key, "expand", REG_EXPAND_SZ, "%PATH%\0"s);
   const auto query = [&](const std::string& name) {
@@ -97,6 +98,7 @@ TEST_F(Registry32Test, QueryRegStringGivesTheTextOrTheDefault) {
   EXPECT_EQ(query("text"), " kept as it is ");
   EXPECT_EQ(query("long"), std::string(3000, 'y'));
   EXPECT_EQ(query("empty"), "");
+  EXPECT_EQ(query("no data"), " ");
   EXPECT_EQ(query("number"), "none");
   EXPECT_EQ(query("expand"), "none");
   EXPECT_EQ(query("missing"), "none");

@@ -129,6 +129,14 @@ void MovePointer(POINT screen) {
                    (screen.y * 65536 + height - 1) / height)});
 }
 
+void PressMouse() {
+  Send({MouseInput(MOUSEEVENTF_LEFTDOWN)});
+}
+
+void ReleaseMouse() {
+  Send({MouseInput(MOUSEEVENTF_LEFTUP)});
+}
+
 void ClickAt(HWND window, POINT place, int times) {
   POINT screen = place;
   const bool reached = WaitUntil([&] {

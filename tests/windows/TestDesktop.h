@@ -30,6 +30,8 @@ void PressKey(WORD virtualKey, std::initializer_list<WORD> held = {});
 /// Characters that a plain or shifted key gives.
 void TypeText(const std::string& text);
 void MovePointer(POINT screen);
+void PressMouse();
+void ReleaseMouse();
 /// Clicks a place of a window, in its client pixels, once the window is what lies there on the screen.
 void ClickAt(HWND window, POINT place, int times = 1);
 void ClickCentre(HWND window, int times = 1);

@@ -17,6 +17,10 @@ constexpr int kControlId = 1;
 constexpr LRESULT kReplaceLimit = 4000;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 
+bool IsPasteKey(WPARAM key) {
+  return (key == 'V' && GetKeyState(VK_CONTROL) < 0) || (key == VK_INSERT && GetKeyState(VK_SHIFT) < 0);
+}
+
 }  // namespace
 
 // The rich-edit library stays loaded until the process ends: a window class does not survive its library, and
@@ -70,11 +74,6 @@ void BnRichEdit::SetLocked(bool locked) {
   SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 
-void BnRichEdit::SetFont(HFONT font) {
-  font_ = font;
-  SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-}
-
 /// Selects by itself, since the control is no help here: on Windows it selects a word with the blanks behind
 /// it, and Wine's takes text elsewhere when the word is the last one of its line.
 void BnRichEdit::SelectWordAt(POINTL place) {
@@ -100,6 +99,11 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       events_.keyPress(static_cast<char>(wParam));
       return false;
     case WM_KEYDOWN:
+      if (IsPasteKey(wParam)) {
+        // As text, whatever else the clipboard offers: pictures and formats have no place in code.
+        if (!locked_) SendMessageA(control_, EM_PASTESPECIAL, CF_UNICODETEXT, 0);
+        return true;
+      }
       // Tab is a character while the code is edited; in a field that is only read it moves on.
       if (wParam != VK_TAB || !locked_) return false;
       SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_,
@@ -124,6 +128,9 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_SETFOCUS:
       Focus();
+      return 0;
+    case WM_DESTROY:
+      control_ = nullptr;
       return 0;
     case WM_COMMAND:
       if (remaking_) return 0;

@@ -31,7 +31,6 @@ class BnRichEdit : public Window {
   bool locked() const { return locked_; }
   void SetLocked(bool locked);
 
-  void SetFont(HFONT font);
   void Focus() const { SetFocus(control_); }
   bool HasFocus() const { return GetFocus() == control_; }
 

@@ -8,11 +8,12 @@
 
 namespace snip {
 
-void LibraryChooser::Create(HWND parent, int id, HFONT font) {
+void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   // The height is that of the opened list; the field's own follows the font.
   constexpr Rect openList{0, 0, 100, 300};
   cboFiles_ = CreateControl(parent, "COMBOBOX", "", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
                             0, id, font, openList);
+  txtFileName_ = CreateControl(parent, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, nameId, font);
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {
@@ -40,8 +41,8 @@ void LibraryChooser::SelectFile(int entry) {
   Send(CB_SETCURSEL, static_cast<WPARAM>(entry));
 }
 
-void LibraryChooser::SetFileNameText(const std::string& /*text*/) {
-  // The box for renaming a library does not exist yet.
+void LibraryChooser::SetFileNameText(const std::string& text) {
+  SetWindowTextA(txtFileName_, text.c_str());
 }
 
 std::optional<std::string> LibraryChooser::ChooseLibraryFile() {
@@ -53,7 +54,7 @@ std::optional<std::string> LibraryChooser::ChooseLibraryFile() {
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(path.size());
   dialog.lpstrTitle = "Open Snippet File";
-  dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST;
+  dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR;
   if (GetOpenFileNameA(&dialog) == 0) return std::nullopt;
   return path.data();
 }

@@ -8,10 +8,10 @@
 
 namespace snip {
 
-/// `cboFiles`, the drop-down list of libraries.
+/// `cboFiles`, the drop-down list of libraries, and `txtFileName`, the box for a new name of the library.
 class LibraryChooser : public LibraryView {
  public:
-  void Create(HWND parent, int id, HFONT font);
+  void Create(HWND parent, int id, int nameId, HFONT font);
   HWND cboFiles() const { return cboFiles_; }
 
   void InsertFile(int entry, const std::string& text) override;
@@ -28,6 +28,7 @@ class LibraryChooser : public LibraryView {
   }
 
   HWND cboFiles_ = nullptr;
+  HWND txtFileName_ = nullptr;  ///< Lies over `cboFiles` while the library is renamed; hidden else.
 };
 
 }  // namespace snip

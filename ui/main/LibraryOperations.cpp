@@ -11,8 +11,9 @@ namespace {
 constexpr const char* kBrowseEntry = "(Browse...)";
 constexpr std::string_view kExtension = ".bns";
 
+/// On a drive or, chosen from the network, on a server.
 bool IsFullPath(const std::string& entry) {
-  return entry.find(":\\") != std::string::npos;
+  return entry.find(":\\") != std::string::npos || entry.starts_with("\\\\");
 }
 
 }  // namespace
@@ -20,7 +21,7 @@ bool IsFullPath(const std::string& entry) {
 std::string LibraryNameFromEntry(const std::string& entry) {
   if (!IsFullPath(entry)) return entry;
   std::string_view name = entry;
-  name.remove_prefix(name.find_last_of("\\/") + 1);  // there is one, behind the colon
+  name.remove_prefix(name.find_last_of("\\/") + 1);  // a full path holds one
   if (name.size() >= kExtension.size() &&
       EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension)) {
     name.remove_suffix(kExtension.size());
@@ -46,7 +47,9 @@ void LibraryOperations::LoadFiles() {
     editing_.DisableEdit(true);
     return;
   }
-  for (const std::string& name : names) view_.InsertFile(view_.FileCount(), name);
+  for (const std::string& name : names) {
+    if (name != kBrowseEntry) view_.InsertFile(view_.FileCount(), name);
+  }
   view_.InsertFile(view_.FileCount(), kBrowseEntry);
   editing_.DisableEdit(false);
   view_.SelectFile(0);
@@ -54,6 +57,7 @@ void LibraryOperations::LoadFiles() {
 }
 
 void LibraryOperations::cboFiles_Click() {
+  if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
   editing_.lstCode_Click();
   OfferToSave();
 
@@ -125,6 +129,8 @@ void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
 }
 
 void LibraryOperations::TakeContents(BnsContents contents) {
+  // Also of a library without snippets: it has a name of its own now, so that a later save cannot put it in
+  // place of the library that was open before.
   library_.Snippets = std::move(contents.snippets);
   library_.LibraryName = LibraryNameFromEntry(view_.FileText(view_.SelectedFile()));
   library_.Saved = true;
@@ -148,7 +154,7 @@ void LibraryOperations::SaveCurFile() {
 }
 
 void LibraryOperations::SaveLibrary() {
-  if (editing_.editingDisabled()) return;
+  if (editing_.editingDisabled() || !editing_.SettleName()) return;
   editing_.StoreShownCode();
   SaveCurFile();
   library_.Saved = true;

@@ -1,5 +1,6 @@
 #include "ui/main/SnippetControls.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "platform/Fonts.h"
@@ -10,9 +11,19 @@ namespace {
 
 constexpr int kCodePoints = 10;
 
-void SetTabStop(HWND control, bool stop) {
-  const LONG style = GetWindowLongA(control, GWL_STYLE);
-  SetWindowLongA(control, GWL_STYLE, stop ? style | WS_TABSTOP : style & ~WS_TABSTOP);
+/// Wrapping takes an edit control a time that grows with the square of the line's length: seconds for a line
+/// of 100,000 characters. Such a line is no description to be read; it is shown unwrapped.
+constexpr std::size_t kLongestWrappedLine = 5000;
+
+std::size_t LongestLine(const std::string& text) {
+  std::size_t longest = 0;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    longest = std::max(longest, end - start);
+    start = end + 1;
+  }
+  return longest;
 }
 
 }  // namespace
@@ -26,15 +37,19 @@ void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFON
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
                            WS_EX_CLIENTEDGE, ids.lstCode, listFont);
   txtName_ = CreateControl(leftPane, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, ids.txtName, listFont);
-  txtDesc_ =
-      CreateControl(rightPane, "EDIT", "",
-                    WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN,
-                    WS_EX_CLIENTEDGE, ids.txtDesc, listFont);
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
+  name_ = ExactTextField(txtName_);
+  MakeDescription(rightPane, ids.txtDesc, listFont);
+  txtCode_.CreateIn(rightPane, ids.txtCode, codeFont_.get());
+}
+
+void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
+  txtDesc_ = CreateControl(parent, "EDIT", "",
+                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
+                               ES_WANTRETURN | (descriptionWraps_ ? 0 : ES_AUTOHSCROLL),
+                           WS_EX_CLIENTEDGE, id, font);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
   description_ = ExactTextField(txtDesc_);
-  name_ = ExactTextField(txtName_);
-  txtCode_.CreateIn(rightPane, ids.txtCode, codeFont_.get());
 }
 
 void SnippetControls::FillRows(std::span<const Snippet> snippets) {
@@ -89,6 +104,17 @@ std::string SnippetControls::Description() const {
 
 void SnippetControls::SetDescription(const std::string& text) {
   settingDescription_ = true;
+  const bool wraps = LongestLine(text) < kLongestWrappedLine;
+  if (wraps != descriptionWraps_) {
+    // Whether it wraps is a control's for life.
+    descriptionWraps_ = wraps;
+    const HWND previous = txtDesc_;
+    MakeDescription(GetParent(previous), GetDlgCtrlID(previous),
+                    reinterpret_cast<HFONT>(SendMessageA(previous, WM_GETFONT, 0, 0)));
+    MoveTo(txtDesc_, PlaceInParent(previous));
+    SetWindowPos(txtDesc_, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    DestroyWindow(previous);
+  }
   description_.SetText(text);
   settingDescription_ = false;
 }
@@ -110,6 +136,7 @@ void SnippetControls::FocusCode() {
 }
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
+  SelectRow(row);  // also scrolls it into view
   RECT place{};
   List(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
   MapWindowPoints(lstCode_, GetParent(lstCode_), reinterpret_cast<POINT*>(&place), 2);

@@ -63,6 +63,8 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
+  void MakeDescription(HWND parent, int id, HFONT font);
+
   LRESULT List(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendMessageA(lstCode_, message, wParam, lParam);
   }
@@ -73,6 +75,7 @@ class SnippetControls : public SnippetView {
   HWND lstCode_ = nullptr;
   HWND txtName_ = nullptr;
   HWND txtDesc_ = nullptr;
+  bool descriptionWraps_ = true;
   ExactTextField description_;
   ExactTextField name_;
   bool settingDescription_ = false;

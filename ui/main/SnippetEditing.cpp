@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "library/BnsFormat.h"
+
 namespace snip {
 
 SnippetEditing::SnippetEditing(Library& library, SnippetView& view, ShowMessageFunction showMessage,
@@ -27,6 +29,12 @@ void SnippetEditing::ShowNothing(const std::string& codeText) {
   view_.SetEditMode(false);
   view_.SetCode(codeText);
   view_.SetDescription("");
+}
+
+void SnippetEditing::Forget() {
+  editIndex_ = -1;
+  renamedRow_.reset();
+  editingDisabled_ = false;
 }
 
 void SnippetEditing::DisableEdit(bool disabled) {
@@ -118,7 +126,7 @@ void SnippetEditing::txtDesc_Change() {
 
 void SnippetEditing::lstCode_DblClick() {
   const int row = view_.SelectedRow();
-  if (editingDisabled_ || !library_.HasIndex(row)) return;
+  if (editingDisabled_ || !library_.HasIndex(row) || !SettleName()) return;
   renamedRow_ = row;
   view_.ShowNameBox(row, library_.Snippets[static_cast<std::size_t>(row)].Name);
 }
@@ -127,26 +135,37 @@ void SnippetEditing::txtName_Cancel() {
   EndRename();
 }
 
-void SnippetEditing::txtName_Accept() {
-  if (!renamedRow_) return;
+/// Tells the user why a name cannot be taken and puts him back into the box.
+bool SnippetEditing::RefuseName(const std::string& reason) {
+  showMessage_(reason, MessageStyle::kInformation, kMainWindowTitle);
+  view_.FocusNameBox();
+  return false;
+}
+
+bool SnippetEditing::SettleName() {
+  if (!renamedRow_) return true;
   const int row = *renamedRow_;
   const std::string name = view_.NameBoxText();
   if (editingDisabled_ || !library_.HasIndex(row)) {
     EndRename();
-    return;
+    return true;
   }
   if (NameTaken(name, row)) {
-    showMessage_(
-        "A snippet in this library already has this name. Please use a different name for this snippet.",
-        MessageStyle::kInformation, kMainWindowTitle);
-    view_.FocusNameBox();
-    return;
+    return RefuseName(
+        "A snippet in this library already has this name. Please use a different name for this snippet.");
+  }
+  if (EndsSnippetList(name)) {
+    return RefuseName(
+        "A line of three dots ends the list of snippets in a library file. Please use a different name for "
+        "this "
+        "snippet.");
   }
   std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Name;
   if (stored != name) view_.SetRowText(row, name);
   stored = name;
   library_.Saved = false;
   EndRename();
+  return true;
 }
 
 bool SnippetEditing::NameTaken(const std::string& name, int exceptRow) const {
@@ -163,7 +182,7 @@ void SnippetEditing::EndRename() {
 }
 
 void SnippetEditing::NewSnippet() {
-  if (editingDisabled_) return;
+  if (editingDisabled_ || !SettleName()) return;
   txtCode_LostFocus();
   if (library_.IsFull()) {
     showMessage_("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +

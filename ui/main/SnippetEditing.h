@@ -24,6 +24,9 @@ class SnippetEditing {
   /// Empties the list and shows `codeText` in the code field, for a file that gave no snippets.
   void ShowNothing(const std::string& codeText);
 
+  /// Starts anew, for a window that is made again.
+  void Forget();
+
   /// While disabled nothing of the library can be changed.
   void DisableEdit(bool disabled);
   bool editingDisabled() const { return editingDisabled_; }
@@ -42,7 +45,9 @@ class SnippetEditing {
 
   void txtDesc_Change();
 
-  void txtName_Accept();  ///< Enter, or leaving the box: commits the new name.
+  /// Commits the name being edited (Enter, or leaving the box), if there is one. False when it is refused:
+  /// another snippet has it, the user has been told and is back in the box.
+  bool SettleName();
   void txtName_Cancel();  ///< Escape.
 
   /// Appends a default snippet and starts renaming it.
@@ -57,6 +62,7 @@ class SnippetEditing {
   void SelectAndShow(int row);
   bool NameTaken(const std::string& name, int exceptRow) const;
   void ReportNoSelection();
+  bool RefuseName(const std::string& reason);
   void EndRename();
 
   Library& library_;

@@ -2,6 +2,7 @@
 
 #include <windowsx.h>
 
+#include <iterator>
 #include <utility>
 
 #include "platform/Clipboard.h"
@@ -20,19 +21,29 @@ constexpr int kDesignLeftPaneWidth = 3000;
 constexpr int kDesignDescriptionHeight = 800;
 constexpr int kBarMargin = 60;
 
-enum MenuId : int {
-  kSaveLibrary = 1,
+/// Above the numbers that the dialog manager sends for Enter and Escape (IDOK, IDCANCEL).
+enum Command : int {
+  kSaveLibrary = 101,
   kClose,
   kNewSnippet,
   kEditSnippet,
   kRenameSnippet,
   kDeleteSnippet,
-  kCopy
+  kCopy,
+  kAcceptName,
+  kCancelName,
 };
 
 /// Posted to the window itself when an edit field has lost the focus: only afterwards can be told where the
 /// focus went, and only then may a message box be shown.
 constexpr UINT kFieldLeft = WM_APP + 1;
+/// Sent by `Show` to a new window: what it does is done as all else, in answer to a message.
+constexpr UINT kLoadFiles = WM_APP + 2;
+
+UniqueAccelerators MakeAccelerators() {
+  ACCEL keys[] = {{FVIRTKEY | FCONTROL, 'S', kSaveLibrary}, {FVIRTKEY | FCONTROL, 'N', kNewSnippet}};
+  return UniqueAccelerators(CreateAcceleratorTableA(keys, static_cast<int>(std::size(keys))));
+}
 
 }  // namespace
 
@@ -56,9 +67,11 @@ frmAddIn::frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::fu
                      [this](bool editing) {
                        CheckMenuItem(GetMenu(hWnd()), kEditSnippet,
                                      static_cast<UINT>(editing ? MF_CHECKED : MF_UNCHECKED));
+                       SetTabStop(chooser_.cboFiles(), !editing);
                      }}),
       editing_(library_, controls_, showMessage_, &SameTextIgnoringCase),
       operations_(library_, editing_, controls_, chooser_, store, showMessage_),
+      accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
 
@@ -67,12 +80,13 @@ frmAddIn::~frmAddIn() {
 }
 
 bool frmAddIn::Show() {
-  const bool isNew = hWnd() == nullptr;
-  if (isNew && !Form_Load()) return false;
+  if (hWnd() == nullptr) {
+    if (!Form_Load()) return false;
+    SendMessageA(hWnd(), kLoadFiles, 0, 0);
+  }
   ShowWindow(hWnd(), SW_SHOWNORMAL);
   SetForegroundWindow(hWnd());
   UpdateWindow(hWnd());
-  if (isNew) operations_.LoadFiles();
   return true;
 }
 
@@ -140,15 +154,31 @@ void frmAddIn::RightPane_Resize() {
   MoveTo(controls_.txtCode().hWnd(), twips_.ToPixels(places->code));
 }
 
-void frmAddIn::Form_QueryUnload() {
-  editing_.txtName_Accept();
+/// Takes in what is being edited and offers to save; false when the window has to stay. While the question
+/// is open, another program may ask the window to close once more: then it has to stay as well.
+bool frmAddIn::Form_QueryUnload() {
+  if (unloading_ || !editing_.SettleName()) return false;
+  unloading_ = true;
   editing_.txtCode_LostFocus();
   operations_.OfferToSave();
-  DestroyWindow(hWnd());
+  unloading_ = false;
+  return true;
+}
+
+void frmAddIn::Form_Unload() {
+  // The window may be made again: it then starts from its files.
+  library_ = {};
+  editing_.Forget();
+  lastFocus_ = nullptr;
+  unloaded_();
 }
 
 void frmAddIn::CopyCode() {
-  CopyToClipboard(hWnd(), controls_.Code());
+  if (editing_.editingDisabled()) return;
+  if (!CopyToClipboard(hWnd(), controls_.Code())) {
+    showMessage_("The clipboard is in use by another program. Please try again.", MessageStyle::kInformation,
+                 kMainWindowTitle);
+  }
 }
 
 void frmAddIn::OnMenuCommand(int id) {
@@ -174,6 +204,12 @@ void frmAddIn::OnMenuCommand(int id) {
     case kCopy:
       CopyCode();
       break;
+    case kAcceptName:
+      editing_.SettleName();
+      break;
+    case kCancelName:
+      editing_.txtName_Cancel();
+      break;
     default:
       break;
   }
@@ -194,56 +230,50 @@ void frmAddIn::OnCommand(int id, int notification) {
 void frmAddIn::FieldLeft() {
   const HWND focus = GetFocus();
   if (focus == nullptr || IsChild(hWnd(), focus) == 0) return;
-  if (focus != controls_.txtName()) editing_.txtName_Accept();
+  if (focus != controls_.txtName()) editing_.SettleName();
   if (!controls_.txtCode().HasFocus()) editing_.txtCode_LostFocus();
 }
 
-bool frmAddIn::HandleKey(const MSG& message) {
-  const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
+/// The command that a key stands for in the control that has the focus, if any.
+std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   const HWND focus = GetFocus();
-  switch (message.wParam) {
-    case VK_RETURN:
-    case VK_ESCAPE:
-      if (focus != controls_.txtName()) return false;
-      if (message.wParam == VK_RETURN) {
-        editing_.txtName_Accept();
-      } else {
-        editing_.txtName_Cancel();
-      }
-      return true;
-    case VK_F2:
-      if (focus != controls_.lstCode()) return false;
-      editing_.lstCode_DblClick();
-      return true;
-    case VK_DELETE:
-      if (focus != controls_.lstCode()) return false;
-      editing_.DeleteSelectedSnippet();
-      return true;
-    case 'C':
-      if (!control || focus != controls_.lstCode()) return false;
-      CopyCode();
-      return true;
-    case 'N':
-      if (control) editing_.NewSnippet();
-      return control;
-    case 'S':
-      if (control) operations_.SaveLibrary();
-      return control;
-    default:
-      return false;
+  if (focus == controls_.txtName()) {
+    if (key == VK_RETURN) return kAcceptName;
+    if (key == VK_ESCAPE) return kCancelName;
   }
+  if (focus == controls_.lstCode()) {
+    if (key == VK_F2) return kRenameSnippet;
+    if (key == VK_DELETE) return kDeleteSnippet;
+    if (key == 'C' && GetKeyState(VK_CONTROL) < 0) return kCopy;
+  }
+  return std::nullopt;
 }
 
 bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
+  RememberFocus();
   if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
     // Everywhere else the system does this; Wine's combo box keeps the keys for itself.
     PostMessageA(hWnd(), WM_SYSCOMMAND, SC_CLOSE, 0);
     return true;
   }
-  if (message.message == WM_KEYDOWN && HandleKey(message)) return true;
+  if (TranslateAcceleratorA(hWnd(), accelerators_.get(), &message) != 0) return true;
+  if (message.message == WM_KEYDOWN) {
+    if (const auto command = CommandOfKey(message.wParam)) {
+      SendMessageA(hWnd(), WM_COMMAND, static_cast<WPARAM>(*command), 0);
+      return true;
+    }
+  }
+  // The code field knows by itself when Tab moves on and when it is a character of the code.
+  if (IsChild(controls_.txtCode().hWnd(), message.hwnd) != 0) return false;
+  if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
+    // The dialog manager would select the whole code on entering the code field, for the next key to replace,
+    // and a field of several lines hands Tab to its container, which is no dialog.
+    SetFocus(GetNextDlgTabItem(hWnd(), message.hwnd, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
+    return true;
+  }
   return IsDialogMessageA(hWnd(), &message) != 0;
 }
 
@@ -264,7 +294,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       SetMenu(hWnd(), MakeMenu().Release());  // goes with the window
       leftPane_.CreateIn(hWnd());
       rightPane_.CreateIn(hWnd());
-      chooser_.Create(hWnd(), kFilesId, font_.get());
+      chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
       controls_.Create(
           leftPane_.hWnd(), rightPane_.hWnd(),
           {.lstCode = kListId, .txtName = kNameId, .txtDesc = kDescriptionId, .txtCode = kCodeId},
@@ -277,7 +307,8 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (LOWORD(wParam) == WA_INACTIVE) RememberFocus();
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:
-      SetFocus(FocusTarget());
+      // A minimised window keeps the focus; the field that had it gets it back afterwards.
+      if (IsIconic(hWnd()) == 0) SetFocus(FocusTarget());
       return 0;
     case WM_COMMAND:
       if (lParam == 0) {
@@ -289,11 +320,19 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case kFieldLeft:
       FieldLeft();
       return 0;
+    case kLoadFiles:
+      operations_.LoadFiles();
+      return 0;
     case WM_CLOSE:
-      Form_QueryUnload();
+      if (Form_QueryUnload()) DestroyWindow(hWnd());
+      return 0;
+    case WM_QUERYENDSESSION:
+      return Form_QueryUnload() ? TRUE : FALSE;
+    case WM_ENDSESSION:
+      if (wParam != FALSE) DestroyWindow(hWnd());
       return 0;
     case WM_DESTROY:
-      unloaded_();
+      Form_Unload();
       return 0;
     default:
       return Default(message, wParam, lParam);

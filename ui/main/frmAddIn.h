@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 
 #include "library/LibraryStore.h"
 #include "platform/Handle.h"
@@ -25,6 +26,7 @@ class frmAddIn : public Window {
   static constexpr int kNameId = 1003;
   static constexpr int kDescriptionId = 1004;
   static constexpr int kCodeId = 1005;
+  static constexpr int kFileNameId = 1006;
 
   /// `unloaded` is called once the window is gone.
   frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::function<void()> unloaded);
@@ -45,11 +47,12 @@ class frmAddIn : public Window {
   bool Form_Load();
   void Form_Resize();
   void RightPane_Resize();
-  void Form_QueryUnload();
+  bool Form_QueryUnload();
+  void Form_Unload();
   void OnCommand(int id, int notification);
   void OnMenuCommand(int id);
   void CopyCode();
-  bool HandleKey(const MSG& message);
+  std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
   void RememberFocus();
   HWND FocusTarget() const;
@@ -68,7 +71,9 @@ class frmAddIn : public Window {
   SnippetEditing editing_;
   LibraryOperations operations_;
 
-  HWND lastFocus_ = nullptr;
+  UniqueAccelerators accelerators_;
+  HWND lastFocus_ = nullptr;  ///< The control that had the focus when the window last had it.
+  bool unloading_ = false;
   int leftPaneWidth_;      ///< Twips.
   int descriptionHeight_;  ///< Twips.
 };
