@@ -25,10 +25,10 @@ constexpr auto kCaptionOnly = DisplayType::Caption;
 constexpr auto kBoth = DisplayType::PictureAndCaption;
 
 constexpr BarChange kNothing{};
-constexpr BarChange kRefresh{.ownWidth = std::nullopt, .redrawButton = std::nullopt, .refresh = true};
+constexpr BarChange kRefresh{.refresh = true};
 
 BarChange Redraw(int index) {
-  return {.ownWidth = std::nullopt, .redrawButton = index, .refresh = false};
+  return {.redrawButton = index};
 }
 
 CommandBarButtons EmptyBar() {
@@ -38,8 +38,7 @@ CommandBarButtons EmptyBar() {
 CommandBarButtons BarOfCaptions(const Strings& captions) {
   CommandBarButtons buttons = EmptyBar();
   for (const std::string& caption : captions) {
-    buttons.Add({.Caption = caption, .Picture = nullptr, .PictureSize = {}, .DisplayType = kCaptionOnly},
-                Metrics());
+    buttons.Add({.Caption = caption, .DisplayType = kCaptionOnly}, Metrics());
   }
   return buttons;
 }
@@ -59,12 +58,7 @@ std::vector<int> Spans(const CommandBarButtons& buttons) {
 
 int SpanOf(ButtonType type, DisplayType display, const std::string& caption, int scaleHeight) {
   CommandBarButtons buttons = EmptyBar();
-  buttons.Add({.Caption = caption,
-               .Picture = nullptr,
-               .PictureSize = {},
-               .ButtonType = type,
-               .DisplayType = display},
-              Metrics(scaleHeight));
+  buttons.Add({.Caption = caption, .ButtonType = type, .DisplayType = display}, Metrics(scaleHeight));
   return Spans(buttons).front();
 }
 
@@ -76,16 +70,26 @@ TEST(CommandBarLayoutTest, TheWidthOfAButtonFollowsFromItsTypesItsTextAndTheHeig
   };
   // "&Copy" is measured as "Copy": 28 pixels.
   const std::vector<Case> cases = {
-      {kPush, kPictureOnly, 21, 35},          {kPush, kCaptionOnly, 34, 34},
-      {kPush, kBoth, 51, 65},                 {kMenu, kPictureOnly, 21, 35},
-      {kMenu, kCaptionOnly, 34, 34},          {kMenu, kBoth, 51, 65},
-      {kToggle, kPictureOnly, 21, 35},        {kToggle, kCaptionOnly, 34, 34},
-      {kToggle, kBoth, 51, 65},               {kDropDown, kPictureOnly, 29, 43},
-      {kDropDown, kCaptionOnly, 42, 42},      {kDropDown, kBoth, 59, 73},
-      {kSeparator, kPictureOnly, 5, 5},       {kSeparator, kCaptionOnly, 5, 5},
-      {kSeparator, kBoth, 5, 5},              {kPush, DisplayType{7}, 51, 65},
-      {kPush, DisplayType{-1}, 51, 65},       {ButtonType{9}, kPictureOnly, 21, 35},
-      {kDropDown, DisplayType{3}, 59, 73},    {ButtonType{-3}, kCaptionOnly, 34, 34},
+      {kPush, kPictureOnly, 21, 35},
+      {kPush, kCaptionOnly, 34, 34},
+      {kPush, kBoth, 51, 65},
+      {kMenu, kPictureOnly, 21, 35},
+      {kMenu, kCaptionOnly, 34, 34},
+      {kMenu, kBoth, 51, 65},
+      {kToggle, kPictureOnly, 21, 35},
+      {kToggle, kCaptionOnly, 34, 34},
+      {kToggle, kBoth, 51, 65},
+      {kDropDown, kPictureOnly, 29, 43},
+      {kDropDown, kCaptionOnly, 42, 42},
+      {kDropDown, kBoth, 59, 73},
+      {kSeparator, kPictureOnly, 5, 5},
+      {kSeparator, kCaptionOnly, 5, 5},
+      {kSeparator, kBoth, 5, 5},
+      {kPush, DisplayType{7}, 51, 65},
+      {kPush, DisplayType{-1}, 51, 65},
+      {ButtonType{9}, kPictureOnly, 21, 35},
+      {kDropDown, DisplayType{3}, 59, 73},
+      {ButtonType{-3}, kCaptionOnly, 34, 34},
   };
   for (const auto& [type, display, spanAt26, spanAt40] : cases) {
     SCOPED_TRACE(testing::Message() << "type " << static_cast<int>(type) << ", display "
@@ -110,10 +114,10 @@ TEST(CommandBarLayoutTest, AButtonWithoutCaptionIsNotMeasured) {
   BarMetrics metrics = Metrics();
   int measured = 0;
   metrics.textWidth = [&](std::string_view) { return ++measured; };
-  buttons.Add({.Caption = "x", .Picture = nullptr, .PictureSize = {}, .DisplayType = kPictureOnly}, metrics);
-  buttons.Add({.Caption = "x", .Picture = nullptr, .PictureSize = {}, .ButtonType = kSeparator}, metrics);
+  buttons.Add({.Caption = "x", .DisplayType = kPictureOnly}, metrics);
+  buttons.Add({.Caption = "x", .ButtonType = kSeparator}, metrics);
   EXPECT_EQ(measured, 0);
-  buttons.Add({.Caption = "x", .Picture = nullptr, .PictureSize = {}, .DisplayType = kBoth}, metrics);
+  buttons.Add({.Caption = "x", .DisplayType = kBoth}, metrics);
   EXPECT_EQ(measured, 1);
 }
 
@@ -125,12 +129,7 @@ TEST(CommandBarLayoutTest, ButtonsStandSideBySideBehindTheGrip) {
       CommandBarButtons buttons = EmptyBar();
       for (const auto type : {kPush, kSeparator, kDropDown, kToggle, kMenu}) {
         for (const auto display : {kPictureOnly, kCaptionOnly, kBoth}) {
-          buttons.Add({.Caption = "Ab",
-                       .Picture = nullptr,
-                       .PictureSize = {},
-                       .ButtonType = type,
-                       .DisplayType = display},
-                      metrics);
+          buttons.Add({.Caption = "Ab", .ButtonType = type, .DisplayType = display}, metrics);
         }
       }
       ASSERT_EQ(buttons.Count(), 15);
@@ -148,7 +147,7 @@ TEST(CommandBarLayoutTest, ButtonsStandSideBySideBehindTheGrip) {
 TEST(CommandBarLayoutTest, ADockableBarHugsItsButtons) {
   const BarMetrics dockable = Metrics(26, true);
   CommandBarButtons buttons = EmptyBar();
-  const NewButton button{.Caption = "", .Picture = nullptr, .PictureSize = {}};
+  const NewButton button{};
   EXPECT_EQ(buttons.Add(button, dockable).ownWidth, 10 + 21 + 3);
   EXPECT_EQ(buttons.Add(button, dockable).ownWidth, 10 + 21 + 1 + 21 + 3);
   EXPECT_EQ(buttons.SetCaption(0, "Long", dockable).ownWidth, 56);
@@ -190,7 +189,7 @@ TEST(CommandBarLayoutTest, CoordinatesStayAtTheEndOfTheirRange) {
   BarMetrics huge = Metrics(26);
   huge.textWidth = [](std::string_view) { return std::numeric_limits<int>::max(); };
   for (int i = 0; i < 2; ++i) {
-    buttons.Add({.Caption = "x", .Picture = nullptr, .PictureSize = {}, .DisplayType = kBoth}, huge);
+    buttons.Add({.Caption = "x", .DisplayType = kBoth}, huge);
   }
   EXPECT_EQ(buttons.Find(0)->Left, 3);
   EXPECT_EQ(buttons.Find(0)->Right, 32767);
@@ -239,18 +238,29 @@ TEST(CommandBarButtonsTest, AnAddedButtonHoldsWhatItWasGiven) {
 
 TEST(CommandBarButtonsTest, PictureSizesAreThoseOfGivenPictures) {
   CommandBarButtons buttons = EmptyBar();
-  buttons.Add({.Caption = "", .Picture = nullptr, .PictureSize = {16, 16}}, Metrics());
+  buttons.Add({.Picture = nullptr, .PictureSize = {16, 16}}, Metrics());
   EXPECT_EQ(buttons.Find(0)->PicWidth, 0);
   EXPECT_EQ(buttons.Find(0)->PicHeight, 0);
-  buttons.Add({.Caption = "", .Picture = SomePicture(), .PictureSize = {40000, -40000}}, Metrics());
+  buttons.Add({.Picture = SomePicture(), .PictureSize = {40000, -40000}}, Metrics());
   EXPECT_EQ(buttons.Find(1)->PicWidth, 32767);
   EXPECT_EQ(buttons.Find(1)->PicHeight, -32768);
 }
 
 TEST(CommandBarButtonsTest, TheAccessKeyIsTheLowerCaseCharacterBehindTheFirstAmpersand) {
   const std::vector<std::pair<std::string, int>> cases = {
-      {"&Copy", 'c'},    {"C&opy", 'o'},  {"Copy", 0},        {"", 0},         {"Copy&", 0}, {"&", 0},
-      {"S&&ave &As", '&'}, {"&1 more", '1'}, {"&\xD6" "ffnen", 0xF6}, {"a & b", ' '}, {"&a&b", 'a'},
+      {"&Copy", 'c'},
+      {"C&opy", 'o'},
+      {"Copy", 0},
+      {"", 0},
+      {"Copy&", 0},
+      {"&", 0},
+      {"S&&ave &As", '&'},
+      {"&1 more", '1'},
+      {"&\xD6"
+       "ffnen",
+       0xF6},
+      {"a & b", ' '},
+      {"&a&b", 'a'},
   };
   for (const auto& [caption, key] : cases) {
     SCOPED_TRACE(caption);
@@ -314,9 +324,15 @@ TEST(CommandBarButtonsTest, MovingAButtonShiftsThoseBetween) {
     int from, to;
     std::string order;
   };
-  for (const auto& [from, to, order] :
-       std::vector<Case>{{0, 0, "abcd"}, {0, 1, "bacd"}, {0, 3, "bcda"}, {1, 2, "acbd"}, {3, 0, "dabc"},
-                         {2, 0, "cabd"}, {3, 3, "abcd"}, {2, 1, "acbd"}, {1, 3, "acdb"}}) {
+  for (const auto& [from, to, order] : std::vector<Case>{{0, 0, "abcd"},
+                                                         {0, 1, "bacd"},
+                                                         {0, 3, "bcda"},
+                                                         {1, 2, "acbd"},
+                                                         {3, 0, "dabc"},
+                                                         {2, 0, "cabd"},
+                                                         {3, 3, "abcd"},
+                                                         {2, 1, "acbd"},
+                                                         {1, 3, "acdb"}}) {
     SCOPED_TRACE(testing::Message() << from << " to " << to);
     CommandBarButtons buttons = BarOfCaptions({"a", "b", "c", "d"});
     const ButtonId moved = buttons.IdOf(from);
@@ -420,7 +436,7 @@ TEST(CommandBarButtonsTest, AMenuOpensBelowItsButton) {
 
 TEST(CommandBarButtonsTest, AFullBarTakesNoMore) {
   CommandBarButtons buttons = EmptyBar();
-  const NewButton separator{.Caption = "", .Picture = nullptr, .PictureSize = {}, .ButtonType = kSeparator};
+  const NewButton separator{.ButtonType = kSeparator};
   for (int i = 0; i < 32768; ++i) buttons.Add(separator, Metrics());
   EXPECT_EQ(buttons.Count(), 32768);
   EXPECT_EQ(buttons.Find(32767)->Index, 32767);
@@ -437,7 +453,7 @@ TEST(CommandBarButtonsTest, IdentitiesFollowTheirButtonsAndAreNeverUsedAgain) {
   EXPECT_EQ(buttons.IndexOf(c), 1);
   EXPECT_EQ(buttons.IndexOf(ButtonId::None), -1);
   buttons.Remove(1, Metrics());
-  buttons.Add({.Caption = "d", .Picture = nullptr, .PictureSize = {}}, Metrics());
+  buttons.Add({.Caption = "d"}, Metrics());
   EXPECT_NE(buttons.IdOf(1), c);
   EXPECT_NE(buttons.IdOf(1), a);
 }
@@ -445,7 +461,7 @@ TEST(CommandBarButtonsTest, IdentitiesFollowTheirButtonsAndAreNeverUsedAgain) {
 TEST(CommandBarHitTest, AButtonIsHitUpToItsEdges) {
   CommandBarButtons buttons = BarOf({kPush, kToggle});  // columns 3 to 24 and 25 to 46, rows 2 to 23
   const std::vector<std::pair<Point, int>> cases = {
-      {{3, 2}, 0},   {{24, 23}, 0}, {{25, 23}, 1}, {{46, 2}, 1},  {{2, 10}, -1},
+      {{3, 2}, 0},    {{24, 23}, 0}, {{25, 23}, 1},  {{46, 2}, 1},   {{2, 10}, -1},
       {{47, 10}, -1}, {{10, 1}, -1}, {{10, 24}, -1}, {{-1, -1}, -1}, {{10, 100000}, -1},
   };
   for (const auto& [point, index] : cases) {
@@ -466,9 +482,9 @@ TEST(CommandBarHitTest, WhatASeparatorLiesOverIsFoundBehindIt) {
   CommandBarButtons buttons = EmptyBar();
   BarMetrics narrow = Metrics(26);
   narrow.textWidth = [](std::string_view) { return -20; };  // so that the next button starts further left
-  buttons.Add({.Caption = "", .Picture = nullptr, .PictureSize = {}, .ButtonType = kSeparator}, narrow);
-  buttons.Add({.Caption = "x", .Picture = nullptr, .PictureSize = {}, .DisplayType = kCaptionOnly}, narrow);
-  buttons.Add({.Caption = "", .Picture = nullptr, .PictureSize = {}}, narrow);
+  buttons.Add({.ButtonType = kSeparator}, narrow);
+  buttons.Add({.Caption = "x", .DisplayType = kCaptionOnly}, narrow);
+  buttons.Add({}, narrow);
   EXPECT_EQ(buttons.BtnFromPoint(5, 10), 2);
 }
 

@@ -1,17 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <functional>
+#include <algorithm>
 #include <memory>
-#include <optional>
-#include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
-#include "platform/Text.h"
 #include "ui/commandbar/CommandBarButtons.h"
-#include "ui/commandbar/CommandBarInput.h"
 
 namespace snip::test {
 
@@ -44,8 +38,7 @@ inline BarMetrics Metrics(int scaleHeight = 26, bool dockable = false) {
 inline CommandBarButtons BarOf(const std::vector<ButtonType>& types) {
   CommandBarButtons buttons(WesternLetterCase());
   for (const ButtonType type : types) {
-    buttons.Add({.Caption = "",
-                 .Picture = SomePicture(),
+    buttons.Add({.Picture = SomePicture(),
                  .PictureSize = {16, 16},
                  .ButtonType = type,
                  .DisplayType = DisplayType::Picture},

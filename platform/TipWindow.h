@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Geometry.h"
+
+namespace snip {
+
+/// A tip as those see it who show one: the bars and the menus are given a tip window by whoever makes them.
+class TipWindow {
+ public:
+  virtual ~TipWindow() = default;
+
+  /// Shows `text`; an empty one does nothing. `x` and `y` are the tip's left and top in screen pixels; 0 stands
+  /// for the pointer's x, and for a place 20 pixels below the pointer.
+  virtual void ShowTip(const std::string& text, int x, int y) = 0;
+  virtual void Hide() = 0;
+  virtual bool Visible() const = 0;
+  /// Whether the tip is what lies under a point of the screen.
+  virtual bool Covers(Point screen) const = 0;
+};
+
+}  // namespace snip

@@ -1,0 +1,345 @@
+#include "ui/commandbar/BnCommandBar.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "platform/Handle.h"
+#include "resources/resource.h"
+#include "tests/windows/TestDesktop.h"
+#include "tests/windows/TestRegistry.h"
+#include "ui/commandbar/TextPropertyBag.h"
+#include "ui/main/frmTip.h"
+
+namespace snip::test {
+namespace {
+
+using Log = std::vector<std::string>;
+
+/// A bar in a real window, moved and clicked with the real pointer.
+class BnCommandBarTest : public testing::Test {
+ protected:
+  // The bar's buttons, by their place.
+  enum Button { kPush, kMenu, kToggle, kDropDown, kSeparator, kDisabled, kText };
+
+  void SetUp() override {
+    frame_ = CreateWindowExA(0, "STATIC", "bar", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 200, nullptr,
+                             nullptr, nullptr, nullptr);
+    ASSERT_TRUE(tip_.Load(frame_));
+    ASSERT_TRUE(bar_.CreateIn(frame_, 1, "Tools", {.Name = "Tahoma", .Size = 8.25}));
+    MoveWindow(bar_.hWnd(), 0, 0, 560, 26, TRUE);
+    const PictureRef picture = Picture::FromResource(IDB_NEW_SNIPPET);
+    ASSERT_NE(picture, nullptr);
+    bar_.AddButton("&Push me", picture, ButtonType::Push, DisplayType::Picture);
+    bar_.AddButton("&Menu", picture, ButtonType::Menu, DisplayType::Picture);
+    bar_.AddButton("&Toggle", picture, ButtonType::Toggle, DisplayType::Picture);
+    bar_.AddButton("&Drop", picture, ButtonType::DropDown, DisplayType::Picture);
+    bar_.AddButton("", nullptr, ButtonType::Separator, DisplayType::Picture);
+    bar_.AddButton("&Off", picture, ButtonType::Push, DisplayType::Picture, true);
+    bar_.AddButton("Te&xt", picture, ButtonType::Push, DisplayType::PictureAndCaption);
+    // Below the bar: somewhere no button is.
+    MovePointer(Screen({300, 100}));
+    ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == frame_ && PointerAt(Screen({300, 100})); }));
+    log_.clear();
+  }
+  void TearDown() override {
+    bar_.Destroy();
+    tip_.Destroy();
+    DestroyWindow(frame_);
+  }
+
+  static bool PointerAt(POINT place) {
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    return pointer.x == place.x && pointer.y == place.y;
+  }
+
+  POINT Screen(POINT place) const {
+    ClientToScreen(frame_, &place);
+    return place;
+  }
+  POINT CentreOf(int button) const {
+    const Rect area = bar_.buttons().Find(button)->Area();
+    return {area.left + area.width / 2, area.top + area.height / 2};
+  }
+  POINT ArrowOf(int button) const {
+    const Rect area = bar_.buttons().Find(button)->Area();
+    return {area.right() - 4, area.top + area.height / 2};
+  }
+
+  void MoveTo(POINT place) {
+    MovePointer(Screen(place));
+    ASSERT_TRUE(WaitUntil([&] { return PointerAt(Screen(place)); }));
+  }
+  /// Moves onto a button and waits until the bar has seen it there.
+  void HoverOver(int button) {
+    MoveTo(CentreOf(button));
+    ASSERT_TRUE(WaitUntil([&] { return bar_.input().HotButton() == button; }));
+  }
+  bool Logged(const std::string& entry) {
+    return WaitUntil([&] { return std::find(log_.begin(), log_.end(), entry) != log_.end(); });
+  }
+  Log ButtonEvents() const {
+    Log events;
+    for (const std::string& entry : log_) {
+      if (!entry.starts_with("move")) events.push_back(entry);
+    }
+    return events;
+  }
+
+  COLORREF Pixel(int x, int y) const {
+    const WindowDC dc(bar_.hWnd());
+    return GetPixel(dc.get(), x, y);
+  }
+  /// What the top left and the bottom right corner of a button show.
+  std::string EdgeOf(int button) const {
+    const Rect area = bar_.buttons().Find(button)->Area();
+    const COLORREF top = Pixel(area.left + 3, area.top);
+    const COLORREF bottom = Pixel(area.left + 3, area.bottom() - 1);
+    const COLORREF light = GetSysColor(COLOR_BTNHIGHLIGHT);
+    const COLORREF dark = GetSysColor(COLOR_BTNSHADOW);
+    if (top == light && bottom == dark) return "raised";
+    if (top == dark && bottom == light) return "sunken";
+    if (top == GetSysColor(COLOR_BTNFACE) && bottom == top) return "flat";
+    return "broken";
+  }
+
+  TestRegistry testRegistry_;
+  Registry32 registry_{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
+  Log log_;
+  SoundEffects sounds_{registry_, [this](const std::string&) { log_.emplace_back("sound"); }};
+  HWND frame_ = nullptr;
+  frmTip tip_;
+  std::function<void(int)> onDropdown_ = [](int) {};
+  BnCommandBar bar_{
+      {.sounds = sounds_,
+       .tip = &tip_,
+       .showMessage =
+           [this](const std::string& prompt, int style, const std::string& title) {
+             log_.push_back("message " + std::to_string(style) + " " + title + ": " + prompt);
+             return MessageResult::Ok;
+           }},
+      {.ButtonClicked = [this](int button) { log_.push_back("click " + std::to_string(button)); },
+       .Dropdown =
+           [this](int button) {
+             log_.push_back("dropdown " + std::to_string(button));
+             onDropdown_(button);
+           },
+       .MouseHover = [this](int button) { log_.push_back("hover " + std::to_string(button)); },
+       .MouseLeave = [this](int button) { log_.push_back("leave " + std::to_string(button)); },
+       .MouseDown =
+           [this](const BarMouse& mouse) {
+             log_.push_back("down " + std::to_string(mouse.Button) + " " + std::to_string(mouse.Shift) + " " +
+                            std::to_string(mouse.at.x) + "," + std::to_string(mouse.at.y));
+           },
+       .MouseMove = [this](const BarMouse&) { log_.emplace_back("move"); },
+       .MouseUp = [this](const BarMouse& mouse) { log_.push_back("up " + std::to_string(mouse.Button)); },
+       .DblClick = [this] { log_.emplace_back("double click"); },
+       .Resize = [this] { log_.emplace_back("resize"); },
+       .PropertyChanged = [this](const char* name) { log_.push_back(std::string("changed ") + name); }}};
+};
+
+TEST_F(BnCommandBarTest, HoveringRaisesAndLeavingFlattens) {
+  EXPECT_EQ(EdgeOf(kPush), "flat");
+  HoverOver(kPush);
+  EXPECT_EQ(EdgeOf(kPush), "raised");
+  HoverOver(kMenu);
+  EXPECT_EQ(EdgeOf(kPush), "flat");
+  EXPECT_EQ(EdgeOf(kMenu), "raised");
+  MoveTo({300, 100});
+  ASSERT_TRUE(Logged("leave 1"));
+  EXPECT_EQ(EdgeOf(kMenu), "flat");
+  EXPECT_EQ(ButtonEvents(), (Log{"hover 0", "leave 0", "hover 1", "leave 1"}));
+}
+
+TEST_F(BnCommandBarTest, AClickSinksSoundsAndClicksOnRelease) {
+  HoverOver(kPush);
+  log_.clear();
+  const POINT at = CentreOf(kPush);
+  PressMouse();
+  ASSERT_TRUE(Logged("sound"));
+  EXPECT_EQ(EdgeOf(kPush), "sunken");
+  EXPECT_EQ(ButtonEvents(), (Log{"down 1 0 " + std::to_string(at.x) + "," + std::to_string(at.y), "sound"}));
+  log_.clear();
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("up 1"));
+  EXPECT_EQ(ButtonEvents(), (Log{"click 0", "up 1"}));
+  EXPECT_EQ(EdgeOf(kPush), "raised");
+
+  bar_.SetPlaysSounds(false);
+  log_.clear();
+  PressMouse();
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("up 1"));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "sound"), 0);
+}
+
+TEST_F(BnCommandBarTest, DraggedOffAndReleasedNothingIsClicked) {
+  HoverOver(kPush);
+  PressMouse();
+  ASSERT_TRUE(WaitUntil([&] { return EdgeOf(kPush) == "sunken"; }));
+  MoveTo({300, 120});
+  ASSERT_TRUE(WaitUntil([&] { return EdgeOf(kPush) != "sunken"; }));
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("up 1"));
+  EXPECT_TRUE(WaitUntil([&] { return EdgeOf(kPush) == "flat"; }));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "click 0"), 0);
+  EXPECT_EQ(GetCapture(), nullptr);
+}
+
+TEST_F(BnCommandBarTest, AToggleFlipsAndStaysDown) {
+  for (const std::int32_t expected : {1, 0}) {
+    HoverOver(kToggle);
+    // Far enough from the click before not to make the two a double click.
+    MoveTo({CentreOf(kToggle).x + 7 * expected, CentreOf(kToggle).y});
+    log_.clear();
+    PressMouse();
+    ReleaseMouse();
+    ASSERT_TRUE(Logged("click 2"));
+    EXPECT_EQ(bar_.state(kToggle), expected);
+    MoveTo({300, 100});
+    ASSERT_TRUE(Logged("leave 2"));
+    EXPECT_EQ(EdgeOf(kToggle), expected == 1 ? "sunken" : "flat");
+  }
+}
+
+TEST_F(BnCommandBarTest, MenusDropDownAtOnceAndTheArrowAlone) {
+  HoverOver(kMenu);
+  log_.clear();
+  std::string edgeWhileOpen;
+  onDropdown_ = [&](int button) { edgeWhileOpen = EdgeOf(button); };
+  PressMouse();
+  ASSERT_TRUE(Logged("dropdown 1"));
+  EXPECT_EQ(edgeWhileOpen, "sunken");
+  EXPECT_EQ(EdgeOf(kMenu), "flat") << "drawn at rest once the menu is closed";
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("up 1"));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "sound"), 0) << "a menu button is silent";
+
+  MoveTo(ArrowOf(kDropDown));
+  ASSERT_TRUE(WaitUntil([&] { return bar_.input().HotButton() == kDropDown; }));
+  log_.clear();
+  PressMouse();
+  ASSERT_TRUE(Logged("dropdown 3"));
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("up 1"));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "click 3"), 0);
+
+  HoverOver(kDropDown);
+  log_.clear();
+  PressMouse();
+  ReleaseMouse();
+  ASSERT_TRUE(Logged("click 3"));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "dropdown 3"), 0);
+}
+
+TEST_F(BnCommandBarTest, ADisabledButtonStaysDeadAndHoldsTheHoverUntilRelease) {
+  MoveTo(CentreOf(kDisabled));
+  PressMouse();
+  ASSERT_TRUE(WaitUntil([&] { return !ButtonEvents().empty(); }));
+  EXPECT_EQ(EdgeOf(kDisabled), "flat");
+  MoveTo(CentreOf(kPush));
+  // As long as several ticks take, nothing may be hovered.
+  const DWORD start = GetTickCount();
+  WaitUntil([&] { return bar_.input().HotButton() == kPush || GetTickCount() - start > 300; });
+  EXPECT_NE(bar_.input().HotButton(), kPush);
+  ReleaseMouse();
+  EXPECT_TRUE(WaitUntil([&] { return bar_.input().HotButton() == kPush; }));
+  EXPECT_EQ(
+      std::count_if(log_.begin(), log_.end(), [](const auto& entry) { return entry.starts_with("click"); }),
+      0);
+}
+
+TEST_F(BnCommandBarTest, ADoubleClickPressesOnce) {
+  HoverOver(kPush);
+  log_.clear();
+  PressMouse();
+  ReleaseMouse();
+  PressMouse();
+  ReleaseMouse();
+  ASSERT_TRUE(WaitUntil([&] { return std::count(log_.begin(), log_.end(), "up 1") == 2; }));
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "double click"), 1);
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "sound"), 1);
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "click 0"), 1);
+}
+
+TEST_F(BnCommandBarTest, ATipShowsTheCaptionOfAPictureOnlyButton) {
+  HoverOver(kPush);
+  ASSERT_TRUE(WaitUntil([&] { return tip_.Visible(); }));
+  char text[50]{};
+  GetWindowTextA(tip_.hWnd(), text, sizeof text);
+  EXPECT_STREQ(text, "&Push me");
+  EXPECT_EQ(bar_.input().HotButton(), kPush) << "under the tip the pointer is still on the button";
+  HoverOver(kText);
+  EXPECT_TRUE(WaitUntil([&] { return !tip_.Visible(); }));
+}
+
+TEST_F(BnCommandBarTest, AccessKeysClickOrDropDown) {
+  EXPECT_TRUE(bar_.AccessKeyPress('P'));
+  EXPECT_TRUE(bar_.AccessKeyPress('d'));
+  EXPECT_TRUE(bar_.AccessKeyPress('t'));
+  EXPECT_FALSE(bar_.AccessKeyPress('z'));
+  EXPECT_EQ(log_, (Log{"click 0", "sound", "dropdown 3", "click 2"}));
+  EXPECT_EQ(bar_.state(kToggle), 0);
+}
+
+TEST_F(BnCommandBarTest, FrozenItDoesNotFollowTheMouse) {
+  bar_.Freeze();
+  MoveTo(CentreOf(kPush));
+  const DWORD start = GetTickCount();
+  WaitUntil([&] { return bar_.input().HotButton() == kPush || GetTickCount() - start > 300; });
+  EXPECT_NE(bar_.input().HotButton(), kPush);
+  bar_.Thaw();
+  EXPECT_TRUE(WaitUntil([&] { return bar_.input().HotButton() == kPush; }));
+}
+
+TEST_F(BnCommandBarTest, AContainerMayEndTheBarInAnEvent) {
+  onDropdown_ = [this](int) { bar_.Destroy(); };
+  HoverOver(kMenu);
+  PressMouse();
+  ASSERT_TRUE(Logged("dropdown 1"));
+  EXPECT_EQ(bar_.hWnd(), nullptr);
+  ReleaseMouse();
+}
+
+TEST_F(BnCommandBarTest, PropertiesTellTheContainerAndComeBackFromABag) {
+  bar_.SetDockable(true);
+  EXPECT_EQ(bar_.buttons().Find(kPush)->Left, 10);
+  RECT place{};
+  GetWindowRect(bar_.hWnd(), &place);
+  EXPECT_EQ(place.right - place.left, bar_.buttons().Find(kText)->Right + 3)
+      << "a dockable bar hugs its buttons";
+  EXPECT_EQ(bar_.NextButtonX(), (bar_.buttons().Find(kText)->Right + 1) * 15);
+  bar_.SetMaskColor({0x00FF00});
+  bar_.SetBorderStyle(0);
+  EXPECT_TRUE(Logged("changed Dockable") && Logged("changed MaskColor") && Logged("changed BorderStyle"));
+  TextPropertyBag bag;
+  bar_.WriteProperties(bag);
+  bar_.SetDockable(false);
+  bar_.SetMaskColor({0});
+  bar_.ReadProperties(bag);
+  EXPECT_TRUE(bar_.Dockable());
+  EXPECT_EQ(bar_.MaskColor().value, 0x00FF00U);
+  EXPECT_EQ(bar_.BorderStyle(), 0);
+}
+
+TEST_F(BnCommandBarTest, AtDesignTimeNoButtonsShow) {
+  BnCommandBar designed{{.sounds = sounds_, .tip = nullptr, .showMessage = {}}, {}};
+  ASSERT_TRUE(designed.CreateIn(frame_, 2, "Designed", {.Name = "Tahoma", .Size = 8.25}, false));
+  MoveWindow(designed.hWnd(), 0, 60, 300, 26, TRUE);
+  designed.AddButton("Text", nullptr, ButtonType::Push, DisplayType::Caption);
+  designed.Refresh();
+  const WindowDC dc(designed.hWnd());
+  for (int x = 3; x < 290; ++x) EXPECT_EQ(GetPixel(dc.get(), x, 13), GetSysColor(COLOR_BTNFACE)) << x;
+}
+
+TEST_F(BnCommandBarTest, TheAboutBoxNamesTheControl) {
+  bar_.ShowAboutBox();
+  ASSERT_EQ(log_.size(), 1U);
+  EXPECT_TRUE(log_[0].starts_with("message 64 Brennic BnCommandBar: Brennic BnCommandBar 1.0")) << log_[0];
+}
+
+}  // namespace
+}  // namespace snip::test

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <windows.h>
+
+#include <iosfwd>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/Handle.h"
+
+namespace snip::test {
+
+/// Pixels, row by row from the top.
+struct Image {
+  int width = 0;
+  int height = 0;
+  std::vector<COLORREF> pixels;
+
+  COLORREF& At(int x, int y) { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  COLORREF At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  bool Contains(int x, int y) const { return x >= 0 && y >= 0 && x < width && y < height; }
+  friend bool operator==(const Image&, const Image&) = default;
+};
+
+/// One row of hexadecimal COLORREFs per line, for messages.
+std::ostream& operator<<(std::ostream& stream, const Image& image);
+
+/// What the characters of a drawing stand for.
+using Legend = std::map<char, COLORREF>;
+
+/// An image written down as rows of characters.
+Image Draw(const std::vector<std::string>& rows, const Legend& legend);
+
+/// The image with an embossed shape on it whose left top is at (x, y). A pixel of `picture` that has the
+/// colour `dark` is part of the shape.
+Image Emboss(Image ground, const Image& picture, COLORREF dark, int x, int y, COLORREF highlight,
+             COLORREF shadow);
+
+/// A bitmap in the screen's format.
+UniqueBitmap BitmapOf(const Image& image);
+
+/// An icon that is transparent where the image has the colour `transparent`.
+UniqueIcon IconOf(const Image& image, COLORREF transparent);
+
+/// A device context to paint on, whose pixels can be read back.
+class TestCanvas {
+ public:
+  enum class Kind { DibSection, ScreenBitmap };
+
+  TestCanvas(int width, int height, COLORREF ground, Kind kind = Kind::DibSection);
+  TestCanvas(const Image& ground, Kind kind = Kind::DibSection);
+
+  HDC dc() const { return dc_.get(); }
+  Image Read() const;
+
+ private:
+  int width_;
+  int height_;
+  UniqueBitmap bitmap_;
+  MemoryDC dc_;
+};
+
+/// How many more GDI objects this process can make: with one of them leaked the number is one lower.
+int FreeGdiHandles();
+
+}  // namespace snip::test

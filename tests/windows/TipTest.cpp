@@ -1,0 +1,98 @@
+#include <gtest/gtest.h>
+
+#include "platform/Handle.h"
+#include "platform/Win32Text.h"
+#include "platform/Window.h"
+#include "tests/windows/TestDesktop.h"
+#include "ui/main/frmTip.h"
+
+namespace snip::test {
+namespace {
+
+class TipTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    frame_ = CreateWindowExA(0, "STATIC", "frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100, 400, 300,
+                             nullptr, nullptr, nullptr, nullptr);
+    list_ = CreateControl(frame_, "LISTBOX", "", WS_VISIBLE | LBS_NOTIFY, 0, 1, nullptr, {0, 0, 200, 200});
+    for (const char* row : {"first", "second", "third"}) {
+      SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row));
+    }
+    ASSERT_TRUE(tip_.Load(frame_));
+    ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == frame_; }));
+    SetFocus(list_);
+  }
+  void TearDown() override { DestroyWindow(frame_); }
+
+  Rect Place() const {
+    RECT place{};
+    GetWindowRect(tip_.hWnd(), &place);
+    return {static_cast<int>(place.left), static_cast<int>(place.top),
+            static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
+  }
+
+  HWND frame_ = nullptr;
+  HWND list_ = nullptr;
+  frmTip tip_;
+};
+
+TEST_F(TipTest, ShowsTheTextOnTopWithoutTakingTheFocus) {
+  EXPECT_FALSE(tip_.Visible());
+  tip_.ShowTip("", 300, 310);
+  EXPECT_FALSE(tip_.Visible());
+  tip_.ShowTip("The whole name", 300, 310);
+  EXPECT_TRUE(tip_.Visible());
+  EXPECT_EQ(WindowText(tip_.hWnd()), "The whole name");
+  EXPECT_EQ(Place().left, 300);
+  EXPECT_EQ(Place().top, 310);
+  EXPECT_NE(GetWindowLongA(tip_.hWnd(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+  EXPECT_EQ(GetFocus(), list_);
+  EXPECT_EQ(GetActiveWindow(), frame_);
+
+  const int width = Place().width;
+  tip_.ShowTip("The whole name and more", 300, 310);
+  EXPECT_GT(Place().width, width);
+  tip_.Hide();
+  EXPECT_FALSE(tip_.Visible());
+}
+
+TEST_F(TipTest, WithoutAPlaceItComesBelowThePointer) {
+  MovePointer({321, 222});
+  ASSERT_TRUE(WaitUntil([] {
+    POINT pointer{};
+    GetCursorPos(&pointer);
+    return pointer.x == 321 && pointer.y == 222;
+  }));
+  tip_.ShowTip("x", 0, 0);
+  EXPECT_EQ(Place().left, 321);
+  EXPECT_EQ(Place().top, 242);
+}
+
+TEST_F(TipTest, PaintsFrameGroundAndText) {
+  tip_.ShowTip("MMMM", 300, 310);
+  const WindowDC dc(tip_.hWnd());
+  const Size size = ClientSize(tip_.hWnd());
+  for (const Point corner : {Point{0, 0}, Point{size.width - 1, 0}, Point{size.width - 1, size.height - 1}}) {
+    EXPECT_EQ(GetPixel(dc.get(), corner.x, corner.y), GetSysColor(COLOR_INFOTEXT));
+  }
+  EXPECT_EQ(GetPixel(dc.get(), 1, 1), GetSysColor(COLOR_INFOBK));
+  int textPixels = 0;
+  for (int x = 1; x < size.width - 1; ++x) {
+    if (GetPixel(dc.get(), x, size.height / 2) != GetSysColor(COLOR_INFOBK)) ++textPixels;
+  }
+  EXPECT_GT(textPixels, 0);
+}
+
+TEST_F(TipTest, AClickGoesToWhatLiesBeneath) {
+  RECT row{};
+  SendMessageA(list_, LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&row));
+  POINT place{row.left, row.top};
+  ClientToScreen(list_, &place);
+  tip_.ShowTip("second, in full", place.x, place.y);
+  ClickAt(tip_.hWnd(), {10, 8});
+  EXPECT_TRUE(WaitUntil([&] { return SendMessageA(list_, LB_GETCURSEL, 0, 0) == 1; }));
+  EXPECT_FALSE(tip_.Visible());
+}
+
+}  // namespace
+}  // namespace snip::test

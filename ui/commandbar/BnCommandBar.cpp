@@ -1,0 +1,469 @@
+#include "ui/commandbar/BnCommandBar.h"
+
+#include <windowsx.h>
+
+#include <array>
+#include <cmath>
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "platform/Drawing.h"
+#include "platform/ScreenTwips.h"
+#include "platform/Win32Text.h"
+#include "resources/resource.h"
+#include "ui/commandbar/ButtonPainter.h"
+
+namespace snip {
+namespace {
+
+constexpr UINT_PTR kHoverTimer = 1;
+constexpr Size kArrowSize{7, 4};  ///< Of the drop arrow's picture at 96 dpi.
+constexpr double kDesignTwips = 15.0;
+constexpr int kGripMargin = 2;  ///< Pixels between the grip and the bar's bottom.
+
+char ToLower(char c) {
+  CharLowerBuffA(&c, 1);
+  return c;
+}
+
+/// The host's numbers of mouse pointers, 0 (the default) to 15.
+const std::array<LPCSTR, 16> kPointers = {
+    IDC_ARROW,    IDC_ARROW,  IDC_CROSS,   IDC_IBEAM, IDC_ICON, IDC_SIZE,        IDC_SIZENESW, IDC_SIZENS,
+    IDC_SIZENWSE, IDC_SIZEWE, IDC_UPARROW, IDC_WAIT,  IDC_NO,   IDC_APPSTARTING, IDC_HELP,     IDC_SIZEALL};
+constexpr std::int16_t kCustomPointer = 99;  ///< The cursor of MouseIcon.
+
+std::int16_t MouseButton(UINT message) {
+  switch (message) {
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+      return 2;
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+      return 4;
+    default:
+      return 1;
+  }
+}
+
+std::int16_t HeldButtons(WPARAM keys) {
+  int held = 0;
+  if ((keys & MK_LBUTTON) != 0) held |= 1;
+  if ((keys & MK_RBUTTON) != 0) held |= 2;
+  if ((keys & MK_MBUTTON) != 0) held |= 4;
+  return static_cast<std::int16_t>(held);
+}
+
+BarMouse MouseArguments(std::int16_t button, WPARAM keys, LPARAM lParam) {
+  int shift = 0;
+  if ((keys & MK_SHIFT) != 0) shift |= 1;
+  if ((keys & MK_CONTROL) != 0) shift |= 2;
+  if (GetKeyState(VK_MENU) < 0) shift |= 4;
+  return {button, static_cast<std::int16_t>(shift), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}};
+}
+
+UniqueFont MakeFont(const FontProperty& font, const TwipsPerPixel& twips) {
+  constexpr double twipsPerPoint = 20.0;
+  LOGFONTA description{};
+  description.lfHeight = -static_cast<LONG>(std::lround(font.Size * twipsPerPoint / twips.y));
+  description.lfWeight = font.Bold ? FW_BOLD : FW_NORMAL;
+  description.lfItalic = font.Italic ? TRUE : FALSE;
+  description.lfUnderline = font.Underline ? TRUE : FALSE;
+  description.lfStrikeOut = font.Strikethrough ? TRUE : FALSE;
+  description.lfCharSet = font.Charset;
+  font.Name.copy(description.lfFaceName, sizeof description.lfFaceName - 1);
+  return UniqueFont(CreateFontIndirectA(&description));
+}
+
+}  // namespace
+
+BnCommandBar::BnCommandBar(Services services, Events events)
+    : services_(std::move(services)),
+      events_(std::move(events)),
+      twips_(ScreenTwips()),
+      buttons_({.toLower = &ToLower,
+                .sameText =
+                    [](std::string_view a, std::string_view b) {
+                      return SameTextIgnoringCase(std::string(a), std::string(b));
+                    }}),
+      input_(buttons_, properties_),
+      drop_(Picture::FromResource(
+          IDB_DROP_ARROW, {static_cast<int>(std::lround(kArrowSize.width * kDesignTwips / twips_.x)),
+                           static_cast<int>(std::lround(kArrowSize.height * kDesignTwips / twips_.y))})) {}
+
+BnCommandBar::~BnCommandBar() {
+  Destroy();
+}
+
+bool BnCommandBar::CreateIn(HWND parent, int id, const std::string& name, const FontProperty& ambientFont,
+                            bool runMode) {
+  ambientFont_ = ambientFont;
+  properties_ = CommandBarProperties::Initial(ambientFont);
+  MakeFont();
+  const bool made = Create({.className = "BnCommandBar",
+                            .title = name.c_str(),
+                            .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
+                            .exStyle = WS_EX_CONTROLPARENT,
+                            .place = {},
+                            .parent = parent,
+                            .id = id});
+  if (made) Apply(input_.Show(runMode));
+  return made;
+}
+
+void BnCommandBar::ReadProperties(const PropertyBag& bag) {
+  properties_ = CommandBarProperties::Read(bag, ambientFont_);
+  EnableWindow(hWnd(), properties_.Enabled ? TRUE : FALSE);
+  LoadMouseIcon();
+  MakeFont();
+  LayOut();
+}
+
+void BnCommandBar::WriteProperties(PropertyBag& bag) const {
+  properties_.Write(bag, ambientFont_);
+}
+
+void BnCommandBar::AddButton(const std::string& caption, PictureRef picture, ButtonType type,
+                             DisplayType display, bool grayBtn) {
+  const Size pictureSize = picture ? picture->size() : Size{};
+  Apply(buttons_.Add({.Caption = caption,
+                      .Picture = std::move(picture),
+                      .PictureSize = pictureSize,
+                      .ButtonType = type,
+                      .DisplayType = display,
+                      .GrayBtn = grayBtn},
+                     Metrics()));
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+}
+
+void BnCommandBar::RemoveButton(int index) {
+  Apply(buttons_.Remove(index, Metrics()));
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+}
+
+void BnCommandBar::MoveButton(int index, int newIndex) {
+  Apply(buttons_.Move(index, newIndex, Metrics()));
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+}
+
+int BnCommandBar::NextButtonX() const {
+  return buttons_.NextButtonX(Metrics(), twips_);
+}
+
+void BnCommandBar::SetCaption(int index, const std::string& caption) {
+  Apply(buttons_.SetCaption(index, caption, Metrics()));
+  accessible_.Notify(EVENT_OBJECT_NAMECHANGE, index);
+}
+
+void BnCommandBar::SetGrayed(int index, bool grayed) {
+  Apply(buttons_.SetGrayed(index, grayed));
+  accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+}
+
+void BnCommandBar::SetState(int index, std::int32_t state) {
+  Apply(buttons_.SetState(index, state));
+  accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+}
+
+void BnCommandBar::EraseBtn(int index) {
+  const BarButton* button = buttons_.Find(index);
+  if (button == nullptr) return;
+  const WindowDC dc(hWnd());
+  ButtonPainter(dc.get(), painter_).Erase(button->Area());
+}
+
+void BnCommandBar::RedrawButton(int index) {
+  const BarButton* button = buttons_.Find(index);
+  if (button == nullptr || !input_.InRunMode()) return;
+  const WindowDC dc(hWnd());
+  PaintButton(dc.get(), index, RedrawLook(*button));
+}
+
+void BnCommandBar::Refresh() {
+  RedrawWindow(hWnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+void BnCommandBar::SetEnabled(bool enabled) {
+  properties_.Enabled = enabled;
+  EnableWindow(hWnd(), enabled ? TRUE : FALSE);
+  PropertyChanged(BarProperty::kEnabled);
+}
+
+void BnCommandBar::SetFont(const FontProperty& font) {
+  properties_.Font = font;
+  MakeFont();
+  PropertyChanged(BarProperty::kFont);
+}
+
+void BnCommandBar::SetBorderStyle(std::int16_t style) {
+  properties_.BorderStyle = style;
+  Refresh();
+  PropertyChanged(BarProperty::kBorderStyle);
+}
+
+void BnCommandBar::SetMaskColor(ColorProperty color) {
+  properties_.MaskColor = color;
+  PropertyChanged(BarProperty::kMaskColor);
+}
+
+void BnCommandBar::SetDockable(bool dockable) {
+  properties_.Dockable = dockable;
+  PropertyChanged(BarProperty::kDockable);
+  LayOut();
+  Refresh();
+}
+
+void BnCommandBar::SetMouseIcon(const std::string& cursorFile) {
+  properties_.MouseIcon.file = cursorFile;
+  LoadMouseIcon();
+  PropertyChanged(BarProperty::kMouseIcon);
+}
+
+void BnCommandBar::SetMousePointer(std::int16_t pointer) {
+  properties_.MousePointer = pointer;
+  PropertyChanged(BarProperty::kMousePointer);
+}
+
+void BnCommandBar::SetOLEDropMode(std::int16_t mode) {
+  properties_.OLEDropMode = mode;
+  PropertyChanged(BarProperty::kOLEDropMode);
+}
+
+bool BnCommandBar::AccessKeyPress(char key) {
+  const auto code = static_cast<std::int16_t>(static_cast<unsigned char>(ToLower(key)));
+  if (buttons_.IndexFromAccessKey(code) < 0) return false;
+  Apply(input_.AccessKeyPress(code));
+  return true;
+}
+
+void BnCommandBar::ShowAboutBox() const {
+  services_.showMessage(
+      "Brennic BnCommandBar 1.0\r\n\r\nA toolbar control with flat buttons, released as a part of Brennic "
+      "Snipstore "
+      "and on its terms.",
+      MessageStyle::kInformation, "Brennic BnCommandBar");
+}
+
+void BnCommandBar::Apply(const BarChange& change) {
+  if (change.ownWidth) {
+    const Size size = ClientSize(hWnd());
+    SetWindowPos(hWnd(), nullptr, 0, 0, *change.ownWidth, size.height,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+  if (change.redrawButton) RedrawButton(*change.redrawButton);
+  if (change.refresh) Refresh();
+}
+
+void BnCommandBar::Apply(BarReaction reaction) {
+  // An event may end the bar: then nothing of it is touched any more.
+  const std::weak_ptr<const bool> alive = alive_;
+  for (;;) {
+    for (const BarEffect::Any& effect : reaction.effects) {
+      ApplyEffect(effect);
+      if (alive.expired() || hWnd() == nullptr) return;
+    }
+    if (!reaction.then) return;
+    reaction = reaction.then();
+  }
+}
+
+void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
+  std::visit(
+      [this](const auto& asked) {
+        using Effect = std::decay_t<decltype(asked)>;
+        if constexpr (std::is_same_v<Effect, BarEffect::PaintButton>) {
+          const WindowDC dc(hWnd());
+          PaintButton(dc.get(), asked.button, asked.look);
+          accessible_.Notify(EVENT_OBJECT_STATECHANGE, asked.button);
+        } else if constexpr (std::is_same_v<Effect, BarEffect::PaintBar>) {
+          Refresh();
+        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseMouse>) {
+          Raise(asked.event, asked.mouse);
+        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseButton>) {
+          Raise(asked.event, asked.button);
+        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseDblClick>) {
+          if (events_.DblClick) events_.DblClick();
+        } else if constexpr (std::is_same_v<Effect, BarEffect::PlayClick>) {
+          services_.sounds.PlayOfficeSound("ToolbarClick");
+        } else if constexpr (std::is_same_v<Effect, BarEffect::ShowTip>) {
+          if (services_.tip == nullptr) return;
+          services_.tip->ShowTip(asked.text, asked.screen.x, asked.screen.y);
+          showsTip_ = true;
+        } else if constexpr (std::is_same_v<Effect, BarEffect::HideTip>) {
+          if (services_.tip != nullptr) services_.tip->Hide();
+          showsTip_ = false;
+        } else if constexpr (std::is_same_v<Effect, BarEffect::TakeCapture>) {
+          SetCapture(hWnd());
+        } else if constexpr (std::is_same_v<Effect, BarEffect::ReleaseCapture>) {
+          if (GetCapture() == hWnd()) ::ReleaseCapture();
+        } else if constexpr (std::is_same_v<Effect, BarEffect::StartHoverTimer>) {
+          SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr);
+        } else {
+          static_assert(std::is_same_v<Effect, BarEffect::StopHoverTimer>);
+          KillTimer(hWnd(), kHoverTimer);
+        }
+      },
+      effect);
+}
+
+void BnCommandBar::Raise(BarButtonEvent event, int button) {
+  const auto& handler = event == BarButtonEvent::ButtonClicked ? events_.ButtonClicked
+                        : event == BarButtonEvent::Dropdown    ? events_.Dropdown
+                        : event == BarButtonEvent::MouseHover  ? events_.MouseHover
+                                                               : events_.MouseLeave;
+  if (handler) handler(button);
+}
+
+void BnCommandBar::Raise(BarMouseEvent event, const BarMouse& mouse) {
+  const auto& handler = event == BarMouseEvent::MouseDown   ? events_.MouseDown
+                        : event == BarMouseEvent::MouseMove ? events_.MouseMove
+                                                            : events_.MouseUp;
+  if (handler) handler(mouse);
+}
+
+void BnCommandBar::PropertyChanged(const char* name) {
+  if (events_.PropertyChanged) events_.PropertyChanged(name);
+}
+
+BarMetrics BnCommandBar::Metrics() const {
+  return {.scaleHeight = ClientSize(hWnd()).height,
+          .dockable = properties_.Dockable,
+          .textWidth = [this](std::string_view text) {
+            const WindowDC dc(hWnd());
+            const SelectedObject font(dc.get(), font_.get());
+            SIZE size{};
+            GetTextExtentPoint32A(dc.get(), text.data(), static_cast<int>(text.size()), &size);
+            return static_cast<int>(size.cx);
+          }};
+}
+
+void BnCommandBar::MakeFont() {
+  font_ = snip::MakeFont(properties_.Font, twips_);
+  const WindowDC screen(nullptr);
+  const SelectedObject font(screen.get(), font_.get());
+  TEXTMETRICA metrics{};
+  GetTextMetricsA(screen.get(), &metrics);
+  lineHeight_ = static_cast<int>(metrics.tmHeight);
+}
+
+void BnCommandBar::LoadMouseIcon() {
+  const std::string& file = properties_.MouseIcon.file;
+  mouseIcon_.Reset(file.empty() ? nullptr
+                                : static_cast<HCURSOR>(LoadImageA(nullptr, file.c_str(), IMAGE_CURSOR, 0, 0,
+                                                                  LR_LOADFROMFILE | LR_DEFAULTSIZE)));
+}
+
+bool BnCommandBar::SetPointer() const {
+  const std::int16_t pointer = properties_.MousePointer;
+  if (pointer == kCustomPointer) {
+    if (mouseIcon_) SetCursor(mouseIcon_.get());
+    return static_cast<bool>(mouseIcon_);
+  }
+  if (pointer <= 0 || static_cast<std::size_t>(pointer) >= kPointers.size()) return false;
+  SetCursor(LoadCursorA(nullptr, kPointers[static_cast<std::size_t>(pointer)]));
+  return true;
+}
+
+void BnCommandBar::LayOut() {
+  Apply(buttons_.LayOut(Metrics()));
+}
+
+void BnCommandBar::UserControl_Resize() {
+  LayOut();
+  Refresh();
+  if (events_.Resize) events_.Resize();
+}
+
+void BnCommandBar::UserControl_Paint(HDC dc) {
+  const Size client = ClientSize(hWnd());
+  const Canvas canvas(client);
+  const ButtonPainter painter(canvas.dc(), painter_);
+  painter.Erase({0, 0, client.width, client.height});
+  painter.DrawBorder({0, 0, client.width, client.height}, properties_.BorderStyle);
+  if (properties_.Dockable) painter.DrawGrip(client.height - kGripMargin);
+  const std::vector<ButtonLook> looks = PaintLooks(buttons_.All(), input_.InRunMode());
+  for (std::size_t i = 0; i < looks.size(); ++i)
+    DrawBarButton(canvas.dc(), painter_, buttons_.All()[i], looks[i], Style());
+  BitBlt(dc, 0, 0, client.width, client.height, canvas.dc(), 0, 0, SRCCOPY);
+}
+
+/// Draws a button beside the screen and shows it in one go, so that it never flickers.
+void BnCommandBar::PaintButton(HDC dc, int index, const ButtonLook& look) {
+  const BarButton* button = buttons_.Find(index);
+  if (button == nullptr) return;
+  const Rect area = button->Area();
+  const Canvas canvas({area.width, area.height});
+  SetViewportOrgEx(canvas.dc(), -area.left, -area.top, nullptr);
+  DrawBarButton(canvas.dc(), painter_, *button, look, Style());
+  BitBlt(dc, area.left, area.top, area.width, area.height, canvas.dc(), area.left, area.top, SRCCOPY);
+}
+
+BarStyle BnCommandBar::Style() const {
+  return {.font = font_.get(),
+          .lineHeight = lineHeight_,
+          .maskColor = properties_.MaskColor.value,
+          .drop = drop_.get(),
+          .scaleHeight = ClientSize(hWnd()).height};
+}
+
+void BnCommandBar::tHitTest_Timer() {
+  POINT screen{};
+  GetCursorPos(&screen);
+  const Point at{static_cast<int>(screen.x), static_cast<int>(screen.y)};
+  std::optional<Point> client;
+  if (WindowFromPoint(screen) == hWnd() || (showsTip_ && services_.tip->Covers(at))) {
+    POINT place = screen;
+    ScreenToClient(hWnd(), &place);
+    client = Point{static_cast<int>(place.x), static_cast<int>(place.y)};
+  }
+  Apply(input_.tHitTest_Timer(client, at));
+}
+
+LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;  // painting covers everything
+    case WM_PAINT: {
+      const PaintDC dc(hWnd());
+      UserControl_Paint(dc.get());
+      return 0;
+    }
+    case WM_SIZE:
+      UserControl_Resize();
+      return 0;
+    case WM_TIMER:
+      if (wParam == kHoverTimer) tHitTest_Timer();
+      return 0;
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+      Apply(input_.MouseDown(MouseArguments(MouseButton(message), wParam, lParam)));
+      return 0;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+      Apply(input_.MouseUp(MouseArguments(MouseButton(message), wParam, lParam)));
+      return 0;
+    case WM_LBUTTONDBLCLK:
+    case WM_RBUTTONDBLCLK:
+    case WM_MBUTTONDBLCLK:
+      Apply(input_.DblClick());
+      return 0;
+    case WM_MOUSEMOVE:
+      Apply(input_.MouseMove(MouseArguments(HeldButtons(wParam), wParam, lParam)));
+      return 0;
+    case WM_CAPTURECHANGED:
+      Apply(input_.CaptureLost());
+      return 0;
+    case WM_SETCURSOR:
+      return LOWORD(lParam) == HTCLIENT && SetPointer() ? TRUE : Default(message, wParam, lParam);
+    case WM_SYSCOLORCHANGE:
+      Refresh();
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

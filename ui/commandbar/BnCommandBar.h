@@ -1,0 +1,171 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/AccessibleList.h"
+#include "platform/Handle.h"
+#include "platform/MessageFunction.h"
+#include "platform/TipWindow.h"
+#include "platform/Twips.h"
+#include "platform/Window.h"
+#include "ui/commandbar/BarButtonDrawing.h"
+#include "ui/commandbar/CommandBarAccessible.h"
+#include "ui/commandbar/CommandBarButtons.h"
+#include "ui/commandbar/CommandBarEffects.h"
+#include "ui/commandbar/CommandBarInput.h"
+#include "ui/commandbar/CommandBarProperties.h"
+#include "ui/commandbar/PaintEffects.h"
+#include "ui/commandbar/Picture.h"
+#include "ui/commandbar/SoundEffects.h"
+
+namespace snip {
+
+/// The toolbar control. It knows nothing of what its buttons are for: a container adds them and reacts to the
+/// events. Coordinates are client pixels unless said otherwise; buttons are numbered from 0.
+///
+/// The decisions are taken by CommandBarButtons and CommandBarInput; this window decodes messages, applies
+/// the effects that come back, and paints.
+class BnCommandBar : public Window {
+ public:
+  /// What a container may react to. All are optional; any of them may change or destroy the bar.
+  struct Events {
+    std::function<void(int button)> ButtonClicked;
+    std::function<void(int button)> Dropdown;
+    std::function<void(int button)> MouseHover;
+    std::function<void(int button)> MouseLeave;
+    std::function<void(const BarMouse&)> MouseDown;
+    std::function<void(const BarMouse&)> MouseMove;
+    std::function<void(const BarMouse&)> MouseUp;
+    std::function<void()> DblClick;
+    std::function<void()> Resize;
+    /// A property that the container keeps was changed, by its name in BarProperty.
+    std::function<void(const char* name)> PropertyChanged;
+  };
+
+  /// What the bar needs of others; `tip` may be null for a bar without tips.
+  struct Services {
+    const SoundEffects& sounds;
+    TipWindow* tip = nullptr;
+    ShowMessageFunction showMessage;
+  };
+
+  BnCommandBar(Services services, Events events);
+  ~BnCommandBar() override;
+
+  /// Makes the bar as a child window. `runMode` is false in a designer, where a bar shows no buttons and does
+  /// not follow the mouse. `ambientFont` is the container's font, which the bar takes until it is given its
+  /// own.
+  /// `name` is what assistive programs call the bar.
+  bool CreateIn(HWND parent, int id, const std::string& name, const FontProperty& ambientFont,
+                bool runMode = true);
+
+  /// Takes design-time properties from a bag, or puts them there.
+  void ReadProperties(const PropertyBag& bag);
+  void WriteProperties(PropertyBag& bag) const;
+
+  // Buttons.
+  void AddButton(const std::string& caption, PictureRef picture, ButtonType type, DisplayType display,
+                 bool grayBtn = false);
+  void RemoveButton(int index);
+  void MoveButton(int index, int newIndex);
+  int IndexFromKey(const std::string& key) const { return buttons_.IndexFromKey(key); }
+  int ButtonCount() const { return buttons_.Count(); }
+  /// Where the next button would start, in twips.
+  int NextButtonX() const;
+  int BtnFromPoint(int x, int y) { return buttons_.BtnFromPoint(x, y); }
+  /// Where a button's menu is to open; nothing for a button that does not exist.
+  std::optional<Point> GetMenuPos(int index) const { return buttons_.GetMenuPos(index); }
+
+  bool Grayed(int index) const { return buttons_.Grayed(index); }
+  void SetGrayed(int index, bool grayed);
+  std::int32_t state(int index) const { return buttons_.State(index); }
+  void SetState(int index, std::int32_t state);
+  std::string Caption(int index) const { return buttons_.Caption(index); }
+  void SetCaption(int index, const std::string& caption);
+  PictureRef ButtonPicture(int index) const { return buttons_.Picture(index); }
+  /// Nothing is drawn until the button is redrawn.
+  void SetPicture(int index, PictureRef picture) { buttons_.SetPicture(index, std::move(picture)); }
+
+  void EraseBtn(int index);
+  void RedrawButton(int index);
+  void Refresh();
+  void Freeze() { Apply(input_.Freeze()); }
+  /// Paints the whole bar at once.
+  void Thaw() { Apply(input_.Thaw()); }
+
+  // The whole control.
+  bool Enabled() const { return properties_.Enabled; }
+  void SetEnabled(bool enabled);
+  const FontProperty& Font() const { return properties_.Font; }
+  void SetFont(const FontProperty& font);
+  std::int16_t BorderStyle() const { return properties_.BorderStyle; }
+  void SetBorderStyle(std::int16_t style);
+  ColorProperty MaskColor() const { return properties_.MaskColor; }
+  void SetMaskColor(ColorProperty color);
+  bool Dockable() const { return properties_.Dockable; }
+  void SetDockable(bool dockable);
+  bool PlaysSounds() const { return properties_.SoundEffects; }
+  void SetPlaysSounds(bool plays) { properties_.SoundEffects = plays; }
+  const std::string& MouseIcon() const { return properties_.MouseIcon.file; }
+  void SetMouseIcon(const std::string& cursorFile);
+  std::int16_t MousePointer() const { return properties_.MousePointer; }
+  void SetMousePointer(std::int16_t pointer);
+  std::int16_t OLEDropMode() const { return properties_.OLEDropMode; }
+  void SetOLEDropMode(std::int16_t mode);
+
+  /// Presses the button that has this access key: the key with Alt, as the container's message loop sees it.
+  /// False when no button has it.
+  bool AccessKeyPress(char key);
+  /// Does what a click on the button would; for assistive programs.
+  void DoDefaultAction(int index) { Apply(input_.DoDefaultAction(index)); }
+
+  void ShowAboutBox() const;
+
+  const CommandBarButtons& buttons() const { return buttons_; }
+  const CommandBarInput& input() const { return input_; }
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void Apply(const BarChange& change);
+  void Apply(BarReaction reaction);
+  void ApplyEffect(const BarEffect::Any& effect);
+  void Raise(BarButtonEvent event, int button);
+  void Raise(BarMouseEvent event, const BarMouse& mouse);
+  void PropertyChanged(const char* name);
+
+  BarMetrics Metrics() const;
+  void MakeFont();
+  void LoadMouseIcon();
+  void LayOut();
+  void UserControl_Resize();
+  void UserControl_Paint(HDC dc);
+  void PaintButton(HDC dc, int index, const ButtonLook& look);
+  BarStyle Style() const;
+  void tHitTest_Timer();
+  bool SetPointer() const;
+
+  Services services_;
+  Events events_;
+  TwipsPerPixel twips_;
+  PaintEffects painter_;
+  CommandBarProperties properties_;
+  FontProperty ambientFont_;
+  CommandBarButtons buttons_;
+  CommandBarInput input_;
+  UniqueFont font_;
+  UniqueCursor mouseIcon_;
+  PictureRef drop_;  ///< The arrow of drop-down buttons.
+  CommandBarAccessible accessibleItems_{*this};
+  AccessibleList accessible_{*this, accessibleItems_};
+  int lineHeight_ = 0;
+  bool showsTip_ = false;  ///< The tip that is up is this bar's.
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace snip

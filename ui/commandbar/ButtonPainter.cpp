@@ -1,0 +1,103 @@
+#include "ui/commandbar/ButtonPainter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Drawing.h"
+#include "ui/commandbar/DarkPixels.h"
+
+namespace snip {
+namespace {
+
+constexpr COLORREF kArrowMask = RGB(0xC0, 0xC0, 0xC0);
+
+constexpr BYTE Lighter(BYTE channel) {
+  // A fifth more, to the nearest.
+  return static_cast<BYTE>(std::min((channel * 6 + 2) / 5, 0xFF));
+}
+
+COLORREF Lighter(COLORREF color) {
+  return RGB(Lighter(GetRValue(color)), Lighter(GetGValue(color)), Lighter(GetBValue(color)));
+}
+
+}  // namespace
+
+void ButtonPainter::Erase(const Rect& area) const {
+  FillArea(dc_, area, TranslateColor(colors_.back));
+}
+
+void ButtonPainter::FillChecked(const Rect& area) const {
+  FillArea(dc_, area, Lighter(TranslateColor(colors_.face)));
+}
+
+void ButtonPainter::DrawEdge(const Rect& area, const Edge& edge) const {
+  const COLORREF leftAndTop = TranslateColor(edge.leftAndTop);
+  const COLORREF rightAndBottom = TranslateColor(edge.rightAndBottom);
+  FillArea(dc_, {area.left, area.top, 1, area.height}, leftAndTop);
+  FillArea(dc_, {area.left, area.top, area.width, 1}, leftAndTop);
+  FillArea(dc_, {area.right() - 1, area.top, 1, area.height}, rightAndBottom);
+  FillArea(dc_, {area.left, area.bottom() - 1, area.width, 1}, rightAndBottom);
+}
+
+void ButtonPainter::DrawCaption(const std::string& caption, const Rect& area, HFONT font,
+                                bool enabled) const {
+  const SelectedObject selectedFont(dc_, font);
+  const int previousMode = SetBkMode(dc_, TRANSPARENT);
+  const COLORREF previousColor = GetTextColor(dc_);
+  const auto draw = [&](int shift, OLE_COLOR color) {
+    RECT bounds{area.left + shift, area.top + shift, area.right() + shift, area.bottom() + shift};
+    SetTextColor(dc_, TranslateColor(color));
+    DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE);
+  };
+  if (enabled) {
+    draw(0, colors_.fore);
+  } else {
+    draw(1, colors_.highlight);
+    draw(0, colors_.shadow);
+  }
+  SetTextColor(dc_, previousColor);
+  SetBkMode(dc_, previousMode);
+}
+
+void ButtonPainter::DrawPicture(const Picture* picture, const Rect& area, OLE_COLOR mask,
+                                bool enabled) const {
+  if (picture == nullptr) return;
+  if (enabled) {
+    effects_.PaintTransparentStdPic(dc_, area.left, area.top, area.width, area.height, picture, 0, 0, mask);
+  } else {
+    DrawDisabledPicture(*picture, area, mask);
+  }
+}
+
+void ButtonPainter::DrawDisabledPicture(const Picture& picture, const Rect& area, OLE_COLOR mask) const {
+  if (picture.bitmap() == nullptr) {
+    effects_.PaintDisabledStdPic2(dc_, area.left, area.top, area.width, area.height, &picture);
+    return;
+  }
+  // The system would take the mask colour for a part of the picture and draw a plain block.
+  const MemoryDC source(picture.bitmap());
+  const Picture dark(DarkPixels(source.get(), {0, 0}, picture.size(), nullptr, TranslateColor(mask)));
+  effects_.PaintDisabledStdPic2(dc_, area.left, area.top, area.width, area.height, &dark);
+}
+
+void ButtonPainter::DrawArrow(const Picture* arrow, const Rect& area) const {
+  effects_.PaintTransparentStdPic(dc_, area.left, area.top, area.width, area.height, arrow, 0, 0, kArrowMask);
+}
+
+void ButtonPainter::DrawSeparator(const Rect& area) const {
+  const int x = area.left + (area.width - 2) / 2;
+  FillArea(dc_, {x, area.top, 1, area.height}, TranslateColor(colors_.shadow));
+  FillArea(dc_, {x + 1, area.top, 1, area.height}, TranslateColor(colors_.highlight));
+}
+
+void ButtonPainter::DrawGrip(int bottom) const {
+  constexpr int kTop = 2;
+  constexpr int kBarWidth = 3;
+  for (const int left : {3, 6}) DrawEdge({left, kTop, kBarWidth, bottom - kTop}, Raised());
+}
+
+void ButtonPainter::DrawBorder(const Rect& bar, int borderStyle) const {
+  if (borderStyle != 0) DrawEdge(bar, Raised());
+}
+
+}  // namespace snip

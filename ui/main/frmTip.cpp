@@ -1,0 +1,104 @@
+#include "ui/main/frmTip.h"
+
+#include <windowsx.h>
+
+#include "platform/Handle.h"
+#include "ui/main/TipPlacement.h"
+
+namespace snip {
+namespace {
+
+Size TextSize(HDC dc, const std::string& text) {
+  SIZE size{};
+  GetTextExtentPoint32A(dc, text.c_str(), static_cast<int>(text.size()), &size);
+  return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
+}
+
+HFONT FontOrDefault(HFONT font) {
+  return font != nullptr ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+}
+
+}  // namespace
+
+frmTip::~frmTip() {
+  Destroy();
+}
+
+bool frmTip::Load(HWND owner) {
+  return Create({.className = "frmTip",
+                 .style = WS_POPUP,
+                 .exStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
+                 .place = {},
+                 .parent = owner,
+                 .classStyle = CS_SAVEBITS,
+                 .background = COLOR_INFOBK});
+}
+
+void frmTip::ShowTip(const std::string& text, int x, int y) {
+  if (text.empty()) return;
+  POINT pointer{};
+  GetCursorPos(&pointer);
+  const WindowDC dc(hWnd());
+  const SelectedObject font(dc.get(), FontOrDefault(font_));
+  const Rect place = PlaceTip({.x = x,
+                               .y = y,
+                               .pointer = {static_cast<int>(pointer.x), static_cast<int>(pointer.y)},
+                               .text = TextSize(dc.get(), " " + text + " "),
+                               .screenWidth = GetSystemMetrics(SM_CXSCREEN)});
+  text_ = text;
+  MoveTo(hWnd(), place);
+  SetWindowTextA(hWnd(), text.c_str());  // what a screen reader reads
+  SetWindowPos(hWnd(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOMOVE | SWP_NOACTIVATE);
+  ShowWindow(hWnd(), SW_SHOWNOACTIVATE);
+  InvalidateRect(hWnd(), nullptr, TRUE);
+  UpdateWindow(hWnd());
+}
+
+void frmTip::Hide() {
+  ShowWindow(hWnd(), SW_HIDE);
+}
+
+void frmTip::Form_Paint() {
+  const PaintDC paint(hWnd());
+  const HDC dc = paint.get();
+  const Size client = ClientSize(hWnd());
+  const RECT area{0, 0, client.width, client.height};
+  FillRect(dc, &area, GetSysColorBrush(COLOR_INFOBK));
+
+  const SelectedObject font(dc, FontOrDefault(font_));
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, GetSysColor(COLOR_INFOTEXT));
+  const int left = TextSize(dc, " ").width;
+  const int top = (client.height - TextSize(dc, text_).height) / 2;
+  TextOutA(dc, left, top, text_.c_str(), static_cast<int>(text_.size()));
+  FrameRect(dc, &area, GetSysColorBrush(COLOR_INFOTEXT));
+}
+
+void frmTip::PassClickOn(UINT message, WPARAM wParam, POINT place) {
+  Hide();
+  ClientToScreen(hWnd(), &place);
+  const HWND beneath = WindowFromPoint(place);
+  if (beneath == nullptr) return;
+  ScreenToClient(beneath, &place);
+  PostMessageA(beneath, message, wParam, MAKELPARAM(place.x, place.y));
+}
+
+LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_PAINT:
+      Form_Paint();
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;  // painting fills everything
+    case WM_MOUSEACTIVATE:
+      return MA_NOACTIVATE;
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+      PassClickOn(message, wParam, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+#include "platform/TipWindow.h"
+#include "platform/Window.h"
+
+namespace snip {
+
+/// A borderless window in the system's tip colours that shows one line of text above everything else, without
+/// ever taking the focus. A click on it goes to what lies beneath.
+class frmTip : public Window, public TipWindow {
+ public:
+  frmTip() = default;
+  ~frmTip() override;
+
+  /// Makes the window, hidden. `owner` is the window it goes with.
+  bool Load(HWND owner);
+  /// The font stays the caller's.
+  void SetFont(HFONT font) { font_ = font; }
+
+  void ShowTip(const std::string& text, int x, int y) override;
+  void Hide() override;
+  bool Visible() const override { return IsWindowVisible(hWnd()) != 0; }
+  bool Covers(Point screen) const override { return WindowFromPoint({screen.x, screen.y}) == hWnd(); }
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void Form_Paint();
+  void PassClickOn(UINT message, WPARAM wParam, POINT place);
+
+  std::string text_;
+  HFONT font_ = nullptr;
+};
+
+}  // namespace snip
