@@ -1,0 +1,88 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/Geometry.h"
+#include "ui/menu/MenuItems.h"
+#include "ui/menu/MenuMetrics.h"
+
+namespace snip {
+
+/// What the hot item of a menu is when it is none of the items.
+namespace MenuHot {
+constexpr int kDragBar = -1;
+constexpr int kNothingYet = -2;  ///< The menu was just opened.
+constexpr int kNoItem = -10;     ///< The pointer is on neither an item nor the drag bar.
+}  // namespace MenuHot
+
+struct MenuMode {
+  bool allowDetach = false;  ///< Shows the drag bar.
+  bool floating = false;     ///< Torn off. Implies `allowDetach`: only the drag bar tears off.
+  friend bool operator==(const MenuMode&, const MenuMode&) = default;
+};
+
+/// Where the parts of an open menu are. Points and rectangles are client pixels; a rectangle is one to fill,
+/// and lines are drawn just inside it.
+///
+/// Made for the items as they are at the moment, and to be made anew whenever they, the font, the mode or the
+/// size of the window change.
+class MenuLayout {
+ public:
+  /// `client` is in pixels.
+  MenuLayout(const MenuItems& items, const MenuMetrics& metrics, const MenuMode& mode, Size client);
+
+  int iCount() const { return static_cast<int>(rows_.size()); }
+
+  bool Contains(Point at) const;
+
+  /// The place of an item, MenuHot::kDragBar or MenuHot::kNoItem.
+  ///
+  /// With a drag bar, the rows that are hit lie a little below those that are painted: by one pixel on a
+  /// docked menu at 96 dpi and two on a torn-off one (see HitTop).
+  int HitTest(Point at) const;
+
+  /// Empty without a drag bar.
+  Rect DragBar() const;
+  /// In the drag bar of a torn-off menu; empty in a docked one.
+  Rect CloseBox() const;
+  /// On the drag bar, in the columns that close the menu: one more than the close box is wide.
+  bool OnCloseBox(Point at) const;
+  /// On the drag bar where the menu can be held: all of it but its first column and the close box. A docked
+  /// menu keeps the place of the close box free too.
+  bool OnDragHandle(Point at) const;
+
+  /// The row of an item as it is painted. A separator's row is six pixels high on every screen.
+  Rect Row(int index) const;
+  /// The square at the row's left that the picture stands in.
+  Rect PictureCell(int index) const;
+  /// Where the left top pixel of the 16 x 16 picture goes.
+  Point PictureOrigin(int index) const;
+  /// The caption is one line, vertically centred in this.
+  Rect Caption(int index) const;
+
+  /// The two lines of a separator, each one pixel high.
+  struct SeparatorLines {
+    Rect shadow;
+    Rect highlight;
+  };
+  SeparatorLines Separator(int index) const;
+
+ private:
+  /// Twips below the beginning of the first row.
+  struct RowPlace {
+    int top = 0;
+    bool separator = false;
+  };
+
+  int ItemsTop() const;
+  int DragBarHeight() const;
+  double HitTop(const RowPlace& row) const;
+  const RowPlace& At(int index) const { return rows_.at(static_cast<std::size_t>(index)); }
+
+  MenuMetrics metrics_;
+  MenuMode mode_;
+  Size client_;
+  std::vector<RowPlace> rows_;
+};
+
+}  // namespace snip

@@ -1,0 +1,33 @@
+#include "ui/menu/MenuLook.h"
+
+namespace snip {
+namespace {
+
+/// The picture of a docked menu's hot item looks like a raised button, and the whole row of a torn-off one.
+/// A disabled item offers nothing to press, hence no frame.
+MenuFrame FrameOf(const MenuItemState& item) {
+  if (!item.enabled) return MenuFrame::None;
+  if (item.floating) return MenuFrame::Row;
+  return item.hasPicture ? MenuFrame::PictureCell : MenuFrame::None;
+}
+
+}  // namespace
+
+MenuItemLook LookOf(const MenuItemState& item) {
+  MenuItemLook look;
+  look.embossed = !item.enabled;
+  look.frame = FrameOf(item);
+  if (item.hot && !item.floating) look.text = MenuColor::HighlightText;
+  if (item.hot && item.enabled) look.background = MenuColor::Highlight;
+  if (item.hot || !item.enabled) {
+    look.light = MenuColor::ButtonHighlight;
+    look.dark = MenuColor::ButtonShadow;
+  }
+  return look;
+}
+
+MenuColor DragBarColor(bool hot, bool floating) {
+  return hot || floating ? MenuColor::ActiveCaption : MenuColor::InactiveCaption;
+}
+
+}  // namespace snip

@@ -1,0 +1,64 @@
+#include "ui/menu/MenuPlacement.h"
+
+#include <cmath>
+
+namespace snip {
+namespace {
+
+// Twips.
+constexpr int kBesideItems = 240;
+constexpr int kFrame = 120;
+constexpr int kDockedDragBar = 165;
+/// Drag bar and frame.
+constexpr int kTornOffExtra = 435;
+/// What a torn-off menu reserves for a separator. The rows are placed as in a docked menu all the same, and
+/// what is left over is room below the last one.
+constexpr int kTornOffSeparator = 120;
+
+/// The separators that make a menu lower. One in the last place does not: it leaves the room of a whole item,
+/// so that a menu that ends in a separator does not end right under its lines.
+int LowRows(const MenuItems& items) {
+  return items.SeparatorCount(items.iCount() - 1);
+}
+
+/// By whole twips per pixel, cut off: exact at 96, 120 and 144 dpi. Where a pixel is no whole number of twips
+/// the corner comes out that much nearer or farther.
+int CornerPixels(int twips, double twipsPerPixel) {
+  return twips / static_cast<int>(std::lround(twipsPerPixel));
+}
+
+}  // namespace
+
+Rect PlacePopup(const MenuItems& items, const MenuMetrics& metrics, const PopupRequest& request) {
+  const bool atCursor = request.X == -1 && request.Y == -1;
+  const Size screen = metrics.twips.ToTwips(request.screen);
+  Rect place;
+  place.left = atCursor ? metrics.twips.ToTwipsX(request.cursor.x) : request.X;
+  place.top = atCursor ? metrics.twips.ToTwipsY(request.cursor.y) : request.Y;
+  place.width = items.MaxWidth() + kBesideItems;
+  place.height = metrics.ItemHeight * items.iCount() - metrics.SeparatorDelta * LowRows(items) + kFrame +
+                 (request.AllowDetach ? kDockedDragBar : 0);
+  if (place.right() > screen.width) place.left = screen.width - place.width;
+  if (place.bottom() > screen.height) place.top = screen.height - place.height;
+  return place;
+}
+
+int TornOffHeight(const MenuItems& items, const MenuMetrics& metrics) {
+  return metrics.ItemHeight * items.iCount() + kTornOffExtra -
+         (metrics.ItemHeight - kTornOffSeparator) * LowRows(items);
+}
+
+Unfolding Unfold(const Rect& place, const TwipsPerPixel& twips) {
+  Unfolding unfolding;
+  unfolding.corner = {CornerPixels(place.left, twips.x), CornerPixels(place.top, twips.y)};
+  const double width = place.width / twips.x / Unfolding::kSteps;
+  const double height = place.height / twips.y / Unfolding::kSteps;
+  int step = 0;
+  for (Size& size : unfolding.sizes) {
+    ++step;
+    size = {static_cast<int>(std::lround(step * width)), static_cast<int>(std::lround(step * height))};
+  }
+  return unfolding;
+}
+
+}  // namespace snip
