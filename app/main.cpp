@@ -4,6 +4,7 @@
 #include "app/StartMode.h"
 #include "app/StartUp.h"
 #include "library/LibraryFolder.h"
+#include "platform/Com.h"
 #include "platform/Registry32.h"
 #include "platform/Win32Text.h"
 #include "ui/commandbar/SoundEffects.h"
@@ -48,6 +49,7 @@ class Application {
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/, int /*show*/) {
+  const ComApartment apartment;  // assistive programs reach the windows through it
   InitCommonControls();
   Application application;
   return application.Run(StartModeFromArguments(CommandLineArguments()));

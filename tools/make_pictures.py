@@ -72,7 +72,7 @@ TOOLBAR = {
 
 TOOLBAR_SIZE = (16, 16)
 DROP_ARROW = "drop-arrow"
-DROP_ARROW_SIZE = (7, 4)
+DROP_ARROW_SIZE = (5, 3)
 
 MASK = (0xC0, 0xC0, 0xC0)
 

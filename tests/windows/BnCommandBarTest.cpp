@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "platform/Com.h"
 #include "platform/Handle.h"
 #include "resources/resource.h"
+#include "tests/windows/AccessibleClientProgram.h"
 #include "tests/windows/TestDesktop.h"
 #include "tests/windows/TestRegistry.h"
 #include "ui/commandbar/TextPropertyBag.h"
@@ -333,6 +336,40 @@ TEST_F(BnCommandBarTest, AtDesignTimeNoButtonsShow) {
   designed.Refresh();
   const WindowDC dc(designed.hWnd());
   for (int x = 3; x < 290; ++x) EXPECT_EQ(GetPixel(dc.get(), x, 13), GetSysColor(COLOR_BTNFACE)) << x;
+}
+
+TEST_F(BnCommandBarTest, AScreenReaderReadsAndPressesTheButtons) {
+  const ComApartment apartment;
+  bar_.SetState(kToggle, 1);
+  const ProgramResult listed = RunClientProgram(bar_.hWnd());
+  ASSERT_EQ(listed.exitCode, 0U) << listed.output;
+  // Number, name, role, state, shortcut and default action; the place follows.
+  const std::vector<std::string> expected = {"1|Push me|role 43|state 0|Alt+P|Press|",
+                                             "2|Menu|role 57|state 40000000|Alt+M|Open|",
+                                             "3|Toggle|role 44|state 18|Alt+T|Uncheck|",
+                                             "4|Drop|role 56|state 40000000|Alt+D|Press|",
+                                             "5||role 21|state 0|||",
+                                             "6|Off|role 43|state 1|Alt+O||",
+                                             "7|Text|role 43|state 0|Alt+X|Press|"};
+  std::istringstream lines(listed.output);
+  std::string line;
+  for (const std::string& start : expected) {
+    ASSERT_TRUE(std::getline(lines, line));
+    EXPECT_TRUE(line.starts_with(start)) << line << " is not " << start;
+  }
+  const Rect area = bar_.buttons().Find(kPush)->Area();
+  POINT corner{area.left, area.top};
+  ClientToScreen(bar_.hWnd(), &corner);
+  const std::string place = std::to_string(corner.x) + "," + std::to_string(corner.y) + " " +
+                            std::to_string(area.width) + "x" + std::to_string(area.height);
+  EXPECT_NE(listed.output.find("|" + place), std::string::npos) << place;
+
+  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Push me").exitCode, 0U);
+  EXPECT_TRUE(Logged("click 0"));
+  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Toggle").exitCode, 0U);
+  ASSERT_TRUE(Logged("click 2"));
+  EXPECT_EQ(bar_.state(kToggle), 0);
+  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Off").exitCode, 1U);
 }
 
 TEST_F(BnCommandBarTest, TheAboutBoxNamesTheControl) {

@@ -18,7 +18,7 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kHoverTimer = 1;
-constexpr Size kArrowSize{7, 4};  ///< Of the drop arrow's picture at 96 dpi.
+constexpr Size kArrowSize{5, 3};  ///< Of the drop arrow's picture at 96 dpi.
 constexpr double kDesignTwips = 15.0;
 constexpr int kGripMargin = 2;  ///< Pixels between the grip and the bar's bottom.
 

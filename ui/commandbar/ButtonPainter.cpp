@@ -1,24 +1,15 @@
 #include "ui/commandbar/ButtonPainter.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/Drawing.h"
+#include "ui/commandbar/ButtonLook.h"
 #include "ui/commandbar/DarkPixels.h"
 
 namespace snip {
 namespace {
 
 constexpr COLORREF kArrowMask = RGB(0xC0, 0xC0, 0xC0);
-
-constexpr BYTE Lighter(BYTE channel) {
-  // A fifth more, to the nearest.
-  return static_cast<BYTE>(std::min((channel * 6 + 2) / 5, 0xFF));
-}
-
-COLORREF Lighter(COLORREF color) {
-  return RGB(Lighter(GetRValue(color)), Lighter(GetGValue(color)), Lighter(GetBValue(color)));
-}
 
 }  // namespace
 
@@ -27,10 +18,11 @@ void ButtonPainter::Erase(const Rect& area) const {
 }
 
 void ButtonPainter::FillChecked(const Rect& area) const {
-  FillArea(dc_, area, Lighter(TranslateColor(colors_.face)));
+  FillArea(dc_, area, Lightened(TranslateColor(colors_.face)));
 }
 
 void ButtonPainter::DrawEdge(const Rect& area, const Edge& edge) const {
+  if (area.width <= 0 || area.height <= 0) return;  // a bar too low for its buttons
   const COLORREF leftAndTop = TranslateColor(edge.leftAndTop);
   const COLORREF rightAndBottom = TranslateColor(edge.rightAndBottom);
   FillArea(dc_, {area.left, area.top, 1, area.height}, leftAndTop);
