@@ -184,7 +184,7 @@ class Gallery : public Window {
   TwipsPerPixel twips_ = ScreenTwips();
   UniqueFont font_ = FontOfSize("Tahoma", 8);
   PaintEffects effects_;
-  PictureRef drop_ = Picture::FromResource(IDB_DROP_ARROW, {Scaled(7), Scaled(4)});
+  PictureRef drop_ = Picture::FromResource(IDB_DROP_ARROW, {Scaled(5), Scaled(3)});
   Registry32 registry_{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
   SoundEffects sounds_{registry_};
   frmTip tip_;
