@@ -33,15 +33,19 @@ const std::vector<Row> kRows = {
     {"push, picture", ButtonType::Push, DisplayType::Picture},
     {"push, caption", ButtonType::Push, DisplayType::Caption},
     {"push, both", ButtonType::Push, DisplayType::PictureAndCaption},
+    {"menu, caption", ButtonType::Menu, DisplayType::Caption},
     {"menu, both", ButtonType::Menu, DisplayType::PictureAndCaption},
     {"toggle, picture", ButtonType::Toggle, DisplayType::Picture},
+    {"toggle, caption", ButtonType::Toggle, DisplayType::Caption},
     {"toggle, both", ButtonType::Toggle, DisplayType::PictureAndCaption},
     {"drop-down, picture", ButtonType::DropDown, DisplayType::Picture},
+    {"drop-down, caption", ButtonType::DropDown, DisplayType::Caption},
     {"drop-down, both", ButtonType::DropDown, DisplayType::PictureAndCaption},
     {"separator", ButtonType::Separator, DisplayType::Picture},
 };
 
-const std::vector<std::string> kColumns = {"flat", "hot", "pressed", "arrow pressed", "on", "disabled"};
+const std::vector<std::string> kColumns = {"flat", "hot",          "pressed", "arrow pressed",
+                                           "on",   "on, disabled", "disabled"};
 
 /// The look of a button in a column; false where a button of that type has no such state.
 bool LookOf(BarButton& button, const std::string& column, ButtonLook& look) {
@@ -56,6 +60,10 @@ bool LookOf(BarButton& button, const std::string& column, ButtonLook& look) {
     look = PressedLook(button, ButtonPart::Arrow, true);
   } else if (column == "on" && button.Is(ButtonType::Toggle)) {
     button.State = 1;
+    look = RedrawLook(button);
+  } else if (column == "on, disabled" && button.Is(ButtonType::Toggle)) {
+    button.State = 1;
+    button.Enabled = false;
     look = RedrawLook(button);
   } else if (column == "disabled" && acts) {
     button.Enabled = false;
@@ -107,9 +115,9 @@ class Gallery : public Window {
  private:
   // At 96 dpi.
   static constexpr int kTop = 100;
-  static constexpr int kRowHeight = 32;
+  static constexpr int kRowHeight = 30;
   static constexpr int kLabelWidth = 130;
-  static constexpr int kColumnWidth = 105;
+  static constexpr int kColumnWidth = 100;
   static constexpr int kBarHeight = 26;
   static constexpr int kPicture = 16;
 
@@ -184,7 +192,7 @@ class Gallery : public Window {
   TwipsPerPixel twips_ = ScreenTwips();
   UniqueFont font_ = FontOfSize("Tahoma", 8);
   PaintEffects effects_;
-  PictureRef drop_ = Picture::FromResource(IDB_DROP_ARROW, {Scaled(5), Scaled(3)});
+  PictureRef drop_ = Picture::FromResource(IDB_DROP_ARROW);
   Registry32 registry_{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
   SoundEffects sounds_{registry_};
   frmTip tip_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "platform/Handle.h"
 #include "resources/resource.h"
 #include "tests/windows/AccessibleClientProgram.h"
+#include "tests/windows/TestCanvas.h"
 #include "tests/windows/TestDesktop.h"
 #include "tests/windows/TestRegistry.h"
 #include "ui/commandbar/TextPropertyBag.h"
@@ -280,10 +282,11 @@ TEST_F(BnCommandBarTest, ATipShowsTheCaptionOfAPictureOnlyButton) {
 }
 
 TEST_F(BnCommandBarTest, AccessKeysClickOrDropDown) {
-  EXPECT_TRUE(bar_.AccessKeyPress('P'));
+  EXPECT_TRUE(bar_.AccessKeyPress('p'));
   EXPECT_TRUE(bar_.AccessKeyPress('d'));
   EXPECT_TRUE(bar_.AccessKeyPress('t'));
   EXPECT_FALSE(bar_.AccessKeyPress('z'));
+  EXPECT_FALSE(bar_.AccessKeyPress('P')) << "keys are compared as they are";
   EXPECT_EQ(log_, (Log{"click 0", "sound", "dropdown 3", "click 2"}));
   EXPECT_EQ(bar_.state(kToggle), 0);
 }
@@ -298,13 +301,138 @@ TEST_F(BnCommandBarTest, FrozenItDoesNotFollowTheMouse) {
   EXPECT_TRUE(WaitUntil([&] { return bar_.input().HotButton() == kPush; }));
 }
 
-TEST_F(BnCommandBarTest, AContainerMayEndTheBarInAnEvent) {
-  onDropdown_ = [this](int) { bar_.Destroy(); };
-  HoverOver(kMenu);
+TEST_F(BnCommandBarTest, AContainerMayDeleteTheBarInAnyEvent) {
+  using Setter = std::function<void(BnCommandBar::Events&, std::function<void()>)>;
+  const std::vector<std::pair<const char*, Setter>> setters = {
+      {"click", [](auto& events, auto end) { events.ButtonClicked = [=](int) { end(); }; }},
+      {"mouse down", [](auto& events, auto end) { events.MouseDown = [=](const BarMouse&) { end(); }; }},
+      {"resize", [](auto& events, auto end) { events.Resize = [=] { end(); }; }},
+      {"property", [](auto& events, auto end) { events.PropertyChanged = [=](const char*) { end(); }; }},
+  };
+  for (const auto& [name, set] : setters) {
+    SCOPED_TRACE(name);
+    std::unique_ptr<BnCommandBar> bar;
+    bool armed = false;
+    std::string seen;
+    BnCommandBar::Events events;
+    const std::string captured(100, 'x');  // goes with the handler
+    set(events, [&bar, &armed, &seen, captured] {
+      if (!armed) return;
+      std::string& result = seen;
+      bar.reset();
+      result = captured;
+    });
+    bar = std::make_unique<BnCommandBar>(
+        BnCommandBar::Services{.sounds = sounds_, .tip = &tip_, .showMessage = {}}, events);
+    ASSERT_TRUE(bar->CreateIn(frame_, 3, "Doomed", {.Name = "Tahoma", .Size = 8.25}));
+    ::MoveWindow(bar->hWnd(), 0, 60, 300, 26, TRUE);
+    bar->AddButton("One", nullptr, ButtonType::Push, DisplayType::Caption);
+    armed = true;
+    if (bar) bar->DoDefaultAction(0);
+    if (bar) SendMessageA(bar->hWnd(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    if (bar) bar->SetDockable(true);
+    if (bar) ::MoveWindow(bar->hWnd(), 0, 60, 320, 26, TRUE);
+    EXPECT_EQ(bar, nullptr);
+    EXPECT_EQ(seen, std::string(100, 'x'));
+    ReleaseCapture();
+  }
+}
+
+TEST_F(BnCommandBarTest, AClickThroughTheTipPressesTheButtonBeneath) {
+  HoverOver(kPush);
+  ASSERT_TRUE(WaitUntil([&] { return tip_.Visible(); }));
+  log_.clear();
   PressMouse();
-  ASSERT_TRUE(Logged("dropdown 1"));
-  EXPECT_EQ(bar_.hWnd(), nullptr);
+  ASSERT_TRUE(Logged("sound"));
   ReleaseMouse();
+  EXPECT_TRUE(Logged("click 0"));
+  EXPECT_FALSE(tip_.Visible());
+}
+
+TEST_F(BnCommandBarTest, TheTipGoesWithItsBar) {
+  HoverOver(kPush);
+  ASSERT_TRUE(WaitUntil([&] { return tip_.Visible(); }));
+  bar_.Destroy();
+  EXPECT_FALSE(tip_.Visible());
+}
+
+TEST_F(BnCommandBarTest, PaintShowsState1DownAndRedrawOnlyToggles) {
+  bar_.SetState(kPush, 1);
+  EXPECT_EQ(EdgeOf(kPush), "flat");
+  bar_.Refresh();
+  EXPECT_EQ(EdgeOf(kPush), "sunken");
+  bar_.RedrawButton(kPush);
+  EXPECT_EQ(EdgeOf(kPush), "flat");
+}
+
+TEST_F(BnCommandBarTest, TenThousandPaintsLeaveNoObjectBehind) {
+  bar_.Refresh();  // what the system itself makes on first use
+  const int before = FreeGdiHandles();
+  for (int i = 0; i < 1500; ++i) {  // eight buttons each
+    bar_.SetGrayed(kText, i % 2 == 0);
+    bar_.Refresh();
+  }
+  EXPECT_EQ(EdgeOf(kPush), "flat");
+
+  EXPECT_EQ(FreeGdiHandles(), before);
+}
+
+TEST_F(BnCommandBarTest, WhatIsDraggedOutOfABarMayBeDroppedOnIt) {
+  const OleThread ole;
+  BnCommandBar::Events events;
+  events.OLEStartDrag = [this](OleData& data, DWORD& allowedEffects) {
+    log_.emplace_back("start drag");
+    data.Offer(CF_TEXT);
+    allowedEffects = DROPEFFECT_COPY;
+  };
+  events.OLESetData = [this](OleData& data, CLIPFORMAT format) {
+    log_.push_back("set data " + std::to_string(format));
+    data.SetText("button", format);
+  };
+  events.OLEGiveFeedback = [this](DWORD effect, bool&) {
+    log_.push_back("feedback " + std::to_string(effect));
+  };
+  events.OLEDragOver = [this](OleData&, DWORD&, const BarMouse&, OleDragState state) {
+    log_.push_back("drag over " + std::to_string(static_cast<int>(state)));
+  };
+  events.OLEDragDrop = [this](OleData& data, DWORD&, const BarMouse& mouse) {
+    log_.push_back("drag drop " + data.GetText() + " " + std::to_string(mouse.at.x) + "," +
+                   std::to_string(mouse.at.y));
+  };
+  events.OLECompleteDrag = [this](DWORD effect) {
+    log_.push_back("complete drag " + std::to_string(effect));
+  };
+  events.PropertyChanged = [this](const char* name) { log_.push_back(std::string("changed ") + name); };
+  BnCommandBar bar{{.sounds = sounds_, .tip = nullptr, .showMessage = {}}, events};
+  ASSERT_TRUE(bar.CreateIn(frame_, 3, "Drop", {.Name = "Tahoma", .Size = 8.25}));
+  ::MoveWindow(bar.hWnd(), 0, 60, 300, 26, TRUE);
+  MoveTo({20, 70});
+  log_.clear();
+
+  // No mouse button is held: what is dragged is let go at once, on the bar.
+  bar.OLEDrag();
+  EXPECT_EQ(log_.front(), "start drag");
+  EXPECT_EQ(log_.back(), "complete drag 0");
+  EXPECT_EQ(std::count(log_.begin(), log_.end(), "drag over 0"), 0) << "a bar takes no drops at first";
+
+  bar.SetOLEDropMode(1);
+  EXPECT_EQ(log_.back(), "changed OLEDropMode");
+  TextPropertyBag bag;
+  bar.WriteProperties(bag);
+  for (const char* way : {"set", "read"}) {
+    SCOPED_TRACE(way);
+    log_.clear();
+    bar.OLEDrag();
+    std::erase_if(log_, [](const std::string& entry) { return entry == "feedback 0"; });
+    EXPECT_EQ(log_, (Log{"start drag", "drag over 0", "feedback 1", "set data 1", "drag drop button 20,10",
+                         "complete drag 1"}));
+    bar.SetOLEDropMode(0);
+    log_.clear();
+    bar.OLEDrag();
+    EXPECT_EQ(std::count(log_.begin(), log_.end(), "drag over 0"), 0);
+    EXPECT_EQ(log_.back(), "complete drag 0");
+    bar.ReadProperties(bag);
+  }
 }
 
 TEST_F(BnCommandBarTest, PropertiesTellTheContainerAndComeBackFromABag) {

@@ -219,14 +219,13 @@ TEST_F(ButtonPainterTest, NoPictureDrawsNothing) {
 TEST_F(ButtonPainterTest, TheArrowsMaskIsLightGrey) {
   const auto arrow = Picture::FromResource(IDB_DROP_ARROW);
   ASSERT_NE(arrow, nullptr);
-  const TestCanvas canvas = PlainCanvas(9, 6);
+  const TestCanvas canvas = PlainCanvas(7, 5);
   On(canvas).DrawArrow(arrow.get(), {1, 1, arrow->size().width, arrow->size().height});
-  EXPECT_EQ(canvas.Read(), Drawn({"ooooooooo",  //
-                                  "okkkkkkko",  //
-                                  "ookkkkkoo",  //
-                                  "oookkkooo",  //
-                                  "ooookoooo",  //
-                                  "ooooooooo"}));
+  EXPECT_EQ(canvas.Read(), Drawn({"ooooooo",  //
+                                  "okkkkko",  //
+                                  "ookkkoo",  //
+                                  "oookooo",  //
+                                  "ooooooo"}));
 }
 
 TEST_F(ButtonPainterTest, SeparatorsAreEtchedDownTheMiddle) {
@@ -274,7 +273,7 @@ TEST_F(ButtonPainterTest, TheDeviceContextKeepsItsState) {
   const HGDIOBJ brush = GetCurrentObject(canvas.dc(), OBJ_BRUSH);
   for (const bool enabled : {true, false}) {
     On(canvas).DrawCaption("&Copy", {0, 0, 60, 30}, font_.get(), enabled);
-    On(canvas).DrawPicture(arrow.get(), {0, 0, 7, 4}, kMask, enabled);
+    On(canvas).DrawPicture(arrow.get(), {0, 0, 5, 3}, kMask, enabled);
   }
   On(canvas).DrawEdge({0, 0, 9, 9}, On(canvas).Raised());
   EXPECT_EQ(GetTextColor(canvas.dc()), kDark);
@@ -298,7 +297,7 @@ TEST_F(ButtonPainterTest, TenThousandPaintsLeaveNoObjectBehind) {
       painter.DrawPicture(bitmap.get(), {2, 2, 16, 16}, kMask, enabled);
       painter.DrawPicture(&icon, {2, 2, 3, 3}, kMask, enabled);
     }
-    painter.DrawArrow(arrow.get(), {40, 5, 7, 4});
+    painter.DrawArrow(arrow.get(), {40, 5, 5, 3});
     painter.DrawEdge({0, 0, 60, 30}, painter.Raised());
     painter.DrawSeparator({50, 2, 5, 20});
     painter.DrawGrip(28);

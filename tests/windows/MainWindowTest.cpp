@@ -263,7 +263,8 @@ TEST_F(MainWindowTest, TabGoesRoundAllFieldsAndStaysInTheEditor) {
   SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
   ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
   PressKey(VK_TAB);
-  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "\t'one"; })) << WindowText(Code()) << GetDlgCtrlID(GetFocus());
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "\t'one"; }))
+      << WindowText(Code()) << GetDlgCtrlID(GetFocus());
   for (const HWND control : {List(), Files(), Description()}) {
     EXPECT_EQ(GetWindowLongA(control, GWL_STYLE) & WS_TABSTOP, 0);
   }

@@ -18,8 +18,6 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kHoverTimer = 1;
-constexpr Size kArrowSize{5, 3};  ///< Of the drop arrow's picture at 96 dpi.
-constexpr double kDesignTwips = 15.0;
 constexpr int kGripMargin = 2;  ///< Pixels between the grip and the bar's bottom.
 
 char ToLower(char c) {
@@ -31,6 +29,7 @@ char ToLower(char c) {
 const std::array<LPCSTR, 16> kPointers = {
     IDC_ARROW,    IDC_ARROW,  IDC_CROSS,   IDC_IBEAM, IDC_ICON, IDC_SIZE,        IDC_SIZENESW, IDC_SIZENS,
     IDC_SIZENWSE, IDC_SIZEWE, IDC_UPARROW, IDC_WAIT,  IDC_NO,   IDC_APPSTARTING, IDC_HELP,     IDC_SIZEALL};
+constexpr std::int16_t kManualDrop = 1;      ///< OLEDropMode: the container handles what is dropped.
 constexpr std::int16_t kCustomPointer = 99;  ///< The cursor of MouseIcon.
 
 std::int16_t MouseButton(UINT message) {
@@ -87,9 +86,8 @@ BnCommandBar::BnCommandBar(Services services, Events events)
                       return SameTextIgnoringCase(std::string(a), std::string(b));
                     }}),
       input_(buttons_, properties_),
-      drop_(Picture::FromResource(
-          IDB_DROP_ARROW, {static_cast<int>(std::lround(kArrowSize.width * kDesignTwips / twips_.x)),
-                           static_cast<int>(std::lround(kArrowSize.height * kDesignTwips / twips_.y))})) {}
+      // Never scaled: the part it lies in is eight pixels wide on every screen.
+      drop_(Picture::FromResource(IDB_DROP_ARROW)) {}
 
 BnCommandBar::~BnCommandBar() {
   Destroy();
@@ -102,11 +100,11 @@ bool BnCommandBar::CreateIn(HWND parent, int id, const std::string& name, const 
   MakeFont();
   const bool made = Create({.className = "BnCommandBar",
                             .title = name.c_str(),
-                            .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
-                            .exStyle = WS_EX_CONTROLPARENT,
+                            .style = WS_CHILD | WS_VISIBLE,
                             .place = {},
                             .parent = parent,
-                            .id = id});
+                            .id = id,
+                            .classStyle = CS_DBLCLKS | CS_OWNDC});
   if (made) Apply(input_.Show(runMode));
   return made;
 }
@@ -116,6 +114,7 @@ void BnCommandBar::ReadProperties(const PropertyBag& bag) {
   EnableWindow(hWnd(), properties_.Enabled ? TRUE : FALSE);
   LoadMouseIcon();
   MakeFont();
+  FollowOLEDropMode();
   LayOut();
 }
 
@@ -126,24 +125,22 @@ void BnCommandBar::WriteProperties(PropertyBag& bag) const {
 void BnCommandBar::AddButton(const std::string& caption, PictureRef picture, ButtonType type,
                              DisplayType display, bool grayBtn) {
   const Size pictureSize = picture ? picture->size() : Size{};
-  Apply(buttons_.Add({.Caption = caption,
-                      .Picture = std::move(picture),
-                      .PictureSize = pictureSize,
-                      .ButtonType = type,
-                      .DisplayType = display,
-                      .GrayBtn = grayBtn},
-                     Metrics()));
-  accessible_.Notify(EVENT_OBJECT_REORDER);
+  const BarChange change = buttons_.Add({.Caption = caption,
+                                         .Picture = std::move(picture),
+                                         .PictureSize = pictureSize,
+                                         .ButtonType = type,
+                                         .DisplayType = display,
+                                         .GrayBtn = grayBtn},
+                                        Metrics());
+  if (Apply(change)) accessible_.Notify(EVENT_OBJECT_REORDER);
 }
 
 void BnCommandBar::RemoveButton(int index) {
-  Apply(buttons_.Remove(index, Metrics()));
-  accessible_.Notify(EVENT_OBJECT_REORDER);
+  if (Apply(buttons_.Remove(index, Metrics()))) accessible_.Notify(EVENT_OBJECT_REORDER);
 }
 
 void BnCommandBar::MoveButton(int index, int newIndex) {
-  Apply(buttons_.Move(index, newIndex, Metrics()));
-  accessible_.Notify(EVENT_OBJECT_REORDER);
+  if (Apply(buttons_.Move(index, newIndex, Metrics()))) accessible_.Notify(EVENT_OBJECT_REORDER);
 }
 
 int BnCommandBar::NextButtonX() const {
@@ -151,18 +148,19 @@ int BnCommandBar::NextButtonX() const {
 }
 
 void BnCommandBar::SetCaption(int index, const std::string& caption) {
-  Apply(buttons_.SetCaption(index, caption, Metrics()));
-  accessible_.Notify(EVENT_OBJECT_NAMECHANGE, index);
+  if (buttons_.Find(index) == nullptr) return;
+  if (Apply(buttons_.SetCaption(index, caption, Metrics())))
+    accessible_.Notify(EVENT_OBJECT_NAMECHANGE, index);
 }
 
 void BnCommandBar::SetGrayed(int index, bool grayed) {
   Apply(buttons_.SetGrayed(index, grayed));
-  accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+  AnnounceStates();
 }
 
 void BnCommandBar::SetState(int index, std::int32_t state) {
   Apply(buttons_.SetState(index, state));
-  accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+  AnnounceStates();
 }
 
 void BnCommandBar::EraseBtn(int index) {
@@ -208,9 +206,7 @@ void BnCommandBar::SetMaskColor(ColorProperty color) {
 
 void BnCommandBar::SetDockable(bool dockable) {
   properties_.Dockable = dockable;
-  PropertyChanged(BarProperty::kDockable);
-  LayOut();
-  Refresh();
+  if (PropertyChanged(BarProperty::kDockable)) LayOut();
 }
 
 void BnCommandBar::SetMouseIcon(const std::string& cursorFile) {
@@ -226,45 +222,57 @@ void BnCommandBar::SetMousePointer(std::int16_t pointer) {
 
 void BnCommandBar::SetOLEDropMode(std::int16_t mode) {
   properties_.OLEDropMode = mode;
+  FollowOLEDropMode();
   PropertyChanged(BarProperty::kOLEDropMode);
 }
 
 bool BnCommandBar::AccessKeyPress(char key) {
-  const auto code = static_cast<std::int16_t>(static_cast<unsigned char>(ToLower(key)));
+  const auto code = static_cast<std::int16_t>(static_cast<unsigned char>(key));
   if (buttons_.IndexFromAccessKey(code) < 0) return false;
   Apply(input_.AccessKeyPress(code));
   return true;
 }
 
+int BnCommandBar::PopupMenu(HMENU menu, Point at) const {
+  POINT screen{at.x, at.y};
+  ClientToScreen(hWnd(), &screen);
+  return TrackPopupMenu(menu, TPM_RETURNCMD | TPM_NONOTIFY, screen.x, screen.y, 0,
+                        GetAncestor(hWnd(), GA_ROOT), nullptr);
+}
+
 void BnCommandBar::ShowAboutBox() const {
   services_.showMessage(
-      "Brennic BnCommandBar 1.0\r\n\r\nA toolbar control with flat buttons, released as a part of Brennic "
-      "Snipstore "
-      "and on its terms.",
+      "Brennic BnCommandBar 1.0\r\n\r\nA toolbar control with flat buttons. It is a part of Brennic "
+      "Snipstore and "
+      "released on its terms.",
       MessageStyle::kInformation, "Brennic BnCommandBar");
 }
 
-void BnCommandBar::Apply(const BarChange& change) {
-  if (change.ownWidth) {
-    const Size size = ClientSize(hWnd());
+bool BnCommandBar::Apply(const BarChange& change) {
+  const std::weak_ptr<const bool> alive = alive_;
+  const Size size = ClientSize(hWnd());
+  if (change.ownWidth && *change.ownWidth != size.width) {
+    // The bar answers its new size itself, by laying out and repainting.
     SetWindowPos(hWnd(), nullptr, 0, 0, *change.ownWidth, size.height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return !alive.expired();
   }
   if (change.redrawButton) RedrawButton(*change.redrawButton);
   if (change.refresh) Refresh();
+  return true;
 }
 
 void BnCommandBar::Apply(BarReaction reaction) {
-  // An event may end the bar: then nothing of it is touched any more.
   const std::weak_ptr<const bool> alive = alive_;
   for (;;) {
     for (const BarEffect::Any& effect : reaction.effects) {
       ApplyEffect(effect);
       if (alive.expired() || hWnd() == nullptr) return;
     }
-    if (!reaction.then) return;
+    if (!reaction.then) break;
     reaction = reaction.then();
   }
+  AnnounceStates();
 }
 
 void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
@@ -274,7 +282,6 @@ void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
         if constexpr (std::is_same_v<Effect, BarEffect::PaintButton>) {
           const WindowDC dc(hWnd());
           PaintButton(dc.get(), asked.button, asked.look);
-          accessible_.Notify(EVENT_OBJECT_STATECHANGE, asked.button);
         } else if constexpr (std::is_same_v<Effect, BarEffect::PaintBar>) {
           Refresh();
         } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseMouse>) {
@@ -282,7 +289,7 @@ void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
         } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseButton>) {
           Raise(asked.event, asked.button);
         } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseDblClick>) {
-          if (events_.DblClick) events_.DblClick();
+          Call(events_.DblClick);
         } else if constexpr (std::is_same_v<Effect, BarEffect::PlayClick>) {
           services_.sounds.PlayOfficeSound("ToolbarClick");
         } else if constexpr (std::is_same_v<Effect, BarEffect::ShowTip>) {
@@ -306,23 +313,42 @@ void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
       effect);
 }
 
+template <class Handler, class... Arguments>
+bool BnCommandBar::Call(const Handler& handler, const Arguments&... arguments) {
+  const std::weak_ptr<const bool> alive = alive_;
+  const Handler kept = handler;  // lives on when the bar is deleted meanwhile
+  if (kept) kept(arguments...);
+  return !alive.expired();
+}
+
 void BnCommandBar::Raise(BarButtonEvent event, int button) {
-  const auto& handler = event == BarButtonEvent::ButtonClicked ? events_.ButtonClicked
-                        : event == BarButtonEvent::Dropdown    ? events_.Dropdown
-                        : event == BarButtonEvent::MouseHover  ? events_.MouseHover
-                                                               : events_.MouseLeave;
-  if (handler) handler(button);
+  Call(event == BarButtonEvent::ButtonClicked ? events_.ButtonClicked
+       : event == BarButtonEvent::Dropdown    ? events_.Dropdown
+       : event == BarButtonEvent::MouseHover  ? events_.MouseHover
+                                              : events_.MouseLeave,
+       button);
 }
 
 void BnCommandBar::Raise(BarMouseEvent event, const BarMouse& mouse) {
-  const auto& handler = event == BarMouseEvent::MouseDown   ? events_.MouseDown
-                        : event == BarMouseEvent::MouseMove ? events_.MouseMove
-                                                            : events_.MouseUp;
-  if (handler) handler(mouse);
+  Call(event == BarMouseEvent::MouseDown   ? events_.MouseDown
+       : event == BarMouseEvent::MouseMove ? events_.MouseMove
+                                           : events_.MouseUp,
+       mouse);
 }
 
-void BnCommandBar::PropertyChanged(const char* name) {
-  if (events_.PropertyChanged) events_.PropertyChanged(name);
+bool BnCommandBar::PropertyChanged(const char* name) {
+  return Call(events_.PropertyChanged, name);
+}
+
+/// Tells assistive programs of every button whose state is another than the one they were told last.
+void BnCommandBar::AnnounceStates() {
+  for (int index = 0; index < buttons_.Count(); ++index) {
+    const LONG state = accessibleItems_.DescribeItem(index).state;
+    const auto [announced, isNew] = announcedStates_.try_emplace(buttons_.IdOf(index), state);
+    if (isNew || announced->second == state) continue;
+    announced->second = state;
+    accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+  }
 }
 
 BarMetrics BnCommandBar::Metrics() const {
@@ -364,14 +390,23 @@ bool BnCommandBar::SetPointer() const {
   return true;
 }
 
+/// In a designer, what is dragged onto a bar is for the designer.
+void BnCommandBar::FollowOLEDropMode() {
+  if (properties_.OLEDropMode != kManualDrop || !input_.InRunMode()) {
+    dropTarget_.Revoke();
+  } else if (hWnd() != nullptr && !dropTarget_.registered()) {
+    dropTarget_.Register(hWnd(), {.dragOver = events_.OLEDragOver, .dragDrop = events_.OLEDragDrop});
+  }
+}
+
 void BnCommandBar::LayOut() {
   Apply(buttons_.LayOut(Metrics()));
 }
 
 void BnCommandBar::UserControl_Resize() {
-  LayOut();
-  Refresh();
-  if (events_.Resize) events_.Resize();
+  const BarChange change = buttons_.LayOut(Metrics());
+  const bool sizedAnew = change.ownWidth && *change.ownWidth != ClientSize(hWnd()).width;
+  if (Apply(change) && !sizedAnew) Call(events_.Resize);
 }
 
 void BnCommandBar::UserControl_Paint(HDC dc) {
@@ -454,12 +489,15 @@ LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
       Apply(input_.MouseMove(MouseArguments(HeldButtons(wParam), wParam, lParam)));
       return 0;
     case WM_CAPTURECHANGED:
-      Apply(input_.CaptureLost());
+      if (reinterpret_cast<HWND>(lParam) != hWnd()) Apply(input_.CaptureLost());
       return 0;
     case WM_SETCURSOR:
       return LOWORD(lParam) == HTCLIENT && SetPointer() ? TRUE : Default(message, wParam, lParam);
-    case WM_SYSCOLORCHANGE:
+    case WM_SYSCOLORCHANGE:  // sent to top-level windows: the container hands it on
       Refresh();
+      return 0;
+    case WM_DESTROY:
+      Apply(input_.Show(false));  // takes the tip away and forgets what was hot and pressed
       return 0;
     default:
       return Default(message, wParam, lParam);

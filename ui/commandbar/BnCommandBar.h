@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "ui/commandbar/CommandBarEffects.h"
 #include "ui/commandbar/CommandBarInput.h"
 #include "ui/commandbar/CommandBarProperties.h"
+#include "ui/commandbar/OleDragDrop.h"
 #include "ui/commandbar/PaintEffects.h"
 #include "ui/commandbar/Picture.h"
 #include "ui/commandbar/SoundEffects.h"
@@ -33,17 +35,27 @@ class BnCommandBar : public Window {
  public:
   /// What a container may react to. All are optional; any of them may change or destroy the bar.
   struct Events {
-    std::function<void(int button)> ButtonClicked;
-    std::function<void(int button)> Dropdown;
-    std::function<void(int button)> MouseHover;
-    std::function<void(int button)> MouseLeave;
-    std::function<void(const BarMouse&)> MouseDown;
-    std::function<void(const BarMouse&)> MouseMove;
-    std::function<void(const BarMouse&)> MouseUp;
-    std::function<void()> DblClick;
-    std::function<void()> Resize;
+    std::function<void(int button)> ButtonClicked{};
+    std::function<void(int button)> Dropdown{};
+    std::function<void(int button)> MouseHover{};
+    std::function<void(int button)> MouseLeave{};
+    std::function<void(const BarMouse&)> MouseDown{};
+    std::function<void(const BarMouse&)> MouseMove{};
+    std::function<void(const BarMouse&)> MouseUp{};
+    /// Declared for containers that expect it of every control; a click on a button is `ButtonClicked`, and
+    /// the bar itself never raises this.
+    std::function<void()> Click{};
+    std::function<void()> DblClick{};
+    // Dragging out of the bar and, with OLEDropMode 1, onto it.
+    std::function<void(OleData& data, DWORD& allowedEffects)> OLEStartDrag{};
+    std::function<void(OleData& data, CLIPFORMAT format)> OLESetData{};
+    std::function<void(DWORD effect, bool& defaultCursors)> OLEGiveFeedback{};
+    std::function<void(OleData& data, DWORD& effect, const BarMouse& mouse, OleDragState state)> OLEDragOver{};
+    std::function<void(OleData& data, DWORD& effect, const BarMouse& mouse)> OLEDragDrop{};
+    std::function<void(DWORD effect)> OLECompleteDrag{};
+    std::function<void()> Resize{};
     /// A property that the container keeps was changed, by its name in BarProperty.
-    std::function<void(const char* name)> PropertyChanged;
+    std::function<void(const char* name)> PropertyChanged{};
   };
 
   /// What the bar needs of others; `tip` may be null for a bar without tips.
@@ -116,12 +128,20 @@ class BnCommandBar : public Window {
   void SetMousePointer(std::int16_t pointer);
   std::int16_t OLEDropMode() const { return properties_.OLEDropMode; }
   void SetOLEDropMode(std::int16_t mode);
+  /// Starts to drag from the bar and returns when that has ended; the bar's thread has an OleThread.
+  void OLEDrag() { OleDrag(dragEvents_); }
 
-  /// Presses the button that has this access key: the key with Alt, as the container's message loop sees it.
-  /// False when no button has it.
+  /// Presses the button that has this access key: the character, as typed with Alt, that the container's
+  /// message loop sees. It is compared as it is with the keys, which are lower-case letters. False when no
+  /// button has it.
   bool AccessKeyPress(char key);
   /// Does what a click on the button would; for assistive programs.
   void DoDefaultAction(int index) { Apply(input_.DoDefaultAction(index)); }
+
+  /// The bar's device context, the same for its whole life; it needs no release.
+  HDC hDC() const { return GetDC(hWnd()); }
+  /// Shows a menu of the system's at a place in client pixels and returns the chosen command, 0 for none.
+  int PopupMenu(HMENU menu, Point at) const;
 
   void ShowAboutBox() const;
 
@@ -132,12 +152,17 @@ class BnCommandBar : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  void Apply(const BarChange& change);
+  /// False when an event that came of it has ended the bar: then nothing of it is to be touched any more.
+  bool Apply(const BarChange& change);
   void Apply(BarReaction reaction);
   void ApplyEffect(const BarEffect::Any& effect);
   void Raise(BarButtonEvent event, int button);
   void Raise(BarMouseEvent event, const BarMouse& mouse);
-  void PropertyChanged(const char* name);
+  bool PropertyChanged(const char* name);
+  /// Calls a handler, which may end the bar together with the handler itself; false when it did.
+  template <class Handler, class... Arguments>
+  bool Call(const Handler& handler, const Arguments&... arguments);
+  void AnnounceStates();
 
   BarMetrics Metrics() const;
   void MakeFont();
@@ -149,6 +174,7 @@ class BnCommandBar : public Window {
   BarStyle Style() const;
   void tHitTest_Timer();
   bool SetPointer() const;
+  void FollowOLEDropMode();
 
   Services services_;
   Events events_;
@@ -164,7 +190,15 @@ class BnCommandBar : public Window {
   CommandBarAccessible accessibleItems_{*this};
   AccessibleList accessible_{*this, accessibleItems_};
   int lineHeight_ = 0;
-  bool showsTip_ = false;  ///< The tip that is up is this bar's.
+  bool showsTip_ = false;                     ///< The tip that is up is this bar's.
+  std::map<ButtonId, LONG> announcedStates_;  ///< What assistive programs were last told of each button.
+  /// Those of `events_` that a drag raises; it may outlast the bar and is given up then.
+  std::shared_ptr<const OleDragEvents> dragEvents_ =
+      std::make_shared<const OleDragEvents>(OleDragEvents{.OLEStartDrag = events_.OLEStartDrag,
+                                                          .OLESetData = events_.OLESetData,
+                                                          .OLEGiveFeedback = events_.OLEGiveFeedback,
+                                                          .OLECompleteDrag = events_.OLECompleteDrag});
+  OleDropTarget dropTarget_;
   std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
 };
 

@@ -78,7 +78,11 @@ void frmTip::PassClickOn(UINT message, WPARAM wParam, POINT place) {
   Hide();
   ClientToScreen(hWnd(), &place);
   const HWND beneath = WindowFromPoint(place);
-  if (beneath == nullptr) return;
+  // Another program's window, or a scroll bar, is not what the tip stands for.
+  if (beneath == nullptr || GetWindowThreadProcessId(beneath, nullptr) != GetCurrentThreadId()) return;
+  const bool inClientArea = SendMessageA(beneath, WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y)) == HTCLIENT;
+  if (!inClientArea) return;
+  SetActiveWindow(GetAncestor(beneath, GA_ROOT));
   ScreenToClient(beneath, &place);
   PostMessageA(beneath, message, wParam, MAKELPARAM(place.x, place.y));
 }
@@ -94,6 +98,7 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return MA_NOACTIVATE;
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
       PassClickOn(message, wParam, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
       return 0;
     default:
