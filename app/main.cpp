@@ -7,6 +7,7 @@
 #include "platform/Com.h"
 #include "platform/Registry32.h"
 #include "platform/Win32Text.h"
+#include "ui/commandbar/OleDragDrop.h"
 #include "ui/commandbar/SoundEffects.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/frmAddIn.h"
@@ -50,6 +51,7 @@ class Application {
 
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/, int /*show*/) {
   const ComApartment apartment;  // assistive programs reach the windows through it
+  const OleThread dragging;      // what is dragged out of toolbars and onto them
   InitCommonControls();
   Application application;
   return application.Run(StartModeFromArguments(CommandLineArguments()));

@@ -50,7 +50,8 @@ class BnCommandBar : public Window {
     std::function<void(OleData& data, DWORD& allowedEffects)> OLEStartDrag{};
     std::function<void(OleData& data, CLIPFORMAT format)> OLESetData{};
     std::function<void(DWORD effect, bool& defaultCursors)> OLEGiveFeedback{};
-    std::function<void(OleData& data, DWORD& effect, const BarMouse& mouse, OleDragState state)> OLEDragOver{};
+    std::function<void(OleData& data, DWORD& effect, const BarMouse& mouse, OleDragState state)>
+        OLEDragOver{};
     std::function<void(OleData& data, DWORD& effect, const BarMouse& mouse)> OLEDragDrop{};
     std::function<void(DWORD effect)> OLECompleteDrag{};
     std::function<void()> Resize{};
