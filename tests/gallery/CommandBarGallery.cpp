@@ -33,6 +33,7 @@ const std::vector<Row> kRows = {
     {"push, picture", ButtonType::Push, DisplayType::Picture},
     {"push, caption", ButtonType::Push, DisplayType::Caption},
     {"push, both", ButtonType::Push, DisplayType::PictureAndCaption},
+    {"menu, picture", ButtonType::Menu, DisplayType::Picture},
     {"menu, caption", ButtonType::Menu, DisplayType::Caption},
     {"menu, both", ButtonType::Menu, DisplayType::PictureAndCaption},
     {"toggle, picture", ButtonType::Toggle, DisplayType::Picture},
