@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "platform/ComObject.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -88,30 +89,10 @@ bool Start(Pointer* result) {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 /// What clients hold. It outlives the window when they do, and knows by then that it has none.
-class AccessibleList::Object final : public IAccessible {
+class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
  public:
   Object(HWND window, AccessibleItems& items) : window_(window), items_(&items) {}
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
-
   void Disconnect() { items_ = nullptr; }
-
-  // IUnknown.
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (!Start(object)) return E_POINTER;
-    if (iid != __uuidof(IUnknown) && iid != __uuidof(IDispatch) && iid != __uuidof(IAccessible)) {
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IAccessible*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) delete this;
-    return static_cast<ULONG>(left);
-  }
 
   // IDispatch, by the platform's own description of IAccessible.
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
@@ -372,7 +353,6 @@ class AccessibleList::Object final : public IAccessible {
     return Start(text) ? NotSupported(child) : E_POINTER;
   }
 
-  LONG references_ = 1;
   HWND window_;
   AccessibleItems* items_;  ///< Null once the window is gone.
 };

@@ -11,8 +11,8 @@ class TipWindow {
  public:
   virtual ~TipWindow() = default;
 
-  /// Shows `text`; an empty one does nothing. `x` and `y` are the tip's left and top in screen pixels; 0 stands
-  /// for the pointer's x, and for a place 20 pixels below the pointer.
+  /// Shows `text`; an empty one does nothing. `x` and `y` are the tip's left and top in screen pixels; 0
+  /// stands for the pointer's x, and for a place 20 pixels below the pointer.
   virtual void ShowTip(const std::string& text, int x, int y) = 0;
   virtual void Hide() = 0;
   virtual bool Visible() const = 0;

@@ -28,8 +28,9 @@ class Gallery : public Window {
     if (!Create({.className = "MenuGallery",
                  .title = "Menu gallery",
                  .style = WS_OVERLAPPEDWINDOW,
-                 .place = {20, 20, 420, 300},
-                 .iconId = IDI_SNIPSTORE})) {
+                 .place = {20, 20, 420, 340},
+                 .iconId = IDI_SNIPSTORE,
+                 .background = COLOR_BTNSHADOW})) {
       return false;
     }
     ShowWindow(hWnd(), SW_SHOWNORMAL);

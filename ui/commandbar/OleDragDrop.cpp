@@ -12,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/ComObject.h"
 #include "platform/Handle.h"
 
 namespace snip {
@@ -114,36 +115,6 @@ HRESULT Guarded(const Action& action) noexcept {
 // Interfaces of COM have no virtual destructor: their objects end themselves.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
-/// An object with one interface besides IUnknown, made with the first reference.
-template <class Interface>
-class ComObject : public Interface {
- public:
-  ComObject(const ComObject&) = delete;
-  ComObject& operator=(const ComObject&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    *object = nullptr;
-    if (iid != __uuidof(IUnknown) && iid != __uuidof(Interface)) return E_NOINTERFACE;
-    *object = static_cast<Interface*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&references_)); }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) delete this;
-    return static_cast<ULONG>(left);
-  }
-
- protected:
-  ComObject() = default;
-  virtual ~ComObject() = default;
-
- private:
-  LONG references_ = 1;
-};
 
 BarMouse MouseOf(HWND window, DWORD keys, POINTL screen) {
   int button = 0;

@@ -1,0 +1,97 @@
+#include "ui/menu/MenuPainter.h"
+
+#include "platform/Drawing.h"
+#include "platform/Handle.h"
+#include "platform/OleColor.h"
+
+namespace snip {
+namespace {
+
+constexpr OLE_COLOR kPictureMask = 0xC0C0C0;
+constexpr int kPictureSide = 16;
+
+COLORREF ColorOf(MenuColor color) {
+  return GetSysColor(static_cast<int>(color));
+}
+
+}  // namespace
+
+void MenuPainter::Draw(Size client) const {
+  FillArea(dc_, {0, 0, client.width, client.height}, ColorOf(MenuColor::ButtonFace));
+  for (int index = 0; index < items_.iCount(); ++index) DrawItem(index);
+  DrawDragBar();
+}
+
+void MenuPainter::DrawItem(int index) const {
+  const MenuItem& item = *items_.Find(index);
+  if (item.IsSeparator()) {
+    DrawSeparator(index);
+    return;
+  }
+  const MenuItemLook look = LookOf({.hot = view_.hot == index,
+                                    .enabled = item.Enabled,
+                                    .hasPicture = item.Picture != nullptr,
+                                    .floating = view_.mode.floating});
+  FillArea(dc_, layout_.Row(index), ColorOf(look.background));
+  DrawFrame(index, look);
+  if (item.Picture) DrawPicture(index, *item.Picture, look.embossed);
+  DrawCaption(index, item.Caption, look);
+}
+
+void MenuPainter::DrawSeparator(int index) const {
+  const MenuLayout::SeparatorLines lines = layout_.Separator(index);
+  FillArea(dc_, lines.shadow, ColorOf(MenuColor::ButtonShadow));
+  FillArea(dc_, lines.highlight, ColorOf(MenuColor::ButtonHighlight));
+}
+
+void MenuPainter::DrawFrame(int index, const MenuItemLook& look) const {
+  if (look.frame == MenuFrame::None) return;
+  const Rect area = look.frame == MenuFrame::Row ? layout_.Row(index) : layout_.PictureCell(index);
+  FillArea(dc_, {area.left, area.top, 1, area.height}, ColorOf(look.light));
+  FillArea(dc_, {area.left, area.top, area.width, 1}, ColorOf(look.light));
+  FillArea(dc_, {area.right() - 1, area.top, 1, area.height}, ColorOf(look.dark));
+  FillArea(dc_, {area.left, area.bottom() - 1, area.width, 1}, ColorOf(look.dark));
+}
+
+void MenuPainter::DrawPicture(int index, const Picture& picture, bool embossed) const {
+  const Point at = layout_.PictureOrigin(index);
+  if (embossed) {
+    effects_.PaintDisabledStdPic(dc_, at.x, at.y, kPictureSide, kPictureSide, &picture, 0, 0, kPictureMask,
+                                 SystemColor(COLOR_BTNHIGHLIGHT), SystemColor(COLOR_BTNSHADOW));
+  } else {
+    effects_.PaintTransparentStdPic(dc_, at.x, at.y, kPictureSide, kPictureSide, &picture, 0, 0,
+                                    kPictureMask);
+  }
+}
+
+void MenuPainter::DrawCaption(int index, const std::string& caption, const MenuItemLook& look) const {
+  const SelectedObject font(dc_, view_.font);
+  const int previousMode = SetBkMode(dc_, TRANSPARENT);
+  const COLORREF previousColor = GetTextColor(dc_);
+  const Rect area = layout_.Caption(index);
+  const auto draw = [&](int shift, MenuColor color) {
+    RECT bounds{area.left + shift, area.top + shift, area.right() + shift, area.bottom() + shift};
+    SetTextColor(dc_, ColorOf(color));
+    DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE | DT_VCENTER);
+  };
+  if (look.embossed) {
+    draw(1, look.light);
+    draw(0, look.dark);
+  } else {
+    draw(0, look.text);
+  }
+  SetTextColor(dc_, previousColor);
+  SetBkMode(dc_, previousMode);
+}
+
+void MenuPainter::DrawDragBar() const {
+  if (!view_.mode.allowDetach) return;
+  FillArea(dc_, layout_.DragBar(),
+           ColorOf(DragBarColor(view_.hot == MenuHot::kDragBar, view_.mode.floating)));
+  if (!view_.mode.floating) return;
+  const Rect box = layout_.CloseBox();
+  RECT bounds{box.left, box.top, box.right(), box.bottom()};
+  DrawFrameControl(dc_, &bounds, DFC_CAPTION, DFCS_CAPTIONCLOSE | (view_.closeBoxPushed ? DFCS_PUSHED : 0U));
+}
+
+}  // namespace snip

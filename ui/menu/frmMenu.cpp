@@ -1,0 +1,477 @@
+#include "ui/menu/frmMenu.h"
+
+#include <windowsx.h>
+
+#include <type_traits>
+#include <utility>
+#include <variant>
+
+#include "platform/Drawing.h"
+#include "platform/Handle.h"
+#include "platform/ScreenTwips.h"
+#include "ui/menu/MenuPainter.h"
+
+namespace snip {
+namespace {
+
+constexpr UINT_PTR kCloseTimer = 1;
+constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+
+int ButtonOf(UINT message) {
+  switch (message) {
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+      return MouseButton::kRight;
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+      return MouseButton::kMiddle;
+    default:
+      return MouseButton::kLeft;
+  }
+}
+
+int HeldButtons(WPARAM keys) {
+  return ((keys & MK_LBUTTON) != 0 ? MouseButton::kLeft : 0) |
+         ((keys & MK_RBUTTON) != 0 ? MouseButton::kRight : 0) |
+         ((keys & MK_MBUTTON) != 0 ? MouseButton::kMiddle : 0);
+}
+
+MenuMouse MouseArguments(HWND window, int button, WPARAM keys, LPARAM lParam) {
+  POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+  const Point at{screen.x, screen.y};
+  ClientToScreen(window, &screen);
+  return {button, (keys & MK_SHIFT) != 0, at, {screen.x, screen.y}};
+}
+
+Point Pointer() {
+  POINT pointer{};
+  GetCursorPos(&pointer);
+  return {pointer.x, pointer.y};
+}
+
+}  // namespace
+
+frmMenu::frmMenu(std::string name, Services services, Events events)
+    : name_(std::move(name)), services_(std::move(services)), events_(std::move(events)) {
+  ResetInfo();
+}
+
+frmMenu::~frmMenu() {
+  alive_.reset();
+  destroying_ = true;
+  ReleaseParts();
+  Destroy();
+}
+
+void frmMenu::Clear() {
+  items_.Clear();
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+  RepaintAll();
+}
+
+void frmMenu::Add(const std::string& Caption, bool bEnabled, bool bChecked,
+                  std::shared_ptr<const Picture> pPicture, std::int32_t ID) {
+  items_.Add({.Caption = Caption,
+              .Checked = bChecked,
+              .Enabled = bEnabled,
+              .Picture = std::move(pPicture),
+              .ID = ID},
+             metrics_, [this](std::string_view text) { return TextWidth(text); });
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+  RepaintAll();
+}
+
+void frmMenu::SetIEnabled(int Index, bool enabled) {
+  if (items_.Find(Index) == nullptr) return;
+  items_.SetIEnabled(Index, enabled);
+  accessible_.Notify(EVENT_OBJECT_STATECHANGE, Index);
+  RepaintAll();
+}
+
+void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
+  owner_ = MsgWnd != nullptr ? GetAncestor(MsgWnd, GA_ROOT) : nullptr;
+  watch_.Start(owner_, [this](UINT message, WPARAM wParam) { OwnerMessage(message, wParam); });
+  lastMove_.reset();
+  Apply(input_.Popup({.X = X,
+                      .Y = Y,
+                      .AllowDetach = AllowDetach,
+                      .cursor = Pointer(),
+                      .screen = {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}}));
+}
+
+void frmMenu::Unload() {
+  Apply(input_.QueryUnload(CloseReason::Code));
+}
+
+void frmMenu::ResetInfo() {
+  const WindowDC screen(nullptr);
+  const SelectedObject font(screen.get(), Font());
+  SIZE size{};
+  GetTextExtentPoint32A(screen.get(), "Qq", 2, &size);
+  metrics_ = snip::ResetInfo(static_cast<int>(size.cy), ScreenTwips());
+}
+
+void frmMenu::SetFont(HFONT font) {
+  font_ = font;
+  ResetInfo();
+  RepaintAll();
+}
+
+bool frmMenu::PreTranslate(const MSG& message) {
+  if (input_.State() != MenuState::Docked) return false;
+  switch (message.message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      Apply(input_.KeyDown(static_cast<MenuKey>(message.wParam)));
+      return true;
+    case WM_MOUSEWHEEL:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void frmMenu::Apply(MenuReaction reaction) {
+  // An event may end the menu: then nothing of it is touched any more. That its window is gone means nothing:
+  // the menu still has to report what it owes.
+  const std::weak_ptr<const bool> alive = alive_;
+  for (;;) {
+    for (const MenuEffect::Any& effect : reaction.effects) {
+      ApplyEffect(effect);
+      if (alive.expired()) return;
+    }
+    if (!reaction.then) return;
+    reaction = std::function<MenuReaction()>(std::move(reaction.then))();
+  }
+}
+
+void frmMenu::ApplyEffect(const MenuEffect::Any& effect) {
+  std::visit(
+      [this](const auto& asked) {
+        using Effect = std::decay_t<decltype(asked)>;
+        // Events are called by a copy: the handler may end the menu, and its own members with it.
+        if constexpr (std::is_same_v<Effect, MenuEffect::PaintRow>) {
+          if (asked.index < items_.iCount()) Repaint(input_.Layout().Row(asked.index));
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::PaintDragBar> ||
+                             std::is_same_v<Effect, MenuEffect::PaintCloseBox>) {
+          Repaint(input_.Layout().DragBar());
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::PaintAll>) {
+          RepaintAll();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseSelected>) {
+          if (accessibleItems_.FocusedItem()) accessible_.Notify(EVENT_OBJECT_FOCUS, input_.HotItem());
+          if (const auto handler = events_.Selected) handler(asked.ID);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseClicked>) {
+          if (const auto handler = events_.Clicked) handler(asked.ID);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseHideMenu>) {
+          if (const auto handler = events_.HideMenu) handler();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::PlaySystemSound>) {
+          services_.sounds.PlaySystemSound(asked.index);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::PlayOfficeSound>) {
+          services_.sounds.PlayOfficeSound(asked.eventName);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::Load>) {
+          LoadForm();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::Unfold>) {
+          Unfold(asked.unfolding);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::Hide>) {
+          ShowWindow(hWnd(), SW_HIDE);
+          AnnounceEnd();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeOwned>) {
+          // Not topmost any more before it is owned: not every system takes an owned window out of the
+          // topmost ones while another of its owner's windows, like a tip, is among them.
+          DropTopmost();
+          BecomeOwned();
+          AnnounceEnd();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeUnowned>) {
+          BecomeUnowned();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::DropTopmost>) {
+          DropTopmost();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::SetHeight>) {
+          SetHeight(asked.height);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::StartSystemDrag>) {
+          SendMessageA(hWnd(), WM_NCLBUTTONDOWN, HTCAPTION, MAKELPARAM(asked.screen.x, asked.screen.y));
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::RunPendingEvents>) {
+          RunPendingEvents();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::ReleaseParts>) {
+          ReleaseParts();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::Destroy>) {
+          if (!destroying_) Destroy();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::TakeCapture>) {
+          SetCapture(hWnd());
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::ReleaseCapture>) {
+          ::ReleaseCapture();
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::PostClick>) {
+          PostClick(asked);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::StartTimer>) {
+          if (hWnd() != nullptr) SetTimer(hWnd(), kCloseTimer, MenuInput::kCloseInterval, nullptr);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::StopTimer>) {
+          KillTimer(hWnd(), kCloseTimer);
+        } else if constexpr (std::is_same_v<Effect, MenuEffect::ShowTip>) {
+          if (tip_) tip_->ShowTip(std::string(asked.text), 0, 0);
+        } else {
+          static_assert(std::is_same_v<Effect, MenuEffect::HideTip>);
+          if (tip_) tip_->Hide();
+        }
+      },
+      effect);
+}
+
+void frmMenu::LoadForm() {
+  ResetInfo();
+  if (!painter_) painter_.emplace();
+  if (!tip_ && services_.makeTip) tip_ = services_.makeTip(owner_);
+  if (hWnd() != nullptr && !destroying_) return;
+  tracksLeave_ = false;
+  // A window that somebody else is just destroying cannot be replaced before it is gone.
+  const bool made = hWnd() == nullptr &&
+                    Create({.className = "frmMenu",
+                            .title = name_.c_str(),
+                            .style = WS_POPUP,
+                            .exStyle = WS_EX_TOOLWINDOW,
+                            .place = {},
+                            // No CS_DBLCLKS: the second press of a double click is a press like any other.
+                            .classStyle = CS_HREDRAW | CS_VREDRAW | CS_SAVEBITS | CS_DROPSHADOW});
+  if (!made) {
+    // Tells the owner that there is no drop-down, and leaves the menu ready for another try.
+    Apply(input_.Unload());
+    return;
+  }
+  destroying_ = false;
+  // It cannot be made as a child window: it would have to have a parent.
+  SetStyle(WS_POPUP, WS_CHILD);
+}
+
+void frmMenu::SetStyle(DWORD without, DWORD with) {
+  const auto style = static_cast<DWORD>(GetWindowLongA(hWnd(), GWL_STYLE));
+  SetWindowLongA(hWnd(), GWL_STYLE, static_cast<LONG>((style & ~without) | with));
+}
+
+/// The system never activates a window that looks like a child window, but it hides and shows only pop-up
+/// windows along with their owner. So a menu is the one while it is docked and the other when it is torn off.
+void frmMenu::BecomeOwned() {
+  SetStyle(WS_CHILD, WS_POPUP);
+  SetWindowLongPtrA(hWnd(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner_));
+}
+
+void frmMenu::DropTopmost() {
+  SetWindowPos(hWnd(), HWND_NOTOPMOST, 0, 0, 0, 0, kPlaceOnly);
+}
+
+void frmMenu::BecomeUnowned() {
+  if (hWnd() == nullptr || destroying_) return;
+  SetWindowLongPtrA(hWnd(), GWLP_HWNDPARENT, 0);
+  SetStyle(WS_POPUP, WS_CHILD);
+}
+
+void frmMenu::Unfold(const Unfolding& unfolding) {
+  const Point corner = unfolding.corner;
+  MoveTo(hWnd(), {corner.x, corner.y, 0, 0});
+  ShowWindow(hWnd(), SW_SHOWNORMAL);
+  SetWindowPos(hWnd(), HWND_TOPMOST, 0, 0, 0, 0, kPlaceOnly);
+  for (const Size& size : unfolding.sizes) {
+    Sleep(Unfolding::kStepMilliseconds);
+    MoveTo(hWnd(), {corner.x, corner.y, size.width, size.height});
+    UpdateWindow(hWnd());
+  }
+  announced_ = true;
+  accessible_.Notify(EVENT_SYSTEM_MENUPOPUPSTART);
+}
+
+void frmMenu::SetHeight(int height) {
+  RECT place{};
+  GetWindowRect(hWnd(), &place);
+  SetWindowPos(hWnd(), nullptr, 0, 0, place.right - place.left, height,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void frmMenu::RunPendingEvents() {
+  if (destroying_) return;
+  const std::weak_ptr<const bool> alive = alive_;
+  MSG message{};
+  while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    if (message.message == WM_QUIT) {
+      // For the loop that this one runs in.
+      PostQuitMessage(static_cast<int>(message.wParam));
+      return;
+    }
+    if (!PreTranslate(message)) {
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    if (alive.expired()) return;
+  }
+}
+
+void frmMenu::ReleaseParts() {
+  watch_.Stop();
+  tip_.reset();
+  painter_.reset();
+}
+
+void frmMenu::PostClick(const MenuEffect::PostClick& click) const {
+  POINT place{click.screen.x, click.screen.y};
+  const HWND target = WindowFromPoint(place);
+  if (target == nullptr) return;
+  ScreenToClient(target, &place);
+  PostMessageA(target, click.message, click.keys, MAKELPARAM(place.x, place.y));
+}
+
+void frmMenu::Repaint(const Rect& area) const {
+  const RECT bounds{area.left, area.top, area.right(), area.bottom()};
+  if (hWnd() != nullptr) RedrawWindow(hWnd(), &bounds, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+void frmMenu::RepaintAll() const {
+  if (hWnd() != nullptr) RedrawWindow(hWnd(), nullptr, nullptr, RDW_INVALIDATE);
+}
+
+void frmMenu::AnnounceEnd() {
+  if (std::exchange(announced_, false)) accessible_.Notify(EVENT_SYSTEM_MENUPOPUPEND);
+}
+
+void frmMenu::Form_Paint() {
+  const PaintDC paint(hWnd());
+  const Size client = ClientSize(hWnd());
+  if (!painter_ || client.width <= 0 || client.height <= 0) return;
+  // Beside the screen and then shown in one go, so that nothing flickers.
+  const Canvas canvas(client);
+  const MenuLayout layout = input_.Layout();
+  const MenuView view{.mode = input_.Mode(),
+                      .hot = input_.HotItem(),
+                      .closeBoxPushed = input_.CloseBoxPushed(),
+                      .font = Font()};
+  MenuPainter(canvas.dc(), items_, layout, view, *painter_).Draw(client);
+  BitBlt(paint.get(), 0, 0, client.width, client.height, canvas.dc(), 0, 0, SRCCOPY);
+}
+
+void frmMenu::Form_MouseMove(const MenuMouse& mouse, WPARAM keys) {
+  // Windows that come and go make the system report a pointer that has not moved; it must not take the hot
+  // item away from the arrow keys.
+  const LastMove move{mouse.screen, keys};
+  if (lastMove_ == move) return;
+  lastMove_ = move;
+  if (!tracksLeave_ && input_.State() == MenuState::Floating) {
+    TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hWnd(), 0};
+    tracksLeave_ = TrackMouseEvent(&track) != FALSE;
+  }
+  Apply(input_.MouseMove(mouse));
+}
+
+void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
+  switch (message) {
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        Apply(input_.Deactivated());
+      } else if (input_.State() == MenuState::Floating) {
+        // Not every system raises owned windows along with their owner.
+        SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
+      }
+      break;
+    case WM_ENABLE:
+      if (wParam == FALSE) Apply(input_.Deactivated());
+      break;
+    case WM_SIZE:
+      if (wParam == SIZE_MINIMIZED) Apply(input_.Deactivated());
+      break;
+    default:
+      break;
+  }
+}
+
+/// Somebody else destroys the window, as the system does with those of an owner that goes.
+void frmMenu::WindowGoes() {
+  if (destroying_) return;
+  destroying_ = true;
+  Apply(input_.Unload());
+}
+
+HFONT frmMenu::Font() const {
+  return font_ != nullptr ? font_ : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
+}
+
+int frmMenu::TextWidth(std::string_view text) const {
+  const WindowDC screen(nullptr);
+  const SelectedObject font(screen.get(), Font());
+  SIZE size{};
+  GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
+  return static_cast<int>(size.cx);
+}
+
+LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
+  switch (message) {
+    case WM_ERASEBKGND:
+      return 1;  // painting covers everything
+    case WM_PAINT:
+      Form_Paint();
+      return 0;
+    case WM_SIZE:
+      input_.Resized({LOWORD(lParam), HIWORD(lParam)});
+      return 0;
+    case WM_TIMER:
+      if (wParam == kCloseTimer) Apply(input_.tClose_Timer());
+      return 0;
+    case WM_MOUSEMOVE:
+      Form_MouseMove(MouseArguments(hWnd(), HeldButtons(wParam), wParam, lParam), wParam);
+      return 0;
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN:
+      Apply(input_.MouseDown(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam)));
+      return 0;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONUP:
+      Apply(input_.MouseUp(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam)));
+      return 0;
+    case WM_MOUSELEAVE:
+      tracksLeave_ = false;
+      lastMove_.reset();
+      Apply(input_.MouseLeave());
+      return 0;
+    case WM_MOUSEWHEEL:
+      return 0;
+    case WM_NCLBUTTONDOWN:
+      // What the system does, but for activating the window: the owner keeps the focus.
+      if (wParam != HTCAPTION) return Default(message, wParam, lParam);
+      SendMessageA(hWnd(), WM_SYSCOMMAND, SC_MOVE | HTCAPTION, lParam);
+      return 0;
+    case WM_CAPTURECHANGED:
+      if (reinterpret_cast<HWND>(lParam) != hWnd()) Apply(input_.CaptureLost());
+      return 0;
+    case WM_KEYDOWN:
+      Apply(input_.KeyDown(static_cast<MenuKey>(wParam)));
+      return 0;
+    case WM_WINDOWPOSCHANGING:
+      // Dragging raises the window, which must not take the focus from the owner.
+      reinterpret_cast<WINDOWPOS*>(lParam)->flags |= SWP_NOACTIVATE;
+      return Default(message, wParam, lParam);
+    case WM_MOUSEACTIVATE:
+      return MA_NOACTIVATE;
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) Apply(input_.Deactivated());
+      return 0;
+    case WM_ACTIVATEAPP:
+      if (wParam == FALSE) Apply(input_.Deactivated());
+      return 0;
+    case WM_KILLFOCUS:
+    case WM_DISPLAYCHANGE:
+      Apply(input_.Deactivated());
+      return 0;
+    case WM_SYSCOLORCHANGE:
+      RepaintAll();
+      return 0;
+    case WM_CLOSE:
+      Apply(input_.QueryUnload(CloseReason::ControlMenu));
+      return 0;
+    case WM_ENDSESSION:
+      if (wParam != FALSE) Apply(input_.QueryUnload(CloseReason::WindowsEnds));
+      return 0;
+    case WM_DESTROY:
+      WindowGoes();
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,152 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/AccessibleList.h"
+#include "platform/Geometry.h"
+#include "platform/TipWindow.h"
+#include "platform/Window.h"
+#include "ui/commandbar/PaintEffects.h"
+#include "ui/commandbar/SoundEffects.h"
+#include "ui/menu/MenuAccessible.h"
+#include "ui/menu/MenuEffects.h"
+#include "ui/menu/MenuInput.h"
+#include "ui/menu/MenuItems.h"
+#include "ui/menu/MenuMetrics.h"
+#include "ui/menu/OwnerWatch.h"
+
+namespace snip {
+
+/// A pop-up menu: a drop-down that can be torn off and then stays as a palette.
+///
+/// The object keeps the items and may be opened any number of times; its window exists from `Popup` until
+/// the menu is closed. The decisions are taken by MenuInput; this window decodes messages, applies the
+/// effects that come back, and paints.
+///
+/// A docked menu has the mouse but never the focus, so that the owner stays active and keeps its caret and
+/// selection. Keys go to the owner's focus, and the owner's message loop has to offer them to the menu:
+///
+///     if (menu.PreTranslate(message)) continue;
+class frmMenu : public Window {
+ public:
+  /// What the owner may react to. All are optional; any of them may change, open, unload or destroy the menu.
+  struct Events {
+    std::function<void(std::int32_t ID)> Clicked;
+    /// The pointer or an arrow key came to an item.
+    std::function<void(std::int32_t ID)> Selected;
+    /// The menu is no drop-down any more: it was torn off, is about to report a click, or was unloaded.
+    std::function<void()> HideMenu;
+  };
+
+  /// What the menu needs of others.
+  struct Services {
+    const SoundEffects& sounds;
+    /// Makes the tip of one opening, for the window that the menu was opened for. Without it, or when it
+    /// answers null, there is no tip.
+    std::function<std::unique_ptr<TipWindow>(HWND owner)> makeTip;
+  };
+
+  /// `name` is what assistive programs call the menu.
+  frmMenu(std::string name, Services services, Events events);
+  ~frmMenu() override;
+
+  void Clear();
+  /// Appends an item. An `ID` of MenuItem::kOwnIndex is the item's own place. `Caption` "-" is a separator.
+  void Add(const std::string& Caption, bool bEnabled, bool bChecked, std::shared_ptr<const Picture> pPicture,
+           std::int32_t ID = MenuItem::kOwnIndex);
+  std::int16_t iCount() const { return items_.iCount(); }
+  bool IEnabled(int Index) const { return items_.IEnabled(Index); }
+  void SetIEnabled(int Index, bool enabled);
+  bool IChecked(int Index) const { return items_.IChecked(Index); }
+  void SetIChecked(int Index, bool isChecked) { items_.SetIChecked(Index, isChecked); }
+
+  /// Opens the menu with its left top corner there, in twips of the screen; both -1 for the mouse pointer.
+  /// `MsgWnd` is a window of the owner; the top-level window that it lies in becomes the owner of a torn-off
+  /// menu. `AllowDetach` gives the menu the bar to tear it off by.
+  void Popup(int X, int Y, HWND MsgWnd, bool AllowDetach);
+  /// Closes the menu, docked or torn off. A closed menu does nothing.
+  void Unload();
+
+  /// Measures anew, for another font. Items that were added before keep the width they were measured with.
+  void ResetInfo();
+  /// The font stays the caller's; null is the system's own for windows.
+  void SetFont(HFONT font);
+
+  bool AllowRightClick() const { return input_.AllowRightClick; }
+  void SetAllowRightClick(bool allow) { input_.AllowRightClick = allow; }
+
+  /// For the owner's message loop: whether the message was for the docked menu and is done with. That is true
+  /// of every key that is pressed and of the wheel, wherever they would have gone.
+  bool PreTranslate(const MSG& message);
+
+  /// Does what a click on the item would; for assistive programs.
+  void DoDefaultAction(int index) { Apply(input_.DoDefaultAction(index)); }
+
+  const MenuItems& items() const { return items_; }
+  const MenuInput& input() const { return input_; }
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void Apply(MenuReaction reaction);
+  void ApplyEffect(const MenuEffect::Any& effect);
+
+  void LoadForm();
+  void SetStyle(DWORD without, DWORD with);
+  void BecomeOwned();
+  void BecomeUnowned();
+  void DropTopmost();
+  void Unfold(const Unfolding& unfolding);
+  void SetHeight(int height);
+  void RunPendingEvents();
+  void ReleaseParts();
+  void PostClick(const MenuEffect::PostClick& click) const;
+  void Repaint(const Rect& area) const;
+  void RepaintAll() const;
+  void AnnounceEnd();
+
+  void Form_Paint();
+  void Form_MouseMove(const MenuMouse& mouse, WPARAM keys);
+  void OwnerMessage(UINT message, WPARAM wParam);
+  void WindowGoes();
+  HFONT Font() const;
+  int TextWidth(std::string_view text) const;
+
+  std::string name_;
+  Services services_;
+  Events events_;
+  HFONT font_ = nullptr;
+  MenuItems items_;
+  MenuMetrics metrics_;
+  MenuInput input_{items_, metrics_};
+
+  HWND owner_ = nullptr;  ///< Of a torn-off menu; a top-level window.
+  OwnerWatch watch_;
+  std::unique_ptr<TipWindow> tip_;
+  std::optional<PaintEffects> painter_;
+
+  MenuAccessible accessibleItems_{*this};
+  AccessibleList accessible_{*this, accessibleItems_};
+  bool announced_ = false;  ///< Assistive programs were told that a menu is open.
+  bool destroying_ = false;
+  bool tracksLeave_ = false;
+
+  struct LastMove {
+    Point screen;
+    WPARAM keys = 0;
+    friend bool operator==(const LastMove&, const LastMove&) = default;
+  };
+  std::optional<LastMove> lastMove_;
+
+  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+}  // namespace snip
