@@ -28,6 +28,9 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
 
 Window::~Window() {
   Destroy();
+  // Still there when the object is deleted in the midst of its window's destruction, which goes on without
+  // it.
+  if (hWnd_ != nullptr) SetWindowLongPtrA(hWnd_, GWLP_USERDATA, 0);
 }
 
 void Window::Destroy() {

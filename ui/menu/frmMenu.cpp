@@ -14,6 +14,7 @@
 namespace snip {
 namespace {
 
+constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which came after the system this is built for.
 constexpr UINT_PTR kCloseTimer = 1;
 constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 
@@ -89,6 +90,9 @@ void frmMenu::SetIEnabled(int Index, bool enabled) {
 }
 
 void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
+  // Asked for while the window is being destroyed, as by an owner that goes: there is nothing to show it
+  // with.
+  if (destroying_ && hWnd() != nullptr) return;
   owner_ = MsgWnd != nullptr ? GetAncestor(MsgWnd, GA_ROOT) : nullptr;
   watch_.Start(owner_, [this](UINT message, WPARAM wParam) { OwnerMessage(message, wParam); });
   lastMove_.reset();
@@ -125,6 +129,7 @@ bool frmMenu::PreTranslate(const MSG& message) {
       Apply(input_.KeyDown(static_cast<MenuKey>(message.wParam)));
       return true;
     case WM_MOUSEWHEEL:
+    case kMouseTiltWheel:
       return true;
     default:
       return false;
@@ -188,6 +193,10 @@ void frmMenu::ApplyEffect(const MenuEffect::Any& effect) {
         } else if constexpr (std::is_same_v<Effect, MenuEffect::SetHeight>) {
           SetHeight(asked.height);
         } else if constexpr (std::is_same_v<Effect, MenuEffect::StartSystemDrag>) {
+          // The system's move ends with the release of the left button only: without it held, the menu would
+          // stick to the pointer.
+          const int leftButton = GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
+          if (GetAsyncKeyState(leftButton) >= 0) return;
           SendMessageA(hWnd(), WM_NCLBUTTONDOWN, HTCAPTION, MAKELPARAM(asked.screen.x, asked.screen.y));
         } else if constexpr (std::is_same_v<Effect, MenuEffect::RunPendingEvents>) {
           RunPendingEvents();
@@ -372,6 +381,13 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
     case WM_SIZE:
       if (wParam == SIZE_MINIMIZED) Apply(input_.Deactivated());
       break;
+    case WM_SHOWWINDOW:
+      if (wParam == FALSE) Apply(input_.Deactivated());
+      break;
+    case WM_DESTROY:
+      owner_ = nullptr;
+      Apply(input_.Deactivated());
+      break;
     default:
       break;
   }
@@ -429,6 +445,7 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Apply(input_.MouseLeave());
       return 0;
     case WM_MOUSEWHEEL:
+    case kMouseTiltWheel:
       return 0;
     case WM_NCLBUTTONDOWN:
       // What the system does, but for activating the window: the owner keeps the focus.
