@@ -309,7 +309,7 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   }
 
  private:
-  ~Object() = default;
+  ~Object() override = default;
 
   static bool IsDirection(LONG direction) { return direction > NAVDIR_MIN && direction < NAVDIR_MAX; }
 
