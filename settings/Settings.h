@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace snip {
+
+/// The two groups that the stored values lie in.
+namespace SettingsSection {
+constexpr const char* kSettings = "Settings";
+constexpr const char* kPosition = "Position";
+}  // namespace SettingsSection
+
+/// The names of the stored values.
+namespace SettingName {
+constexpr const char* kKeepOnTop = "KeepOnTop";
+constexpr const char* kAllowMenuDrag = "AllowMenuDrag";
+constexpr const char* kUseSounds = "UseSounds";
+constexpr const char* kMinimizeOnView = "MinimizeOnView";
+constexpr const char* kSnippetTips = "SnippetTips";
+constexpr const char* kFontName = "FontName";
+constexpr const char* kFontSize = "FontSize";
+constexpr const char* kColorSyntax = "ColorSyntax";
+constexpr const char* kTop = "Top";
+constexpr const char* kLeft = "Left";
+constexpr const char* kWidth = "Width";
+constexpr const char* kHeight = "Height";
+}  // namespace SettingName
+
+/// Reads a value's text without blanks around it, empty when it is missing; writes one.
+using ReadSetting = std::function<std::string(const char* section, const char* name)>;
+using SaveSetting = std::function<void(const char* section, const char* name, const std::string& text)>;
+
+/// What is stored, as it reads; as it stands here, what an empty store gives.
+struct Settings {
+  bool KeepOnTop = false;
+  bool AllowMenuDrag = true;
+  bool UseSounds = true;
+  bool MinimizeOnView = true;
+  bool SnippetTips = true;
+  std::optional<std::string> FontName{};  ///< Without one the window's own font stays.
+  std::optional<double> FontSize{};       ///< In points; may be a size that no font has.
+  std::int32_t ColorSyntax = 1;           ///< State of the toggle button: 0 is off.
+  double Top = 0;                         ///< In twips, as are the others; may be off the screen.
+  double Left = 0;
+  std::optional<std::int32_t> Width{};  ///< Without them the window's own size stays.
+  std::optional<std::int32_t> Height{};
+  friend bool operator==(const Settings&, const Settings&) = default;
+};
+
+Settings ReadSettings(const ReadSetting& read);
+
+/// What is only stored when the window goes; states are those of the toggle buttons, places are in twips.
+struct WindowSettings {
+  std::int32_t KeepOnTop = 0;
+  std::int32_t ColorSyntax = 0;
+  double Top = 0;
+  double Left = 0;
+  double Width = 0;
+  double Height = 0;
+};
+
+void SaveWindowSettings(const WindowSettings& settings, const SaveSetting& save);
+
+}  // namespace snip

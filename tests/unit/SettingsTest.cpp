@@ -1,0 +1,144 @@
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "settings/Settings.h"
+#include "settings/SettingsText.h"
+
+namespace snip::test {
+namespace {
+
+using Values = std::map<std::string, std::string>;
+
+Settings Read(const Values& values) {
+  return ReadSettings([&](const char* section, const char* name) {
+    const auto found = values.find(std::string(section) + "\\" + name);
+    return found == values.end() ? std::string() : found->second;
+  });
+}
+
+TEST(Settings, AnEmptyStoreGivesTheDefaults) {
+  EXPECT_EQ(Read({}), Settings());
+  const Settings first;
+  EXPECT_FALSE(first.KeepOnTop);
+  EXPECT_TRUE(first.AllowMenuDrag && first.UseSounds && first.MinimizeOnView && first.SnippetTips);
+  EXPECT_EQ(first.ColorSyntax, 1);
+  EXPECT_EQ(first.Top, 0);
+  EXPECT_FALSE(first.Width || first.Height || first.FontName || first.FontSize);
+}
+
+TEST(Settings, TheTextsOfSwitches) {
+  struct Case {
+    const char* text;
+    bool pin;   ///< KeepOnTop
+    bool flag;  ///< The four check boxes.
+  };
+  for (const auto& [text, pin, flag] : std::vector<Case>{{"1", true, true},
+                                                         {"-1", false, true},
+                                                         {"0", false, false},
+                                                         {"", false, true},
+                                                         {"True", false, true},
+                                                         {"False", false, true},
+                                                         {"no", false, true},
+                                                         {"00", false, true}}) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(Read({{"Settings\\KeepOnTop", text}}).KeepOnTop, pin);
+    EXPECT_EQ(Read({{"Settings\\AllowMenuDrag", text}}).AllowMenuDrag, flag);
+    EXPECT_EQ(Read({{"Settings\\UseSounds", text}}).UseSounds, flag);
+    EXPECT_EQ(Read({{"Settings\\MinimizeOnView", text}}).MinimizeOnView, flag);
+    EXPECT_EQ(Read({{"Settings\\SnippetTips", text}}).SnippetTips, flag);
+  }
+  EXPECT_EQ(FlagText(true), "-1");
+  EXPECT_EQ(FlagText(false), "0");
+}
+
+TEST(Settings, TheTextsOfNumbers) {
+  struct Case {
+    const char* text;
+    double value;
+  };
+  for (const auto& [text, value] : std::vector<Case>{{"10", 10},
+                                                     {"9.75", 9.75},
+                                                     {"  12x", 12},
+                                                     {"-3.5 ", -3.5},
+                                                     {"+4", 4},
+                                                     {".5", 0.5},
+                                                     {"5.", 5},
+                                                     {"abc", 0},
+                                                     {"", 0},
+                                                     {"   ", 0},
+                                                     {"-", 0},
+                                                     {"--1", 0},
+                                                     {"- 1", 0},
+                                                     {"inf", 0},
+                                                     {"nan", 0},
+                                                     {"1e2", 100},
+                                                     {"1e999", 0},
+                                                     {"1,5", 1},
+                                                     {"0x10", 0}}) {
+    EXPECT_EQ(Val(text), value) << text;
+  }
+  for (const auto& [value, rounded] :
+       std::vector<std::pair<double, std::int32_t>>{{0.5, 0},
+                                                    {1.5, 2},
+                                                    {2.5, 2},
+                                                    {-0.5, 0},
+                                                    {-1.5, -2},
+                                                    {7.49, 7},
+                                                    {1e300, 2147483647},
+                                                    {-1e300, -2147483647 - 1}}) {
+    EXPECT_EQ(RoundHalfToEven(value), rounded) << value;
+  }
+  for (const auto& [value, text] : std::vector<std::pair<double, const char*>>{
+           {10, "10"}, {9.75, "9.75"}, {0, "0"}, {-45, "-45"}, {0.1, "0.1"}, {16000000, "16000000"}}) {
+    EXPECT_EQ(NumberText(value), text);
+  }
+}
+
+TEST(Settings, NumbersThatAreStored) {
+  EXPECT_EQ(Read({{"Settings\\ColorSyntax", "0"}}).ColorSyntax, 0);
+  EXPECT_EQ(Read({{"Settings\\ColorSyntax", "x"}}).ColorSyntax, 0);
+  EXPECT_EQ(Read({{"Settings\\ColorSyntax", "1.5"}}).ColorSyntax, 2);
+  EXPECT_EQ(Read({{"Settings\\FontSize", "9.75"}}).FontSize, 9.75);
+  EXPECT_EQ(Read({{"Settings\\FontSize", "large"}}).FontSize, 0.0);
+  EXPECT_EQ(Read({{"Settings\\FontName", "Arial"}}).FontName, "Arial");
+  EXPECT_EQ(Read({{"Position\\Top", "-600.5"}}).Top, -600.5);
+  EXPECT_EQ(Read({{"Position\\Left", "there"}}).Left, 0);
+  EXPECT_LT(Read({{"Position\\Left", "1e30"}}).Left, 1e6);
+  for (const char* extent : {"Width", "Height"}) {
+    const auto size = [&](const char* text) {
+      const Settings settings = Read({{std::string("Position\\") + extent, text}});
+      return extent == std::string("Width") ? settings.Width : settings.Height;
+    };
+    EXPECT_EQ(size("150"), std::nullopt);
+    EXPECT_EQ(size("150.5"), std::nullopt);
+    EXPECT_EQ(size("151"), 151);
+    EXPECT_EQ(size("-800"), std::nullopt);
+    EXPECT_EQ(size("abc"), std::nullopt);
+  }
+}
+
+TEST(Settings, WhatTheWindowStoresReadsBack) {
+  std::vector<std::string> order;
+  Values values;
+  SaveWindowSettings(
+      {.KeepOnTop = 1, .ColorSyntax = 0, .Top = -150, .Left = 7.5, .Width = 10800, .Height = 7200},
+      [&](const char* section, const char* name, const std::string& text) {
+        order.emplace_back(name);
+        values[std::string(section) + "\\" + name] = text;
+      });
+  EXPECT_EQ(order, (std::vector<std::string>{"KeepOnTop", "ColorSyntax", "Top", "Left", "Width", "Height"}));
+  Settings expected;
+  expected.KeepOnTop = true;
+  expected.ColorSyntax = 0;
+  expected.Top = -150;
+  expected.Left = 7.5;
+  expected.Width = 10800;
+  expected.Height = 7200;
+  EXPECT_EQ(Read(values), expected);
+}
+
+}  // namespace
+}  // namespace snip::test
