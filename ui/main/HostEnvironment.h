@@ -1,0 +1,56 @@
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+namespace snip {
+
+// The development environment as the main window sees it. Each operation may let other messages of the window
+// in while it waits for the environment, a disconnection among them; what an operation has returned stays
+// usable then, though it fails. Operations throw `HostError`.
+
+/// The environment could not do what it was asked; says why, in words for the user.
+class HostError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The environment is not there any more; its connection ends by itself.
+class HostGone : public HostError {
+ public:
+  using HostError::HostError;
+};
+
+/// A code window of the environment, with its module. Lines count from 1.
+class HostCodePane {
+ public:
+  virtual ~HostCodePane() = default;
+  /// The line on which the selection starts; without one, the line of the cursor.
+  virtual int SelectionStartLine() = 0;
+  /// Inserts `text`, lines separated by CR LF and no line end behind the last, as whole lines before a line.
+  virtual void InsertLines(int line, const std::string& text) = 0;
+  virtual void Show() = 0;
+};
+
+/// A module of a project.
+class HostModule {
+ public:
+  virtual ~HostModule() = default;
+  virtual void SetName(const std::string& name) = 0;
+  virtual std::unique_ptr<HostCodePane> CodePane() = 0;
+};
+
+class HostEnvironment {
+ public:
+  virtual ~HostEnvironment() = default;
+  /// Null when no code window is active.
+  virtual std::unique_ptr<HostCodePane> ActiveCodePane() = 0;
+  /// Adds a standard module to the active project, under a name that the environment chooses. Null when no
+  /// project is open.
+  virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
+  /// Brings the environment's window to the front.
+  virtual void Activate() = 0;
+};
+
+}  // namespace snip
