@@ -1,7 +1,9 @@
 #include "platform/Dialog.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "platform/Fonts.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -42,15 +44,50 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wParam, LP
       case WM_CLOSE:
         self->OnClose();
         return TRUE;
+      case WM_DESTROY:
+        self->OnDestroy();
+        return FALSE;
       case WM_NCDESTROY:
         self->hWnd_ = nullptr;
         return FALSE;
       default:
-        return FALSE;
+        return self->OnMessage(message, wParam, lParam);
     }
   } catch (...) {
     return FALSE;  // nothing may unwind through the system's frames
   }
+}
+
+INT_PTR Dialog::OnMessage(UINT, WPARAM, LPARAM) {
+  return FALSE;
+}
+
+void Dialog::UseFont(UniqueFont font) {
+  font_ = std::move(font);
+  character_ = CharacterSize(font_.get());
+}
+
+Rect Dialog::Pixels(const Rect& units) const {
+  return {Across(units.left), Down(units.top), Across(units.width), Down(units.height)};
+}
+
+HWND Dialog::Add(const char* className, const char* text, DWORD style, int id, const Rect& units,
+                 DWORD exStyle) {
+  return CreateControl(hWnd_, className, text, WS_VISIBLE | style, exStyle, id, font_.get(), Pixels(units));
+}
+
+HWND Dialog::AddLabel(const char* text, const Rect& units, int id) {
+  return Add("STATIC", text, SS_LEFT, id, units);
+}
+
+HWND Dialog::AddButton(const char* text, int id, const Rect& units, DWORD style) {
+  return Add("BUTTON", text, WS_TABSTOP | style, id, units);
+}
+
+HWND Dialog::AddDefaultButton(const char* text, int id, const Rect& units) {
+  const HWND button = AddButton(text, id, units, BS_DEFPUSHBUTTON);
+  SendMessageA(hWnd_, DM_SETDEFID, static_cast<WPARAM>(id), 0);
+  return button;
 }
 
 void Dialog::SizeAndCentre(Size client) {

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+#include "tests/windows/TestDesktop.h"
+
+namespace snip::test {
+
+/// An active window of this thread for dialogs to belong to.
+class TestOwner {
+ public:
+  TestOwner()
+      : window_(CreateWindowExA(0, "STATIC", "owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 600, 400,
+                                nullptr, nullptr, nullptr, nullptr)) {}
+  ~TestOwner() { DestroyWindow(window_); }
+  TestOwner(const TestOwner&) = delete;
+  TestOwner& operator=(const TestOwner&) = delete;
+  HWND get() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
+/// Waits until a modal window of that title takes input, lets `script` work on it and sees it close; the
+/// script has to close it. To be run beside the window's thread.
+inline void WorkOnModal(const std::string& title, const std::function<void(HWND)>& script) {
+  const HWND window = WaitForWindow(title);
+  ASSERT_NE(window, nullptr) << title;
+  EXPECT_TRUE(WaitUntil([&] { return IsForeground(window); }));
+  script(window);
+  if (WaitUntil([&] { return IsWindow(window) == 0; })) return;
+  ADD_FAILURE() << title << " stayed open";
+  PostMessageA(window, WM_COMMAND, IDCANCEL, 0);
+}
+
+/// Shows a modal window by `show` while `script` works on it.
+inline void DriveModal(const std::string& title, const std::function<void()>& show,
+                       const std::function<void(HWND)>& script) {
+  const Driver driver([&] { WorkOnModal(title, script); });
+  show();
+}
+
+}  // namespace snip::test

@@ -1,0 +1,141 @@
+#include "ui/dialogs/CommonDialog.h"
+
+#include <commdlg.h>
+
+#include <algorithm>
+#include <cstddef>
+
+#include "platform/Handle.h"
+#include "ui/dialogs/CommonDialogText.h"
+
+namespace snip {
+namespace {
+
+// The size by which every version of the system knows the structure; later ones added members behind this
+// one. The platform's own OPENFILENAME_SIZE_VERSION_400A is no constant expression.
+constexpr DWORD kOpenFileNameSize = offsetof(OPENFILENAMEA, lpTemplateName) + sizeof(LPCSTR);
+
+// A structure packed otherwise than the system has it makes the dialogs fail, some without a word.
+#ifdef _WIN64
+static_assert(kOpenFileNameSize == 136 && sizeof(CHOOSECOLORA) == 72 && sizeof(CHOOSEFONTA) == 104);
+#else
+static_assert(kOpenFileNameSize == 76 && sizeof(CHOOSECOLORA) == 36 && sizeof(CHOOSEFONTA) == 60);
+#endif
+static_assert(sizeof(FaceNameField) == LF_FACESIZE);
+
+/// An empty text does not mean "none" to the system, a null pointer does.
+const char* OrNull(const std::string& text) {
+  return text.empty() ? nullptr : text.c_str();
+}
+
+/// A font description whose face name ends in any case: the field's end is no end to all who read it.
+struct TerminatedFont {
+  LOGFONTA font{};
+  char end = '\0';
+};
+
+}  // namespace
+
+std::string CommonDialog::ShortFileName() const {
+  std::string path(GetShortPathNameA(FileName.c_str(), nullptr, 0), '\0');
+  if (path.empty()) return {};
+  path.resize(GetShortPathNameA(FileName.c_str(), path.data(), static_cast<DWORD>(path.size())));
+  return path;
+}
+
+std::string CommonDialog::ShortFileTitle() const {
+  return NamePart(ShortFileName());
+}
+
+void CommonDialog::TakeNameFromFolder() {
+  if (FileName.empty() || HasWildcards(FileName)) return;
+  WIN32_FIND_DATAA found{};
+  const UniqueFind search(FindFirstFileA((InitDir + "\\" + FileName).c_str(), &found));
+  if (search && (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
+    FileName = static_cast<const char*>(found.cFileName);
+  }
+}
+
+void CommonDialog::ShowFileDialog(FileMode mode) {
+  constexpr DWORD capacity = 255;
+  if (hWnd == nullptr) hWnd = GetActiveWindow();
+  TakeNameFromFolder();
+  // The Open dialog's buffers are one shorter than it is told; the byte that it may end its text with is the
+  // one behind them, which a std::string has.
+  const bool isSave = mode == FileMode::Save;
+  std::string file = isSave ? SaveNameBuffer(FileName) : std::string(capacity - 1, '\0');
+  std::string title(isSave ? capacity : capacity - 1, '\0');
+  const std::string filter = FilterText(Filter);
+
+  OPENFILENAMEA dialog{};
+  dialog.lStructSize = kOpenFileNameSize;
+  dialog.hwndOwner = hWnd;
+  dialog.lpstrFilter = filter.c_str();
+  dialog.nFilterIndex = FilterIndex;
+  dialog.lpstrFile = file.data();
+  dialog.nMaxFile = capacity;
+  dialog.lpstrFileTitle = title.data();
+  dialog.nMaxFileTitle = capacity;
+  dialog.lpstrInitialDir = OrNull(InitDir);
+  dialog.lpstrTitle = OrNull(DialogTitle);
+  dialog.Flags = Flags;
+  dialog.lpstrDefExt = OrNull(DefaultExt);
+  if ((isSave ? GetSaveFileNameA(&dialog) : GetOpenFileNameA(&dialog)) == 0) return;
+  fileTitle_ = TextBeforeNul(title).value_or(fileTitle_);
+  FileName = TextBeforeNul(file).value_or(FileName);
+}
+
+void CommonDialog::ShowOpen() {
+  ShowFileDialog(FileMode::Open);
+}
+
+void CommonDialog::ShowSave() {
+  ShowFileDialog(FileMode::Save);
+}
+
+void CommonDialog::ShowColor() {
+  CHOOSECOLORA dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = GetActiveWindow();
+  dialog.hInstance = reinterpret_cast<HWND>(GetModuleHandleA(nullptr));
+  dialog.rgbResult = Color;  // where the dialog begins, when the flags hold CC_RGBINIT
+  dialog.lpCustColors = customColors_.data();
+  dialog.Flags = Flags;
+  if (ChooseColorA(&dialog) != 0) Color = dialog.rgbResult;
+}
+
+std::int32_t CommonDialog::ShowFont() {
+  TerminatedFont description;
+  LOGFONTA& font = description.font;
+  font.lfWeight = FontBold ? FW_BOLD : 0;
+  font.lfItalic = FontItalic ? 1 : 0;
+  font.lfUnderline = FontUnderline ? 1 : 0;
+  font.lfStrikeOut = FontStrikethru ? 1 : 0;
+  const FaceNameField face = FaceNameFieldOf(FontName);
+  std::copy(face.begin(), face.end(), font.lfFaceName);
+
+  CHOOSEFONTA dialog{};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = GetActiveWindow();
+  dialog.lpLogFont = &font;
+  dialog.iPointSize = FontSize * 10;
+  dialog.Flags = Flags;
+  lastResult_ = ChooseFontA(&dialog);
+  switch (lastResult_) {
+    case FALSE:
+      return CancelError ? kCancelError : 0;
+    case TRUE:
+      FontBold = font.lfWeight >= FW_BOLD;
+      FontItalic = font.lfItalic == 1;
+      FontUnderline = font.lfUnderline == 1;
+      FontStrikethru = font.lfStrikeOut == 1;
+      FontName.assign(std::begin(font.lfFaceName), std::end(font.lfFaceName));
+      FontSize = dialog.iPointSize / 10;
+      return 0;
+    default:
+      lastError_ = CommDlgExtendedError();
+      return 0;
+  }
+}
+
+}  // namespace snip
