@@ -44,7 +44,13 @@ class Application {
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
   LibraryFolder folder_{ProgramDirectory()};
-  frmAddIn mainWindow_{folder_, showMessage_, [] { PostQuitMessage(0); }};
+  SettingsStore settings_{registry_};
+  frmAddIn mainWindow_{{.store = folder_,
+                        .settings = settings_,
+                        .sounds = sounds_,
+                        .showMessage = showMessage_,
+                        .unloaded = [] { PostQuitMessage(0); },
+                        .hidden = [] {}}};
 };
 
 }  // namespace

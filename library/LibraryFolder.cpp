@@ -75,6 +75,10 @@ std::string LibraryFolder::PathOf(const std::string& name) const {
   return prefix_ + name + std::string(kExtension);
 }
 
+bool LibraryFolder::Exists(const std::string& path) const {
+  return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
 std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
   const UniqueFile file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                     nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
@@ -108,6 +112,10 @@ bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
     done += written;
   }
   return true;
+}
+
+bool LibraryFolder::Rename(const std::string& path, const std::string& newPath) {
+  return MoveFileW(LongPath(path).c_str(), LongPath(newPath).c_str()) != 0;
 }
 
 }  // namespace snip

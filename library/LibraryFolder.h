@@ -11,8 +11,10 @@ class LibraryFolder : public LibraryStore {
 
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override;
+  bool Exists(const std::string& path) const override;
   std::optional<std::string> Read(const std::string& path) const override;
   bool Replace(const std::string& path, const std::string& bytes) override;
+  bool Rename(const std::string& path, const std::string& newPath) override;
 
  private:
   std::string prefix_;  ///< The directory with a "\" at its end.

@@ -60,4 +60,18 @@ bool CopyToClipboard(HWND owner, const std::string& text) {
   return PutData(CF_TEXT, text.c_str(), text.size() + 1) && PutData(CF_LOCALE, &locale, sizeof locale);
 }
 
+bool ClipboardHasText() {
+  return IsClipboardFormatAvailable(CF_TEXT) != 0;  // the system converts from Unicode
+}
+
+std::string ClipboardText(HWND owner) {
+  const OpenedClipboard clipboard(owner);
+  const HANDLE block = clipboard ? GetClipboardData(CF_TEXT) : nullptr;  // stays the clipboard's
+  const auto* text = block == nullptr ? nullptr : static_cast<const char*>(GlobalLock(block));
+  if (text == nullptr) return {};
+  const std::string copy(text, strnlen(text, GlobalSize(block)));
+  GlobalUnlock(block);
+  return copy;
+}
+
 }  // namespace snip

@@ -1,22 +1,48 @@
 #include "platform/Fonts.h"
 
-#include <cstring>
+#include <cmath>
+#include <utility>
 
 namespace snip {
 
-UniqueFont MessageFont() {
+namespace {
+
+LOGFONTA MessageFontDescription() {
   NONCLIENTMETRICSA metrics{};
   metrics.cbSize = sizeof metrics;
   SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
-  return UniqueFont(CreateFontIndirectA(&metrics.lfMessageFont));
+  return metrics.lfMessageFont;
 }
 
-UniqueFont FontOfSize(const std::string& face, int points) {
+void SetFace(LOGFONTA& description, const std::string& face) {
+  description.lfFaceName[face.copy(description.lfFaceName, LF_FACESIZE - 1)] = '\0';
+}
+
+}  // namespace
+
+UniqueFont MessageFont() {
+  const LOGFONTA description = MessageFontDescription();
+  return UniqueFont(CreateFontIndirectA(&description));
+}
+
+UniqueFont MessageFontInFace(const std::string& face) {
+  LOGFONTA description = MessageFontDescription();
+  SetFace(description, face);
+  UniqueFont font(CreateFontIndirectA(&description));
+  const WindowDC screen(nullptr);
+  const SelectedObject selected(screen.get(), font.get());
+  char taken[LF_FACESIZE]{};
+  GetTextFaceA(screen.get(), sizeof taken, taken);
+  return lstrcmpiA(taken, face.c_str()) == 0 ? std::move(font) : MessageFont();
+}
+
+UniqueFont FontOfSize(const std::string& face, double points) {
   const WindowDC screen(nullptr);
   LOGFONTA description{};
-  description.lfHeight = -MulDiv(points, GetDeviceCaps(screen.get(), LOGPIXELSY), 72);
+  description.lfHeight =
+      -static_cast<LONG>(std::lround(points * GetDeviceCaps(screen.get(), LOGPIXELSY) / 72));
   description.lfCharSet = DEFAULT_CHARSET;
-  std::strncpy(description.lfFaceName, face.c_str(), sizeof description.lfFaceName - 1);
+  SetFace(description, face);
   return UniqueFont(CreateFontIndirectA(&description));
 }
 

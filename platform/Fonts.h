@@ -12,8 +12,11 @@ namespace snip {
 /// The font that the user's system shows messages and dialogs in.
 UniqueFont MessageFont();
 
+/// The same in another face; in its own when that face is not installed.
+UniqueFont MessageFontInFace(const std::string& face);
+
 /// A font by face and size in points, in the screen's resolution.
-UniqueFont FontOfSize(const std::string& face, int points);
+UniqueFont FontOfSize(const std::string& face, double points);
 
 /// Average width and height in pixels of a character, the base of the platform's dialog units.
 Size CharacterSize(HFONT font);

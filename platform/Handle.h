@@ -1,6 +1,7 @@
 #pragma once
 
 #include <windows.h>
+#include <shellapi.h>
 
 #include <utility>
 
@@ -50,6 +51,13 @@ struct FindTraits {
   static void Close(Type handle) { FindClose(handle); }
 };
 using UniqueFind = UniqueHandle<FindTraits>;
+
+struct DropTraits {
+  using Type = HDROP;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { DragFinish(handle); }
+};
+using UniqueDrop = UniqueHandle<DropTraits>;
 
 struct RegKeyTraits {
   using Type = HKEY;

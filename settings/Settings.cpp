@@ -45,6 +45,8 @@ Settings ReadSettings(const ReadSetting& read) {
   settings.Left = Coordinate(position(kLeft));
   settings.Width = Extent(position(kWidth));
   settings.Height = Extent(position(kHeight));
+  settings.LeftPaneWidth = Extent(position(kLeftPane));
+  settings.DescriptionHeight = Extent(position(kDescription));
   return settings;
 }
 
@@ -56,6 +58,8 @@ void SaveWindowSettings(const WindowSettings& settings, const SaveSetting& save)
   save(SettingsSection::kPosition, kLeft, NumberText(settings.Left));
   save(SettingsSection::kPosition, kWidth, NumberText(settings.Width));
   save(SettingsSection::kPosition, kHeight, NumberText(settings.Height));
+  save(SettingsSection::kPosition, kLeftPane, NumberText(settings.LeftPaneWidth));
+  save(SettingsSection::kPosition, kDescription, NumberText(settings.DescriptionHeight));
 }
 
 }  // namespace snip

@@ -27,6 +27,8 @@ constexpr const char* kTop = "Top";
 constexpr const char* kLeft = "Left";
 constexpr const char* kWidth = "Width";
 constexpr const char* kHeight = "Height";
+constexpr const char* kLeftPane = "LeftPane";
+constexpr const char* kDescription = "Description";
 }  // namespace SettingName
 
 /// Reads a value's text without blanks around it, empty when it is missing; writes one.
@@ -47,6 +49,8 @@ struct Settings {
   double Left = 0;
   std::optional<std::int32_t> Width{};  ///< Without them the window's own size stays.
   std::optional<std::int32_t> Height{};
+  std::optional<std::int32_t> LeftPaneWidth{};
+  std::optional<std::int32_t> DescriptionHeight{};
   friend bool operator==(const Settings&, const Settings&) = default;
 };
 
@@ -60,6 +64,8 @@ struct WindowSettings {
   double Left = 0;
   double Width = 0;
   double Height = 0;
+  double LeftPaneWidth = 0;
+  double DescriptionHeight = 0;
 };
 
 void SaveWindowSettings(const WindowSettings& settings, const SaveSetting& save);

@@ -13,6 +13,7 @@
 #include "library/LibraryStore.h"
 #include "platform/Text.h"
 #include "tests/unit/Printing.h"
+#include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
 #include "ui/main/MainViews.h"
 #include "ui/main/SnippetEditing.h"
@@ -100,6 +101,8 @@ class FakeLibraryView : public LibraryView {
   Rows files;
   int selected = -1;
   std::string fileNameText;
+  bool fileNameBoxShown = false, fileNameSelected = false;
+  std::deque<std::string> names;          ///< What the user enters, one after the other; then he cancels.
   std::optional<std::string> chosenPath;  ///< What the user picks in the dialog; nothing cancels it.
 
   void InsertFile(int entry, const std::string& text) override {
@@ -111,7 +114,21 @@ class FakeLibraryView : public LibraryView {
   std::string FileText(int entry) const override { return files.at(static_cast<std::size_t>(entry)); }
   int SelectedFile() const override { return selected; }
   void SelectFile(int entry) override { selected = entry; }
+  void ReplaceFile(int entry, const std::string& text) override {
+    files.at(static_cast<std::size_t>(entry)) = text;
+  }
+  std::string FileNameText() const override { return fileNameText; }
   void SetFileNameText(const std::string& text) override { fileNameText = text; }
+  void SelectFileNameText() override { fileNameSelected = true; }
+  void ShowFileNameBox() override { fileNameBoxShown = true; }
+  void HideFileNameBox() override { fileNameBoxShown = false; }
+  std::string AskForLibraryName() override {
+    calls_.emplace_back("name");
+    if (names.empty()) return "";
+    const std::string name = names.front();
+    names.pop_front();
+    return name;
+  }
   std::optional<std::string> ChooseLibraryFile() override {
     calls_.emplace_back("browse");
     return chosenPath;
@@ -132,6 +149,14 @@ class FakeStore : public LibraryStore {
   std::function<void()> whileWriting = [] {};
 
   std::vector<std::string> Names() const override { return names; }
+  bool Exists(const std::string& path) const override { return files.contains(path); }
+  bool Rename(const std::string& path, const std::string& newPath) override {
+    calls_.push_back("rename " + path + " to " + newPath);
+    if (failing || !files.contains(path) || files.contains(newPath)) return false;
+    files[newPath] = files[path];
+    files.erase(path);
+    return true;
+  }
   std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
   std::optional<std::string> Read(const std::string& path) const override {
     calls_.push_back("read " + path);
@@ -204,6 +229,7 @@ class FakeMainWindow : public testing::Test {
   Library library;
   SnippetEditing editing{library, view, showMessage, &EqualsIgnoringAsciiCase};
   LibraryOperations operations{library, editing, view, chooser, store, showMessage};
+  LibraryNaming naming{editing, operations, view, chooser, store, showMessage};
 };
 
 }  // namespace snip::test

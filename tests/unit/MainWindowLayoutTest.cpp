@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "platform/Twips.h"
 #include "tests/unit/Printing.h"
+#include "ui/main/SplitterDrag.h"
 
 namespace snip::test {
 namespace {
@@ -73,6 +76,46 @@ TEST(MainWindowLayoutTest, ARightPaneThatIsTooLowKeepsItsLastLayout) {
   EXPECT_TRUE(LayOutRightPane(sizes).has_value());
   sizes.inner.height = 449;
   EXPECT_FALSE(LayOutRightPane(sizes).has_value());
+}
+
+TEST(MainWindowLayoutTest, SplittersStopShortOfTheEdges) {
+  struct Case {
+    int dropped, extent, size;
+  };
+  for (const auto& [dropped, extent, size] : std::vector<Case>{{100, 10800, 450},
+                                                               {-500, 10800, 450},
+                                                               {449, 10800, 450},
+                                                               {450, 10800, 450},
+                                                               {10150, 10800, 10150},
+                                                               {10151, 10800, 10150},
+                                                               {20000, 10800, 10150},
+                                                               {500, 600, 0}}) {
+    EXPECT_EQ(LeftPaneWidthAfterDrop(dropped, extent), size) << dropped;
+  }
+  for (const auto& [dropped, extent, size] : std::vector<Case>{{10, 6000, 250},
+                                                               {-9, 6000, 250},
+                                                               {250, 6000, 250},
+                                                               {5750, 6000, 5750},
+                                                               {5751, 6000, 5750},
+                                                               {300, 200, 0}}) {
+    EXPECT_EQ(DescriptionHeightAfterDrop(dropped, extent), size) << dropped;
+  }
+}
+
+TEST(SplitterDragTest, OnlyTheLeftButtonDragsAndAnyReleaseOrOtherButtonDrops) {
+  using Reaction = SplitterDrag::Reaction;
+  SplitterDrag drag;
+  EXPECT_EQ(drag.MouseDown(false, 5), Reaction::None);
+  EXPECT_EQ(drag.MouseUp(), Reaction::None);
+  EXPECT_EQ(drag.MouseMove(50), 0);
+  EXPECT_EQ(drag.MouseDown(true, 5), Reaction::Begin);
+  EXPECT_EQ(drag.MouseMove(5), 0);
+  EXPECT_EQ(drag.MouseMove(-20), -25);
+  EXPECT_EQ(drag.MouseDown(false, 7), Reaction::Drop);
+  EXPECT_FALSE(drag.dragging());
+  EXPECT_EQ(drag.MouseUp(), Reaction::None);
+  EXPECT_EQ(drag.MouseDown(true, 0), Reaction::Begin);
+  EXPECT_EQ(drag.MouseUp(), Reaction::Drop);
 }
 
 TEST(TwipsTest, ScreensMayDifferAcrossAndDown) {

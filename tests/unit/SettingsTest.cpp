@@ -123,13 +123,20 @@ TEST(Settings, NumbersThatAreStored) {
 TEST(Settings, WhatTheWindowStoresReadsBack) {
   std::vector<std::string> order;
   Values values;
-  SaveWindowSettings(
-      {.KeepOnTop = 1, .ColorSyntax = 0, .Top = -150, .Left = 7.5, .Width = 10800, .Height = 7200},
-      [&](const char* section, const char* name, const std::string& text) {
-        order.emplace_back(name);
-        values[std::string(section) + "\\" + name] = text;
-      });
-  EXPECT_EQ(order, (std::vector<std::string>{"KeepOnTop", "ColorSyntax", "Top", "Left", "Width", "Height"}));
+  SaveWindowSettings({.KeepOnTop = 1,
+                      .ColorSyntax = 0,
+                      .Top = -150,
+                      .Left = 7.5,
+                      .Width = 10800,
+                      .Height = 7200,
+                      .LeftPaneWidth = 3000,
+                      .DescriptionHeight = 800},
+                     [&](const char* section, const char* name, const std::string& text) {
+                       order.emplace_back(name);
+                       values[std::string(section) + "\\" + name] = text;
+                     });
+  EXPECT_EQ(order, (std::vector<std::string>{"KeepOnTop", "ColorSyntax", "Top", "Left", "Width", "Height",
+                                             "LeftPane", "Description"}));
   Settings expected;
   expected.KeepOnTop = true;
   expected.ColorSyntax = 0;
@@ -137,6 +144,8 @@ TEST(Settings, WhatTheWindowStoresReadsBack) {
   expected.Left = 7.5;
   expected.Width = 10800;
   expected.Height = 7200;
+  expected.LeftPaneWidth = 3000;
+  expected.DescriptionHeight = 800;
   EXPECT_EQ(Read(values), expected);
 }
 

@@ -13,6 +13,7 @@
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
 #include "ui/commandbar/ButtonPainter.h"
+#include "ui/commandbar/FontHandle.h"
 
 namespace snip {
 namespace {
@@ -59,19 +60,6 @@ BarMouse MouseArguments(std::int16_t button, WPARAM keys, LPARAM lParam) {
   if ((keys & MK_CONTROL) != 0) shift |= 2;
   if (GetKeyState(VK_MENU) < 0) shift |= 4;
   return {button, static_cast<std::int16_t>(shift), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}};
-}
-
-UniqueFont MakeFont(const FontProperty& font, const TwipsPerPixel& twips) {
-  constexpr double twipsPerPoint = 20.0;
-  LOGFONTA description{};
-  description.lfHeight = -static_cast<LONG>(std::lround(font.Size * twipsPerPoint / twips.y));
-  description.lfWeight = font.Bold ? FW_BOLD : FW_NORMAL;
-  description.lfItalic = font.Italic ? TRUE : FALSE;
-  description.lfUnderline = font.Underline ? TRUE : FALSE;
-  description.lfStrikeOut = font.Strikethrough ? TRUE : FALSE;
-  description.lfCharSet = font.Charset;
-  font.Name.copy(description.lfFaceName, sizeof description.lfFaceName - 1);
-  return UniqueFont(CreateFontIndirectA(&description));
 }
 
 }  // namespace

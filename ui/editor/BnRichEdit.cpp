@@ -69,6 +69,32 @@ void BnRichEdit::SetText(const std::string& text) {
   SendMessageA(control_, EM_SCROLLCARET, 0, 0);
 }
 
+void BnRichEdit::SetFont(HFONT font) {
+  font_ = font;
+  SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+}
+int BnRichEdit::SelLength() const {
+  CHARRANGE range{};
+  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&range));
+  return static_cast<int>(range.cpMax - range.cpMin);
+}
+int BnRichEdit::TextLength() const {
+  return GetWindowTextLengthA(control_);
+}
+void BnRichEdit::SetSelection(int start, int length) {
+  CHARRANGE range{start, start + length};
+  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+}
+std::string BnRichEdit::SelText() const {
+  std::string text(static_cast<std::size_t>(SelLength()) + 1, '\0');
+  SendMessageA(control_, EM_GETSELTEXT, 0, reinterpret_cast<LPARAM>(text.data()));
+  text.pop_back();
+  return text;
+}
+void BnRichEdit::ReplaceSelection(const std::string& text) {
+  SendMessageA(control_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
 void BnRichEdit::SetLocked(bool locked) {
   locked_ = locked;
   SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
@@ -109,6 +135,13 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_,
                                  GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
       return true;
+    case WM_RBUTTONDOWN:
+    case WM_LBUTTONDOWN: {
+      POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+      ClientToScreen(control_, &place);
+      events_.mouseDown(message == WM_LBUTTONDOWN ? 1 : 2, place);
+      return message == WM_RBUTTONDOWN;
+    }
     case WM_LBUTTONDBLCLK:
       SelectWordAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
       events_.dblClick();

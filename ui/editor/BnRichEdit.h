@@ -17,6 +17,8 @@ class BnRichEdit : public Window {
     std::function<void()> lostFocus;
     std::function<void(char key)> keyPress;  ///< A character in the ANSI code page, before it is taken in.
     std::function<void()> dblClick;
+    std::function<void(int button, POINT screen)> mouseDown;  ///< 1 is the left button, 2 the right one.
+    std::function<void(POINT screen)> contextMenu;            ///< Asked for by a key.
   };
 
   explicit BnRichEdit(Events events);
@@ -30,6 +32,17 @@ class BnRichEdit : public Window {
   /// Read-only while locked; text can still be selected and copied.
   bool locked() const { return locked_; }
   void SetLocked(bool locked);
+
+  void SetFont(HFONT font);
+  bool SyntaxColors() const { return syntaxColors_; }
+  void SetSyntaxColors(bool colors) { syntaxColors_ = colors; }
+  int SelLength() const;
+  void SetSelection(int start, int length);
+  int TextLength() const;
+  std::string SelText() const;
+  void ReplaceSelection(const std::string& text);
+  bool CanUndo() const { return SendMessageA(control_, EM_CANUNDO, 0, 0) != 0; }
+  void Undo() { SendMessageA(control_, EM_UNDO, 0, 0); }
 
   void Focus() const { SetFocus(control_); }
   bool HasFocus() const { return GetFocus() == control_; }
@@ -50,6 +63,7 @@ class BnRichEdit : public Window {
   ExactTextField field_;
   bool locked_ = true;
   bool remaking_ = false;
+  bool syntaxColors_ = true;
 };
 
 }  // namespace snip

@@ -2,9 +2,12 @@
 
 #include <commdlg.h>
 
-#include <array>
+#include <algorithm>
 
+#include "library/frmNew.h"
+#include "platform/Win32Text.h"
 #include "platform/Window.h"
+#include "ui/dialogs/CommonDialog.h"
 
 namespace snip {
 
@@ -13,7 +16,21 @@ void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   constexpr Rect openList{0, 0, 100, 300};
   cboFiles_ = CreateControl(parent, "COMBOBOX", "", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
                             0, id, font, openList);
-  txtFileName_ = CreateControl(parent, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, nameId, font);
+  txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
+  SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
+}
+
+void LibraryChooser::Place(const Places& places) const {
+  constexpr int openListHeight = 300;
+  const int height = PlaceInParent(cboFiles_).height;
+  const int top = (places.bar.height - height) / 2;
+  const int width = places.bar.width - places.left - places.rightMargin;
+  if (width <= places.boxNarrower) return;  // no room: the last place stays
+  SetWindowPos(cboFiles_, HWND_TOP, places.left, top, width, openListHeight, SWP_NOACTIVATE);
+  // Inside the field's border, which is as thick above as at the left.
+  const int inset = std::min(places.boxInset, height / 5);
+  SetWindowPos(txtFileName_, HWND_TOP, places.left + places.boxInset, top + inset, width - places.boxNarrower,
+               height - 2 * inset, SWP_NOACTIVATE);
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {
@@ -41,22 +58,48 @@ void LibraryChooser::SelectFile(int entry) {
   Send(CB_SETCURSEL, static_cast<WPARAM>(entry));
 }
 
+void LibraryChooser::ReplaceFile(int entry, const std::string& text) {
+  const int selected = SelectedFile();
+  Send(CB_DELETESTRING, static_cast<WPARAM>(entry));
+  InsertFile(entry, text);
+  SelectFile(selected);
+}
+
+std::string LibraryChooser::FileNameText() const {
+  return WindowText(txtFileName_);
+}
+
 void LibraryChooser::SetFileNameText(const std::string& text) {
   SetWindowTextA(txtFileName_, text.c_str());
 }
 
+void LibraryChooser::SelectFileNameText() {
+  SendMessageA(txtFileName_, EM_SETSEL, 0, -1);
+}
+
+void LibraryChooser::ShowFileNameBox() {
+  ShowWindow(txtFileName_, SW_SHOW);
+  SetFocus(txtFileName_);
+  SelectFileNameText();
+}
+
+void LibraryChooser::HideFileNameBox() {
+  if (GetFocus() == txtFileName_) SetFocus(cboFiles_);
+  ShowWindow(txtFileName_, SW_HIDE);
+}
+
 std::optional<std::string> LibraryChooser::ChooseLibraryFile() {
-  std::array<char, 1024> path{};
-  OPENFILENAMEA dialog{};
-  dialog.lStructSize = sizeof dialog;
-  dialog.hwndOwner = GetAncestor(cboFiles_, GA_ROOT);
-  dialog.lpstrFilter = "Snipstore Snippets\0*.bns\0";
-  dialog.lpstrFile = path.data();
-  dialog.nMaxFile = static_cast<DWORD>(path.size());
-  dialog.lpstrTitle = "Open Snippet File";
+  CommonDialog dialog;
+  dialog.hWnd = GetAncestor(cboFiles_, GA_ROOT);
+  dialog.DialogTitle = "Open Snippet File";
+  dialog.Filter = "Snipstore Snippets|*.bns";
   dialog.Flags = OFN_HIDEREADONLY | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameA(&dialog) == 0) return std::nullopt;
-  return path.data();
+  dialog.ShowOpen();
+  return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
+}
+
+std::string LibraryChooser::AskForLibraryName() {
+  return frmNew().ShowMe(GetAncestor(cboFiles_, GA_ROOT));
 }
 
 }  // namespace snip

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "platform/Geometry.h"
 #include "ui/main/MainViews.h"
 
 namespace snip {
@@ -13,14 +14,32 @@ class LibraryChooser : public LibraryView {
  public:
   void Create(HWND parent, int id, int nameId, HFONT font);
   HWND cboFiles() const { return cboFiles_; }
+  HWND txtFileName() const { return txtFileName_; }
+
+  /// Puts the chooser at `left` of a bar that is that wide and high, with the box over its field. Pixels;
+  /// the three distances are between the chooser and the bar's right end, and the chooser and the box.
+  struct Places {
+    int left = 0;
+    Size bar{};
+    int rightMargin = 0;
+    int boxInset = 0;
+    int boxNarrower = 0;
+  };
+  void Place(const Places& places) const;
 
   void InsertFile(int entry, const std::string& text) override;
   int FileCount() const override;
   std::string FileText(int entry) const override;
   int SelectedFile() const override;
   void SelectFile(int entry) override;
+  void ReplaceFile(int entry, const std::string& text) override;
+  std::string FileNameText() const override;
   void SetFileNameText(const std::string& text) override;
+  void SelectFileNameText() override;
+  void ShowFileNameBox() override;
+  void HideFileNameBox() override;
   std::optional<std::string> ChooseLibraryFile() override;
+  std::string AskForLibraryName() override;
 
  private:
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {

@@ -8,7 +8,6 @@
 namespace snip {
 namespace {
 
-constexpr const char* kBrowseEntry = "(Browse...)";
 constexpr std::string_view kExtension = ".bns";
 
 /// On a drive or, chosen from the network, on a server.
@@ -81,15 +80,19 @@ void LibraryOperations::BrowseForLibrary() {
     cboFiles_Click();
     return;
   }
+  OpenOutside(*path);
+}
+
+void LibraryOperations::OpenOutside(const std::string& path) {
   int entry = 0;
-  while (entry < view_.FileCount() && view_.FileText(entry) != *path) ++entry;
+  while (entry < view_.FileCount() && view_.FileText(entry) != path) ++entry;
   if (entry == view_.FileCount()) {
     entry = 0;
-    view_.InsertFile(entry, *path);
+    view_.InsertFile(entry, path);
   }
   view_.SelectFile(entry);
   cboFiles_Click();
-  view_.SetFileNameText(*path);
+  view_.SetFileNameText(path);
 }
 
 void LibraryOperations::OfferToSave() {

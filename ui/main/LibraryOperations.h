@@ -22,6 +22,9 @@ class LibraryOperations {
   /// Opens the chosen entry, after asking whether the library that is left shall be saved.
   void cboFiles_Click();
 
+  /// Opens a library by its full path and keeps it among the entries, at the top when it is new there.
+  void OpenOutside(const std::string& path);
+
   void OpenBNSFile(const std::string& path);
   /// Writes the library into the library folder under its name. Does not touch `Saved`.
   void SaveCurFile();

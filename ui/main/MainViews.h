@@ -14,6 +14,8 @@ namespace snip {
 
 /// The caption of every message that the main window shows.
 inline constexpr const char* kMainWindowTitle = "Brennic Snipstore 2.x";
+/// The entry of the library chooser that opens the file dialog.
+inline constexpr const char* kBrowseEntry = "(Browse...)";
 
 /// The snippet list and the fields that show and edit the selected snippet.
 class SnippetView {
@@ -67,12 +69,20 @@ class LibraryView {
   virtual std::string FileText(int entry) const = 0;
   virtual int SelectedFile() const = 0;
   virtual void SelectFile(int entry) = 0;
+  /// Another text in the same place; a selected entry stays selected.
+  virtual void ReplaceFile(int entry, const std::string& text) = 0;
 
-  /// txtFileName, the box in which the library is renamed
+  // txtFileName, the box over the chooser in which the library is renamed
+  virtual std::string FileNameText() const = 0;
   virtual void SetFileNameText(const std::string& text) = 0;
+  virtual void SelectFileNameText() = 0;
+  virtual void ShowFileNameBox() = 0;  ///< With the focus and its whole text selected.
+  virtual void HideFileNameBox() = 0;
 
   /// Lets the user choose a library file; its full path, or nothing when the user cancelled.
   virtual std::optional<std::string> ChooseLibraryFile() = 0;
+  /// Asks for the name of a new library; empty when the user cancelled.
+  virtual std::string AskForLibraryName() = 0;
 };
 
 /// Shows the hourglass as long as it lives.

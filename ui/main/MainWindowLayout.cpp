@@ -1,5 +1,7 @@
 #include "ui/main/MainWindowLayout.h"
 
+#include <algorithm>
+
 namespace snip {
 
 std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes) {
@@ -17,18 +19,32 @@ std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes) {
 }
 
 std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes) {
-  const auto [width, height] = sizes.inner;
-  if (height < 450 || sizes.splitterBottom + 360 > height) return std::nullopt;
+  if (sizes.inner.height < 450 || sizes.splitterBottom + 360 > sizes.inner.height) return std::nullopt;
+  return PlaceRightPane(sizes);
+}
 
+RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes) {
+  const auto [width, height] = sizes.inner;
   const int editBarTop = sizes.descriptionHeight + 74;
   const int codeTop = editBarTop + sizes.editBarHeight;
   return RightPanePlaces{
       .attachPanel = {width - sizes.attachPanelWidth, 0, sizes.attachPanelWidth, sizes.descriptionHeight},
       .description = {0, 0, width - sizes.attachPanelWidth - 135, sizes.descriptionHeight},
       .editBar = {0, editBarTop, width, sizes.editBarHeight},
-      .code = {0, codeTop, width, height - codeTop},
+      .code = {0, codeTop, width, std::max(0, height - codeTop)},
       .splitter = {0, sizes.descriptionHeight, width, kSplitterSize},
   };
+}
+
+int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth) {
+  if (splitterLeft < kLeastLeftPaneWidth) return kLeastLeftPaneWidth;
+  // In a window that is narrower than both limits the pane is left without width, not with less than none.
+  return std::max(0, std::min(splitterLeft, clientWidth - 650));
+}
+
+int DescriptionHeightAfterDrop(int splitterTop, int paneHeight) {
+  if (splitterTop < kLeastDescriptionHeight) return kLeastDescriptionHeight;
+  return std::max(0, std::min(splitterTop, paneHeight - 250));
 }
 
 }  // namespace snip

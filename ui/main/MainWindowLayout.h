@@ -14,6 +14,10 @@ constexpr int kPaneGap = 5;
 /// Width of the vertical and height of the horizontal splitter.
 constexpr int kSplitterSize = 75;
 
+/// The least that the splitters leave of the parts before them.
+constexpr int kLeastLeftPaneWidth = 450;
+constexpr int kLeastDescriptionHeight = 250;
+
 struct MainWindowSizes {
   Size client;            ///< Inner size of the window.
   int barHeight = 0;      ///< Height of `cmd`.
@@ -49,5 +53,12 @@ struct RightPanePlaces {
 
 /// Places inside the right pane; none when it is too small.
 std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes);
+/// The same whatever the pane's height; the code may get none.
+RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes);
+
+/// How wide the left pane becomes when the vertical splitter is let go with its left edge there.
+int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth);
+/// How high the description becomes when the horizontal splitter is let go with its top edge there.
+int DescriptionHeightAfterDrop(int splitterTop, int paneHeight);
 
 }  // namespace snip

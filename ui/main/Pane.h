@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/Window.h"
 
 namespace snip {
@@ -8,10 +10,16 @@ namespace snip {
 /// are for.
 class Pane : public Window {
  public:
-  bool CreateIn(HWND parent);
+  ~Pane() override { Destroy(); }
+
+  /// `name` is what assistive programs call it. `paint`, if there is one, draws what its controls leave free.
+  bool CreateIn(HWND parent, const char* name = "", std::function<void(HDC dc)> paint = {});
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  std::function<void(HDC dc)> paint_;
 };
 
 }  // namespace snip

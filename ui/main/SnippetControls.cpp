@@ -3,13 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Fonts.h"
+#include "platform/ScreenTwips.h"
 #include "platform/Window.h"
+#include "ui/commandbar/FontHandle.h"
 
 namespace snip {
 namespace {
 
-constexpr int kCodePoints = 10;
+/// What fonts can be that large, in points.
+constexpr double kLargestFont = 2048;
 
 /// Wrapping takes an edit control a time that grows with the square of the line's length: seconds for a line
 /// of 100,000 characters. Such a line is no description to be read; it is shown unwrapped.
@@ -29,18 +31,19 @@ std::size_t LongestLine(const std::string& text) {
 }  // namespace
 
 SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, Commands commands)
-    : commands_(std::move(commands)), txtCode_(std::move(codeEvents)) {}
+    : commands_(std::move(commands)), txtCode_(std::move(codeEvents)), twips_(ScreenTwips()) {}
 
-void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
-  codeFont_ = FontOfSize("Courier New", kCodePoints);
+void SnippetControls::Create(HWND window, HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
+  fontHandle_ = MakeFont(font_, twips_);
   lstCode_ = CreateControl(leftPane, "LISTBOX", "",
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
                            WS_EX_CLIENTEDGE, ids.lstCode, listFont);
-  txtName_ = CreateControl(leftPane, "EDIT", "", WS_BORDER | ES_AUTOHSCROLL, 0, ids.txtName, listFont);
+  txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, ids.txtName,
+                           listFont);
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
   name_ = ExactTextField(txtName_);
-  MakeDescription(rightPane, ids.txtDesc, listFont);
-  txtCode_.CreateIn(rightPane, ids.txtCode, codeFont_.get());
+  MakeDescription(rightPane, ids.txtDesc, fontHandle_.get());
+  txtCode_.CreateIn(rightPane, ids.txtCode, fontHandle_.get());
 }
 
 void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
@@ -49,7 +52,39 @@ void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
                                ES_WANTRETURN | (descriptionWraps_ ? 0 : ES_AUTOHSCROLL),
                            WS_EX_CLIENTEDGE, id, font);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
+  SendMessageA(txtDesc_, EM_SETREADONLY, editingDisabled_ ? TRUE : FALSE, 0);
   description_ = ExactTextField(txtDesc_);
+}
+
+void SnippetControls::SetFont(const FontProperty& font) {
+  FontProperty wanted = font;
+  if (wanted.Name.empty()) wanted.Name = font_.Name;
+  if (!(wanted.Size > 0 && wanted.Size <= kLargestFont)) wanted.Size = font_.Size;
+  font_ = wanted;
+  UniqueFont handle = MakeFont(font_, twips_);
+  txtCode_.SetFont(handle.get());
+  SendMessageA(txtDesc_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
+  fontHandle_ = std::move(handle);  // the controls have let go of the old one
+}
+
+void SnippetControls::txtName_Change() const {
+  const HWND window = GetParent(txtName_);
+  const WindowDC dc(txtName_);
+  const SelectedObject font(dc.get(), reinterpret_cast<HFONT>(SendMessageA(txtName_, WM_GETFONT, 0, 0)));
+  const std::string text = NameBoxText() + "M";  // room for one more letter, and for the margins
+  SIZE size{};
+  GetTextExtentPoint32A(dc.get(), text.data(), static_cast<int>(text.size()), &size);
+  Rect place = PlaceInParent(txtName_);
+  const int most = ClientSize(window).width - place.left;
+  const int wanted = std::min(static_cast<int>(size.cx), most);
+  if (wanted <= place.width) return;
+  place.width = wanted;
+  MoveTo(txtName_, place);
+}
+
+void SnippetControls::txtDesc_LostFocus() const {
+  SendMessageA(txtDesc_, EM_SETSEL, 0, 0);
+  SendMessageA(txtDesc_, EM_SCROLLCARET, 0, 0);
 }
 
 void SnippetControls::FillRows(std::span<const Snippet> snippets) {
@@ -139,7 +174,7 @@ void SnippetControls::ShowNameBox(int row, const std::string& name) {
   SelectRow(row);  // also scrolls it into view
   RECT place{};
   List(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
-  MapWindowPoints(lstCode_, GetParent(lstCode_), reinterpret_cast<POINT*>(&place), 2);
+  MapWindowPoints(lstCode_, GetParent(txtName_), reinterpret_cast<POINT*>(&place), 2);
   // The box has a border of its own around the text, which otherwise would cover the row's letters.
   const int border = GetSystemMetrics(SM_CYBORDER);
   MoveTo(txtName_, {static_cast<int>(place.left), static_cast<int>(place.top) - border,
@@ -165,6 +200,7 @@ void SnippetControls::HideNameBox() {
 }
 
 void SnippetControls::SetEditingDisabled(bool disabled) {
+  editingDisabled_ = disabled;
   SendMessageA(txtDesc_, EM_SETREADONLY, disabled ? TRUE : FALSE, 0);
   commands_.setEditingDisabled(disabled);
 }

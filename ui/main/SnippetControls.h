@@ -7,6 +7,8 @@
 
 #include "platform/ExactTextField.h"
 #include "platform/Handle.h"
+#include "platform/Twips.h"
+#include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/BnRichEdit.h"
 #include "ui/main/MainViews.h"
 
@@ -29,12 +31,24 @@ class SnippetControls : public SnippetView {
 
   SnippetControls(BnRichEdit::Events codeEvents, Commands commands);
 
-  void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
+  /// `txtName` lies on the window itself, so that it can become wider than the list.
+  void Create(HWND window, HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
 
   HWND lstCode() const { return lstCode_; }
   HWND txtName() const { return txtName_; }
   HWND txtDesc() const { return txtDesc_; }
+  BnRichEdit& txtCode() { return txtCode_; }
   const BnRichEdit& txtCode() const { return txtCode_; }
+
+  /// The font that the description and the code share.
+  const FontProperty& Font() const { return font_; }
+  /// A size that no font has, and a name that is empty, are refused: the font stays as it was.
+  void SetFont(const FontProperty& font);
+
+  /// Widens the box over a row as far as its text needs and the window allows.
+  void txtName_Change() const;
+  /// The caret goes back to the start.
+  void txtDesc_LostFocus() const;
 
   /// Whether the description is being set by the program, so that its change is no edit.
   bool settingDescription() const { return settingDescription_; }
@@ -71,7 +85,9 @@ class SnippetControls : public SnippetView {
 
   Commands commands_;
   BnRichEdit txtCode_;
-  UniqueFont codeFont_;
+  TwipsPerPixel twips_;
+  FontProperty font_{.Name = "Courier New", .Size = 10};
+  UniqueFont fontHandle_;
   HWND lstCode_ = nullptr;
   HWND txtName_ = nullptr;
   HWND txtDesc_ = nullptr;
@@ -79,6 +95,7 @@ class SnippetControls : public SnippetView {
   ExactTextField description_;
   ExactTextField name_;
   bool settingDescription_ = false;
+  bool editingDisabled_ = false;
 };
 
 }  // namespace snip

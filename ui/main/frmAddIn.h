@@ -2,23 +2,32 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "library/LibraryStore.h"
 #include "platform/Handle.h"
 #include "platform/MessageFunction.h"
 #include "platform/Twips.h"
 #include "platform/Window.h"
+#include "settings/SettingsStore.h"
+#include "ui/commandbar/BnCommandBar.h"
+#include "ui/main/Attachments.h"
+#include "ui/main/CodeOutput.h"
 #include "ui/main/LibraryChooser.h"
+#include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
+#include "ui/main/ListTips.h"
+#include "ui/main/MainMenus.h"
 #include "ui/main/Pane.h"
 #include "ui/main/SnippetControls.h"
 #include "ui/main/SnippetEditing.h"
+#include "ui/main/Splitter.h"
 
 namespace snip {
 
-/// The main window. Decodes messages and hands them to the logic in `LibraryOperations` and `SnippetEditing`;
-/// lays its parts out.
-class frmAddIn : public Window {
+/// The main window. Makes its controls and lays them out, decodes messages and hands them to the logic in
+/// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments` and `CodeOutput`.
+class frmAddIn : public Window, private AttachmentView {
  public:
   // Control ids; automation finds the controls by them.
   static constexpr int kFilesId = 1001;
@@ -27,17 +36,32 @@ class frmAddIn : public Window {
   static constexpr int kDescriptionId = 1004;
   static constexpr int kCodeId = 1005;
   static constexpr int kFileNameId = 1006;
+  static constexpr int kMainBarId = 1007;
+  static constexpr int kEditBarId = 1008;
+  static constexpr int kAttachId = 1009;
 
-  /// `unloaded` is called once the window is gone.
-  frmAddIn(LibraryStore& store, ShowMessageFunction showMessage, std::function<void()> unloaded);
+  struct Services {
+    LibraryStore& store;
+    const SettingsStore& settings;
+    const SoundEffects& sounds;
+    ShowMessageFunction showMessage;
+    std::function<void()> unloaded;  ///< The window is gone.
+    std::function<void()> hidden;    ///< The user closed the window, which an environment keeps loaded.
+  };
+
+  explicit frmAddIn(Services services);
   ~frmAddIn() override;
 
   /// Shows the window modeless and without an owner; makes it, and opens the first library, if need be.
-  /// False when the system refuses to make it.
-  bool Show();
+  /// `host` is the environment that code goes to from now on, null without one. False when the system refuses
+  /// to make the window.
+  bool Show(HostEnvironment* host = nullptr);
+  void Hide();
+  /// Offers to save, and ends the window.
+  void Unload();
 
-  /// Looks at a message before it is dispatched, for keys that belong to the window as a whole; true when it
-  /// is used up.
+  /// Looks at a message before it is dispatched, for open menus and for keys that belong to the window as a
+  /// whole; true when it is used up.
   bool PreTranslate(MSG& message);
 
  protected:
@@ -45,35 +69,85 @@ class frmAddIn : public Window {
 
  private:
   bool Form_Load();
+  void MakeControls();
+  void LoadSettings();
   void Form_Resize();
-  void RightPane_Resize();
+  void cmd_Resize();
+  void RightPane_Resize(bool evenIfTooLow = false);
+  void LeftPane_Paint(HDC dc);
   bool Form_QueryUnload();
   void Form_Unload();
-  void OnCommand(int id, int notification);
-  void OnMenuCommand(int id);
+  void CloseSettings();
+  void CloseWindow();
+
+  void picSplt_MouseUp(int left);
+  void picHSplt_MouseUp(int top);
+
+  void cmd_ButtonClicked(int index);
+  void cmd_Dropdown();
+  void cmdEdit_ButtonClicked(int index);
+  void mnuModFuncs_Clicked(int index);
+  void mnuSnippets_Clicked(int index);
+  void mnuAttach_Clicked(int index);
+  void mnuEdit_Clicked(int index);
+  void cmdAttach_Click();
+  void OpenSnippetsMenu(POINT screen, bool byKey);
+  void OpenEditMenu(POINT screen);
+  void PopUp(frmMenu& menu, POINT screen);
+
+  void Output();
   void CopyCode();
+  void SetKeepOnTop(bool onTop);
+  void txtCode_MouseDown(int button, POINT screen);
+  void DropFiles(HDROP files);
+
+  void OnCommand(int id, int notification);
+  void OnKeyCommand(int command);
   std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
   void RememberFocus();
   HWND FocusTarget() const;
-  UniqueMenu MakeMenu() const;
+  LRESULT ColorOfField(HWND field, HDC dc, UINT message);
+
+  // AttachmentView
+  std::optional<std::string> ChooseAttachment() override;
+  bool MinimizeOnView() const override { return minimizeOnView_; }
+  void Minimize() override { ShowWindow(hWnd(), SW_MINIMIZE); }
+  void ShellOpen(const std::string& path) override;
 
   Library library_;
-  ShowMessageFunction showMessage_;
-  std::function<void()> unloaded_;
+  Services services_;
   TwipsPerPixel twips_;
 
   UniqueFont font_;
+  frmTip barTip_;
+  BnCommandBar cmd_;
+  BnCommandBar cmdEdit_;
   Pane leftPane_;
   Pane rightPane_;
+  Pane picAttach_;
+  Splitter picSplt_;
+  Splitter picHSplt_;
+  HWND cmdAttach_ = nullptr;
   LibraryChooser chooser_;
   SnippetControls controls_;
+  ListTips tTip_;
+  MainMenus menus_;
+
   SnippetEditing editing_;
   LibraryOperations operations_;
+  LibraryNaming naming_;
+  Attachments attachments_;
+  CodeOutput output_;
 
   UniqueAccelerators accelerators_;
-  HWND lastFocus_ = nullptr;  ///< The control that had the focus when the window last had it.
+  HostEnvironment* host_ = nullptr;
+  HWND lastFocus_ = nullptr;        ///< The control that had the focus when the window last had it.
+  bool descriptionEdited_ = false;  ///< The description has the focus.
   bool unloading_ = false;
+  bool allowMenuDrag_ = true;
+  bool minimizeOnView_ = true;
+  bool snippetTips_ = true;
   int leftPaneWidth_;      ///< Twips.
   int descriptionHeight_;  ///< Twips.
 };

@@ -1,0 +1,75 @@
+#include "ui/main/SnippetTips.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace snip::test {
+namespace {
+
+/// A list of ten pixels a row and letter, twelve letters wide, at (100, 200) of the screen and scrolled by 3.
+class FakeSurroundings : public TipSurroundings {
+ public:
+  Place place = Place::List;
+  std::int32_t entry = 0;
+  bool visible = false;
+  std::vector<std::string> done;
+
+  Place PlaceOfPointer() const override { return place; }
+  std::int32_t EntryAtPointer() const override { return entry; }
+  std::string EntryText(std::int32_t index) const override {
+    return index % 2 == 0 ? "short" : "as wide as it gets";
+  }
+  Point OnScreen(int y) const override { return {100, 200 + y}; }
+  int TopEntry() const override { return 3; }
+  int EntryHeight() const override { return 10; }
+  int TextWidth(const std::string& text) const override { return static_cast<int>(text.size()) * 10; }
+  int PaneWidth() const override { return 120; }
+  bool TipVisible() const override { return visible; }
+  void ShowTip(const std::string& text, int x, int y) override {
+    visible = true;
+    done.push_back(text + " " + std::to_string(x) + "," + std::to_string(y));
+  }
+  void HideTip() override {
+    if (visible) done.emplace_back("hide");
+    visible = false;
+  }
+};
+
+TEST(SnippetTips, ATipLiesOverTheEntryThatDoesNotFit) {
+  FakeSurroundings around;
+  SnippetTips tips(around);
+  using Place = TipSurroundings::Place;
+  struct Tick {
+    Place place;
+    std::int32_t entry;
+    std::vector<std::string> done;
+  };
+  const std::string third = "as wide as it gets 98,198";  // 200 + (3 - 3) * 10 - 1 - 1
+  const std::string fifth = "as wide as it gets 98,218";
+  const std::vector<Tick> ticks = {
+      {Place::List, 3, {third}},   // moving onto a long entry
+      {Place::List, 3, {}},        // staying there
+      {Place::Tip, 3, {}},         // the tip covers the entry now
+      {Place::List, 5, {fifth}},   // another long one
+      {Place::List, 4, {"hide"}},  // a short one
+      {Place::List, 4, {}},
+      {Place::List, 5, {fifth}},             // back
+      {Place::List, 0x10000 + 5, {"hide"}},  // below the last entry
+      {Place::List, 5, {fifth}},
+      {Place::Elsewhere, 5, {"hide"}},
+      {Place::Elsewhere, 5, {}},
+      {Place::List, 5, {fifth}},  // the same entry, but the tip was hidden
+  };
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    around.place = ticks[i].place;
+    around.entry = ticks[i].entry;
+    around.done.clear();
+    tips.tTip_Timer();
+    EXPECT_EQ(around.done, ticks[i].done) << i;
+  }
+}
+
+}  // namespace
+}  // namespace snip::test

@@ -1,0 +1,41 @@
+#include "ui/main/Attachments.h"
+
+#include "platform/Text.h"
+
+namespace snip {
+
+Attachments::Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
+                         AttachmentView& view)
+    : library_(library), editing_(editing), snippets_(snippets), view_(view) {}
+
+Snippet* Attachments::Selected() const {
+  const int row = snippets_.SelectedRow();
+  return library_.HasIndex(row) ? &library_.Snippets[static_cast<std::size_t>(row)] : nullptr;
+}
+
+bool Attachments::CanView() const {
+  const Snippet* snippet = Selected();
+  return snippet != nullptr && !Trim(snippet->Attachment).empty();
+}
+
+void Attachments::ViewAttachment() {
+  const Snippet* snippet = Selected();
+  if (snippet == nullptr) return;
+  const std::string path = snippet->Attachment;  // minimising lets other messages in
+  if (view_.MinimizeOnView()) view_.Minimize();
+  view_.ShellOpen(path);
+}
+
+void Attachments::SetAttachment() {
+  if (Selected() == nullptr || editing_.editingDisabled()) return;
+  if (const auto path = view_.ChooseAttachment()) SetAttachment(*path);
+}
+
+void Attachments::SetAttachment(const std::string& path) {
+  Snippet* snippet = Selected();
+  if (snippet == nullptr || editing_.editingDisabled()) return;
+  snippet->Attachment = path;
+  library_.Saved = false;
+}
+
+}  // namespace snip

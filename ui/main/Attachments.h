@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "library/Library.h"
+#include "ui/main/MainViews.h"
+#include "ui/main/SnippetEditing.h"
+
+namespace snip {
+
+/// What attachments need of the window.
+class AttachmentView {
+ public:
+  virtual ~AttachmentView() = default;
+
+  /// Lets the user choose a file; its full path, or nothing when the user cancelled.
+  virtual std::optional<std::string> ChooseAttachment() = 0;
+  virtual bool MinimizeOnView() const = 0;
+  virtual void Minimize() = 0;
+  /// Opens a file with the program that the system has for it; silent when there is none.
+  virtual void ShellOpen(const std::string& path) = 0;
+};
+
+/// The file that goes with the selected snippet.
+class Attachments {
+ public:
+  Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
+              AttachmentView& view);
+
+  /// Whether a snippet is selected that has one; a path of nothing but blanks is none.
+  bool CanView() const;
+  void ViewAttachment();
+  /// Asks for the file. Choosing the same one again counts as a change as well.
+  void SetAttachment();
+  void SetAttachment(const std::string& path);
+
+ private:
+  Snippet* Selected() const;
+
+  Library& library_;
+  const SnippetEditing& editing_;
+  const SnippetView& snippets_;
+  AttachmentView& view_;
+};
+
+}  // namespace snip

@@ -1,0 +1,83 @@
+#include "ui/main/LibraryNaming.h"
+
+#include <utility>
+
+#include "library/BnsFormat.h"
+#include "platform/Text.h"
+
+namespace snip {
+
+LibraryNaming::LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, SnippetView& snippetView,
+                             LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage)
+    : editing_(editing),
+      operations_(operations),
+      snippetView_(snippetView),
+      view_(view),
+      store_(store),
+      showMessage_(std::move(showMessage)) {}
+
+void LibraryNaming::GetNewLib() {
+  if (!editing_.SettleName()) return;
+  // The fields are about to be emptied: what is being edited belongs to the library that is left.
+  editing_.txtCode_LostFocus();
+  std::string name;
+  do {
+    name = view_.AskForLibraryName();
+    if (name.empty()) return;
+  } while (!Create(name));
+  editing_.ShowNothing("");
+  view_.InsertFile(view_.FileCount(), name);
+  view_.SelectFile(view_.FileCount() - 1);
+  operations_.cboFiles_Click();
+  // Once more by its full name: a name that looks like a path by itself has been taken for one.
+  operations_.OpenBNSFile(store_.PathOf(name));
+}
+
+/// Writes a new library; false after telling the user why that name cannot be had.
+bool LibraryNaming::Create(const std::string& name) {
+  const std::string path = store_.PathOf(name);
+  std::string refusal;
+  if (name == kBrowseEntry || store_.Exists(path)) {
+    refusal = "This file already exists. Please choose another name.";
+  } else if (!store_.Replace(path, NewLibraryBns())) {
+    refusal = "A file of this name cannot be made. Please choose another name.";
+  }
+  if (refusal.empty()) return true;
+  showMessage_(refusal, MessageStyle::kInformation, kMainWindowTitle);
+  return false;
+}
+
+std::string LibraryNaming::CurrentEntry() const {
+  const int entry = view_.SelectedFile();
+  return entry < 0 ? std::string() : view_.FileText(entry);
+}
+
+void LibraryNaming::RenameLibrary() {
+  if (editing_.editingDisabled() || snippetView_.SelectedRow() < 0 || !editing_.SettleName()) return;
+  view_.SetFileNameText(CurrentEntry());
+  view_.ShowFileNameBox();
+}
+
+void LibraryNaming::txtFileName_Change() {
+  const std::string current = CurrentEntry();
+  if (!Trim(view_.FileNameText()).empty() || Trim(current).empty()) return;
+  view_.SetFileNameText(current);
+  view_.SelectFileNameText();
+}
+
+void LibraryNaming::AcceptName() {
+  const std::string oldName = CurrentEntry();
+  const std::string newName = view_.FileNameText();
+  if (newName != oldName && store_.Rename(store_.PathOf(oldName), store_.PathOf(newName))) {
+    // The library in memory keeps its name, so that a later save writes under the old one again.
+    view_.ReplaceFile(view_.SelectedFile(), newName);
+  }
+  view_.HideFileNameBox();
+}
+
+void LibraryNaming::txtFileName_LostFocus() {
+  view_.SetFileNameText(CurrentEntry());
+  view_.HideFileNameBox();
+}
+
+}  // namespace snip

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "library/LibraryStore.h"
+#include "platform/MessageFunction.h"
+#include "ui/main/LibraryOperations.h"
+#include "ui/main/MainViews.h"
+#include "ui/main/SnippetEditing.h"
+
+namespace snip {
+
+/// Giving libraries names: to a new one, and another one to the current library in the box `txtFileName` over
+/// the chooser. Decides without a window. Handlers keep the names of the events they answer.
+class LibraryNaming {
+ public:
+  LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, SnippetView& snippetView,
+                LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage);
+
+  /// Asks for a name until one is free or the user gives up, then makes a library of that name and opens it.
+  void GetNewLib();
+
+  /// Opens the box, when a snippet is selected.
+  void RenameLibrary();
+  /// The box can never be left empty: the current name comes back.
+  void txtFileName_Change();
+  /// Enter: renames the file. What the file system refuses changes nothing and is not told.
+  void AcceptName();
+  /// Escape, or leaving the box.
+  void txtFileName_LostFocus();
+
+ private:
+  std::string CurrentEntry() const;
+  bool Create(const std::string& name);
+
+  SnippetEditing& editing_;
+  LibraryOperations& operations_;
+  SnippetView& snippetView_;
+  LibraryView& view_;
+  LibraryStore& store_;
+  ShowMessageFunction showMessage_;
+};
+
+}  // namespace snip

@@ -1,0 +1,73 @@
+#include "ui/main/ListTips.h"
+
+#include "platform/Handle.h"
+
+namespace snip {
+namespace {
+
+POINT Pointer() {
+  POINT pointer{};
+  GetCursorPos(&pointer);
+  return pointer;
+}
+
+}  // namespace
+
+void ListTips::Load(HWND owner, HWND pane, HWND list) {
+  pane_ = pane;
+  list_ = list;
+  tip_.Load(owner);
+}
+
+void ListTips::TakeListFont() {
+  tip_.SetFont(ListFont());
+}
+
+TipSurroundings::Place ListTips::PlaceOfPointer() const {
+  const HWND window = WindowFromPoint(Pointer());
+  if (window == list_) return Place::List;
+  return window == tip_.hWnd() ? Place::Tip : Place::Elsewhere;
+}
+
+std::int32_t ListTips::EntryAtPointer() const {
+  POINT place = Pointer();
+  ScreenToClient(list_, &place);
+  return static_cast<std::int32_t>(SendMessageA(list_, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y)));
+}
+
+std::string ListTips::EntryText(std::int32_t entry) const {
+  const LRESULT length = SendMessageA(list_, LB_GETTEXTLEN, static_cast<WPARAM>(entry), 0);
+  if (length < 0) return {};
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  SendMessageA(list_, LB_GETTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+Point ListTips::OnScreen(int y) const {
+  POINT place{0, y};
+  ClientToScreen(list_, &place);
+  return {static_cast<int>(place.x), static_cast<int>(place.y)};
+}
+
+int ListTips::TopEntry() const {
+  return static_cast<int>(SendMessageA(list_, LB_GETTOPINDEX, 0, 0));
+}
+
+int ListTips::EntryHeight() const {
+  return static_cast<int>(SendMessageA(list_, LB_GETITEMHEIGHT, 0, 0));
+}
+
+int ListTips::TextWidth(const std::string& text) const {
+  const WindowDC dc(list_);
+  const SelectedObject font(dc.get(), ListFont());
+  SIZE size{};
+  GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+  return static_cast<int>(size.cx);
+}
+
+int ListTips::PaneWidth() const {
+  return ClientSize(pane_).width;
+}
+
+}  // namespace snip

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+#include "ui/main/SnippetTips.h"
+#include "ui/main/frmTip.h"
+
+namespace snip {
+
+/// The tips over the snippet list: the list box, the tip window and the mouse behind `SnippetTips`.
+class ListTips : private TipSurroundings {
+ public:
+  /// How often the mouse is looked at.
+  static constexpr UINT kIntervalMs = 55;
+
+  /// Makes the tip window; it goes with `owner`. `pane` is what the list lies in.
+  void Load(HWND owner, HWND pane, HWND list);
+  void Unload() { tip_.Destroy(); }
+  /// Takes the font of the list.
+  void TakeListFont();
+
+  void tTip_Timer() { tips_.tTip_Timer(); }
+  void Hide() { tip_.Hide(); }
+
+ private:
+  Place PlaceOfPointer() const override;
+  std::int32_t EntryAtPointer() const override;
+  std::string EntryText(std::int32_t entry) const override;
+  Point OnScreen(int y) const override;
+  int TopEntry() const override;
+  int EntryHeight() const override;
+  int TextWidth(const std::string& text) const override;
+  int PaneWidth() const override;
+  bool TipVisible() const override { return tip_.Visible(); }
+  void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTip(text, x, y); }
+  void HideTip() override { tip_.Hide(); }
+
+  HFONT ListFont() const { return reinterpret_cast<HFONT>(SendMessageA(list_, WM_GETFONT, 0, 0)); }
+
+  HWND pane_ = nullptr;
+  HWND list_ = nullptr;
+  frmTip tip_;
+  SnippetTips tips_{*this};
+};
+
+}  // namespace snip

@@ -1,0 +1,99 @@
+#include "ui/main/MainMenus.h"
+
+#include <array>
+#include <memory>
+#include <span>
+#include <utility>
+
+#include "resources/resource.h"
+#include "ui/commandbar/Picture.h"
+#include "ui/main/MainToolbars.h"
+#include "ui/main/frmTip.h"
+
+namespace snip {
+namespace {
+
+struct Item {
+  const char* caption;
+  int picture = 0;  ///< Resource number, 0 for none.
+};
+
+constexpr Item kSeparator{"-"};
+
+constexpr std::array kOutputItems{
+    Item{kPasteToCodeWindow, IDB_PASTE_TO_CODE},
+    Item{kCopyToClipboard, IDB_COPY},
+    Item{kCreateNewModule, IDB_NEW_MODULE},
+};
+constexpr std::array kSnippetsItems{
+    Item{"Rename Snippet"},
+    kSeparator,
+    Item{"Edit Snippet", IDB_EDIT_SNIPPET},
+    Item{"Delete Snippet", IDB_DELETE_SNIPPET},
+    kSeparator,
+    Item{"Paste to Code Window", IDB_PASTE_TO_CODE},
+    Item{kCopyToClipboard, IDB_COPY},
+};
+constexpr std::array kAttachItems{
+    Item{"View Attachment", IDB_VIEW_ATTACHMENT},
+    Item{"Set Attachment..."},
+};
+constexpr std::array kEditItems{
+    // The blanks at its end tell it from the item of the list's menu.
+    Item{"Edit Snippet   ", IDB_EDIT_SNIPPET},
+    kSeparator,
+    Item{"Undo", IDB_UNDO},
+    kSeparator,
+    Item{"Cut", IDB_CUT},
+    Item{"Copy", IDB_COPY},
+    Item{"Paste", IDB_PASTE},
+    kSeparator,
+    Item{"Select All", IDB_SELECT_ALL},
+};
+
+void FillMenu(frmMenu& menu, std::span<const Item> items) {
+  menu.Clear();
+  for (const Item& item : items) {
+    menu.Add(item.caption, true, false, item.picture != 0 ? Picture::FromResource(item.picture) : nullptr);
+  }
+}
+
+frmMenu::Services MenuServices(const SoundEffects& sounds) {
+  return {.sounds = sounds, .makeTip = [](HWND owner) -> std::unique_ptr<TipWindow> {
+            auto tip = std::make_unique<frmTip>();
+            return tip->Load(owner) ? std::move(tip) : nullptr;
+          }};
+}
+
+frmMenu::Events MenuEvents(std::function<void(int index)> clicked, std::function<void()> hidden = {}) {
+  return {.Clicked = std::move(clicked), .Selected = {}, .HideMenu = std::move(hidden)};
+}
+
+}  // namespace
+
+MainMenus::MainMenus(const SoundEffects& sounds, Events events)
+    : mnuModFuncs("Output", MenuServices(sounds),
+                  MenuEvents(std::move(events.mnuModFuncs_Clicked), std::move(events.mnuModFuncs_HideMenu))),
+      mnuSnippets("Snippets", MenuServices(sounds), MenuEvents(std::move(events.mnuSnippets_Clicked))),
+      mnuAttach("Attachment", MenuServices(sounds), MenuEvents(std::move(events.mnuAttach_Clicked))),
+      mnuEdit("Edit", MenuServices(sounds), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
+
+void MainMenus::Fill() {
+  FillMenu(mnuModFuncs, kOutputItems);
+  FillMenu(mnuSnippets, kSnippetsItems);
+  FillMenu(mnuAttach, kAttachItems);
+  FillMenu(mnuEdit, kEditItems);
+}
+
+void MainMenus::Unload() {
+  for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) menu->Unload();
+}
+
+bool MainMenus::PreTranslate(const MSG& message) {
+  for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) {
+    if (menu->PreTranslate(message)) return true;
+  }
+  return false;
+}
+
+}  // namespace snip

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/Handle.h"
+#include "ui/main/MainToolbars.h"
+
+namespace snip {
+
+/// What keys do in the main window. Buttons of the two toolbars have the number of the button above a base,
+/// so that a key does what the button does.
+namespace Command {
+enum : int {
+  // Above the numbers that the dialog manager sends for Enter and Escape (IDOK, IDCANCEL).
+  kMainButton = 100,
+  kEditButton = 200,
+  kRenameSnippet = 300,
+  kDeleteSnippet,
+  kCopyCode,
+  kOutputMenu,
+  kAttachmentMenu,
+  kAcceptName,
+  kCancelName,
+  kAcceptFileName,
+  kCancelFileName,
+};
+}  // namespace Command
+
+/// The keys that do the same wherever the focus is.
+UniqueAccelerators MakeAccelerators();
+
+}  // namespace snip

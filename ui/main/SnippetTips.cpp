@@ -1,0 +1,34 @@
+#include "ui/main/SnippetTips.h"
+
+namespace snip {
+namespace {
+
+/// A list box answers with the high word set for a point outside its entries.
+constexpr std::int32_t kOutsideEntries = 0x10000;
+
+}  // namespace
+
+void SnippetTips::tTip_Timer() {
+  const auto place = surroundings_.PlaceOfPointer();
+  if (place == TipSurroundings::Place::Elsewhere) surroundings_.HideTip();
+  if (place != TipSurroundings::Place::List) return;  // over the tip itself it stays
+
+  const std::int32_t entry = surroundings_.EntryAtPointer();
+  if (entry == lastTipIndex_ && surroundings_.TipVisible()) return;
+  lastTipIndex_ = entry;
+  if (entry >= kOutsideEntries) {
+    surroundings_.HideTip();
+    return;
+  }
+  const std::string text = surroundings_.EntryText(entry);
+  if (surroundings_.TextWidth(text) <= surroundings_.PaneWidth()) {
+    surroundings_.HideTip();
+    return;
+  }
+  const int top = (entry - surroundings_.TopEntry()) * surroundings_.EntryHeight() - 1;
+  const Point corner = surroundings_.OnScreen(top);
+  // The tip's frame and margin come before its text, which then lies on the entry's.
+  surroundings_.ShowTip(text, corner.x - 2, corner.y - 1);
+}
+
+}  // namespace snip

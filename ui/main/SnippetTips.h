@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/Geometry.h"
+
+namespace snip {
+
+/// What the tips over the snippet list ask of the list, the tip window and the mouse. All in pixels.
+class TipSurroundings {
+ public:
+  virtual ~TipSurroundings() = default;
+
+  enum class Place { List, Tip, Elsewhere };
+  virtual Place PlaceOfPointer() const = 0;
+  /// The entry of the list at the pointer; 65536 or more below the last one.
+  virtual std::int32_t EntryAtPointer() const = 0;
+  virtual std::string EntryText(std::int32_t entry) const = 0;
+  /// Left end, on the screen, of the list's line that lies `y` pixels below its top.
+  virtual Point OnScreen(int y) const = 0;
+  virtual int TopEntry() const = 0;
+  virtual int EntryHeight() const = 0;
+  virtual int TextWidth(const std::string& text) const = 0;
+  virtual int PaneWidth() const = 0;
+
+  virtual bool TipVisible() const = 0;
+  virtual void ShowTip(const std::string& text, int x, int y) = 0;
+  virtual void HideTip() = 0;
+};
+
+/// Shows the whole text of an entry that is too wide for the list exactly over the entry, while the mouse is
+/// on it. Selected entries get a tip like any other.
+class SnippetTips {
+ public:
+  explicit SnippetTips(TipSurroundings& surroundings) : surroundings_(surroundings) {}
+
+  void tTip_Timer();
+
+ private:
+  TipSurroundings& surroundings_;
+  std::int32_t lastTipIndex_ = -1;  ///< The entry that was looked at last.
+};
+
+}  // namespace snip
