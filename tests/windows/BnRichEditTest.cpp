@@ -42,7 +42,9 @@ class BnRichEditTest : public testing::Test {
                           [this] {
                             log_.emplace_back("double click");
                             onDoubleClick_();
-                          }}};
+                          },
+                      .mouseDown = [](int, POINT) {},
+                      .contextMenu = [](POINT) {}}};
   HWND frame_ = nullptr;
   HWND other_ = nullptr;
 };

@@ -10,6 +10,7 @@
 #include "library/LibraryFolder.h"
 #include "platform/Win32Text.h"
 #include "tests/windows/TestDesktop.h"
+#include "tests/windows/TestRegistry.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip::test {
@@ -63,14 +64,21 @@ class MainWindowTest : public testing::Test {
   LibraryFolder store_{folder_.path()};
   std::vector<std::string> messages_;
   MessageResult answer_ = MessageResult::Ok;
-  frmAddIn window_{store_,
-                   [this](const std::string& prompt, int, const std::string& title) {
-                     EXPECT_EQ(title,
-                               prompt.starts_with("This file was saved") ? "" : "Brennic Snipstore 2.x");
-                     messages_.push_back(prompt);
-                     return answer_;
-                   },
-                   [] {}};
+  TestRegistry testRegistry_;
+  ShowMessageFunction showMessage_ = [this](const std::string& prompt, int, const std::string& title) {
+    EXPECT_EQ(title, prompt.starts_with("This file was saved") ? "" : "Brennic Snipstore 2.x");
+    messages_.push_back(prompt);
+    return answer_;
+  };
+  Registry32 registry_{showMessage_};
+  SoundEffects sounds_{registry_};
+  SettingsStore settings_{registry_};
+  frmAddIn window_{{.store = store_,
+                    .settings = settings_,
+                    .sounds = sounds_,
+                    .showMessage = showMessage_,
+                    .unloaded = [] {},
+                    .hidden = [] {}}};
 };
 
 TEST_F(MainWindowTest, OpensTheFirstLibraryAndShowsItsFirstSnippet) {
@@ -127,7 +135,7 @@ TEST_F(MainWindowTest, AnEditIsTakenWhenTheFieldIsLeftAndWrittenOnSave) {
 
 TEST_F(MainWindowTest, AnEditStaysInProgressWhileAnotherWindowHasTheFocus) {
   Open();
-  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  PressKey('E', {VK_CONTROL});
   ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
   TypeText("y");
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y'one"; }));
@@ -241,7 +249,8 @@ TEST_F(MainWindowTest, EscapeAndEnterHarmNothingWhereverTheFocusIs) {
     EXPECT_NE(Description(), nullptr);
     EXPECT_NE(Code(), nullptr);
   }
-  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  PressKey('E', {VK_CONTROL});
+  ASSERT_TRUE(Until([&] { return (GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY) == 0; }));
   PressKey(VK_ESCAPE);
   TypeText("k");
   EXPECT_TRUE(Until([&] { return WindowText(Code()) == "k'one"; }));
@@ -252,15 +261,15 @@ TEST_F(MainWindowTest, EscapeAndEnterHarmNothingWhereverTheFocusIs) {
 TEST_F(MainWindowTest, TabGoesRoundAllFieldsAndStaysInTheEditor) {
   Open();
   SetFocus(List());
-  for (const HWND next : {Description(), Code(), Files(), List()}) {
+  for (const HWND next : {Description(), Control(frmAddIn::kAttachId), Code(), Files(), List()}) {
     PressKey(VK_TAB);
     ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
   }
-  for (const HWND next : {Files(), Code(), Description(), List()}) {
+  for (const HWND next : {Files(), Code(), Control(frmAddIn::kAttachId), Description(), List()}) {
     PressKey(VK_TAB, {VK_SHIFT});
     ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
   }
-  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  PressKey('E', {VK_CONTROL});
   ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
   PressKey(VK_TAB);
   EXPECT_TRUE(Until([&] { return WindowText(Code()) == "\t'one"; }))
@@ -272,7 +281,7 @@ TEST_F(MainWindowTest, TabGoesRoundAllFieldsAndStaysInTheEditor) {
 
 TEST_F(MainWindowTest, MinimisingKeepsTheEditInProgress) {
   Open();
-  SendMessageA(window_.hWnd(), WM_COMMAND, 104, 0);  // "Edit Snippet"
+  PressKey('E', {VK_CONTROL});
   ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
   TypeText("q");
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "q'one"; }));
@@ -299,8 +308,8 @@ TEST_F(MainWindowTest, CopyingPutsTheCodeOnTheClipboard) {
     CloseClipboard();
     return copied;
   };
-  SendMessageA(window_.hWnd(), WM_COMMAND, 107, 0);  // "Copy to Clipboard"
-  EXPECT_EQ(clipboard(), accents.Code);
+  PressKey('C', {VK_CONTROL, VK_SHIFT});
+  EXPECT_TRUE(Until([&] { return clipboard() == accents.Code; }));
   PressKey(VK_DOWN);
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'two"; }));
   PressKey('C', {VK_CONTROL});
