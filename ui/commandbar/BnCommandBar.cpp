@@ -88,7 +88,7 @@ bool BnCommandBar::CreateIn(HWND parent, int id, const std::string& name, const 
   MakeFont();
   const bool made = Create({.className = "BnCommandBar",
                             .title = name.c_str(),
-                            .style = WS_CHILD | WS_VISIBLE,
+                            .style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,  // a control may lie on it
                             .place = {},
                             .parent = parent,
                             .id = id,
