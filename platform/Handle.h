@@ -76,6 +76,14 @@ using UniqueBitmap = UniqueHandle<GdiObjectTraits<HBITMAP>>;
 using UniqueBrush = UniqueHandle<GdiObjectTraits<HBRUSH>>;
 using UniqueFont = UniqueHandle<GdiObjectTraits<HFONT>>;
 using UniquePalette = UniqueHandle<GdiObjectTraits<HPALETTE>>;
+using UniqueRegion = UniqueHandle<GdiObjectTraits<HRGN>>;
+
+struct LibraryTraits {
+  using Type = HMODULE;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { FreeLibrary(handle); }
+};
+using UniqueLibrary = UniqueHandle<LibraryTraits>;
 
 struct MetafileTraits {
   using Type = HENHMETAFILE;
@@ -126,6 +134,20 @@ class WindowDC {
   ~WindowDC() { ReleaseDC(window_, dc_); }
   WindowDC(const WindowDC&) = delete;
   WindowDC& operator=(const WindowDC&) = delete;
+  HDC get() const { return dc_; }
+
+ private:
+  HWND window_;
+  HDC dc_;
+};
+
+/// The device context of a whole window, frame included; its origin is the window's left top.
+class FrameDC {
+ public:
+  explicit FrameDC(HWND window) : window_(window), dc_(GetWindowDC(window)) {}
+  ~FrameDC() { ReleaseDC(window_, dc_); }
+  FrameDC(const FrameDC&) = delete;
+  FrameDC& operator=(const FrameDC&) = delete;
   HDC get() const { return dc_; }
 
  private:

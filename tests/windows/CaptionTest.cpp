@@ -1,0 +1,362 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "platform/Drawing.h"
+#include "platform/Handle.h"
+#include "platform/Window.h"
+#include "resources/resource.h"
+#include "tests/windows/TestCanvas.h"
+#include "tests/windows/TestDesktop.h"
+#include "ui/caption/CaptionHook.h"
+
+namespace snip::test {
+namespace {
+
+constexpr COLORREF kBlue = 0xFF0000;
+constexpr COLORREF kSilver = 0xC0C0C0;
+constexpr COLORREF kWhite = RGB(255, 255, 255);
+
+/// Counts the messages that come to its own procedure.
+class Frame : public Window {
+ public:
+  ~Frame() override { Destroy(); }
+  bool Make(const Rect& place, DWORD style = WS_OVERLAPPEDWINDOW, DWORD exStyle = 0) {
+    return Create({.className = "CaptionTestFrame",
+                   .title = "Gradient",
+                   .style = style | WS_VISIBLE,
+                   .exStyle = exStyle,
+                   .place = place,
+                   .iconId = IDI_SNIPSTORE});
+  }
+  std::multiset<UINT> seen;
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+    seen.insert(message);
+    return Default(message, wParam, lParam);
+  }
+};
+
+Rect Place(HWND window) {
+  return PlaceInParent(window);
+}
+
+/// The pixels of a title bar's filled part.
+Image CaptionOf(HWND window) {
+  const CaptionPainter painter;
+  RECT bounds{};
+  GetRgnBox(painter.Covered(window).get(), &bounds);
+  const Rect place = Place(window);
+  const FrameDC dc(window);
+  TestCanvas canvas(static_cast<int>(bounds.right - bounds.left),
+                    static_cast<int>(bounds.bottom - bounds.top), 0);
+  const Image size = canvas.Read();
+  BitBlt(canvas.dc(), 0, 0, size.width, size.height, dc.get(), bounds.left - place.left,
+         bounds.top - place.top, SRCCOPY);
+  return canvas.Read();
+}
+
+bool HasGradient(HWND window, COLORREF end) {
+  const Image bar = CaptionOf(window);
+  const COLORREF middle = bar.At(bar.width / 2, 0);
+  const int half = GetBValue(middle);
+  return bar.At(0, 0) == 0 && bar.At(0, bar.height - 1) == 0 && bar.At(bar.width - 1, 0) == end &&
+         bar.At(bar.width - 1, bar.height - 1) == end && half > 0x50 && half < 0x90 &&
+         GetRValue(middle) == (end == kBlue ? 0 : half);
+}
+
+/// How many pixels of the columns from `left` have that colour.
+int Count(const Image& bar, COLORREF color, int left, int right) {
+  int count = 0;
+  for (int y = 0; y < bar.height; ++y) {
+    for (int x = left; x < right; ++x) count += bar.At(x, y) == color ? 1 : 0;
+  }
+  return count;
+}
+
+int TextPixels(HWND window) {
+  const Image bar = CaptionOf(window);
+  return Count(bar, kWhite, bar.height + 4, bar.width / 2);
+}
+
+class CaptionTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(frame_.Make({100, 100, 400, 200}));
+    hook_.Install(frame_.hWnd(), painter_);
+    ASSERT_TRUE(WaitUntil([&] { return IsForeground(frame_.hWnd()) && HasGradient(frame_.hWnd(), kBlue); }));
+  }
+
+  /// Where the system has one of its buttons, in client pixels.
+  static POINT Button(HWND window, LRESULT hitTest) {
+    const Rect place = Place(window);
+    std::vector<int> columns;
+    const int y = place.top + GetSystemMetrics(SM_CYSIZEFRAME) + GetSystemMetrics(SM_CYCAPTION) / 2;
+    for (int x = place.left; x < place.right(); ++x) {
+      if (SendMessageA(window, WM_NCHITTEST, 0, MAKELPARAM(x, y)) == hitTest) columns.push_back(x);
+    }
+    if (columns.empty()) throw std::runtime_error("no such button");
+    POINT at{columns[columns.size() / 2], y};
+    ScreenToClient(window, &at);
+    return at;
+  }
+
+  Frame frame_;
+  CaptionPainter painter_;
+  CaptionHook hook_;
+};
+
+WNDPROC ProcedureOf(HWND window) {
+  return reinterpret_cast<WNDPROC>(GetWindowLongPtrA(window, GWLP_WNDPROC));
+}
+
+TEST_F(CaptionTest, ShowsWhetherTheWindowIsActive) {
+  Frame other;
+  ASSERT_TRUE(other.Make({550, 100, 300, 200}));
+  CaptionHook hook;
+  hook.Install(other.hWnd(), painter_);
+  for (int round = 0; round < 2; ++round) {
+    EXPECT_TRUE(
+        WaitUntil([&] { return HasGradient(other.hWnd(), kBlue) && HasGradient(frame_.hWnd(), kSilver); }));
+    ClickAt(frame_.hWnd(), {100, -8});
+    EXPECT_TRUE(
+        WaitUntil([&] { return HasGradient(other.hWnd(), kSilver) && HasGradient(frame_.hWnd(), kBlue); }));
+    ClickCentre(other.hWnd());
+  }
+}
+
+TEST_F(CaptionTest, ShowsIconAndText) {
+  const int text = TextPixels(frame_.hWnd());
+  EXPECT_GT(text, 20);
+  const Image bar = CaptionOf(frame_.hWnd());
+  // Nothing else at the left end is other than a shade of blue.
+  int iconPixels = 0;
+  for (int y = 0; y < bar.height; ++y) {
+    for (int x = 0; x < bar.height; ++x) iconPixels += (bar.At(x, y) & 0x00FFFF) != 0 ? 1 : 0;
+  }
+  EXPECT_GT(iconPixels, 50);
+
+  SetWindowTextA(frame_.hWnd(), "Gradient Gradient");
+  EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
+  EXPECT_GT(TextPixels(frame_.hWnd()), text + 20);
+  SetWindowTextA(frame_.hWnd(), "");
+  EXPECT_EQ(TextPixels(frame_.hWnd()), 0);
+}
+
+TEST_F(CaptionTest, PaintsAfterEachMessageThatMayHaveSpoiltIt) {
+  for (const UINT message :
+       {WM_KILLFOCUS, WM_MOUSEACTIVATE, WM_MDIACTIVATE, WM_SETTEXT, WM_NCPAINT, WM_INITMENUPOPUP,
+        WM_SYSCOMMAND, WM_NCRBUTTONDOWN, WM_NCLBUTTONDOWN, WM_SIZE, WM_SETICON, WM_SETTINGCHANGE}) {
+    SCOPED_TRACE(message);
+    {
+      const FrameDC dc(frame_.hWnd());
+      FillArea(dc.get(), {0, 0, 200, 15}, RGB(255, 0, 0));
+    }
+    ASSERT_FALSE(HasGradient(frame_.hWnd(), kBlue));
+    frame_.seen.clear();
+    const LPARAM lParam = message == WM_SETTEXT ? reinterpret_cast<LPARAM>("Text") : 0;
+    SendMessageA(frame_.hWnd(), message, message == WM_NCPAINT ? 1 : 0, lParam);
+    EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
+    EXPECT_EQ(frame_.seen.count(message), 1U);
+  }
+}
+
+TEST_F(CaptionTest, ButtonsWorkAndStayWhereTheSystemHasThem) {
+  const HWND window = frame_.hWnd();
+  for (const LRESULT button : {HTMINBUTTON, HTMAXBUTTON, HTCLOSE}) {
+    const Rect place = Place(window);
+    POINT at = Button(window, button);
+    ClientToScreen(window, &at);
+    // Neither of the gradient's colours: a face that the system has drawn.
+    const COLORREF face = GetPixel(FrameDC(window).get(), at.x - place.left - 6, at.y - place.top - 5);
+    EXPECT_GT(GetGValue(face), 0x60) << button;
+  }
+  ClickAt(window, Button(window, HTMAXBUTTON));
+  EXPECT_TRUE(WaitUntil([&] { return IsZoomed(window) != 0 && HasGradient(window, kBlue); }));
+  ClickAt(window, Button(window, HTMAXBUTTON));
+  EXPECT_TRUE(WaitUntil([&] { return IsZoomed(window) == 0 && HasGradient(window, kBlue); }));
+  ClickAt(window, Button(window, HTMINBUTTON));
+  EXPECT_TRUE(WaitUntil([&] { return IsIconic(window) != 0; }));
+  ShowWindow(window, SW_RESTORE);
+  EXPECT_TRUE(WaitUntil([&] { return IsIconic(window) == 0 && HasGradient(window, kBlue); }));
+  ClickAt(window, Button(window, HTCLOSE));
+  EXPECT_TRUE(WaitUntil([&] { return frame_.hWnd() == nullptr; }));
+}
+
+TEST_F(CaptionTest, ADoubleClickMaximisesAndADragMoves) {
+  const HWND window = frame_.hWnd();
+  ClickAt(window, {150, -8}, 2);
+  EXPECT_TRUE(WaitUntil([&] { return IsZoomed(window) != 0 && HasGradient(window, kBlue); }));
+  ShowWindow(window, SW_RESTORE);
+  const Rect before = Place(window);
+  {
+    const Driver driver([&] {
+      const auto movedTo = [&](int x) { return Place(window).left == before.left + x; };
+      MovePointer({before.left + 120, before.top + 12});
+      PressMouse();
+      for (const int x : {20, 40, 60}) {
+        // The system's move loop is up once the window follows.
+        WaitUntil(
+            [&] {
+              MovePointer({before.left + 120 + x, before.top + 12 + x});
+              return movedTo(x);
+            },
+            3000, [] {});
+      }
+      ReleaseMouse();
+    });
+    EXPECT_TRUE(WaitUntil([&] { return Place(window).left == before.left + 60 && GetCapture() == nullptr; }));
+  }
+  EXPECT_EQ(Place(window), (Rect{before.left + 60, before.top + 60, before.width, before.height}));
+  EXPECT_TRUE(HasGradient(window, kBlue));
+}
+
+TEST_F(CaptionTest, ShowsTheCursorsOfTheUpperEdges) {
+  const std::vector<std::pair<int, const char*>> own = {{HTLEFT, IDC_SIZEWE},
+                                                        {HTRIGHT, IDC_SIZEWE},
+                                                        {HTTOP, IDC_SIZENS},
+                                                        {HTTOPLEFT, IDC_SIZENWSE},
+                                                        {HTTOPRIGHT, IDC_SIZENESW}};
+  for (const auto& [part, cursor] : own) {
+    frame_.seen.clear();
+    SetCursor(nullptr);
+    EXPECT_EQ(SendMessageA(frame_.hWnd(), WM_SETCURSOR, 0, MAKELPARAM(part, WM_MOUSEMOVE)), TRUE);
+    EXPECT_EQ(GetCursor(), LoadCursorA(nullptr, cursor)) << part;
+    EXPECT_EQ(frame_.seen.count(WM_SETCURSOR), 0U) << part;
+  }
+  for (const int part : {HTCLIENT, HTCAPTION, HTBOTTOM, HTBOTTOMLEFT, HTBOTTOMRIGHT}) {
+    frame_.seen.clear();
+    SendMessageA(frame_.hWnd(), WM_SETCURSOR, 0, MAKELPARAM(part, WM_MOUSEMOVE));
+    EXPECT_EQ(frame_.seen.count(WM_SETCURSOR), 1U) << part;
+  }
+}
+
+TEST(CaptionHook, HooksAndUnhooksInAnyOrder) {
+  for (const bool firstGoesFirst : {true, false}) {
+    Frame frames[2];
+    CaptionPainter painter;
+    CaptionHook hooks[2];
+    for (int i : {0, 1}) {
+      ASSERT_TRUE(frames[i].Make({100 + 300 * i, 100, 250, 100}));
+      const WNDPROC own = ProcedureOf(frames[i].hWnd());
+      hooks[i].Install(frames[i].hWnd(), painter);
+      EXPECT_NE(ProcedureOf(frames[i].hWnd()), own);
+      EXPECT_EQ(GetPropA(frames[i].hWnd(), "OldMeProc"), reinterpret_cast<HANDLE>(own));
+    }
+    const WNDPROC own = reinterpret_cast<WNDPROC>(GetPropA(frames[0].hWnd(), "OldMeProc"));
+    const int first = firstGoesFirst ? 0 : 1;
+    hooks[first].Remove();
+    EXPECT_EQ(ProcedureOf(frames[first].hWnd()), own);
+    EXPECT_EQ(GetPropA(frames[first].hWnd(), "OldMeProc"), nullptr);
+    const int last = 1 - first;
+    EXPECT_TRUE(WaitUntil([&] {
+      return HasGradient(frames[last].hWnd(), IsForeground(frames[last].hWnd()) ? kBlue : kSilver);
+    }));
+    EXPECT_TRUE(WaitUntil([&] {
+      const Image bar = CaptionOf(frames[first].hWnd());
+      return bar.At(0, 0) == bar.At(bar.width - 1, 0);
+    }));
+    hooks[last].Remove();
+    EXPECT_EQ(ProcedureOf(frames[last].hWnd()), own);
+  }
+}
+
+LRESULT CALLBACK Replaced(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return CallWindowProcA(reinterpret_cast<WNDPROC>(GetPropA(window, "TestPrevious")), window, message, wParam,
+                         lParam);
+}
+
+TEST(CaptionHook, LeavesAProcedureInFrontOfItInPlace) {
+  Frame frame;
+  CaptionPainter painter;
+  ASSERT_TRUE(frame.Make({100, 100, 300, 100}));
+  const HWND window = frame.hWnd();
+  const WNDPROC own = ProcedureOf(window);
+  CaptionHook hook;
+  hook.Install(window, painter);
+  const WNDPROC hooked = ProcedureOf(window);
+  SetPropA(window, "TestPrevious", reinterpret_cast<HANDLE>(hooked));
+  SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Replaced));
+
+  hook.Remove();
+  EXPECT_EQ(ProcedureOf(window), &Replaced);
+  EXPECT_EQ(GetPropA(window, "OldMeProc"), nullptr);
+  frame.seen.clear();
+  SendMessageA(window, WM_APP, 0, 0);
+  EXPECT_EQ(frame.seen.count(WM_APP), 1U);
+
+  hook.Install(window, painter);
+  EXPECT_EQ(GetPropA(window, "OldMeProc"), reinterpret_cast<HANDLE>(own));
+  EXPECT_TRUE(WaitUntil([&] { return HasGradient(window, kBlue); }));
+  SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(hooked));
+  hook.Remove();
+  EXPECT_EQ(ProcedureOf(window), own);
+  RemovePropA(window, "TestPrevious");
+}
+
+TEST(CaptionHook, EndsWithItsWindow) {
+  CaptionPainter painter;
+  CaptionHook hook;
+  for (int i = 0; i < 2; ++i) {
+    Frame frame;
+    ASSERT_TRUE(frame.Make({100, 100, 300, 100}));
+    hook.Install(frame.hWnd(), painter);
+    CaptionHook second;
+    second.Install(frame.hWnd(), painter);  // has no effect
+    EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame.hWnd(), kBlue); }));
+    frame.Destroy();
+    EXPECT_EQ(frame.seen.count(WM_NCDESTROY), 1U);
+    if (i == 1) hook.Remove();
+  }
+}
+
+TEST(CaptionHook, PaintsEveryKindOfFrame) {
+  struct Case {
+    const char* name;
+    DWORD style;
+    DWORD exStyle;
+    Rect place;
+  };
+  const DWORD dialog = WS_POPUP | WS_CAPTION | WS_SYSMENU;
+  const std::vector<Case> cases = {
+      {"dialog", dialog, WS_EX_DLGMODALFRAME, {100, 100, 300, 100}},
+      {"tool window", dialog, WS_EX_TOOLWINDOW, {100, 100, 300, 100}},
+      {"sizeable tool window", WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW, {100, 100, 300, 100}},
+      {"without buttons", WS_POPUP | WS_CAPTION, 0, {100, 100, 300, 100}},
+      {"scroll bars", WS_OVERLAPPEDWINDOW | WS_VSCROLL | WS_HSCROLL, WS_EX_CLIENTEDGE, {100, 100, 300, 100}},
+      {"partly off the screen", WS_OVERLAPPEDWINDOW, 0, {-100, 100, 300, 100}},
+      {"narrow", dialog, 0, {100, 100, 60, 100}},
+  };
+  CaptionPainter painter;
+  for (const Case& kind : cases) {
+    SCOPED_TRACE(kind.name);
+    Frame frame;
+    ASSERT_TRUE(frame.Make(kind.place, kind.style, kind.exStyle));
+    CaptionHook hook;
+    hook.Install(frame.hWnd(), painter);
+    EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame.hWnd(), kBlue); }, 3000));
+  }
+  Frame tiny;
+  ASSERT_TRUE(tiny.Make({100, 100, 1, 1}, WS_POPUP | WS_CAPTION | WS_SYSMENU));
+  CaptionHook hook;
+  hook.Install(tiny.hWnd(), painter);
+  SendMessageA(tiny.hWnd(), WM_NCPAINT, 1, 0);
+}
+
+TEST_F(CaptionTest, AThousandPaintsLoseNothing) {
+  const int before = FreeGdiHandles();
+  for (int i = 0; i < 500; ++i) {
+    SendMessageA(frame_.hWnd(), WM_NCPAINT, 1, 0);
+    SendMessageA(frame_.hWnd(), WM_NCACTIVATE, i % 2 == 0 ? FALSE : TRUE, 0);
+  }
+  EXPECT_EQ(FreeGdiHandles(), before);
+  EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
+}
+
+}  // namespace
+}  // namespace snip::test
