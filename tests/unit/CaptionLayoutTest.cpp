@@ -15,8 +15,7 @@ CaptionParts Parts(int width, int dpi, bool sizeButtons, bool icon) {
   return {.titleBar = {4, 4, width, large ? 28 : 19},
           .buttonCell = large ? Size{27, 27} : Size{18, 18},
           .icon = icon ? Size{16 * dpi / 96, 16 * dpi / 96} : Size{},
-          .sizeButtons = sizeButtons,
-          .dpi = dpi};
+          .sizeButtons = sizeButtons};
 }
 
 TEST(CaptionLayout, PlacesTheParts) {

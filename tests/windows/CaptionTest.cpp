@@ -172,8 +172,9 @@ TEST_F(CaptionTest, ButtonsWorkAndStayWhereTheSystemHasThem) {
     const Rect place = Place(window);
     POINT at = Button(window, button);
     ClientToScreen(window, &at);
-    // Neither of the gradient's colours: a face that the system has drawn.
-    const COLORREF face = GetPixel(FrameDC(window).get(), at.x - place.left - 6, at.y - place.top - 5);
+    // Beside the sign on it: a face that the system has drawn, no shade of blue.
+    const COLORREF face = GetPixel(FrameDC(window).get(), at.x - place.left,
+                                   at.y - place.top - GetSystemMetrics(SM_CYSIZE) / 3);
     EXPECT_GT(GetGValue(face), 0x60) << button;
   }
   ClickAt(window, Button(window, HTMAXBUTTON));

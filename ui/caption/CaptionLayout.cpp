@@ -7,13 +7,14 @@ namespace {
 
 constexpr int kShades = 256;
 constexpr int kButtonMargin = 2;
+/// The system does not scale this button.
+constexpr int kSmallButton = 11;
 
 std::vector<Rect> PlaceButtons(const CaptionParts& parts, const Rect& area) {
   if (!parts.closeButton) return {};
   if (parts.small) {
-    const int side = 11 * parts.dpi / 96;
-    const int left = area.right() - (area.height + 2 + side) / 2;
-    return {{left, area.top + (area.height - side) / 2, side, side}};
+    const int left = area.right() - (area.height + 2 + kSmallButton) / 2;
+    return {{left, area.top + (area.height - kSmallButton) / 2, kSmallButton, kSmallButton}};
   }
   const Size button{parts.buttonCell.width - kButtonMargin, parts.buttonCell.height - 2 * kButtonMargin};
   const int top = area.top + kButtonMargin;

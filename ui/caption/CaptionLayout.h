@@ -15,7 +15,6 @@ struct CaptionParts {
   bool closeButton = true;
   bool sizeButtons = false;  ///< Minimise and maximise; the system always shows the two together.
   bool small = false;        ///< Of a tool window: low, with a close button of its own size.
-  int dpi = 96;
 };
 
 /// Where the parts of a title bar are, in the pixels of `CaptionParts::titleBar`. The buttons are where a

@@ -47,7 +47,6 @@ CaptionLayout LayoutOf(HWND window, bool hasIcon) {
   parts.closeButton = systemMenu;
   parts.sizeButtons = !small && (HasStyle(window, WS_MINIMIZEBOX) || HasStyle(window, WS_MAXIMIZEBOX));
   parts.small = small;
-  parts.dpi = GetDeviceCaps(WindowDC(nullptr).get(), LOGPIXELSY);
   return CaptionLayout(parts);
 }
 
