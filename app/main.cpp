@@ -45,9 +45,11 @@ class Application {
   SoundEffects sounds_{registry_};
   LibraryFolder folder_{ProgramDirectory()};
   SettingsStore settings_{registry_};
+  CaptionPainter captions_;
   frmAddIn mainWindow_{{.store = folder_,
                         .settings = settings_,
                         .sounds = sounds_,
+                        .caption = captions_,
                         .showMessage = showMessage_,
                         .unloaded = [] { PostQuitMessage(0); },
                         .hidden = [] {}}};

@@ -73,9 +73,11 @@ class MainWindowTest : public testing::Test {
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
   SettingsStore settings_{registry_};
+  CaptionPainter captions_;
   frmAddIn window_{{.store = store_,
                     .settings = settings_,
                     .sounds = sounds_,
+                    .caption = captions_,
                     .showMessage = showMessage_,
                     .unloaded = [] {},
                     .hidden = [] {}}};

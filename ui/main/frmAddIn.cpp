@@ -160,6 +160,7 @@ void frmAddIn::MakeControls() {
   const FontProperty barFont = FontPropertyOf(font, twips_);
   const Size picture{twips_.ToPixelsX(kBarPicture), twips_.ToPixelsY(kBarPicture)};
 
+  captionHook_.Install(hWnd(), services_.caption);
   barTip_.Load(hWnd());
   barTip_.SetFont(font_.get());
   menus_.Fill();
@@ -245,6 +246,7 @@ void frmAddIn::Form_Unload() {
   menus_.Unload();
   tTip_.Unload();
   barTip_.Destroy();
+  captionHook_.Remove();
   CloseSettings();
   // The window may be made again: it then starts from its files.
   library_ = {};

@@ -10,6 +10,7 @@
 #include "platform/Twips.h"
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"
+#include "ui/caption/CaptionHook.h"
 #include "ui/commandbar/BnCommandBar.h"
 #include "ui/main/Attachments.h"
 #include "ui/main/CodeOutput.h"
@@ -44,6 +45,7 @@ class frmAddIn : public Window, private AttachmentView {
     LibraryStore& store;
     const SettingsStore& settings;
     const SoundEffects& sounds;
+    CaptionPainter& caption;
     ShowMessageFunction showMessage;
     std::function<void()> unloaded;  ///< The window is gone.
     std::function<void()> hidden;    ///< The user closed the window, which an environment keeps loaded.
@@ -120,6 +122,7 @@ class frmAddIn : public Window, private AttachmentView {
   TwipsPerPixel twips_;
 
   UniqueFont font_;
+  CaptionHook captionHook_;
   frmTip barTip_;
   BnCommandBar cmd_;
   BnCommandBar cmdEdit_;
