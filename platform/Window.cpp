@@ -102,6 +102,10 @@ HWND CreateControl(HWND parent, const char* className, const char* text, DWORD s
   return control;
 }
 
+void NameNextControl(HWND parent, const char* name) {
+  CreateControl(parent, "STATIC", name, SS_NOPREFIX, 0, 0);
+}
+
 void SetTabStop(HWND control, bool stop) {
   const LONG style = GetWindowLongA(control, GWL_STYLE);
   SetWindowLongA(control, GWL_STYLE, stop ? style | WS_TABSTOP : style & ~WS_TABSTOP);

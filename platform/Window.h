@@ -59,6 +59,9 @@ HICON SharedIcon(int iconId, int widthMetric);
 HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,
                    HFONT font = nullptr, const Rect& place = {});
 
+/// Gives the control that is made next on `parent` a name for assistive programs: a label that is not shown.
+void NameNextControl(HWND parent, const char* name);
+
 /// Puts a control into the Tab order or takes it out.
 void SetTabStop(HWND control, bool stop);
 

@@ -9,6 +9,7 @@
 #include "library/BnsFormat.h"
 #include "library/LibraryFolder.h"
 #include "platform/Win32Text.h"
+#include "tests/windows/AccessibleClient.h"
 #include "tests/windows/TestDesktop.h"
 #include "tests/windows/TestRegistry.h"
 #include "ui/main/frmAddIn.h"
@@ -390,6 +391,20 @@ TEST_F(MainWindowTest, SwitchingLibrariesByMouseAndTheLongestLibrary) {
   PressKey('N', {VK_CONTROL});
   EXPECT_TRUE(Until([&] { return messages_.size() == 1; }));
   EXPECT_TRUE(messages_[0].starts_with("This library is full."));
+}
+
+TEST_F(MainWindowTest, AScreenReaderCanNameEveryField) {
+  const ComApartment apartment;
+  Open();
+  const std::vector<std::pair<HWND, std::string>> fields = {
+      {List(), "Snippets"},
+      // Wine names a combo box by its text, not by its label.
+      {Files(), "Numbers"},
+      {Control(frmAddIn::kFileNameId), "Library name"},
+      {NameBox(), "Snippet name"},
+      {Description(), "Description"},
+      {Control(frmAddIn::kAttachId), "Attachment"}};
+  for (const auto& [field, name] : fields) EXPECT_EQ(AccessibleClient(field).Child(CHILDID_SELF).name, name);
 }
 
 TEST_F(MainWindowTest, ATinyWindowKeepsItsLayoutAndAGrownOneFillsIt) {

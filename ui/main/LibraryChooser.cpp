@@ -14,10 +14,14 @@ namespace snip {
 void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   // The height is that of the opened list; the field's own follows the font.
   constexpr Rect openList{0, 0, 100, 300};
-  cboFiles_ = CreateControl(parent, "COMBOBOX", "", WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST,
-                            0, id, font, openList);
+  // The box first: it lies over the chooser.
+  NameNextControl(parent, "Library name");
   txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
+  NameNextControl(parent, "Library");
+  cboFiles_ = CreateControl(parent, "COMBOBOX", "",
+                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWNLIST, 0, id,
+                            font, openList);
 }
 
 void LibraryChooser::Place(const Places& places) const {
@@ -26,11 +30,11 @@ void LibraryChooser::Place(const Places& places) const {
   const int top = (places.bar.height - height) / 2;
   const int width = places.bar.width - places.left - places.rightMargin;
   if (width <= places.boxNarrower) return;  // no room: the last place stays
-  SetWindowPos(cboFiles_, HWND_TOP, places.left, top, width, openListHeight, SWP_NOACTIVATE);
+  MoveTo(cboFiles_, {places.left, top, width, openListHeight});
   // Inside the field's border, which is as thick above as at the left.
   const int inset = std::min(places.boxInset, height / 5);
-  SetWindowPos(txtFileName_, HWND_TOP, places.left + places.boxInset, top + inset, width - places.boxNarrower,
-               height - 2 * inset, SWP_NOACTIVATE);
+  MoveTo(txtFileName_,
+         {places.left + places.boxInset, top + inset, width - places.boxNarrower, height - 2 * inset});
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {

@@ -33,15 +33,21 @@ std::size_t LongestLine(const std::string& text) {
 SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, Commands commands)
     : commands_(std::move(commands)), txtCode_(std::move(codeEvents)), twips_(ScreenTwips()) {}
 
-void SnippetControls::Create(HWND window, HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
-  fontHandle_ = MakeFont(font_, twips_);
-  lstCode_ = CreateControl(leftPane, "LISTBOX", "",
-                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-                           WS_EX_CLIENTEDGE, ids.lstCode, listFont);
-  txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, ids.txtName,
-                           listFont);
+void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
+  NameNextControl(window, "Snippet name");
+  txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, id, listFont);
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
   name_ = ExactTextField(txtName_);
+}
+
+void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
+  fontHandle_ = MakeFont(font_, twips_);
+  NameNextControl(leftPane, "Snippets");
+  // The list's text, which is not shown, names it for readers that do not look at labels.
+  lstCode_ = CreateControl(leftPane, "LISTBOX", "Snippets",
+                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+                           WS_EX_CLIENTEDGE, ids.lstCode, listFont);
+  NameNextControl(rightPane, "Description");
   MakeDescription(rightPane, ids.txtDesc, fontHandle_.get());
   txtCode_.CreateIn(rightPane, ids.txtCode, fontHandle_.get());
 }
@@ -181,7 +187,7 @@ void SnippetControls::ShowNameBox(int row, const std::string& name) {
                     static_cast<int>(place.right - place.left),
                     static_cast<int>(place.bottom - place.top) + 2 * border});
   name_.SetText(name);
-  SetWindowPos(txtName_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
+  ShowWindow(txtName_, SW_SHOW);
   FocusNameBox();
 }
 

@@ -19,7 +19,6 @@ class SnippetControls : public SnippetView {
  public:
   struct Ids {
     int lstCode;
-    int txtName;
     int txtDesc;
     int txtCode;
   };
@@ -31,8 +30,10 @@ class SnippetControls : public SnippetView {
 
   SnippetControls(BnRichEdit::Events codeEvents, Commands commands);
 
-  /// `txtName` lies on the window itself, so that it can become wider than the list.
-  void Create(HWND window, HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
+  /// `txtName` lies on the window itself, so that it can become wider than the list, and is made before the
+  /// panes, which it lies over.
+  void CreateNameBox(HWND window, int id, HFONT listFont);
+  void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
 
   HWND lstCode() const { return lstCode_; }
   HWND txtName() const { return txtName_; }

@@ -168,13 +168,13 @@ void frmAddIn::MakeControls() {
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
   cmd_.CreateIn(hWnd(), kMainBarId, "Main toolbar", barFont);
   FillMainToolbar(cmd_, picture);
+  controls_.CreateNameBox(hWnd(), kNameId, font_.get());
   picSplt_.CreateIn(hWnd());
   leftPane_.CreateIn(hWnd(), "Snippets", [this](HDC dc) { LeftPane_Paint(dc); });
   rightPane_.CreateIn(hWnd(), "Snippet");
   picHSplt_.CreateIn(rightPane_.hWnd());
-  controls_.Create(hWnd(), leftPane_.hWnd(), rightPane_.hWnd(),
-                   {.lstCode = kListId, .txtName = kNameId, .txtDesc = kDescriptionId, .txtCode = kCodeId},
-                   font_.get());
+  controls_.Create(leftPane_.hWnd(), rightPane_.hWnd(),
+                   {.lstCode = kListId, .txtDesc = kDescriptionId, .txtCode = kCodeId}, font_.get());
   picAttach_.CreateIn(rightPane_.hWnd(), "Snippet Attachment");
   cmdAttach_ = CreateControl(picAttach_.hWnd(), "BUTTON", "Attachment",
                              WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, kAttachId, font_.get(),
