@@ -2,24 +2,21 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <functional>
-#include <iterator>
 #include <map>
 #include <optional>
 #include <random>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/unit/Script.h"
 #include "tests/unit/TestBar.h"
 
 namespace snip::test {
 namespace {
 
-using Strings = std::vector<std::string>;
-
-constexpr auto kPush = ButtonType::Push;
 constexpr auto kMenu = ButtonType::Menu;
 constexpr auto kToggle = ButtonType::Toggle;
 constexpr auto kDropDown = ButtonType::DropDown;
@@ -100,10 +97,132 @@ std::string Said(const BarEffect::Any& effect) {
       effect);
 }
 
-/// A bar without a window: applies what comes out of the input by writing it down.
-class TestBar {
+/// A bar without a window that obeys commands: applies what comes out of the input by writing it down.
+class ScriptedBar {
  public:
-  explicit TestBar(const std::vector<ButtonType>& types) : buttons(BarOf(types)) { input.Show(true); }
+  /// `types` has a letter for each picture button: p, m, t, d, or "-" for a separator. The first
+  /// takes the columns 3 to 24, the next 25 to 46; a drop-down button in the first place ends with its arrow,
+  /// 25 to 32. After a "!" the bar is not shown.
+  explicit ScriptedBar(std::string types) {
+    const bool shown = types[0] != '!';
+    std::vector<ButtonType> list;
+    for (const char type : types.substr(shown ? 0 : 1)) list.push_back(TypeOf(type));
+    buttons_ = BarOf(list);
+    if (shown) input_.Show(true);
+  }
+
+  /// Obeys, and says what was done or what was asked for.
+  std::string operator()(const std::string& command) {
+    const std::string answer = Obey(command);
+    const std::string done = Joined(std::exchange(log_, {}));
+    return answer.empty() ? done : answer;
+  }
+
+ private:
+  static ButtonType TypeOf(char letter) {
+    return letter == 'm'   ? kMenu
+           : letter == 't' ? kToggle
+           : letter == 'd' ? kDropDown
+           : letter == '-' ? kSeparator
+                           : ButtonType::Push;
+  }
+
+  static BarMouse Mouse(std::istringstream& in) {
+    // Defaults: left button, no Shift, in the middle of the bar's height.
+    int values[] = {0, 1, 0, 10};
+    for (int& value : values) {
+      int given = 0;
+      if (in >> given) value = given;
+    }
+    return {
+        static_cast<std::int16_t>(values[1]), static_cast<std::int16_t>(values[2]), {values[0], values[3]}};
+  }
+
+  std::string Obey(const std::string& command) {
+    std::istringstream in(command);
+    std::string verb;
+    in >> verb;
+    const auto number = [&in](int otherwise = 0) {
+      int value = 0;
+      return in >> value ? value : otherwise;
+    };
+    const auto text = [&in] {
+      std::string rest;
+      std::getline(in >> std::ws, rest);
+      return rest;
+    };
+    if (verb == "tick" || verb == "rest") {
+      const int times = verb == "rest" ? number() : 1;
+      const int x = number();
+      const int y = number(10);
+      for (int i = 0; i < times; ++i) Run(input_.tHitTest_Timer(Point{x, y}, Point{x + 1000, y + 500}));
+    } else if (verb == "elsewhere") {
+      Run(input_.tHitTest_Timer(std::nullopt, Point{5, 5}));
+    } else if (verb == "down") {
+      Run(input_.MouseDown(Mouse(in)));
+    } else if (verb == "move") {
+      Run(input_.MouseMove(Mouse(in)));
+    } else if (verb == "up") {
+      Run(input_.MouseUp(Mouse(in)));
+    } else if (verb == "dbl") {
+      Run(input_.DblClick());
+    } else if (verb == "lost") {
+      Run(input_.CaptureLost());
+    } else if (verb == "key") {
+      const std::string key = text();
+      Run(input_.AccessKeyPress(static_cast<std::int16_t>(key.size() == 1 ? key[0] : std::stoi(key))));
+    } else if (verb == "act") {
+      Run(input_.DoDefaultAction(number()));
+    } else if (verb == "run" || verb == "design") {
+      Run(input_.Show(verb == "run"));
+    } else if (verb == "freeze") {
+      Run(input_.Freeze());
+    } else if (verb == "thaw") {
+      Run(input_.Thaw());
+    } else if (verb == "quiet" || verb == "loud") {
+      properties_.SoundEffects = verb == "loud";
+    } else if (verb == "gray") {
+      buttons_.SetGrayed(number(), true);
+    } else if (verb == "remove") {
+      buttons_.Remove(number(), Metrics());
+    } else if (verb == "shift") {
+      const int from = number();
+      buttons_.Move(from, number(), Metrics());
+    } else if (verb == "set") {
+      const int index = number();
+      buttons_.SetState(index, static_cast<std::int16_t>(number()));
+    } else if (verb == "caption") {
+      const int index = number();
+      buttons_.SetCaption(index, text(), Metrics());
+    } else if (verb == "add") {
+      char type = 0;
+      in >> type;
+      const int display = number();
+      buttons_.Add(
+          {.Caption = text(), .ButtonType = TypeOf(type), .DisplayType = static_cast<DisplayType>(display)},
+          Metrics());
+    } else if (verb == "on") {
+      // What the container does when it first sees an effect; "&" stands between its commands.
+      const std::vector<std::string> parts = Split(text(), ':');
+      actsOn_ = parts.at(0);
+      act_ = [this, commands = Split(parts.at(1), '&')] {
+        for (const std::string& next : commands) Obey(next);
+      };
+    } else if (verb == "hot") {
+      return std::to_string(input_.HotButton());
+    } else if (verb == "pressed") {
+      return std::to_string(input_.PressedButton());
+    } else if (verb == "state") {
+      return std::to_string(buttons_.State(number()));
+    } else if (verb == "running") {
+      return input_.InRunMode() ? "yes" : "no";
+    } else if (verb == "frozen") {
+      return input_.Frozen() ? "yes" : "no";
+    } else if (!verb.empty()) {
+      ADD_FAILURE() << "no such command: " << command;
+    }
+    return "";
+  }
 
   /// Applies a reaction to its end.
   void Run(BarReaction reaction) {
@@ -117,860 +236,400 @@ class TestBar {
     }
   }
 
-  /// What was applied since the last call.
-  Strings Log() { return std::exchange(log_, {}); }
-
-  Strings Tick(int x, int y = 10) {
-    Run(input.tHitTest_Timer(Point{x, y}, Point{x + 1000, y + 500}));
-    return Log();
-  }
-  Strings TickElsewhere() {
-    Run(input.tHitTest_Timer(std::nullopt, Point{5, 5}));
-    return Log();
-  }
-  Strings Down(int x, std::int16_t button = 1) {
-    Run(input.MouseDown({button, 0, {x, 10}}));
-    return Log();
-  }
-  Strings Move(int x, std::int16_t held = 1) {
-    Run(input.MouseMove({held, 0, {x, 10}}));
-    return Log();
-  }
-  Strings Up(int x, std::int16_t button = 1) {
-    Run(input.MouseUp({button, 0, {x, 10}}));
-    return Log();
-  }
-  Strings Do(BarReaction reaction) {
-    Run(std::move(reaction));
-    return Log();
-  }
-  /// The mouse comes onto a place and rests there.
-  void Hover(int x) {
-    Tick(x);
-    Log();
-  }
-
-  /// What the container does when it first sees an effect.
-  void On(const std::string& effect, std::function<void()> act) {
-    actsOn_ = effect;
-    act_ = std::move(act);
-  }
-
-  CommandBarButtons buttons;
-  CommandBarProperties properties;
-  CommandBarInput input{buttons, properties};
-
- private:
-  Strings log_;
+  CommandBarButtons buttons_{WesternLetterCase()};
+  CommandBarProperties properties_;
+  CommandBarInput input_{buttons_, properties_};
+  std::vector<std::string> log_;
   std::string actsOn_;
   std::function<void()> act_;
 };
 
-// Where buttons of a bar of picture buttons are, as long as none before is a separator or drop-down button.
-constexpr int kFirst = 10;
-constexpr int kSecond = 30;
-constexpr int kThird = 55;
-constexpr int kBeside = 500;
-/// The arrow part of a drop-down button in the first place, which ends at 32.
-constexpr int kArrow = 28;
-
-// ---------------------------------------------------------------------------------------------------------
-// Hovering
-
-TEST(CommandBarHoverTest, AButtonUnderTheMouseIsRaisedAndFlatAgainBehindIt) {
-  TestBar bar({kPush, kPush});
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0"}));
-  EXPECT_EQ(bar.input.HotButton(), 0);
-  EXPECT_EQ(bar.Tick(kFirst + 1), Strings{});
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-  EXPECT_EQ(bar.input.HotButton(), -1);
-  EXPECT_EQ(bar.Tick(kBeside), Strings{});
-}
-
-TEST(CommandBarHoverTest, FromOneButtonToTheNextTheFirstIsLeftFirst) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Tick(kSecond), (Strings{"paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.input.HotButton(), 1);
-}
-
-TEST(CommandBarHoverTest, AnotherWindowUnderTheMouseLeavesTheButton) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.TickElsewhere(), (Strings{"paint 0 flat", "MouseLeave 0"}));
-  EXPECT_EQ(bar.TickElsewhere(), Strings{});
-}
-
-TEST(CommandBarHoverTest, ADisabledButtonIsNeitherRaisedNorReportedButLeft) {
-  TestBar bar({kPush, kPush});
-  bar.buttons.SetGrayed(0, true);
-  EXPECT_EQ(bar.Tick(kFirst), Strings{});
-  EXPECT_EQ(bar.input.HotButton(), 0);
-  EXPECT_EQ(bar.Tick(kSecond), (Strings{"paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-}
-
-TEST(CommandBarHoverTest, AButtonGrayedUnderTheMouseIsLeftAsAnyOther) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.buttons.SetGrayed(0, true);
-  EXPECT_EQ(bar.Tick(kFirst), Strings{});
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-}
-
-TEST(CommandBarHoverTest, SeparatorsAreNothing) {
-  TestBar bar({kSeparator, kPush});
-  EXPECT_EQ(bar.Tick(5), Strings{});
-  EXPECT_EQ(bar.input.HotButton(), -1);
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Tick(5), (Strings{"paint 1 flat", "MouseLeave 1"}));
-}
-
-TEST(CommandBarHoverTest, AToggleButtonThatIsOnStaysSunken) {
-  TestBar bar({kToggle});
-  bar.buttons.SetState(0, 1);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 sunken shifted light", "MouseHover 0"}));
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"MouseLeave 0"}));
-  bar.buttons.SetState(0, 0);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0"}));
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-}
-
-TEST(CommandBarHoverTest, OnlyAToggleButtonIsOn) {
-  for (const auto type : {kPush, kMenu, kDropDown}) {
-    TestBar bar({type});
-    bar.buttons.SetState(0, 1);
-    EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0"}));
-    EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
+void Play(const std::vector<ScriptCase>& cases) {
+  for (const ScriptCase& script : cases) {
+    ScriptedBar bar(script.subject);
+    PlayScript(script, [&](const std::string& command) { return bar(command); });
   }
 }
 
-TEST(CommandBarHoverTest, TheTickKeepsThePartOfADropDownButtonThatTheMouseIsOn) {
-  TestBar bar({kDropDown});
-  EXPECT_EQ(bar.Tick(kArrow), (Strings{"paint 0 raised", "MouseHover 0"}));
-  EXPECT_EQ(bar.buttons.State(0), 2);
-  EXPECT_EQ(bar.Tick(kFirst), Strings{});
-  EXPECT_EQ(bar.buttons.State(0), 0);
+TEST(CommandBarInput, Hovering) {
+  Play({
+      {"a button is raised under the mouse", "pp", R"(
+       tick 10 -> paint 0 raised, MouseHover 0
+       hot -> 0
+       tick 11 ->
+       tick 30 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       hot -> 1
+       tick 500 -> paint 1 flat, MouseLeave 1
+       hot -> -1
+       tick 500 ->
+       tick 10; elsewhere -> paint 0 flat, MouseLeave 0
+       elsewhere ->)"},
+      {"a disabled one is left only", "pp", R"(
+       gray 0; tick 10 ->
+       hot -> 0
+       tick 30 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       gray 1; tick 30 ->
+       tick 500 -> paint 1 flat, MouseLeave 1)"},
+      {"separators are nothing", "-p", R"(
+       tick 5 ->
+       hot -> -1
+       tick 10; tick 5 -> paint 1 flat, MouseLeave 1)"},
+      {"a toggle button that is on stays sunken", "t", R"(
+       set 0 1; tick 10 -> paint 0 sunken shifted light, MouseHover 0
+       tick 500 -> MouseLeave 0
+       set 0 0; tick 10 -> paint 0 raised, MouseHover 0
+       tick 500 -> paint 0 flat, MouseLeave 0)"},
+      {"only a toggle button is on", "pm", R"(
+       set 0 1; tick 10; tick 500 -> paint 0 flat, MouseLeave 0
+       set 1 1; tick 30 -> paint 1 raised, MouseHover 1
+       tick 500 -> paint 1 flat, MouseLeave 1)"},
+      {"the part under the mouse is kept", "d", R"(
+       tick 28 -> paint 0 raised, MouseHover 0
+       state 0 -> 2
+       tick 10 ->
+       state 0 -> 0)"},
+      {"a removed hot button is not reported", "pp", R"(
+       tick 10; rest 8 10; remove 0; hot -> -1
+       tick 10 -> hide tip, paint 0 raised, MouseHover 0
+       rest 8 10; remove 0; tick 10 -> hide tip
+       tick 10 ->)"},
+      {"a moved one is left where it is", "ppp", R"(
+       tick 10; shift 0 2; hot -> 2
+       tick 10 -> paint 2 flat, MouseLeave 2, paint 0 raised, MouseHover 0)"},
+      {"a tick in MouseHover", "pp", R"(
+       on MouseHover 0: tick 10 & tick 30
+       tick 10 -> paint 0 raised, MouseHover 0, paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       hot -> 1)"},
+  });
 }
 
-TEST(CommandBarHoverTest, TheEighthTickOnAPictureButtonShowsItsCaptionOnce) {
-  TestBar bar({kPush, kPush});
-  bar.buttons.SetCaption(0, "&New && more", Metrics());
-  bar.Hover(kFirst);
-  for (int i = 1; i < 8; ++i) EXPECT_EQ(bar.Tick(kFirst), Strings{}) << i;
-  EXPECT_EQ(bar.Tick(kFirst + 2, 12), (Strings{"tip \"&New && more\" at 1012,512"}));
-  for (int i = 0; i < 70000; ++i) ASSERT_EQ(bar.Tick(kFirst), Strings{}) << i;
-
-  EXPECT_EQ(bar.Tick(kSecond),
-            (Strings{"hide tip", "paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 1 flat", "MouseLeave 1", "paint 0 raised", "MouseHover 0"}));
-  for (int i = 1; i < 8; ++i) EXPECT_EQ(bar.Tick(kFirst), Strings{}) << i;
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"tip \"&New && more\" at 1010,510"}));
-  EXPECT_EQ(bar.TickElsewhere(), (Strings{"hide tip", "paint 0 flat", "MouseLeave 0"}));
-  EXPECT_EQ(bar.TickElsewhere(), Strings{});
-}
-
-TEST(CommandBarHoverTest, AShortVisitDoesNotCountForTheNext) {
-  TestBar bar({kPush, kPush});
-  for (int visit = 0; visit < 4; ++visit) {
-    bar.Hover(visit % 2 == 0 ? kFirst : kSecond);
-    for (int i = 1; i < 8; ++i) EXPECT_EQ(bar.Tick(visit % 2 == 0 ? kFirst : kSecond), Strings{});
-  }
-}
-
-TEST(CommandBarHoverTest, ADisabledPictureButtonHasItsTipToo) {
-  TestBar bar({kPush});
-  bar.buttons.SetCaption(0, "Save", Metrics());
-  bar.buttons.SetGrayed(0, true);
-  bar.Hover(kFirst);
-  for (int i = 1; i < 8; ++i) bar.Tick(kFirst);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"tip \"Save\" at 1010,510"}));
-}
-
-TEST(CommandBarHoverTest, AButtonThatShowsItsCaptionHasNoTip) {
-  for (const auto display : {DisplayType::Caption, DisplayType::PictureAndCaption, DisplayType{5}}) {
-    TestBar bar({});
-    bar.buttons.Add({.Caption = "Save", .DisplayType = display}, Metrics());
-    bar.Hover(kFirst);
-    for (int i = 0; i < 100; ++i) EXPECT_EQ(bar.Tick(kFirst), Strings{});
-  }
-}
-
-TEST(CommandBarHoverTest, RestingBesideAllButtonsShowsNoTip) {
-  TestBar bar({kPush});
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(bar.Tick(kBeside), Strings{});
-}
-
-TEST(CommandBarHoverTest, APressHidesTheTip) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  for (int i = 0; i < 8; ++i) bar.Tick(kFirst);
-  EXPECT_EQ(bar.Down(kFirst), (Strings{"take capture", "MouseDown 1 0 10,10", "hide tip",
-                                       "paint 0 sunken|raised shifted", "click sound"}));
-  bar.Up(kFirst);
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(bar.Tick(kFirst), Strings{});  // it was the same visit
-}
-
-TEST(CommandBarHoverTest, ARemovedHotButtonIsNotReported) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  for (int i = 0; i < 8; ++i) bar.Tick(kFirst);
-  bar.buttons.Remove(0, Metrics());
-  EXPECT_EQ(bar.input.HotButton(), -1);
-  // The other one took its place.
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"hide tip", "paint 0 raised", "MouseHover 0"}));
-  for (int i = 1; i < 8; ++i) bar.Tick(kFirst);
-  bar.Tick(kFirst);
-  bar.buttons.Remove(0, Metrics());
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"hide tip"}));
-  EXPECT_EQ(bar.Tick(kFirst), Strings{});
-}
-
-TEST(CommandBarHoverTest, AMovedHotButtonIsLeftAtItsNewPlace) {
-  TestBar bar({kPush, kPush, kPush});
-  bar.Hover(kFirst);
-  bar.buttons.Move(0, 2, Metrics());
-  EXPECT_EQ(bar.input.HotButton(), 2);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 2 flat", "MouseLeave 2", "paint 0 raised", "MouseHover 0"}));
-}
-
-TEST(CommandBarHoverTest, WhatTheContainerDoesInMouseLeaveCounts) {
-  const auto tick = [](const std::function<void(TestBar&)>& act) {
-    TestBar bar({kPush, kPush, kPush});
-    bar.Hover(kFirst);
-    bar.On("MouseLeave 0", [&] { act(bar); });
-    return bar.Tick(kSecond);
+TEST(CommandBarInput, WhatTheContainerDoesInMouseLeaveCounts) {
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"gray 1", ""},
+      {"remove 1", ""},
+      {"freeze", ""},
+      {"design", ", stop timer"},
+      {"remove 0", ", paint 0 raised, MouseHover 0"},
+      {"tick 55", ", paint 2 raised, MouseHover 2"},
+      {"down 500", ", take capture, MouseDown 1 0 500,10"},
   };
-  const Strings left = {"paint 0 flat", "MouseLeave 0"};
-  EXPECT_EQ(tick([](TestBar& bar) { bar.buttons.SetGrayed(1, true); }), left);
-  EXPECT_EQ(tick([](TestBar& bar) { bar.buttons.Remove(1, Metrics()); }), left);
-  EXPECT_EQ(tick([](TestBar& bar) { bar.input.Freeze(); }), left);
-  EXPECT_EQ(tick([](TestBar& bar) { bar.input.Show(false); }), left);
-  EXPECT_EQ(tick([](TestBar& bar) { bar.buttons.Remove(0, Metrics()); }),
-            (Strings{"paint 0 flat", "MouseLeave 0", "paint 0 raised", "MouseHover 0"}));
-  // Another tick in a message box, and a press on nothing.
-  EXPECT_EQ(tick([](TestBar& bar) {
-              bar.Run(bar.input.tHitTest_Timer(Point{kThird, 10}, {}));
-            }),
-            (Strings{"paint 0 flat", "MouseLeave 0", "paint 2 raised", "MouseHover 2"}));
-  EXPECT_EQ(tick([](TestBar& bar) {
-              bar.Run(bar.input.MouseDown({1, 0, {kBeside, 10}}));
-            }),
-            (Strings{"paint 0 flat", "MouseLeave 0", "take capture", "MouseDown 1 0 500,10"}));
+  for (const auto& [act, then] : cases) {
+    ScriptedBar bar("ppp");
+    bar("tick 10");
+    bar("on MouseLeave 0: " + act);
+    EXPECT_EQ(bar("tick 30"), "paint 0 flat, MouseLeave 0" + then) << act;
+  }
 }
 
-TEST(CommandBarHoverTest, ATickInMouseHoverDoesNotReportTheSameButtonAgain) {
-  TestBar bar({kPush, kPush});
-  bar.On("MouseHover 0", [&] {
-    bar.Run(bar.input.tHitTest_Timer(Point{kFirst, 10}, {}));
-    bar.Run(bar.input.tHitTest_Timer(Point{kSecond, 10}, {}));
+TEST(CommandBarInput, Tips) {
+  Play({
+      {"the eighth tick shows the caption once", "pp", R"(
+       caption 0 &New && more; tick 10; rest 7 10 ->
+       tick 12 12 -> tip "&New && more" at 1012,512
+       rest 70000 10 ->
+       tick 30 -> hide tip, paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       tick 10; rest 7 10 ->
+       tick 10 -> tip "&New && more" at 1010,510
+       elsewhere -> hide tip, paint 0 flat, MouseLeave 0
+       elsewhere ->)"},
+      {"a short visit does not count for the next", "pp", R"(
+       tick 10; rest 7 10 ->
+       tick 30; rest 7 30 ->
+       tick 10; rest 7 10 ->)"},
+      {"disabled buttons have tips", "p", R"(
+       caption 0 Save; gray 0; tick 10; rest 8 10 -> tip "Save" at 1010,510)"},
+      {"captions are no tips", "", R"(
+       add p 1 Save; add p 2 Save; add p 5 Save
+       tick 10; rest 100 10 ->
+       tick 60; rest 100 60 ->
+       tick 100; rest 100 100 ->)"},
+      {"beside the buttons", "p", R"(
+       rest 100 500 ->)"},
+      {"a press hides the tip for the visit", "p", R"(
+       tick 10; rest 8 10
+       down 10 -> take capture, MouseDown 1 0 10,10, hide tip, paint 0 sunken|raised shifted, click sound
+       up 10; rest 100 10 ->)"},
   });
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0", "paint 0 flat", "MouseLeave 0",
-                                       "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.input.HotButton(), 1);
 }
 
-// ---------------------------------------------------------------------------------------------------------
-// Run mode and design time, freezing
-
-TEST(CommandBarModeTest, TheHoverTimerRunsInRunMode) {
-  TestBar bar({kPush});
-  EXPECT_EQ(bar.Do(bar.input.Show(true)), (Strings{"start timer"}));
-  EXPECT_TRUE(bar.input.InRunMode());
-  EXPECT_EQ(bar.Do(bar.input.Show(false)), (Strings{"stop timer"}));
-  EXPECT_FALSE(bar.input.InRunMode());
+TEST(CommandBarInput, RunModeDesignTimeAndFreezing) {
+  const char* const designTime = R"(
+       add p 1 &Save; tick 70 ->
+       state 2 -> 0
+       down 30 1 3 -> MouseDown 1 3 30,10
+       move 10 1 3 -> MouseMove 1 3 10,10
+       up 10 1 3 -> MouseUp 1 3 10,10
+       dbl -> DblClick
+       key s ->
+       act 0 ->
+       hot -> -1
+       pressed -> -1)";
+  const std::string afterRunning = std::string("\ndesign -> stop timer") + designTime;
+  Play({
+      {"the timer", "p", R"(
+       run -> start timer
+       running -> yes
+       design -> stop timer
+       running -> no)"},
+      {"not shown", "!pmd", designTime},
+      {"at design time", "pmd", afterRunning.c_str()},
+      {"shown at design time all ends", "p", R"(
+       down 10; tick 10; rest 8 10
+       design -> hide tip, release capture, stop timer
+       hot -> -1
+       pressed -> -1)"},
+      {"frozen", "pd", R"(
+       tick 10; freeze ->
+       frozen -> yes
+       rest 20 50 ->
+       hot -> 0
+       state 1 -> 0
+       thaw -> paint bar
+       frozen -> no
+       tick 50 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       state 1 -> 2)"},
+      {"freezing hides the tip", "p", R"(
+       thaw -> paint bar
+       tick 10; rest 8 10; freeze -> hide tip
+       freeze ->)"},
+      {"a press goes on in a frozen bar", "pp", R"(
+       tick 10; down 10; freeze
+       up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10
+       down 10; up 500 -> release capture, MouseUp 1 0 500,10
+       down 10; lost ->)"},
+  });
 }
 
-TEST(CommandBarModeTest, AtDesignTimeOnlyTheMouseIsReported) {
-  for (const bool shown : {true, false}) {
-    CommandBarButtons buttons = BarOf({kPush, kMenu, kDropDown});
-    buttons.Add({.Caption = "&Save"}, Metrics());
-    const CommandBarProperties properties;
-    CommandBarInput input(buttons, properties);  // not shown yet, or shown at design time
-    if (shown) input.Show(false);
-
-    const auto effects = [](const BarReaction& reaction) {
-      EXPECT_EQ(reaction.then, nullptr);
-      Strings said;
-      for (const auto& effect : reaction.effects) said.push_back(Said(effect));
-      return said;
-    };
-    EXPECT_EQ(effects(input.tHitTest_Timer(Point{70, 10}, {})), Strings{});
-    EXPECT_EQ(buttons.State(2), 0);  // nothing was hit
-    EXPECT_EQ(effects(input.MouseDown({1, 3, {kSecond, 10}})), (Strings{"MouseDown 1 3 30,10"}));
-    EXPECT_EQ(effects(input.MouseMove({1, 3, {kFirst, 10}})), (Strings{"MouseMove 1 3 10,10"}));
-    EXPECT_EQ(effects(input.MouseUp({1, 3, {kFirst, 10}})), (Strings{"MouseUp 1 3 10,10"}));
-    EXPECT_EQ(effects(input.DblClick()), (Strings{"DblClick"}));
-    EXPECT_EQ(effects(input.AccessKeyPress('s')), Strings{});
-    EXPECT_EQ(effects(input.DoDefaultAction(0)), Strings{});
-    EXPECT_EQ(input.HotButton(), -1);
-    EXPECT_EQ(input.PressedButton(), -1);
-  }
+TEST(CommandBarInput, Pressing) {
+  Play({
+      {"a push button", "pp", R"(
+       tick 30; down 30 -> take capture, MouseDown 1 0 30,10, paint 1 sunken|raised shifted, click sound
+       pressed -> 1
+       up 30 -> release capture, paint 1 raised, ButtonClicked 1, MouseUp 1 0 30,10
+       pressed -> -1
+       tick 30 ->
+       tick 500 -> paint 1 flat, MouseLeave 1
+       tick 10; down 10 2; up 10 2 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 2 0 10,10
+       down 10 4; up 10 4 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 4 0 10,10)"},
+      {"arguments", "", R"(
+       down -5 2 7 60 -> take capture, MouseDown 2 7 -5,60
+       move 1 6 1 2 -> MouseMove 6 1 1,2
+       up 3 4 2 4 -> release capture, MouseUp 4 2 3,4)"},
+      {"without sound", "pd", R"(
+       add m 1 &M; quiet; down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|flat shifted
+       key m -> paint 2 flat, Dropdown 2
+       loud; key m -> paint 2 flat, click sound, Dropdown 2)"},
+      {"dragging off and back", "pp", R"(
+       tick 10; down 10
+       move 11 -> MouseMove 1 0 11,10, paint 0 sunken|raised shifted
+       move 30 -> MouseMove 1 0 30,10, paint 0 raised
+       tick 30 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       move 31 -> MouseMove 1 0 31,10, paint 0 flat
+       move 10 -> MouseMove 1 0 10,10, paint 0 sunken|flat shifted
+       tick 10 -> paint 1 flat, MouseLeave 1, paint 0 sunken|raised shifted, MouseHover 0
+       up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10)"},
+      {"released elsewhere", "pp", R"(
+       tick 10; down 10; move 30; tick 30; up 30 -> release capture, MouseUp 1 0 30,10
+       pressed -> -1
+       tick 10; down 10; tick 30 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1
+       up 30 -> release capture, MouseUp 1 0 30,10
+       tick 10; down 10; up 500 -> release capture, paint 0 raised, MouseUp 1 0 500,10
+       tick 500 -> paint 0 flat, MouseLeave 0)"},
+      {"only a hot button is clicked, after a press", "p", R"(
+       down 10; up 10 -> release capture, paint 0 flat, MouseUp 1 0 10,10
+       down 10; tick 10 -> paint 0 sunken|raised shifted, MouseHover 0
+       up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10
+       up 10 -> MouseUp 1 0 10,10
+       dbl -> DblClick
+       pressed -> -1
+       move 10 -> MouseMove 1 0 10,10
+       up 10 -> MouseUp 1 0 10,10)"},
+      {"a press on nothing stops hovering", "p-p", R"(
+       gray 0; down 10 -> take capture, MouseDown 1 0 10,10
+       pressed -> -1
+       move 40 -> MouseMove 1 0 40,10
+       rest 10 40 ->
+       up 40 -> release capture, MouseUp 1 0 40,10
+       tick 40 -> paint 2 raised, MouseHover 2
+       tick 500; down 27 -> take capture, MouseDown 1 0 27,10
+       rest 10 40 ->
+       up 40; down 500; rest 10 40 ->
+       lost; tick 40 -> paint 2 raised, MouseHover 2)"},
+      {"but the part under the mouse is kept", "d", R"(
+       down 500; tick 28; state 0 -> 2)"},
+      {"the last press counts", "pp", R"(
+       down 500; down 10 2; tick 30 -> paint 1 raised, MouseHover 1)"},
+      {"a toggle button", "t", R"(
+       tick 10; down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, click sound
+       state 0 -> 0
+       up 10 -> release capture, paint 0 sunken shifted light, ButtonClicked 0, MouseUp 1 0 10,10
+       state 0 -> 1
+       tick 500 -> MouseLeave 0
+       tick 10
+       down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted light, click sound
+       move 500 -> MouseMove 1 0 500,10, paint 0 sunken shifted light
+       move 10; up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10
+       state 0 -> 0
+       set 0 5; down 10; up 10; state 0 -> 1)"},
+      {"is flipped before it is reported", "t", R"(
+       tick 10; on ButtonClicked 0: set 0 7
+       down 10; up 10; state 0 -> 7)"},
+      {"a menu button drops down at once", "m", R"(
+       tick 10
+       down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, Dropdown 0, paint 0 flat
+       up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10)"},
+      {"the parts of a drop-down button", "d", R"(
+       down 28 -> take capture, MouseDown 1 0 28,10, paint 0 flat|sunken, Dropdown 0, paint 0 flat
+       up 28; tick 28
+       down 28 -> take capture, MouseDown 1 0 28,10, paint 0 raised|sunken, Dropdown 0, paint 0 flat
+       up 28 -> release capture, MouseUp 1 0 28,10
+       down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, click sound
+       move 28 -> MouseMove 1 0 28,10, paint 0 sunken|raised shifted
+       up 28 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 28,10
+       state 0 -> 0
+       down 28; move 10; up 10 -> release capture, paint 0 raised, MouseUp 1 0 10,10)"},
+      {"a second mouse button begins another press", "pp", R"(
+       tick 10; down 10
+       down 30 2 -> take capture, MouseDown 2 0 30,10, paint 0 raised, paint 1 sunken|flat shifted,
+         click sound
+       pressed -> 1
+       down 500 4 -> take capture, MouseDown 4 0 500,10, paint 1 flat
+       pressed -> -1
+       up 10 4 -> release capture, MouseUp 4 0 10,10
+       up 10 -> MouseUp 1 0 10,10
+       down 10
+       down 10 2 -> take capture, MouseDown 2 0 10,10, paint 0 sunken|raised shifted, click sound)"},
+      {"a lost capture", "p", R"(
+       tick 10; down 10; lost -> paint 0 raised
+       pressed -> -1
+       lost ->
+       up 10 -> MouseUp 1 0 10,10
+       down 10; move 500; lost ->
+       down 500; lost ->
+       tick 500 -> paint 0 flat, MouseLeave 0)"},
+      {"a release unseen", "p", R"(
+       tick 10; down 10; move 10 0 -> MouseMove 0 0 10,10, release capture, paint 0 raised
+       pressed -> -1
+       down 500; move 500 0 -> MouseMove 0 0 500,10, release capture
+       tick 500 -> paint 0 flat, MouseLeave 0)"},
+      {"a free move keeps the part", "d", R"(
+       move 28 0 -> MouseMove 0 0 28,10
+       state 0 -> 2)"},
+  });
 }
 
-TEST(CommandBarModeTest, BeingShownAtDesignTimeEndsAllThatGoesOn) {
-  TestBar bar({kPush});
-  bar.buttons.SetCaption(0, "x", Metrics());
-  bar.Down(kFirst);
-  bar.Hover(kFirst);
-  for (int i = 0; i < 8; ++i) bar.Tick(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.Show(false)), (Strings{"hide tip", "release capture", "stop timer"}));
-  EXPECT_EQ(bar.input.HotButton(), -1);
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-}
-
-TEST(CommandBarFreezeTest, AFrozenBarDoesNotFollowTheMouse) {
-  TestBar bar({kPush, kDropDown});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.Freeze()), Strings{});
-  EXPECT_TRUE(bar.input.Frozen());
-  for (int i = 0; i < 20; ++i) EXPECT_EQ(bar.Tick(50), Strings{});
-  EXPECT_EQ(bar.input.HotButton(), 0);
-  EXPECT_EQ(bar.buttons.State(1), 0);  // not even the part under the mouse is looked up
-
-  EXPECT_EQ(bar.Do(bar.input.Thaw()), (Strings{"paint bar"}));
-  EXPECT_FALSE(bar.input.Frozen());
-  EXPECT_EQ(bar.Tick(50), (Strings{"paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.buttons.State(1), 2);
-}
-
-TEST(CommandBarFreezeTest, FreezingHidesTheTip) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  for (int i = 0; i < 8; ++i) bar.Tick(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.Freeze()), (Strings{"hide tip"}));
-  EXPECT_EQ(bar.Do(bar.input.Freeze()), Strings{});
-}
-
-TEST(CommandBarFreezeTest, ThawingPaintsTheBarEvenWhenItWasNotFrozen) {
-  TestBar bar({kPush});
-  EXPECT_EQ(bar.Do(bar.input.Thaw()), (Strings{"paint bar"}));
-}
-
-TEST(CommandBarFreezeTest, APressGoesOnInAFrozenBar) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.input.Freeze();
-  EXPECT_EQ(bar.Up(kFirst),
-            (Strings{"release capture", "paint 0 raised", "ButtonClicked 0", "MouseUp 1 0 10,10"}));
-
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Up(kBeside), (Strings{"release capture", "MouseUp 1 0 500,10"}));  // painted when it thaws
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.CaptureLost()), Strings{});
-}
-
-// ---------------------------------------------------------------------------------------------------------
-// Pressing and releasing
-
-TEST(CommandBarPressTest, APushButtonSinksSoundsAndIsClickedOnTheRelease) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kSecond);
-  EXPECT_EQ(bar.Down(kSecond),
-            (Strings{"take capture", "MouseDown 1 0 30,10", "paint 1 sunken|raised shifted", "click sound"}));
-  EXPECT_EQ(bar.input.PressedButton(), 1);
-  EXPECT_EQ(bar.Up(kSecond),
-            (Strings{"release capture", "paint 1 raised", "ButtonClicked 1", "MouseUp 1 0 30,10"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Tick(kSecond), Strings{});
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 1 flat", "MouseLeave 1"}));
-}
-
-TEST(CommandBarPressTest, MouseEventsHaveTheirArguments) {
-  TestBar bar({});
-  EXPECT_EQ(bar.Do(bar.input.MouseDown({2, 7, {-5, 60}})), (Strings{"take capture", "MouseDown 2 7 -5,60"}));
-  EXPECT_EQ(bar.Do(bar.input.MouseMove({6, 1, {1, 2}})), (Strings{"MouseMove 6 1 1,2"}));
-  EXPECT_EQ(bar.Do(bar.input.MouseUp({4, 2, {3, 4}})), (Strings{"release capture", "MouseUp 4 2 3,4"}));
-}
-
-TEST(CommandBarPressTest, EveryMouseButtonPresses) {
-  for (const std::int16_t button : {std::int16_t{1}, std::int16_t{2}, std::int16_t{4}}) {
-    TestBar bar({kPush});
-    bar.Hover(kFirst);
-    bar.Down(kFirst, button);
-    EXPECT_EQ(bar.Up(kFirst, button)[2], "ButtonClicked 0");
-  }
-}
-
-TEST(CommandBarPressTest, WithoutSoundEffectsNothingSounds) {
-  TestBar bar({kPush, kDropDown});
-  bar.buttons.Add({.Caption = "&M", .ButtonType = kMenu}, Metrics());
-  bar.properties.SoundEffects = false;
-  EXPECT_EQ(bar.Down(kFirst),
-            (Strings{"take capture", "MouseDown 1 0 10,10", "paint 0 sunken|flat shifted"}));
-  EXPECT_EQ(bar.Do(bar.input.AccessKeyPress('m')), (Strings{"paint 2 flat", "Dropdown 2"}));
-  bar.properties.SoundEffects = true;
-  EXPECT_EQ(bar.Do(bar.input.AccessKeyPress('m')), (Strings{"paint 2 flat", "click sound", "Dropdown 2"}));
-}
-
-TEST(CommandBarPressTest, DraggedOffAButtonIsUpAndDownAgainWhenThePointerReturns) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Move(kFirst + 1), (Strings{"MouseMove 1 0 11,10", "paint 0 sunken|raised shifted"}));
-  EXPECT_EQ(bar.Move(kSecond), (Strings{"MouseMove 1 0 30,10", "paint 0 raised"}));
-  EXPECT_EQ(bar.Tick(kSecond), (Strings{"paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.Move(kSecond + 1), (Strings{"MouseMove 1 0 31,10", "paint 0 flat"}));
-  EXPECT_EQ(bar.Move(kFirst), (Strings{"MouseMove 1 0 10,10", "paint 0 sunken|flat shifted"}));
-  EXPECT_EQ(bar.Tick(kFirst),
-            (Strings{"paint 1 flat", "MouseLeave 1", "paint 0 sunken|raised shifted", "MouseHover 0"}));
-  EXPECT_EQ(bar.Up(kFirst),
-            (Strings{"release capture", "paint 0 raised", "ButtonClicked 0", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, ReleasedElsewhereNothingIsClicked) {
-  for (const int elsewhere : {kSecond, kBeside}) {
-    TestBar bar({kPush, kPush});
-    bar.Hover(kFirst);
-    bar.Down(kFirst);
-    bar.Move(elsewhere);
-    bar.Tick(elsewhere);  // the other button is hot by now
-    EXPECT_EQ(bar.Up(elsewhere).size(), 2U);
-    EXPECT_EQ(bar.input.PressedButton(), -1);
-  }
-}
-
-TEST(CommandBarPressTest, AButtonReleasedElsewhereAtOnceIsFlatAtTheNextTick) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Up(kBeside), (Strings{"release capture", "paint 0 raised", "MouseUp 1 0 500,10"}));
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-}
-
-TEST(CommandBarPressTest, ATickThatFindsThePointerElsewhereDrawsThePressedButtonUp) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Tick(kSecond), (Strings{"paint 0 flat", "MouseLeave 0", "paint 1 raised", "MouseHover 1"}));
-  EXPECT_EQ(bar.Up(kSecond), (Strings{"release capture", "MouseUp 1 0 30,10"}));
-}
-
-TEST(CommandBarPressTest, OnlyAHotButtonIsClicked) {
-  TestBar bar({kPush});
-  bar.Down(kFirst);  // before the first tick
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "paint 0 flat", "MouseUp 1 0 10,10"}));
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 sunken|raised shifted", "MouseHover 0"}));
-  EXPECT_EQ(bar.Up(kFirst)[2], "ButtonClicked 0");
-}
-
-TEST(CommandBarPressTest, AReleaseWithoutAPressClicksNothing) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, TheSecondPressOfADoubleClickIsNone) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.Up(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.DblClick()), (Strings{"DblClick"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Move(kFirst), (Strings{"MouseMove 1 0 10,10"}));
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, APressOnNothingUsableStopsHoveringUntilTheRelease) {
-  TestBar bar({kPush, kSeparator, kPush});
-  bar.buttons.SetGrayed(0, true);
-  constexpr int kSeparatorPlace = 27;
-  constexpr int kLast = 40;
-  for (const int dead : {kFirst, kSeparatorPlace, kBeside}) {
-    SCOPED_TRACE(dead);
-    EXPECT_EQ(bar.Down(dead).size(), 2U);
-    EXPECT_EQ(bar.input.PressedButton(), -1);
-    EXPECT_EQ(bar.Move(kLast).size(), 1U);
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(bar.Tick(kLast), Strings{});
-    EXPECT_EQ(bar.Up(kLast), (Strings{"release capture", "MouseUp 1 0 40,10"}));
-    EXPECT_EQ(bar.Tick(kLast), (Strings{"paint 2 raised", "MouseHover 2"}));
-    EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 2 flat", "MouseLeave 2"}));
-  }
-}
-
-TEST(CommandBarPressTest, ADeadPressLooksUpThePartUnderTheMouseAllTheSame) {
-  TestBar bar({kDropDown});
-  bar.Down(kBeside);
-  bar.Tick(kArrow);
-  EXPECT_EQ(bar.buttons.State(0), 2);
-}
-
-TEST(CommandBarPressTest, ALivePressDoesNotStopHovering) {
-  TestBar bar({kPush, kPush});
-  bar.Down(kBeside);
-  bar.Down(kFirst, 2);  // the press that counts is the last
-  EXPECT_EQ(bar.Tick(kSecond), (Strings{"paint 1 raised", "MouseHover 1"}));
-}
-
-TEST(CommandBarPressTest, AToggleButtonFlips) {
-  TestBar bar({kToggle});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Down(kFirst),
-            (Strings{"take capture", "MouseDown 1 0 10,10", "paint 0 sunken|raised shifted", "click sound"}));
-  EXPECT_EQ(bar.buttons.State(0), 0);
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "paint 0 sunken shifted light", "ButtonClicked 0",
-                                     "MouseUp 1 0 10,10"}));
-  EXPECT_EQ(bar.buttons.State(0), 1);
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"MouseLeave 0"}));
-
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Down(kFirst)[2], "paint 0 sunken|raised shifted light");
-  EXPECT_EQ(bar.Move(kBeside)[1], "paint 0 sunken shifted light");  // off the button it rests, sunken as well
-  bar.Move(kFirst);
-  EXPECT_EQ(bar.Up(kFirst),
-            (Strings{"release capture", "paint 0 raised", "ButtonClicked 0", "MouseUp 1 0 10,10"}));
-  EXPECT_EQ(bar.buttons.State(0), 0);
-}
-
-TEST(CommandBarPressTest, AToggleButtonIsFlippedBeforeItIsReported) {
-  TestBar bar({kToggle});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  std::optional<int> reported;
-  bar.On("ButtonClicked 0", [&] { reported = bar.buttons.State(0); });
-  bar.Up(kFirst);
-  EXPECT_EQ(reported, 1);
-}
-
-TEST(CommandBarPressTest, AnyStateButOneIsOff) {
-  TestBar bar({kToggle});
-  bar.buttons.SetState(0, 5);
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.Up(kFirst);
-  EXPECT_EQ(bar.buttons.State(0), 1);
-}
-
-TEST(CommandBarPressTest, AMenuButtonDropsDownAtOnceAndSilently) {
-  TestBar bar({kMenu});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Down(kFirst), (Strings{"take capture", "MouseDown 1 0 10,10", "paint 0 sunken|raised shifted",
-                                       "Dropdown 0", "paint 0 flat"}));
-}
-
-TEST(CommandBarPressTest, AMenuButtonIsClickedWhenItIsReleasedWithoutAMenu) {
-  TestBar bar({kMenu});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Up(kFirst),
-            (Strings{"release capture", "paint 0 raised", "ButtonClicked 0", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, TheArrowPartDropsDownAtOnceAndIsNotClicked) {
-  TestBar bar({kDropDown});
-  bar.Hover(kArrow);
-  EXPECT_EQ(bar.Down(kArrow), (Strings{"take capture", "MouseDown 1 0 28,10", "paint 0 raised|sunken",
-                                       "Dropdown 0", "paint 0 flat"}));
-  EXPECT_EQ(bar.Up(kArrow), (Strings{"release capture", "MouseUp 1 0 28,10"}));
-}
-
-TEST(CommandBarPressTest, TheArrowPartOfAButtonThatIsNotHotSinksAlone) {
-  TestBar bar({kDropDown});
-  EXPECT_EQ(bar.Down(kArrow)[2], "paint 0 flat|sunken");
-}
-
-TEST(CommandBarPressTest, ThePushPartOfADropDownButtonIsAPushButton) {
-  TestBar bar({kDropDown});
-  bar.Hover(kFirst);
-  EXPECT_EQ(bar.Down(kFirst),
-            (Strings{"take capture", "MouseDown 1 0 10,10", "paint 0 sunken|raised shifted", "click sound"}));
-  EXPECT_EQ(bar.Up(kFirst),
-            (Strings{"release capture", "paint 0 raised", "ButtonClicked 0", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, ThePartThatWasPressedCountsNotTheOneUnderTheRelease) {
-  TestBar bar({kDropDown});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Move(kArrow)[1], "paint 0 sunken|raised shifted");
-  EXPECT_EQ(bar.Up(kArrow)[2], "ButtonClicked 0");
-  EXPECT_EQ(bar.buttons.State(0), 0);  // the push part again
-
-  bar.Down(kArrow);
-  bar.Move(kFirst);
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "paint 0 raised", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, ASecondMouseButtonBeginsAnotherPress) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst, 1);
-  EXPECT_EQ(bar.Down(kSecond, 2), (Strings{"take capture", "MouseDown 2 0 30,10", "paint 0 raised",
-                                           "paint 1 sunken|flat shifted", "click sound"}));
-  EXPECT_EQ(bar.input.PressedButton(), 1);
-  EXPECT_EQ(bar.Down(kBeside, 4), (Strings{"take capture", "MouseDown 4 0 500,10", "paint 1 flat"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Up(kFirst, 4), (Strings{"release capture", "MouseUp 4 0 10,10"}));
-  EXPECT_EQ(bar.Up(kFirst, 1), (Strings{"MouseUp 1 0 10,10"}));
-
-  bar.Down(kFirst, 1);
-  EXPECT_EQ(bar.Down(kFirst, 2),
-            (Strings{"take capture", "MouseDown 2 0 10,10", "paint 0 sunken|raised shifted", "click sound"}));
-}
-
-TEST(CommandBarPressTest, ALostCaptureCancelsThePress) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Do(bar.input.CaptureLost()), (Strings{"paint 0 raised"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Do(bar.input.CaptureLost()), Strings{});
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"MouseUp 1 0 10,10"}));
-
-  bar.Down(kFirst);
-  bar.Move(kBeside);
-  EXPECT_EQ(bar.Do(bar.input.CaptureLost()), Strings{});  // it is drawn up already
-  bar.Down(kBeside);
-  EXPECT_EQ(bar.Do(bar.input.CaptureLost()), Strings{});
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));  // a dead press is over as well
-}
-
-TEST(CommandBarPressTest, AMoveWithoutAMouseButtonEndsAPressThatWasReleasedUnseen) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  EXPECT_EQ(bar.Move(kFirst, 0), (Strings{"MouseMove 0 0 10,10", "release capture", "paint 0 raised"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  bar.Down(kBeside);
-  EXPECT_EQ(bar.Move(kBeside, 0), (Strings{"MouseMove 0 0 500,10", "release capture"}));
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-}
-
-TEST(CommandBarPressTest, AFreeMoveLooksUpThePartUnderTheMouse) {
-  TestBar bar({kDropDown});
-  EXPECT_EQ(bar.Move(kArrow, 0), (Strings{"MouseMove 0 0 28,10"}));
-  EXPECT_EQ(bar.buttons.State(0), 2);
-}
-
-TEST(CommandBarPressTest, AButtonGrayedInMidPressIsNotClicked) {
-  TestBar bar({kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.buttons.SetGrayed(0, true);
-  EXPECT_EQ(bar.Move(kFirst)[1], "paint 0 flat");
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, AButtonRemovedInMidPressTakesThePressWithIt) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.buttons.Remove(0, Metrics());
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Move(kFirst), (Strings{"MouseMove 1 0 10,10"}));
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0"}));
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, ABarEmptiedInMidPressGoesOn) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.buttons.Remove(0, Metrics());
-  bar.buttons.Remove(0, Metrics());
-  EXPECT_EQ(bar.Tick(kFirst), Strings{});
-  EXPECT_EQ(bar.Move(kFirst), (Strings{"MouseMove 1 0 10,10"}));
-  EXPECT_EQ(bar.Up(kFirst), (Strings{"release capture", "MouseUp 1 0 10,10"}));
-}
-
-TEST(CommandBarPressTest, AButtonMovedInMidPressIsClickedWhereItIs) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.buttons.Move(0, 1, Metrics());
-  EXPECT_EQ(bar.input.PressedButton(), 1);
-  EXPECT_EQ(bar.Move(kFirst)[1], "paint 1 raised");
-  EXPECT_EQ(bar.Move(kSecond)[1], "paint 1 sunken|raised shifted");
-  EXPECT_EQ(bar.Up(kSecond)[2], "ButtonClicked 1");
-}
-
-TEST(CommandBarPressTest, WhatTheContainerDoesInMouseDownCounts) {
-  const auto press = [](const std::function<void(TestBar&)>& act) {
-    TestBar bar({kPush, kPush});
-    bar.Hover(kFirst);
-    bar.On("MouseDown 1 0 10,10", [&] { act(bar); });
-    Strings log = bar.Down(kFirst);
-    log.erase(log.begin(), log.begin() + 2);
-    return log;
+TEST(CommandBarInput, ButtonsThatChangeInMidPress) {
+  Play({
+      {"grayed", "p", R"(
+       tick 10; down 10; gray 0; move 10 -> MouseMove 1 0 10,10, paint 0 flat
+       up 10 -> release capture, MouseUp 1 0 10,10)"},
+      {"removed", "pp", R"(
+       tick 10; down 10; remove 0; pressed -> -1
+       move 10 -> MouseMove 1 0 10,10
+       tick 10 -> paint 0 raised, MouseHover 0
+       up 10 -> release capture, MouseUp 1 0 10,10)"},
+      {"all removed", "pp", R"(
+       tick 10; down 10; remove 0; remove 0; tick 10 ->
+       move 10 -> MouseMove 1 0 10,10
+       up 10 -> release capture, MouseUp 1 0 10,10)"},
+      {"moved", "pp", R"(
+       tick 10; down 10; shift 0 1; pressed -> 1
+       move 10 -> MouseMove 1 0 10,10, paint 1 raised
+       move 30 -> MouseMove 1 0 30,10, paint 1 sunken|raised shifted
+       up 30 -> release capture, paint 1 raised, ButtonClicked 1, MouseUp 1 0 30,10)"},
+      {"removed in MouseMove", "pp", R"(
+       tick 10; down 10; on MouseMove 1 0 11,10: remove 0
+       move 11 -> MouseMove 1 0 11,10)"},
+  });
+  const std::vector<std::pair<std::string, std::string>> inMouseDown = {
+      {"gray 0", ""},
+      {"remove 1 & remove 0", ""},
+      {"remove 0", ", paint 0 sunken|flat shifted, click sound"},
+      {"lost", ""},  // a message box takes the mouse
+      {"up 0 1 0 0", ", release capture, MouseUp 1 0 0,0"},
   };
-  EXPECT_EQ(press([](TestBar& bar) { bar.buttons.SetGrayed(0, true); }), Strings{});
-  EXPECT_EQ(press([](TestBar& bar) { bar.buttons.Remove(1, Metrics()), bar.buttons.Remove(0, Metrics()); }),
-            Strings{});
-  EXPECT_EQ(press([](TestBar& bar) { bar.buttons.Remove(0, Metrics()); }),
-            (Strings{"paint 0 sunken|flat shifted", "click sound"}));
-  // A message box takes the mouse: there is nothing to be pressed when it is closed.
-  EXPECT_EQ(press([](TestBar& bar) { bar.input.CaptureLost(); }), Strings{});
-  EXPECT_EQ(press([](TestBar& bar) {
-              bar.Run(bar.input.MouseUp({1, 0, {0, 0}}));
-            }),
-            (Strings{"release capture", "MouseUp 1 0 0,0"}));
-}
-
-TEST(CommandBarPressTest, WhatTheContainerDoesInMouseMoveCounts) {
-  TestBar bar({kPush, kPush});
-  bar.Hover(kFirst);
-  bar.Down(kFirst);
-  bar.On("MouseMove 1 0 11,10", [&] { bar.buttons.Remove(0, Metrics()); });
-  EXPECT_EQ(bar.Move(kFirst + 1), (Strings{"MouseMove 1 0 11,10"}));
-}
-
-// ---------------------------------------------------------------------------------------------------------
-// While a menu is open
-
-TEST(CommandBarDropdownTest, AButtonWithAnOpenMenuStaysSunkenUntilTheMenuIsClosed) {
-  TestBar bar({kDropDown, kPush});
-  bar.Hover(kArrow);
-  bar.On("Dropdown 0", [&] {
-    // The menu takes the capture, the mouse wanders over it and over the bar.
-    bar.Run(bar.input.CaptureLost());
-    bar.Run(bar.input.tHitTest_Timer(std::nullopt, {}));
-    bar.Run(bar.input.tHitTest_Timer(Point{kFirst, 10}, {}));
-    bar.Run(bar.input.tHitTest_Timer(Point{40, 10}, {}));
-  });
-  EXPECT_EQ(bar.Down(kArrow), (Strings{"take capture", "MouseDown 1 0 28,10", "paint 0 raised|sunken",
-                                       "Dropdown 0", "paint 0 flat|sunken", "MouseLeave 0",  // off it
-                                       "paint 0 raised|sunken", "MouseHover 0",  // on its push part
-                                       "paint 0 flat|sunken", "MouseLeave 0", "paint 1 raised",
-                                       "MouseHover 1", "paint 0 flat"}));
-  EXPECT_EQ(bar.input.PressedButton(), -1);
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 1 flat", "MouseLeave 1", "paint 0 raised", "MouseHover 0"}));
-}
-
-TEST(CommandBarDropdownTest, AFrozenBarLeavesTheButtonSunken) {
-  for (const auto type : {kMenu, kDropDown}) {
-    TestBar bar({type});
-    const int x = type == kMenu ? kFirst : kArrow;
-    bar.Hover(x);
-    bar.On("Dropdown 0", [&] { bar.input.Freeze(); });
-    EXPECT_EQ(bar.Down(x).back(), "Dropdown 0");
-    EXPECT_EQ(bar.Do(bar.input.Thaw()), (Strings{"paint bar"}));
+  for (const auto& [act, then] : inMouseDown) {
+    ScriptedBar bar("pp");
+    bar("tick 10");
+    bar("on MouseDown 1 0 10,10: " + act);
+    EXPECT_EQ(bar("down 10"), "take capture, MouseDown 1 0 10,10" + then) << act;
   }
 }
 
-TEST(CommandBarDropdownTest, ABarThawedByThenIsDrawnAtRest) {
-  TestBar bar({kMenu});
-  bar.input.Freeze();
-  bar.On("Dropdown 0", [&] { bar.input.Thaw(); });
-  EXPECT_EQ(bar.Down(kFirst).back(), "paint 0 flat");
-}
-
-TEST(CommandBarDropdownTest, AButtonRemovedMeanwhileIsNotDrawn) {
-  TestBar bar({kMenu, kPush});
-  bar.On("Dropdown 0", [&] { bar.buttons.Remove(0, Metrics()); });
-  EXPECT_EQ(bar.Down(kFirst).back(), "Dropdown 0");
-}
-
-TEST(CommandBarDropdownTest, AButtonMovedMeanwhileIsDrawnWhereItIs) {
-  TestBar bar({kMenu, kPush});
-  bar.On("Dropdown 0", [&] { bar.buttons.Move(0, 1, Metrics()); });
-  EXPECT_EQ(bar.Down(kFirst).back(), "paint 1 flat");
-}
-
-TEST(CommandBarDropdownTest, ReleasedWhileTheMenuIsOpenTheButtonStaysSunken) {
-  TestBar bar({kDropDown});
-  bar.Hover(kArrow);
-  bar.On("Dropdown 0", [&] { bar.Run(bar.input.MouseUp({1, 0, {kBeside, 10}})); });
-  EXPECT_EQ(bar.Down(kArrow),
-            (Strings{"take capture", "MouseDown 1 0 28,10", "paint 0 raised|sunken", "Dropdown 0",
-                     "release capture", "MouseUp 1 0 500,10", "paint 0 flat"}));
-}
-
-TEST(CommandBarDropdownTest, OneMenuMayOpenOverAnother) {
-  TestBar bar({kMenu, kMenu});
-  bar.On("Dropdown 0", [&] {
-    bar.Run(bar.input.MouseDown({1, 0, {kSecond, 10}}));
-    bar.Run(bar.input.tHitTest_Timer(Point{kFirst, 10}, {}));  // its own menu is still open
+TEST(CommandBarInput, OpenMenus) {
+  const std::string pressed = "take capture, MouseDown 1 0 10,10, paint 0 sunken|flat shifted, Dropdown 0";
+  const std::string over =
+      "\non Dropdown 0: down 30 & tick 10\ndown 10 -> " + pressed +
+      ", take capture, MouseDown 1 0 30,10, paint 1 sunken|flat shifted, Dropdown 1,"
+      " paint 1 flat, paint 0 sunken|raised shifted, MouseHover 0, paint 0 flat"
+      "\ntick 500 -> paint 0 flat, MouseLeave 0\ntick 10 -> paint 0 raised, MouseHover 0";
+  // The menu takes the capture, the mouse wanders over it, over the push part and to the next button.
+  const std::string wander =
+      "\ntick 28; on Dropdown 0: lost & elsewhere & tick 10 & tick 40\ndown 28 -> "
+      "take capture, MouseDown 1 0 28,10, paint 0 raised|sunken, Dropdown 0, paint 0 flat|sunken,"
+      " MouseLeave 0, paint 0 raised|sunken, MouseHover 0, paint 0 flat|sunken, MouseLeave 0,"
+      " paint 1 raised, MouseHover 1, paint 0 flat"
+      "\npressed -> -1\ntick 10 -> paint 1 flat, MouseLeave 1, paint 0 raised, MouseHover 0";
+  const std::string frozen = "\non Dropdown 0: freeze\ndown 10 -> " + pressed + "\nthaw -> paint bar";
+  const std::string thawed =
+      "\nfreeze; on Dropdown 0: thaw\ndown 10 -> " + pressed + ", paint bar, paint 0 flat";
+  const std::string removed = "\non Dropdown 0: remove 0\ndown 10 -> " + pressed;
+  const std::string moved = "\non Dropdown 0: shift 0 1\ndown 10 -> " + pressed + ", paint 1 flat";
+  Play({
+      {"one over another", "mm", over.c_str()},
+      {"the button stays sunken", "dp", wander.c_str()},
+      {"a frozen bar leaves it sunken", "m", frozen.c_str()},
+      {"a bar thawed by then", "m", thawed.c_str()},
+      {"removed meanwhile", "mp", removed.c_str()},
+      {"moved meanwhile", "mp", moved.c_str()},
+      {"released meanwhile", "d", R"(
+       tick 28; on Dropdown 0: up 500
+       down 28; up 28 -> MouseUp 1 0 28,10)"},
   });
-  EXPECT_EQ(bar.Down(kFirst),
-            (Strings{"take capture", "MouseDown 1 0 10,10", "paint 0 sunken|flat shifted", "Dropdown 0",
-                     "take capture", "MouseDown 1 0 30,10", "paint 1 sunken|flat shifted", "Dropdown 1",
-                     "paint 1 flat", "paint 0 sunken|raised shifted", "MouseHover 0", "paint 0 flat"}));
-  EXPECT_EQ(bar.Tick(kBeside), (Strings{"paint 0 flat", "MouseLeave 0"}));
-  EXPECT_EQ(bar.Tick(kFirst), (Strings{"paint 0 raised", "MouseHover 0"}));
 }
 
-// ---------------------------------------------------------------------------------------------------------
-// Access keys and the default action
-
-class BarWithKeys : public TestBar {
- public:
-  BarWithKeys() : TestBar({}) {
-    for (const auto& [caption, type] :
-         std::vector<std::pair<std::string, ButtonType>>{{"Plain", kPush},
-                                                         {"&Push", kPush},
-                                                         {"&Menu", kMenu},
-                                                         {"&Toggle", kToggle},
-                                                         {"&Drop", kDropDown}}) {
-      buttons.Add({.Caption = caption, .ButtonType = type, .DisplayType = DisplayType::Caption}, Metrics());
-    }
-  }
-  Strings Key(int code) { return Do(input.AccessKeyPress(static_cast<std::int16_t>(code))); }
-};
-
-TEST(CommandBarAccessKeyTest, AKeyClicksOrDropsDownItsButton) {
-  BarWithKeys bar;
-  EXPECT_EQ(bar.Key('p'), (Strings{"ButtonClicked 1"}));
-  EXPECT_EQ(bar.Key('m'), (Strings{"paint 2 flat", "click sound", "Dropdown 2"}));
-  EXPECT_EQ(bar.Key('d'), (Strings{"paint 4 flat", "click sound", "Dropdown 4"}));
-  EXPECT_EQ(bar.Key('t'), (Strings{"ButtonClicked 3"}));
-  EXPECT_EQ(bar.buttons.State(3), 0);  // not flipped
+TEST(CommandBarInput, AccessKeysAndDefaultActions) {
+  const std::string keys = "add p 1 Plain; add p 1 &Push; add m 1 &Menu; add t 1 &Toggle; add d 1 &Drop\n";
+  const std::string each = keys + R"(
+       key p -> ButtonClicked 1
+       key m -> paint 2 flat, click sound, Dropdown 2
+       key d -> paint 4 flat, click sound, Dropdown 4
+       key t -> ButtonClicked 3
+       state 3 -> 0
+       key P ->
+       key x ->
+       key 00 ->
+       key -1 ->
+       key 13 ->
+       freeze; key m -> paint 2 flat, click sound, Dropdown 2
+       key p -> ButtonClicked 1
+       add p 1 &Print; key p -> ButtonClicked 1
+       gray 1; key p ->
+       remove 1; key p -> ButtonClicked 4
+       gray 1; key m ->
+       gray 2; key t ->
+       gray 3; key d ->)";
+  const std::string actions = keys + R"(
+       act 0 -> click sound, paint 0 flat, ButtonClicked 0
+       act 2 -> paint 2 sunken|flat shifted, Dropdown 2, paint 2 flat
+       act 3 -> click sound, paint 3 sunken shifted light, ButtonClicked 3
+       state 3 -> 1
+       act 3 -> click sound, paint 3 flat, ButtonClicked 3
+       state 3 -> 0
+       set 4 2; act 4 -> click sound, paint 4 flat, ButtonClicked 4
+       state 4 -> 0
+       tick 10; act 0 -> click sound, paint 0 raised, ButtonClicked 0
+       quiet; act 1 -> paint 1 flat, ButtonClicked 1)";
+  Play({
+      {"keys", "", each.c_str()},
+      {"actions", "", actions.c_str()},
+      {"what cannot be clicked", "-p", R"(
+       gray 1; act -1 ->
+       act 0 ->
+       act 1 ->
+       act 2 ->)"},
+  });
 }
-
-TEST(CommandBarAccessKeyTest, OtherCodesFindNothing) {
-  BarWithKeys bar;
-  for (const int code : {int{'P'}, int{'x'}, 0, -1, 13, 27}) EXPECT_EQ(bar.Key(code), Strings{}) << code;
-}
-
-TEST(CommandBarAccessKeyTest, TheFirstButtonWithTheKeyEndsTheSearch) {
-  BarWithKeys bar;
-  bar.buttons.Add({.Caption = "&Print", .DisplayType = DisplayType::Caption}, Metrics());
-  EXPECT_EQ(bar.Key('p'), (Strings{"ButtonClicked 1"}));
-  bar.buttons.SetGrayed(1, true);
-  EXPECT_EQ(bar.Key('p'), Strings{});
-  bar.buttons.Remove(1, Metrics());
-  EXPECT_EQ(bar.Key('p'), (Strings{"ButtonClicked 4"}));
-}
-
-TEST(CommandBarAccessKeyTest, ADisabledButtonDoesNothing) {
-  BarWithKeys bar;
-  for (int i = 0; i < bar.buttons.Count(); ++i) bar.buttons.SetGrayed(i, true);
-  for (const char key : {'p', 'm', 't', 'd'}) EXPECT_EQ(bar.Key(key), Strings{}) << key;
-}
-
-TEST(CommandBarAccessKeyTest, KeysWorkOnAFrozenBar) {
-  BarWithKeys bar;
-  bar.input.Freeze();
-  EXPECT_EQ(bar.Key('m'), (Strings{"paint 2 flat", "click sound", "Dropdown 2"}));
-  EXPECT_EQ(bar.Key('p'), (Strings{"ButtonClicked 1"}));
-}
-
-TEST(CommandBarDefaultActionTest, ItDoesWhatAClickDoes) {
-  BarWithKeys bar;
-  const auto act = [&](int index) { return bar.Do(bar.input.DoDefaultAction(index)); };
-  EXPECT_EQ(act(0), (Strings{"click sound", "paint 0 flat", "ButtonClicked 0"}));
-  EXPECT_EQ(act(2), (Strings{"paint 2 sunken|flat shifted", "Dropdown 2", "paint 2 flat"}));
-  EXPECT_EQ(act(3), (Strings{"click sound", "paint 3 sunken shifted light", "ButtonClicked 3"}));
-  EXPECT_EQ(bar.buttons.State(3), 1);
-  EXPECT_EQ(act(3), (Strings{"click sound", "paint 3 flat", "ButtonClicked 3"}));
-  EXPECT_EQ(bar.buttons.State(3), 0);
-  bar.buttons.SetState(4, 2);
-  EXPECT_EQ(act(4), (Strings{"click sound", "paint 4 flat", "ButtonClicked 4"}));
-  EXPECT_EQ(bar.buttons.State(4), 0);
-  bar.Hover(kFirst);
-  EXPECT_EQ(act(0), (Strings{"click sound", "paint 0 raised", "ButtonClicked 0"}));
-  bar.properties.SoundEffects = false;
-  EXPECT_EQ(act(1), (Strings{"paint 1 flat", "ButtonClicked 1"}));
-}
-
-TEST(CommandBarDefaultActionTest, WhatCannotBeClickedDoesNothing) {
-  TestBar bar({kSeparator, kPush});
-  bar.buttons.SetGrayed(1, true);
-  for (const int index : {-1, 0, 1, 2}) EXPECT_EQ(bar.Do(bar.input.DoDefaultAction(index)), Strings{});
-}
-
-// ---------------------------------------------------------------------------------------------------------
-// Anything at any time
 
 /// A container that does whatever it likes whenever it likes, and a screen that remembers how each button was
 /// last drawn.

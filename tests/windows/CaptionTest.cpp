@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <initializer_list>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -149,9 +150,9 @@ TEST_F(CaptionTest, ShowsIconAndText) {
 }
 
 TEST_F(CaptionTest, PaintsAfterEachMessageThatMayHaveSpoiltIt) {
-  for (const UINT message :
-       {WM_KILLFOCUS, WM_MOUSEACTIVATE, WM_MDIACTIVATE, WM_SETTEXT, WM_NCPAINT, WM_INITMENUPOPUP,
-        WM_SYSCOMMAND, WM_NCRBUTTONDOWN, WM_NCLBUTTONDOWN, WM_SIZE, WM_SETICON, WM_SETTINGCHANGE}) {
+  for (const UINT message : std::initializer_list<UINT>{
+           WM_KILLFOCUS, WM_MOUSEACTIVATE, WM_MDIACTIVATE, WM_SETTEXT, WM_NCPAINT, WM_INITMENUPOPUP,
+           WM_SYSCOMMAND, WM_NCRBUTTONDOWN, WM_NCLBUTTONDOWN, WM_SIZE, WM_SETICON, WM_SETTINGCHANGE}) {
     SCOPED_TRACE(message);
     {
       const FrameDC dc(frame_.hWnd());
@@ -249,7 +250,7 @@ TEST(CaptionHook, HooksAndUnhooksInAnyOrder) {
       EXPECT_NE(ProcedureOf(frames[i].hWnd()), own);
       EXPECT_EQ(GetPropA(frames[i].hWnd(), "OldMeProc"), reinterpret_cast<HANDLE>(own));
     }
-    const WNDPROC own = reinterpret_cast<WNDPROC>(GetPropA(frames[0].hWnd(), "OldMeProc"));
+    const auto own = reinterpret_cast<WNDPROC>(GetPropA(frames[0].hWnd(), "OldMeProc"));
     const int first = firstGoesFirst ? 0 : 1;
     hooks[first].Remove();
     EXPECT_EQ(ProcedureOf(frames[first].hWnd()), own);
