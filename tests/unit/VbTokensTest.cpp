@@ -1,0 +1,125 @@
+#include "ui/editor/VbTokens.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+namespace snip::test {
+namespace {
+
+/// One letter for each column, a dot for plain text.
+std::string Marked(const std::string& line, const std::vector<VbToken>& tokens) {
+  std::string marks(line.size(), '.');
+  for (const VbToken& token : tokens) {
+    for (std::size_t i = token.begin; i < token.end; ++i) {
+      marks[i] = "KSCNDPL"[static_cast<int>(token.kind)];
+    }
+  }
+  return marks;
+}
+
+struct Case {
+  std::string line;
+  std::string marks;
+  LineState after = LineState::Fresh;
+  LineState before = LineState::Fresh;
+};
+
+TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
+  constexpr auto statement = LineState::InStatement;
+  constexpr auto comment = LineState::InComment;
+  constexpr auto directive = LineState::InDirective;
+  const std::vector<Case> cases = {
+      {"", ""},
+      {"Dim a$, b As Long", "KKK.......KK.KKKK"},
+      {"PUBLIC sub x()", "KKKKKK.KKK...."},
+      {"endless = Ending", "................"},
+      {"x = \"a \"\"b\"\" 'c\" & y ' \"d\"", "....SSSSSSSSSSSS.....CCCCC"},
+      {"x = \"open 'to the end", "....SSSSSSSSSSSSSSSSS"},
+      {"x = \"ends _", "....SSSSSSS"},
+      {"Rem all of it", "CCCCCCCCCCCCC"},
+      {"Rem", "CCC"},
+      {"x = 1: Rem note", "....N..CCCCCCCC"},
+      {"Remark = Remainder", ".................."},
+      {"x.Rem = 1", "........N"},
+      {"' goes on _", "CCCCCCCCCCC", comment},
+      {"' does not_", "CCCCCCCCCCC"},
+      {"Dim x ' on _ ", "KKK...CCCCCCC", comment},
+      {"Dim in it \"as well", "CCCCCCCCCCCCCCCCCC", LineState::Fresh, comment},
+      {"still _", "CCCCCCC", comment, comment},
+      {"", "", LineState::Fresh, comment},
+      {"Foo a, _", "........", statement},
+      {"Bar: x", "......", LineState::Fresh, statement},
+      {"_", ".", statement},
+      {"x_", ".."},
+      {"Done:", "LLLLL"},
+      {"Done: End", "LLLLL.KKK"},
+      {"10 Print x", "LL.KKKKK.."},
+      {"  Else: x", "..KKKK..."},
+      {"Foo x:=1", ".......N"},
+      {"Foo:=1", ".....N"},
+      {"10.5", "NNNN"},
+      {"x = 12% + 1.5E+3! + .5 + 3# + 1E", "....NNN...NNNNNNN...NN...NN...N."},
+      {"x = &HFF& + &O17 + &h0", "....NNNNN...NNNN...NNN"},
+      {"x = a &Has & b", ".............."},
+      {"d = #1/2/98# + #12:30 PM# + #Jan 1, 1998#", "....DDDDDDDD...DDDDDDDDDD...DDDDDDDDDDDDD"},
+      {"Print #1, \"x\": Close #2", "KKKKK..N..SSS..KKKKK..N"},
+      {"Close #1, #2: Close #3", "KKKKK..N...N..KKKKK..N"},
+      {"Close #1: Close #2", "KKKKK..N..KKKKK..N"},
+      {"#If Win32 Then ' on", "PPP.......PPPP.CCCC"},
+      {"#End If", "PPPP.PP"},
+      {"  # Const a = 1", "..PPPPPPP.....N"},
+      {"#If a And _", "PPP...PPP..", directive},
+      {"b Then", "..PPPP", LineState::Fresh, directive},
+      {"#1/2/98# = x", "DDDDDDDD...."},
+      {"x.End: rs!Next = .Print", "......................."},
+      {"[End] = [Next 'a]", "................."},
+      {"[End = 1", ".KKK...N"},
+      {"a! = b!c", "........"},
+      {"Mid$(s, 1)", "KKKK....N."},
+      {"If a Then Rem b", "KK...KKKK.CCCCC"},
+      {"Option Compare Text", "KKKKKK.KKKKKKK.KKKK"},
+      {"Text = Output: Open f For Output As #1", "...............KKKK...KKK.KKKKKK.KK..N"},
+      {"Declare Sub Beep Lib \"kernel32\" Alias \"b\"", "KKKKKKK.KKK......KKK.SSSSSSSSSS.KKKKK.SSS"},
+      {"lib = alias", "..........."},
+      {"Gr\xFC\xDF"
+       "e.End = \xC4nd",
+       "..............."},
+  };
+  for (const Case& expected : cases) {
+    SCOPED_TRACE(expected.line);
+    const LineTokens result = TokensOfLine(expected.line, expected.before);
+    EXPECT_EQ(Marked(expected.line, result.tokens), expected.marks);
+    EXPECT_EQ(result.after, expected.after);
+    EXPECT_EQ(StateAfterLine(expected.line, expected.before), expected.after);
+  }
+}
+
+TEST(VbTokens, AnyLineGivesTokensInOrderAndWithinIt) {
+  const std::vector<std::string> pieces = {"\"", "'", "#",  "#If ", "&H",  "&",   " _",   "_",  ".",
+                                           "!",  "[", "]",  ":",    "Rem", "End", "1",    "/",  "E+",
+                                           "$",  " ", "\t", "Dim ", "x",   "AM",  "\xE4", "\0", "Then"};
+  std::mt19937 random(5);
+  for (int round = 0; round < 20000; ++round) {
+    std::string line;
+    for (auto count = random() % 12; count > 0; --count) line += pieces[random() % pieces.size()];
+    const auto before = static_cast<LineState>(random() % 4);
+    // On the heap and to the last byte, so that reading behind the line is caught.
+    const std::vector<char> bytes(line.begin(), line.end());
+    const std::string_view view(bytes.data(), bytes.size());
+    const LineTokens result = TokensOfLine(view, before);
+    std::size_t place = 0;
+    for (const VbToken& token : result.tokens) {
+      ASSERT_LE(place, token.begin) << line;
+      ASSERT_LT(token.begin, token.end) << line;
+      ASSERT_LE(token.end, line.size()) << line;
+      place = token.end;
+    }
+    ASSERT_EQ(StateAfterLine(view, before), result.after) << line;
+  }
+}
+
+}  // namespace
+}  // namespace snip::test

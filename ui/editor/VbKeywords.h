@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string_view>
+
+namespace snip {
+
+/// What decides whether a word that may also be a name is a keyword.
+struct KeywordPlace {
+  std::string_view statement;  ///< First word of the statement.
+  bool beforeString = false;   ///< A string literal follows.
+};
+
+/// Whether a word, in any letter case, is a keyword of Visual Basic 5 at its place.
+bool IsKeyword(std::string_view word, const KeywordPlace& place);
+
+/// Whether a word is a keyword wherever it stands.
+bool IsAlwaysKeyword(std::string_view word);
+
+/// Whether a word begins a line for the preprocessor when a number sign stands in front of it.
+bool IsDirective(std::string_view word);
+
+bool IsRem(std::string_view word);
+
+/// Whether another statement may follow the word in the same line.
+bool IsClause(std::string_view word);
+
+}  // namespace snip
