@@ -8,11 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "platform/Fonts.h"
 #include "tests/windows/TestDesktop.h"
 
 namespace snip::test {
 namespace {
+
+const FontProperty kFont{.Name = "Courier New", .Size = 10};
 
 class BnRichEditTest : public testing::Test {
  protected:
@@ -21,7 +22,7 @@ class BnRichEditTest : public testing::Test {
                              nullptr, nullptr, nullptr, nullptr);
     other_ = CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 100, 20, frame_,
                              nullptr, nullptr, nullptr);
-    ASSERT_TRUE(editor_.CreateIn(frame_, 5, font_.get()));
+    ASSERT_TRUE(editor_.CreateIn(frame_, 5, kFont));
     MoveWindow(editor_.hWnd(), 0, 20, 480, 200, TRUE);
     ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == frame_; }));
   }
@@ -32,7 +33,6 @@ class BnRichEditTest : public testing::Test {
 
   HWND Control() const { return GetWindow(editor_.hWnd(), GW_CHILD); }
 
-  UniqueFont font_ = FontOfSize("Courier New", 10);
   std::vector<std::string> log_;
   std::function<void()> onDoubleClick_ = [] {};
   BnRichEdit editor_{{.gotFocus = [this] { log_.emplace_back("got focus"); },

@@ -13,7 +13,7 @@
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
 #include "ui/commandbar/ButtonPainter.h"
-#include "ui/commandbar/FontHandle.h"
+#include "ui/commandbar/PropertyFont.h"
 
 namespace snip {
 namespace {

@@ -1,39 +1,131 @@
 #include "ui/editor/BnRichEdit.h"
 
+#include <commctrl.h>
 #include <richedit.h>
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
+#include "platform/Fonts.h"
+#include "platform/OleColor.h"
+#include "platform/ScreenTwips.h"
+#include "platform/Win32Text.h"
+#include "ui/commandbar/PropertyFont.h"
+#include "ui/editor/PlainTextOnly.h"
+#include "ui/editor/RichEditText.h"
+#include "ui/editor/RtfText.h"
 #include "ui/editor/WordRange.h"
 
 namespace snip {
 namespace {
 
 constexpr int kControlId = 1;
-/// Above this many characters a control is made anew instead of replacing its text.
-constexpr LRESULT kReplaceLimit = 4000;
+/// A longer text is replaced more quickly by making the control anew, and filled in more quickly without its
+/// colours: both take a time that grows with the square of the length.
+constexpr std::size_t kShortText = 16000;  ///< Characters.
+constexpr std::ptrdiff_t kShortTextLines = 200;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
+constexpr int kTabCharacters = 4;
+constexpr WPARAM kCopyCharacter = 3;
+
+constexpr UINT_PTR kColouringTimer = 1;
+constexpr UINT kColouringPause = 10;  ///< Milliseconds between two slices.
+/// Posted to the container when the control changed by itself, as it does when something is dropped on it.
+constexpr UINT kFollowChange = WM_APP + 1;
+
+bool Held(int key) {
+  return GetKeyState(key) < 0;
+}
 
 bool IsPasteKey(WPARAM key) {
-  return (key == 'V' && GetKeyState(VK_CONTROL) < 0) || (key == VK_INSERT && GetKeyState(VK_SHIFT) < 0);
+  return (key == 'V' && Held(VK_CONTROL)) || (key == VK_INSERT && Held(VK_SHIFT));
 }
+
+/// Keys by which rich-edit controls change alignment, line distance and letters.
+bool IsFormatKey(WPARAM key) {
+  constexpr char plain[] = "EJLR125I";
+  if (!Held(VK_CONTROL) || Held(VK_MENU)) return false;
+  if (key == VK_OEM_PLUS) return true;
+  if (key == 'A' && Held(VK_SHIFT)) return true;
+  return key < 0x80 && key != 0 && std::strchr(plain, static_cast<int>(key)) != nullptr;
+}
+
+/// Keys that change the text without giving a character. A locked control's own refusal does not cover all.
+bool IsEditKey(WPARAM key) {
+  if (key == VK_DELETE || key == VK_BACK) return true;
+  return Held(VK_CONTROL) && (key == 'X' || key == 'Z' || key == 'Y');
+}
+
+bool ChangesText(UINT message) {
+  switch (message) {
+    case WM_CUT:
+    case WM_PASTE:
+    case WM_CLEAR:
+    case WM_UNDO:
+    case EM_UNDO:
+    case EM_REDO:
+    case EM_PASTESPECIAL:
+    case EM_REPLACESEL:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Messages that change the text at the caret, if at all.
+bool EditsAtCaret(UINT message, WPARAM wParam) {
+  switch (message) {
+    case WM_CHAR:
+    case WM_CUT:
+    case WM_PASTE:
+    case WM_CLEAR:
+    case EM_PASTESPECIAL:
+    case EM_REPLACESEL:
+      return true;
+    case WM_KEYDOWN:
+      return wParam != 'Z' && wParam != 'Y';
+    default:
+      return false;
+  }
+}
+
+template <class Event, class... Arguments>
+void Raise(const Event& event, Arguments... arguments) {
+  if (event) event(arguments...);
+}
+
+/// Sets a switch for as long as it lives.
+class Scope {
+ public:
+  explicit Scope(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  ~Scope() { flag_ = before_; }
+  Scope(const Scope&) = delete;
+  Scope& operator=(const Scope&) = delete;
+
+ private:
+  bool& flag_;
+  bool before_;
+};
 
 }  // namespace
 
 // The rich-edit library stays loaded until the process ends: a window class does not survive its library, and
 // other parts of the process may use it as well.
-BnRichEdit::BnRichEdit(Events events)
-    : events_(std::move(events)), hasRichEdit_(LoadLibraryA("riched20.dll") != nullptr) {}
+BnRichEdit::BnRichEdit(Events events, Engine preferred)
+    : events_(std::move(events)),
+      hasRichEdit_(preferred == Engine::RichEdit && LoadLibraryA("riched20.dll") != nullptr),
+      foreColor_(SystemColor(COLOR_WINDOWTEXT)) {}
 
 BnRichEdit::~BnRichEdit() {
   Destroy();
 }
 
-bool BnRichEdit::CreateIn(HWND parent, int id, HFONT font) {
+bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font) {
   font_ = font;
+  colouring_.TakeColours(TranslateColor(foreColor_));
   return Create({.className = "BnRichEdit",
                  .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
                  .exStyle = WS_EX_CONTROLPARENT,
@@ -45,28 +137,149 @@ bool BnRichEdit::CreateIn(HWND parent, int id, HFONT font) {
 
 void BnRichEdit::MakeControl() {
   const bool hadFocus = control_ != nullptr && HasFocus();
-  remaking_ = true;
+  const Scope remaking(remaking_);
+  colouring_.Attach(nullptr, 0);
   if (control_ != nullptr) DestroyWindow(control_);
   const Size size = ClientSize(hWnd());
+  fontHandle_ = MakeFont(font_, ScreenTwips());
   // A system without the rich-edit library still has the plain edit control.
   control_ = CreateControl(hWnd(), hasRichEdit_ ? RICHEDIT_CLASSA : "EDIT", "",
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
                                ES_AUTOHSCROLL | ES_WANTRETURN | ES_NOHIDESEL,
-                           WS_EX_CLIENTEDGE, kControlId, font_, {0, 0, size.width, size.height});
-  SendMessageA(control_, EM_EXLIMITTEXT, 0, kNoTextLimit);
-  SendMessageA(control_, EM_SETEVENTMASK, 0, ENM_KEYEVENTS | ENM_MOUSEEVENTS | ENM_CHANGE);
+                           WS_EX_CLIENTEDGE, kControlId, fontHandle_.get(), {0, 0, size.width, size.height});
+  if (control_ == nullptr) return;
+  SetWindowSubclass(control_, &ControlProc, kControlId, reinterpret_cast<DWORD_PTR>(this));
   SendMessageA(control_, EM_SETREADONLY, locked_ ? TRUE : FALSE, 0);
-  field_ = ExactTextField(control_);
-  if (hadFocus) SetFocus(control_);
-  remaking_ = false;
+  if (hasRichEdit_) {
+    SendMessageA(control_, EM_EXLIMITTEXT, 0, kNoTextLimit);
+    SendMessageA(control_, EM_SETEVENTMASK, 0, ENM_CHANGE);
+    const ComPtr<PlainTextOnly> callback(new PlainTextOnly);
+    SendMessageA(control_, EM_SETOLECALLBACK, 0, reinterpret_cast<LPARAM>(callback.get()));
+    SetControlFormat();
+    colouring_.Attach(control_, CharacterSize(fontHandle_.get()).height);
+  } else {
+    SendMessageA(control_, EM_SETLIMITTEXT, 0, 0);
+  }
+  SetTabStops();
+  if (hadFocus) ::SetFocus(control_);
+}
+
+/// Font and colour of an empty rich-edit control, in half points as RTF has them.
+void BnRichEdit::SetControlFormat() const {
+  constexpr LONG twipsPerHalfPoint = 10;
+  CHARFORMATA format{};
+  format.cbSize = sizeof format;
+  format.dwMask =
+      CFM_FACE | CFM_SIZE | CFM_CHARSET | CFM_COLOR | CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT;
+  format.yHeight = static_cast<LONG>(std::lround(font_.Size * 2)) * twipsPerHalfPoint;
+  format.bCharSet = font_.Charset;
+  format.crTextColor = colouring_.colours().fore;
+  format.dwEffects = (font_.Bold ? CFE_BOLD : 0U) | (font_.Italic ? CFE_ITALIC : 0U) |
+                     (font_.Underline ? CFE_UNDERLINE : 0U) | (font_.Strikethrough ? CFE_STRIKEOUT : 0U);
+  font_.Name.copy(format.szFaceName, sizeof format.szFaceName - 1);
+  for (const WPARAM part : {SCF_DEFAULT, SCF_ALL}) {
+    SendMessageA(control_, EM_SETCHARFORMAT, part, reinterpret_cast<LPARAM>(&format));
+  }
+}
+
+int BnRichEdit::TabTwips() const {
+  const int width = CharacterSize(fontHandle_.get()).width;
+  return std::max(ScreenTwips().ToTwipsX(width * kTabCharacters), 1);
+}
+
+void BnRichEdit::SetTabStops() const {
+  if (!hasRichEdit_) {
+    UINT dialogUnits = kTabCharacters * 4;  // of which a character of the font is four wide
+    SendMessageA(control_, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&dialogUnits));
+    return;
+  }
+  PARAFORMAT format{};
+  format.cbSize = sizeof format;
+  format.dwMask = PFM_TABSTOPS;
+  format.cTabCount = kTabStops;
+  const int distance = TabTwips();
+  for (int stop = 0; stop < kTabStops; ++stop) format.rgxTabs[stop] = (stop + 1) * distance;
+  SendMessageA(control_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
+}
+
+std::string BnRichEdit::text() const {
+  if (!touched_) return original_;
+  std::string shown = ShownText();
+  return shown == bytes_.shown() ? original_ : bytes_.Restore(std::move(shown));
+}
+
+std::string BnRichEdit::ShownText() const {
+  return touched_ ? WindowText(control_) : bytes_.shown();
 }
 
 void BnRichEdit::SetText(const std::string& text) {
-  const bool replacesMuch = SendMessageA(control_, WM_GETTEXTLENGTH, 0, 0) > kReplaceLimit;
-  if (replacesMuch) MakeControl();
-  field_.SetText(text);
-  SendMessageA(control_, EM_SETSEL, 0, 0);
-  SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+  original_ = text;
+  bytes_ = TextFieldBytes(text);
+  touched_ = false;
+  Show(bytes_.shown());
+}
+
+int BnRichEdit::TextLength() const {
+  return colouring_.active() ? static_cast<int>(colouring_.TextLength()) : GetWindowTextLengthA(control_);
+}
+
+void BnRichEdit::Show(const std::string& shown) {
+  {
+    const Scope filling(filling_);
+    KillTimer(hWnd(), kColouringTimer);
+    changed_ = false;
+    const std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
+    std::string columns = RichEditColumns(characters);
+    if (!ShowAsRtf(characters, columns)) ShowPlain(shown, std::move(columns));
+    SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
+    SetSelection(0, 0);
+  }
+  FinishColouring();
+}
+
+/// The quickest way to show a short text in colours; false when the text is none or needs another way.
+bool BnRichEdit::ShowAsRtf(const std::u16string& characters, std::string columns) {
+  const auto isShort = [](const auto& text) {
+    return text.size() <= kShortText && std::count(text.begin(), text.end(), '\r') <= kShortTextLines;
+  };
+  if (!colouring_.active() || characters.empty() || !isShort(characters) || !FitsRtf(characters))
+    return false;
+  if (!isShort(colouring_.text())) MakeControl();
+  const std::vector<HueRun> runs = colouring_.Start(std::move(columns));
+  StreamIn(control_,
+           RtfOf(characters, runs, {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}),
+           SF_RTF);
+  return colouring_.AgreesWithControl();
+}
+
+void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
+  if (TextLength() > 0) MakeControl();
+  // What looks like RTF would be taken as such.
+  const bool looksLikeRtf = shown.starts_with("{\\rtf") || shown.starts_with("{\\urtf");
+  if (looksLikeRtf && hasRichEdit_) {
+    StreamIn(control_, shown, SF_TEXT);
+  } else {
+    SendMessageA(control_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+  }
+  if (!colouring_.active()) return;
+  colouring_.StartUncoloured(std::move(columns));
+}
+
+/// Shows the present text in a new control, at the same place.
+void BnRichEdit::ShowAgain() {
+  if (control_ == nullptr) return;
+  const std::string shown = ShownText();
+  const int start = SelStart();
+  const int length = SelLength();
+  const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  {
+    const Scope filling(filling_);
+    MakeControl();
+  }
+  Show(shown);
+  SetSelection(start, length);
+  const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
 }
 
 void BnRichEdit::SetFont(HFONT font) {
@@ -100,6 +313,82 @@ void BnRichEdit::SetLocked(bool locked) {
   SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 
+void BnRichEdit::SetFont(const FontProperty& font) {
+  if (font == font_) return;
+  font_ = font;
+  ShowAgain();
+}
+
+void BnRichEdit::SetForeColor(COLORREF color) {
+  foreColor_ = color;
+  UpdateColours();
+}
+
+void BnRichEdit::SetSyntaxColors(bool colouring) {
+  colouring_.SetSyntaxColors(colouring);
+  FinishColouring();
+}
+
+void BnRichEdit::UpdateColours() {
+  const bool changed = colouring_.TakeColours(TranslateColor(foreColor_));
+  if (changed && colouring_.active()) {
+    CHARFORMATA format{};
+    format.cbSize = sizeof format;
+    format.dwMask = CFM_COLOR;
+    format.crTextColor = colouring_.colours().fore;
+    SendMessageA(control_, EM_SETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&format));
+  }
+  FinishColouring();
+}
+
+/// Colours what can be seen at once and the rest by and by.
+void BnRichEdit::FinishColouring() {
+  colouring_.FinishVisible();
+  if (!colouring_.finished()) SetTimer(hWnd(), kColouringTimer, kColouringPause, nullptr);
+}
+
+int BnRichEdit::SelStart() const {
+  DWORD start = 0;
+  SendMessageA(control_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), 0);
+  return static_cast<int>(start);
+}
+
+int BnRichEdit::SelLength() const {
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageA(control_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  return static_cast<int>(end - start);
+}
+
+void BnRichEdit::SetSelection(int start, int length) {
+  SendMessageA(control_, EM_SETSEL, static_cast<WPARAM>(start), start + length);
+  SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+}
+
+std::string BnRichEdit::SelText() const {
+  const auto start = static_cast<std::size_t>(SelStart());
+  const auto length = static_cast<std::size_t>(SelLength());
+  if (!hasRichEdit_) return bytes_.Restore(ShownText().substr(start, length));
+  const std::string selected =
+      RichEditRange(control_, static_cast<LONG>(start), static_cast<LONG>(start + length));
+  return bytes_.Restore(TextFieldBytes(selected).shown());
+}
+
+void BnRichEdit::ReplaceSelection(const std::string& text) {
+  std::string kept = text;
+  std::erase(kept, '\0');
+  const std::string shown = TextFieldBytes(kept).shown();
+  SendMessageA(control_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(shown.c_str()));
+}
+
+bool BnRichEdit::CanUndo() const {
+  return !locked_ && SendMessageA(control_, EM_CANUNDO, 0, 0) != 0;
+}
+
+void BnRichEdit::Undo() {
+  SendMessageA(control_, EM_UNDO, 0, 0);
+}
+
 /// Selects by itself, since the control is no help here: on Windows it selects a word with the blanks behind
 /// it, and Wine's takes text elsewhere when the word is the last one of its line.
 void BnRichEdit::SelectWordAt(POINTL place) {
@@ -119,21 +408,63 @@ void BnRichEdit::SelectWordAt(POINTL place) {
   SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
 }
 
+bool BnRichEdit::FilterKey(WPARAM key) {
+  if (key == VK_TAB && locked_) {
+    // Tab is a character while the code is edited; in a field that is only read it moves on.
+    ::SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, Held(VK_SHIFT) ? TRUE : FALSE));
+    return true;
+  }
+  if (IsPasteKey(key)) {
+    SendMessageA(control_, WM_PASTE, 0, 0);
+    return true;
+  }
+  return IsFormatKey(key) || (locked_ && IsEditKey(key));
+}
+
+/// Raises contextMenu for a place right below the caret, or in the corner when the caret cannot be seen.
+void BnRichEdit::AskForMenu() const {
+  POINT place{};
+  GetCaretPos(&place);
+  place.y += CharacterSize(fontHandle_.get()).height;
+  RECT client{};
+  GetClientRect(control_, &client);
+  if (PtInRect(&client, place) == 0) place = {};
+  ClientToScreen(control_, &place);
+  Raise(events_.contextMenu, place);
+}
+
 bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
+  POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
     case WM_CHAR:
-      events_.keyPress(static_cast<char>(wParam));
-      return false;
+      Raise(events_.keyPress, static_cast<char>(wParam));
+      // Edit controls copy when they get Ctrl+C's character.
+      return locked_ && wParam != kCopyCharacter;
     case WM_KEYDOWN:
-      if (IsPasteKey(wParam)) {
-        // As text, whatever else the clipboard offers: pictures and formats have no place in code.
-        if (!locked_) SendMessageA(control_, EM_PASTESPECIAL, CF_UNICODETEXT, 0);
+      return FilterKey(wParam);
+    case WM_KEYUP:
+      if (wParam == VK_APPS) AskForMenu();
+      return wParam == VK_APPS;
+    case WM_SYSKEYDOWN:
+      if (wParam == VK_F10 && Held(VK_SHIFT)) {
+        AskForMenu();
         return true;
       }
-      // Tab is a character while the code is edited; in a field that is only read it moves on.
-      if (wParam != VK_TAB || !locked_) return false;
-      SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_,
-                                 GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
+      return locked_ && wParam == VK_BACK;  // undoes
+    case WM_CONTEXTMENU:
+      // With the mouse it was asked for by mouseDown; the keyboard's is sent by programs that help people.
+      if (lParam == -1) AskForMenu();
+      return true;
+    case WM_LBUTTONDOWN:
+      ClientToScreen(control_, &place);
+      Raise(events_.mouseDown, kLeftButton, place);
+      return false;
+    case WM_RBUTTONDOWN:
+      Focus();
+      ClientToScreen(control_, &place);
+      Raise(events_.mouseDown, kRightButton, place);
+      return true;
+    case WM_RBUTTONUP:
       return true;
     case WM_RBUTTONDOWN:
     case WM_LBUTTONDOWN: {
@@ -143,12 +474,68 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       return message == WM_RBUTTONDOWN;
     }
     case WM_LBUTTONDBLCLK:
-      SelectWordAt({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-      events_.dblClick();
+      if (!hasRichEdit_) {
+        DefSubclassProc(control_, message, wParam, lParam);
+      } else {
+        SelectWordAt({place.x, place.y});
+      }
+      Raise(events_.dblClick);
       return true;
     default:
       return false;
   }
+}
+
+LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (FilterInput(message, wParam, lParam)) return 0;
+  // An event may have made the control anew, or locked it.
+  if (control != control_ || (locked_ && !filling_ && ChangesText(message))) return 0;
+  if (message == WM_PAINT && !answering_) colouring_.FinishVisible();
+  if (message == WM_PASTE && hasRichEdit_) {
+    // As text, whatever else the clipboard offers: pictures and formats have no place in code.
+    message = EM_PASTESPECIAL;
+    wParam = CF_UNICODETEXT;
+    lParam = 0;
+  }
+  if (answering_ || remaking_ || filling_ || colouring_.busy()) {
+    return DefSubclassProc(control, message, wParam, lParam);
+  }
+  const bool atCaret = colouring_.active() && EditsAtCaret(message, wParam);
+  const CodeColouring::Caret caret = atCaret ? colouring_.CaretBefore() : CodeColouring::Caret{};
+  LRESULT result = 0;
+  {
+    const Scope answering(answering_);
+    result = DefSubclassProc(control, message, wParam, lParam);
+  }
+  if (changed_ && control == control_) {
+    changed_ = false;
+    if (atCaret) {
+      colouring_.FollowEdit(caret);
+    } else {
+      colouring_.FollowChange();
+    }
+    FinishColouring();
+  }
+  return result;
+}
+
+LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
+                                         UINT_PTR id, DWORD_PTR self) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(control, &ControlProc, id);
+  try {
+    return reinterpret_cast<BnRichEdit*>(self)->OnControlMessage(control, message, wParam, lParam);
+  } catch (...) {
+    // What threw was mostly memory running out. The message has no further effect.
+    return 0;
+  }
+}
+
+/// The control tells that its text has changed.
+void BnRichEdit::OnChange() {
+  if (filling_ || remaking_ || colouring_.busy()) return;
+  touched_ = true;
+  changed_ = true;
+  if (!answering_) PostMessageA(hWnd(), kFollowChange, 0, 0);
 }
 
 LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -163,19 +550,27 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Focus();
       return 0;
     case WM_DESTROY:
+      colouring_.Attach(nullptr, 0);
       control_ = nullptr;
       return 0;
     case WM_COMMAND:
       if (remaking_) return 0;
-      if (HIWORD(wParam) == EN_SETFOCUS) events_.gotFocus();
-      if (HIWORD(wParam) == EN_KILLFOCUS) events_.lostFocus();
+      if (HIWORD(wParam) == EN_SETFOCUS) Raise(events_.gotFocus);
+      if (HIWORD(wParam) == EN_KILLFOCUS) Raise(events_.lostFocus);
+      if (HIWORD(wParam) == EN_CHANGE) OnChange();
       return 0;
-    case WM_NOTIFY: {
-      const auto* header = reinterpret_cast<const NMHDR*>(lParam);
-      if (header->code != EN_MSGFILTER) return 0;
-      const auto* filter = reinterpret_cast<const MSGFILTER*>(lParam);
-      return FilterInput(filter->msg, filter->wParam, filter->lParam) ? 1 : 0;
-    }
+    case WM_TIMER:
+      if (wParam == kColouringTimer && !colouring_.FinishSome()) KillTimer(hWnd(), kColouringTimer);
+      return 0;
+    case kFollowChange:
+      if (std::exchange(changed_, false)) colouring_.FollowChange();
+      FinishColouring();
+      return 0;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+      SendMessageA(control_, message, wParam, lParam);
+      UpdateColours();
+      return 0;
     default:
       return Default(message, wParam, lParam);
   }

@@ -3,67 +3,124 @@
 #include <functional>
 #include <string>
 
-#include "platform/ExactTextField.h"
+#include "platform/Handle.h"
+#include "platform/TextFieldBytes.h"
 #include "platform/Window.h"
+#include "ui/commandbar/PropertyBag.h"
+#include "ui/editor/CodeColouring.h"
 
 namespace snip {
 
-/// The code field: a window around the platform's rich-edit control. It makes that control anew when another
-/// long text is to be shown, because replacing one takes the control many times longer than filling it.
+/// The code field: a window around the platform's rich-edit control, which it colours as Visual Basic code. A
+/// system without that control gets a plain edit control and no colours.
+///
+/// It makes the control anew when another long text is to be shown, because replacing one takes the control
+/// many times longer than filling it. The live control is always the window's first child.
+///
+/// Places in the text count characters from 0 as the control does: a line end is one in a rich-edit control
+/// and two in a plain one.
 class BnRichEdit : public Window {
  public:
-  struct Events {
-    std::function<void()> gotFocus;
-    std::function<void()> lostFocus;
-    std::function<void(char key)> keyPress;  ///< A character in the ANSI code page, before it is taken in.
-    std::function<void()> dblClick;
-    std::function<void(int button, POINT screen)> mouseDown;  ///< 1 is the left button, 2 the right one.
-    std::function<void(POINT screen)> contextMenu;            ///< Asked for by a key.
-  };
+  enum MouseButton { kLeftButton = 1, kRightButton = 2 };
 
-  explicit BnRichEdit(Events events);
+  /// Any may be empty, and none may end the field. Points are in pixels of the screen.
+  struct Events {
+    std::function<void()> gotFocus{};
+    std::function<void()> lostFocus{};
+    std::function<void(char key)> keyPress{};  ///< A character in the ANSI code page, before it is taken in.
+    std::function<void()> dblClick{};
+    /// The right button has no effect and no menu of its own; it gives the field the focus.
+    std::function<void(MouseButton button, POINT screen)> mouseDown{};
+    /// A menu is asked for by the keyboard; the point is below the caret.
+    std::function<void(POINT screen)> contextMenu{};
+  };
+  enum class Engine { RichEdit, PlainEdit };
+
+  explicit BnRichEdit(Events events, Engine preferred = Engine::RichEdit);
   ~BnRichEdit() override;
 
-  bool CreateIn(HWND parent, int id, HFONT font);
+  bool CreateIn(HWND parent, int id, const FontProperty& font);
 
-  std::string text() const { return field_.Text(); }
+  /// What was put in and not changed comes out byte for byte; a changed text has CR LF behind each line.
+  std::string text() const;
+  /// Shows another text from its start. This is no edit: there is nothing to undo afterwards.
   void SetText(const std::string& text);
+  /// In the control's characters.
+  int TextLength() const;
 
   /// Read-only while locked; text can still be selected and copied.
   bool locked() const { return locked_; }
   void SetLocked(bool locked);
 
-  void SetFont(HFONT font);
-  bool SyntaxColors() const { return syntaxColors_; }
-  void SetSyntaxColors(bool colors) { syntaxColors_ = colors; }
+  const FontProperty& Font() const { return font_; }
+  /// Clears what could be undone.
+  void SetFont(const FontProperty& font);
+
+  /// A colour or a system colour (platform/OleColor.h).
+  COLORREF foreColor() const { return foreColor_; }
+  void SetForeColor(COLORREF color);
+
+  /// Whether code is coloured. The system's high contrast leaves it in the fore colour all the same.
+  bool SyntaxColors() const { return colouring_.syntaxColors(); }
+  void SetSyntaxColors(bool colouring);
+
+  int SelStart() const;
   int SelLength() const;
   void SetSelection(int start, int length);
-  int TextLength() const;
+  /// With CR LF at line ends.
   std::string SelText() const;
+  /// As if typed: can be undone, and is not done while locked. Zero bytes are left out.
   void ReplaceSelection(const std::string& text);
-  bool CanUndo() const { return SendMessageA(control_, EM_CANUNDO, 0, 0) != 0; }
-  void Undo() { SendMessageA(control_, EM_UNDO, 0, 0); }
 
-  void Focus() const { SetFocus(control_); }
+  bool CanUndo() const;
+  void Undo();
+
+  void Focus() const { ::SetFocus(control_); }
   bool HasFocus() const { return GetFocus() == control_; }
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                      DWORD_PTR self);
+
   void MakeControl();
+  void SetControlFormat() const;
+  void SetTabStops() const;
+  int TabTwips() const;
+  /// Shows a text that is such as `TextFieldBytes` makes it.
+  void Show(const std::string& shown);
+  bool ShowAsRtf(const std::u16string& characters, std::string columns);
+  void ShowPlain(const std::string& shown, std::string columns);
+  void ShowAgain();
+  std::string ShownText() const;
+
+  LRESULT OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
   /// Looks at an input message before the control does; true when the control is not to see it.
   bool FilterInput(UINT message, WPARAM wParam, LPARAM lParam);
+  bool FilterKey(WPARAM key);
+  void AskForMenu() const;
   void SelectWordAt(POINTL place);
+  void OnChange();
+  void UpdateColours();
+  void FinishColouring();
 
   Events events_;
   bool hasRichEdit_;
   HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
-  HFONT font_ = nullptr;
-  ExactTextField field_;
+  FontProperty font_;
+  UniqueFont fontHandle_;
+  COLORREF foreColor_;
+  std::string original_;
+  TextFieldBytes bytes_;
+  CodeColouring colouring_;
   bool locked_ = true;
   bool remaking_ = false;
-  bool syntaxColors_ = true;
+  bool filling_ = false;    ///< The program sets the text.
+  bool touched_ = false;    ///< The user has changed the text.
+  bool changed_ = false;    ///< The control has told of a change that the colours do not follow yet.
+  bool answering_ = false;  ///< The control is at work on a message.
 };
 
 }  // namespace snip

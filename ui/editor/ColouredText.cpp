@@ -20,6 +20,9 @@ Hue HueOf(TokenKind kind) {
   }
 }
 
+/// The language's own limit. Controls take long to lay out a longer line of many colours.
+constexpr std::size_t kLongestLine = 1023;
+
 bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
@@ -152,7 +155,7 @@ void ColouredText::FinishLine(std::size_t line, std::vector<HueRun>& runs) {
   const std::size_t start = LineStart(line);
   const std::string_view text = LineText(line);
   std::vector<Hue> wanted(text.size(), Hue::Fore);
-  if (colouring_) {
+  if (colouring_ && text.size() <= kLongestLine) {
     for (const VbToken& token : TokensOfLine(text, lines_[line].before).tokens) {
       std::fill(wanted.begin() + static_cast<std::ptrdiff_t>(token.begin),
                 wanted.begin() + static_cast<std::ptrdiff_t>(token.end), HueOf(token.kind));

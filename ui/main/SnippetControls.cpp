@@ -5,7 +5,7 @@
 
 #include "platform/ScreenTwips.h"
 #include "platform/Window.h"
-#include "ui/commandbar/FontHandle.h"
+#include "ui/commandbar/PropertyFont.h"
 
 namespace snip {
 namespace {
@@ -49,7 +49,7 @@ void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFON
                            WS_EX_CLIENTEDGE, ids.lstCode, listFont);
   NameNextControl(rightPane, "Description");
   MakeDescription(rightPane, ids.txtDesc, fontHandle_.get());
-  txtCode_.CreateIn(rightPane, ids.txtCode, fontHandle_.get());
+  txtCode_.CreateIn(rightPane, ids.txtCode, font_);
 }
 
 void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
@@ -68,7 +68,7 @@ void SnippetControls::SetFont(const FontProperty& font) {
   if (!(wanted.Size > 0 && wanted.Size <= kLargestFont)) wanted.Size = font_.Size;
   font_ = wanted;
   UniqueFont handle = MakeFont(font_, twips_);
-  txtCode_.SetFont(handle.get());
+  txtCode_.SetFont(font_);
   SendMessageA(txtDesc_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
   fontHandle_ = std::move(handle);  // the controls have let go of the old one
 }

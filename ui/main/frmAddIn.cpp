@@ -15,7 +15,7 @@
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
 #include "settings/SettingsText.h"
-#include "ui/commandbar/FontHandle.h"
+#include "ui/commandbar/PropertyFont.h"
 #include "ui/dialogs/CommonDialog.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowKeys.h"

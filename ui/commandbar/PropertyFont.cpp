@@ -1,4 +1,4 @@
-#include "ui/commandbar/FontHandle.h"
+#include "ui/commandbar/PropertyFont.h"
 
 #include <cmath>
 #include <cstdlib>

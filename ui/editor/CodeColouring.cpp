@@ -1,0 +1,165 @@
+#include "ui/editor/CodeColouring.h"
+
+#include <richedit.h>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "platform/Win32Text.h"
+#include "platform/Window.h"
+#include "ui/editor/RichEditText.h"
+
+namespace snip {
+namespace {
+
+/// How long a slice may take, well below what a user feels.
+constexpr std::chrono::milliseconds kSlice{15};
+
+bool HighContrast() {
+  HIGHCONTRASTA contrast{};
+  contrast.cbSize = sizeof contrast;
+  SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0);
+  return (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+CHARRANGE Selection(HWND control) {
+  CHARRANGE selection{};
+  SendMessageA(control, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  return selection;
+}
+
+}  // namespace
+
+void CodeColouring::Attach(HWND control, int lineHeight) {
+  control_ = control;
+  lineHeight_ = std::max(lineHeight, 1);
+  ranges_ = control != nullptr ? RangeColours(control) : RangeColours();
+  model_.Load({});
+}
+
+bool CodeColouring::TakeColours(COLORREF fore) {
+  highContrast_ = HighContrast();
+  const CodeColours colours = CodeColoursOn(GetSysColor(COLOR_WINDOW), fore);
+  const bool changed = colours != colours_;
+  colours_ = colours;
+  if (changed) model_.ForgetHues();
+  SetSyntaxColors(syntaxColors_);
+  return changed;
+}
+
+void CodeColouring::SetSyntaxColors(bool colouring) {
+  syntaxColors_ = colouring;
+  model_.SetColouring(colouring && !highContrast_);
+}
+
+std::vector<HueRun> CodeColouring::Start(std::string columns) {
+  slice_ = 0;
+  model_.Load(std::move(columns));
+  return active() ? model_.Finish(0, VisibleLines()) : std::vector<HueRun>();
+}
+
+void CodeColouring::StartUncoloured(std::string columns) {
+  slice_ = 0;
+  model_.Load(std::move(columns));
+  if (!AgreesWithControl()) model_.Load(RichEditColumns(RichEditCharacters(WindowText(control_))));
+}
+
+CodeColouring::Caret CodeColouring::CaretBefore() const {
+  const CHARRANGE selection = Selection(control_);
+  return {static_cast<std::size_t>(selection.cpMin), static_cast<std::size_t>(selection.cpMax)};
+}
+
+void CodeColouring::FollowEdit(Caret before) {
+  if (!active()) return;
+  const CHARRANGE now = Selection(control_);
+  const std::size_t length = ranges_.TextLength();
+  const std::size_t oldLength = model_.text().size();
+  // What lies behind the caret and behind the former selection is as it was; so is what lies in front of
+  // both.
+  const std::size_t begin = std::min(before.begin, static_cast<std::size_t>(now.cpMin));
+  const std::size_t tail = std::min(oldLength - std::min(oldLength, before.end),
+                                    length - std::min(length, static_cast<std::size_t>(now.cpMax)));
+  const std::size_t end = length - tail;
+  const std::size_t oldEnd = oldLength - tail;
+  if (end < begin || oldEnd < begin) return FollowChange();
+  const std::string inserted = RichEditColumns(
+      RichEditCharacters(RichEditRange(control_, static_cast<LONG>(begin), static_cast<LONG>(end))));
+  if (inserted.size() != end - begin) return FollowChange();
+  const bool atCaret = inserted.size() == 1 && now.cpMin == now.cpMax;
+  model_.Replace(begin, oldEnd, inserted, atCaret ? HueAtCaret() : Hue::Unknown);
+  FinishVisible();
+}
+
+void CodeColouring::FollowChange() {
+  if (!active()) return;
+  model_.ReplaceAll(RichEditColumns(RichEditCharacters(WindowText(control_))));
+  FinishVisible();
+}
+
+void CodeColouring::FinishVisible() {
+  if (finished() || busy_) return;
+  const std::size_t first = FirstVisibleLine();
+  Finish(first, first + VisibleLines());
+}
+
+bool CodeColouring::FinishSome() {
+  if (finished()) return false;
+  if (busy_) return true;
+  const auto end = std::chrono::steady_clock::now() + kSlice;
+  do {
+    slice_ = model_.NextUnfinished(slice_);
+    if (slice_ == model_.lineCount()) slice_ = model_.NextUnfinished(0);
+    Finish(slice_, slice_ + 1);
+  } while (!model_.finished() && std::chrono::steady_clock::now() < end);
+  return !model_.finished();
+}
+
+void CodeColouring::Finish(std::size_t firstLine, std::size_t endLine) {
+  const std::vector<HueRun> runs = model_.Finish(firstLine, endLine);
+  if (runs.empty()) return;
+  busy_ = true;
+  {
+    RangeColours::Session session(ranges_);
+    for (const HueRun& run : runs) session.Set(run.begin, run.end, ColorOf(run.hue));
+  }
+  busy_ = false;
+}
+
+COLORREF CodeColouring::ColorOf(Hue hue) const {
+  switch (hue) {
+    case Hue::Keyword:
+      return colours_.keyword;
+    case Hue::Comment:
+      return colours_.comment;
+    case Hue::String:
+      return colours_.string;
+    default:
+      return colours_.fore;
+  }
+}
+
+/// The colour of what was typed last. Two hues may have one colour, and then it matters not which is told.
+Hue CodeColouring::HueAtCaret() const {
+  CHARFORMATA format{};
+  format.cbSize = sizeof format;
+  SendMessageA(control_, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+  if ((format.dwMask & CFM_COLOR) == 0 || (format.dwEffects & CFE_AUTOCOLOR) != 0) return Hue::Unknown;
+  for (const Hue hue : {Hue::Fore, Hue::Keyword, Hue::Comment, Hue::String}) {
+    if (ColorOf(hue) == format.crTextColor) return hue;
+  }
+  return Hue::Unknown;
+}
+
+std::size_t CodeColouring::FirstVisibleLine() const {
+  const LRESULT line = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  const LRESULT place = SendMessageA(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
+  return model_.LineAt(static_cast<std::size_t>(std::max<LRESULT>(place, 0)));
+}
+
+std::size_t CodeColouring::VisibleLines() const {
+  // One more at each edge can be seen in part.
+  return static_cast<std::size_t>(ClientSize(control_).height / lineHeight_ + 2);
+}
+
+}  // namespace snip

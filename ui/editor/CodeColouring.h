@@ -1,0 +1,82 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "ui/editor/CodeColours.h"
+#include "ui/editor/ColouredText.h"
+#include "ui/editor/RangeColours.h"
+
+namespace snip {
+
+/// Keeps the code in a rich-edit control coloured: at once what can be seen, all else in slices while nothing
+/// else is to be done, and after a change only what it concerns. Without a control that can be coloured it
+/// does nothing.
+class CodeColouring {
+ public:
+  /// What is known before a change of where it happens.
+  struct Caret {
+    std::size_t begin = 0;  ///< Of the selection.
+    std::size_t end = 0;
+  };
+
+  /// Works on a control from now on, which is empty; on none for null. `lineHeight` is in pixels.
+  void Attach(HWND control, int lineHeight);
+  bool active() const { return static_cast<bool>(ranges_); }
+
+  const CodeColours& colours() const { return colours_; }
+  /// Takes the user's present colours. True when what is shown has to be coloured anew.
+  bool TakeColours(COLORREF fore);
+
+  bool syntaxColors() const { return syntaxColors_; }
+  void SetSyntaxColors(bool colouring);
+
+  std::size_t TextLength() const { return ranges_.TextLength(); }
+
+  /// Starts anew with a text that the control does not show yet; gives what is to be coloured in its first
+  /// screen, for a control that is filled in colours.
+  std::vector<HueRun> Start(std::string columns);
+  /// Whether the control made of a text what was expected; some texts a control takes otherwise.
+  bool AgreesWithControl() const { return model_.text().size() == ranges_.TextLength(); }
+  /// Starts anew with a text that the control shows in the fore colour.
+  void StartUncoloured(std::string columns);
+  /// What the control shows: lines end in one CR, and characters from 0x80 on are some letter.
+  const std::string& text() const { return model_.text(); }
+
+  Caret CaretBefore() const;
+  /// Follows what a key, a paste or the like did at the caret.
+  void FollowEdit(Caret before);
+  /// Follows any other change.
+  void FollowChange();
+
+  /// Colours the lines that can be seen.
+  void FinishVisible();
+  /// Colours some lines more; false when all are.
+  bool FinishSome();
+  bool finished() const { return !active() || model_.finished(); }
+
+  /// While it colours, the control may tell of changes that are none.
+  bool busy() const { return busy_; }
+
+ private:
+  void Finish(std::size_t firstLine, std::size_t endLine);
+  COLORREF ColorOf(Hue hue) const;
+  Hue HueAtCaret() const;
+  std::size_t FirstVisibleLine() const;
+  std::size_t VisibleLines() const;
+
+  HWND control_ = nullptr;
+  int lineHeight_ = 1;
+  RangeColours ranges_;
+  ColouredText model_;
+  CodeColours colours_;
+  bool syntaxColors_ = true;
+  bool highContrast_ = false;
+  bool busy_ = false;
+  std::size_t slice_ = 0;  ///< The line at which the next slice begins.
+};
+
+}  // namespace snip
