@@ -3,12 +3,19 @@
 #include <gtest/gtest.h>
 #include <richedit.h>
 
+#include <algorithm>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/OleColor.h"
+#include "platform/Win32Text.h"
 #include "tests/windows/TestDesktop.h"
+#include "ui/commandbar/OleDragDrop.h"
+#include "ui/editor/PlainTextOnly.h"
 
 namespace snip::test {
 namespace {
@@ -17,6 +24,7 @@ const FontProperty kFont{.Name = "Courier New", .Size = 10};
 
 class BnRichEditTest : public testing::Test {
  protected:
+  explicit BnRichEditTest(BnRichEdit::Engine engine = BnRichEdit::Engine::RichEdit) : engine_(engine) {}
   void SetUp() override {
     frame_ = CreateWindowExA(0, "STATIC", "editor", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 300,
                              nullptr, nullptr, nullptr, nullptr);
@@ -33,6 +41,45 @@ class BnRichEditTest : public testing::Test {
 
   HWND Control() const { return GetWindow(editor_.hWnd(), GW_CHILD); }
 
+  /// One letter for the colour of each character of the control's, from `begin` on; blanks are left blank.
+  std::string Hues(int begin, int end) {
+    const int start = editor_.SelStart();
+    const int length = editor_.SelLength();
+    const CodeColours colours = CodeColoursOn(GetSysColor(COLOR_WINDOW), TranslateColor(editor_.foreColor()));
+    std::string hues;
+    SendMessageA(Control(), WM_SETREDRAW, FALSE, 0);
+    for (int i = begin; i < end; ++i) {
+      SendMessageA(Control(), EM_SETSEL, static_cast<WPARAM>(i), i + 1);
+      CHARFORMATA format{};
+      format.cbSize = sizeof format;
+      SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+      const COLORREF color = format.crTextColor;
+      const bool blank = editor_.SelText().find_first_not_of(" \r\n") == std::string::npos;
+      hues += blank                      ? ' '
+              : color == colours.fore    ? 'f'
+              : color == colours.keyword ? 'k'
+              : color == colours.comment ? 'c'
+              : color == colours.string  ? 's'
+                                         : '?';
+    }
+    SendMessageA(Control(), EM_SETSEL, static_cast<WPARAM>(start), start + length);
+    SendMessageA(Control(), WM_SETREDRAW, TRUE, 0);
+    return hues;
+  }
+  std::string Hues() { return Hues(0, editor_.TextLength()); }
+  void PutOnClipboard(const std::vector<std::pair<UINT, std::string>>& contents) const {
+    ASSERT_NE(OpenClipboard(frame_), 0);
+    EmptyClipboard();
+    for (const auto& [format, data] : contents) {
+      const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, data.size() + 1);
+      std::memcpy(GlobalLock(block), data.c_str(), data.size() + 1);
+      GlobalUnlock(block);
+      SetClipboardData(format, block);
+    }
+    CloseClipboard();
+  }
+
+  BnRichEdit::Engine engine_;
   std::vector<std::string> log_;
   std::function<void()> onDoubleClick_ = [] {};
   BnRichEdit editor_{{.gotFocus = [this] { log_.emplace_back("got focus"); },
@@ -43,8 +90,10 @@ class BnRichEditTest : public testing::Test {
                             log_.emplace_back("double click");
                             onDoubleClick_();
                           },
-                      .mouseDown = [](int, POINT) {},
-                      .contextMenu = [](POINT) {}}};
+                      .mouseDown = [this](BnRichEdit::MouseButton button,
+                                          POINT) { log_.push_back("button " + std::to_string(button)); },
+                      .contextMenu = [this](POINT) { log_.emplace_back("menu"); }},
+                     engine_};
   HWND frame_ = nullptr;
   HWND other_ = nullptr;
 };
@@ -80,17 +129,7 @@ TEST_F(BnRichEditTest, EditingKeepsTheLinesThatOddLineEndsMake) {
 }
 
 TEST_F(BnRichEditTest, PastingTakesTextAlone) {
-  ASSERT_NE(OpenClipboard(frame_), 0);
-  EmptyClipboard();
-  const auto put = [](UINT format, const std::string& data) {
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, data.size() + 1);
-    std::memcpy(GlobalLock(block), data.c_str(), data.size() + 1);
-    GlobalUnlock(block);
-    SetClipboardData(format, block);
-  };
-  put(RegisterClipboardFormatA("Rich Text Format"), "{\\rtf1\\ansi rich}");
-  put(CF_TEXT, "plain");
-  CloseClipboard();
+  PutOnClipboard({{RegisterClipboardFormatA("Rich Text Format"), "{\\rtf1\\ansi rich}"}, {CF_TEXT, "plain"}});
   editor_.SetText("");
   editor_.SetLocked(false);
   editor_.Focus();
@@ -166,6 +205,231 @@ TEST_F(BnRichEditTest, ADoubleClickIsTold) {
   ClickCentre(editor_.hWnd(), 2);
   EXPECT_TRUE(WaitUntil([&] { return std::find(log_.begin(), log_.end(), "double click") != log_.end(); }));
 }
+
+/// What long texts are made of: as many lines as wanted, each coloured alike.
+std::string Lines(int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += "If a Then \"b\" 'c\r\n";
+  return text;
+}
+constexpr const char* kLineHues = "kk f kkkk sss cc";
+constexpr int kLineLength = 17;
+
+TEST_F(BnRichEditTest, CodeIsColouredAtOnceWhereItIsSeenAndElsewhereByAndBy) {
+  editor_.SetForeColor(RGB(10, 20, 30));
+  for (const int lines : {3, 100, 1500, 3}) {
+    SCOPED_TRACE(lines);
+    editor_.SetText(Lines(lines));
+    EXPECT_EQ(Hues(0, kLineLength - 1), kLineHues);
+    const int last = (lines - 1) * kLineLength;
+    EXPECT_TRUE(WaitUntil([&] { return Hues(last, last + kLineLength - 1) == kLineHues; }, 60000));
+    EXPECT_EQ(WindowText(Control()), Lines(lines));
+    EXPECT_EQ(SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0), 0);
+    EXPECT_EQ(editor_.SelStart(), 0);
+    EXPECT_EQ(SendMessageA(Control(), EM_CANUNDO, 0, 0), 0);
+  }
+}
+
+TEST_F(BnRichEditTest, WhatIsScrolledIntoViewIsColouredBeforeItIsSeen) {
+  editor_.SetText(Lines(1500));
+  UpdateWindow(Control());
+  SendMessageA(Control(), EM_LINESCROLL, 0, 1000);
+  UpdateWindow(Control());
+  const auto line = static_cast<int>(SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0));
+  EXPECT_GT(line, 900);
+  EXPECT_EQ(Hues(line * kLineLength, (line + 2) * kLineLength - 1), std::string(kLineHues) + ' ' + kLineHues);
+}
+
+TEST_F(BnRichEditTest, AfterAnEditTheColoursAreRightAndUndoTakesBackTheTextAlone) {
+  const std::string text = "Dim x\r\ny = \"z\"";
+  const std::string hues = "kkk f f f sss";
+  PutOnClipboard({{CF_TEXT, "End\r\n'"}});
+  struct Case {
+    const char* name;
+    int start, length;
+    std::function<void()> act;
+    std::string text, hues;
+  };
+  const std::vector<Case> cases = {
+      {"a letter that ends a keyword", 3, 0, [] { TypeText("m"); }, "Dimm x\r\ny = \"z\"", "ffff f f f sss"},
+      {"a comment", 0, 0, [] { TypeText("'"); }, "'Dim x\r\ny = \"z\"", "cccc c f f sss"},
+      {"Backspace", 2, 0, [] { PressKey(VK_BACK); }, "Dm x\r\ny = \"z\"", "ff f f f sss"},
+      {"Delete over a line end", 5, 0, [] { PressKey(VK_DELETE); }, "Dim xy = \"z\"", "kkk ff f sss"},
+      {"Enter", 1, 0, [] { PressKey(VK_RETURN); }, "D\r\nim x\r\ny = \"z\"", "f ff f f f sss"},
+      {"paste", 6, 4, [] { PressKey('V', {VK_CONTROL}); }, "Dim x\r\nEnd\r\n'\"z\"", "kkk f kkk cccc"},
+      {"cut", 0, 4, [] { PressKey('X', {VK_CONTROL}); }, "x\r\ny = \"z\"", "f f f sss"},
+      {"program", 4, 1, [this] { editor_.ReplaceSelection("' _"); }, "Dim ' _\r\ny = \"z\"",
+       "kkk c c c c ccc"},
+  };
+  editor_.Focus();
+  for (const Case& edit : cases) {
+    SCOPED_TRACE(edit.name);
+    editor_.SetText(text);
+    editor_.SetLocked(false);
+    ASSERT_EQ(Hues(), hues);
+    editor_.SetSelection(edit.start, edit.length);
+    edit.act();
+    ASSERT_TRUE(WaitUntil([&] { return editor_.text() == edit.text; })) << editor_.text();
+    EXPECT_EQ(Hues(), edit.hues);
+    EXPECT_EQ(editor_.SelLength(), 0);
+    EXPECT_TRUE(editor_.CanUndo());
+    editor_.Undo();
+    EXPECT_EQ(editor_.text(), text);
+    EXPECT_EQ(Hues(), hues);
+    EXPECT_FALSE(editor_.CanUndo());
+  }
+}
+
+TEST_F(BnRichEditTest, TypingInALongTextMovesNothing) {
+  editor_.SetText(Lines(1500));
+  editor_.SetLocked(false);
+  editor_.Focus();
+  SendMessageA(Control(), EM_LINESCROLL, 0, 700);
+  editor_.SetSelection(705 * kLineLength + 3, 1);
+  const LRESULT first = SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0);
+  TypeText("Not");
+  ASSERT_TRUE(WaitUntil([&] { return editor_.TextLength() == 1500 * kLineLength + 2; }));
+  EXPECT_EQ(Hues(705 * kLineLength, 705 * kLineLength + 18), "kk kkk kkkk sss cc");
+  EXPECT_EQ(editor_.SelStart(), 705 * kLineLength + 6);
+  EXPECT_EQ(SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0), first);
+}
+
+TEST_F(BnRichEditTest, ColoursFollowTheirSwitchesAndTheSystem) {
+  editor_.SetText("Dim a$ 'b");
+  const std::string hues = "kkk ff cc";
+  editor_.SetSyntaxColors(false);
+  EXPECT_EQ(Hues(), "fff ff ff");
+  editor_.SetForeColor(RGB(0, 0, 255));
+  EXPECT_EQ(Hues(), "fff ff ff");
+  editor_.SetSyntaxColors(true);
+  EXPECT_EQ(Hues(), hues);
+  int element = COLOR_WINDOW;
+  const COLORREF before = GetSysColor(element);
+  for (const COLORREF background : {RGB(0, 0, 0), before}) {
+    SetSysColors(1, &element, &background);
+    SendMessageA(editor_.hWnd(), WM_SYSCOLORCHANGE, 0, 0);
+    EXPECT_EQ(Hues(), hues);
+  }
+  EXPECT_EQ(SendMessageA(Control(), EM_CANUNDO, 0, 0), 0);
+  EXPECT_EQ(editor_.text(), "Dim a$ 'b");
+}
+
+TEST_F(BnRichEditTest, AnotherFontLeavesTextSelectionAndColours) {
+  editor_.SetText("Dim a");
+  editor_.SetLocked(false);
+  editor_.ReplaceSelection("'");
+  editor_.SetSelection(1, 2);
+  editor_.SetFont({.Name = "Arial", .Size = 9.75, .Bold = true});
+  CHARFORMATA format{};
+  format.cbSize = sizeof format;
+  SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+  EXPECT_STREQ(format.szFaceName, "Arial");
+  EXPECT_EQ(format.yHeight, 200);
+  EXPECT_NE(format.dwEffects & CFE_BOLD, 0U);
+  EXPECT_EQ(editor_.SelStart(), 1);
+  EXPECT_EQ(editor_.SelLength(), 2);
+  EXPECT_EQ(Hues(), "cccc c");
+  EXPECT_EQ(editor_.text(), "'Dim a");
+}
+
+TEST_F(BnRichEditTest, TextIsShownAsItIsWhateverItLooksLike) {
+  for (const std::string text : {"{\\rtf1 x}", "a\\b {c}\ttab \x80 \xE9\r\n\r\n", "\r\n", "bell\a"}) {
+    SCOPED_TRACE(text);
+    editor_.SetText(text);
+    EXPECT_EQ(WindowText(Control()), text);
+    POINTL place{};
+    editor_.SetText("\tx");
+    SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), 1);
+    POINTL start{};
+    editor_.SetText("1234x");
+    SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&start), 4);
+    EXPECT_NEAR(place.x, start.x, 1);
+  }
+}
+
+TEST_F(BnRichEditTest, LockedTextCannotBeChangedByAnything) {
+  editor_.SetText("abc");
+  editor_.SetLocked(false);
+  editor_.ReplaceSelection("x");
+  editor_.SetLocked(true);
+  editor_.Focus();
+  editor_.SetSelection(0, 2);
+  editor_.ReplaceSelection("y");
+  editor_.Undo();
+  for (const int message : {WM_CUT, WM_PASTE, WM_CLEAR, WM_UNDO, EM_REDO}) {
+    SendMessageA(Control(), static_cast<UINT>(message), 0, 0);
+  }
+  PressKey('Z', {VK_CONTROL});
+  PressKey('X', {VK_CONTROL});
+  PressKey(VK_BACK, {VK_MENU});
+  PressKey(VK_DELETE, {VK_SHIFT});
+  TypeText("q");
+  ASSERT_TRUE(WaitUntil([&] { return std::find(log_.begin(), log_.end(), "key q") != log_.end(); }));
+  EXPECT_EQ(editor_.text(), "xabc");
+  EXPECT_FALSE(editor_.CanUndo());
+}
+
+TEST_F(BnRichEditTest, TheKeyboardAsksForAMenuAndTheRightButtonIsTold) {
+  editor_.SetText("abc");
+  editor_.Focus();
+  log_.clear();
+  PressKey(VK_F10, {VK_SHIFT});
+  PressKey(VK_APPS);
+  EXPECT_TRUE(WaitUntil([&] { return log_ == std::vector<std::string>{"menu", "menu"}; }));
+  for (const int message : {WM_RBUTTONDOWN, WM_RBUTTONUP})
+    SendMessageA(Control(), static_cast<UINT>(message), 0, MAKELPARAM(5, 5));
+  SendMessageA(Control(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(Control()), MAKELPARAM(90, 90));
+  EXPECT_EQ(log_, (std::vector<std::string>{"menu", "menu", "button 2"}));
+}
+
+TEST_F(BnRichEditTest, OnlyTextIsTakenFromADrag) {
+  const ComPtr<PlainTextOnly> filter(new PlainTextOnly);
+  const auto events = std::make_shared<const OleDragEvents>();
+  const auto accepted = [&](const std::function<void(OleData&)>& fill) {
+    const OleDragSource source(events);
+    OleData data = source.Data();
+    fill(data);
+    CLIPFORMAT format = 0;
+    return filter->QueryAcceptData(source.dataObject(), &format, RECO_DROP, TRUE, nullptr) == S_OK ? format
+                                                                                                   : 0;
+  };
+  EXPECT_EQ(accepted([](OleData& data) { data.SetText("x"); }), CF_TEXT);
+  EXPECT_EQ(accepted([](OleData& data) { data.SetText("x", CF_UNICODETEXT); }), CF_UNICODETEXT);
+  EXPECT_EQ(accepted([](OleData& data) { data.SetFiles({"c:\\x.bmp"}); }), 0);
+}
+
+/// Both controls that a field may have.
+class BnRichEditEngineTest : public BnRichEditTest, public testing::WithParamInterface<BnRichEdit::Engine> {
+ protected:
+  BnRichEditEngineTest() : BnRichEditTest(GetParam()) {}
+};
+
+TEST_P(BnRichEditEngineTest, SelectionEditsAndUndo) {
+  editor_.SetText("one\r\ntwo");
+  editor_.SetLocked(false);
+  editor_.Focus();
+  editor_.SetSelection(0, editor_.TextLength());
+  EXPECT_EQ(editor_.SelText(), "one\r\ntwo");
+  editor_.SetSelection(1, 1);
+  EXPECT_EQ(editor_.SelText(), "n");
+  EXPECT_FALSE(editor_.CanUndo());
+  editor_.ReplaceSelection("x\r\ny");
+  EXPECT_EQ(editor_.text(), "ox\r\nye\r\ntwo");
+  EXPECT_TRUE(editor_.CanUndo());
+  editor_.Undo();
+  EXPECT_EQ(editor_.text(), "one\r\ntwo");
+  editor_.SetFont({.Name = "Arial", .Size = 12});
+  editor_.SetSyntaxColors(false);
+  editor_.SetForeColor(RGB(1, 2, 3));
+  EXPECT_EQ(editor_.SelStart() + editor_.SelLength(), 2);
+  editor_.SetLocked(true);
+  editor_.ReplaceSelection("z");
+  EXPECT_EQ(editor_.text(), "one\r\ntwo");
+  editor_.SetText("");
+  EXPECT_EQ(editor_.TextLength(), 0);
+}
+INSTANTIATE_TEST_SUITE_P(Engines, BnRichEditEngineTest,
+                         testing::Values(BnRichEdit::Engine::RichEdit, BnRichEdit::Engine::PlainEdit));
 
 }  // namespace
 }  // namespace snip::test

@@ -142,6 +142,7 @@ void BnRichEdit::MakeControl() {
   if (control_ != nullptr) DestroyWindow(control_);
   const Size size = ClientSize(hWnd());
   fontHandle_ = MakeFont(font_, ScreenTwips());
+  characterSize_ = CharacterSize(fontHandle_.get());
   // A system without the rich-edit library still has the plain edit control.
   control_ = CreateControl(hWnd(), hasRichEdit_ ? RICHEDIT_CLASSA : "EDIT", "",
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
@@ -156,7 +157,7 @@ void BnRichEdit::MakeControl() {
     const ComPtr<PlainTextOnly> callback(new PlainTextOnly);
     SendMessageA(control_, EM_SETOLECALLBACK, 0, reinterpret_cast<LPARAM>(callback.get()));
     SetControlFormat();
-    colouring_.Attach(control_, CharacterSize(fontHandle_.get()).height);
+    colouring_.Attach(control_, characterSize_.height);
   } else {
     SendMessageA(control_, EM_SETLIMITTEXT, 0, 0);
   }
@@ -183,8 +184,7 @@ void BnRichEdit::SetControlFormat() const {
 }
 
 int BnRichEdit::TabTwips() const {
-  const int width = CharacterSize(fontHandle_.get()).width;
-  return std::max(ScreenTwips().ToTwipsX(width * kTabCharacters), 1);
+  return std::max(ScreenTwips().ToTwipsX(characterSize_.width * kTabCharacters), 1);
 }
 
 void BnRichEdit::SetTabStops() const {
@@ -232,7 +232,9 @@ void BnRichEdit::Show(const std::string& shown) {
     std::string columns = RichEditColumns(characters);
     if (!ShowAsRtf(characters, columns)) ShowPlain(shown, std::move(columns));
     SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
-    SetSelection(0, 0);
+    const bool atStart =
+        SelStart() == 0 && SelLength() == 0 && SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0) == 0;
+    if (!atStart) SetSelection(0, 0);
   }
   FinishColouring();
 }
@@ -280,32 +282,6 @@ void BnRichEdit::ShowAgain() {
   SetSelection(start, length);
   const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
   SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
-}
-
-void BnRichEdit::SetFont(HFONT font) {
-  font_ = font;
-  SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-}
-int BnRichEdit::SelLength() const {
-  CHARRANGE range{};
-  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&range));
-  return static_cast<int>(range.cpMax - range.cpMin);
-}
-int BnRichEdit::TextLength() const {
-  return GetWindowTextLengthA(control_);
-}
-void BnRichEdit::SetSelection(int start, int length) {
-  CHARRANGE range{start, start + length};
-  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-}
-std::string BnRichEdit::SelText() const {
-  std::string text(static_cast<std::size_t>(SelLength()) + 1, '\0');
-  SendMessageA(control_, EM_GETSELTEXT, 0, reinterpret_cast<LPARAM>(text.data()));
-  text.pop_back();
-  return text;
-}
-void BnRichEdit::ReplaceSelection(const std::string& text) {
-  SendMessageA(control_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 void BnRichEdit::SetLocked(bool locked) {
@@ -425,7 +401,7 @@ bool BnRichEdit::FilterKey(WPARAM key) {
 void BnRichEdit::AskForMenu() const {
   POINT place{};
   GetCaretPos(&place);
-  place.y += CharacterSize(fontHandle_.get()).height;
+  place.y += characterSize_.height;
   RECT client{};
   GetClientRect(control_, &client);
   if (PtInRect(&client, place) == 0) place = {};
@@ -443,8 +419,10 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_KEYDOWN:
       return FilterKey(wParam);
     case WM_KEYUP:
-      if (wParam == VK_APPS) AskForMenu();
-      return wParam == VK_APPS;
+      // The system makes WM_CONTEXTMENU of the menu key, here or before the key comes.
+      if (wParam != VK_APPS) return false;
+      DefWindowProcA(control_, message, wParam, lParam);
+      return true;
     case WM_SYSKEYDOWN:
       if (wParam == VK_F10 && Held(VK_SHIFT)) {
         AskForMenu();
@@ -466,13 +444,6 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       return true;
     case WM_RBUTTONUP:
       return true;
-    case WM_RBUTTONDOWN:
-    case WM_LBUTTONDOWN: {
-      POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-      ClientToScreen(control_, &place);
-      events_.mouseDown(message == WM_LBUTTONDOWN ? 1 : 2, place);
-      return message == WM_RBUTTONDOWN;
-    }
     case WM_LBUTTONDBLCLK:
       if (!hasRichEdit_) {
         DefSubclassProc(control_, message, wParam, lParam);
@@ -490,7 +461,7 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
   if (FilterInput(message, wParam, lParam)) return 0;
   // An event may have made the control anew, or locked it.
   if (control != control_ || (locked_ && !filling_ && ChangesText(message))) return 0;
-  if (message == WM_PAINT && !answering_) colouring_.FinishVisible();
+  if (message == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();
   if (message == WM_PASTE && hasRichEdit_) {
     // As text, whatever else the clipboard offers: pictures and formats have no place in code.
     message = EM_PASTESPECIAL;

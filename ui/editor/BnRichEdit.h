@@ -111,6 +111,7 @@ class BnRichEdit : public Window {
   HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
   FontProperty font_;
   UniqueFont fontHandle_;
+  Size characterSize_;  ///< Of the font, in pixels.
   COLORREF foreColor_;
   std::string original_;
   TextFieldBytes bytes_;

@@ -98,14 +98,15 @@ void CodeColouring::FollowChange() {
 }
 
 void CodeColouring::FinishVisible() {
-  if (finished() || busy_) return;
+  // In the midst of a change, which is followed later, the places are wrong.
+  if (finished() || busy_ || !AgreesWithControl()) return;
   const std::size_t first = FirstVisibleLine();
   Finish(first, first + VisibleLines());
 }
 
 bool CodeColouring::FinishSome() {
   if (finished()) return false;
-  if (busy_) return true;
+  if (busy_ || !AgreesWithControl()) return true;
   const auto end = std::chrono::steady_clock::now() + kSlice;
   do {
     slice_ = model_.NextUnfinished(slice_);

@@ -89,9 +89,8 @@ std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const 
   }
   if (place < text.size()) switchTo(Hue::Fore);
   appendUpTo(text.size());
-  // A control takes the last line end away.
-  if (!text.empty() && text.back() == u'\r') rtf += "\\par\n";
-  return rtf + '}';
+  // Gives the last line its tab stops as well; a control takes it away again.
+  return rtf + "\\par\n}";
 }
 
 }  // namespace snip
