@@ -226,7 +226,7 @@ int BnRichEdit::TextLength() const {
 void BnRichEdit::Show(const std::string& shown) {
   {
     const Scope filling(filling_);
-    KillTimer(hWnd(), kColouringTimer);
+    StopWork();
     changed_ = false;
     const std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
     std::string columns = RichEditColumns(characters);
@@ -320,7 +320,17 @@ void BnRichEdit::UpdateColours() {
 /// Colours what can be seen at once and the rest by and by.
 void BnRichEdit::FinishColouring() {
   colouring_.FinishVisible();
-  if (!colouring_.finished()) SetTimer(hWnd(), kColouringTimer, kColouringPause, nullptr);
+  StartWork();
+}
+
+void BnRichEdit::StartWork() {
+  if (colouring_.finished() || working_) return;
+  working_ = true;
+  SetTimer(hWnd(), kColouringTimer, kColouringPause, nullptr);
+}
+
+void BnRichEdit::StopWork() {
+  if (std::exchange(working_, false)) KillTimer(hWnd(), kColouringTimer);
 }
 
 int BnRichEdit::SelStart() const {
@@ -485,7 +495,7 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
     } else {
       colouring_.FollowChange();
     }
-    FinishColouring();
+    StartWork();
   }
   return result;
 }
@@ -531,7 +541,7 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (HIWORD(wParam) == EN_CHANGE) OnChange();
       return 0;
     case WM_TIMER:
-      if (wParam == kColouringTimer && !colouring_.FinishSome()) KillTimer(hWnd(), kColouringTimer);
+      if (wParam == kColouringTimer && !colouring_.FinishSome()) StopWork();
       return 0;
     case kFollowChange:
       if (std::exchange(changed_, false)) colouring_.FollowChange();

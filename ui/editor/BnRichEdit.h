@@ -105,6 +105,8 @@ class BnRichEdit : public Window {
   void OnChange();
   void UpdateColours();
   void FinishColouring();
+  void StartWork();
+  void StopWork();
 
   Events events_;
   bool hasRichEdit_;
@@ -121,6 +123,7 @@ class BnRichEdit : public Window {
   bool filling_ = false;    ///< The program sets the text.
   bool touched_ = false;    ///< The user has changed the text.
   bool changed_ = false;    ///< The control has told of a change that the colours do not follow yet.
+  bool working_ = false;    ///< A timer asks for slices of colouring.
   bool answering_ = false;  ///< The control is at work on a message.
 };
 

@@ -87,8 +87,14 @@ void CodeColouring::FollowEdit(Caret before) {
       RichEditCharacters(RichEditRange(control_, static_cast<LONG>(begin), static_cast<LONG>(end))));
   if (inserted.size() != end - begin) return FollowChange();
   const bool atCaret = inserted.size() == 1 && now.cpMin == now.cpMax;
-  model_.Replace(begin, oldEnd, inserted, atCaret ? HueAtCaret() : Hue::Unknown);
-  FinishVisible();
+  const std::size_t endLine = model_.Replace(begin, oldEnd, inserted, atCaret ? HueAtCaret() : Hue::Unknown);
+  const std::size_t line = model_.LineAt(begin);
+  // Which lines can be seen is not asked for each key: in a long text the control takes its time to tell.
+  if (endLine - line <= VisibleLines()) {
+    Finish(line, endLine);
+  } else {
+    FinishVisible();
+  }
 }
 
 void CodeColouring::FollowChange() {

@@ -48,7 +48,7 @@ void ColouredText::SetColouring(bool colouring) {
   for (std::size_t line = 0; line < lines_.size(); ++line) MarkUnfinished(line);
 }
 
-void ColouredText::Replace(std::size_t begin, std::size_t end, std::string_view inserted, Hue hue) {
+std::size_t ColouredText::Replace(std::size_t begin, std::size_t end, std::string_view inserted, Hue hue) {
   const std::size_t first = LineAt(begin);
   const std::size_t last = LineAt(end);
   text_.replace(begin, end - begin, inserted);
@@ -70,7 +70,7 @@ void ColouredText::Replace(std::size_t begin, std::size_t end, std::string_view 
   }
   lines_.insert(lineAt(first + 1), added.begin(), added.end());
   unfinished_ += added.size();
-  Retell(first, first + added.size() + 1);
+  return Retell(first, first + added.size() + 1);
 }
 
 void ColouredText::ReplaceAll(std::string_view text) {
@@ -139,14 +139,15 @@ void ColouredText::MarkUnfinished(std::size_t line) {
   lines_[line].finished = false;
 }
 
-void ColouredText::Retell(std::size_t line, std::size_t firstUntouched) {
+std::size_t ColouredText::Retell(std::size_t line, std::size_t firstUntouched) {
   MarkUnfinished(line);
   for (; line + 1 < lines_.size(); ++line) {
     const LineState told = StateAfterLine(LineText(line), lines_[line].before);
-    if (line + 1 >= firstUntouched && lines_[line + 1].before == told) return;
+    if (line + 1 >= firstUntouched && lines_[line + 1].before == told) break;
     lines_[line + 1].before = told;
     MarkUnfinished(line + 1);
   }
+  return line + 1;
 }
 
 void ColouredText::FinishLine(std::size_t line, std::vector<HueRun>& runs) {

@@ -34,8 +34,9 @@ class ColouredText {
   bool colouring() const { return colouring_; }
   void SetColouring(bool colouring);
 
-  /// Follows a change of the field: `inserted`, shown in `hue`, stands in place of [begin, end).
-  void Replace(std::size_t begin, std::size_t end, std::string_view inserted, Hue hue);
+  /// Follows a change of the field: `inserted`, shown in `hue`, stands in place of [begin, end). Gives the
+  /// end of the lines, the first being that of `begin`, which may lack their colours by this.
+  std::size_t Replace(std::size_t begin, std::size_t end, std::string_view inserted, Hue hue);
   /// Follows a change of which nothing is known, by comparing the whole text with what it was.
   void ReplaceAll(std::string_view text);
 
@@ -67,8 +68,8 @@ class ColouredText {
   std::size_t LineEnd(std::size_t line) const;  ///< In front of the CR.
   std::string_view LineText(std::size_t line) const;
   void MarkUnfinished(std::size_t line);
-  /// Marks a line and those behind it that it tells something new.
-  void Retell(std::size_t line, std::size_t firstUntouched);
+  /// Marks a line and those behind it that it tells something new; gives their end.
+  std::size_t Retell(std::size_t line, std::size_t firstUntouched);
   void FinishLine(std::size_t line, std::vector<HueRun>& runs);
 
   std::string text_;
