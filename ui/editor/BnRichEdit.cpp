@@ -178,8 +178,8 @@ void BnRichEdit::SetControlFormat() const {
   format.dwEffects = (font_.Bold ? CFE_BOLD : 0U) | (font_.Italic ? CFE_ITALIC : 0U) |
                      (font_.Underline ? CFE_UNDERLINE : 0U) | (font_.Strikethrough ? CFE_STRIKEOUT : 0U);
   font_.Name.copy(format.szFaceName, sizeof format.szFaceName - 1);
-  for (const WPARAM part : {SCF_DEFAULT, SCF_ALL}) {
-    SendMessageA(control_, EM_SETCHARFORMAT, part, reinterpret_cast<LPARAM>(&format));
+  for (const int part : {SCF_DEFAULT, SCF_ALL}) {
+    SendMessageA(control_, EM_SETCHARFORMAT, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(&format));
   }
 }
 

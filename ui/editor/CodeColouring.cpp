@@ -14,7 +14,7 @@ namespace snip {
 namespace {
 
 /// How long a slice may take, well below what a user feels.
-constexpr std::chrono::milliseconds kSlice{15};
+constexpr std::chrono::milliseconds kSlice{8};
 
 bool HighContrast() {
   HIGHCONTRASTA contrast{};

@@ -9,30 +9,30 @@ constexpr std::array<CLIPFORMAT, 2> kTextFormats = {CF_UNICODETEXT, CF_TEXT};
 
 }  // namespace
 
-HRESULT PlainTextOnly::GetNewStorage(LPSTORAGE* storage) {
+HRESULT PlainTextOnly::GetNewStorage(LPSTORAGE* storage) noexcept {
   if (storage != nullptr) *storage = nullptr;
   return E_NOTIMPL;
 }
 
 HRESULT PlainTextOnly::GetInPlaceContext(LPOLEINPLACEFRAME* /*frame*/, LPOLEINPLACEUIWINDOW* /*document*/,
-                                         LPOLEINPLACEFRAMEINFO /*info*/) {
+                                         LPOLEINPLACEFRAMEINFO /*info*/) noexcept {
   return E_NOTIMPL;
 }
 
-HRESULT PlainTextOnly::ShowContainerUI(WINBOOL /*show*/) {
+HRESULT PlainTextOnly::ShowContainerUI(WINBOOL /*show*/) noexcept {
   return E_NOTIMPL;
 }
 
-HRESULT PlainTextOnly::QueryInsertObject(LPCLSID /*id*/, LPSTORAGE /*storage*/, LONG /*place*/) {
+HRESULT PlainTextOnly::QueryInsertObject(LPCLSID /*id*/, LPSTORAGE /*storage*/, LONG /*place*/) noexcept {
   return E_FAIL;
 }
 
-HRESULT PlainTextOnly::DeleteObject(LPOLEOBJECT /*object*/) {
+HRESULT PlainTextOnly::DeleteObject(LPOLEOBJECT /*object*/) noexcept {
   return S_OK;
 }
 
 HRESULT PlainTextOnly::QueryAcceptData(LPDATAOBJECT data, CLIPFORMAT* format, DWORD /*operation*/,
-                                       WINBOOL /*really*/, HGLOBAL /*picture*/) {
+                                       WINBOOL /*really*/, HGLOBAL /*picture*/) noexcept {
   if (data == nullptr || format == nullptr) return E_POINTER;
   for (const CLIPFORMAT text : kTextFormats) {
     FORMATETC wanted{text, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
@@ -43,20 +43,21 @@ HRESULT PlainTextOnly::QueryAcceptData(LPDATAOBJECT data, CLIPFORMAT* format, DW
   return DATA_E_FORMATETC;
 }
 
-HRESULT PlainTextOnly::ContextSensitiveHelp(WINBOOL /*enter*/) {
+HRESULT PlainTextOnly::ContextSensitiveHelp(WINBOOL /*enter*/) noexcept {
   return S_OK;
 }
 
-HRESULT PlainTextOnly::GetClipboardData(CHARRANGE* /*range*/, DWORD /*operation*/, LPDATAOBJECT* /*data*/) {
+HRESULT PlainTextOnly::GetClipboardData(CHARRANGE* /*range*/, DWORD /*operation*/,
+                                        LPDATAOBJECT* /*data*/) noexcept {
   return E_NOTIMPL;  // what the control itself puts there will do
 }
 
-HRESULT PlainTextOnly::GetDragDropEffect(WINBOOL /*drag*/, DWORD /*keys*/, LPDWORD /*effect*/) {
+HRESULT PlainTextOnly::GetDragDropEffect(WINBOOL /*drag*/, DWORD /*keys*/, LPDWORD /*effect*/) noexcept {
   return E_NOTIMPL;  // copying and moving, as the keys say; a read-only control only copies
 }
 
 HRESULT PlainTextOnly::GetContextMenu(WORD /*selectionType*/, LPOLEOBJECT /*object*/, CHARRANGE* /*range*/,
-                                      HMENU* menu) {
+                                      HMENU* menu) noexcept {
   if (menu != nullptr) *menu = nullptr;
   return E_NOTIMPL;
 }
