@@ -38,6 +38,9 @@ ICONS = {
         (24, "app-icon-24.svg"),
         (32, "app-icon-32.svg"),
         (48, "app-icon-48.svg"),
+        # Twice the size of an ordinary icon, for the About box, at 96 and 144 dots to the inch.
+        (64, "app-icon-256.svg"),
+        (96, "app-icon-256.svg"),
         (256, "app-icon-256.svg"),
     ],
     "information": [(size, "information.svg") for size in (32, 40, 48)],

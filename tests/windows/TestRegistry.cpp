@@ -3,32 +3,26 @@
 #include <shlwapi.h>
 
 #include <stdexcept>
-#include <string>
 
 namespace snip::test {
-namespace {
-
-std::string KeyName() {
-  return "Software\\SnipstoreTest" + std::to_string(GetCurrentProcessId());
-}
-
-}  // namespace
-
-TestRegistry::TestRegistry() {
-  SHDeleteKeyA(HKEY_CURRENT_USER, KeyName().c_str());
+TestRegistry::TestRegistry(HKEY root)
+    : root_(root),
+      name_("Software\\SnipstoreTest" + std::to_string(GetCurrentProcessId()) +
+            (root == HKEY_CURRENT_USER ? "User" : "Machine")) {
+  SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
   HKEY key = nullptr;
-  if (RegCreateKeyExA(HKEY_CURRENT_USER, KeyName().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+  if (RegCreateKeyExA(HKEY_CURRENT_USER, name_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
                       nullptr) != ERROR_SUCCESS) {
     throw std::runtime_error("no test key");
   }
   key_.Reset(key);
-  RegOverridePredefKey(HKEY_CURRENT_USER, key);
+  RegOverridePredefKey(root_, key);
 }
 
 TestRegistry::~TestRegistry() {
-  RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+  RegOverridePredefKey(root_, nullptr);
   key_.Reset();
-  SHDeleteKeyA(HKEY_CURRENT_USER, KeyName().c_str());
+  SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
 }
 
 }  // namespace snip::test

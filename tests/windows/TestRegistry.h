@@ -2,19 +2,23 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "platform/Handle.h"
 
 namespace snip::test {
 
-/// Lets HKEY_CURRENT_USER be an empty key of the test's own, which goes with all it holds.
+/// Lets HKEY_CURRENT_USER, or another root, be an empty key of the test's own, which goes with all it holds.
 class TestRegistry {
  public:
-  TestRegistry();
+  explicit TestRegistry(HKEY root = HKEY_CURRENT_USER);
   ~TestRegistry();
   TestRegistry(const TestRegistry&) = delete;
   TestRegistry& operator=(const TestRegistry&) = delete;
 
  private:
+  HKEY root_;
+  std::string name_;
   UniqueRegKey key_;
 };
 

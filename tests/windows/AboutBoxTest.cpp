@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include "platform/Registry32.h"
+#include "platform/Win32Text.h"
+#include "tests/windows/ModalWindow.h"
+#include "tests/windows/TestRegistry.h"
+#include "ui/dialogs/SystemInformation.h"
+#include "ui/dialogs/frmAbout.h"
+#include "version.h"
+
+namespace snip::test {
+namespace {
+
+constexpr const char* kTitle = "About Brennic Snipstore";
+constexpr const char* kPathKey = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
+constexpr const char* kFolderKey = "SOFTWARE\\Microsoft\\Shared Tools Location";
+
+class AboutBoxTest : public testing::Test {
+ protected:
+  const TestRegistry machine_{HKEY_LOCAL_MACHINE};
+  const Registry32 registry_{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
+  std::vector<std::string> messages_;
+  const ShowMessageFunction showMessage_ = [this](const std::string& prompt, int style,
+                                                  const std::string& title) {
+    messages_.push_back(title + '/' + std::to_string(style) + '/' + prompt);
+    return MessageResult::Ok;
+  };
+
+  void SetMachineValue(const char* key, const char* name, const std::string& text) {
+    registry_.SetRegValue(text, registry_.CreateRegKey(HKEY_LOCAL_MACHINE, key), name, REG_SZ);
+  }
+
+  /// Whether the program that stands in for the system's came up, in a window of ordinary size.
+  static bool ClosesStartedProgram() {
+    const HWND window = WaitForWindow(kTitle);
+    if (window == nullptr) return false;
+    const bool isOrdinary = IsIconic(window) == 0 && IsZoomed(window) == 0;
+    PostMessageA(window, WM_CLOSE, 0, 0);
+    return WaitUntil([&] { return IsWindow(window) == 0; }) && isOrdinary;
+  }
+};
+
+TEST_F(AboutBoxTest, KeyValuesAreReadWithoutMessages) {
+  EXPECT_EQ(GetKeyValue(HKEY_LOCAL_MACHINE, kPathKey, "PATH"), std::nullopt);
+  for (const std::size_t length : {0U, 1U, 1023U, 1024U}) {
+    const std::string text(length, 'p');
+    SetMachineValue(kPathKey, "PATH", text);
+    const auto read = GetKeyValue(HKEY_LOCAL_MACHINE, kPathKey, "PATH");
+    EXPECT_EQ(read, length < 1024 ? std::optional(text) : std::nullopt) << length;
+  }
+  EXPECT_EQ(GetKeyValue(HKEY_LOCAL_MACHINE, kPathKey, "OTHER"), std::nullopt);
+  const UniqueRegKey key = registry_.OpenRegKey(HKEY_LOCAL_MACHINE, kPathKey, false);
+  RegSetValueExA(key.get(), "BARE", 0, REG_SZ, reinterpret_cast<const BYTE*>("abc"), 3);
+  EXPECT_EQ(GetKeyValue(HKEY_LOCAL_MACHINE, kPathKey, "BARE"), "abc");
+}
+
+TEST_F(AboutBoxTest, TheSystemsInformationProgramIsFoundThroughTheRegistry) {
+  const std::vector<std::string> unavailable = {
+      "Brennic Snipstore 2.0/0/System Information Is Unavailable At This Time"};
+  const TemporaryFolder folder;
+  const std::string program = ProgramDirectory() + "\\dialog_gallery.exe";
+  StartSysInfo(showMessage_);
+  EXPECT_EQ(messages_, unavailable) << "no value at all";
+
+  SetMachineValue(kFolderKey, "MSINFO", folder.path());
+  messages_.clear();
+  StartSysInfo(showMessage_);
+  EXPECT_EQ(messages_, unavailable) << "a folder without the program";
+
+  messages_.clear();
+  ASSERT_NE(CopyFileA(program.c_str(), folder.File("MSINFO32.EXE").c_str(), TRUE), 0);
+  StartSysInfo(showMessage_);
+  EXPECT_TRUE(ClosesStartedProgram()) << "from the folder";
+
+  SetMachineValue(kPathKey, "PATH", folder.File("missing.exe"));
+  StartSysInfo(showMessage_);
+
+  SetMachineValue(kPathKey, "PATH", program);
+  StartSysInfo(showMessage_);
+  EXPECT_TRUE(ClosesStartedProgram()) << "from the path";
+  EXPECT_EQ(FindVisibleWindow(kTitle), nullptr) << "a missing program has no stand-in";
+  EXPECT_EQ(messages_, std::vector<std::string>());
+}
+
+TEST_F(AboutBoxTest, KeysAndMouseReachItsButtons) {
+  const TestOwner owner;
+  const auto show = [&] { frmAbout(showMessage_).ShowMe(owner.get()); };
+  const auto shown = [&](const std::function<void(HWND)>& act) { DriveModal(kTitle, show, act); };
+  shown([](HWND box) {
+    EXPECT_EQ(WindowText(GetDlgItem(box, frmAbout::kVersionId)), "Version " SNIPSTORE_VERSION_TEXT);
+    EXPECT_NE(SendDlgItemMessageA(box, frmAbout::kImageId, STM_GETICON, 0, 0), 0);
+    PressKey(VK_RETURN);
+  });
+  shown([](HWND) { PressKey(VK_ESCAPE); });
+  shown([](HWND box) { PostMessageA(box, WM_SYSCOMMAND, SC_CLOSE, 0); });
+  EXPECT_EQ(messages_.size(), 0U);
+  shown([&](HWND box) {
+    PressKey('S', {VK_MENU});
+    EXPECT_TRUE(WaitUntil([&] { return messages_.size() == 1; }, 10000, [] {}));
+    PressKey(VK_TAB), PressKey(VK_SPACE);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindow(box) == 0; }, 10000, [] {}));
+  });
+}
+
+}  // namespace
+}  // namespace snip::test

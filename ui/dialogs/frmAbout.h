@@ -1,0 +1,41 @@
+#pragma once
+
+#include <utility>
+
+#include "platform/Dialog.h"
+#include "platform/Handle.h"
+#include "platform/MessageFunction.h"
+
+namespace snip {
+
+/// The About box.
+class frmAbout : public Dialog {
+ public:
+  // Ids of `lblVersion`, `img` and `cmdSysInfo`; `cmdOK` is IDOK.
+  static constexpr int kVersionId = 100;
+  static constexpr int kImageId = 101;
+  static constexpr int kSysInfoId = 102;
+
+  explicit frmAbout(ShowMessageFunction showMessage) : showMessage_(std::move(showMessage)) {}
+
+  /// Shows the box and waits until it is closed.
+  void ShowMe(HWND owner);
+
+ protected:
+  void OnInit() override;
+  void OnCommand(int id, int notification) override;
+  void OnClose() override { End(IDCANCEL); }
+  INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void AddHeader();
+  /// Credits and legal notice; returns where they end, in pixels.
+  int AddTexts();
+
+  ShowMessageFunction showMessage_;
+  UniqueFont titleFont_;
+  UniqueIcon picture_;
+  int headerHeight_ = 0;  ///< Pixels of the band at the top, in the colour of a window's text area.
+};
+
+}  // namespace snip
