@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Dialog.h"
+#include "ui/caption/CaptionHook.h"
 
 namespace snip {
 
@@ -10,6 +11,8 @@ namespace snip {
 class frmNew : public Dialog {
  public:
   static constexpr int kNameId = 100;  ///< txtName
+
+  explicit frmNew(CaptionPainter& caption) : caption_(caption) {}
 
   /// Shows the dialog with `name` to begin with, all of it selected. Returns the name entered, empty when the
   /// dialog was cancelled or closed. The owner is disabled meanwhile.
@@ -19,10 +22,13 @@ class frmNew : public Dialog {
   void OnInit() override;
   void OnCommand(int id, int notification) override;
   void OnClose() override { End(IDCANCEL); }
+  void OnDestroy() override { captionHook_.Remove(); }
 
  private:
   void cmdOK_Click();
 
+  CaptionPainter& caption_;
+  CaptionHook captionHook_;
   std::string name_;
 };
 

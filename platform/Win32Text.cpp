@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "platform/Com.h"
+
 namespace snip {
 namespace {
 
@@ -28,6 +30,12 @@ std::string WindowText(HWND window) {
 bool SameTextIgnoringCase(const std::string& a, const std::string& b) {
   return CompareStringA(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(), static_cast<int>(a.size()), b.data(),
                         static_cast<int>(b.size())) == CSTR_EQUAL;
+}
+
+std::optional<float> SingleFromText(const std::string& text) {
+  float number = 0;
+  if (FAILED(VarR4FromStr(Bstr(text).get(), LOCALE_USER_DEFAULT, 0, &number))) return std::nullopt;
+  return number;
 }
 
 std::string ProgramDirectory() {

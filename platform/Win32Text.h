@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,10 @@ std::string WindowText(HWND window);
 
 /// Equality without regard to letter case in the system's ANSI code page, upper half included.
 bool SameTextIgnoringCase(const std::string& a, const std::string& b);
+
+/// The number that a whole text is, as the user's locale writes it, in single precision; nothing when it is
+/// none.
+std::optional<float> SingleFromText(const std::string& text);
 
 /// Directory of the running executable, without a "\" at its end unless it is a drive's root.
 std::string ProgramDirectory();

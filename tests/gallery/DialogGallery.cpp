@@ -1,12 +1,14 @@
 // Shows one of the program's dialogs, for people to look at.
 //
-//   dialog_gallery [about | new]
+//   dialog_gallery [about | new | settings]
 
 #include <string>
 
 #include "library/frmNew.h"
 #include "platform/Win32Text.h"
+#include "tests/unit/FakeSettingsTarget.h"
 #include "ui/dialogs/frmAbout.h"
+#include "ui/dialogs/frmSettings.h"
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   using namespace snip;
@@ -16,10 +18,16 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
     MessageBoxA(GetActiveWindow(), prompt.c_str(), title.c_str(), MB_OK);
     return MessageResult::Ok;
   };
+  CaptionPainter captions;
   if (name == "new") {
-    frmNew().ShowMe(nullptr, "Strings");
+    frmNew(captions).ShowMe(nullptr, "Strings");
+  } else if (name == "settings") {
+    const Registry32 registry(showMessage);
+    test::FakeSettingsTarget target;
+    target.tips = target.menuDrag = true;
+    frmSettings(target, SettingsStore(registry), captions).ShowMe(nullptr);
   } else {
-    frmAbout(showMessage).ShowMe(nullptr);
+    frmAbout(showMessage, captions).ShowMe(nullptr);
   }
   return 0;
 }

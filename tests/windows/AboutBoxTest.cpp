@@ -84,7 +84,8 @@ TEST_F(AboutBoxTest, TheSystemsInformationProgramIsFoundThroughTheRegistry) {
 
 TEST_F(AboutBoxTest, KeysAndMouseReachItsButtons) {
   const TestOwner owner;
-  const auto show = [&] { frmAbout(showMessage_).ShowMe(owner.get()); };
+  CaptionPainter captions;
+  const auto show = [&] { frmAbout(showMessage_, captions).ShowMe(owner.get()); };
   const auto shown = [&](const std::function<void(HWND)>& act) { DriveModal(kTitle, show, act); };
   shown([](HWND box) {
     EXPECT_EQ(WindowText(GetDlgItem(box, frmAbout::kVersionId)), "Version " SNIPSTORE_VERSION_TEXT);

@@ -11,6 +11,7 @@ namespace {
 
 TEST(NewLibraryDialogTest, TheNameEnteredIsReturned) {
   const TestOwner owner;
+  CaptionPainter captions;
   struct Case {
     const char* name;
     std::string before;
@@ -38,7 +39,7 @@ TEST(NewLibraryDialogTest, TheNameEnteredIsReturned) {
     SCOPED_TRACE(expected.name);
     std::string result;
     DriveModal(
-        "New Code Library", [&] { result = frmNew().ShowMe(owner.get(), expected.before); },
+        "New Code Library", [&] { result = frmNew(captions).ShowMe(owner.get(), expected.before); },
         [&](HWND dialog) {
           EXPECT_EQ(IsWindowEnabled(owner.get()), 0);
           expected.act(dialog);

@@ -13,8 +13,8 @@ constexpr const char* kCredits =
     "Made by Brennic, for programmers who would rather find a piece of code than write it twice. Thanks to "
     "everyone who tried it early and told us what was missing.";
 constexpr const char* kLegalNotice =
-    "Copyright Brennic. You may use this program and pass on copies of it. It comes as it is, without "
-    "warranty of any kind: keep a copy of the libraries that are dear to you.";
+    "Copyright 2026 The Snipstore developers. You may use this program, copy it and change it under the MIT "
+    "License. It comes without warranty of any kind: keep a copy of the libraries that are dear to you.";
 
 constexpr int kMargin = 7;   // dialog units
 constexpr int kWidth = 260;  // dialog units
@@ -49,6 +49,7 @@ void frmAbout::OnInit() {
   MoveTo(cmdOK, {width - Across(kMargin) - ok.width, buttonTop, ok.width, ok.height});
   SizeAndCentre({width, buttonTop + ok.height + Down(kMargin)});
   SetFocus(cmdOK);
+  captionHook_.Install(hWnd(), caption_);
 }
 
 void frmAbout::AddHeader() {

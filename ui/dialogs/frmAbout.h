@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Dialog.h"
+#include "ui/caption/CaptionHook.h"
 #include "platform/Handle.h"
 #include "platform/MessageFunction.h"
 
@@ -16,7 +17,8 @@ class frmAbout : public Dialog {
   static constexpr int kImageId = 101;
   static constexpr int kSysInfoId = 102;
 
-  explicit frmAbout(ShowMessageFunction showMessage) : showMessage_(std::move(showMessage)) {}
+  frmAbout(ShowMessageFunction showMessage, CaptionPainter& caption)
+      : showMessage_(std::move(showMessage)), caption_(caption) {}
 
   /// Shows the box and waits until it is closed.
   void ShowMe(HWND owner);
@@ -25,6 +27,7 @@ class frmAbout : public Dialog {
   void OnInit() override;
   void OnCommand(int id, int notification) override;
   void OnClose() override { End(IDCANCEL); }
+  void OnDestroy() override { captionHook_.Remove(); }
   INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
@@ -33,6 +36,8 @@ class frmAbout : public Dialog {
   int AddTexts();
 
   ShowMessageFunction showMessage_;
+  CaptionPainter& caption_;
+  CaptionHook captionHook_;
   UniqueFont titleFont_;
   UniqueIcon picture_;
   int headerHeight_ = 0;  ///< Pixels of the band at the top, in the colour of a window's text area.

@@ -103,7 +103,7 @@ std::optional<std::string> LibraryChooser::ChooseLibraryFile() {
 }
 
 std::string LibraryChooser::AskForLibraryName() {
-  return frmNew().ShowMe(GetAncestor(cboFiles_, GA_ROOT));
+  return frmNew(caption_).ShowMe(GetAncestor(cboFiles_, GA_ROOT));
 }
 
 }  // namespace snip

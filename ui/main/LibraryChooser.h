@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/Geometry.h"
+#include "ui/caption/CaptionPainter.h"
 #include "ui/main/MainViews.h"
 
 namespace snip {
@@ -12,6 +13,8 @@ namespace snip {
 /// `cboFiles`, the drop-down list of libraries, and `txtFileName`, the box for a new name of the library.
 class LibraryChooser : public LibraryView {
  public:
+  explicit LibraryChooser(CaptionPainter& caption) : caption_(caption) {}
+
   void Create(HWND parent, int id, int nameId, HFONT font);
   HWND cboFiles() const { return cboFiles_; }
   HWND txtFileName() const { return txtFileName_; }
@@ -46,6 +49,7 @@ class LibraryChooser : public LibraryView {
     return SendMessageA(cboFiles_, message, wParam, lParam);
   }
 
+  CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
   HWND txtFileName_ = nullptr;  ///< Lies over `cboFiles` while the library is renamed; hidden else.
 };

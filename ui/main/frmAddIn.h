@@ -132,7 +132,7 @@ class frmAddIn : public Window, private AttachmentView {
   Splitter picSplt_;
   Splitter picHSplt_;
   HWND cmdAttach_ = nullptr;
-  LibraryChooser chooser_;
+  LibraryChooser chooser_{services_.caption};
   SnippetControls controls_;
   ListTips tTip_;
   MainMenus menus_;

@@ -1,0 +1,166 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/Win32Text.h"
+#include "settings/SettingsStore.h"
+#include "tests/unit/FakeSettingsTarget.h"
+#include "tests/windows/ModalWindow.h"
+#include "tests/windows/TestRegistry.h"
+#include "ui/dialogs/frmSettings.h"
+
+namespace snip::test {
+namespace {
+
+constexpr int kFace = 1136;  // of the system's font dialog
+constexpr int kSize = 1138;
+
+/// The face and pixel height that the sample is shown in.
+std::string SampleFont(HWND dialog) {
+  const auto font =
+      reinterpret_cast<HFONT>(SendDlgItemMessageA(dialog, frmSettings::lblDisp, WM_GETFONT, 0, 0));
+  LOGFONTA description{};
+  GetObjectA(font, sizeof description, &description);
+  return std::string(description.lfFaceName) + " " + std::to_string(-description.lfHeight);
+}
+
+bool SampleBecomes(HWND dialog, const std::string& font) {
+  return WaitUntil([&] { return SampleFont(dialog) == font; });
+}
+
+class SettingsDialogTest : public testing::Test {
+ protected:
+  const TestRegistry user_;
+  std::vector<std::string> messages_;
+  const Registry32 registry_{[this](const std::string& prompt, int, const std::string&) {
+    messages_.push_back(prompt);
+    return MessageResult::Ok;
+  }};
+  const SettingsStore store_{registry_};
+  FakeSettingsTarget target_;
+  CaptionPainter captions_;
+  const TestOwner owner_;
+
+  void Show(const std::function<void(HWND)>& script) {
+    target_.log.clear();
+    DriveModal(
+        "Settings", [&] { frmSettings(target_, store_, captions_).ShowMe(owner_.get()); }, script);
+  }
+  std::string Saved(const char* name) const {
+    return registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", name);
+  }
+  std::string AllSaved() const {
+    std::string all;
+    for (const char* name :
+         {"FontName", "FontSize", "AllowMenuDrag", "UseSounds", "MinimizeOnView", "SnippetTips"}) {
+      all += Saved(name) + "|";
+    }
+    return all;
+  }
+};
+
+TEST_F(SettingsDialogTest, KeysAloneChangeEverythingAndOkAppliesAndSavesIt) {
+  target_.tips = target_.sounds = true;
+  Show([](HWND dialog) {
+    EXPECT_NE(GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+    EXPECT_EQ(SampleFont(dialog), "Verdana 16");
+    for (const char key : {'T', 'M', 'U', 'A'}) PressKey(static_cast<WORD>(key), {VK_MENU});
+    PressKey('N', {VK_MENU}), PressKey(VK_UP), PressKey(VK_UP);
+    EXPECT_TRUE(SampleBecomes(dialog, "Tahoma 16"));
+    PressKey('Z', {VK_MENU}), TypeText("13,");
+    PressKey(VK_BACK), PressKey(VK_RETURN);
+  });
+  EXPECT_EQ(target_.font, (FontProperty{.Name = "Tahoma", .Size = 13}));
+  EXPECT_TRUE(target_.menuDrag && target_.minimize);
+  EXPECT_FALSE(target_.sounds || target_.tips);
+  EXPECT_EQ(AllSaved(), "Tahoma|13|-1|0|-1|0|");
+}
+
+TEST_F(SettingsDialogTest, WhatIsNotConfirmedIsNotApplied) {
+  for (const auto& leave :
+       {+[](HWND) { PressKey(VK_ESCAPE); }, +[](HWND dialog) { ClickCentre(GetDlgItem(dialog, IDCANCEL)); },
+        +[](HWND dialog) { PostMessageA(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); }}) {
+    Show([&](HWND dialog) {
+      PressKey('T', {VK_MENU});
+      EXPECT_TRUE(WaitUntil([&] { return IsDlgButtonChecked(dialog, frmSettings::chkShowTips) != 0; }));
+      leave(dialog);
+    });
+  }
+  EXPECT_EQ(target_.log, std::vector<std::string>());
+  EXPECT_EQ(AllSaved(), "||||||");
+}
+
+TEST_F(SettingsDialogTest, OnlyANumberThatIsASizeChangesTheSample) {
+  struct Case {
+    const char* typed;
+    const char* sample;
+  };
+  const std::vector<Case> cases = {{"18", "Verdana 24"},  {"abc", "Verdana 24"},  {"0", "Verdana 24"},
+                                   {"-3", "Verdana 24"},  {"9.75", "Verdana 13"}, {"9999", "Verdana 13"},
+                                   {" 15 ", "Verdana 20"}};
+  Show([&](HWND dialog) {
+    const HWND box = GetDlgItem(dialog, frmSettings::cboFontSize);
+    for (const Case& expected : cases) {
+      // The whole text at once, as pasted: typed key by key, its beginnings would be sizes as well.
+      SetWindowTextA(box, expected.typed);
+      SendMessageA(dialog, WM_COMMAND,
+                   static_cast<WPARAM>(MAKELONG(frmSettings::cboFontSize, CBN_EDITCHANGE)), 0);
+      EXPECT_EQ(SampleFont(dialog), expected.sample) << expected.typed;
+    }
+    PressKey('Z', {VK_MENU}), PressKey(VK_DOWN);
+    EXPECT_TRUE(SampleBecomes(dialog, "Verdana 13")) << "10 points, from the list";
+    PressKey(VK_RETURN);
+  });
+  EXPECT_EQ(target_.font.Size, 10);
+}
+
+TEST_F(SettingsDialogTest, AStrangeCodeFontIsOfferedAndOkWithoutAChoiceGivesTheSamples) {
+  target_.font = {.Name = "Liberation Mono", .Size = 10.5};
+  Show([](HWND dialog) {
+    const HWND list = GetDlgItem(dialog, frmSettings::lstFontName);
+    EXPECT_EQ(SendMessageA(list, LB_GETCOUNT, 0, 0), 7);
+    EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), LB_ERR);
+    EXPECT_EQ(WindowText(GetDlgItem(dialog, frmSettings::cboFontSize)), "10");
+    PressKey(VK_RETURN);
+  });
+  EXPECT_EQ(target_.font, (FontProperty{.Name = "Courier New", .Size = 10}));
+}
+
+TEST_F(SettingsDialogTest, TheSystemsFontDialogGivesNameAndSize) {
+  Show([](HWND dialog) {
+    PressKey('F', {VK_MENU});
+    WorkOnModal("Font", [](HWND) { PressKey(VK_ESCAPE); });
+    EXPECT_TRUE(WaitUntil([&] { return IsForeground(dialog); }));
+    EXPECT_EQ(SampleFont(dialog), "Verdana 16") << "cancelled";
+    PressKey('F', {VK_MENU});
+    WorkOnModal("Font", [](HWND window) {
+      const auto choose = [&](int id, const char* text) {
+        SendDlgItemMessageA(window, id, CB_SELECTSTRING, static_cast<WPARAM>(-1),
+                            reinterpret_cast<LPARAM>(text));
+        SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)), 0);
+      };
+      choose(kFace, "Liberation Serif");
+      choose(kSize, "18");
+      PressKey(VK_RETURN);
+    });
+    EXPECT_TRUE(SampleBecomes(dialog, "Liberation Serif 24"));
+    const HWND list = GetDlgItem(dialog, frmSettings::lstFontName);
+    EXPECT_EQ(SendMessageA(list, LB_GETCURSEL, 0, 0), 6) << "appended and selected";
+    EXPECT_TRUE(WaitUntil([&] { return IsForeground(dialog); }));
+    PressKey(VK_RETURN);
+  });
+  EXPECT_EQ(target_.font, (FontProperty{.Name = "Liberation Serif", .Size = 18}));
+}
+
+TEST_F(SettingsDialogTest, ARegistryThatRefusesIsReportedAndTheRestGoesOn) {
+  // A key that has been deleted, in place of the user's.
+  const UniqueRegKey gone = registry_.CreateRegKey(HKEY_CURRENT_USER, "gone");
+  RegDeleteKeyA(HKEY_CURRENT_USER, "gone");
+  RegOverridePredefKey(HKEY_CURRENT_USER, gone.get());
+  Show([](HWND) { PressKey('T', {VK_MENU}), PressKey(VK_RETURN); });
+  EXPECT_EQ(std::count(messages_.begin(), messages_.end(), "Undefined key error code! -- 1018"), 6);
+  EXPECT_TRUE(target_.tips);
+}
+
+}  // namespace
+}  // namespace snip::test

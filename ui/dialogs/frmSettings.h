@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Dialog.h"
+#include "ui/caption/CaptionHook.h"
+#include "platform/Handle.h"
+#include "settings/SettingsStore.h"
+#include "ui/dialogs/SettingsChoices.h"
+#include "ui/dialogs/SettingsTarget.h"
+
+namespace snip {
+
+/// The settings dialog. It begins with what the running program is set to; OK applies and saves, Cancel and
+/// closing do nothing.
+class frmSettings : public Dialog {
+ public:
+  enum Control : int {
+    chkShowTips = 100,
+    chkMinimize,
+    chkToolbarSounds,
+    chkMenuDrag,
+    lstFontName,
+    cboFontSize,
+    lblDisp,
+    cmdFont,
+  };
+
+  frmSettings(SettingsTarget& target, const SettingsStore& store, CaptionPainter& caption)
+      : target_(target), store_(store), caption_(caption) {}
+
+  /// Shows the dialog and waits until it is closed.
+  void ShowMe(HWND owner);
+
+ protected:
+  void OnInit() override;
+  void OnCommand(int id, int notification) override;
+  void OnClose() override { End(IDCANCEL); }
+  void OnDestroy() override { captionHook_.Remove(); }
+  INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  void AddControls();
+  void Form_Load();
+  void lstFontName_Click();
+  void cboFontSize_Change();
+  void cboFontSize_Click();
+  void cmdFont_Click();
+  void cmdOK_Click();
+
+  HWND Item(Control control) const { return GetDlgItem(hWnd(), control); }
+  void SelectFontName(const std::string& name);
+  void SetFontSizeText(int points);
+  void TakeFontSize(const std::string& text);
+  void ShowSample();
+
+  SettingsTarget& target_;
+  const SettingsStore& store_;
+  CaptionPainter& caption_;
+  CaptionHook captionHook_;
+  SettingsChoices choices_;
+  UniqueFont sampleFont_;
+};
+
+}  // namespace snip
