@@ -165,7 +165,7 @@ void frmSettings::cmdFont_Click() {
   dialog.CancelError = true;  // else a cancelled dialog would look like one that chose the code font
   if (dialog.ShowFont() == CommonDialog::kCancelError) return;
   // A list entry ends at the first zero byte of the field that the name comes in.
-  const std::string name = dialog.FontName.c_str();
+  const std::string name = dialog.FontName.substr(0, dialog.FontName.find('\0'));
   if (name.empty()) return;
   SelectFontName(name);
   SetFontSizeText(dialog.FontSize);
