@@ -17,6 +17,8 @@
 #include "settings/SettingsText.h"
 #include "ui/commandbar/PropertyFont.h"
 #include "ui/dialogs/CommonDialog.h"
+#include "ui/dialogs/frmAbout.h"
+#include "ui/dialogs/frmSettings.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowKeys.h"
 #include "ui/main/MainWindowLayout.h"
@@ -373,6 +375,13 @@ void frmAddIn::cmd_ButtonClicked(int index) {
     case MainButton::kDeleteSnippet:
       editing_.DeleteSelectedSnippet();
       break;
+    case MainButton::kSettings:
+      frmSettings(*this, services_.settings, services_.caption).ShowMe(hWnd());
+      tTip_.TakeListFont();
+      break;
+    case MainButton::kAbout:
+      frmAbout(services_.showMessage, services_.caption).ShowMe(hWnd());
+      break;
     case MainButton::kKeepOnTop:
       SetKeepOnTop(cmd_.state(MainButton::kKeepOnTop) == 1);
       break;
@@ -406,6 +415,11 @@ void frmAddIn::CopyCode() {
 
 void frmAddIn::SetKeepOnTop(bool onTop) {
   SetWindowPos(hWnd(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+void frmAddIn::SetSnippetTips(bool tips) {
+  snippetTips_ = tips;
+  if (!tips) tTip_.Hide();  // the timer does not look at it any more
 }
 
 void frmAddIn::PopUp(frmMenu& menu, POINT screen) {

@@ -12,6 +12,7 @@
 #include "settings/SettingsStore.h"
 #include "ui/caption/CaptionHook.h"
 #include "ui/commandbar/BnCommandBar.h"
+#include "ui/dialogs/SettingsTarget.h"
 #include "ui/main/Attachments.h"
 #include "ui/main/CodeOutput.h"
 #include "ui/main/LibraryChooser.h"
@@ -28,7 +29,7 @@ namespace snip {
 
 /// The main window. Makes its controls and lays them out, decodes messages and hands them to the logic in
 /// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments` and `CodeOutput`.
-class frmAddIn : public Window, private AttachmentView {
+class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  public:
   // Control ids; automation finds the controls by them.
   static constexpr int kFilesId = 1001;
@@ -116,6 +117,17 @@ class frmAddIn : public Window, private AttachmentView {
   bool MinimizeOnView() const override { return minimizeOnView_; }
   void Minimize() override { ShowWindow(hWnd(), SW_MINIMIZE); }
   void ShellOpen(const std::string& path) override;
+
+  // SettingsTarget; MinimizeOnView is that of AttachmentView as well
+  bool AllowMenuDrag() const override { return allowMenuDrag_; }
+  void SetAllowMenuDrag(bool allow) override { allowMenuDrag_ = allow; }
+  bool PlaysSounds() const override { return cmd_.PlaysSounds(); }
+  void SetPlaysSounds(bool plays) override { cmd_.SetPlaysSounds(plays); }
+  void SetMinimizeOnView(bool minimize) override { minimizeOnView_ = minimize; }
+  bool SnippetTips() const override { return snippetTips_; }
+  void SetSnippetTips(bool tips) override;
+  FontProperty CodeFont() const override { return controls_.Font(); }
+  void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
 
   Library library_;
   Services services_;
