@@ -34,6 +34,13 @@ class Frame : public Window {
                    .place = place,
                    .iconId = IDI_SNIPSTORE});
   }
+  bool MakeDialogOf(HWND owner, const Rect& place) {
+    return Create({.className = "CaptionTestFrame",
+                   .title = "Dialog",
+                   .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE,
+                   .place = place,
+                   .parent = owner});
+  }
   std::multiset<UINT> seen;
 
  protected:
@@ -129,6 +136,30 @@ TEST_F(CaptionTest, ShowsWhetherTheWindowIsActive) {
         WaitUntil([&] { return HasGradient(other.hWnd(), kSilver) && HasGradient(frame_.hWnd(), kBlue); }));
     ClickCentre(other.hWnd());
   }
+}
+
+TEST_F(CaptionTest, AnOwnerLooksActiveWhileItsHookedDialogIs) {
+  CaptionHook hook;
+  {
+    Frame dialog;
+    ASSERT_TRUE(dialog.MakeDialogOf(frame_.hWnd(), {120, 320, 200, 100}));
+    ASSERT_TRUE(WaitUntil([&] { return HasGradient(frame_.hWnd(), kSilver); })) << "not hooked yet";
+    hook.Install(dialog.hWnd(), painter_);
+    SetActiveWindow(frame_.hWnd());
+    SetActiveWindow(dialog.hWnd());
+    EXPECT_TRUE(WaitUntil([&] { return HasGradient(dialog.hWnd(), kBlue); }));
+    EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
+
+    Frame other;
+    ASSERT_TRUE(other.Make({550, 100, 200, 100}));
+    EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame_.hWnd(), kSilver); }));
+    SetActiveWindow(dialog.hWnd());
+  }
+  SetActiveWindow(frame_.hWnd());
+  EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame_.hWnd(), kBlue); }));
+  Frame other;
+  ASSERT_TRUE(other.Make({550, 100, 200, 100}));
+  EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame_.hWnd(), kSilver); })) << "the dialog is gone";
 }
 
 TEST_F(CaptionTest, ShowsIconAndText) {

@@ -65,6 +65,7 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   window_ = window;
   painter_ = &painter;
   active_ = HasActiveCaption(window);
+  dialogActive_ = false;
   frameTaken_ = false;  // a window that went with its hook took its frame along
   icon_.reset();
   SetPropA(window, kHookProperty, this);
@@ -86,6 +87,7 @@ void CaptionHook::Remove() {
 void CaptionHook::Detach() {
   const HWND window = std::exchange(window_, nullptr);
   if (window == nullptr) return;
+  ShareWithOwner(window, false);
   RemovePropA(window, kHookProperty);
   const WNDPROC previous = ToProcedure(RemovePropA(window, kPreviousProperty));
   if (previous == nullptr) return;
@@ -96,6 +98,14 @@ void CaptionHook::Detach() {
     // Whoever is in front of us will go on calling us; taking him out with us would break what he does.
     SetPropA(window, kPassOnProperty, ToHandle(previous));
   }
+}
+
+/// The owner of a dialog keeps its active title bar while the dialog has the focus.
+void CaptionHook::ShareWithOwner(HWND window, bool active) {
+  const HWND owner = GetWindow(window, GW_OWNER);
+  CaptionHook* hook = owner == nullptr ? nullptr : Of(owner);
+  if (hook == nullptr || active == std::exchange(hook->dialogActive_, active)) return;
+  PaintAgain(owner);
 }
 
 CaptionHook* CaptionHook::Of(HWND window) {
@@ -164,6 +174,7 @@ LRESULT CaptionHook::HandleMessage(WNDPROC previous, UINT message, WPARAM wParam
 LRESULT CaptionHook::OnNcActivate(WNDPROC previous, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
   active_ = wParam != 0;
+  ShareWithOwner(window, active_);
   if (!painter_->CanPaint(window)) return CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, lParam);
   // With -1 the system notes the change but draws nothing: its own title bar would be seen for a moment.
   const LRESULT result = CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, -1);
@@ -228,7 +239,7 @@ void CaptionHook::Paint() {
     if (Of(window) != this) return;
     icon_ = icon;
   }
-  painter_->Paint(window, active_, *icon_);
+  painter_->Paint(window, active_ || dialogActive_, *icon_);
 }
 
 }  // namespace snip

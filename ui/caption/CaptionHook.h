@@ -33,6 +33,7 @@ class CaptionHook {
   static CaptionHook* Of(HWND window);
   static LRESULT CALLBACK HookProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static void PaintAgain(HWND window);
+  static void ShareWithOwner(HWND window, bool active);
 
   void Detach();
   LRESULT HandleMessage(WNDPROC previous, UINT message, WPARAM wParam, LPARAM lParam);
@@ -45,6 +46,7 @@ class CaptionHook {
   HWND window_ = nullptr;
   CaptionPainter* painter_ = nullptr;
   bool active_ = false;
+  bool dialogActive_ = false;  ///< A hooked window that this one owns is active.
   bool frameTaken_ = false;
   std::optional<HICON> icon_;  ///< The window's or its class's; null when there is none.
 };
