@@ -126,7 +126,7 @@ class Gallery : public Window {
   PictureRef Icon(int id) const { return Picture::FromResource(id, {Scaled(kPicture), Scaled(kPicture)}); }
 
   void MakeBars() {
-    tip_.Load(hWnd());
+    tip_.Load();
     for (BnCommandBar* bar : {&bar_, &dockable_}) {
       bar->CreateIn(hWnd(), bar == &bar_ ? 1 : 2, bar == &bar_ ? "Live" : "Dockable",
                     {.Name = "Tahoma", .Size = 8.25});

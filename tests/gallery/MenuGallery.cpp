@@ -96,9 +96,9 @@ class Gallery : public Window {
   SoundEffects sounds_{registry_};
   frmMenu menu_{"Gallery",
                 {.sounds = sounds_,
-                 .makeTip = [](HWND owner) -> std::unique_ptr<TipWindow> {
+                 .makeTip = [](HWND) -> std::unique_ptr<TipWindow> {
                    auto tip = std::make_unique<frmTip>();
-                   if (!tip->Load(owner)) return nullptr;
+                   if (!tip->Load()) return nullptr;
                    return tip;
                  }},
                 {.Clicked = [this](std::int32_t ID) { Tell("Clicked " + std::to_string(ID)); },

@@ -32,7 +32,7 @@ class BnCommandBarTest : public testing::Test {
   void SetUp() override {
     frame_ = CreateWindowExA(0, "STATIC", "bar", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 600, 200, nullptr,
                              nullptr, nullptr, nullptr);
-    ASSERT_TRUE(tip_.Load(frame_));
+    ASSERT_TRUE(tip_.Load());
     ASSERT_TRUE(bar_.CreateIn(frame_, 1, "Tools", {.Name = "Tahoma", .Size = 8.25}));
     MoveWindow(bar_.hWnd(), 0, 0, 560, 26, TRUE);
     const PictureRef picture = Picture::FromResource(IDB_NEW_SNIPPET);

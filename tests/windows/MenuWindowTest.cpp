@@ -117,7 +117,7 @@ class MenuWindowTest : public testing::Test {
                           .makeTip = [this](HWND owner) -> std::unique_ptr<TipWindow> {
                             auto tip = std::make_unique<frmTip>();
                             tipOwner_ = owner;
-                            if (!tip->Load(owner)) return nullptr;
+                            if (!tip->Load()) return nullptr;
                             return tip;
                           }},
         frmMenu::Events{

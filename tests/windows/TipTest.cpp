@@ -18,7 +18,7 @@ class TipTest : public testing::Test {
     for (const char* row : {"first", "second", "third"}) {
       SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(row));
     }
-    ASSERT_TRUE(tip_.Load(frame_));
+    ASSERT_TRUE(tip_.Load());
     ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == frame_; }));
     SetFocus(list_);
   }

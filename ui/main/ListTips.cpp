@@ -13,10 +13,11 @@ POINT Pointer() {
 
 }  // namespace
 
-void ListTips::Load(HWND owner, HWND pane, HWND list) {
+void ListTips::Load(HWND pane, HWND list) {
   pane_ = pane;
   list_ = list;
-  tip_.Load(owner);
+  tip_.Load();
+  tip_.SetExtended(list);
 }
 
 void ListTips::TakeListFont() {

@@ -59,9 +59,9 @@ void FillMenu(frmMenu& menu, std::span<const Item> items) {
 }
 
 frmMenu::Services MenuServices(const SoundEffects& sounds) {
-  return {.sounds = sounds, .makeTip = [](HWND owner) -> std::unique_ptr<TipWindow> {
+  return {.sounds = sounds, .makeTip = [](HWND) -> std::unique_ptr<TipWindow> {
             auto tip = std::make_unique<frmTip>();
-            return tip->Load(owner) ? std::move(tip) : nullptr;
+            return tip->Load() ? std::move(tip) : nullptr;
           }};
 }
 

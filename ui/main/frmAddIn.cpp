@@ -163,7 +163,7 @@ void frmAddIn::MakeControls() {
   const Size picture{twips_.ToPixelsX(kBarPicture), twips_.ToPixelsY(kBarPicture)};
 
   captionHook_.Install(hWnd(), services_.caption);
-  barTip_.Load(hWnd());
+  barTip_.Load();
   barTip_.SetFont(font_.get());
   menus_.Fill();
   // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
@@ -186,7 +186,7 @@ void frmAddIn::MakeControls() {
   // Tab goes through the siblings from the top: to the attachment before the code.
   SetWindowPos(picAttach_.hWnd(), controls_.txtDesc(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 
-  tTip_.Load(hWnd(), leftPane_.hWnd(), controls_.lstCode());
+  tTip_.Load(leftPane_.hWnd(), controls_.lstCode());
   tTip_.TakeListFont();
   LoadSettings();
   SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
@@ -529,6 +529,15 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
+void frmAddIn::ShowListTip() {
+  // The box over the row that is renamed would be covered.
+  if (IsWindowVisible(controls_.txtName()) != 0) {
+    tTip_.Hide();
+  } else {
+    tTip_.tTip_Timer();
+  }
+}
+
 void frmAddIn::txtCode_MouseDown(int button, POINT screen) {
   constexpr int right = 2;
   if (button == right) OpenEditMenu(screen);
@@ -750,7 +759,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Form_Resize();
       return 0;
     case WM_TIMER:
-      if (wParam == kTipTimer && snippetTips_) tTip_.tTip_Timer();
+      if (wParam == kTipTimer && snippetTips_) ShowListTip();
       return 0;
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) RememberFocus();

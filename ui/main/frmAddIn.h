@@ -101,6 +101,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void Output();
   void CopyCode();
   void SetKeepOnTop(bool onTop);
+  void ShowListTip();
   void txtCode_MouseDown(int button, POINT screen);
   void DropFiles(HDROP files);
 

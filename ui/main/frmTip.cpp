@@ -24,13 +24,13 @@ frmTip::~frmTip() {
   Destroy();
 }
 
-bool frmTip::Load(HWND owner) {
+bool frmTip::Load() {
+  // Without an owner: Wine does not let a window that owns topmost ones become topmost itself.
   return Create({.className = "frmTip",
                  .style = WS_POPUP,
                  .exStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
                  .place = {},
-                 .parent = owner,
-                 .classStyle = CS_SAVEBITS,
+                 .classStyle = CS_SAVEBITS | CS_DBLCLKS,
                  .background = COLOR_INFOBK});
 }
 
@@ -74,14 +74,32 @@ void frmTip::Form_Paint() {
   FrameRect(dc, &area, GetSysColorBrush(COLOR_INFOTEXT));
 }
 
-void frmTip::PassClickOn(UINT message, WPARAM wParam, POINT place) {
+bool frmTip::ExtendsAt(POINT screen) const {
+  if (extended_ == nullptr) return false;
+  ScreenToClient(extended_, &screen);
+  RECT area{};
+  GetClientRect(extended_, &area);
+  return PtInRect(&area, screen) != 0;
+}
+
+/// The window that a click there is meant for; null when it is no window of ours.
+HWND frmTip::Beneath(POINT screen) {
+  // Staying, it gets both halves of a double click, and the release that asks for a menu.
+  if (ExtendsAt(screen)) return extended_;
   Hide();
-  ClientToScreen(hWnd(), &place);
-  const HWND beneath = WindowFromPoint(place);
+  const HWND beneath = WindowFromPoint(screen);
   // Another program's window, or a scroll bar, is not what the tip stands for.
-  if (beneath == nullptr || GetWindowThreadProcessId(beneath, nullptr) != GetCurrentThreadId()) return;
-  const bool inClientArea = SendMessageA(beneath, WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y)) == HTCLIENT;
-  if (!inClientArea) return;
+  if (beneath == nullptr || GetWindowThreadProcessId(beneath, nullptr) != GetCurrentThreadId())
+    return nullptr;
+  const bool inClientArea =
+      SendMessageA(beneath, WM_NCHITTEST, 0, MAKELPARAM(screen.x, screen.y)) == HTCLIENT;
+  return inClientArea ? beneath : nullptr;
+}
+
+void frmTip::PassClickOn(UINT message, WPARAM wParam, POINT place) {
+  ClientToScreen(hWnd(), &place);
+  const HWND beneath = Beneath(place);
+  if (beneath == nullptr) return;
   SetActiveWindow(GetAncestor(beneath, GA_ROOT));
   ScreenToClient(beneath, &place);
   PostMessageA(beneath, message, wParam, MAKELPARAM(place.x, place.y));
@@ -97,7 +115,11 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
     case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK:
+    case WM_LBUTTONUP:
     case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:
+    case WM_RBUTTONUP:
     case WM_MBUTTONDOWN:
       PassClickOn(message, wParam, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
       return 0;

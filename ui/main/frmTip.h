@@ -14,10 +14,12 @@ class frmTip : public Window, public TipWindow {
   frmTip() = default;
   ~frmTip() override;
 
-  /// Makes the window, hidden. `owner` is the window it goes with.
-  bool Load(HWND owner);
+  /// Makes the window, hidden.
+  bool Load();
   /// The font stays the caller's.
   void SetFont(HFONT font) { font_ = font; }
+  /// The window whose extension it is: a click over it goes there and leaves the tip.
+  void SetExtended(HWND window) { extended_ = window; }
 
   void ShowTip(const std::string& text, int x, int y) override;
   void Hide() override;
@@ -29,10 +31,13 @@ class frmTip : public Window, public TipWindow {
 
  private:
   void Form_Paint();
+  bool ExtendsAt(POINT screen) const;
+  HWND Beneath(POINT screen);
   void PassClickOn(UINT message, WPARAM wParam, POINT place);
 
   std::string text_;
   HFONT font_ = nullptr;
+  HWND extended_ = nullptr;
 };
 
 }  // namespace snip
