@@ -55,6 +55,12 @@ BOOL CALLBACK CompareId(HWND child, LPARAM parameter) {
   return search.found == nullptr ? TRUE : FALSE;
 }
 
+std::string ClassOf(HWND window) {
+  char name[64]{};
+  GetClassNameA(window, name, sizeof name);
+  return name;
+}
+
 void Send(std::vector<INPUT> inputs) {
   SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
 }
@@ -129,30 +135,38 @@ void MovePointer(POINT screen) {
                    (screen.y * 65536 + height - 1) / height)});
 }
 
-void PressMouse() {
-  Send({MouseInput(MOUSEEVENTF_LEFTDOWN)});
+void PressMouse(MouseButton button) {
+  Send({MouseInput(button == MouseButton::Left ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN)});
 }
 
-void ReleaseMouse() {
-  Send({MouseInput(MOUSEEVENTF_LEFTUP)});
+void ReleaseMouse(MouseButton button) {
+  Send({MouseInput(button == MouseButton::Left ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP)});
 }
 
-void ClickAt(HWND window, POINT place, int times) {
-  POINT screen = place;
+void PointAt(HWND window, POINT place) {
+  HWND there = nullptr;
   const bool reached = WaitUntil([&] {
-    screen = place;
+    POINT screen = place;
     ClientToScreen(window, &screen);
-    const HWND there = WindowFromPoint(screen);
-    return there == window || IsChild(window, there) != 0;
-  });
-  if (!reached) throw std::runtime_error("another window covers the place to click");
-  MovePointer(screen);
-  WaitUntil([&] {
     POINT pointer{};
     GetCursorPos(&pointer);
-    return pointer.x == screen.x && pointer.y == screen.y;
+    if (pointer.x != screen.x || pointer.y != screen.y) {
+      MovePointer(screen);
+      return false;
+    }
+    there = WindowFromPoint(screen);
+    return there == window || IsChild(window, there) != 0 ||
+           ClassOf(there) == "frmTip";  // which lets clicks through
   });
-  for (int i = 0; i < times; ++i) Send({MouseInput(MOUSEEVENTF_LEFTDOWN), MouseInput(MOUSEEVENTF_LEFTUP)});
+  if (!reached) throw std::runtime_error(ClassOf(window) + " is covered by " + ClassOf(there));
+}
+
+void ClickAt(HWND window, POINT place, int times, MouseButton button) {
+  PointAt(window, place);
+  for (int i = 0; i < times; ++i) {
+    PressMouse(button);
+    ReleaseMouse(button);
+  }
 }
 
 void ClickCentre(HWND window, int times) {

@@ -30,10 +30,13 @@ void PressKey(WORD virtualKey, std::initializer_list<WORD> held = {});
 /// Characters that a plain or shifted key gives.
 void TypeText(const std::string& text);
 void MovePointer(POINT screen);
-void PressMouse();
-void ReleaseMouse();
-/// Clicks a place of a window, in its client pixels, once the window is what lies there on the screen.
-void ClickAt(HWND window, POINT place, int times = 1);
+enum class MouseButton { Left, Right };
+void PressMouse(MouseButton button = MouseButton::Left);
+void ReleaseMouse(MouseButton button = MouseButton::Left);
+/// Moves to a place of a window, in its client pixels, once the window is what lies there on the screen.
+void PointAt(HWND window, POINT place);
+/// Clicks there.
+void ClickAt(HWND window, POINT place, int times = 1, MouseButton button = MouseButton::Left);
 void ClickCentre(HWND window, int times = 1);
 
 /// Whether a window is the one that gets keys.

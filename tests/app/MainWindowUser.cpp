@@ -1,0 +1,307 @@
+#include "tests/app/MainWindowUser.h"
+
+#include <shlwapi.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "library/BnsFormat.h"
+#include "platform/ScreenTwips.h"
+#include "platform/Win32Text.h"
+#include "ui/dialogs/frmMsg.h"
+#include "ui/main/MainToolbars.h"
+#include "ui/main/frmAddIn.h"
+
+namespace snip::test {
+namespace {
+
+constexpr int kFileDialogName = 0x47C;
+
+std::string KeyOf(const std::string& section) {
+  return "Software\\Brennic\\BnSnipstore\\2.0\\" + section;
+}
+
+struct ClassSearch {
+  const char* className;
+  HWND found;
+};
+
+BOOL CALLBACK CompareClass(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<ClassSearch*>(parameter);
+  char name[64]{};
+  GetClassNameA(window, name, sizeof name);
+  if (IsWindowVisible(window) == 0 || lstrcmpiA(name, search.className) != 0) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+HWND FindVisibleOfClass(const char* className) {
+  ClassSearch search{className, nullptr};
+  EnumWindows(&CompareClass, reinterpret_cast<LPARAM>(&search));
+  return search.found;
+}
+
+// Wine translates a list's texts between processes only when they are asked for as wide characters.
+
+std::string RowText(HWND list, int row) {
+  const LRESULT length = SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(row), 0);
+  if (length < 0) return {};
+  std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
+  SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(wide.data()));
+  const int size = WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
+  std::string text(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, text.data(), size, nullptr, nullptr);
+  text.pop_back();
+  return text;
+}
+
+int RowOf(HWND list, const std::string& text) {
+  const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+  for (int row = 0; row < count; ++row) {
+    if (RowText(list, row) == text) return row;
+  }
+  throw std::runtime_error("no row " + text);
+}
+
+AccessibleChild ChildNamed(HWND window, const std::string& name) {
+  const AccessibleClient client(window);
+  for (const AccessibleChild& child : client.Children()) {
+    if (child.name == name) return child;
+  }
+  throw std::runtime_error("nothing is called " + name);
+}
+
+/// Clicks a place on the screen that belongs to a window.
+void ClickScreen(HWND window, POINT screen) {
+  ScreenToClient(window, &screen);
+  ClickAt(window, screen);
+}
+
+}  // namespace
+
+std::string ClipboardNow() {
+  if (OpenClipboard(nullptr) == 0) return {};
+  const HANDLE data = GetClipboardData(CF_TEXT);
+  const auto* text = data == nullptr ? nullptr : static_cast<const char*>(GlobalLock(data));
+  std::string result = text == nullptr ? "" : text;
+  if (text != nullptr) GlobalUnlock(data);
+  CloseClipboard();
+  return result;
+}
+
+MainWindowUser::MainWindowUser() : twips_(ScreenTwips()) {
+  program_.MarkAsRunBefore();
+}
+
+Snippet MainWindowUser::Named(const std::string& name) {
+  return {.Name = name, .Attachment = "", .Code = "'" + name, .Description = "about " + name};
+}
+
+void MainWindowUser::WriteLibrary(const std::string& library, const Names& snippets) const {
+  std::vector<Snippet> contents;
+  for (const std::string& name : snippets) contents.push_back(Named(name));
+  program_.folder().Write(library + ".bns", WriteBns(contents));
+}
+
+void MainWindowUser::SetSetting(const std::string& section, const std::string& value,
+                                const std::string& text) {
+  SHSetValueA(HKEY_CURRENT_USER, KeyOf(section).c_str(), value.c_str(), REG_SZ, text.c_str(),
+              static_cast<DWORD>(text.size() + 1));
+}
+
+std::string MainWindowUser::Setting(const std::string& section, const std::string& value) {
+  char text[200]{};
+  DWORD size = sizeof text;
+  SHGetValueA(HKEY_CURRENT_USER, KeyOf(section).c_str(), value.c_str(), nullptr, text, &size);
+  return text;
+}
+
+void MainWindowUser::Open() {
+  program_.Start();
+  window_ = program_.MainWindow();
+  ASSERT_NE(window_, nullptr);
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_) && (Selected() == 0 || !Prompt().empty()); }));
+}
+
+void MainWindowUser::Close() {
+  PostMessageA(window_, WM_CLOSE, 0, 0);
+  ASSERT_TRUE(program_.WaitForEnd()) << Prompt();
+  ASSERT_EQ(program_.ExitCode(), 0U);
+}
+
+HWND MainWindowUser::List() const {
+  return Control(frmAddIn::kListId);
+}
+HWND MainWindowUser::Files() const {
+  return Control(frmAddIn::kFilesId);
+}
+HWND MainWindowUser::Code() const {
+  return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD);
+}
+HWND MainWindowUser::Description() const {
+  return Control(frmAddIn::kDescriptionId);
+}
+HWND MainWindowUser::NameBox() const {
+  return Control(frmAddIn::kNameId);
+}
+HWND MainWindowUser::FileNameBox() const {
+  return Control(frmAddIn::kFileNameId);
+}
+
+int MainWindowUser::Selected() const {
+  return static_cast<int>(SendMessageA(List(), LB_GETCURSEL, 0, 0));
+}
+
+Names MainWindowUser::Rows() const {
+  Names rows;
+  const LRESULT count = SendMessageA(List(), LB_GETCOUNT, 0, 0);
+  for (int row = 0; row < count; ++row) rows.push_back(RowText(List(), row));
+  return rows;
+}
+
+bool MainWindowUser::CodeLocked() const {
+  return (GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY) != 0;
+}
+
+HWND MainWindowUser::Focus() const {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
+  return info.hwndFocus;
+}
+
+bool MainWindowUser::FocusComes(HWND control) const {
+  return WaitUntil([&] { return Focus() == control && IsForeground(window_); });
+}
+
+AccessibleChild MainWindowUser::Button(int bar, const std::string& name) const {
+  return ChildNamed(Control(bar), name);
+}
+
+std::string MainWindowUser::Prompt() const {
+  const HWND box = GetLastActivePopup(window_);
+  const HWND label = box == window_ ? nullptr : GetDlgItem(box, frmMsg::kLabelId);
+  return label != nullptr && IsWindowVisible(box) != 0 && IsForeground(box) ? WindowText(label) : "";
+}
+
+Rect MainWindowUser::Place(HWND window) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  return {static_cast<int>(place.left), static_cast<int>(place.top),
+          static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
+}
+
+void MainWindowUser::ClickRow(int row, int times, MouseButton button) const {
+  RECT place{};
+  SendMessageA(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+  ClickAt(List(), {place.left + 20, (place.top + place.bottom) / 2}, times, button);
+}
+
+void MainWindowUser::ClickButton(int bar, const std::string& name) {
+  const Rect place = Button(bar, name).place;
+  // Two clicks in the same place would be a double click.
+  const int aside = ++buttonClicks_ % 2 == 0 ? -4 : 4;
+  ClickBar(bar, {place.left + 10 + aside, place.top + place.height / 2});
+}
+
+void MainWindowUser::ClickArrow() const {
+  const AccessibleClient bar(Control(frmAddIn::kMainBarId));
+  const Rect place = bar.Children()[MainButton::kOutput].place;
+  ClickBar(frmAddIn::kMainBarId, {place.right() - 4, place.top + place.height / 2});
+}
+
+/// Clicks a place of the screen on a toolbar once the button there has found the pointer over it.
+void MainWindowUser::ClickBar(int bar, POINT screen) const {
+  const HWND window = Control(bar);
+  ScreenToClient(window, &screen);
+  PointAt(window, screen);
+  const AccessibleClient client(window);
+  WaitUntil([&] {
+    for (const AccessibleChild& child : client.Children()) {
+      if (child.Has(STATE_SYSTEM_HOTTRACKED)) return true;
+    }
+    return false;
+  });
+  ClickAt(window, screen);
+}
+
+HWND MainWindowUser::Menu(const std::string& title) {
+  HWND menu = nullptr;
+  WaitUntil([&] {
+    menu = FindVisibleWindow(title);
+    return menu != nullptr;
+  });
+  return menu;
+}
+
+void MainWindowUser::ClickItem(const std::string& menu, const std::string& item) {
+  const HWND window = Menu(menu);
+  if (window == nullptr) throw std::runtime_error("no menu " + menu);
+  Rect place;
+  // It unfolds.
+  WaitUntil([&] {
+    const Rect before = place;
+    place = ChildNamed(window, item).place;
+    return before == place && Place(window).bottom() >= place.bottom();
+  });
+  ClickScreen(window, {place.left + place.width / 2, place.top + place.height / 2});
+}
+
+void MainWindowUser::ChooseLibrary(const std::string& entry) const {
+  ClickCentre(Files());
+  HWND list = nullptr;
+  WaitUntil([&] { return (list = FindVisibleOfClass("ComboLBox")) != nullptr; });
+  RECT place{};
+  SendMessageA(list, LB_GETITEMRECT, static_cast<WPARAM>(RowOf(list, entry)),
+               reinterpret_cast<LPARAM>(&place));
+  ClickAt(list, {place.left + 20, (place.top + place.bottom) / 2});
+}
+
+void MainWindowUser::Answer(const std::string& prompt, int button) const {
+  ASSERT_TRUE(WaitUntil([&] { return Prompt() == prompt; })) << "\"" << Prompt() << "\"";
+  const HWND box = GetLastActivePopup(window_);
+  ClickCentre(GetDlgItem(box, button));
+  ASSERT_TRUE(WaitUntil([&] { return IsWindow(box) == 0; }));
+}
+
+void MainWindowUser::ChooseFile(const std::string& title, const std::string& path) const {
+  const HWND dialog = WaitForWindow(title);
+  ASSERT_NE(dialog, nullptr) << title;
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(dialog); }));
+  if (!path.empty()) {
+    SendMessageA(GetDlgItem(dialog, kFileDialogName), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+  }
+  PressKey(path.empty() ? VK_ESCAPE : VK_RETURN);
+  ASSERT_TRUE(WaitUntil([&] { return IsWindow(dialog) == 0; })) << title << " stays open";
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_); }));
+}
+
+void MainWindowUser::TypeOver(HWND field, const std::string& text) {
+  PressKey('A', {VK_CONTROL});
+  TypeText(text);
+  ASSERT_TRUE(WaitUntil([&] { return WindowText(field) == text; })) << WindowText(field);
+}
+
+void MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& end) const {
+  const Rect start = Place(splitter);
+  // In a third of its length, so that no other splitter meets it there.
+  const POINT grip{start.width / 2, start.height / 3};
+  PointAt(splitter, grip);
+  PressMouse();
+  constexpr int kSteps = 3;
+  for (int step = 1; step <= kSteps; ++step) {
+    MovePointer({start.left + grip.x + by.x * step / kSteps, start.top + grip.y + by.y * step / kSteps});
+    ASSERT_TRUE(WaitUntil([&] {
+      const Rect now = Place(splitter);
+      return now.left == start.left + by.x * step / kSteps || now.top == start.top + by.y * step / kSteps;
+    }));
+  }
+  ASSERT_TRUE(WaitUntil([&] {
+    const Rect now = Place(splitter);
+    return now.left - start.left == (start.width < start.height ? by.x : 0) &&
+           now.top - start.top == (start.width < start.height ? 0 : by.y);
+  }));
+  end();
+}
+
+}  // namespace snip::test
