@@ -273,7 +273,7 @@ void MainWindowUser::ChooseFile(const std::string& title, const std::string& pat
   }
   PressKey(path.empty() ? VK_ESCAPE : VK_RETURN);
   ASSERT_TRUE(WaitUntil([&] { return IsWindow(dialog) == 0; })) << title << " stays open";
-  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_); }));
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_) && IsChild(window_, Focus()) != 0; }));
 }
 
 void MainWindowUser::TypeOver(HWND field, const std::string& text) {
