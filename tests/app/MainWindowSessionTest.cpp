@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <richedit.h>
@@ -269,8 +270,12 @@ TEST_F(MainWindowSession, MenusAreTornOffOnlyWhenAllowed) {
     Open();
     ClickRow(0, 1, MouseButton::Right);
     const HWND menu = Menu("Snippets");
-    const Rect docked = Place(menu);
-    ASSERT_TRUE(WaitUntil([&] { return WindowFromPoint({docked.left + 30, docked.top + 3}) == menu; }));
+    // It unfolds; before it stands it takes no presses.
+    Rect docked = Place(menu);
+    ASSERT_TRUE(WaitUntil([&] {
+      const Rect before = std::exchange(docked, Place(menu));
+      return docked == before && docked.width > 50 && docked.height > 50;
+    }));
     PointAt(menu, {30, 3});
     PressMouse();
     const POINT to{docked.left + 330, docked.top + 103};
@@ -292,6 +297,20 @@ TEST_F(MainWindowSession, MenusAreTornOffOnlyWhenAllowed) {
     ClickItem("Snippets", "Rename Snippet");
     EXPECT_TRUE(FocusComes(NameBox()));
     PressKey(VK_ESCAPE);
+
+    // It stays above the window that it belongs to.
+    const auto isSeen = [&] {
+      const Rect place = Place(menu);
+      return WindowFromPoint({place.left + place.width / 2, place.top + place.height / 2}) == menu;
+    };
+    ClickRow(0);
+    EXPECT_TRUE(WaitUntil(isSeen));
+    for (const bool pinned : {true, false}) {
+      PressKey('T', {VK_CONTROL});
+      EXPECT_TRUE(WaitUntil([&] {
+        return ((GetWindowLongA(window_, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0) == pinned && isSeen();
+      })) << pinned;
+    }
     ClickAt(menu, {ClientWidth(menu) - 8, 7});
     EXPECT_TRUE(WaitUntil([&] { return IsWindow(menu) == 0; }));
     PostMessageA(window_, WM_CLOSE, 0, 0);

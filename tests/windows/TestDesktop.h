@@ -15,11 +15,11 @@ void AnswerMessages(const std::function<bool(MSG&)>& preTranslate = {});
 /// Waits until `condition` holds, calling `answer` meanwhile; false when it did not within the time. Never
 /// assert after a mere pause: real input and other processes take as long as they take.
 bool WaitUntil(
-    const std::function<bool()>& condition, int milliseconds = 10000,
+    const std::function<bool()>& condition, int milliseconds = 30000,
     const std::function<void()>& answer = [] { AnswerMessages(); });
 
 /// The visible top-level window with exactly that title, or null when none came up in time.
-HWND WaitForWindow(const std::string& title, int milliseconds = 10000);
+HWND WaitForWindow(const std::string& title, int milliseconds = 30000);
 HWND FindVisibleWindow(const std::string& title);
 
 /// A window's control by its id, however deep it lies; null when there is none.

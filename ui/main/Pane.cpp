@@ -24,7 +24,6 @@ LRESULT Pane::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLORSTATIC:
-    case WM_CONTEXTMENU:  // still said by the control that it is about
       return SendMessageA(GetParent(hWnd()), message, wParam, lParam);
     case WM_PAINT:
       if (paint_) {

@@ -365,15 +365,32 @@ void frmMenu::Form_MouseMove(const MenuMouse& mouse, WPARAM keys) {
   Apply(input_.MouseMove(mouse));
 }
 
+/// Not every system raises owned windows along with their owner.
+void frmMenu::KeepAboveOwner() {
+  if (input_.State() != MenuState::Floating || owner_ == nullptr) return;
+  const auto topmost = [](HWND window) { return (GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
+  HWND place = HWND_TOP;
+  if (topmost(owner_) != topmost(hWnd())) {
+    place = topmost(owner_) ? HWND_TOPMOST : HWND_NOTOPMOST;
+  } else {
+    for (HWND above = owner_; above != nullptr; above = GetWindow(above, GW_HWNDPREV)) {
+      if (above == hWnd()) return;
+    }
+  }
+  SetWindowPos(hWnd(), place, 0, 0, 0, 0, kPlaceOnly);
+}
+
 void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) {
         Apply(input_.Deactivated());
-      } else if (input_.State() == MenuState::Floating) {
-        // Not every system raises owned windows along with their owner.
-        SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
+      } else {
+        KeepAboveOwner();
       }
+      break;
+    case WM_WINDOWPOSCHANGED:
+      KeepAboveOwner();
       break;
     case WM_ENABLE:
       if (wParam == FALSE) Apply(input_.Deactivated());

@@ -104,6 +104,7 @@ class frmMenu : public Window {
   void BecomeOwned();
   void BecomeUnowned();
   void DropTopmost();
+  void KeepAboveOwner();
   void Unfold(const Unfolding& unfolding);
   void SetHeight(int height);
   void RunPendingEvents();
