@@ -69,7 +69,8 @@ void ReadLibrary(std::string_view input) {
   Require(contents->snippets.size() <= Library::kMaxSnippets, "more snippets than a library holds");
   std::size_t bytes = 0;
   for (const Snippet& snippet : contents->snippets) {
-    for (const std::string* text : {&snippet.Name, &snippet.Attachment, &snippet.Code, &snippet.Description}) {
+    for (const std::string* text :
+         {&snippet.Name, &snippet.Attachment, &snippet.Code, &snippet.Description}) {
       bytes += text->size();
       for (std::string_view line : Split(*text, "\r\n")) {
         // Where a list ends twice, half a line end may be left.
@@ -88,10 +89,8 @@ void WriteLibrary(std::string_view input) {
   const auto texts = Split(input, "|");
   std::vector<Snippet> snippets;
   for (std::size_t i = 0; i + 3 < texts.size(); i += 4) {
-    snippets.push_back({.Name = texts[i],
-                        .Attachment = texts[i + 1],
-                        .Code = texts[i + 2],
-                        .Description = texts[i + 3]});
+    snippets.push_back(
+        {.Name = texts[i], .Attachment = texts[i + 1], .Code = texts[i + 2], .Description = texts[i + 3]});
   }
   RequireRoundTrip(snippets);
 }
@@ -133,9 +132,9 @@ void ReadStoredSettings(std::string_view input) {
   };
   const Settings settings = ReadSettings(read);
   constexpr double farthest = 32767.0 * 15;
-  for (const double number : {settings.Top, settings.Left, settings.Width.value_or(151) * 1.0,
-                              settings.Height.value_or(151) * 1.0,
-                              settings.LeftPaneWidth.value_or(151) * 1.0}) {
+  for (const double number :
+       {settings.Top, settings.Left, settings.Width.value_or(151) * 1.0, settings.Height.value_or(151) * 1.0,
+        settings.LeftPaneWidth.value_or(151) * 1.0}) {
     Require(std::abs(number) <= farthest, "a place that no screen has");
   }
   Require(!settings.FontSize || std::isfinite(*settings.FontSize), "a font size that is no number");
@@ -168,11 +167,10 @@ void ReadRegistryValues(std::string_view input) {
   Require(StrToHex(input).size() == 2 * input.size(), "hexadecimal text of another length");
 
   std::vector<std::string> strings = SplitMultiString(input);
-  Require(std::none_of(strings.begin(), strings.end(),
-                       [](const std::string& one) {
-                         return one.empty() || one.find('\0') != std::string::npos;
-                       }),
-          "strings that are none");
+  Require(
+      std::none_of(strings.begin(), strings.end(),
+                   [](const std::string& one) { return one.empty() || one.find('\0') != std::string::npos; }),
+      "strings that are none");
   if (strings.empty()) return;
   const std::string data = MultiStringData(strings.front(), std::span(strings).subspan(1));
   Require(SplitMultiString(data) == strings, "strings that read otherwise once written");
