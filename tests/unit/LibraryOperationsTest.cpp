@@ -219,6 +219,27 @@ TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSav
   EXPECT_TRUE(library.Saved);
 }
 
+TEST_F(LibraryOperationsTest, AVersion1LibraryThatConversionWouldCutShortIsLockedAndNeverWritten) {
+  for (const char* bytes : {"BNS1.0\r\n...\r\nd\r\nc\r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
+                            "BNS1.0\r\na\r\n(,)\r\nc\r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
+                            "BNS1.0\r\na\r\nd\r\nc\r\n ... \r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
+                            "BNS1.0\r\na\r\nd\r\n(.)\r\n.\r\nb\r\nd\r\nc\r\n..\r\n"}) {
+    SCOPED_TRACE(bytes);
+    LoadWithOther(bytes);
+    ChooseFile(2);
+    EXPECT_TRUE(calls.back().ends_with("so that nothing of the file is lost.")) << calls.back();
+    EXPECT_EQ(view.rows.size(), 2U);
+    EXPECT_TRUE(editing.editingDisabled());
+    operations.SaveLibrary();
+    ChooseFile(0);
+    EXPECT_EQ(store.files[kOther], bytes);
+    ExpectOpened("Strings", {"Left", "Right"});
+  }
+  LoadWithOther("BNS1.0\r\na\r\nblanks  \r\n(,)  \r\n..\r\n");
+  ChooseFile(2);
+  EXPECT_FALSE(library.Saved) << "blanks at the end of lines are not kept anyway";
+}
+
 TEST_F(LibraryOperationsTest, AnEmptyLibraryHasItsOwnNameAndCanBeFilled) {
   LoadWithOther("BNS2.0\r\n");
   ChooseFile(2);
