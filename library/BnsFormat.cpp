@@ -1,5 +1,6 @@
 #include "library/BnsFormat.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -185,6 +186,18 @@ std::string WriteBns(std::span<const Snippet> snippets) {
   }
   writeItem(kListEnd);
   return bytes;
+}
+
+bool ReadsBackWhole(std::span<const Snippet> snippets) {
+  const auto result = ReadBns(WriteBns(snippets));
+  const auto* again = std::get_if<BnsContents>(&result);
+  return again != nullptr && std::equal(again->snippets.begin(), again->snippets.end(), snippets.begin(),
+                                        snippets.end(), [](const Snippet& a, const Snippet& b) {
+                                          // Only the last line of a text can still have blanks at its end.
+                                          return a.Name == b.Name && a.Attachment == b.Attachment &&
+                                                 TrimRight(a.Code) == TrimRight(b.Code) &&
+                                                 TrimRight(a.Description) == TrimRight(b.Description);
+                                        });
 }
 
 bool EndsSnippetList(std::string_view name) {

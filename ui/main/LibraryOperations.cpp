@@ -126,9 +126,19 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
 
 void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
   const bool complete = contents.omitted == 0;
+  const bool convertible = ReadsBackWhole(contents.snippets);
   TakeContents(std::move(contents));
-  // Not saved yet in the current format; but what was not read whole must never be written back.
-  if (complete) library_.Saved = false;
+  if (!complete) return;  // what was not read whole must never be written back
+  if (convertible) {
+    library_.Saved = false;  // not yet in the current format
+    return;
+  }
+  editing_.DisableEdit(true);
+  showMessage_(
+      "This file has lines that end a text or the list of snippets in Snipstore 2.0 format. The library can "
+      "be "
+      "looked at but not changed, so that nothing of the file is lost.",
+      MessageStyle::kInformation, kMainWindowTitle);
 }
 
 void LibraryOperations::TakeContents(BnsContents contents) {
