@@ -63,6 +63,55 @@ TEST_F(AttachmentsTest, SettingTakesTheChosenPathAndMarksTheLibraryChanged) {
   }
 }
 
+TEST_F(AttachmentsTest, AStrangersPathsAreKeptAsTheyAreAndOpenedOnlyWhenTheUserAsks) {
+  const std::vector<std::string> paths = {"C:\\a b\\\"quoted\".exe\" /q",
+                                          "\\\\server\\share\\x.exe",
+                                          "CON",
+                                          "NUL",
+                                          "COM1:",
+                                          "\\\\.\\PhysicalDrive0",
+                                          "..\\..\\x.exe",
+                                          std::string(40000, 'x'),
+                                          "a\rb",
+                                          "%COMSPEC%",
+                                          "file:///C:/x.exe",
+                                          "...",
+                                          "(.)"};
+  library.Snippets.clear();
+  for (const std::string& path : paths) {
+    library.Snippets.push_back({.Name = "x", .Attachment = path, .Code = "", .Description = ""});
+  }
+  store.files["C:\\Stranger.bns"] = WriteBns(library.Snippets);
+  operations.OpenOutside("C:\\Stranger.bns");
+  minimizes = false;
+  ASSERT_EQ(library.Snippets.size(), paths.size());
+  for (std::size_t row = 0; row < paths.size(); ++row) {
+    ClickRow(static_cast<int>(row));
+    EXPECT_TRUE(done.empty());
+    EXPECT_TRUE(attachments.CanView());
+    attachments.ViewAttachment();
+    EXPECT_EQ(done, Calls{"open " + paths[row]});
+    done.clear();
+  }
+  EXPECT_TRUE(library.Saved);
+}
+
+TEST_F(AttachmentsTest, APathThatTheSystemWouldCutShortIsNotOpened) {
+  using namespace std::string_literals;
+  library.Snippets[0].Attachment = "C:\\run.exe\0.txt"s;
+  view.selected = 0;
+  EXPECT_FALSE(attachments.CanView());
+  attachments.ViewAttachment();
+  EXPECT_TRUE(done.empty());
+}
+
+TEST_F(AttachmentsTest, APathThatWouldBeTwoLinesOfTheLibraryIsNotTaken) {
+  view.selected = 2;
+  attachments.SetAttachment("C:\\a\r\n(,)");
+  EXPECT_EQ(library.Snippets[2].Attachment, " C:\\a.frm");
+  EXPECT_TRUE(library.Saved);
+}
+
 TEST_F(AttachmentsTest, WithoutASelectionOrInALockedLibraryNothingHappens) {
   chosen = "D:\\picture.bmp";
   view.selected = -1;
