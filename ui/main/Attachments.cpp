@@ -3,6 +3,14 @@
 #include "platform/Text.h"
 
 namespace snip {
+namespace {
+
+/// The system reads a path up to a zero byte, and would open another file than the library names.
+bool IsPath(const std::string& text) {
+  return text.find('\0') == std::string::npos;
+}
+
+}  // namespace
 
 Attachments::Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
                          AttachmentView& view)
@@ -15,12 +23,12 @@ Snippet* Attachments::Selected() const {
 
 bool Attachments::CanView() const {
   const Snippet* snippet = Selected();
-  return snippet != nullptr && !Trim(snippet->Attachment).empty();
+  return snippet != nullptr && !Trim(snippet->Attachment).empty() && IsPath(snippet->Attachment);
 }
 
 void Attachments::ViewAttachment() {
   const Snippet* snippet = Selected();
-  if (snippet == nullptr) return;
+  if (snippet == nullptr || !IsPath(snippet->Attachment)) return;
   const std::string path = snippet->Attachment;  // minimising lets other messages in
   if (view_.MinimizeOnView()) view_.Minimize();
   view_.ShellOpen(path);
@@ -34,6 +42,8 @@ void Attachments::SetAttachment() {
 void Attachments::SetAttachment(const std::string& path) {
   Snippet* snippet = Selected();
   if (snippet == nullptr || editing_.editingDisabled()) return;
+  // A path is one line of the library file. Windows has no such names, but a foreign file system may.
+  if (path.find("\r\n") != std::string::npos) return;
   snippet->Attachment = path;
   library_.Saved = false;
 }
