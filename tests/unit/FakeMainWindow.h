@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <new>
 #include <optional>
 #include <span>
 #include <string>
@@ -102,8 +103,9 @@ class FakeLibraryView : public LibraryView {
   int selected = -1;
   std::string fileNameText;
   bool fileNameBoxShown = false, fileNameSelected = false;
-  std::deque<std::string> names;          ///< What the user enters, one after the other; then he cancels.
-  std::optional<std::string> chosenPath;  ///< What the user picks in the dialog; nothing cancels it.
+  std::deque<std::string> names;              ///< What the user enters, one after the other; then he cancels.
+  std::optional<std::string> chosenPath;      ///< What the user picks in the dialog; nothing cancels it.
+  mutable int textsBeforeMemoryRunsOut = -1;  ///< Counted down at each entry that is read.
 
   void InsertFile(int entry, const std::string& text) override {
     ASSERT_TRUE(entry >= 0 && entry <= FileCount()) << entry;
@@ -111,7 +113,10 @@ class FakeLibraryView : public LibraryView {
     if (selected >= entry) ++selected;
   }
   int FileCount() const override { return static_cast<int>(files.size()); }
-  std::string FileText(int entry) const override { return files.at(static_cast<std::size_t>(entry)); }
+  std::string FileText(int entry) const override {
+    if (textsBeforeMemoryRunsOut-- == 0) throw std::bad_alloc();
+    return files.at(static_cast<std::size_t>(entry));
+  }
   int SelectedFile() const override { return selected; }
   void SelectFile(int entry) override { selected = entry; }
   void ReplaceFile(int entry, const std::string& text) override {
@@ -145,7 +150,8 @@ class FakeStore : public LibraryStore {
 
   std::vector<std::string> names;
   std::map<std::string, std::string> files;
-  bool failing = false;  ///< The folder cannot be written to: what is replaced is lost.
+  bool failing = false;                  ///< The folder cannot be written to: what is replaced is lost.
+  std::size_t room = std::string::npos;  ///< Bytes that the disk has left for a file.
   std::function<void()> whileWriting = [] {};
 
   std::vector<std::string> Names() const override { return names; }
@@ -167,8 +173,9 @@ class FakeStore : public LibraryStore {
     calls_.push_back("write " + path);
     whileWriting();
     files.erase(path);
-    if (!failing) files[path] = bytes;
-    return !failing;
+    if (failing) return false;
+    files[path] = bytes.substr(0, room);
+    return bytes.size() <= room;
   }
 
  private:
