@@ -144,8 +144,10 @@ void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
 void LibraryOperations::TakeContents(BnsContents contents) {
   // Also of a library without snippets: it has a name of its own now, so that a later save cannot put it in
   // place of the library that was open before.
+  // The name is made first: were memory to run out in between, snippets would be saved as another library.
+  std::string name = LibraryNameFromEntry(view_.FileText(view_.SelectedFile()));
   library_.Snippets = std::move(contents.snippets);
-  library_.LibraryName = LibraryNameFromEntry(view_.FileText(view_.SelectedFile()));
+  library_.LibraryName = std::move(name);
   library_.Saved = true;
   editing_.DisableEdit(contents.omitted > 0);
   editing_.ShowLibrary();
