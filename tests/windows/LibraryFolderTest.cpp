@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/Handle.h"
@@ -96,6 +99,75 @@ TEST_F(LibraryFolderTest, AFileThatAnotherProgramKeepsOpenStaysAsItIs) {
   }
   EXPECT_EQ(folder_.Read("lib.bns"), "old");
   EXPECT_FALSE(store_.Replace(folder_.File("no such folder\\lib.bns"), "new"));
+}
+
+TEST_F(LibraryFolderTest, AFileIsNeverReadWhileItIsHalfWritten) {
+  // Two versions of a file that another instance of the program saves again and again.
+  const std::string versions[] = {std::string(3000000, 'a'), std::string(2000000, 'b')};
+  store_.Replace(store_.PathOf("lib"), versions[0]);
+  std::atomic<bool> done = false;
+  std::thread writer([&] {
+    for (int i = 1; !done; ++i) store_.Replace(store_.PathOf("lib"), versions[i % 2]);
+  });
+  int whole = 0;
+  for (int i = 0; i < 200 && whole < 20; ++i) {
+    const auto bytes = store_.Read(store_.PathOf("lib"));
+    if (!bytes) continue;  // between the deletion and the new file
+    ++whole;
+    EXPECT_TRUE(*bytes == versions[0] || *bytes == versions[1]) << bytes->size();
+  }
+  done = true;
+  writer.join();
+  EXPECT_GT(whole, 0);
+}
+
+TEST_F(LibraryFolderTest, NothingIsWrittenBesideTheFolderOrWhereItIsNotListed) {
+  CreateDirectoryA(folder_.File("sub").c_str(), nullptr);
+  folder_.Write("lib.bns", "lib");
+  using namespace std::string_literals;
+  for (const std::string& name : {"sub\\x"s, "sub/x"s, "..\\x"s, "sub\\..\\x"s, "lib.bns:x"s, "C:\\x"s,
+                                  "\\\\.\\NUL"s, "x\0y"s, "CON"s, "nul"s, "com1 "s, "AUX.old"s, "LPT9"s}) {
+    SCOPED_TRACE(testing::PrintToString(name));
+    EXPECT_FALSE(store_.Replace(store_.PathOf(name), "new"));
+    EXPECT_FALSE(store_.Rename(store_.PathOf("lib"), store_.PathOf(name)));
+    EXPECT_EQ(store_.Names(), std::vector<std::string>{"lib"});
+    EXPECT_FALSE(folder_.Has("sub\\x.bns") || folder_.Has("..\\x.bns") || folder_.Has("x"));
+    EXPECT_EQ(folder_.Read("lib.bns"), "lib");
+  }
+}
+
+TEST_F(LibraryFolderTest, AnyOtherNameIsOneForALibrary) {
+  for (const char* name :
+       {"console", "COM", "COM10", "a.CON", " null", "x.", "it's (1) & 50% of #2; {all}"}) {
+    EXPECT_TRUE(store_.Replace(store_.PathOf(name), name)) << name;
+    EXPECT_EQ(folder_.Read(std::string(name) + ".bns"), name);
+  }
+}
+
+TEST_F(LibraryFolderTest, AFullDiskLeavesTheFileMissingOrShortAndSaysSo) {
+  // A folder on a disk of 64 kilobytes, when the one who runs the tests may make such a disk.
+  const char* disk = std::getenv("SNIPSTORE_SMALL_DISK");
+  if (disk == nullptr) GTEST_SKIP() << "no small disk";
+  LibraryFolder small(disk);
+  for (const std::size_t size : {60000U, 64000U, 65000U, 66000U, 70000U, 100000U, 1000000U}) {
+    SCOPED_TRACE(size);
+    const std::string bytes(size, 'x');
+    const bool complete = small.Replace(small.PathOf("lib"), bytes);
+    EXPECT_EQ(complete, size <= 65536);
+    const auto there = small.Read(small.PathOf("lib"));
+    EXPECT_TRUE(!there || (bytes.starts_with(*there) && (there->size() == size) == complete));
+  }
+  EXPECT_TRUE(small.Replace(small.PathOf("lib"), "short"));
+  EXPECT_EQ(small.Read(small.PathOf("lib")), "short");
+}
+
+TEST_F(LibraryFolderTest, AFolderThatIsGoneHoldsNothingAndTakesNothing) {
+  LibraryFolder gone(folder_.File("no such folder"));
+  EXPECT_TRUE(gone.Names().empty());
+  EXPECT_EQ(gone.Read(gone.PathOf("lib")), std::nullopt);
+  EXPECT_FALSE(gone.Exists(gone.PathOf("lib")));
+  EXPECT_FALSE(gone.Replace(gone.PathOf("lib"), "new"));
+  EXPECT_FALSE(gone.Rename(gone.PathOf("lib"), gone.PathOf("other")));
 }
 
 }  // namespace
