@@ -37,19 +37,31 @@ std::wstring LongPath(const std::string& path) {
   return onDrive ? L"\\\\?\\" + wide : wide;
 }
 
-/// A program that looks through new and changed files may still hold the one just deleted, whose name is only
-/// free when it lets go.
-UniqueFile CreateAnew(const std::wstring& path) {
+/// Opens a file for one that reads with others, or writes alone. Whoever stands in the way mostly goes in a
+/// moment: another instance that saves or opens the same library, or a program that looks through new and
+/// changed files and may still hold the one just deleted, whose name is only free when it lets go.
+UniqueFile OpenPatiently(const std::wstring& path, DWORD access, DWORD disposition) {
   constexpr int attempts = 10;
   constexpr DWORD pauseMs = 20;
   UniqueFile file;
   for (int attempt = 0; attempt < attempts && !file; ++attempt) {
     if (attempt > 0) Sleep(pauseMs);
-    file.Reset(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
-                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
+                           nullptr));
     if (!file && GetLastError() != ERROR_ACCESS_DENIED && GetLastError() != ERROR_SHARING_VIOLATION) break;
   }
   return file;
+}
+
+/// The system's older half takes these, whatever extension they have, for devices, so that hardly any other
+/// program could open or delete such a file.
+bool IsDeviceName(std::string_view name) {
+  name = TrimRight(name.substr(0, name.find('.')));
+  const auto is = [&](std::string_view device) { return EqualsIgnoringAsciiCase(name, device); };
+  const bool numbered = name.size() == 4 && name[3] >= '0' && name[3] <= '9' &&
+                        (EqualsIgnoringAsciiCase(name.substr(0, 3), "COM") ||
+                         EqualsIgnoringAsciiCase(name.substr(0, 3), "LPT"));
+  return numbered || is("CON") || is("PRN") || is("AUX") || is("NUL");
 }
 
 }  // namespace
@@ -75,13 +87,19 @@ std::string LibraryFolder::PathOf(const std::string& name) const {
   return prefix_ + name + std::string(kExtension);
 }
 
+bool LibraryFolder::IsInFolder(const std::string& path) const {
+  if (!path.starts_with(prefix_)) return false;
+  const std::string_view name = std::string_view(path).substr(prefix_.size());
+  // A colon would write into a stream of another file.
+  return name.find_first_of(std::string_view("\\/:\0", 4)) == std::string_view::npos && !IsDeviceName(name);
+}
+
 bool LibraryFolder::Exists(const std::string& path) const {
   return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
-  const UniqueFile file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                    nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  const UniqueFile file = OpenPatiently(LongPath(path), GENERIC_READ, OPEN_EXISTING);
   if (!file) return std::nullopt;
   LARGE_INTEGER size{};
   if (GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return std::nullopt;
@@ -100,9 +118,10 @@ std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
 }
 
 bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
+  if (!IsInFolder(path)) return false;
   const std::wstring longPath = LongPath(path);
   DeleteFileW(longPath.c_str());
-  const UniqueFile file = CreateAnew(longPath);
+  const UniqueFile file = OpenPatiently(longPath, GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
   for (std::size_t done = 0; done < bytes.size();) {
     DWORD written = 0;
@@ -115,6 +134,7 @@ bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
 }
 
 bool LibraryFolder::Rename(const std::string& path, const std::string& newPath) {
+  if (!IsInFolder(newPath)) return false;
   return MoveFileW(LongPath(path).c_str(), LongPath(newPath).c_str()) != 0;
 }
 

@@ -4,7 +4,9 @@
 
 namespace snip {
 
-/// The libraries of one directory: the program's own, where `.bns` files lie beside the executable.
+/// The libraries of one directory: the program's own, where `.bns` files lie beside the executable. Files are
+/// read from anywhere, but never while another program writes them, and written only in the directory itself,
+/// where they are listed again.
 class LibraryFolder : public LibraryStore {
  public:
   explicit LibraryFolder(std::string directory);
@@ -17,6 +19,8 @@ class LibraryFolder : public LibraryStore {
   bool Rename(const std::string& path, const std::string& newPath) override;
 
  private:
+  bool IsInFolder(const std::string& path) const;
+
   std::string prefix_;  ///< The directory with a "\" at its end.
 };
 
