@@ -19,6 +19,12 @@ TestRegistry::TestRegistry(HKEY root)
   RegOverridePredefKey(root_, key);
 }
 
+void TestRegistry::Refuse() const {
+  RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+  SHDeleteKeyA(HKEY_CURRENT_USER, KeyName().c_str());
+  RegOverridePredefKey(HKEY_CURRENT_USER, key_.get());  // a key that has been deleted
+}
+
 TestRegistry::~TestRegistry() {
   RegOverridePredefKey(root_, nullptr);
   key_.Reset();

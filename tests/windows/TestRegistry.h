@@ -13,6 +13,8 @@ class TestRegistry {
  public:
   explicit TestRegistry(HKEY root = HKEY_CURRENT_USER);
   ~TestRegistry();
+  /// From now on the system refuses whatever is asked of HKEY_CURRENT_USER.
+  void Refuse() const;
   TestRegistry(const TestRegistry&) = delete;
   TestRegistry& operator=(const TestRegistry&) = delete;
 

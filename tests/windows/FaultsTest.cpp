@@ -1,0 +1,145 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "library/BnsFormat.h"
+#include "library/LibraryFolder.h"
+#include "platform/Win32Text.h"
+#include "tests/windows/TestDesktop.h"
+#include "tests/windows/TestRegistry.h"
+#include "ui/main/MainWindowKeys.h"
+#include "ui/main/frmAddIn.h"
+
+namespace snip::test {
+namespace {
+
+constexpr int kSave = int{Command::kMainButton} + int{MainButton::kSaveLibrary};
+
+/// The real window on a library "Lib" of one snippet, while something around it fails.
+class FaultsTest : public testing::Test {
+ protected:
+  FaultsTest() { folder_.Write("Lib.bns", NewLibraryBns()); }
+  ~FaultsTest() override { window_.reset(); }
+
+  void Open() {
+    window_ = std::make_unique<frmAddIn>(frmAddIn::Services{.store = store_,
+                                                            .settings = settings_,
+                                                            .sounds = sounds_,
+                                                            .showMessage = showMessage_,
+                                                            .unloaded = [] {},
+                                                            .hidden = [] {}});
+    ASSERT_TRUE(window_->Show());
+    AnswerMessages();
+  }
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return SendMessageA(window_->hWnd(), message, wParam, lParam);
+  }
+  void Save() const { Send(WM_COMMAND, kSave); }
+  HWND Description() const { return FindControl(window_->hWnd(), frmAddIn::kDescriptionId); }
+  void Describe(const std::string& text) const {
+    SendMessageA(Description(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageA(Description(), EM_SETMODIFY, TRUE, 0);
+    SendMessageA(GetParent(Description()), WM_COMMAND, MAKEWPARAM(frmAddIn::kDescriptionId, EN_CHANGE),
+                 reinterpret_cast<LPARAM>(Description()));
+  }
+  std::string Stored() const { return folder_.Read("Lib.bns"); }
+
+  TemporaryFolder folder_;
+  LibraryFolder store_{folder_.path()};
+  std::vector<std::string> messages_;
+  std::function<MessageResult()> answer_ = [] { return MessageResult::Ok; };
+  ShowMessageFunction showMessage_ = [this](const std::string& prompt, int, const std::string&) {
+    messages_.push_back(prompt);
+    return answer_();
+  };
+  Registry32 registry_{showMessage_};
+  SoundEffects sounds_{registry_};
+  SettingsStore settings_{registry_};
+  TestRegistry testRegistry_;
+  std::unique_ptr<frmAddIn> window_;
+};
+
+TEST_F(FaultsTest, MemoryThatRunsOutWhileClosingKeepsTheWindowAndItsChanges) {
+  Open();
+  Describe("changed");
+  for (const UINT message : {WM_CLOSE, WM_QUERYENDSESSION, WM_CLOSE}) {
+    answer_ = []() -> MessageResult { throw std::bad_alloc(); };
+    EXPECT_EQ(Send(message), 0);
+    ASSERT_NE(window_->hWnd(), nullptr);
+    EXPECT_EQ(messages_, std::vector<std::string>{"Save changes to 'Lib'?"});
+    messages_.clear();
+  }
+  answer_ = [] { return MessageResult::Yes; };
+  Send(WM_CLOSE);
+  EXPECT_EQ(window_->hWnd(), nullptr);
+  EXPECT_NE(Stored().find("changed"), std::string::npos);
+}
+
+TEST_F(FaultsTest, ASaveThatCannotBeWrittenIsSilentAndCanBeRepeated) {
+  Open();
+  Describe("first");
+  const std::string moved = folder_.path() + " moved";
+  ASSERT_NE(MoveFileA(folder_.path().c_str(), moved.c_str()), 0);
+  Save();  // the folder is gone
+  ASSERT_NE(MoveFileA(moved.c_str(), folder_.path().c_str()), 0);
+  EXPECT_EQ(Stored(), NewLibraryBns());
+  {
+    const UniqueFile lock(
+        CreateFileA(folder_.File("Lib.bns").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    Save();  // another program has the file for itself
+  }
+  EXPECT_EQ(Stored(), NewLibraryBns());
+  EXPECT_TRUE(messages_.empty());
+
+  Save();
+  EXPECT_NE(Stored().find("first"), std::string::npos);
+  EXPECT_EQ(WindowText(Description()), "first");
+  Send(WM_CLOSE);
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(FaultsTest, ARegistryThatRefusesEverythingIsReportedAndTheProgramGoesOn) {
+  testRegistry_.Refuse();
+  Open();
+  EXPECT_FALSE(messages_.empty());
+  EXPECT_EQ(SendMessageA(FindControl(window_->hWnd(), frmAddIn::kListId), LB_GETCOUNT, 0, 0), 1);
+  messages_.clear();
+  Describe("changed");
+  Save();
+  EXPECT_NE(Stored().find("changed"), std::string::npos);
+  EXPECT_TRUE(messages_.empty());
+  Send(WM_CLOSE);
+  EXPECT_EQ(window_->hWnd(), nullptr);
+  EXPECT_FALSE(messages_.empty()) << "the place could not be stored";
+}
+
+TEST_F(FaultsTest, SettingsThatMakeNoSenseLeaveAUsableWindow) {
+  for (const auto& [name, text] : {std::pair("FontName", std::string(200, 'x')),
+                                   {"FontName", "\x01?*"},
+                                   {"FontSize", "1e300"},
+                                   {"FontSize", "-1"},
+                                   {"FontSize", "0.0001"},
+                                   {"ColorSyntax", "1e30"},
+                                   {"KeepOnTop", "\xFF"}}) {
+    SCOPED_TRACE(std::string(name) + " = " + text);
+    settings_.Save(name, text);
+    Open();
+    EXPECT_EQ(WindowText(Description()), DefaultSnippet().Description);
+    const auto font = reinterpret_cast<HFONT>(SendMessageA(Description(), WM_GETFONT, 0, 0));
+    LOGFONTA description{};
+    ASSERT_NE(GetObjectA(font, sizeof description, &description), 0);
+    EXPECT_LE(std::abs(description.lfHeight), 4000);
+    Send(WM_CLOSE);
+    EXPECT_EQ(window_->hWnd(), nullptr);
+  }
+  EXPECT_TRUE(messages_.empty());
+}
+
+}  // namespace
+}  // namespace snip::test
