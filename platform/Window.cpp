@@ -78,7 +78,9 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
   } catch (...) {
     // An exception must not unwind through the system's frames. What threw it was mostly memory running out:
     // the message has no further effect, and the program goes on.
-    result = DefWindowProcA(window, message, wParam, lParam);
+    // The default would close the window and let the session end, and what was not saved would be lost.
+    const bool ends = message == WM_CLOSE || message == WM_QUERYENDSESSION;
+    result = ends ? 0 : DefWindowProcA(window, message, wParam, lParam);
   }
   if (message == WM_NCDESTROY) {
     SetWindowLongPtrA(window, GWLP_USERDATA, 0);

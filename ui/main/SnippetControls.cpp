@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/FlagScope.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyFont.h"
@@ -144,7 +145,7 @@ std::string SnippetControls::Description() const {
 }
 
 void SnippetControls::SetDescription(const std::string& text) {
-  settingDescription_ = true;
+  const FlagScope setting(settingDescription_);
   const bool wraps = LongestLine(text) < kLongestWrappedLine;
   if (wraps != descriptionWraps_) {
     // Whether it wraps is a control's for life.
@@ -157,7 +158,6 @@ void SnippetControls::SetDescription(const std::string& text) {
     DestroyWindow(previous);
   }
   description_.SetText(text);
-  settingDescription_ = false;
 }
 
 std::string SnippetControls::Code() const {

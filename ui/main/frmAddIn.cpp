@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/Clipboard.h"
+#include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Shell.h"
@@ -226,10 +227,9 @@ void frmAddIn::LoadSettings() {
 /// is open, another program may ask the window to close once more: then it has to stay as well.
 bool frmAddIn::Form_QueryUnload() {
   if (unloading_ || !editing_.SettleName()) return false;
-  unloading_ = true;
+  const FlagScope unloading(unloading_);
   editing_.txtCode_LostFocus();
   operations_.OfferToSave();
-  unloading_ = false;
   return true;
 }
 
