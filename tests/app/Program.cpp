@@ -65,7 +65,7 @@ bool Program::HasRegistryKey() {
   return found;
 }
 
-void Program::Start(const std::string& arguments) {
+UniqueFile Program::StartAnother(const std::string& arguments) const {
   STARTUPINFOA start{};
   start.cb = sizeof start;
   PROCESS_INFORMATION process{};
@@ -75,7 +75,7 @@ void Program::Start(const std::string& arguments) {
     throw std::runtime_error("the program does not start");
   }
   CloseHandle(process.hThread);
-  process_.Reset(process.hProcess);
+  return UniqueFile(process.hProcess);
 }
 
 bool Program::WaitForEnd() {

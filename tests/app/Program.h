@@ -29,7 +29,9 @@ class Program {
   /// Whether the program has made any key of its own.
   static bool HasRegistryKey();
 
-  void Start(const std::string& arguments = "");
+  void Start(const std::string& arguments = "") { process_ = StartAnother(arguments); }
+  /// One more process beside the one that `Start` started.
+  UniqueFile StartAnother(const std::string& arguments = "") const;
   /// Waits until the process has ended; false when it goes on.
   bool WaitForEnd();
   DWORD ExitCode() const;
@@ -38,6 +40,7 @@ class Program {
 
   /// The main window, once it is up; null when it does not come.
   HWND MainWindow() const;
+  HANDLE process() const { return process_.get(); }
 
  private:
   TemporaryFolder folder_;

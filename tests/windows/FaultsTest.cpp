@@ -43,10 +43,8 @@ class FaultsTest : public testing::Test {
   void Save() const { Send(WM_COMMAND, kSave); }
   HWND Description() const { return FindControl(window_->hWnd(), frmAddIn::kDescriptionId); }
   void Describe(const std::string& text) const {
-    SendMessageA(Description(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    SendMessageA(Description(), EM_SETMODIFY, TRUE, 0);
-    SendMessageA(GetParent(Description()), WM_COMMAND, MAKEWPARAM(frmAddIn::kDescriptionId, EN_CHANGE),
-                 reinterpret_cast<LPARAM>(Description()));
+    SendMessageA(Description(), EM_SETSEL, 0, -1);
+    SendMessageA(Description(), EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
   }
   std::string Stored() const { return folder_.Read("Lib.bns"); }
 
