@@ -46,6 +46,8 @@ bool PutData(UINT format, const void* data, std::size_t size) {
   const HGLOBAL block = MovableCopy(data, size);
   if (block == nullptr) return false;
   if (SetClipboardData(format, block) != nullptr) return true;
+  // The clipboard owns the block only when it took it.
+  // cppcheck-suppress doubleFree
   GlobalFree(block);
   return false;
 }

@@ -56,10 +56,9 @@ bool FitsFormat(const Snippet& snippet) {
 void RequireRoundTrip(const std::vector<Snippet>& snippets) {
   if (snippets.empty() || !std::all_of(snippets.begin(), snippets.end(), FitsFormat)) return;
   const auto again = ReadBns(WriteBns(snippets));
-  const auto* contents = std::get_if<BnsContents>(&again);
-  Require(contents != nullptr && contents->version == BnsVersion::Version2 && contents->omitted == 0,
-          "what was written is no library");
-  Require(contents->snippets == snippets, "what was written reads otherwise");
+  const auto& contents = std::get<BnsContents>(again);  // throws when it is no library
+  Require(contents.version == BnsVersion::Version2 && contents.omitted == 0, "not all of it is read");
+  Require(contents.snippets == snippets, "what was written reads otherwise");
 }
 
 void ReadLibrary(std::string_view input) {

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Checks that the program is what Windows can defend and a user can carry: of the machine it is for, without libraries
+# but the system's, at a random address, with no memory that is both written and run, and small.
+#   check_executable.sh FILE FORMAT TOOLCHAIN     FORMAT as objdump names it; TOOLCHAIN as in TOOLCHAIN-w64-mingw32-objdump
+set -uo pipefail
+file=$1 format=$2 objdump=$3-w64-mingw32-objdump
+limit=1048576
+faults=0
+
+fault() {
+  echo "$file: $*"
+  faults=$((faults + 1))
+}
+
+dump=$("$objdump" -p "$file") && sections=$("$objdump" -h "$file") || exit 1
+grep -q "file format $format\$" <<<"$dump" || fault "is not $format"
+libraries=$(grep -iE 'DLL Name: (lib|mingw)' <<<"$dump") && fault "needs $libraries"
+
+flags=$(sed -n '/^DllCharacteristics/,/^SizeOf/p' <<<"$dump")
+wanted=(DYNAMIC_BASE NX_COMPAT)
+[ "$format" = pei-i386 ] || wanted+=(HIGH_ENTROPY_VA)
+for flag in "${wanted[@]}"; do
+  grep -qw "$flag" <<<"$flags" || fault "is not $flag"
+done
+# Without its relocations it always lies at one address, whatever the flags say.
+grep -qw '\.reloc' <<<"$sections" || fault "has no relocations"
+# Section lines come in pairs: names and sizes, then flags.
+writable=$(paste -d' ' - - < <(grep -A1 -E '^ +[0-9]+ ' <<<"$sections" | grep -v '^--') | grep -w CODE | grep -vw READONLY)
+[ -z "$writable" ] || fault "may write what it runs: $writable"
+grep -qw CODE <<<"$sections" || fault "has no code"
+
+size=$(stat -c %s "$file")
+[ "$size" -lt $limit ] || fault "has $size bytes, more than $limit"
+[ $faults = 0 ]
