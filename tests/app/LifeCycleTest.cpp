@@ -189,23 +189,46 @@ TEST_F(LifeCycleTest, TheEndOfTheSessionAsksSavesAndWaitsForTheAnswer) {
   }
 }
 
-TEST_F(LifeCycleTest, StormsOfSystemChangesLeaveTheWindowAndTheLibraryAsTheyWere) {
+TEST_F(LifeCycleTest, StormsOfSystemChangesLeaveAnEditAsItWas) {
   program_.folder().Write("Lib.bns", Bytes("start"));
   program_.Start();
   const Remote remote(program_.process());
   ASSERT_NE(remote.window(), nullptr);
+  remote.Press(MainButton::kEditSnippet);
+  Remote::Replace(remote.Code(), "in the midst of an edit");
+  // The place that goes with a change of the resolution is the receiver's to read.
+  const RECT place{100, 100, 900, 700};
+  void* remotePlace =
+      VirtualAllocEx(program_.process(), nullptr, sizeof place, MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
+  ASSERT_NE(WriteProcessMemory(program_.process(), remotePlace, &place, sizeof place, nullptr), 0);
   constexpr UINT themeChanged = 0x031A;
-  const std::array<UINT, 6> storm = {WM_DISPLAYCHANGE, WM_SETTINGCHANGE, WM_SYSCOLORCHANGE,
-                                     WM_FONTCHANGE,    themeChanged,     WM_PALETTECHANGED};
-  for (std::size_t i = 0; i < 600; ++i) {
-    PostMessageA(remote.window(), storm[i % storm.size()], 0,
-                 storm[i % storm.size()] == WM_DISPLAYCHANGE ? MAKELPARAM(640 + i, 480) : 0);
+  constexpr UINT dpiChanged = 0x02E0;
+  struct Change {
+    UINT message;
+    WPARAM wParam = 0;
+    LPARAM lParam = 0;
+  };
+  const std::array<Change, 9> storm = {
+      {{WM_DISPLAYCHANGE, 32, MAKELPARAM(640, 480)},
+       {WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS},
+       {WM_SYSCOLORCHANGE},
+       {WM_FONTCHANGE},
+       {themeChanged},
+       {WM_PALETTECHANGED},
+       {dpiChanged, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(remotePlace)},
+       {WM_DISPLAYCHANGE, 8, MAKELPARAM(1920, 1080)},
+       {dpiChanged, MAKEWPARAM(96, 96), reinterpret_cast<LPARAM>(remotePlace)}}};
+  for (int round = 0; round < 100; ++round) {
+    for (const auto& [message, wParam, lParam] : storm)
+      PostMessageA(remote.window(), message, wParam, lParam);
   }
   EXPECT_NE(SendMessageTimeoutA(remote.window(), WM_NULL, 0, 0, SMTO_NORMAL, 20000, nullptr), 0)
       << "still busy with the storm";
+  EXPECT_EQ(WindowText(remote.Code()), "in the midst of an edit");
   EXPECT_EQ(remote.Description(), "start");
+  remote.Save();
+  EXPECT_NE(Stored().find("\r\nin the midst of an edit\r\n...\r\n"), std::string::npos);
   Close(remote);
-  EXPECT_EQ(Stored(), Bytes("start"));
 }
 
 TEST_F(LifeCycleTest, WithoutTheRichEditLibraryCodeIsEditedInAPlainField) {

@@ -161,6 +161,17 @@ TEST_F(LibraryFolderTest, AFullDiskLeavesTheFileMissingOrShortAndSaysSo) {
   EXPECT_EQ(small.Read(small.PathOf("lib")), "short");
 }
 
+TEST_F(LibraryFolderTest, AFolderThatCannotBeWrittenKeepsItsFiles) {
+  const char* disk = std::getenv("SNIPSTORE_READ_ONLY_DISK");  // holds "lib.bns" with the text "old"
+  if (disk == nullptr) GTEST_SKIP() << "no read-only disk";
+  LibraryFolder readOnly(disk);
+  EXPECT_FALSE(readOnly.Replace(readOnly.PathOf("lib"), "new"));
+  EXPECT_FALSE(readOnly.Replace(readOnly.PathOf("other"), "new"));
+  EXPECT_FALSE(readOnly.Rename(readOnly.PathOf("lib"), readOnly.PathOf("other")));
+  EXPECT_EQ(readOnly.Names(), std::vector<std::string>{"lib"});
+  EXPECT_EQ(readOnly.Read(readOnly.PathOf("lib")), "old");
+}
+
 TEST_F(LibraryFolderTest, AFolderThatIsGoneHoldsNothingAndTakesNothing) {
   LibraryFolder gone(folder_.File("no such folder"));
   EXPECT_TRUE(gone.Names().empty());
