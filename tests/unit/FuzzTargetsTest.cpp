@@ -66,7 +66,7 @@ class Mutator {
 class FuzzTargetsTest : public testing::TestWithParam<FuzzTarget> {};
 
 TEST_P(FuzzTargetsTest, HoldsForTheFirstInputsAndWhatIsMadeOfThem) {
-  constexpr int mutations = 20000;
+  constexpr int mutations = 10000;
   const std::vector<std::string> inputs = FirstInputs(GetParam());
   ASSERT_GE(inputs.size(), 3U);
   Mutator mutator(inputs);

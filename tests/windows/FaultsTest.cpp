@@ -19,6 +19,8 @@
 namespace snip::test {
 namespace {
 
+using namespace std::string_literals;
+
 constexpr int kSave = int{Command::kMainButton} + int{MainButton::kSaveLibrary};
 
 /// The real window on a library "Lib" of one snippet, while something around it fails.
@@ -115,6 +117,38 @@ TEST_F(FaultsTest, ARegistryThatRefusesEverythingIsReportedAndTheProgramGoesOn) 
   Send(WM_CLOSE);
   EXPECT_EQ(window_->hWnd(), nullptr);
   EXPECT_FALSE(messages_.empty()) << "the place could not be stored";
+}
+
+TEST_F(FaultsTest, WhatALibraryOfAStrangerHoldsIsShownAndSavedAsItIs) {
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) {
+    if (byte != '\r' && byte != '\n') all += static_cast<char>(byte);
+  }
+  const std::string rtf = "{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"file:///C:/x.exe\"}{\\fldrslt x}}}";
+  std::vector<Snippet> snippets;
+  for (const std::string& text : {all, std::string(3, '\0'), std::string(40000, 'n'), "\rlone\nends\r"s, rtf,
+                                  "&a&&b%s%n%1\t"s, "\xFF\xFE\x41"s, ""s}) {
+    snippets.push_back({.Name = text, .Attachment = text, .Code = text, .Description = text});
+  }
+  const std::string bytes = WriteBns(snippets);
+  folder_.Write("Lib.bns", bytes);
+  Open();
+  const HWND list = FindControl(window_->hWnd(), frmAddIn::kListId);
+  ASSERT_EQ(SendMessageA(list, LB_GETCOUNT, 0, 0), static_cast<LRESULT>(snippets.size()));
+  for (std::size_t row = 0; row < snippets.size(); ++row) {
+    SendMessageA(list, LB_SETCURSEL, row, 0);
+    SendMessageA(GetParent(list), WM_COMMAND, MAKEWPARAM(frmAddIn::kListId, LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(list));
+    SendMessageA(window_->hWnd(), WM_COMMAND, Command::kRenameSnippet, 0);
+    SendMessageA(window_->hWnd(), WM_COMMAND, Command::kCancelName, 0);
+    AnswerMessages();
+    DeleteFileA(folder_.File("Lib.bns").c_str());
+    Save();
+    ASSERT_TRUE(Stored() == bytes) << "after snippet " << row << "\n" << testing::PrintToString(Stored());
+  }
+  EXPECT_TRUE(messages_.empty());
+  Send(WM_CLOSE);
+  EXPECT_EQ(messages_, std::vector<std::string>{}) << "nothing was changed";
 }
 
 TEST_F(FaultsTest, SettingsThatMakeNoSenseLeaveAUsableWindow) {
