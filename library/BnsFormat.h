@@ -55,8 +55,8 @@ std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes);
 /// long as no line of a text is a marker and no name or attachment holds a line end.
 std::string WriteBns(std::span<const Snippet> snippets);
 
-/// Whether a file of these snippets reads back as them, blanks at the end of lines aside. Texts of a version 1
-/// file may hold lines that are markers only in version 2.
+/// Whether a file of these snippets reads back as them, blanks at the end of lines aside. Texts of a version
+/// 1 file may hold lines that are markers only in version 2.
 bool ReadsBackWhole(std::span<const Snippet> snippets);
 
 /// Whether a snippet's name would be read as the end of the list, so that it and all snippets behind it were
