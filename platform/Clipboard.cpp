@@ -71,7 +71,7 @@ std::string ClipboardText(HWND owner) {
   const HANDLE block = clipboard ? GetClipboardData(CF_TEXT) : nullptr;  // stays the clipboard's
   const auto* text = block == nullptr ? nullptr : static_cast<const char*>(GlobalLock(block));
   if (text == nullptr) return {};
-  const std::string copy(text, strnlen(text, GlobalSize(block)));
+  std::string copy(text, strnlen(text, GlobalSize(block)));
   GlobalUnlock(block);
   return copy;
 }
