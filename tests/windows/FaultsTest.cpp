@@ -68,7 +68,7 @@ class FaultsTest : public testing::Test {
 TEST_F(FaultsTest, MemoryThatRunsOutWhileClosingKeepsTheWindowAndItsChanges) {
   Open();
   Describe("changed");
-  for (const UINT message : {WM_CLOSE, WM_QUERYENDSESSION, WM_CLOSE}) {
+  for (const auto message : {UINT{WM_CLOSE}, UINT{WM_QUERYENDSESSION}, UINT{WM_CLOSE}}) {
     answer_ = []() -> MessageResult { throw std::bad_alloc(); };
     EXPECT_EQ(Send(message), 0);
     ASSERT_NE(window_->hWnd(), nullptr);
