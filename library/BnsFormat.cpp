@@ -4,25 +4,13 @@
 #include <optional>
 #include <utility>
 
+#include "library/BnsMarkers.h"
 #include "platform/Text.h"
 
 namespace snip {
 namespace {
 
-constexpr std::string_view kVersion1 = "BNS1.0";
-constexpr std::string_view kVersion2 = "BNS2.0";
-constexpr std::string_view kLineEnd = "\r\n";
-constexpr std::string_view kDescriptionEnd = "(,)";
-constexpr std::string_view kCodeEnd = "(.)";
-constexpr std::string_view kListEnd = "...";
-constexpr std::string_view kCodeEndV1 = ".";
-constexpr std::string_view kListEndV1 = "..";
-
-bool IsMarker(std::string_view line, std::string_view marker) {
-  // Every line of a library comes through here; most are longer than a marker and start with no blank.
-  if (line.size() > marker.size() && line.front() != ' ' && line[marker.size()] != ' ') return false;
-  return Trim(line) == marker;
-}
+using namespace bns;
 
 /// Takes a text apart into lines.
 class LineReader {
@@ -51,11 +39,6 @@ class LineReader {
   std::string_view rest_;
   std::string_view lineEnd_;
 };
-
-bool HasUnixLines(std::string_view bytes) {
-  const auto lineFeed = bytes.find('\n');
-  return lineFeed != std::string_view::npos && (lineFeed == 0 || bytes[lineFeed - 1] != '\r');
-}
 
 /// The lines of `raw`, each without blanks at its end and with CR LF behind it.
 std::string BlockText(std::string_view raw, bool unixLines) {

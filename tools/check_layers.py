@@ -13,7 +13,7 @@ import sys
 
 # From top to bottom; the folders of one entry are neighbours.
 LAYERS = [
-    ["app"],
+    ["app", "cli"],
     ["ui/main"],
     ["library", "ui/dialogs", "ui/menu", "ui/editor"],
     ["ui/commandbar"],

@@ -5,7 +5,8 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
   cmake ninja-build g++ python3 googletest librsvg2-bin
-  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix)
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
+  libboost1.81-dev libcli11-dev librapidxml-dev nlohmann-json3-dev)
 wine_packages=(wine wine64 fonts-wine fonts-liberation2 xvfb xdotool x11-utils imagemagick)
 
 die() {

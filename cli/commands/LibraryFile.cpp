@@ -1,0 +1,122 @@
+#include "cli/commands/LibraryFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <utility>
+
+#include "cli/files/Paths.h"
+#include "cli/files/SafeWrite.h"
+#include "cli/records/LibraryCheck.h"
+#include "cli/records/SnippetRules.h"
+
+namespace snip {
+namespace {
+
+std::string Numbers(const std::vector<std::size_t>& positions) {
+  std::string text;
+  for (const std::size_t position : positions) {
+    text += (text.empty() ? "#" : ", #") + std::to_string(position + 1);
+  }
+  return text;
+}
+
+}  // namespace
+
+LibraryFile::LibraryFile(Session& session, const std::string& path)
+    : LibraryFile(session, path, session.Read(path)) {}
+
+LibraryFile::LibraryFile(Session& session, std::string path, Empty)
+    : session_(session), path_(std::move(path)), isNew_(true) {}
+
+LibraryFile::LibraryFile(Session& session, std::string path, const FileBytes& file)
+    : session_(session), path_(std::move(path)) {
+  auto read = ReadBns(file.view());
+  if (std::holds_alternative<NotALibrary>(read)) {
+    throw MalformedFile(path_, Malformed(1, CheckLibrary(file.view(), session.page).front().message));
+  }
+  auto& contents = std::get<BnsContents>(read);
+  if (contents.omitted > 0) {
+    session.terminal.Complain(Session::NameOf(path_) + ": " + std::to_string(contents.omitted) +
+                              " snippets beyond the 32,767th are left out");
+  }
+  snippets = std::move(contents.snippets);
+  version_ = contents.version;
+}
+
+LibraryFile LibraryFile::ForChange(Session& session, const std::string& path) {
+  const FileBytes file = session.Read(path);
+  LibraryFile library(session, path, file);
+  if (library.version() == BnsVersion::Version1) {
+    throw Failure(ExitCode::Refused, Session::NameOf(path) +
+                                         ": the library is of version 1; \"bns convert\" makes it version 2");
+  }
+  library.CheckNothingIsLost(file.view());
+  return library;
+}
+
+LibraryFile LibraryFile::ForChangeOrNew(Session& session, const std::string& path) {
+  std::error_code ignored;
+  if (path == "-" || std::filesystem::exists(ToPath(path), ignored)) return ForChange(session, path);
+  return {session, path, Empty{}};
+}
+
+void LibraryFile::CheckNothingIsLost(std::string_view bytes) const {
+  if (session_.lossy) return;
+  for (const Fault& fault : CheckLibrary(bytes, session_.page)) {
+    if (!fault.lostOnSave) continue;
+    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ":" + std::to_string(fault.line) + ": " +
+                                         fault.message + "; --lossy changes the library all the same");
+  }
+}
+
+std::size_t LibraryFile::Find(const std::string& which) const {
+  const AnsiText wanted = session_.page.FromUtf8(which);
+  const std::string small = session_.page.Lower(wanted.text);
+  std::vector<std::size_t> same;
+  std::vector<std::size_t> inAnotherCase;
+  for (std::size_t i = 0; wanted.lost == 0 && i < snippets.size(); ++i) {
+    if (snippets[i].Name == wanted.text) same.push_back(i);
+    if (session_.page.Lower(snippets[i].Name) == small) inAnotherCase.push_back(i);
+  }
+  const std::vector<std::size_t>& found = same.empty() ? inAnotherCase : same;
+  if (found.size() == 1) return found.front();
+  if (found.size() > 1) {
+    throw Failure(ExitCode::No, "several snippets are called \"" + which + "\"; choose one of " + Numbers(found));
+  }
+  std::size_t number = 0;
+  const char* const end = which.data() + which.size();
+  if (which.starts_with('#') && std::from_chars(which.data() + 1, end, number).ptr == end && number >= 1 &&
+      number <= snippets.size()) {
+    return number - 1;
+  }
+  throw Failure(ExitCode::No, Session::NameOf(path_) + ": there is no snippet \"" + which + "\"");
+}
+
+void LibraryFile::CheckHeld(Snippet& snippet) const {
+  DropLineEndBlanks(snippet);
+  RequireHeld(snippet, session_.page);
+}
+
+void LibraryFile::CheckRoom(std::size_t more) const {
+  if (snippets.size() + more > Library::kMaxSnippets) {
+    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ": a library holds 32,767 snippets at most");
+  }
+}
+
+void LibraryFile::Save() {
+  const std::string bytes = WriteBns(snippets);
+  // Whatever a command did: what is written has to be what is read.
+  const auto read = ReadBns(bytes);
+  const auto* contents = std::get_if<BnsContents>(&read);
+  if (contents == nullptr || contents->snippets != snippets || contents->omitted > 0) {
+    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ": the library would not read back as it is");
+  }
+  if (path_ == "-") {
+    session_.terminal.WriteBytes(bytes);
+  } else {
+    WriteFileSafely(path_, bytes, isNew_ ? Existing::Keep : Existing::Replace);
+  }
+}
+
+}  // namespace snip

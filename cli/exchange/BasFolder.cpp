@@ -1,0 +1,165 @@
+#include "cli/exchange/BasFolder.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
+
+#include "cli/Failure.h"
+#include "cli/exchange/Json.h"
+#include "cli/exchange/UniqueNames.h"
+#include "cli/text/Utf8.h"
+#include "platform/Text.h"
+
+namespace snip {
+namespace {
+
+constexpr std::string_view kExtension = ".bas";
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::string_view FirstLine(std::string_view text) {
+  return text.substr(0, text.find(kLineEnd));
+}
+std::string_view WithoutFirstLine(std::string_view text) {
+  const auto end = text.find(kLineEnd);
+  return end == std::string_view::npos ? std::string_view{} : text.substr(end + kLineEnd.size());
+}
+
+/// Whether code alone in a file would be taken for something in front of code.
+bool BeginsOtherwise(std::string_view code) {
+  constexpr std::array<std::string_view, 5> others = {"'", "Attribute VB_", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
+  return std::any_of(others.begin(), others.end(), [&](std::string_view other) { return code.starts_with(other); });
+}
+
+/// The description as comments, and the code behind an empty line. Where there is no description, an empty
+/// comment keeps code that begins with a comment from being taken for it.
+std::string BasBytes(const Snippet& snippet) {
+  std::string bytes;
+  if (!snippet.Description.empty() || BeginsOtherwise(snippet.Code)) {
+    std::string_view rest = snippet.Description;
+    do {
+      const std::string_view line = FirstLine(rest);
+      bytes.append(line.empty() ? "'" : "' ").append(line).append(kLineEnd);
+      const bool last = rest.find(kLineEnd) == std::string_view::npos;
+      rest = WithoutFirstLine(rest);
+      if (last) break;
+    } while (true);
+    bytes.append(kLineEnd);
+  }
+  return bytes.append(snippet.Code).append(kLineEnd);
+}
+
+/// Takes a file apart again; also one that was written by hand or saved by the development environment, which
+/// puts attributes in front.
+void ReadBas(std::string_view text, Snippet& snippet) {
+  while (text.starts_with("Attribute VB_")) text = WithoutFirstLine(text);
+  std::string description;
+  bool any = false;
+  while (text.starts_with('\'')) {
+    std::string_view line = FirstLine(text).substr(1);
+    if (line.starts_with(' ')) line.remove_prefix(1);
+    description.append(any ? kLineEnd : "").append(line);
+    any = true;
+    text = WithoutFirstLine(text);
+  }
+  if (any && text.starts_with(kLineEnd)) text.remove_prefix(kLineEnd.size());
+  snippet.Description = std::move(description);
+  snippet.Code = text.ends_with(kLineEnd) ? text.substr(0, text.size() - kLineEnd.size()) : text;
+}
+
+/// LF alone ends lines only in a file without any CR LF; otherwise it is part of a line.
+std::string WithUsualLines(std::string_view text, std::size_t& changed) {
+  if (text.find(kLineEnd) != std::string_view::npos) return std::string(text);
+  CrLfText lines = WithCrLf(text);
+  changed = lines.changed;
+  return std::move(lines.text);
+}
+
+/// The name as one that every file system takes: without the characters that Windows refuses and without its
+/// device names.
+std::string FileStem(const std::string& name) {
+  std::string stem;
+  for (std::string_view rest = name; !rest.empty();) {
+    const char32_t c = TakeUtf8(rest);
+    const bool refused = c < 0x20 || (c >= 0x7F && c < 0xA0) || (c < 0x80 && std::string_view("\\/:*?\"<>|").find(static_cast<char>(c)) != std::string_view::npos);
+    AppendUtf8(stem, refused ? U'_' : c);
+    constexpr std::size_t longest = 100;
+    if (stem.size() >= longest) break;
+  }
+  while (stem.ends_with('.') || stem.ends_with(' ')) stem.back() = '_';
+  static constexpr std::array<std::string_view, 4> devices = {"con", "prn", "aux", "nul"};
+  const std::string_view base = std::string_view(stem).substr(0, stem.find('.'));
+  const auto isBase = [&](std::string_view device) { return EqualsIgnoringAsciiCase(base, device); };
+  const bool port = base.size() == 4 && (EqualsIgnoringAsciiCase(base.substr(0, 3), "com") ||
+                                         EqualsIgnoringAsciiCase(base.substr(0, 3), "lpt"));
+  const bool device = port || std::any_of(devices.begin(), devices.end(), isBase);
+  return device || stem.empty() || stem.front() == '.' ? "_" + stem : stem;
+}
+
+std::string TextMember(const Json& object, const char* key) {
+  const auto found = object.find(key);
+  return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
+}  // namespace
+
+Imported ReadBasFolder(std::vector<FolderFile> files, Encoding encoding, const CodePage& page) {
+  Intake intake(page);
+  std::map<std::string, const FolderFile*> left;
+  Json index = Json::array();
+  for (const FolderFile& file : files) {
+    if (file.name == kBasIndex) index = ReadJsonWithComments(file.bytes).value;
+    if (file.name.size() > kExtension.size() &&
+        EqualsIgnoringAsciiCase(file.name.substr(file.name.size() - kExtension.size()), kExtension)) {
+      left.emplace(file.name, &file);
+    }
+  }
+  if (!index.is_array()) throw Malformed(1, "not a list of snippets");
+  const auto read = [&](const FolderFile& file, const std::string& name, const std::string& attachment) {
+    std::size_t lineEnds = 0;
+    AnsiText text = ReadInputText(file.bytes, encoding, page);
+    AnsiText ansiName = page.FromUtf8(name);
+    AnsiText ansiAttachment = page.FromUtf8(attachment);
+    intake.outcome().Note(Loss::Characters, name, text.lost + ansiName.lost + ansiAttachment.lost);
+    Snippet snippet{.Name = std::move(ansiName.text), .Attachment = std::move(ansiAttachment.text), .Code = {}, .Description = {}};
+    ReadBas(WithUsualLines(text.text, lineEnds), snippet);
+    intake.outcome().Note(Loss::LineEnds, name, lineEnds);
+    intake.AddConverted(std::move(snippet));
+  };
+  for (const Json& entry : index) {
+    if (!entry.is_object()) throw Malformed(1, "not a list of snippets");
+    const auto file = left.find(TextMember(entry, "file"));
+    const std::string name = TextMember(entry, "name");
+    if (file == left.end()) {
+      intake.outcome().Note(Loss::NoCode, name, 1, "its file is not there");
+      continue;
+    }
+    read(*file->second, name, TextMember(entry, "attachment"));
+    left.erase(file);
+  }
+  for (const auto& [name, file] : left) read(*file, name.substr(0, name.size() - kExtension.size()), "");
+  return intake.Finish();
+}
+
+std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page, Outcome& outcome) {
+  std::vector<FolderFile> files;
+  OrderedJson index = OrderedJson::array();
+  // Some file systems do not tell capitals from small letters.
+  const auto small = [&](const std::string& stem) { return page.Lower(page.FromUtf8(stem).text); };
+  UniqueNames stems;
+  for (const Snippet& snippet : snippets) stems.Reserve(small(FileStem(page.ToUtf8(snippet.Name))));
+  for (const Snippet& snippet : snippets) {
+    const std::string name = page.ToUtf8(snippet.Name);
+    std::string file = stems.Take(FileStem(name), small).append(kExtension);
+    OrderedJson entry = {{"file", file}, {"name", name}};
+    if (!snippet.Attachment.empty()) entry["attachment"] = page.ToUtf8(snippet.Attachment);
+    index.push_back(std::move(entry));
+    files.push_back({.name = std::move(file), .bytes = BasBytes(snippet)});
+    ++outcome.carried;
+  }
+  constexpr int indent = 2;
+  files.push_back({.name = std::string(kBasIndex), .bytes = index.dump(indent) + "\n"});
+  return files;
+}
+
+}  // namespace snip

@@ -1,0 +1,197 @@
+#include "cli/exchange/VisualStudioSnippets.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "cli/Failure.h"
+#include "cli/exchange/Xml.h"
+#include "cli/text/Utf8.h"
+#include "platform/Text.h"
+
+namespace snip {
+namespace {
+
+using Defaults = std::map<std::string, std::string, std::less<>>;
+
+/// The placeholders of a snippet: those declared, and the two that need no declaration.
+Defaults PlaceholdersOf(const XmlNode* content) {
+  Defaults defaults = {{"end", ""}, {"selected", ""}};
+  const XmlNode* const declarations = ChildOf(content, "Declarations");
+  for (const char* kind : {"Literal", "Object"}) {
+    for (const XmlNode* each = ChildOf(declarations, kind); each != nullptr; each = NextLike(*each)) {
+      defaults[TextOf(ChildOf(each, "ID"))] = TextOf(ChildOf(each, "Default"));
+    }
+  }
+  return defaults;
+}
+
+struct Filled {
+  std::string code;
+  std::size_t placeholders = 0;
+};
+
+/// The code with every placeholder exchanged for its default text.
+Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& defaults) {
+  Filled filled;
+  while (!code.empty()) {
+    const auto begin = code.find(delimiter);
+    filled.code.append(code.substr(0, begin));
+    if (begin == std::string_view::npos) break;
+    code.remove_prefix(begin);
+    const auto end = code.find(delimiter, delimiter.size());
+    const auto known = end == std::string_view::npos
+                           ? defaults.end()
+                           : defaults.find(code.substr(delimiter.size(), end - delimiter.size()));
+    if (known == defaults.end()) {
+      // A delimiter around something else is text; the second may begin a placeholder.
+      filled.code.append(delimiter);
+      code.remove_prefix(delimiter.size());
+      continue;
+    }
+    filled.code.append(known->second);
+    ++filled.placeholders;
+    code.remove_prefix(end + delimiter.size());
+  }
+  return filled;
+}
+
+/// The properties that a library has no place for; those that say nothing are not counted.
+std::size_t OtherFieldsOf(const XmlNode* header, const XmlNode* content, bool helpIsPath) {
+  std::size_t count = 0;
+  for (const char* name : {"Shortcut", "Author", "HelpUrl"}) {
+    const bool isPath = helpIsPath && std::string_view(name) == "HelpUrl";
+    if (!isPath && !Trim(TextOf(ChildOf(header, name))).empty()) ++count;
+  }
+  if (ChildOf(ChildOf(header, "Keywords"), "Keyword") != nullptr) ++count;
+  if (ChildOf(ChildOf(content, "Imports"), "Import") != nullptr) ++count;
+  if (ChildOf(ChildOf(content, "References"), "Reference") != nullptr) ++count;
+  return count;
+}
+
+void ReadSnippet(const XmlDocument& document, const XmlNode& element, const ImportOptions& options,
+                 Intake& intake) {
+  const XmlNode* const header = ChildOf(&element, "Header");
+  const XmlNode* const content = ChildOf(&element, "Snippet");
+  const XmlNode* const title = ChildOf(header, "Title");
+  if (title == nullptr) throw Malformed(document.LineOf(element), "a CodeSnippet has no Header with a Title");
+  Intake::Foreign foreign{.name = TextOf(title),
+                          .attachment = TextOf(ChildOf(header, "HelpUrl")),
+                          .description = TextOf(ChildOf(header, "Description")),
+                          .code = {}};
+  const XmlNode* const code = ChildOf(content, "Code");
+  if (code == nullptr) return intake.outcome().Note(Loss::NoCode, foreign.name);
+  const std::string language(AttributeOf(*code, "Language", "VB"));
+  if (!options.allLanguages && !EqualsIgnoringAsciiCase(language, "VB")) {
+    return intake.outcome().Note(Loss::OtherLanguage, foreign.name, 1, ValidUtf8(language));
+  }
+  foreign.code = TextOf(code);
+
+  const std::string_view delimiter = AttributeOf(*code, "Delimiter", "$");
+  if (!delimiter.empty()) {
+    Filled filled = Fill(foreign.code, delimiter, PlaceholdersOf(content));
+    if (filled.placeholders > 0 && options.templates == Templates::LeaveOut) {
+      return intake.outcome().Note(Loss::Template, foreign.name);
+    }
+    if (options.templates == Templates::Fill) {
+      foreign.code = std::move(filled.code);
+      intake.outcome().Note(Loss::Placeholders, foreign.name, filled.placeholders);
+    }
+  }
+  const bool helpIsPath = foreign.attachment.find("://") == std::string::npos;
+  intake.outcome().Note(Loss::OtherFields, foreign.name, OtherFieldsOf(header, content, helpIsPath));
+  if (!helpIsPath) foreign.attachment.clear();
+  intake.Add(foreign);
+}
+
+/// A character that the code does not contain.
+std::string DelimiterFor(std::string_view code) {
+  for (const char candidate : std::string_view("$~@^`|#%&!;?")) {
+    if (code.find(candidate) == std::string_view::npos) return {candidate};
+  }
+  // Outside of every code page with one byte a character, so outside of every library.
+  std::string block;
+  AppendUtf8(block, U'\u2588');
+  return block;
+}
+
+/// The names between two "$" in a template.
+std::set<std::string> NamesIn(std::string_view code) {
+  const auto inName = [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+  };
+  std::set<std::string> names;
+  for (auto at = code.find('$'); at != std::string_view::npos; at = code.find('$', at + 1)) {
+    const auto end = code.find('$', at + 1);
+    if (end == std::string_view::npos) break;
+    const std::string_view name = code.substr(at + 1, end - at - 1);
+    if (name.empty() || !std::all_of(name.begin(), name.end(), inName)) continue;
+    if (name != "end" && name != "selected") names.emplace(name);
+    at = end;
+  }
+  return names;
+}
+
+std::string Declarations(const std::set<std::string>& names) {
+  if (names.empty()) return {};
+  std::string xml = "      <Declarations>\n";
+  for (const std::string& name : names) {
+    xml += "        <Literal>\n          <ID>" + name + "</ID>\n          <Default>" + name +
+           "</Default>\n        </Literal>\n";
+  }
+  return xml + "      </Declarations>\n";
+}
+
+}  // namespace
+
+Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& options, const CodePage& page) {
+  const XmlDocument document(bytes);
+  const XmlNode& root = document.root();
+  const bool single = LocalName(root) == "CodeSnippet";
+  if (!single && LocalName(root) != "CodeSnippets") {
+    throw Malformed(document.LineOf(root), "not a snippet file: its root is not CodeSnippets");
+  }
+  Intake intake(page);
+  for (const XmlNode* each = single ? &root : ChildOf(&root, "CodeSnippet"); each != nullptr;
+       each = NextLike(*each)) {
+    ReadSnippet(document, *each, options, intake);
+  }
+  return intake.Finish();
+}
+
+std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates, const CodePage& page,
+                                      Outcome& outcome) {
+  std::string xml =
+      "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+      "<CodeSnippets xmlns=\"http://schemas.microsoft.com/VisualStudio/2005/CodeSnippet\">\n";
+  for (const Snippet& snippet : snippets) {
+    std::size_t otherLineEnds = 0;
+    std::size_t lost = 0;
+    const auto text = [&](std::string_view ansi) {
+      std::string utf8 = ToForeignText(ansi, page, otherLineEnds);
+      lost += ReplaceNonXml(utf8);
+      return utf8;
+    };
+    const std::string code = text(snippet.Code);
+    const std::set<std::string> names = asTemplates ? NamesIn(code) : std::set<std::string>{};
+    const std::string delimiter = asTemplates ? "$" : DelimiterFor(code);
+    xml += "  <CodeSnippet Format=\"1.0.0\">\n    <Header>\n      <Title>" + XmlText(text(snippet.Name)) +
+           "</Title>\n      <Description>" + XmlText(text(snippet.Description)) + "</Description>\n";
+    if (!snippet.Attachment.empty()) {
+      xml += "      <HelpUrl>" + XmlText(text(snippet.Attachment)) + "</HelpUrl>\n";
+    }
+    xml += "    </Header>\n    <Snippet>\n" + Declarations(names) + "      <Code Language=\"VB\" Delimiter=\"" +
+           XmlEscaped(delimiter) + "\">" + XmlCharacterData(code) +
+           "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
+    const std::string name = page.ToUtf8(snippet.Name);
+    outcome.Note(Loss::Characters, name, lost);
+    outcome.Note(Loss::LineEnds, name, otherLineEnds);
+    if (snippet.Attachment.find("://") != std::string::npos) outcome.Note(Loss::Attachment, name);
+    ++outcome.carried;
+  }
+  return xml + "</CodeSnippets>\n";
+}
+
+}  // namespace snip

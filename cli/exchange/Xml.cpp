@@ -1,0 +1,161 @@
+#include "cli/exchange/Xml.h"
+
+#include <algorithm>
+
+#include "cli/Failure.h"
+#include "cli/text/Utf8.h"
+
+namespace snip {
+namespace {
+
+constexpr std::size_t kDeepest = 64;  // the parser recurses, and a snippet file needs six
+
+std::size_t LineIn(std::string_view text, std::size_t at) {
+  return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+}
+
+/// Ends over-deep documents before the parser goes down into them.
+void CheckDepth(std::string_view xml) {
+  std::size_t depth = 0;
+  for (auto at = xml.find('<'); at != std::string_view::npos; at = xml.find('<', at)) {
+    const std::string_view rest = xml.substr(at);
+    std::string_view closer = ">";
+    if (rest.starts_with("<![CDATA[")) closer = "]]>";
+    if (rest.starts_with("<!--")) closer = "-->";
+    if (rest.starts_with("<?")) closer = "?>";
+    const auto end = xml.find(closer, at);
+    if (end == std::string_view::npos) return;  // the parser says what is wrong
+    const bool element = closer == ">" && !rest.starts_with("<!");
+    if (element && rest.starts_with("</")) {
+      depth -= depth > 0 ? 1 : 0;
+    } else if (element && xml[end - 1] != '/') {
+      ++depth;
+    }
+    if (depth > kDeepest) throw Malformed(LineIn(xml, at), "elements lie too deep in each other");
+    at = end;
+  }
+}
+
+std::string_view WithoutMark(std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+    throw Malformed(1, "the file is in UTF-16; save it as UTF-8");
+  }
+  return bytes.starts_with("\xEF\xBB\xBF") ? bytes.substr(3) : bytes;
+}
+
+}  // namespace
+
+XmlDocument::XmlDocument(std::string_view bytes) : source_(WithoutMark(bytes)), parsed_(source_) {
+  for (std::string_view rest = source_; !rest.empty();) {
+    const std::size_t at = source_.size() - rest.size();
+    if (rest.front() == '\0') throw Malformed(LineIn(source_, at), "not XML: there is a zero byte");
+    if (TakeUtf8(rest) == kNoCharacter) throw Malformed(LineIn(source_, at), "the file is not UTF-8 here");
+  }
+  CheckDepth(source_);
+  try {
+    document_.parse<rapidxml::parse_validate_closing_tags>(parsed_.data());
+  } catch (const rapidxml::parse_error& error) {
+    throw Malformed(LineAt(error.where<char>()), "not well-formed XML: " + std::string(error.what()));
+  }
+  if (document_.first_node() == nullptr) throw Malformed(1, "not XML: there is no element");
+}
+
+std::size_t XmlDocument::LineAt(const char* place) const {
+  const auto at = static_cast<std::size_t>(place - parsed_.data());
+  return LineIn(source_, std::min(at, source_.size()));
+}
+
+std::string_view LocalName(const XmlNode& node) {
+  const std::string_view name(node.name(), node.name_size());
+  const auto colon = name.find(':');
+  return colon == std::string_view::npos ? name : name.substr(colon + 1);
+}
+
+const XmlNode* ChildOf(const XmlNode* node, std::string_view name) {
+  if (node == nullptr) return nullptr;
+  const XmlNode* child = node->first_node();
+  while (child != nullptr && (child->type() != rapidxml::node_element || LocalName(*child) != name)) {
+    child = child->next_sibling();
+  }
+  return child;
+}
+
+const XmlNode* NextLike(const XmlNode& node) {
+  const XmlNode* next = node.next_sibling();
+  while (next != nullptr && (next->type() != rapidxml::node_element || LocalName(*next) != LocalName(node))) {
+    next = next->next_sibling();
+  }
+  return next;
+}
+
+std::string TextOf(const XmlNode* node) {
+  std::string text;
+  if (node == nullptr) return text;
+  for (const XmlNode* part = node->first_node(); part != nullptr; part = part->next_sibling()) {
+    const bool holdsText = part->type() == rapidxml::node_data || part->type() == rapidxml::node_cdata;
+    if (holdsText) text.append(part->value(), part->value_size());
+  }
+  // XML has one kind of line end; the parser leaves that to its user.
+  std::string lines;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool carriageReturn = text[i] == '\r';
+    if (carriageReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
+    lines += carriageReturn ? '\n' : text[i];
+  }
+  return lines;
+}
+
+std::string_view AttributeOf(const XmlNode& node, std::string_view name, std::string_view otherwise) {
+  const auto* attribute = node.first_attribute(name.data(), name.size());
+  return attribute == nullptr ? otherwise : std::string_view(attribute->value(), attribute->value_size());
+}
+
+std::string XmlText(std::string_view text) {
+  const bool onlyBlanks = !text.empty() && text.find_first_not_of(" \t\n") == std::string_view::npos;
+  return onlyBlanks ? XmlCharacterData(text) : XmlEscaped(text);
+}
+
+std::string XmlEscaped(std::string_view text) {
+  std::string escaped;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      default:
+        escaped += c;
+    }
+  }
+  return escaped;
+}
+
+std::string XmlCharacterData(std::string_view text) {
+  std::string data = "<![CDATA[";
+  constexpr std::string_view closer = "]]>";
+  for (auto end = text.find(closer); end != std::string_view::npos; end = text.find(closer)) {
+    data.append(text.substr(0, end + 2)).append("]]><![CDATA[");
+    text.remove_prefix(end + 2);
+  }
+  return data.append(text).append(closer);
+}
+
+std::size_t ReplaceNonXml(std::string& text) {
+  std::size_t count = 0;
+  for (char& c : text) {
+    const bool held = static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n' || c == '\r';
+    if (!held) c = '?';
+    count += held ? 0 : 1;
+  }
+  return count;
+}
+
+}  // namespace snip
