@@ -50,6 +50,7 @@ class Syntax {
   CLI::App* Command(const char* name, const char* help, const std::shared_ptr<Options>& options,
                     ExitCode (*run)(Session&, const Options&)) {
     CLI::App* const command = app_.add_subcommand(name, help);
+    command->footer("");  // what the program's own help says of all commands
     command->callback([this, options, run] { exitCode_ = run(session_, *options); });
     return command;
   }
@@ -167,7 +168,6 @@ class Syntax {
     AddLibrary(command, edit->library);
     AddSnippet(command, edit->snippet);
     AddTexts(command, edit->texts);
-    command->require_option(1, 0);
 
     auto remove = std::make_shared<RemoveOptions>();
     command = Command("remove", "take snippets out of a library", remove, Remove);

@@ -5,9 +5,13 @@
 namespace snip {
 
 ExitCode Edit(Session& session, const EditOptions& options) {
+  const SnippetTexts& texts = options.texts;
+  if (!texts.code && !texts.codeFile && !texts.description && !texts.descriptionFile && !texts.attachment) {
+    throw Failure(ExitCode::Usage, "edit is told nothing to change");
+  }
   LibraryFile library = LibraryFile::ForChange(session, options.library);
   Snippet& snippet = library.snippets[library.Find(options.snippet)];
-  TakeTexts(session, options.texts, snippet);
+  TakeTexts(session, texts, snippet);
   library.CheckHeld(snippet);
   library.Save();
   return ExitCode::Done;

@@ -34,6 +34,12 @@ void SearchPart(const PartLines& lines, bool unixLines, const Matcher& matcher, 
 ScannedFile SearchLibrary(std::string_view bytes, const Matcher& matcher, const SearchedParts& parts,
                           const std::function<void(const Hit&)>& take) {
   const bool unixLines = bns::HasUnixLines(bytes);
+  // What stands nowhere in the file is in no snippet, and nobody need know where they are.
+  if (!matcher.Find(bytes, 0)) {
+    std::string_view behindFirstLine = bytes;
+    if (!bytes.empty()) TakeLine(behindFirstLine, unixLines);
+    bytes.remove_suffix(behindFirstLine.size());
+  }
   Hit hit;
   return ScanRecords(bytes, [&](const PartLines& lines) {
     if (lines.part == Part::Name) {

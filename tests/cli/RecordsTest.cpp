@@ -1,0 +1,193 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "cli/Failure.h"
+#include "cli/records/LibraryCheck.h"
+#include "cli/records/RecordScanner.h"
+#include "cli/records/Search.h"
+#include "platform/Text.h"
+#include "tests/cli/GeneratedLibrary.h"
+
+namespace snip::test {
+namespace {
+
+const CodePage kPage = CodePage::Windows1252();
+
+/// Files made of the lines that the format is about, in an order that it is mostly not about.
+std::string RandomFile(std::mt19937& random) {
+  static const std::vector<std::string> lines = {"(,)", "(.)",  "...", " (,)", "(.)  ", "  ...", ".",  "..", "",  "name",
+                                                 "x  ", "\t(.)", "a\rb", "a\nb", "(.)\r", "(,)x", "....", "\n"};
+  const std::string lineEnd = random() % 3 == 0 ? "\n" : "\r\n";
+  std::string file = random() % 4 == 0 ? "bns1.0" : "BNS2.0";
+  for (auto count = random() % 20; count > 0; --count) file += lineEnd + lines[random() % lines.size()];
+  return random() % 3 == 0 ? file : file + lineEnd;
+}
+
+TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
+  std::mt19937 random(1);
+  std::size_t harmless = 0;
+  for (int i = 0; i < 8000; ++i) {
+    const std::string file = RandomFile(random);
+    SCOPED_TRACE(testing::PrintToString(file));
+    const auto contents = std::get<BnsContents>(ReadBns(file));
+    std::string parts;
+    std::vector<std::string> names;
+    const ScannedFile scanned = ScanRecords(file, [&](const PartLines& lines) {
+      parts += lines.lines;
+      std::string_view rest = lines.lines;
+      if (lines.part == Part::Name) names.emplace_back(TakeLine(rest, file.find("\r\n") == std::string::npos || file.find('\n') < file.find("\r\n")));
+    });
+    ASSERT_EQ(parts, file);
+    ASSERT_EQ(scanned.version, contents.version);
+    ASSERT_EQ(scanned.snippets, contents.snippets.size());
+    for (std::size_t n = 0; n < names.size(); ++n) ASSERT_EQ(names[n], contents.snippets[n].Name);
+
+    // What is said to lose nothing when saved has all its text in what is saved.
+    const auto faults = CheckLibrary(file, kPage);
+    if (std::any_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.lostOnSave; })) continue;
+    if (contents.version == BnsVersion::Version1) continue;
+    ++harmless;
+    const auto letters = [](std::string text) {
+      std::erase_if(text, [](char c) { return c == ' ' || c == '\r' || c == '\n'; });
+      return text.ends_with("...") ? text.substr(0, text.size() - 3) : text;
+    };
+    ASSERT_EQ(letters(WriteBns(contents.snippets)).substr(6), letters(file).substr(6));
+  }
+  EXPECT_GT(harmless, 100U);
+}
+
+TEST(RecordsTest, SavedLibrariesHaveNoErrors) {
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    const auto library = GeneratedLibrary(seed);
+    for (const Fault& fault : CheckLibrary(WriteBns(library), kPage)) {
+      EXPECT_FALSE(fault.lostOnSave) << seed << ": " << fault.line << ": " << fault.message;
+    }
+    EXPECT_EQ(std::get<BnsContents>(ReadBns(WriteBns(library))).snippets, library);
+  }
+}
+
+struct Checked {
+  std::string file;  ///< With LF for CR LF.
+  std::vector<std::size_t> lines;
+  const char* says;  ///< In the first message.
+};
+
+TEST(RecordsTest, FaultsHaveTheirLines) {
+  for (const Checked& checked : std::vector<Checked>{
+           {"BNS2.0\na\n\nd\n(,)\nc\n...\n", {}, ""},
+           {"BNS2.0\n...\n", {}, ""},
+           {"", {1}, "empty"},
+           {"x\n", {1}, "neither"},
+           {"\xEF\xBB\xBF"
+            "BNS2.0\n",
+            {1},
+            "byte order mark"},
+           {"BNS1.0\na\nd\nc\n..\n", {1}, "version 1"},
+           {"BNS2.0\n", {1}, "ends without"},
+           {"BNS2.0\na\n\nd\n", {4}, "before the code"},
+           {"BNS2.0\na\n\nd\n(,)\nc\n", {6}, "inside code"},
+           {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n", {7}, "as an empty one"},
+           {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "loses the last two"},
+           {"BNS2.0\na\n\nd\n(,)\nc\n...\nmore\n", {8}, "never read"},
+           {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
+           {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "blanks"},
+           {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "lost"},
+           {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
+    std::string file;
+    for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
+    std::vector<std::size_t> lines;
+    const auto faults = CheckLibrary(file, kPage);
+    for (const Fault& fault : faults) lines.push_back(fault.line);
+    EXPECT_EQ(lines, checked.lines) << checked.file;
+    const std::string first = faults.empty() ? "" : faults.front().message;
+    EXPECT_NE(first.find(checked.says), std::string::npos) << checked.file << ": " << first;
+  }
+}
+
+TEST(RecordsTest, ThereIsRoomForSoManySnippets) {
+  const std::vector<Snippet> full(Library::kMaxSnippets);
+  EXPECT_EQ(CheckLibrary(WriteBns(full), kPage).back().severity, Severity::Warning);
+  const std::vector<Snippet> tooMany(Library::kMaxSnippets + 1);
+  const auto faults = CheckLibrary(WriteBns(tooMany), kPage);
+  EXPECT_TRUE(std::any_of(faults.begin(), faults.end(), [](const Fault& fault) {
+    return fault.lostOnSave && fault.line == 2 + 6 * Library::kMaxSnippets;
+  }));
+}
+
+std::vector<std::size_t> Places(const Pattern& pattern, const std::string& text) {
+  const Matcher matcher(pattern, text, kPage);
+  std::vector<std::size_t> places;
+  for (auto match = matcher.Find(text, 0); match; match = matcher.Find(text, match->at + 1)) places.push_back(match->at);
+  return places;
+}
+
+TEST(RecordsTest, FindsWhatPlainComparisonFinds) {
+  std::mt19937 random(2);
+  const std::string letters = "aAbB\xE9\xC9 _";
+  const auto text = [&](std::size_t longest) {
+    std::string made;
+    for (std::size_t n = 1 + random() % longest; n > 0; --n) made += letters[random() % letters.size()];
+    return made;
+  };
+  for (int i = 0; i < 5000; ++i) {
+    const Pattern pattern{.text = text(3), .ignoreCase = random() % 2 == 0, .wholeWord = random() % 2 == 0};
+    const std::string searched = text(40);
+    std::vector<std::size_t> expected;
+    for (std::size_t at = 0; at + pattern.text.size() <= searched.size(); ++at) {
+      const std::string there = searched.substr(at, pattern.text.size());
+      const std::size_t end = at + there.size();
+      const bool alone = (at == 0 || !kPage.IsWord(searched[at - 1])) && (end == searched.size() || !kPage.IsWord(searched[end]));
+      const bool same = pattern.ignoreCase ? kPage.Lower(there) == kPage.Lower(pattern.text) : there == pattern.text;
+      if (same && (alone || !pattern.wholeWord)) expected.push_back(at);
+    }
+    ASSERT_EQ(Places(pattern, searched), expected) << pattern.text << " in " << searched;
+  }
+}
+
+TEST(RecordsTest, ExpressionsMatchWithinLines) {
+  struct Expression {
+    Pattern pattern;
+    std::vector<std::size_t> places;
+  };
+  const std::string text = "Dim \xC9t\xE9$\r\nab1\r\nAB 2";  // lines at 0, 11 and 16
+  for (const auto& [pattern, places] : std::vector<Expression>{
+           {{.text = "^[a-z]+\\d$", .regularExpression = true}, {10}},
+           {{.text = "^ab", .ignoreCase = true, .regularExpression = true}, {10, 15}},
+           {{.text = "\xE9T\xC9", .ignoreCase = true, .regularExpression = true}, {4}},
+           {{.text = "\\w+", .wholeWord = true, .regularExpression = true}, {0, 4, 10, 15, 18}},
+           {{.text = "b.*A", .regularExpression = true}, {}},
+           {{.text = "[^x]{8,}", .regularExpression = true}, {0}},
+           {{.text = "(?=ab)", .regularExpression = true}, {10}},
+           {{.text = "\\Aab", .regularExpression = true}, {10}}}) {
+    std::vector<std::size_t> lines;  // one match a line, as a search has it
+    const Matcher matcher(pattern, text, kPage);
+    for (std::size_t from = 0; const auto match = matcher.Find(text, from);) {
+      lines.push_back(match->at);
+      from = pattern.wholeWord ? match->at + std::max<std::size_t>(match->length, 1) : std::min(text.find('\n', match->at), text.size() - 1) + 1;
+    }
+    EXPECT_EQ(lines, places) << pattern.text;
+  }
+  EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, "", kPage), Failure);
+  EXPECT_THROW(Matcher({.text = "(a*)*b", .regularExpression = true}, "", kPage).Find(std::string(5000, 'a'), 0), Failure);
+}
+
+TEST(RecordsTest, HitsTellTextAndLine) {
+  for (const std::string lineEnd : {"\r\n", "\n"}) {
+    std::string file;
+    for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "(.)", "two", "", "", "(,)", "ax", "..."}) {
+      file += line + lineEnd;
+    }
+    std::string found;
+    const Matcher matcher({.text = "x"}, file, kPage);
+    SearchLibrary(file, matcher, {}, [&](const Hit& hit) {
+      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.part)) + "/" + std::to_string(hit.line) +
+               "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) + ";";
+    });
+    EXPECT_EQ(found, "one x/1/1/one x/4;one x/3/2/x/0;one x/5/2/x x/0;two/5/1/ax/1;");
+  }
+}
+
+}  // namespace
+}  // namespace snip::test

@@ -1,0 +1,232 @@
+#!/usr/bin/env python3
+"""Drives the real bns: streams, exit codes, files and what is left of them.
+
+    check_bns.py [--wine] BNS
+
+With --wine, BNS is the Windows program, and what only a POSIX system has is left out.
+"""
+
+import json
+import os
+import pathlib
+import shutil
+import stat
+import subprocess
+import sys
+import tempfile
+
+WINE = "--wine" in sys.argv
+BNS = ([] if not WINE else ["wine"]) + [str(pathlib.Path(sys.argv[-1]).resolve())]
+STARTER = pathlib.Path(__file__).resolve().parents[2] / "resources/starter/Strings.bns"
+
+LIBRARY = ("BNS2.0\r\nOne\r\nC:\\a.txt\r\nFirst \xe9\r\n(,)\r\nDim s$\r\n    s$ = \"\x80\"\r\n(.)\r\n"
+           "Two\r\n\r\n\r\n(,)\r\n' nothing\r\n...\r\n").encode("latin-1")
+OLD = b"BNS1.0\r\nOne\r\nFirst\r\nDim x\r\n.\r\nTwo\r\n\r\n'\r\n..\r\n"
+TEMPLATE = '{"T": {"body": "For ${1:i}", "description": ""}, "P": {"body": "plain\\\\$"}, "\u2603": {"body": "\u2603"}}'
+DONE, NO, USAGE, FILE, MALFORMED, REFUSED = range(6)
+
+faults = []
+checks = 0
+
+
+def expect(holds, what):
+    global checks
+    checks += 1
+    if not holds:
+        faults.append(what)
+
+
+class Result:
+    def __init__(self, arguments, stdin=b"", environment=None):
+        # A Wine process may leave services behind that keep its streams: files need not be closed by all.
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err, tempfile.TemporaryFile() as given:
+            given.write(stdin)
+            given.seek(0)
+            self.code = subprocess.run(BNS + list(arguments), stdin=given, stdout=out, stderr=err, check=False,
+                                       env={**os.environ, **(environment or {})}, timeout=120).returncode
+            out.seek(0)
+            err.seek(0)
+            self.out = out.read()
+            self.err = err.read().decode()
+
+
+def bns(code, *arguments, stdin=b"", says="", **more):
+    """Runs a command and expects its exit code and some words on the standard error output."""
+    result = Result(arguments, stdin, **more)
+    expect(result.code == code and says in result.err,
+           f"{arguments}: {result.code} in place of {code}, or not '{says}': {result.err.strip()}")
+    return result
+
+
+def read(path):
+    return pathlib.Path(path).read_bytes()
+
+
+def write(path, data):
+    pathlib.Path(path).write_bytes(data)
+
+
+def refuse(code, *arguments, says="", **more):
+    """As bns(), and expects that no file changed."""
+    before = {path: path.read_bytes() for path in pathlib.Path().rglob("*") if path.is_file()}
+    bns(code, *arguments, says=says, **more)
+    after = {path: path.read_bytes() for path in pathlib.Path().rglob("*") if path.is_file()}
+    expect(before == after, f"{arguments}: files changed: {set(before.items()) ^ set(after.items())}")
+
+
+def reading():
+    write("l.bns", LIBRARY)
+    expect(bns(DONE, "list", "l.bns").out == b"One\nTwo\n", "list")
+    expect(bns(DONE, "list", "-", stdin=LIBRARY).out == b"One\nTwo\n", "list from the standard input")
+    expect(bns(DONE, "show", "-c", "l.bns", "one").out.decode() == 'Dim s$\n    s$ = "\u20ac"\n', "show")
+    expect(bns(DONE, "show", "-c", "--raw", "l.bns", "#1").out == b'Dim s$\r\n    s$ = "\x80"\r\n', "show --raw")
+    shown = json.loads(bns(DONE, "show", "--json", "l.bns", "One").out)
+    expect(shown == {"position": 1, "name": "One", "attachment": "C:\\a.txt", "description": "First \u00e9",
+                     "code": 'Dim s$\n    s$ = "\u20ac"'}, f"show --json: {shown}")
+    expect(bns(DONE, "search", "s$", "l.bns").out.decode() == 'One: code 1: Dim s$\nOne: code 2:     s$ = "\u20ac"\n',
+           "search")
+    expect(bns(DONE, "search", "-i", "FIRST \u00c9", "--in", "description", "-l", "l.bns").out == b"One\n", "search -i")
+    expect(bns(DONE, "search", "-n", "-E", "^ +s.", "l.bns").out == b"1\n", "search -E")
+    hits = json.loads(bns(DONE, "search", "--json", "nothing", "l.bns").out)
+    expect([(hit["name"], hit["part"], hit["line"]) for hit in hits] == [("Two", "code", 1)], f"search --json {hits}")
+    for pattern in ("First", "\u2603"):
+        bns(NO, "search", pattern, "--in", "code", "l.bns")
+    bns(USAGE, "search", "-E", "(", "l.bns", says="regular expression")
+    bns(NO, "show", "l.bns", "Three", says="Three")
+    bns(FILE, "list", "none.bns", says="none.bns")
+    bns(FILE, "list", ".", says="folder")
+    bns(MALFORMED, "list", "-", stdin=b"x", says="standard input:1:")
+    bns(MALFORMED, "search", "x", "-", stdin=b"", says="standard input:1:")
+    bns(USAGE, "nonsense")
+    bns(DONE, "--help")
+    bns(DONE, "check", "l.bns")
+    check = bns(NO, "check", "-", stdin=LIBRARY + b"more\r\n")
+    expect(b":15: error: " in check.out, f"check: {check.out}")
+    bns(NO, "check", "--strict", "-", stdin=LIBRARY.replace(b"Two", b"One"))
+    stats = json.loads(bns(DONE, "stats", "--json", "l.bns").out)
+    expect((stats[0]["snippets"], stats[0]["codeLines"], stats[0]["attached"]) == (2, 3, 1), f"stats: {stats}")
+
+
+def changing():
+    write("l.bns", LIBRARY)
+    code = bns(DONE, "show", "-c", "--raw", "l.bns", "One").out
+    bns(DONE, "add", "l.bns", "Th\u00e9", "-C", "-", "--encoding", "ansi", "-d", "a\nb", stdin=code)
+    expect(bns(DONE, "show", "-c", "--raw", "l.bns", "Th\u00e9").out == code, "raw code comes back")
+    bns(DONE, "move", "l.bns", "Th\u00e9", "--before", "One")
+    bns(DONE, "rename", "l.bns", "#1", "Three")
+    bns(DONE, "move", "l.bns", "One", "--to", "3")
+    expect(bns(DONE, "list", "l.bns").out == b"Three\nTwo\nOne\n", "move and rename")
+    bns(DONE, "edit", "l.bns", "Two", "-c", "x = 1  \ny = 2", "-a", "C:\\b")
+    expect(bns(DONE, "show", "--raw", "l.bns", "Two").out == b"Two\r\nAttached: C:\\b\r\n\r\nx = 1\r\ny = 2\r\n", "edit")
+    bns(DONE, "remove", "l.bns", "#1", "Two")
+    bns(DONE, "move", "l.bns", "One", "--after", "One")
+    expect(read("l.bns") == LIBRARY[:LIBRARY.index(b"(.)")] + b"...\r\n", "what is left is as it was")
+    out = bns(DONE, "remove", "-", "Two", stdin=LIBRARY).out
+    expect(out == read("l.bns"), "a library through the standard streams")
+    bns(DONE, "add", "--create", "new.bns", "One")
+    refuse(REFUSED, "move", "l.bns", "One", "--into", "new.bns", says="already")
+    bns(DONE, "rename", "new.bns", "One", "Other")
+    bns(DONE, "move", "l.bns", "One", "--into", "new.bns")
+    expect(bns(DONE, "list", "new.bns").out == b"Other\nOne\n" and read("l.bns") == b"BNS2.0\r\n...\r\n", "move --into")
+
+
+def refusing():
+    write("l.bns", LIBRARY)
+    write("old.bns", OLD)
+    write("full.bns", b"BNS2.0\r\n" + b"(.)\r\n".join([b"\r\n\r\n\r\n(,)\r\n\r\n"] * 32767) + b"...\r\n")
+    refuse(REFUSED, "add", "full.bns", "x", says="32,767")
+    refuse(REFUSED, "add", "l.bns", "One", says="already")
+    refuse(REFUSED, "add", "l.bns", "a\nb", says="one line")
+    refuse(REFUSED, "rename", "l.bns", "One", " ... ", says="end of a library")
+    refuse(REFUSED, "edit", "l.bns", "One", "-c", "a\n (.)\n", says="line 2 of its code")
+    refuse(REFUSED, "edit", "l.bns", "One", "-d", "(,)", says="line 1 of its description")
+    refuse(REFUSED, "edit", "l.bns", "One", "-c", "\u2603", says="1 character")
+    refuse(NO, "remove", "l.bns", "Two", "Three", says="Three")
+    refuse(USAGE, "edit", "l.bns", "One")
+    refuse(USAGE, "move", "l.bns", "One", "--to", "9")
+    refuse(REFUSED, "add", "old.bns", "x", says="convert")
+    refuse(FILE, "add", "none.bns", "x", says="none.bns")
+    refuse(REFUSED, "add", "-", "x", stdin=LIBRARY + b"more", says=":15:")
+    bns(DONE, "edit", "--lossy", "l.bns", "One", "-c", "\u2603", says="1 character")
+    expect(bns(DONE, "show", "-c", "l.bns", "One").out == b"?\n", "--lossy")
+
+
+def converting():
+    write("old.bns", OLD)
+    expected = b"BNS2.0\r\nOne\r\n\r\nFirst\r\n(,)\r\nDim x\r\n(.)\r\nTwo\r\n\r\n\r\n(,)\r\n'\r\n...\r\n"
+    expect(bns(DONE, "convert", "-", stdin=OLD).out == expected, "convert to the standard output")
+    refuse(REFUSED, "convert", "old.bns", "-o", "old.bns", says="exists")
+    bns(DONE, "convert", "old.bns")
+    expect(read("old.bns") == expected, "convert")
+    refuse(REFUSED, "convert", "-", "-o", "x.bns", stdin=OLD.replace(b"Dim x", b"a\r\n..."), says="line 2 of its code")
+    refuse(MALFORMED, "convert", "-", stdin=b"x")
+
+
+def exchanging():
+    shutil.copy(STARTER, "s.bns")
+    for output in ("s.snippet", "s.code-snippets", "folder/"):
+        bns(DONE, "export", "s.bns", output, says="exported 11")
+        refuse(REFUSED, "export", "s.bns", output, says="exists")
+        bns(DONE, "import", "back.bns", output, "--create", says="imported 11")
+        expect(read("back.bns") == read("s.bns"), f"{output} comes back")
+        refuse(DONE, "import", "back.bns", output, says="already there 11")
+        os.remove("back.bns")
+    out = bns(DONE, "export", "s.bns", "-", "--format", "vs").out
+    refuse(DONE, "import", "n.bns", "-", "--format", "vs", "--create", "--dry-run", stdin=out, says="would have imported 11")
+    write("t.json", TEMPLATE.encode())
+    refuse(REFUSED, "import", "n.bns", "t.json", "--create", says="--lossy")
+    report = json.loads(bns(NO, "import", "n.bns", "t.json", "--create", "--lossy", "--json").out)
+    expect((report["imported"], report["leftOut"]) == (2, 1) and report["notes"][-1]["loss"] == "template"
+           or "template" in [note["loss"] for note in report["notes"]], f"import --json: {report}")
+    bns(DONE, "import", "n.bns", "t.json", "--lossy", "--templates", "fill", says="imported 1")
+    expect(bns(DONE, "show", "-c", "n.bns", "T").out == b"For i\n", "a filled template")
+    write("l.bns", LIBRARY)
+    bns(DONE, "export", "l.bns", "l.json")
+    bns(DONE, "import", "l2.bns", "l.json", "--create")
+    expect(read("l2.bns") == LIBRARY, "attachments in the file beside")
+    bns(DONE, "edit", "l2.bns", "One", "-c", "other")
+    refuse(NO, "merge", "l.bns", "l2.bns", says='"One": left out')
+    refuse(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number", "--dry-run", says="One (2)")
+    bns(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number")
+    expect(bns(DONE, "list", "l.bns").out == b"One\nTwo\nOne (2)\n", "merge")
+    for name, data in (("h.snippet", b"<a>\n<b>"), ("h.json", b"{\n\"a\" 1}")):
+        write(name, data)
+        refuse(MALFORMED, "import", "l.bns", name, says=f"{name}:2:")
+
+
+def posix_files():
+    write("l.bns", LIBRARY)
+    os.chmod("l.bns", 0o640)
+    os.symlink("l.bns", "link.bns")
+    bns(DONE, "remove", "link.bns", "Two")
+    expect(os.path.islink("link.bns") and b"Two" not in read("l.bns"), "links are followed")
+    expect(stat.S_IMODE(os.stat("l.bns").st_mode) == 0o640, "permissions are kept")
+    expect(sorted(os.listdir()) == ["l.bns", "link.bns"], f"nothing is left behind: {os.listdir()}")
+    old = os.umask(0o027)
+    bns(DONE, "add", "--create", "new.bns", "x")
+    os.umask(old)
+    expect(stat.S_IMODE(os.stat("new.bns").st_mode) == 0o640, "new files have the usual permissions")
+    with open("/dev/full", "wb") as full:
+        code = subprocess.run(BNS + ["list", "l.bns"], stdout=full, stderr=subprocess.DEVNULL, check=False).returncode
+    expect(code == FILE, "a full device")
+    # On a terminal there are colours, and control characters command nothing.
+    write("c.bns", LIBRARY.replace(b"One", b"O\x1b[2Jne"))
+    for environment, coloured in (({"NO_COLOR": ""}, True), ({"NO_COLOR": "1"}, False)):
+        shown = subprocess.run(["script", "-qec", f"{BNS[0]} search Dim c.bns", "/dev/null"], capture_output=True,
+                               stdin=subprocess.DEVNULL, check=False, env={**os.environ, **environment}).stdout
+        expect((b"\x1b[1;31mDim" in shown) == coloured and b"\x1b[2J" not in shown, f"colours: {shown}")
+
+
+def main():
+    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files])
+    for part in parts:
+        with tempfile.TemporaryDirectory() as folder:
+            os.chdir(folder)
+            part()
+            os.chdir("/")
+    print("\n".join(faults) or f"{checks} checks passed")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
