@@ -55,15 +55,19 @@ class Syntax {
     return command;
   }
 
-  void AddJson(CLI::App* command) { command->add_flag("--json", session_.json, "answer in JSON, for scripts"); }
-  void AddLossy(CLI::App* command, const char* help = "allow characters to be lost that libraries do not have") {
+  void AddJson(CLI::App* command) {
+    command->add_flag("--json", session_.json, "answer in JSON, for scripts");
+  }
+  void AddLossy(CLI::App* command,
+                const char* help = "allow characters to be lost that libraries do not have") {
     command->add_flag("--lossy", session_.lossy, help);
   }
   static void AddLibrary(CLI::App* command, std::string& library) {
     command->add_option("LIBRARY", library, kLibraryHelp)->required();
   }
   static void AddLibraries(CLI::App* command, std::vector<std::string>& libraries) {
-    command->add_option("LIBRARY", libraries, "the libraries' files, or - for the standard input")->required();
+    command->add_option("LIBRARY", libraries, "the libraries' files, or - for the standard input")
+        ->required();
   }
   static void AddSnippet(CLI::App* command, std::string& snippet) {
     command->add_option("SNIPPET", snippet, kSnippetHelp)->required();
@@ -83,8 +87,8 @@ class Syntax {
 
   /// An option that takes one of some words.
   template <class Value>
-  static void AddWord(CLI::App* command, const char* name, Value& value, const std::map<std::string, Value>& words,
-                      const char* help) {
+  static void AddWord(CLI::App* command, const char* name, Value& value,
+                      const std::map<std::string, Value>& words, const char* help) {
     std::string choice;
     for (const auto& [word, unused] : words) choice += (choice.empty() ? "" : "|") + word;
     command
@@ -96,7 +100,8 @@ class Syntax {
 
   void AddTexts(CLI::App* command, SnippetTexts& texts) {
     auto* code = command->add_option("-c,--code", texts.code, "the code");
-    command->add_option("-C,--code-file", texts.codeFile, "the file with the code, or - for the standard input")
+    command
+        ->add_option("-C,--code-file", texts.codeFile, "the file with the code, or - for the standard input")
         ->excludes(code);
     auto* description = command->add_option("-d,--description", texts.description, "the description");
     command->add_option("-D,--description-file", texts.descriptionFile, "the file with the description, or -")
@@ -110,7 +115,8 @@ class Syntax {
     auto list = std::make_shared<ListOptions>();
     auto* command = Command("list", "list the snippets of a library", list, List);
     AddLibrary(command, list->library);
-    command->add_flag("-l,--long", list->details, "with the first line of the description, and the attachment");
+    command->add_flag("-l,--long", list->details,
+                      "with the first line of the description, and the attachment");
     AddJson(command);
 
     auto show = std::make_shared<ShowOptions>();
@@ -118,11 +124,12 @@ class Syntax {
     AddLibrary(command, show->library);
     AddSnippet(command, show->snippet);
     using What = ShowOptions::What;
-    command->add_flag_callback("-c,--code", [show] { show->what = What::Code; }, "only the code");
-    command->add_flag_callback("-d,--description", [show] { show->what = What::Description; },
-                               "only the description");
-    command->add_flag_callback("-a,--attachment", [show] { show->what = What::Attachment; },
-                               "only the path of the attached file");
+    command->add_flag_callback(
+        "-c,--code", [show] { show->what = What::Code; }, "only the code");
+    command->add_flag_callback(
+        "-d,--description", [show] { show->what = What::Description; }, "only the description");
+    command->add_flag_callback(
+        "-a,--attachment", [show] { show->what = What::Attachment; }, "only the path of the attached file");
     command->add_flag("--raw", show->raw, "the library's bytes: its code page, lines ending with CR LF");
     AddJson(command);
 
@@ -172,7 +179,8 @@ class Syntax {
     auto remove = std::make_shared<RemoveOptions>();
     command = Command("remove", "take snippets out of a library", remove, Remove);
     AddLibrary(command, remove->library);
-    command->add_option("SNIPPET", remove->snippets, "the snippets' names, or # and their numbers")->required();
+    command->add_option("SNIPPET", remove->snippets, "the snippets' names, or # and their numbers")
+        ->required();
     AddLossy(command, lossyChange);
 
     auto rename = std::make_shared<RenameOptions>();
@@ -207,19 +215,21 @@ class Syntax {
     auto* command = Command("merge", "put the snippets of libraries into another", merge, Merge);
     command->add_option("LIBRARY", merge->library, "the library that takes them")->required();
     command->add_option("SOURCE", merge->sources, "the libraries they come from")->required();
-    AddWord(command, "--same-name", merge->sameName,
-            {{"skip", SameName::Skip}, {"number", SameName::Number}},
+    AddWord(command, "--same-name", merge->sameName, {{"skip", SameName::Skip}, {"number", SameName::Number}},
             "what becomes of a snippet whose name another has: left out, or numbered");
     AddTransfer(command, merge->dryRun, merge->create);
 
     auto exporting = std::make_shared<ExportOptions>();
     command = Command("export", "write a library in another tool's format", exporting, Export);
     AddLibrary(command, exporting->library);
-    command->add_option("OUTPUT", exporting->output,
-                        "FILE.snippet, FILE.code-snippets, FILE.json, a new folder FOLDER/ for .bas files, or -")
+    command
+        ->add_option("OUTPUT", exporting->output,
+                     "FILE.snippet, FILE.code-snippets, FILE.json, a new folder FOLDER/ for .bas files, or -")
         ->required();
     AddFormat(command, exporting->format);
-    command->add_option("-s,--snippet", exporting->snippets, "only this one; may be repeated")->expected(1)->take_all();
+    command->add_option("-s,--snippet", exporting->snippets, "only this one; may be repeated")
+        ->expected(1)
+        ->take_all();
     command->add_flag("--as-templates", exporting->asTemplates,
                       "take the code for template text: its $ signs are placeholders");
     command->add_flag("--force", exporting->force, "overwrite a file");
@@ -237,9 +247,11 @@ class Syntax {
             "what becomes of snippets with placeholders: filled with their default texts, kept as they are "
             "written, or left out");
     command->add_flag("--all-languages", import->reading.allLanguages, "also snippets of other languages");
-    AddWord(command, "--same-name", import->sameName, {{"skip", SameName::Skip}, {"number", SameName::Number}},
+    AddWord(command, "--same-name", import->sameName,
+            {{"skip", SameName::Skip}, {"number", SameName::Number}},
             "what becomes of a snippet whose name another has: left out, or numbered");
-    AddEncoding(command, import->encoding, "of .bas files: ANSI unless a byte order mark or this says otherwise");
+    AddEncoding(command, import->encoding,
+                "of .bas files: ANSI unless a byte order mark or this says otherwise");
     AddTransfer(command, import->dryRun, import->create);
   }
 
@@ -251,8 +263,9 @@ class Syntax {
   }
 
   Session& session_;
-  CLI::App app_{"Reads, searches and changes Snipstore's libraries, and carries snippets to and from other tools.",
-                "bns"};
+  CLI::App app_{
+      "Reads, searches and changes Snipstore's libraries, and carries snippets to and from other tools.",
+      "bns"};
   ExitCode exitCode_ = ExitCode::Done;
 };
 

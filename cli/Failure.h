@@ -18,7 +18,8 @@ class Failure : public std::runtime_error {
   ExitCode code_;
 };
 
-/// A place in a file's bytes that is not of its format. Whoever knows the file's name turns it into a Failure.
+/// A place in a file's bytes that is not of its format. Whoever knows the file's name turns it into a
+/// Failure.
 class Malformed : public std::runtime_error {
  public:
   /// `line` counts from 1.

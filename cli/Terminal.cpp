@@ -30,7 +30,8 @@ std::string Printable(std::string_view utf8) {
   std::string text;
   while (!utf8.empty()) {
     const char32_t c = TakeUtf8(utf8);
-    const bool control = (c < 0x20 && c != U'\n' && c != U'\t') || (c >= 0x7F && c < 0xA0) || c == kNoCharacter;
+    const bool control =
+        (c < 0x20 && c != U'\n' && c != U'\t') || (c >= 0x7F && c < 0xA0) || c == kNoCharacter;
     AppendUtf8(text, control ? U'\uFFFD' : c);
   }
   return text;
@@ -93,7 +94,8 @@ void Terminal::Flush() {
   const std::size_t written = std::fwrite(pending_.data(), 1, pending_.size(), stdout);
   const bool complete = written == pending_.size();
   pending_.clear();
-  if (!complete || std::fflush(stdout) != 0) throw Failure(ExitCode::File, "the standard output cannot be written");
+  if (!complete || std::fflush(stdout) != 0)
+    throw Failure(ExitCode::File, "the standard output cannot be written");
 }
 
 void Terminal::Complain(std::string_view message) {

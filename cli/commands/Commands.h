@@ -9,8 +9,8 @@
 #include "cli/exchange/Exchange.h"
 #include "cli/records/Search.h"
 
-// The commands of `bns`, each in a file of its own. All texts are as the command line gives them, in UTF-8; paths
-// may be "-" for the standard streams. A command throws a Failure for what ends it.
+// The commands of `bns`, each in a file of its own. All texts are as the command line gives them, in UTF-8;
+// paths may be "-" for the standard streams. A command throws a Failure for what ends it.
 namespace snip {
 
 struct ListOptions {

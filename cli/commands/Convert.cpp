@@ -16,7 +16,8 @@ ExitCode Convert(Session& session, const ConvertOptions& options) {
     if (!fault.lostOnSave) continue;
     const Failure failure = MalformedFile(options.library, Malformed(fault.line, fault.message));
     if (!session.lossy) {
-      throw Failure(ExitCode::Refused, failure.what() + std::string("; --lossy converts the rest all the same"));
+      throw Failure(ExitCode::Refused,
+                    failure.what() + std::string("; --lossy converts the rest all the same"));
     }
     session.terminal.Complain(failure.what());
   }

@@ -13,9 +13,11 @@ Format FormatOf(Format asked, const std::string& path) {
   const std::string extension = ToUtf8(file.extension());
   if (extension == ".snippet") return Format::VisualStudio;
   if (extension == ".code-snippets" || extension == ".json") return Format::VsCode;
-  const bool folder = path != "-" && (file.filename().empty() || std::filesystem::is_directory(file, ignored));
+  const bool folder =
+      path != "-" && (file.filename().empty() || std::filesystem::is_directory(file, ignored));
   if (folder || extension == ".bas") return Format::Bas;
-  throw Failure(ExitCode::Usage, Session::NameOf(path) + ": the name does not tell the format; --format does");
+  throw Failure(ExitCode::Usage,
+                Session::NameOf(path) + ": the name does not tell the format; --format does");
 }
 
 std::string AttachmentsBeside(const std::string& path) {

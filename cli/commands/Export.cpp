@@ -56,9 +56,11 @@ std::vector<Snippet> Chosen(LibraryFile& library, const std::vector<std::string>
 void WriteOutputs(Session& session, const ExportOptions& options, const std::vector<Output>& outputs) {
   std::error_code ignored;
   for (const Output& output : outputs) {
-    const bool inTheWay = output.path != "-" && !options.force && std::filesystem::exists(ToPath(output.path), ignored);
+    const bool inTheWay =
+        output.path != "-" && !options.force && std::filesystem::exists(ToPath(output.path), ignored);
     if (inTheWay) {
-      throw Failure(ExitCode::Refused, Session::NameOf(output.path) + ": exists already; --force overwrites it");
+      throw Failure(ExitCode::Refused,
+                    Session::NameOf(output.path) + ": exists already; --force overwrites it");
     }
   }
   for (const Output& output : outputs) {
@@ -85,8 +87,8 @@ ExitCode Export(Session& session, const ExportOptions& options) {
     if (options.asTemplates) throw Failure(ExitCode::Usage, ".bas files have no templates");
     folder = WriteBasFolder(snippets, session.page, outcome);
   } else if (format == Format::VisualStudio) {
-    outputs.push_back({options.output,
-                       WriteVisualStudioSnippets(snippets, options.asTemplates, session.page, outcome)});
+    outputs.push_back(
+        {options.output, WriteVisualStudioSnippets(snippets, options.asTemplates, session.page, outcome)});
   } else {
     VsCodeFiles files = WriteVsCodeSnippets(snippets, options.asTemplates, session.page, outcome);
     outputs.push_back({options.output, std::move(files.snippets)});
@@ -95,7 +97,8 @@ ExitCode Export(Session& session, const ExportOptions& options) {
     }
     for (const Snippet& snippet : snippets) {
       // The standard output has nothing beside it.
-      if (toOutput && !snippet.Attachment.empty()) outcome.Note(Loss::Attachment, session.page.ToUtf8(snippet.Name));
+      if (toOutput && !snippet.Attachment.empty())
+        outcome.Note(Loss::Attachment, session.page.ToUtf8(snippet.Name));
     }
   }
   if (outcome.LosesText() && !session.lossy) {

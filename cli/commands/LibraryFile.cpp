@@ -82,7 +82,8 @@ std::size_t LibraryFile::Find(const std::string& which) const {
   const std::vector<std::size_t>& found = same.empty() ? inAnotherCase : same;
   if (found.size() == 1) return found.front();
   if (found.size() > 1) {
-    throw Failure(ExitCode::No, "several snippets are called \"" + which + "\"; choose one of " + Numbers(found));
+    throw Failure(ExitCode::No,
+                  "several snippets are called \"" + which + "\"; choose one of " + Numbers(found));
   }
   std::size_t number = 0;
   const char* const end = which.data() + which.size();

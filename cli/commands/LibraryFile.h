@@ -10,8 +10,8 @@
 
 namespace snip {
 
-/// A library that a command reads and perhaps changes. The path "-" stands for the standard input, and for the
-/// standard output when the library is saved.
+/// A library that a command reads and perhaps changes. The path "-" stands for the standard input, and for
+/// the standard output when the library is saved.
 class LibraryFile {
  public:
   /// Reads a library; throws a Failure where there is none.

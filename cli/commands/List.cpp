@@ -19,7 +19,8 @@ ExitCode List(Session& session, const ListOptions& options) {
     if (!options.details) continue;
     const std::string description = session.page.ToUtf8(snippet.Description);
     session.WriteLine("    " + description.substr(0, description.find_first_of("\r\n")));
-    if (!snippet.Attachment.empty()) session.WriteLine("    Attached: " + session.page.ToUtf8(snippet.Attachment));
+    if (!snippet.Attachment.empty())
+      session.WriteLine("    Attached: " + session.page.ToUtf8(snippet.Attachment));
   }
   if (session.json) session.WriteLine(list.dump(2));
   return ExitCode::Done;

@@ -2,20 +2,25 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "cli/exchange/Json.h"
 
 namespace snip {
 
-void MergeSnippets(std::vector<Snippet>& into, std::vector<Snippet> from, SameName sameName, const CodePage& page,
-                   Outcome& outcome) {
+void MergeSnippets(std::vector<Snippet>& into, std::vector<Snippet> from, SameName sameName,
+                   const CodePage& page, Outcome& outcome) {
+  // Names that the source itself has several times are no reason to leave any of them out.
   std::unordered_multimap<std::string, std::size_t> names;
+  std::unordered_set<std::string> taken;
   for (std::size_t i = 0; i < into.size(); ++i) names.emplace(into[i].Name, i);
+  for (const Snippet& snippet : into) taken.insert(snippet.Name);
   for (Snippet& snippet : from) {
     const std::string name = page.ToUtf8(snippet.Name);
     const auto [first, last] = names.equal_range(snippet.Name);
-    const bool there = std::any_of(first, last, [&](const auto& known) { return into[known.second] == snippet; });
+    const bool there =
+        std::any_of(first, last, [&](const auto& known) { return into[known.second] == snippet; });
     if (there) {
       ++outcome.alreadyThere;
       continue;
@@ -30,12 +35,12 @@ void MergeSnippets(std::vector<Snippet>& into, std::vector<Snippet> from, SameNa
     }
     if (first != last) {
       const std::string original = snippet.Name;
-      for (int number = 2; names.contains(snippet.Name); ++number) {
+      for (int number = 2; taken.contains(snippet.Name); ++number) {
         snippet.Name = original + " (" + std::to_string(number) + ")";
       }
       outcome.Note(Loss::Renamed, name, 1, page.ToUtf8(snippet.Name));
     }
-    names.emplace(snippet.Name, into.size());
+    taken.insert(snippet.Name);
     into.push_back(std::move(snippet));
     ++outcome.carried;
   }
@@ -59,8 +64,9 @@ ExitCode Report(Session& session, const Outcome& outcome, const std::string& don
     session.WriteLine(report.dump(2));
   } else {
     for (const LossNote& note : outcome.notes()) session.terminal.Complain(Describe(note));
-    const std::string summary = std::string(dryRun ? "would have " : "") + done + " " + std::to_string(outcome.carried) +
-                                ", already there " + std::to_string(outcome.alreadyThere) + ", left out " +
+    const std::string summary = std::string(dryRun ? "would have " : "") + done + " " +
+                                std::to_string(outcome.carried) + ", already there " +
+                                std::to_string(outcome.alreadyThere) + ", left out " +
                                 std::to_string(outcome.leftOut());
     session.terminal.Complain(summary);
   }

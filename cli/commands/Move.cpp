@@ -50,7 +50,8 @@ ExitCode Move(Session& session, const MoveOptions& options) {
   if (options.after) target = library.Find(*options.after) + 1;
   if (options.position) {
     if (*options.position < 1 || *options.position > library.snippets.size()) {
-      throw Failure(ExitCode::Usage, "the library has the positions 1 to " + std::to_string(library.snippets.size()));
+      throw Failure(ExitCode::Usage,
+                    "the library has the positions 1 to " + std::to_string(library.snippets.size()));
     }
     target = *options.position - 1;
     if (target > position) ++target;

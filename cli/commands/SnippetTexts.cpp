@@ -15,8 +15,8 @@ void CheckNameIsFree(const std::vector<Snippet>& snippets, const std::string& na
                      const CodePage& page) {
   for (std::size_t i = 0; i < snippets.size(); ++i) {
     if (i == position || snippets[i].Name != name) continue;
-    throw Failure(ExitCode::Refused, "there is a snippet \"" + page.ToUtf8(name) +
-                                         "\" already; --same-name allows another");
+    throw Failure(ExitCode::Refused,
+                  "there is a snippet \"" + page.ToUtf8(name) + "\" already; --same-name allows another");
   }
 }
 

@@ -27,8 +27,10 @@ std::string_view WithoutFirstLine(std::string_view text) {
 
 /// Whether code alone in a file would be taken for something in front of code.
 bool BeginsOtherwise(std::string_view code) {
-  constexpr std::array<std::string_view, 5> others = {"'", "Attribute VB_", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
-  return std::any_of(others.begin(), others.end(), [&](std::string_view other) { return code.starts_with(other); });
+  constexpr std::array<std::string_view, 5> others = {"'", "Attribute VB_", "\xEF\xBB\xBF", "\xFF\xFE",
+                                                      "\xFE\xFF"};
+  return std::any_of(others.begin(), others.end(),
+                     [&](std::string_view other) { return code.starts_with(other); });
 }
 
 /// The description as comments, and the code behind an empty line. Where there is no description, an empty
@@ -81,7 +83,9 @@ std::string FileStem(const std::string& name) {
   std::string stem;
   for (std::string_view rest = name; !rest.empty();) {
     const char32_t c = TakeUtf8(rest);
-    const bool refused = c < 0x20 || (c >= 0x7F && c < 0xA0) || (c < 0x80 && std::string_view("\\/:*?\"<>|").find(static_cast<char>(c)) != std::string_view::npos);
+    const bool refused =
+        c < 0x20 || (c >= 0x7F && c < 0xA0) ||
+        (c < 0x80 && std::string_view("\\/:*?\"<>|").find(static_cast<char>(c)) != std::string_view::npos);
     AppendUtf8(stem, refused ? U'_' : c);
     constexpr std::size_t longest = 100;
     if (stem.size() >= longest) break;
@@ -121,7 +125,10 @@ Imported ReadBasFolder(std::vector<FolderFile> files, Encoding encoding, const C
     AnsiText ansiName = page.FromUtf8(name);
     AnsiText ansiAttachment = page.FromUtf8(attachment);
     intake.outcome().Note(Loss::Characters, name, text.lost + ansiName.lost + ansiAttachment.lost);
-    Snippet snippet{.Name = std::move(ansiName.text), .Attachment = std::move(ansiAttachment.text), .Code = {}, .Description = {}};
+    Snippet snippet{.Name = std::move(ansiName.text),
+                    .Attachment = std::move(ansiAttachment.text),
+                    .Code = {},
+                    .Description = {}};
     ReadBas(WithUsualLines(text.text, lineEnds), snippet);
     intake.outcome().Note(Loss::LineEnds, name, lineEnds);
     intake.AddConverted(std::move(snippet));
@@ -141,7 +148,8 @@ Imported ReadBasFolder(std::vector<FolderFile> files, Encoding encoding, const C
   return intake.Finish();
 }
 
-std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page, Outcome& outcome) {
+std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page,
+                                       Outcome& outcome) {
   std::vector<FolderFile> files;
   OrderedJson index = OrderedJson::array();
   // Some file systems do not tell capitals from small letters.

@@ -54,8 +54,8 @@ class Intake {
   Imported imported_;
 };
 
-/// A text of a library on its way into a format of UTF-8 text, with LF for every line end; counts the line ends
-/// that were of another kind than CR LF.
+/// A text of a library on its way into a format of UTF-8 text, with LF for every line end; counts the line
+/// ends that were of another kind than CR LF.
 std::string ToForeignText(std::string_view ansi, const CodePage& page, std::size_t& otherLineEnds);
 
 }  // namespace snip

@@ -71,8 +71,11 @@ ReadJson ReadJsonWithComments(std::string_view bytes) {
     // The message begins with the parser's own name for it and the place; what is wrong stands last.
     const std::string_view message = error.what();
     const auto colon = message.find(": ");
-    throw Malformed(static_cast<std::size_t>(lineEnds) + 1,
-                    "not JSON: " + std::string(colon == std::string_view::npos ? message : message.substr(colon + 2)));
+    throw Malformed(
+        static_cast<std::size_t>(lineEnds) + 1,
+        "not JSON: " + std::string(colon == std::string_view::npos ? message : message.substr(colon + 2)));
+  } catch (const Json::exception& error) {
+    throw Malformed(1, "not JSON that can be read: " + std::string(error.what()));
   }
   return read;
 }
@@ -82,7 +85,8 @@ std::size_t LineOfKey(std::string_view bytes, const std::string& key) {
   for (auto at = bytes.find(written); at != std::string_view::npos; at = bytes.find(written, at + 1)) {
     const auto next = bytes.find_first_not_of(" \t\r\n", at + written.size());
     if (next == std::string_view::npos || bytes[next] != ':') continue;
-    return 1 + static_cast<std::size_t>(std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+    return 1 + static_cast<std::size_t>(
+                   std::count(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
   }
   return 1;
 }

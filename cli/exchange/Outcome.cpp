@@ -22,12 +22,12 @@ constexpr std::array<LossWords, 14> kWords = {{
     {"no-code", "left out: there is no code in it"},
     {"repeated-key", "left out: the file has that name again further down"},
     {"no-room", "left out: a library holds 32,767 snippets"},
-    {"characters", "# characters that the other side does not have"},
+    {"characters", "characters that the other side does not have: #"},
     {"attachment", "its attachment has no place"},
-    {"line-ends", "# line ends of another kind became ordinary ones"},
-    {"line-end-blanks", "blanks at the ends of # lines are not kept"},
-    {"other-fields", "# properties without a place in a library"},
-    {"placeholders", "# placeholders became their default texts"},
+    {"line-ends", "line ends of another kind that became ordinary ones: #"},
+    {"line-end-blanks", "lines with blanks at the end, which are not kept: #"},
+    {"other-fields", "properties without a place in a library: #"},
+    {"placeholders", "placeholders that became their default texts: #"},
     {"renamed", "renamed"},
 }};
 
@@ -38,7 +38,8 @@ const LossWords& WordsOf(Loss loss) {
 }  // namespace
 
 void Outcome::Note(Loss loss, const std::string& snippet, std::size_t count, std::string detail) {
-  if (count > 0) notes_.push_back({.loss = loss, .snippet = snippet, .count = count, .detail = std::move(detail)});
+  if (count > 0)
+    notes_.push_back({.loss = loss, .snippet = snippet, .count = count, .detail = std::move(detail)});
 }
 
 std::size_t Outcome::CountOf(Loss loss) const {

@@ -17,13 +17,13 @@ enum class Loss {
   RepeatedKey,    ///< The file has the name again further down, which counts.
   NoRoom,         ///< The library is full.
   // The snippet was carried over, but:
-  Characters,      ///< Characters that the other side does not have became "?".
-  Attachment,      ///< The path of its attachment has no place.
-  LineEnds,        ///< A line end of another kind became an ordinary one.
-  LineEndBlanks,   ///< Blanks at line ends are not kept.
-  OtherFields,     ///< It has properties that a library has no place for.
-  Placeholders,    ///< Placeholders became their default texts.
-  Renamed,         ///< The name had to be made another.
+  Characters,     ///< Characters that the other side does not have became "?".
+  Attachment,     ///< The path of its attachment has no place.
+  LineEnds,       ///< A line end of another kind became an ordinary one.
+  LineEndBlanks,  ///< Blanks at line ends are not kept.
+  OtherFields,    ///< It has properties that a library has no place for.
+  Placeholders,   ///< Placeholders became their default texts.
+  Renamed,        ///< The name had to be made another.
 };
 
 struct LossNote {

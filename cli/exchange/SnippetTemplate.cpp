@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <stdexcept>
+#include <unordered_set>
 
 namespace snip {
 namespace {
 
-constexpr int kDeepest = 32;  // placeholders in defaults of placeholders; deeper ones are text
+// Bodies come from anywhere, and reading them must end: what exceeds these limits is no placeholder.
+constexpr int kDeepest = 32;                 // placeholders in defaults of placeholders
+constexpr std::size_t kLongest = 4096;       // choices and transformations, in bytes
+constexpr std::size_t kLargest = 1U << 20U;  // what a body may become, in bytes
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -54,6 +59,8 @@ class TemplateReader {
         text += c;
         ++at_;
       }
+      if (text.size() > std::max(kLargest, body_.size()))
+        throw std::length_error("the placeholders make too long a text");
     }
     return text;
   }
@@ -62,12 +69,14 @@ class TemplateReader {
   std::optional<std::string> ReadPlaceholder(int depth) {
     const std::size_t start = at_;
     const std::size_t before = placeholders_;
+    if (none_.contains(start)) return std::nullopt;
     ++at_;
     const bool braces = Skip('{');
     const std::string name = ReadName();
     std::optional<std::string> value;
-    if (!name.empty() && depth < kDeepest) value = braces ? ReadInBraces(name, depth) : ValueOf(name);
+    if (!name.empty()) value = braces ? ReadInBraces(name, depth) : ValueOf(name);
     if (!value) {
+      none_.insert(start);
       at_ = start;
       placeholders_ = before;
       return std::nullopt;
@@ -90,7 +99,7 @@ class TemplateReader {
 
   std::optional<std::string> ReadInBraces(const std::string& name, int depth) {
     if (Skip('}')) return ValueOf(name);
-    if (Skip(':')) {
+    if (depth < kDeepest && Skip(':')) {
       std::string text = ReadText(depth + 1, true);
       if (!Skip('}')) return std::nullopt;
       defaults_.emplace(name, text);
@@ -104,7 +113,8 @@ class TemplateReader {
   /// The first of the texts to choose from.
   std::optional<std::string> ReadChoice(const std::string& name) {
     std::string text;
-    for (bool first = true; !AtEnd();) {
+    const std::size_t end = std::min(body_.size(), at_ + kLongest);
+    for (bool first = true; at_ < end;) {
       if (Peek() == '|' && Peek(1) == '}') {
         at_ += 2;
         defaults_.emplace(name, text);
@@ -123,7 +133,8 @@ class TemplateReader {
   bool SkipTransformation() {
     int slashes = 0;
     int braces = 0;
-    for (; !AtEnd(); ++at_) {
+    const std::size_t end = std::min(body_.size(), at_ + kLongest);
+    for (; at_ < end; ++at_) {
       const char c = Peek();
       if (c == '\\') {
         ++at_;
@@ -145,6 +156,7 @@ class TemplateReader {
   std::size_t at_ = 0;
   std::size_t placeholders_ = 0;
   std::map<std::string, std::string> defaults_;
+  std::unordered_set<std::size_t> none_;  ///< Where a "$" was found to begin no placeholder.
 };
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <utility>
 
 #include "cli/Failure.h"
@@ -33,9 +34,11 @@ struct Filled {
   std::size_t placeholders = 0;
 };
 
-/// The code with every placeholder exchanged for its default text.
+/// The code with every placeholder exchanged for its default text. Throws std::length_error where that makes
+/// it longer by more than a megabyte.
 Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& defaults) {
   Filled filled;
+  const std::size_t longest = code.size() + (1U << 20U);
   while (!code.empty()) {
     const auto begin = code.find(delimiter);
     filled.code.append(code.substr(0, begin));
@@ -52,6 +55,7 @@ Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& d
       continue;
     }
     filled.code.append(known->second);
+    if (filled.code.size() > longest) throw std::length_error("the placeholders make too long a text");
     ++filled.placeholders;
     code.remove_prefix(end + delimiter.size());
   }
@@ -91,7 +95,12 @@ void ReadSnippet(const XmlDocument& document, const XmlNode& element, const Impo
 
   const std::string_view delimiter = AttributeOf(*code, "Delimiter", "$");
   if (!delimiter.empty()) {
-    Filled filled = Fill(foreign.code, delimiter, PlaceholdersOf(content));
+    Filled filled;
+    try {
+      filled = Fill(foreign.code, delimiter, PlaceholdersOf(content));
+    } catch (const std::length_error& error) {
+      throw Malformed(document.LineOf(element), error.what());
+    }
     if (filled.placeholders > 0 && options.templates == Templates::LeaveOut) {
       return intake.outcome().Note(Loss::Template, foreign.name);
     }
@@ -146,7 +155,8 @@ std::string Declarations(const std::set<std::string>& names) {
 
 }  // namespace
 
-Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& options, const CodePage& page) {
+Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& options,
+                                  const CodePage& page) {
   const XmlDocument document(bytes);
   const XmlNode& root = document.root();
   const bool single = LocalName(root) == "CodeSnippet";
@@ -161,8 +171,8 @@ Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& o
   return intake.Finish();
 }
 
-std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates, const CodePage& page,
-                                      Outcome& outcome) {
+std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates,
+                                      const CodePage& page, Outcome& outcome) {
   std::string xml =
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<CodeSnippets xmlns=\"http://schemas.microsoft.com/VisualStudio/2005/CodeSnippet\">\n";
@@ -182,9 +192,9 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
     if (!snippet.Attachment.empty()) {
       xml += "      <HelpUrl>" + XmlText(text(snippet.Attachment)) + "</HelpUrl>\n";
     }
-    xml += "    </Header>\n    <Snippet>\n" + Declarations(names) + "      <Code Language=\"VB\" Delimiter=\"" +
-           XmlEscaped(delimiter) + "\">" + XmlCharacterData(code) +
-           "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
+    xml += "    </Header>\n    <Snippet>\n" + Declarations(names) +
+           "      <Code Language=\"VB\" Delimiter=\"" + XmlEscaped(delimiter) + "\">" +
+           XmlCharacterData(code) + "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
     const std::string name = page.ToUtf8(snippet.Name);
     outcome.Note(Loss::Characters, name, lost);
     outcome.Note(Loss::LineEnds, name, otherLineEnds);

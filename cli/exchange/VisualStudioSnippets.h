@@ -17,9 +17,9 @@ namespace snip {
 /// Reads a file; throws Malformed.
 Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& options, const CodePage& page);
 
-/// Writes a file. `Delimiter` becomes a character that the snippet's code does not contain, so that code stays
-/// code; with `asTemplates` it is "$" and each $name$ in the code is declared as a placeholder.
-std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates, const CodePage& page,
-                                      Outcome& outcome);
+/// Writes a file. `Delimiter` becomes a character that the snippet's code does not contain, so that code
+/// stays code; with `asTemplates` it is "$" and each $name$ in the code is declared as a placeholder.
+std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates,
+                                      const CodePage& page, Outcome& outcome);
 
 }  // namespace snip

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 #include "cli/Failure.h"
@@ -77,7 +78,7 @@ class Reader {
     Intake::Foreign foreign{
         .name = name, .attachment = AttachmentOf(name), .description = *description, .code = *body};
     if (options_.templates != Templates::AsText) {
-      TemplateText text = ReadSnippetTemplate(*body);
+      TemplateText text = ReadTemplate(name, *body);
       if (text.placeholders > 0 && options_.templates == Templates::LeaveOut) {
         return intake_.outcome().Note(Loss::Template, name);
       }
@@ -89,6 +90,14 @@ class Reader {
   }
 
  private:
+  TemplateText ReadTemplate(const std::string& name, const std::string& body) const {
+    try {
+      return ReadSnippetTemplate(body);
+    } catch (const std::length_error& error) {
+      throw Malformed(LineOfKey(bytes_, name), "\"" + name + "\": " + error.what());
+    }
+  }
+
   std::string AttachmentOf(const std::string& name) const {
     const auto found = attachments_.find(name);
     return found != attachments_.end() && found->is_string() ? found->get<std::string>() : std::string();
@@ -111,8 +120,8 @@ class Reader {
 
 }  // namespace
 
-Imported ReadVsCodeSnippets(std::string_view bytes, std::string_view attachments, const ImportOptions& options,
-                            const CodePage& page) {
+Imported ReadVsCodeSnippets(std::string_view bytes, std::string_view attachments,
+                            const ImportOptions& options, const CodePage& page) {
   const ReadJson file = ReadJsonWithComments(bytes);
   if (!file.value.is_object()) throw Malformed(1, "not a snippet file: it holds no object");
   const Json beside = attachments.empty() ? Json::object() : ReadJsonWithComments(attachments).value;
@@ -147,7 +156,8 @@ VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTempla
     // Added without a search: a search in each step would take long for large libraries.
     file.get_ref<OrderedJson::object_t&>().Container::emplace_back(key, std::move(entry));
     if (!snippet.Attachment.empty()) {
-      attachments.get_ref<OrderedJson::object_t&>().Container::emplace_back(key, page.ToUtf8(snippet.Attachment));
+      attachments.get_ref<OrderedJson::object_t&>().Container::emplace_back(key,
+                                                                            page.ToUtf8(snippet.Attachment));
     }
     ++outcome.carried;
   }

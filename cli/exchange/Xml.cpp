@@ -11,26 +11,48 @@ namespace {
 constexpr std::size_t kDeepest = 64;  // the parser recurses, and a snippet file needs six
 
 std::size_t LineIn(std::string_view text, std::size_t at) {
-  return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+  return 1 + static_cast<std::size_t>(
+                 std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
 }
 
-/// Ends over-deep documents before the parser goes down into them.
+/// Where the tag that begins at `at` ends; a ">" in an attribute's value ends none.
+std::size_t EndOfTag(std::string_view xml, std::size_t at) {
+  char quote = '\0';
+  for (; at < xml.size(); ++at) {
+    const char c = xml[at];
+    if (quote == '\0' && c == '>') return at;
+    if (quote == '\0' && (c == '"' || c == '\'')) {
+      quote = c;
+    } else if (c == quote) {
+      quote = '\0';
+    }
+  }
+  return std::string_view::npos;
+}
+
+/// Ends over-deep documents before the parser goes down into them. What a document type could declare is not
+/// wanted, and would hide tags.
 void CheckDepth(std::string_view xml) {
   std::size_t depth = 0;
   for (auto at = xml.find('<'); at != std::string_view::npos; at = xml.find('<', at)) {
     const std::string_view rest = xml.substr(at);
-    std::string_view closer = ">";
-    if (rest.starts_with("<![CDATA[")) closer = "]]>";
-    if (rest.starts_with("<!--")) closer = "-->";
-    if (rest.starts_with("<?")) closer = "?>";
-    const auto end = xml.find(closer, at);
-    if (end == std::string_view::npos) return;  // the parser says what is wrong
-    const bool element = closer == ">" && !rest.starts_with("<!");
-    if (element && rest.starts_with("</")) {
-      depth -= depth > 0 ? 1 : 0;
-    } else if (element && xml[end - 1] != '/') {
-      ++depth;
+    auto end = std::string_view::npos;
+    bool opens = false;
+    if (rest.starts_with("<![CDATA[")) {
+      end = xml.find("]]>", at + 9);
+    } else if (rest.starts_with("<!--")) {
+      end = xml.find("-->", at + 4);
+    } else if (rest.starts_with("<?")) {
+      end = xml.find("?>", at + 2);
+    } else if (rest.starts_with("<!")) {
+      throw Malformed(LineIn(xml, at), "a document type is not expected");
+    } else {
+      end = EndOfTag(xml, at);
+      opens = end != std::string_view::npos && !rest.starts_with("</") && xml[end - 1] != '/';
+      if (rest.starts_with("</") && depth > 0) --depth;
     }
+    if (end == std::string_view::npos) return;  // the parser says what is wrong
+    depth += opens ? 1 : 0;
     if (depth > kDeepest) throw Malformed(LineIn(xml, at), "elements lie too deep in each other");
     at = end;
   }
@@ -102,7 +124,8 @@ std::string TextOf(const XmlNode* node) {
     if (carriageReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
     lines += carriageReturn ? '\n' : text[i];
   }
-  return lines;
+  // A character reference can name what is no character.
+  return ValidUtf8(lines);
 }
 
 std::string_view AttributeOf(const XmlNode& node, std::string_view name, std::string_view otherwise) {

@@ -13,7 +13,7 @@ using XmlNode = rapidxml::xml_node<char>;
 /// A parsed XML document (UTF-8) that knows the lines of its elements.
 class XmlDocument {
  public:
-  /// Throws Malformed for what is not well-formed, is too deep or is in another encoding.
+  /// Throws Malformed for what is not well-formed, is too deep, has a document type or another encoding.
   explicit XmlDocument(std::string_view bytes);
   XmlDocument(const XmlDocument&) = delete;
   XmlDocument& operator=(const XmlDocument&) = delete;

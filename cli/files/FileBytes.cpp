@@ -53,7 +53,8 @@ FileBytes::~FileBytes() = default;
 FileBytes::FileBytes(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   struct stat status {};
-  const bool regular = file >= 0 && fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+  const bool regular =
+      file >= 0 && fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
   if (regular && static_cast<std::size_t>(status.st_size) <= kLargest) {
     size_ = static_cast<std::size_t>(status.st_size);
     void* const place = mmap(nullptr, size_, PROT_READ, MAP_PRIVATE | MAP_POPULATE, file, 0);

@@ -6,8 +6,8 @@
 
 namespace snip {
 
-/// The bytes of a file, to look at. A regular file is mapped into memory where the system can, so that a large one
-/// is not copied; it must not be shortened meanwhile.
+/// The bytes of a file, to look at. A regular file is mapped into memory where the system can, so that a
+/// large one is not copied; it must not be shortened meanwhile.
 class FileBytes {
  public:
   /// Reads the file of that path (UTF-8); throws a Failure.

@@ -84,8 +84,8 @@ void WriteFileSafely(const std::string& path, std::string_view bytes, Existing e
   }
   TemporaryFile temporary(target);
   if (!WriteAll(temporary.file(), bytes)) ThrowLastError(path);
-  // Only the superuser can give a file away; everyone else's files stay their own. That comes before the mode,
-  // some bits of which it takes away.
+  // Only the superuser can give a file away; everyone else's files stay their own. That comes before the
+  // mode, some bits of which it takes away.
   if (exists && fchown(temporary.file(), old.st_uid, old.st_gid) != 0 && errno != EPERM) ThrowLastError(path);
   if (fchmod(temporary.file(), exists ? old.st_mode & 07777U : ModeOfNewFiles()) != 0) ThrowLastError(path);
   const bool placed = exists ? std::rename(temporary.path().c_str(), target.c_str()) == 0

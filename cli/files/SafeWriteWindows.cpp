@@ -43,8 +43,8 @@ class TemporaryFile {
 };
 
 bool WriteAll(const std::wstring& path, std::string_view bytes) {
-  const UniqueFile file(
-      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const UniqueFile file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return false;
   while (!bytes.empty()) {
     constexpr std::size_t piece = std::size_t{1} << 24U;
@@ -58,12 +58,13 @@ bool WriteAll(const std::wstring& path, std::string_view bytes) {
 
 /// Where symbolic links lead; the path itself where the file does not exist.
 std::filesystem::path Followed(const std::filesystem::path& path) {
-  const UniqueFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const UniqueFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) return path;
   const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED);
   std::wstring followed(size, L'\0');
-  const DWORD length = size == 0 ? 0 : GetFinalPathNameByHandleW(file.get(), followed.data(), size, FILE_NAME_NORMALIZED);
+  const DWORD length =
+      size == 0 ? 0 : GetFinalPathNameByHandleW(file.get(), followed.data(), size, FILE_NAME_NORMALIZED);
   if (length == 0 || length >= size) return path;
   followed.resize(length);
   return followed;
@@ -78,7 +79,8 @@ void WriteFileSafely(const std::string& path, std::string_view bytes, Existing e
   const std::filesystem::path target = exists ? Followed(named) : named;
   TemporaryFile temporary(target);
   if (temporary.path().empty() || !WriteAll(temporary.path(), bytes)) ThrowLastError(path);
-  // The one call keeps what belongs to the old file, its attributes and access rights; the other takes a free name.
+  // The one call keeps what belongs to the old file, its attributes and access rights; the other takes a free
+  // name.
   const BOOL placed = exists ? ReplaceFileW(target.c_str(), temporary.path().c_str(), nullptr,
                                             REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
                              : MoveFileExW(temporary.path().c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);

@@ -43,6 +43,8 @@ class Checker {
                                             .lostOnSave = false});
     }
     CheckEnd();
+    std::stable_sort(faults_.begin(), faults_.end(),
+                     [](const Fault& a, const Fault& b) { return a.line < b.line; });
     return std::move(faults_);
   }
 
@@ -69,7 +71,8 @@ class Checker {
       }
       CheckLine(lines.part, line);
     }
-    if (lines.part == Part::ListEnd && !version1_ && (lastPart_ == Part::Description || lastPart_ == Part::Attachment)) {
+    if (lines.part == Part::ListEnd && !version1_ &&
+        (lastPart_ == Part::Description || lastPart_ == Part::Attachment)) {
       Error(line_, "the list ends inside a description; its snippet has no code");
     }
     lastPart_ = lines.part;
@@ -94,7 +97,8 @@ class Checker {
     const bool block = part == Part::Description || part == Part::Code;
     if (part == Part::FirstLine && file_.unixLines) Warn(line_, "lines end with LF in place of CR LF");
     if (block && line.ends_with(' ')) Warn(line_, "blanks at the end of the line are not kept");
-    if (block && LooksLikeMarker(line)) Warn(line_, "looks like a marker but is text: it has more than blanks around it");
+    if (block && LooksLikeMarker(line))
+      Warn(line_, "looks like a marker but is text: it has more than blanks around it");
     if (part == Part::Description && IsMarker(line, kCodeEnd)) {
       Warn(line_, "\"(.)\" in a description: has its \"(,)\" been lost?");
     }
@@ -102,10 +106,11 @@ class Checker {
       Warn(line_, "\"(,)\" in code: has the description or the code before ended too early?");
     }
     if (part == Part::Name || part == Part::Attachment) {
-      if (IsMarker(line, kDescriptionEnd) || IsMarker(line, kCodeEnd) || (part == Part::Attachment && IsMarker(line, kListEnd))) {
-        Add(line_, Severity::Error, "\"" + std::string(Trim(line)) + "\" stands where " +
-                                        (part == Part::Name ? "a name" : "the path of an attachment") +
-                                        " belongs");
+      if (IsMarker(line, kDescriptionEnd) || IsMarker(line, kCodeEnd) ||
+          (part == Part::Attachment && IsMarker(line, kListEnd))) {
+        Add(line_, Severity::Error,
+            "\"" + std::string(Trim(line)) + "\" stands where " +
+                (part == Part::Name ? "a name" : "the path of an attachment") + " belongs");
       }
     }
     if (std::any_of(line.begin(), line.end(), IsControl)) Warn(line_, "holds control characters");
@@ -125,8 +130,9 @@ class Checker {
         break;
       case Ending::Promise:
         if (lastPart_ == Part::ListEnd) {
-          Error(line_, "the list ends where another snippet was announced; the last snippet loses the last two "
-                       "characters of its code and its description");
+          Error(line_,
+                "the list ends where another snippet was announced; the last snippet loses the last two "
+                "characters of its code and its description");
         } else {
           Error(line_, "the file ends where another snippet was announced; it reads as an empty one");
         }
@@ -142,8 +148,10 @@ class Checker {
 
   std::string WhyNoLibrary() const {
     if (bytes_.empty()) return "the file is empty";
-    if (bytes_.starts_with("\xEF\xBB\xBF")) return "not a library: a UTF-8 byte order mark precedes the first line";
-    if (bytes_.starts_with("\xFF\xFE") || bytes_.starts_with("\xFE\xFF")) return "not a library: the file is in UTF-16";
+    if (bytes_.starts_with("\xEF\xBB\xBF"))
+      return "not a library: a UTF-8 byte order mark precedes the first line";
+    if (bytes_.starts_with("\xFF\xFE") || bytes_.starts_with("\xFE\xFF"))
+      return "not a library: the file is in UTF-16";
     return "not a library: the first line is neither \"BNS2.0\" nor \"BNS1.0\"";
   }
 

@@ -1,7 +1,7 @@
 #include "cli/records/Matcher.h"
 
-// Boost's expressions do not recurse once a character, as the standard library's do, and give up on those that
-// would take for ever.
+// Boost's expressions do not recurse once a character, as the standard library's do, and give up on those
+// that would take for ever.
 #define BOOST_REGEX_STANDALONE
 #include <boost/regex.hpp>
 
@@ -86,7 +86,8 @@ Matcher::Matcher(Pattern pattern, std::string_view sample, const CodePage& page)
   }
   expression_ = std::make_unique<Expression>();
   expression_->lineByLine = LooksAround(pattern_.text);
-  expression_->regex.imbue(std::locale(std::locale::classic(), new PageCharacters(page_)));  // the locale owns it
+  expression_->regex.imbue(
+      std::locale(std::locale::classic(), new PageCharacters(page_)));  // the locale owns it
   const auto flags = pattern_.ignoreCase ? boost::regex::perl | boost::regex::icase : boost::regex::perl;
   try {
     expression_->regex.assign(pattern_.text, flags);
@@ -108,7 +109,8 @@ void Matcher::ChooseRareByte(std::string_view sample) {
   }
   if (pattern_.text.empty()) return;
   for (int byte = 0; byte < 256; ++byte) {
-    if (index(static_cast<char>(byte)) == index(pattern_.text[rareAt_])) rare_.push_back(static_cast<char>(byte));
+    if (index(static_cast<char>(byte)) == index(pattern_.text[rareAt_]))
+      rare_.push_back(static_cast<char>(byte));
   }
 }
 
@@ -143,7 +145,8 @@ std::optional<Match> Matcher::FindPlain(std::string_view text, std::size_t from)
       nearest = std::min(nearest, next[i]);
     }
     if (nearest == text.size()) return std::nullopt;
-    if (IsMatchAt(text, nearest - rareAt_)) return Match{.at = nearest - rareAt_, .length = pattern_.text.size()};
+    if (IsMatchAt(text, nearest - rareAt_))
+      return Match{.at = nearest - rareAt_, .length = pattern_.text.size()};
     rare = nearest + 1;
   }
 }

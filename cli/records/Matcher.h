@@ -47,8 +47,8 @@ class Matcher {
 
   Pattern pattern_;
   const CodePage& page_;
-  std::size_t rareAt_ = 0;   ///< The place in the pattern of the byte that texts have least of,
-  std::vector<char> rare_;   ///< and the bytes that match there.
+  std::size_t rareAt_ = 0;  ///< The place in the pattern of the byte that texts have least of,
+  std::vector<char> rare_;  ///< and the bytes that match there.
   std::unique_ptr<Expression> expression_;
 };
 

@@ -9,7 +9,8 @@ namespace {
 
 using namespace bns;
 
-/// Whether a line may be a marker at all: the end of its text is looked at, since most lines begin with blanks.
+/// Whether a line may be a marker at all: the end of its text is looked at, since most lines begin with
+/// blanks.
 bool MayBeMarker(const char* begin, const char* end) {
   if (begin == end) return false;
   const char last = end[-1];
@@ -103,7 +104,8 @@ class Scanner {
 
   const char* EndOfText(const char* line, const char* lineEnd) const {
     const bool lineFeed = lineEnd > line && lineEnd[-1] == '\n';
-    if (!file_.unixLines) return lineFeed && lineEnd - line >= 2 && lineEnd[-2] == '\r' ? lineEnd - 2 : lineEnd;
+    if (!file_.unixLines)
+      return lineFeed && lineEnd - line >= 2 && lineEnd[-2] == '\r' ? lineEnd - 2 : lineEnd;
     const char* const end = lineFeed ? lineEnd - 1 : lineEnd;
     return end > line && end[-1] == '\r' ? end - 1 : end;
   }

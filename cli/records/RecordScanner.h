@@ -35,8 +35,9 @@ struct ScannedFile {
   std::size_t snippets = 0;  ///< As many as ReadBns reads and omits.
 };
 
-/// Takes a library file apart without copying it, the same way as ReadBns. Blanks at line ends are still there.
-/// `take` gets the file's lines from the first to the last, none twice; what it is given points into `bytes`.
+/// Takes a library file apart without copying it, the same way as ReadBns. Blanks at line ends are still
+/// there. `take` gets the file's lines from the first to the last, none twice; what it is given points into
+/// `bytes`.
 ScannedFile ScanRecords(std::string_view bytes, const std::function<void(const PartLines&)>& take);
 
 /// The first of the lines without its end, and takes it off `rest`. Not for an empty `rest`.

@@ -56,7 +56,8 @@ std::optional<std::string> WhyNotHeld(const Snippet& snippet) {
 
 void RequireHeld(const Snippet& snippet, const CodePage& page) {
   if (const auto why = WhyNotHeld(snippet)) {
-    throw Failure(ExitCode::Refused, "\"" + page.ToUtf8(snippet.Name) + "\" cannot be kept in a library: " + *why);
+    throw Failure(ExitCode::Refused,
+                  "\"" + page.ToUtf8(snippet.Name) + "\" cannot be kept in a library: " + *why);
   }
 }
 

@@ -9,8 +9,8 @@
 
 namespace snip {
 
-/// Why a library file cannot hold the snippet: a line that the format takes for its own, or a line end in a text
-/// of one line. Nothing when it can.
+/// Why a library file cannot hold the snippet: a line that the format takes for its own, or a line end in a
+/// text of one line. Nothing when it can.
 std::optional<std::string> WhyNotHeld(const Snippet& snippet);
 
 /// Throws a Failure that says so where a library file cannot hold the snippet.

@@ -15,11 +15,11 @@ namespace {
 /// The small letter of a capital among the characters that single-byte code pages have.
 char32_t LowerOf(char32_t c) {
   if (c >= U'A' && c <= U'Z') return c + 0x20;
-  if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 0x20;                      // Latin-1, without the times sign
-  if (c >= 0x391 && c <= 0x3A9) return c + 0x20;                                 // Greek
-  if (c >= 0x410 && c <= 0x42F) return c + 0x20;                                 // Cyrillic
-  if (c >= 0x400 && c <= 0x40F) return c + 0x50;                                 // Cyrillic, of other languages
-  if (c == 0x178) return 0xFF;                                                   // Y with diaeresis
+  if (c >= 0xC0 && c <= 0xDE && c != 0xD7) return c + 0x20;  // Latin-1, without the times sign
+  if (c >= 0x391 && c <= 0x3A9) return c + 0x20;             // Greek
+  if (c >= 0x410 && c <= 0x42F) return c + 0x20;             // Cyrillic
+  if (c >= 0x400 && c <= 0x40F) return c + 0x50;             // Cyrillic, of other languages
+  if (c == 0x178) return 0xFF;                               // Y with diaeresis
   const bool evenIsCapital = (c >= 0x100 && c <= 0x137) || (c >= 0x14A && c <= 0x177);
   const bool oddIsCapital = (c >= 0x139 && c <= 0x148) || (c >= 0x179 && c <= 0x17E);
   if (evenIsCapital && c % 2 == 0) return c + 1;
@@ -64,8 +64,9 @@ CodePage CodePage::Windows1252() {
 CodePage CodePage::System() {
   CPINFO info{};
   if (GetCPInfo(CP_ACP, &info) == 0 || info.MaxCharSize != 1) {
-    throw Failure(ExitCode::Refused, "this system's ANSI code page has characters of several bytes; bns knows "
-                                     "only code pages with one byte a character");
+    throw Failure(ExitCode::Refused,
+                  "this system's ANSI code page has characters of several bytes; bns knows "
+                  "only code pages with one byte a character");
   }
   std::array<char32_t, 256> characters{};
   for (std::size_t i = 0; i < characters.size(); ++i) {
@@ -118,8 +119,8 @@ AnsiText CodePage::FromUtf16(std::string_view bytes, bool bigEndian) const {
   std::size_t i = 0;
   for (; i + 1 < bytes.size(); i += 2) {
     const char32_t unit = unitAt(i);
-    const bool paired = unit >= 0xD800 && unit < 0xDC00 && i + 3 < bytes.size() &&
-                        unitAt(i + 2) >= 0xDC00 && unitAt(i + 2) < 0xE000;
+    const bool paired = unit >= 0xD800 && unit < 0xDC00 && i + 3 < bytes.size() && unitAt(i + 2) >= 0xDC00 &&
+                        unitAt(i + 2) < 0xE000;
     // What takes two units is in no code page of one byte a character.
     Append(ansi, paired ? kNoCharacter : unit);
     if (paired) i += 2;

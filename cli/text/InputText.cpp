@@ -13,7 +13,8 @@ AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage
     if (bytes.starts_with("\xFE\xFF")) return page.FromUtf16(bytes.substr(2), true);
   }
   if (encoding == Encoding::Utf16) return page.FromUtf16(bytes, false);
-  if (encoding == Encoding::Utf8 || (encoding == Encoding::Auto && IsUtf8(bytes))) return page.FromUtf8(bytes);
+  if (encoding == Encoding::Utf8 || (encoding == Encoding::Auto && IsUtf8(bytes)))
+    return page.FromUtf8(bytes);
   return {.text = std::string(bytes), .lost = 0};
 }
 

@@ -12,7 +12,7 @@ namespace snip {
 enum class Encoding {
   Auto,  ///< UTF-8 where the bytes are that, else the library's code page.
   Utf8,
-  Utf16,  ///< Little endian without a mark.
+  Utf16,             ///< Little endian without a mark.
   Ansi,              ///< The library's code page, byte for byte.
   AnsiUnlessMarked,  ///< The library's code page.
 };

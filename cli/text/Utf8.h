@@ -8,8 +8,8 @@ namespace snip {
 /// What a decoder answers for bytes that are no character.
 inline constexpr char32_t kNoCharacter = 0xFFFFFFFF;
 
-/// Takes the first character off `rest`, which must not be empty. Bytes that are not UTF-8 (overlong forms and
-/// surrogates included) are taken one at a time, as kNoCharacter.
+/// Takes the first character off `rest`, which must not be empty. Bytes that are not UTF-8 (overlong forms
+/// and surrogates included) are taken one at a time, as kNoCharacter.
 char32_t TakeUtf8(std::string_view& rest);
 
 void AppendUtf8(std::string& to, char32_t character);

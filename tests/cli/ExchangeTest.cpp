@@ -73,7 +73,8 @@ TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
 }
 
 TEST(ExchangeTest, WhatAFormatCannotHoldIsCounted) {
-  const Snippets library = {{.Name = "n", .Attachment = "", .Code = "a\x01\rb\nc\r\nd", .Description = "\x02"}};
+  const Snippets library = {
+      {.Name = "n", .Attachment = "", .Code = "a\x01\rb\nc\r\nd", .Description = "\x02"}};
   Outcome vs;
   EXPECT_EQ(VsRoundTrip(library, vs).snippets,
             (Snippets{{.Name = "n", .Attachment = "", .Code = "a?\r\nb\r\nc\r\nd", .Description = "?"}}));
@@ -81,8 +82,9 @@ TEST(ExchangeTest, WhatAFormatCannotHoldIsCounted) {
   EXPECT_EQ(vs.CountOf(Loss::LineEnds), 2U);
   EXPECT_TRUE(vs.LosesText());
   Outcome code;
-  EXPECT_EQ(VsCodeRoundTrip(library, code).snippets,
-            (Snippets{{.Name = "n", .Attachment = "", .Code = "a\x01\r\nb\r\nc\r\nd", .Description = "\x02"}}));
+  EXPECT_EQ(
+      VsCodeRoundTrip(library, code).snippets,
+      (Snippets{{.Name = "n", .Attachment = "", .Code = "a\x01\r\nb\r\nc\r\nd", .Description = "\x02"}}));
   EXPECT_EQ(code.CountOf(Loss::LineEnds), 2U);
   EXPECT_FALSE(code.LosesText());
   Outcome bas;
@@ -138,14 +140,17 @@ struct Reading {
 };
 
 TEST(ExchangeTest, ReadsFilesOfVisualStudio) {
-  const Snippet hello{.Name = "Hello", .Attachment = "", .Code = "s$ = Left$(t$, 1)\r\nMsgBox \"Hi\"",
+  const Snippet hello{.Name = "Hello",
+                      .Attachment = "",
+                      .Code = "s$ = Left$(t$, 1)\r\nMsgBox \"Hi\"",
                       .Description = "Says \"Hi\" \xE9"};
   for (const Reading& reading :
        {Reading{Templates::LeaveOut, ""},
         Reading{Templates::Fill, "For Each nIndex In oAll :  : Next nIndex ' $other$"},
         Reading{Templates::AsText, "For Each $i$ In $c$ : $selected$$end$ : Next $i$ ' $other$"}}) {
     SCOPED_TRACE(reading.loop);
-    const Imported read = ReadVisualStudioSnippets(kVisualStudioFile, {.templates = reading.templates}, kPage);
+    const Imported read =
+        ReadVisualStudioSnippets(kVisualStudioFile, {.templates = reading.templates}, kPage);
     ASSERT_EQ(read.snippets.size(), reading.loop.empty() ? 1U : 2U);
     EXPECT_EQ(read.snippets.front(), hello);
     EXPECT_EQ(read.snippets.back().Code, reading.loop.empty() ? hello.Code : reading.loop);
@@ -158,16 +163,19 @@ TEST(ExchangeTest, ReadsFilesOfVisualStudio) {
 }
 
 TEST(ExchangeTest, ReadsFilesOfVsCode) {
-  const Snippet hello{.Name = "Hello", .Attachment = "", .Code = "s$ = Left$(t$, 1}\r\n$ \\ \\x",
+  const Snippet hello{.Name = "Hello",
+                      .Attachment = "",
+                      .Code = "s$ = Left$(t$, 1}\r\n$ \\ \\x",
                       .Description = "Says\r\n\"Hi\" \xE9"};
   for (const Reading& reading :
        {Reading{Templates::LeaveOut, ""},
         Reading{Templates::Fill, "For nIndex = 1 To 10\r\n   a b\r\nNext nIndex c\r\n"},
-        Reading{Templates::AsText, "For ${1:nIndex} = 1 To ${2|10,20|}\r\n  $0 $TM_SELECTED_TEXT${3:a ${4:b}}\r\n"
-                                   "Next $1 ${CLIPBOARD:c}\r\n${5/(.*)/${1:/upcase}/}"}}) {
+        Reading{Templates::AsText,
+                "For ${1:nIndex} = 1 To ${2|10,20|}\r\n  $0 $TM_SELECTED_TEXT${3:a ${4:b}}\r\n"
+                "Next $1 ${CLIPBOARD:c}\r\n${5/(.*)/${1:/upcase}/}"}}) {
     SCOPED_TRACE(reading.loop);
-    const Imported read = ReadVsCodeSnippets(kVsCodeFile, R"({"Hello": "C:\\a.txt"})",
-                                             {.templates = reading.templates}, kPage);
+    const Imported read =
+        ReadVsCodeSnippets(kVsCodeFile, R"({"Hello": "C:\\a.txt"})", {.templates = reading.templates}, kPage);
     ASSERT_EQ(read.snippets.size(), reading.loop.empty() ? 2U : 3U);
     Snippet expected = hello;
     expected.Attachment = "C:\\a.txt";
@@ -182,12 +190,14 @@ TEST(ExchangeTest, ReadsFilesOfVsCode) {
 }
 
 TEST(ExchangeTest, ReadsModulesOfOthers) {
-  const Imported read = ReadBasFolder({{.name = "b.BAS", .bytes = "Attribute VB_Name = \"b\"\r\n'one\r\n' two\r\nSub"},
-                                       {.name = "a.bas", .bytes = "\xEF\xBB\xBF\xC3\xA9\nx \n\xE2\x98\x83"},
-                                       {.name = "c.txt", .bytes = "no module"}},
-                                      Encoding::AnsiUnlessMarked, kPage);
-  EXPECT_EQ(read.snippets, (Snippets{{.Name = "a", .Attachment = "", .Code = "\xE9\r\nx\r\n?", .Description = ""},
-                                     {.Name = "b", .Attachment = "", .Code = "Sub", .Description = "one\r\ntwo"}}));
+  const Imported read =
+      ReadBasFolder({{.name = "b.BAS", .bytes = "Attribute VB_Name = \"b\"\r\n'one\r\n' two\r\nSub"},
+                     {.name = "a.bas", .bytes = "\xEF\xBB\xBF\xC3\xA9\nx \n\xE2\x98\x83"},
+                     {.name = "c.txt", .bytes = "no module"}},
+                    Encoding::AnsiUnlessMarked, kPage);
+  EXPECT_EQ(read.snippets,
+            (Snippets{{.Name = "a", .Attachment = "", .Code = "\xE9\r\nx\r\n?", .Description = ""},
+                      {.Name = "b", .Attachment = "", .Code = "Sub", .Description = "one\r\ntwo"}}));
   EXPECT_EQ(read.outcome.CountOf(Loss::Characters), 1U);
   EXPECT_EQ(read.outcome.CountOf(Loss::LineEndBlanks), 1U);
 }
@@ -196,7 +206,8 @@ TEST(ExchangeTest, CodeBecomesATemplateOnlyWhenTold) {
   const Snippets library = {{.Name = "n", .Attachment = "", .Code = "$a$ ${1:b}", .Description = ""}};
   Outcome outcome;
   const std::string vs = WriteVisualStudioSnippets(library, true, kPage, outcome);
-  EXPECT_EQ(ReadVisualStudioSnippets(vs, {.templates = Templates::Fill}, kPage).snippets.at(0).Code, "a ${1:b}");
+  EXPECT_EQ(ReadVisualStudioSnippets(vs, {.templates = Templates::Fill}, kPage).snippets.at(0).Code,
+            "a ${1:b}");
   const std::string code = WriteVsCodeSnippets(library, true, kPage, outcome).snippets;
   EXPECT_EQ(ReadVsCodeSnippets(code, {}, {.templates = Templates::Fill}, kPage).snippets.at(0).Code, "$ b");
 }
@@ -208,13 +219,28 @@ struct Hostile {
 
 TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
   std::string deep;
-  for (int i = 0; i < 200000; ++i) deep += "<a>";
+  std::string hidden;  // a "/>" that ends no tag
+  for (int i = 0; i < 200000; ++i) {
+    deep += "<a>";
+    hidden += "<a b=\"/>\">";
+  }
   const std::string start = "<CodeSnippets>\n";
   for (const Hostile& file : std::vector<Hostile>{
-           {"", 1}, {"<", 1}, {"{}", 1}, {"<a/>", 1}, {start + deep, 2}, {start + "<a></b>", 2},
-           {start + "\n<CodeSnippet/></CodeSnippets>", 3}, {start + "\xFF</CodeSnippets>", 2},
-           {start + std::string(1, '\0') + "</CodeSnippets>", 2}, {"\xFF\xFE<\0", 1}, {start + "<!--", 2},
-           {"<!DOCTYPE a [<!ENTITY b \"bbbb\">]>\n<CodeSnippets>&b;</CodeSnippets>", 0}}) {
+           {"", 1},
+           {"<", 1},
+           {"{}", 1},
+           {"<a/>", 1},
+           {start + deep, 2},
+           {start + "<a></b>", 2},
+           {start + "\n<CodeSnippet/></CodeSnippets>", 3},
+           {start + "\xFF</CodeSnippets>", 2},
+           {start + std::string(1, '\0') + "</CodeSnippets>", 2},
+           {"\xFF\xFE<\0", 1},
+           {start + "<!--", 2},
+           {"<!DOCTYPE a [<!ENTITY b \"bbbb\">]>\n<CodeSnippets>&b;</CodeSnippets>", 1},
+           {start + hidden, 2},
+           {start + "<!--><a>" + "-->" + hidden, 2},
+           {start + "<!-- <a> --><b c='>'/><![CDATA[<a>]]>&#xD800;&#0;</CodeSnippets>", 0}}) {
     SCOPED_TRACE(file.bytes.substr(0, 60));
     try {
       EXPECT_TRUE(ReadVisualStudioSnippets(file.bytes, {}, kPage).snippets.empty());
@@ -223,10 +249,29 @@ TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
       EXPECT_EQ(malformed.line(), file.line) << malformed.what();
     }
   }
-  for (const Hostile& file : std::vector<Hostile>{
-           {"", 1}, {"[]", 1}, {"{\n\"a\": 1}", 2}, {"{\n\"a\": {\"body\": [1]}}", 2}, {"{\n\n,}", 3}, {"{\"a\":\n[,]}", 2},
-           {"{\"a\": {}\n\"b\"}", 2}, {"{\"a\": \"\xFF\"}", 1}, {"{/*", 1}, {std::string(200000, '['), 1},
-           {"{\n\"a\": {\"body\": \"x\", \"scope\": 1}}", 2}, {"{\"a\": {},}", 0}, {"// c\n{}", 0}}) {
+  std::string laughs = "${1:ha}";
+  for (int i = 2; i < 60; ++i) {
+    const std::string last = std::to_string(i - 1);
+    laughs.append("${").append(std::to_string(i)).append(":$" + last + "$" + last + "}");
+  }
+  std::string unclosed;
+  for (int i = 0; i < 20000; ++i) unclosed += i % 3 == 0 ? "${1:" : i % 3 == 1 ? "${1|" : "${1/";
+  for (const Hostile& file : std::vector<Hostile>{{"", 1},
+                                                  {"[]", 1},
+                                                  {"{\n\"a\": 1}", 2},
+                                                  {"{\n\"a\": {\"body\": [1]}}", 2},
+                                                  {"{\n\n,}", 3},
+                                                  {"{\"a\":\n[,]}", 2},
+                                                  {"{\"a\": {}\n\"b\"}", 2},
+                                                  {"{\"a\": \"\xFF\"}", 1},
+                                                  {"{/*", 1},
+                                                  {std::string(200000, '['), 1},
+                                                  {"{\n\"a\": {\"body\": \"x\", \"scope\": 1}}", 2},
+                                                  {"{\"a\": 1e999}", 1},
+                                                  {"{\n\"a\": {\"body\": \"" + laughs + "\"}}", 2},
+                                                  {"{\"a\": {\"body\": \"" + unclosed + "$1\"}}", 0},
+                                                  {"{\"a\": {},}", 0},
+                                                  {"// c\n{}", 0}}) {
     SCOPED_TRACE(file.bytes.substr(0, 60));
     try {
       EXPECT_TRUE(ReadVsCodeSnippets(file.bytes, {}, {}, kPage).snippets.empty());

@@ -11,10 +11,40 @@ namespace snip::test {
 
 /// A library of random texts made of what formats stumble over; every snippet can be kept in a library file.
 inline std::vector<Snippet> GeneratedLibrary(unsigned seed) {
-  static const std::vector<std::string> pieces = {
-      "x", "Dim s$", "\r\n", "\r\n\r\n", "$", "${1:a}", "$end$", "}", "\\", "\"", "'", "' a comment", "]]>", "<b>",
-      "&amp;", "\t", " ", "  ", "\xE9", "\x80", "\x81", "\x9F", "/* c */", "// c", ",]", "(,)", "(.)x", "....", "%",
-      "Attribute VB_Name = \"M\"", "\xEF\xBB\xBF", "http://a", "CON", "~@^`|#&!;?"};
+  static const std::vector<std::string> pieces = {"x",
+                                                  "Dim s$",
+                                                  "\r\n",
+                                                  "\r\n\r\n",
+                                                  "$",
+                                                  "${1:a}",
+                                                  "$end$",
+                                                  "}",
+                                                  "\\",
+                                                  "\"",
+                                                  "'",
+                                                  "' a comment",
+                                                  "]]>",
+                                                  "<b>",
+                                                  "&amp;",
+                                                  "\t",
+                                                  " ",
+                                                  "  ",
+                                                  "\xE9",
+                                                  "\x80",
+                                                  "\x81",
+                                                  "\x9F",
+                                                  "/* c */",
+                                                  "// c",
+                                                  ",]",
+                                                  "(,)",
+                                                  "(.)x",
+                                                  "....",
+                                                  "%",
+                                                  "Attribute VB_Name = \"M\"",
+                                                  "\xEF\xBB\xBF",
+                                                  "http://a",
+                                                  "CON",
+                                                  "~@^`|#&!;?"};
   std::mt19937 random(seed);
   const auto below = [&](std::size_t limit) { return random() % limit; };
   const auto text = [&](std::size_t longest, bool lines) {
@@ -27,7 +57,8 @@ inline std::vector<Snippet> GeneratedLibrary(unsigned seed) {
   };
   std::vector<Snippet> library;
   for (std::size_t count = below(12); count > 0; --count) {
-    Snippet snippet{.Name = text(3, false), .Attachment = {}, .Code = text(25, true), .Description = text(8, true)};
+    Snippet snippet{
+        .Name = text(3, false), .Attachment = {}, .Code = text(25, true), .Description = text(8, true)};
     if (below(3) == 0) snippet.Attachment = "C:\\a " + text(2, false);
     DropLineEndBlanks(snippet);
     if (!WhyNotHeld(snippet)) library.push_back(snippet);

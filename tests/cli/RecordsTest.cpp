@@ -17,8 +17,9 @@ const CodePage kPage = CodePage::Windows1252();
 
 /// Files made of the lines that the format is about, in an order that it is mostly not about.
 std::string RandomFile(std::mt19937& random) {
-  static const std::vector<std::string> lines = {"(,)", "(.)",  "...", " (,)", "(.)  ", "  ...", ".",  "..", "",  "name",
-                                                 "x  ", "\t(.)", "a\rb", "a\nb", "(.)\r", "(,)x", "....", "\n"};
+  static const std::vector<std::string> lines = {"(,)",  "(.)",  "...",   " (,)", "(.)  ", "  ...",
+                                                 ".",    "..",   "",      "name", "x  ",   "\t(.)",
+                                                 "a\rb", "a\nb", "(.)\r", "(,)x", "....",  "\n"};
   const std::string lineEnd = random() % 3 == 0 ? "\n" : "\r\n";
   std::string file = random() % 4 == 0 ? "bns1.0" : "BNS2.0";
   for (auto count = random() % 20; count > 0; --count) file += lineEnd + lines[random() % lines.size()];
@@ -37,7 +38,9 @@ TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
     const ScannedFile scanned = ScanRecords(file, [&](const PartLines& lines) {
       parts += lines.lines;
       std::string_view rest = lines.lines;
-      if (lines.part == Part::Name) names.emplace_back(TakeLine(rest, file.find("\r\n") == std::string::npos || file.find('\n') < file.find("\r\n")));
+      if (lines.part == Part::Name)
+        names.emplace_back(
+            TakeLine(rest, file.find("\r\n") == std::string::npos || file.find('\n') < file.find("\r\n")));
     });
     ASSERT_EQ(parts, file);
     ASSERT_EQ(scanned.version, contents.version);
@@ -46,7 +49,8 @@ TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
 
     // What is said to lose nothing when saved has all its text in what is saved.
     const auto faults = CheckLibrary(file, kPage);
-    if (std::any_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.lostOnSave; })) continue;
+    if (std::any_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.lostOnSave; }))
+      continue;
     if (contents.version == BnsVersion::Version1) continue;
     ++harmless;
     const auto letters = [](std::string text) {
@@ -75,26 +79,26 @@ struct Checked {
 };
 
 TEST(RecordsTest, FaultsHaveTheirLines) {
-  for (const Checked& checked : std::vector<Checked>{
-           {"BNS2.0\na\n\nd\n(,)\nc\n...\n", {}, ""},
-           {"BNS2.0\n...\n", {}, ""},
-           {"", {1}, "empty"},
-           {"x\n", {1}, "neither"},
-           {"\xEF\xBB\xBF"
-            "BNS2.0\n",
-            {1},
-            "byte order mark"},
-           {"BNS1.0\na\nd\nc\n..\n", {1}, "version 1"},
-           {"BNS2.0\n", {1}, "ends without"},
-           {"BNS2.0\na\n\nd\n", {4}, "before the code"},
-           {"BNS2.0\na\n\nd\n(,)\nc\n", {6}, "inside code"},
-           {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n", {7}, "as an empty one"},
-           {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "loses the last two"},
-           {"BNS2.0\na\n\nd\n(,)\nc\n...\nmore\n", {8}, "never read"},
-           {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
-           {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "blanks"},
-           {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "lost"},
-           {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
+  for (const Checked& checked :
+       std::vector<Checked>{{"BNS2.0\na\n\nd\n(,)\nc\n...\n", {}, ""},
+                            {"BNS2.0\n...\n", {}, ""},
+                            {"", {1}, "empty"},
+                            {"x\n", {1}, "neither"},
+                            {"\xEF\xBB\xBF"
+                             "BNS2.0\n",
+                             {1},
+                             "byte order mark"},
+                            {"BNS1.0\na\nd\nc\n..\n", {1}, "version 1"},
+                            {"BNS2.0\n", {1}, "ends without"},
+                            {"BNS2.0\na\n\nd\n", {4}, "before the code"},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n", {6}, "inside code"},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n", {7}, "as an empty one"},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "loses the last two"},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n...\nmore\n", {8}, "never read"},
+                            {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
+                            {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "blanks"},
+                            {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "lost"},
+                            {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
     std::string file;
     for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
     std::vector<std::size_t> lines;
@@ -119,7 +123,8 @@ TEST(RecordsTest, ThereIsRoomForSoManySnippets) {
 std::vector<std::size_t> Places(const Pattern& pattern, const std::string& text) {
   const Matcher matcher(pattern, text, kPage);
   std::vector<std::size_t> places;
-  for (auto match = matcher.Find(text, 0); match; match = matcher.Find(text, match->at + 1)) places.push_back(match->at);
+  for (auto match = matcher.Find(text, 0); match; match = matcher.Find(text, match->at + 1))
+    places.push_back(match->at);
   return places;
 }
 
@@ -138,8 +143,10 @@ TEST(RecordsTest, FindsWhatPlainComparisonFinds) {
     for (std::size_t at = 0; at + pattern.text.size() <= searched.size(); ++at) {
       const std::string there = searched.substr(at, pattern.text.size());
       const std::size_t end = at + there.size();
-      const bool alone = (at == 0 || !kPage.IsWord(searched[at - 1])) && (end == searched.size() || !kPage.IsWord(searched[end]));
-      const bool same = pattern.ignoreCase ? kPage.Lower(there) == kPage.Lower(pattern.text) : there == pattern.text;
+      const bool alone = (at == 0 || !kPage.IsWord(searched[at - 1])) &&
+                         (end == searched.size() || !kPage.IsWord(searched[end]));
+      const bool same =
+          pattern.ignoreCase ? kPage.Lower(there) == kPage.Lower(pattern.text) : there == pattern.text;
       if (same && (alone || !pattern.wholeWord)) expected.push_back(at);
     }
     ASSERT_EQ(Places(pattern, searched), expected) << pattern.text << " in " << searched;
@@ -165,25 +172,30 @@ TEST(RecordsTest, ExpressionsMatchWithinLines) {
     const Matcher matcher(pattern, text, kPage);
     for (std::size_t from = 0; const auto match = matcher.Find(text, from);) {
       lines.push_back(match->at);
-      from = pattern.wholeWord ? match->at + std::max<std::size_t>(match->length, 1) : std::min(text.find('\n', match->at), text.size() - 1) + 1;
+      from = pattern.wholeWord ? match->at + std::max<std::size_t>(match->length, 1)
+                               : std::min(text.find('\n', match->at), text.size() - 1) + 1;
     }
     EXPECT_EQ(lines, places) << pattern.text;
   }
   EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, "", kPage), Failure);
-  EXPECT_THROW(Matcher({.text = "(a*)*b", .regularExpression = true}, "", kPage).Find(std::string(5000, 'a'), 0), Failure);
+  EXPECT_THROW(
+      Matcher({.text = "(a*)*b", .regularExpression = true}, "", kPage).Find(std::string(5000, 'a'), 0),
+      Failure);
 }
 
 TEST(RecordsTest, HitsTellTextAndLine) {
   for (const std::string lineEnd : {"\r\n", "\n"}) {
     std::string file;
-    for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "(.)", "two", "", "", "(,)", "ax", "..."}) {
+    for (const char* line :
+         {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "(.)", "two", "", "", "(,)", "ax", "..."}) {
       file += line + lineEnd;
     }
     std::string found;
     const Matcher matcher({.text = "x"}, file, kPage);
     SearchLibrary(file, matcher, {}, [&](const Hit& hit) {
-      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.part)) + "/" + std::to_string(hit.line) +
-               "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) + ";";
+      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.part)) + "/" +
+               std::to_string(hit.line) + "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) +
+               ";";
     });
     EXPECT_EQ(found, "one x/1/1/one x/4;one x/3/2/x/0;one x/5/2/x x/0;two/5/1/ax/1;");
   }
