@@ -107,7 +107,7 @@ std::string TextMember(const Json& object, const char* key) {
 
 }  // namespace
 
-Imported ReadBasFolder(std::vector<FolderFile> files, Encoding encoding, const CodePage& page) {
+Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, const CodePage& page) {
   Intake intake(page);
   std::map<std::string, const FolderFile*> left;
   Json index = Json::array();

@@ -25,7 +25,7 @@ inline constexpr std::string_view kBasIndex = "snippets.json";
 
 /// Reads the folder's `.bas` files in the order of the index; those it does not list come behind it, in the
 /// order of their names. `encoding` is that of the files. Throws Malformed for an index that is none.
-Imported ReadBasFolder(std::vector<FolderFile> files, Encoding encoding, const CodePage& page);
+Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, const CodePage& page);
 
 /// The files to write, the index last.
 std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page,

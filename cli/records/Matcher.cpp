@@ -18,15 +18,20 @@ namespace {
 
 using Regex = boost::basic_regex<char, boost::cpp_regex_traits<char>>;
 
+/// The kinds of characters; a base, since it has to be there before the other base is given it.
+struct PageMasks {
+  std::array<std::ctype_base::mask, std::ctype<char>::table_size> masks{};
+};
+
 /// Lets regular expressions know the letters of the code page.
-class PageCharacters : public std::ctype<char> {
+class PageCharacters : private PageMasks, public std::ctype<char> {
  public:
-  explicit PageCharacters(const CodePage& page) : std::ctype<char>(masks_.data()), page_(page) {
-    std::copy_n(classic_table(), masks_.size(), masks_.begin());
-    for (std::size_t i = 0x80; i < masks_.size(); ++i) {
+  explicit PageCharacters(const CodePage& page) : std::ctype<char>(masks.data()), page_(page) {
+    std::copy_n(classic_table(), masks.size(), masks.begin());
+    for (std::size_t i = 0x80; i < masks.size(); ++i) {
       const char byte = static_cast<char>(i);
       if (!page.IsWord(byte)) continue;
-      masks_[i] = static_cast<mask>(alpha | print | (page.Lower(byte) != byte ? upper : lower));
+      masks[i] = static_cast<mask>(alpha | print | (page.Lower(byte) != byte ? upper : lower));
     }
   }
 
@@ -38,7 +43,6 @@ class PageCharacters : public std::ctype<char> {
   }
 
  private:
-  std::array<mask, table_size> masks_{};
   const CodePage& page_;
 };
 
@@ -88,7 +92,7 @@ Matcher::Matcher(Pattern pattern, std::string_view sample, const CodePage& page)
   expression_->lineByLine = LooksAround(pattern_.text);
   expression_->regex.imbue(
       std::locale(std::locale::classic(), new PageCharacters(page_)));  // the locale owns it
-  const auto flags = pattern_.ignoreCase ? boost::regex::perl | boost::regex::icase : boost::regex::perl;
+  const Regex::flag_type flags = pattern_.ignoreCase ? Regex::perl | Regex::icase : Regex::perl;
   try {
     expression_->regex.assign(pattern_.text, flags);
     if (pattern_.wholeWord) expression_->regex.assign("(?<!\\w)(?:" + pattern_.text + ")(?!\\w)", flags);
