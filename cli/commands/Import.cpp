@@ -22,6 +22,7 @@ std::vector<FolderFile> FilesOf(Session& session, const std::string& path) {
     if (wanted) files.push_back({.name = name, .bytes = std::string(session.Read(ToUtf8(file)).view())});
   };
   std::error_code error;
+  if (!std::filesystem::exists(named, error)) throw Failure(ExitCode::File, ToUtf8(named) + ": is not there");
   if (!std::filesystem::is_directory(named, error)) {
     add(named);
     return files;

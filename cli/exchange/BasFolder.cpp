@@ -112,7 +112,7 @@ Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, 
   std::map<std::string, const FolderFile*> left;
   Json index = Json::array();
   for (const FolderFile& file : files) {
-    if (file.name == kBasIndex) index = ReadJsonWithComments(file.bytes).value;
+    if (file.name == kBasIndex) index = ReadJsonWithComments(file.bytes);
     if (file.name.size() > kExtension.size() &&
         EqualsIgnoringAsciiCase(file.name.substr(file.name.size() - kExtension.size()), kExtension)) {
       left.emplace(file.name, &file);

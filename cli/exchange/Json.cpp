@@ -45,17 +45,21 @@ std::string WithoutTrailingCommas(std::string_view json) {
 
 }  // namespace
 
-ReadJson ReadJsonWithComments(std::string_view bytes) {
+Json ReadJsonWithComments(std::string_view bytes) {
+  OutermostKeys unused;
+  return ReadJsonWithComments(bytes, unused);
+}
+
+Json ReadJsonWithComments(std::string_view bytes, OutermostKeys& keys) {
   if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-  ReadJson read;
   std::set<std::string> known;
   const auto watch = [&](int depth, Json::parse_event_t event, Json& parsed) {
     if (event == Json::parse_event_t::key && depth == 1) {
       auto key = parsed.get<std::string>();
       if (known.insert(key).second) {
-        read.keys.push_back(std::move(key));
+        keys.inOrder.push_back(std::move(key));
       } else {
-        read.repeatedKeys.insert(std::move(key));
+        keys.repeated.insert(std::move(key));
       }
     }
     return true;
@@ -64,7 +68,7 @@ ReadJson ReadJsonWithComments(std::string_view bytes) {
   try {
     constexpr bool throws = true;
     constexpr bool comments = true;
-    read.value = Json::parse(text, watch, throws, comments);
+    return Json::parse(text, watch, throws, comments);
   } catch (const Json::parse_error& error) {
     const auto end = std::min(error.byte > 0 ? error.byte - 1 : 0, text.size());
     const auto lineEnds = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n');
@@ -77,7 +81,6 @@ ReadJson ReadJsonWithComments(std::string_view bytes) {
   } catch (const Json::exception& error) {
     throw Malformed(1, "not JSON that can be read: " + std::string(error.what()));
   }
-  return read;
 }
 
 std::size_t LineOfKey(std::string_view bytes, const std::string& key) {

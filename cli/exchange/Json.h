@@ -14,15 +14,16 @@ using Json = nlohmann::json;
 /// For writing: keeps the order of members, but is slow to look in.
 using OrderedJson = nlohmann::ordered_json;
 
-struct ReadJson {
-  Json value;
-  std::vector<std::string> keys;       ///< Of the outermost object, in the file's order, none twice.
-  std::set<std::string> repeatedKeys;  ///< Those that stand there several times; the last of each counts.
+/// The member names of a file's outermost object.
+struct OutermostKeys {
+  std::vector<std::string> inOrder;  ///< In the file's order, none twice.
+  std::set<std::string> repeated;    ///< Those that stand there several times; the last of each counts.
 };
 
 /// Reads JSON with comments and with commas behind last elements, as editors' settings have them. Throws
 /// Malformed.
-ReadJson ReadJsonWithComments(std::string_view bytes);
+Json ReadJsonWithComments(std::string_view bytes);
+Json ReadJsonWithComments(std::string_view bytes, OutermostKeys& keys);
 
 /// The line, from 1, on which a member of that name is first written; 1 where it is not found.
 std::size_t LineOfKey(std::string_view bytes, const std::string& key);

@@ -147,8 +147,8 @@ std::string Declarations(const std::set<std::string>& names) {
   if (names.empty()) return {};
   std::string xml = "      <Declarations>\n";
   for (const std::string& name : names) {
-    xml += "        <Literal>\n          <ID>" + name + "</ID>\n          <Default>" + name +
-           "</Default>\n        </Literal>\n";
+    xml.append("        <Literal>\n          <ID>").append(name).append("</ID>\n          <Default>");
+    xml.append(name).append("</Default>\n        </Literal>\n");
   }
   return xml + "      </Declarations>\n";
 }

@@ -122,14 +122,15 @@ class Reader {
 
 Imported ReadVsCodeSnippets(std::string_view bytes, std::string_view attachments,
                             const ImportOptions& options, const CodePage& page) {
-  const ReadJson file = ReadJsonWithComments(bytes);
-  if (!file.value.is_object()) throw Malformed(1, "not a snippet file: it holds no object");
-  const Json beside = attachments.empty() ? Json::object() : ReadJsonWithComments(attachments).value;
+  OutermostKeys keys;
+  const Json file = ReadJsonWithComments(bytes, keys);
+  if (!file.is_object()) throw Malformed(1, "not a snippet file: it holds no object");
+  const Json beside = attachments.empty() ? Json::object() : ReadJsonWithComments(attachments);
 
   Intake intake(page);
   Reader reader(bytes, beside, options, intake);
-  for (const std::string& key : file.repeatedKeys) intake.outcome().Note(Loss::RepeatedKey, key);
-  for (const std::string& name : file.keys) reader.Read(name, file.value[name]);
+  for (const std::string& key : keys.repeated) intake.outcome().Note(Loss::RepeatedKey, key);
+  for (const std::string& name : keys.inOrder) reader.Read(name, file[name]);
   return intake.Finish();
 }
 

@@ -193,6 +193,7 @@ def exchanging():
     refuse(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number", "--dry-run", says="One (2)")
     bns(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number")
     expect(bns(DONE, "list", "l.bns").out == b"One\nTwo\nOne (2)\n", "merge")
+    refuse(FILE, "import", "l.bns", "nowhere/", says="nowhere")
     for name, data in (("h.snippet", b"<a>\n<b>"), ("h.json", b"{\n\"a\" 1}")):
         write(name, data)
         refuse(MALFORMED, "import", "l.bns", name, says=f"{name}:2:")
