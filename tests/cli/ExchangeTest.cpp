@@ -39,7 +39,7 @@ Imported BasRoundTrip(const Snippets& library, Outcome& outcome) {
 TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
   std::size_t snippets = 0;
   std::size_t renamed = 0;
-  for (unsigned seed = 0; seed < 400; ++seed) {
+  for (unsigned seed = 0; seed < 200; ++seed) {
     SCOPED_TRACE(seed);
     const Snippets library = GeneratedLibrary(seed);
     snippets += library.size();
@@ -68,8 +68,8 @@ TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
       EXPECT_EQ(back.outcome.leftOut(), 0U);
     }
   }
-  EXPECT_GT(snippets, 1000U);
-  EXPECT_GT(renamed, 100U);
+  EXPECT_GT(snippets, 600U);
+  EXPECT_GT(renamed, 50U);
 }
 
 TEST(ExchangeTest, WhatAFormatCannotHoldIsCounted) {

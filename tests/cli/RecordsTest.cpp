@@ -29,7 +29,7 @@ std::string RandomFile(std::mt19937& random) {
 TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
   std::mt19937 random(1);
   std::size_t harmless = 0;
-  for (int i = 0; i < 8000; ++i) {
+  for (int i = 0; i < 4000; ++i) {
     const std::string file = RandomFile(random);
     SCOPED_TRACE(testing::PrintToString(file));
     const auto contents = std::get<BnsContents>(ReadBns(file));
@@ -59,7 +59,7 @@ TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
     };
     ASSERT_EQ(letters(WriteBns(contents.snippets)).substr(6), letters(file).substr(6));
   }
-  EXPECT_GT(harmless, 100U);
+  EXPECT_GT(harmless, 50U);
 }
 
 TEST(RecordsTest, SavedLibrariesHaveNoErrors) {
@@ -103,6 +103,7 @@ TEST(RecordsTest, FaultsHaveTheirLines) {
     for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
     std::vector<std::size_t> lines;
     const auto faults = CheckLibrary(file, kPage);
+    lines.reserve(faults.size());
     for (const Fault& fault : faults) lines.push_back(fault.line);
     EXPECT_EQ(lines, checked.lines) << checked.file;
     const std::string first = faults.empty() ? "" : faults.front().message;
@@ -136,7 +137,7 @@ TEST(RecordsTest, FindsWhatPlainComparisonFinds) {
     for (std::size_t n = 1 + random() % longest; n > 0; --n) made += letters[random() % letters.size()];
     return made;
   };
-  for (int i = 0; i < 5000; ++i) {
+  for (int i = 0; i < 2000; ++i) {
     const Pattern pattern{.text = text(3), .ignoreCase = random() % 2 == 0, .wholeWord = random() % 2 == 0};
     const std::string searched = text(40);
     std::vector<std::size_t> expected;
