@@ -57,11 +57,13 @@ Terminal::Terminal() : outputIsTerminal_(IsTerminal(stdout)), errorIsTerminal_(I
 #endif
 }
 
-Terminal::~Terminal() {
 #ifdef _WIN32
+Terminal::~Terminal() {
   if (previousCodePage_ != 0) SetConsoleOutputCP(previousCodePage_);
-#endif
 }
+#else
+Terminal::~Terminal() = default;
+#endif
 
 std::string Terminal::ReadInput() {
   std::string bytes;

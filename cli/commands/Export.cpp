@@ -49,6 +49,7 @@ void WriteFolder(const std::string& path, const std::vector<FolderFile>& files) 
 std::vector<Snippet> Chosen(LibraryFile& library, const std::vector<std::string>& names) {
   if (names.empty()) return std::move(library.snippets);
   std::vector<Snippet> chosen;
+  chosen.reserve(names.size());
   for (const std::string& name : names) chosen.push_back(library.snippets[library.Find(name)]);
   return chosen;
 }
