@@ -5,13 +5,16 @@
 
 namespace snip {
 
-/// How the process was started.
+/// What the process was started for.
 enum class StartMode {
-  Standalone,  ///< By a user.
+  Standalone,  ///< By a user, to work with.
   Component,   ///< By COM, to serve an automation client; everything then comes from that client.
+  Register,    ///< To enter the program in the registry as a COM server.
+  Unregister,  ///< To take that away again.
 };
 
-/// COM starts a local server with "-Embedding" (or "/Embedding", in any letter case) behind its command line.
+/// COM starts a local server with "-Embedding" behind its command line; "-RegServer" and "-UnregServer" are
+/// the customary switches of one. Each may have "/" for "-" and any letter case; the first one counts.
 /// `arguments` are the command line's words without the program's own name.
 StartMode StartModeFromArguments(std::span<const std::string> arguments);
 

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "app/AddInIdentity.h"
+
 namespace snip {
 namespace {
 
@@ -11,26 +13,40 @@ constexpr const char* kApplication = "BnSnipstore";
 constexpr const char* kSection = "2.0";
 constexpr const char* kRunBefore = "RunBefore";
 
+// The development environment's list of add-ins, which lies in the Windows directory.
+constexpr const char* kAddInFile = "vbaddin.ini";
+constexpr const char* kAddInList = "Add-Ins32";
+
 }  // namespace
 
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
-             const std::function<void()>& showMainWindow) {
-  if (mode == StartMode::Component) return;
+             const std::function<void()>& registerServer, const std::function<void()>& showMainWindow) {
+  if (mode != StartMode::Standalone) return;
   const bool firstRun = registry.GetRegSetting(kCompany, kApplication, kSection, kRunBefore).empty();
   if (!firstRun) {
     showMainWindow();
     return;
   }
   RegisterAddIn();
+  registerServer();
   showMessage(
       "Brennic Snipstore 2.0 was added to VB's list of add-ins. Run the executable again to start Snipstore "
       "outside the VB IDE.",
-      MessageStyle::kOk, "Brennic Snipstore 2.0");
+      MessageStyle::kOk, kAddInName);
   registry.SaveRegSetting(kCompany, kApplication, kSection, kRunBefore, "Yes");
 }
 
 void RegisterAddIn() {
-  WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "0", "vbaddin.ini");
+  WritePrivateProfileStringA(kAddInList, kAddInProgId, "0", kAddInFile);
+}
+
+bool AddInRegistered() {
+  char text[2]{};
+  return GetPrivateProfileStringA(kAddInList, kAddInProgId, "", text, sizeof text, kAddInFile) != 0;
+}
+
+void UnregisterAddIn() {
+  WritePrivateProfileStringA(kAddInList, kAddInProgId, nullptr, kAddInFile);
 }
 
 }  // namespace snip

@@ -1,6 +1,13 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include "app/AddInIdentity.h"
+#include "app/AddInWindow.h"
+#include "app/ComRegistration.h"
+#include "app/ComServer.h"
+#include "app/Connect.h"
+#include "app/MessageFilter.h"
+#include "app/ServerLife.h"
 #include "app/StartMode.h"
 #include "app/StartUp.h"
 #include "library/LibraryFolder.h"
@@ -23,11 +30,36 @@ class Application {
  public:
   int Run(StartMode mode) {
     bool windowShown = false;
-    StartUp(mode, registry_, showMessage_, [&] { windowShown = mainWindow_.Show(); });
+    StartUp(
+        mode, registry_, showMessage_, [] { RegisterServer(RegistrationRoots()); },
+        [&] { windowShown = mainWindow_.Show(nullptr); });
     return windowShown ? MessageLoop() : 0;
   }
 
+  /// Serves the development environments that have the add-in loaded.
+  int Serve() {
+    serving_ = true;
+    ServerLife life(kPatienceMs);
+    const MessageFilter filter;
+    const ComServer server(kConnectClassId, life, [&](REFIID iid, void** object) {
+      const ComPtr<Connect> connect(new Connect(life, addInWindow_));
+      return connect->QueryInterface(iid, object);
+    });
+    if (!server.started()) return 1;
+    for (;;) {
+      const int exitCode = MessageLoop();
+      if (life.Over()) {
+        life.DisconnectObjects();
+        return exitCode;
+      }
+      CoResumeClassObjects();
+    }
+  }
+
  private:
+  /// How long a server waits for an environment.
+  static constexpr UINT kPatienceMs = 60000;
+
   int MessageLoop() {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
@@ -46,21 +78,40 @@ class Application {
   LibraryFolder folder_{ProgramDirectory()};
   SettingsStore settings_{registry_};
   CaptionPainter captions_;
+  bool serving_ = false;
   frmAddIn mainWindow_{{.store = folder_,
                         .settings = settings_,
                         .sounds = sounds_,
                         .caption = captions_,
                         .showMessage = showMessage_,
-                        .unloaded = [] { PostQuitMessage(0); },
-                        .hidden = [] {}}};
+                        .unloaded =
+                            [this] {
+                              // A server lives on without its window.
+                              if (!serving_) PostQuitMessage(0);
+                            },
+                        .hidden = [this] { addInWindow_.OnHidden(); }}};
+  AddInWindow addInWindow_{mainWindow_};
 };
+
+int EnterProgram() {
+  if (!AddInRegistered()) RegisterAddIn();
+  return RegisterServer(RegistrationRoots()) ? 0 : 1;
+}
+
+int RemoveProgram() {
+  UnregisterAddIn();
+  return UnregisterServer(RegistrationRoots()) ? 0 : 1;
+}
 
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/, int /*show*/) {
-  const ComApartment apartment;  // assistive programs reach the windows through it
+  const StartMode mode = StartModeFromArguments(CommandLineArguments());
+  if (mode == StartMode::Register) return EnterProgram();
+  if (mode == StartMode::Unregister) return RemoveProgram();
+  const ComApartment apartment;  // assistive programs reach the windows through it, environments the add-in
   const OleThread dragging;      // what is dragged out of toolbars and onto them
   InitCommonControls();
   Application application;
-  return application.Run(StartModeFromArguments(CommandLineArguments()));
+  return mode == StartMode::Component ? application.Serve() : application.Run(mode);
 }

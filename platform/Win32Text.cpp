@@ -38,16 +38,20 @@ std::optional<float> SingleFromText(const std::string& text) {
   return number;
 }
 
-std::string ProgramDirectory() {
+std::string ProgramPath() {
   std::string path(MAX_PATH, '\0');
   for (;;) {
     const DWORD length = GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) {
       path.resize(length);
-      break;
+      return path;
     }
     path.resize(path.size() * 2);
   }
+}
+
+std::string ProgramDirectory() {
+  const std::string path = ProgramPath();
   const auto slash = path.find_last_of('\\');
   if (slash == std::string::npos) return path;
   const bool root = slash > 0 && path[slash - 1] == ':';

@@ -18,6 +18,9 @@ bool SameTextIgnoringCase(const std::string& a, const std::string& b);
 /// none.
 std::optional<float> SingleFromText(const std::string& text);
 
+/// Full path of the running executable.
+std::string ProgramPath();
+
 /// Directory of the running executable, without a "\" at its end unless it is a drive's root.
 std::string ProgramDirectory();
 

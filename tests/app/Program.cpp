@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "app/ComRegistration.h"
 #include "platform/Win32Text.h"
 
 namespace snip::test {
@@ -15,6 +16,7 @@ constexpr const char* kMarkerKey = "Software\\Brennic\\BnSnipstore\\2.0";
 constexpr DWORD kEndMs = 15000;
 
 void Forget() {
+  UnregisterServer(RegistrationRoots());
   SHDeleteKeyA(HKEY_CURRENT_USER, kCompanyKey);
   WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", nullptr, "vbaddin.ini");
 }
@@ -55,6 +57,14 @@ std::string Program::Marker() {
 std::string Program::AddInEntry() {
   char text[100]{};
   GetPrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "", text, sizeof text, "vbaddin.ini");
+  return text;
+}
+
+std::string Program::ServerCommand() {
+  char text[MAX_PATH]{};
+  DWORD size = sizeof text;
+  SHGetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
+              nullptr, text, &size);
   return text;
 }
 

@@ -26,6 +26,8 @@ class Program {
   static std::string Marker();
   /// The program's entry in "vbaddin.ini"; empty when there is none.
   static std::string AddInEntry();
+  /// What COM starts for the add-in's class; empty when the class is not registered.
+  static std::string ServerCommand();
   /// Whether the program has made any key of its own.
   static bool HasRegistryKey();
 

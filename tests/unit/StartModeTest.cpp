@@ -3,23 +3,31 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace snip::test {
 namespace {
 
-TEST(StartModeTest, OnlyTheSwitchOfComMakesItAComponent) {
+TEST(StartModeTest, SwitchesOfComAndOfRegistration) {
   using Arguments = std::vector<std::string>;
-  for (const Arguments& arguments :
-       {Arguments{"-Embedding"}, Arguments{"/Embedding"}, Arguments{"-embedding"}, Arguments{"/EMBEDDING"},
-        Arguments{"C:\\My Snippets", "-Embedding"}, Arguments{"-Embedding", "more"}}) {
-    EXPECT_EQ(StartModeFromArguments(arguments), StartMode::Component) << testing::PrintToString(arguments);
-  }
-  for (const Arguments& arguments :
-       {Arguments{}, Arguments{""}, Arguments{"Embedding"}, Arguments{"--Embedding"},
-        Arguments{"-Embeddings"}, Arguments{"-Embed"}, Arguments{"- Embedding"}, Arguments{"-Embedding "},
-        Arguments{"/regserver"}}) {
-    EXPECT_EQ(StartModeFromArguments(arguments), StartMode::Standalone) << testing::PrintToString(arguments);
+  const std::pair<Arguments, StartMode> cases[] = {
+      {{"-Embedding"}, StartMode::Component},
+      {{"/EMBEDDING"}, StartMode::Component},
+      {{"C:\\My Snippets", "-embedding", "more"}, StartMode::Component},
+      {{"/regserver"}, StartMode::Register},
+      {{"-RegServer"}, StartMode::Register},
+      {{"/UNREGSERVER"}, StartMode::Unregister},
+      {{"-unregserver", "/regserver"}, StartMode::Unregister},
+      {{}, StartMode::Standalone},
+      {{""}, StartMode::Standalone},
+      {{"-"}, StartMode::Standalone},
+      {{"Embedding"}, StartMode::Standalone},
+      {{"--Embedding"}, StartMode::Standalone},
+      {{"-Embeddings", "-Embed", "- Embedding", "-Embedding ", "regserver"}, StartMode::Standalone},
+  };
+  for (const auto& [arguments, mode] : cases) {
+    EXPECT_EQ(StartModeFromArguments(arguments), mode) << testing::PrintToString(arguments);
   }
 }
 

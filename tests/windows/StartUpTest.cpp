@@ -26,7 +26,8 @@ class StartUpTest : public testing::Test {
   }
 
   void Start(StartMode mode) {
-    StartUp(mode, registry_, showMessage_, [this] { log_.emplace_back("window"); });
+    StartUp(mode, registry_, showMessage_, [this] { log_.emplace_back("server"); },
+            [this] { log_.emplace_back("window"); });
   }
 
   std::string Marker() const { return registry_.GetRegSetting("Brennic", "BnSnipstore", "2.0", "RunBefore"); }
@@ -46,9 +47,10 @@ class StartUpTest : public testing::Test {
 TEST_F(StartUpTest, TheFirstStandaloneStartRegistersAndOpensNoWindow) {
   Start(StartMode::Standalone);
   EXPECT_EQ(log_,
-            std::vector<std::string>{
+            (std::vector<std::string>{
+                "server",
                 "Brennic Snipstore 2.0|Brennic Snipstore 2.0 was added to VB's list of add-ins. Run the "
-                "executable again to start Snipstore outside the VB IDE."});
+                "executable again to start Snipstore outside the VB IDE."}));
   EXPECT_EQ(AddInEntry(), "0");
   EXPECT_EQ(Marker(), "Yes");
 }
@@ -68,7 +70,7 @@ TEST_F(StartUpTest, AnyMarkerTextOpensTheWindowAndWritesNothing) {
 TEST_F(StartUpTest, AMarkerOfBlanksIsNone) {
   registry_.SaveRegSetting("Brennic", "BnSnipstore", "2.0", "RunBefore", "   ");
   Start(StartMode::Standalone);
-  EXPECT_EQ(log_.size(), 1U);
+  EXPECT_EQ(log_.size(), 2U);
   EXPECT_EQ(Marker(), "Yes");
 }
 
@@ -78,6 +80,16 @@ TEST_F(StartUpTest, AComponentDoesNothingByItself) {
   EXPECT_EQ(AddInEntry(), "");
   HKEY key = nullptr;
   EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "Software\\Brennic", 0, KEY_READ, &key), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(StartUpTest, TheListEntryComesAndGoes) {
+  EXPECT_FALSE(AddInRegistered());
+  // As the environment writes it when the add-in shall be loaded at its start.
+  WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "1", "vbaddin.ini");
+  EXPECT_TRUE(AddInRegistered());
+  UnregisterAddIn();
+  EXPECT_EQ(AddInEntry(), "");
+  EXPECT_FALSE(AddInRegistered());
 }
 
 }  // namespace

@@ -84,7 +84,7 @@ void CodeOutput::Deliver(const std::function<void(HostEnvironment&)>& delivery) 
     delivery(*host_);
   } catch (const HostGone&) {
     // The window goes with its environment: nothing is left to say.
-    return;
+    if (host_ != nullptr) host_->Lost();
   } catch (const HostError& error) {
     Tell(error.what());
   }

@@ -16,7 +16,7 @@ class HostError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The environment is not there any more; its connection ends by itself.
+/// The environment is not there any more.
 class HostGone : public HostError {
  public:
   using HostError::HostError;
@@ -49,8 +49,10 @@ class HostEnvironment {
   /// Adds a standard module to the active project, under a name that the environment chooses. Null when no
   /// project is open.
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
-  /// Brings the environment's window to the front.
+  /// Brings the environment's window to the front, as far as the system lets it; never throws.
   virtual void Activate() = 0;
+  /// Called by who has caught a `HostGone`.
+  virtual void Lost() {}
 };
 
 }  // namespace snip

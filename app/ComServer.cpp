@@ -1,0 +1,56 @@
+#include "app/ComServer.h"
+
+#include <utility>
+
+#include "platform/Com.h"
+#include "platform/ComObject.h"
+
+namespace snip {
+namespace {
+
+class ClassFactory final : public ComObject<IClassFactory> {
+ public:
+  ClassFactory(ServerLife& life, ComServer::Maker maker) : life_(life), maker_(std::move(maker)) {}
+
+  HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+    try {
+      return maker_(iid, object);
+    } catch (...) {
+      return E_OUTOFMEMORY;
+    }
+  }
+
+  HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {
+    if (lock != FALSE) {
+      life_.Lock();
+    } else {
+      life_.Unlock();
+    }
+    return S_OK;
+  }
+
+ private:
+  ServerLife& life_;
+  ComServer::Maker maker_;
+};
+
+}  // namespace
+
+ComServer::ComServer(const CLSID& id, ServerLife& life, Maker maker) {
+  const ComPtr<IClassFactory> factory(new ClassFactory(life, std::move(maker)));
+  // Suspended at first, so that no client comes in before everything is ready; one process serves them all.
+  if (FAILED(CoRegisterClassObject(id, factory.get(), CLSCTX_LOCAL_SERVER,
+                                   REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &cookie_))) {
+    return;
+  }
+  CoResumeClassObjects();
+}
+
+ComServer::~ComServer() {
+  if (started()) CoRevokeClassObject(cookie_);
+}
+
+}  // namespace snip

@@ -1,0 +1,211 @@
+#include "app/Connect.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/AddInIdentity.h"
+
+namespace snip {
+namespace {
+
+constexpr const char* kAddInsBar = "Add-Ins";
+
+// The dispatch ids of the members that Connect offers by name.
+constexpr DISPID kShowMember = 0x60030000;
+constexpr DISPID kHideMember = 0x60030001;
+
+/// No exception leaves a function that COM calls.
+template <class Function>
+HRESULT Guarded(const Function& function) {
+  try {
+    function();
+    return S_OK;
+  } catch (...) {
+    return E_OUTOFMEMORY;
+  }
+}
+
+/// Entries that an environment has kept from an earlier time, when it ended before they could be taken away.
+void RemoveStaleEntries(const host::CommandBarControls& controls, const std::string& caption) {
+  try {
+    for (LONG i = controls.Count(); i >= 1; --i) {
+      const host::CommandBarControl control = controls.Item(i);
+      if (control.Caption() == caption) control.Delete();
+    }
+  } catch (const HostGone&) {
+    throw;
+  } catch (const HostError&) {
+    // An entry too many does less harm than none.
+    return;
+  }
+}
+
+}  // namespace
+
+Connect::Session::Session(Connect& connect, IDispatch* vbInst)
+    : connection(connect.life_),
+      root(ComPtr<IDispatch>::Share(vbInst)),
+      window({.show = [&connect] { connect.Show(); },
+              .gone = [&connect] { connect.HostIsGone(); },
+              .ping = [this] { root.Ping(); }}) {}
+
+Connect::Connect(ServerLife& life, AddInWindow& window) : life_(life), use_(life, this), window_(window) {}
+
+Connect::~Connect() {
+  Disconnect();
+}
+
+void Connect::Show() {
+  const std::shared_ptr<Session> session = session_;
+  if (!session) return;
+  displayed_ = window_.Show(*this, session->environment) && !session->over;
+}
+
+void Connect::Hide() {
+  displayed_ = false;
+  window_.Hide(*this);
+}
+
+HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*AddInInst*/,
+                              SAFEARRAY** /*custom*/) {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  return Guarded([&] {
+    Disconnect();
+    if (VBInst == nullptr) return;
+    const auto session = std::make_shared<Session>(*this, VBInst);
+    session_ = session;
+    if (ConnectMode == kExternal) {
+      session->window.PostShow();
+    } else {
+      AddMenuEntry(*session);
+    }
+    WatchHost(*session);
+  });
+}
+
+HRESULT Connect::OnDisconnection(LONG /*RemoveMode*/, SAFEARRAY** /*custom*/) {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  return Guarded([this] { Disconnect(); });
+}
+
+HRESULT Connect::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
+  return S_OK;
+}
+
+HRESULT Connect::OnStartupComplete(SAFEARRAY** /*custom*/) {
+  return S_OK;
+}
+
+/// The environment may disconnect whenever it is waited for.
+void Connect::AddMenuEntry(Session& session) {
+  try {
+    const host::VBE root = session.root.Share();
+    const host::CommandBarControl entry = AddToAddInCommandBar(root, kAddInName);
+    if (!entry.exists()) return;
+    if (session.over) return entry.Delete();
+    session.menuEntry = entry.Share();
+    auto handler =
+        std::make_unique<MenuHandler>(root.Events().CommandBarEvents(entry), [this] { MenuHandler_Click(); });
+    if (!session.over) session.menuHandler = std::move(handler);
+  } catch (const HostError&) {
+    // The environment goes on without the entry, or with one that does nothing.
+    return;
+  }
+}
+
+/// The new entry; none when the environment has no such bar.
+host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, const std::string& caption) {
+  host::CommandBarControl entry;
+  try {
+    const host::CommandBar bar = root.CommandBars().Item(kAddInsBar);
+    if (!bar.exists()) return {};
+    const host::CommandBarControls controls = bar.Controls();
+    RemoveStaleEntries(controls, caption);
+    entry = controls.Add(host::kButtonControl);
+    entry.SetCaption(caption);
+    return entry;
+  } catch (const HostError&) {
+    if (entry.exists()) entry.Delete();
+    return {};
+  }
+}
+
+void Connect::MenuHandler_Click() {
+  // The environment waits until its click has been handled, and may not paint meanwhile.
+  if (session_) session_->window.PostShow();
+}
+
+/// An environment that ends without a word is noticed by its process.
+void Connect::WatchHost(Session& session) {
+  HWND window = nullptr;
+  try {
+    window = session.root.MainWindow().HWnd();
+  } catch (const HostError&) {
+    window = nullptr;
+  }
+  if (!session.over) session.window.WatchProcessOf(window);
+}
+
+void Connect::Disconnect() {
+  const std::shared_ptr<Session> session = std::exchange(session_, nullptr);
+  if (!session) return;
+  session->over = true;
+  session->window.Destroy();
+  // All of the environment's objects are let go before it is answered: later they are not valid any more.
+  session->menuHandler.reset();
+  const host::CommandBarControl entry = std::move(session->menuEntry);
+  try {
+    if (entry.exists()) entry.Delete();
+  } catch (const HostError&) {
+    // The environment has taken it away itself, or has gone.
+  }
+  session->root = {};
+  displayed_ = false;
+  window_.Unload(*this);
+}
+
+void Connect::HostIsGone() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  Disconnect();
+  // Nobody is left to let go of this object.
+  CoDisconnectObject(this, 0);
+}
+
+HRESULT Connect::GetTypeInfoCount(UINT* count) {
+  if (count == nullptr) return E_POINTER;
+  *count = 0;
+  return S_OK;
+}
+
+HRESULT Connect::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) {
+  if (info != nullptr) *info = nullptr;
+  return DISP_E_BADINDEX;
+}
+
+HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+                               DISPID* ids) {
+  if (names == nullptr || ids == nullptr) return E_POINTER;
+  if (count == 0) return S_OK;
+  // No member has arguments, whose names would follow its own.
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  if (lstrcmpiW(names[0], L"Show") == 0) ids[0] = kShowMember;
+  if (lstrcmpiW(names[0], L"Hide") == 0) ids[0] = kHideMember;
+  return count == 1 && ids[0] != DISPID_UNKNOWN ? S_OK : DISP_E_UNKNOWNNAME;
+}
+
+HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
+                        DISPPARAMS* /*parameters*/, VARIANT* /*result*/, EXCEPINFO* /*exception*/,
+                        UINT* /*badArgument*/) {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
+  switch (member) {
+    case kShowMember:
+      return Guarded([this] { Show(); });
+    case kHideMember:
+      return Guarded([this] { Hide(); });
+    default:
+      return DISP_E_MEMBERNOTFOUND;
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+namespace snip {
+
+// Interfaces of COM have no virtual destructor.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
+/// What the development environment calls an add-in through. The order of the functions is that of the
+/// environment's own interface, which is not the order in which its manuals name them.
+struct IDTExtensibility : IDispatch {
+  virtual HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* AddInInst,
+                                                 SAFEARRAY** custom) = 0;
+  virtual HRESULT STDMETHODCALLTYPE OnDisconnection(LONG RemoveMode, SAFEARRAY** custom) = 0;
+  virtual HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) = 0;
+  virtual HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) = 0;
+};
+
+/// The events of an entry of a command bar: Click, with the dispatch id 1, is the only one.
+struct CommandBarControlEvents : IDispatch {};
+
+#pragma GCC diagnostic pop
+
+/// How the add-in was started.
+enum ConnectMode : LONG { kAfterStartup = 0, kStartup = 1, kExternal = 2 };
+
+inline constexpr DISPID kClickEvent = 1;
+
+}  // namespace snip
+
+__CRT_UUID_DECL(snip::IDTExtensibility, 0x0002E151, 0x0000, 0x0000, 0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x46)
+__CRT_UUID_DECL(snip::CommandBarControlEvents, 0x0002E198, 0x0000, 0x0000, 0xC0, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x00, 0x46)

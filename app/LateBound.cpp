@@ -1,0 +1,156 @@
+#include "app/LateBound.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <vector>
+
+namespace snip {
+namespace {
+
+/// Owns what an environment says about a call that failed.
+class ExceptionInfo {
+ public:
+  ExceptionInfo() = default;
+  ~ExceptionInfo() {
+    SysFreeString(info_.bstrSource);
+    SysFreeString(info_.bstrDescription);
+    SysFreeString(info_.bstrHelpFile);
+  }
+  ExceptionInfo(const ExceptionInfo&) = delete;
+  ExceptionInfo& operator=(const ExceptionInfo&) = delete;
+
+  EXCEPINFO* Put() { return &info_; }
+  HRESULT code() const { return info_.scode; }
+  std::string Description() {
+    if (info_.bstrDescription == nullptr && info_.pfnDeferredFillIn != nullptr) {
+      info_.pfnDeferredFillIn(&info_);
+    }
+    Bstr description;
+    description.Reset(std::exchange(info_.bstrDescription, nullptr));
+    return description.Text();
+  }
+
+ private:
+  EXCEPINFO info_{};
+};
+
+bool MeansGone(HRESULT result) {
+  constexpr std::array kGone{RPC_E_DISCONNECTED,
+                             RPC_E_SERVER_DIED,
+                             RPC_E_SERVER_DIED_DNE,
+                             RPC_E_CONNECTION_TERMINATED,
+                             CO_E_OBJNOTCONNECTED,
+                             HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE),
+                             HRESULT_FROM_WIN32(RPC_S_CALL_FAILED),
+                             HRESULT_FROM_WIN32(RPC_S_CALL_FAILED_DNE)};
+  return std::find(kGone.begin(), kGone.end(), result) != kGone.end();
+}
+
+bool MeansBusy(HRESULT result) {
+  return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
+         result == RPC_E_SERVERCALL_REJECTED || result == RPC_E_CALL_CANCELED;
+}
+
+/// What the system says about a result; its number when it says nothing.
+std::string SystemText(HRESULT result) {
+  std::array<char, 512> text{};
+  DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                static_cast<DWORD>(result), 0, text.data(), text.size(), nullptr);
+  while (length > 0 && static_cast<unsigned char>(text[length - 1]) <= ' ') --length;
+  if (length == 0) {
+    length = static_cast<DWORD>(
+        std::snprintf(text.data(), text.size(), "Error &H%08lX.", static_cast<unsigned long>(result)));
+  }
+  return {text.data(), length};
+}
+
+[[noreturn]] void Throw(HRESULT result, const std::string& description) {
+  if (MeansGone(result)) throw HostGone("The development environment is not connected any more.");
+  if (MeansBusy(result)) throw HostError("The development environment is busy. Please try again later.");
+  throw HostError("The development environment answered: " +
+                  (description.empty() ? SystemText(result) : description));
+}
+
+Variant ConvertedTo(VARTYPE type, const Variant& value) {
+  VARIANT source = value.get();
+  Variant converted;
+  ThrowIfFailed(VariantChangeType(converted.Put(), &source, 0, type));
+  return converted;
+}
+
+}  // namespace
+
+LateBound::LateBound(const Variant& result) : object_(ObjectIn(result).As<IDispatch>()) {}
+
+void LateBound::Ping() const {
+  const ComPtr<IDispatch> object = Share();
+  if (!object) return;
+  UINT count = 0;
+  // Of all functions of a late-bound object the one that does not concern its members.
+  ThrowIfFailed(object->GetTypeInfoCount(&count));
+}
+
+Variant LateBound::Call(const wchar_t* member, Arguments arguments) const {
+  std::vector<VARIANT> reversed(arguments);
+  std::reverse(reversed.begin(), reversed.end());
+  DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+  return Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters);
+}
+
+void LateBound::Put(const wchar_t* member, const Variant& value) const {
+  VARIANT argument = value.get();
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS parameters{&argument, &put, 1, 1};
+  Invoke(member, DISPATCH_PROPERTYPUT, parameters);
+}
+
+LONG LateBound::Number(const wchar_t* member) const {
+  return ConvertedTo(VT_I4, Call(member)).get().lVal;
+}
+
+std::string LateBound::Text(const wchar_t* member) const {
+  Bstr text;
+  text.Reset(ConvertedTo(VT_BSTR, Call(member)).Detach().bstrVal);
+  return text.Text();
+}
+
+Variant LateBound::Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const {
+  const ComPtr<IDispatch> object = Share();
+  if (!object) throw HostGone("The development environment is not connected any more.");
+  std::wstring name = member;
+  wchar_t* names = name.data();
+  DISPID id = DISPID_UNKNOWN;
+  ThrowIfFailed(object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+  Variant result;
+  ExceptionInfo exception;
+  // A property that is set has no result.
+  VARIANT* const answer = kind == DISPATCH_PROPERTYPUT ? nullptr : result.Put();
+  const HRESULT invoked =
+      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, answer, exception.Put(), nullptr);
+  if (invoked == DISP_E_EXCEPTION) Throw(exception.code(), exception.Description());
+  ThrowIfFailed(invoked);
+  return result;
+}
+
+Variant TextVariant(const std::string& text) {
+  Bstr string(text);
+  Variant value;
+  VARIANT* const raw = value.Put();
+  raw->bstrVal = string.Detach();
+  raw->vt = VT_BSTR;
+  return value;
+}
+
+ComPtr<IUnknown> ObjectIn(const Variant& value) {
+  const VARIANT& raw = value.get();
+  // The two kinds of object keep their pointer in the same place.
+  const bool isObject = raw.vt == VT_DISPATCH || raw.vt == VT_UNKNOWN;
+  return ComPtr<IUnknown>::Share(isObject ? raw.punkVal : nullptr);
+}
+
+void ThrowIfFailed(HRESULT result) {
+  if (FAILED(result)) Throw(result, "");
+}
+
+}  // namespace snip

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "platform/Com.h"
+#include "ui/main/HostEnvironment.h"
+
+namespace snip {
+
+/// An object of the development environment, whose members are called by their names: that needs no type
+/// library of the environment's. Operations throw `HostError`. While one waits for the environment other
+/// messages come in, and this may be reset by them.
+class LateBound {
+ public:
+  LateBound() = default;
+  explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  /// The object in a result; none when it holds nothing.
+  explicit LateBound(const Variant& result);
+
+  /// Whether there is an object at all: the environment answers with nothing where it has none.
+  bool exists() const { return static_cast<bool>(object_); }
+  IDispatch* get() const { return object_.get(); }
+
+  /// Asks the object's process for a sign of life.
+  void Ping() const;
+
+ protected:
+  using Arguments = std::initializer_list<VARIANT>;  ///< In the order of the declaration; the caller's own.
+
+  /// Reads a property or calls a method.
+  Variant Call(const wchar_t* member, Arguments arguments = {}) const;
+  void Put(const wchar_t* member, const Variant& value) const;
+
+  LONG Number(const wchar_t* member) const;
+  std::string Text(const wchar_t* member) const;
+
+  ComPtr<IDispatch> Share() const { return ComPtr<IDispatch>::Share(object_.get()); }
+
+ private:
+  Variant Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const;
+
+  ComPtr<IDispatch> object_;
+};
+
+Variant TextVariant(const std::string& text);
+/// A further reference to the object in a value; null when there is none.
+ComPtr<IUnknown> ObjectIn(const Variant& value);
+
+/// Throws `HostGone` when the result of a call means that the environment is not there any more, and
+/// otherwise `HostError` unless the call succeeded.
+void ThrowIfFailed(HRESULT result);
+
+}  // namespace snip

@@ -1,0 +1,71 @@
+#include "app/ServerLife.h"
+
+#include <algorithm>
+
+#include "platform/Com.h"
+
+namespace snip {
+namespace {
+
+constexpr UINT_PTR kIdleTimer = 1;
+
+}  // namespace
+
+ServerLife::ServerLife(UINT idleMs) : idleMs_(idleMs) {
+  Create({.className = "SnipstoreServerLife", .parent = HWND_MESSAGE});
+  AwaitConnection();
+}
+
+ServerLife::~ServerLife() {
+  Destroy();
+}
+
+ServerLife::Use::Use(ServerLife& life, IUnknown* object) : life_(life), object_(object) {
+  life_.objects_.push_back(object_);
+  life_.Lock();
+}
+
+ServerLife::Use::~Use() {
+  life_.objects_.erase(std::find(life_.objects_.begin(), life_.objects_.end(), object_));
+  life_.Unlock();
+}
+
+ServerLife::Connection::Connection(ServerLife& life) : life_(life) {
+  ++life_.connections_;
+  KillTimer(life_.hWnd(), kIdleTimer);
+}
+
+ServerLife::Connection::~Connection() {
+  if (--life_.connections_ == 0) life_.AwaitConnection();
+}
+
+void ServerLife::Lock() {
+  ++uses_;
+  CoAddRefServerProcess();
+}
+
+void ServerLife::Unlock() {
+  --uses_;
+  // COM hands out no further objects of this process once its own count is down to none.
+  if (CoReleaseServerProcess() == 0) PostQuitMessage(0);
+}
+
+void ServerLife::DisconnectObjects() {
+  std::vector<ComPtr<IUnknown>> left;
+  for (IUnknown* object : objects_) left.push_back(ComPtr<IUnknown>::Share(object));
+  for (const auto& object : left) CoDisconnectObject(object.get(), 0);
+}
+
+void ServerLife::AwaitConnection() {
+  SetTimer(hWnd(), kIdleTimer, idleMs_, nullptr);
+}
+
+LRESULT ServerLife::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_TIMER) return Default(message, wParam, lParam);
+  abandoned_ = true;
+  KillTimer(hWnd(), kIdleTimer);
+  PostQuitMessage(0);
+  return 0;
+}
+
+}  // namespace snip

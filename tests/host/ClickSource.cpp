@@ -1,0 +1,89 @@
+#include "tests/host/ClickSource.h"
+
+#include <utility>
+
+#include "app/IDTExtensibility.h"
+#include "platform/ComObject.h"
+
+namespace snip::test {
+namespace {
+
+class Point final : public ComObject<IConnectionPoint> {
+ public:
+  Point(CallWatch& watch, std::weak_ptr<Sinks> sinks) : watch_(watch), sinks_(std::move(sinks)) {
+    ++watch_.references;
+  }
+  ~Point() override { --watch_.references; }
+
+  HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* id) override {
+    *id = __uuidof(CommandBarControlEvents);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override {
+    *container = nullptr;
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Advise(IUnknown* client, DWORD* cookie) override {
+    const auto sinks = sinks_.lock();
+    if (!sinks) return CONNECT_E_CANNOTCONNECT;
+    if (const auto hook = watch_.hooks.find("Events.Advise"); hook != watch_.hooks.end()) {
+      const CallWatch::Hook run = hook->second;
+      if (const HRESULT failed = run(); FAILED(failed)) return failed;
+    }
+    ComPtr<IDispatch> sink;
+    // Where the events' interface cannot be passed between processes, plain late binding can.
+    if (FAILED(client->QueryInterface(__uuidof(CommandBarControlEvents), sink.PutVoid())) &&
+        FAILED(client->QueryInterface(__uuidof(IDispatch), sink.PutVoid()))) {
+      return CONNECT_E_CANNOTCONNECT;
+    }
+    *cookie = ++lastCookie_;
+    (*sinks)[*cookie] = std::move(sink);
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override {
+    const auto sinks = sinks_.lock();
+    return sinks && sinks->erase(cookie) == 1 ? S_OK : CONNECT_E_NOCONNECTION;
+  }
+  HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
+    *connections = nullptr;
+    return E_NOTIMPL;
+  }
+
+ private:
+  CallWatch& watch_;
+  std::weak_ptr<Sinks> sinks_;
+  DWORD lastCookie_ = 0;
+};
+
+class Source final : public ComObject<IConnectionPointContainer> {
+ public:
+  explicit Source(CallWatch& watch) : watch_(watch) { ++watch_.references; }
+  ~Source() override { --watch_.references; }
+
+  std::weak_ptr<Sinks> sinks() const { return sinks_; }
+
+  HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
+    *points = nullptr;
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
+    *point = nullptr;
+    if (id != __uuidof(CommandBarControlEvents)) return CONNECT_E_NOCONNECTION;
+    *point = new Point(watch_, sinks_);
+    return S_OK;
+  }
+
+ private:
+  CallWatch& watch_;
+  std::shared_ptr<Sinks> sinks_ = std::make_shared<Sinks>();
+};
+
+}  // namespace
+
+ComPtr<IUnknown> MakeClickSource(CallWatch& watch, std::weak_ptr<Sinks>& sinks) {
+  ComPtr<Source> source(new Source(watch));
+  sinks = source->sinks();
+  return ComPtr<IUnknown>(source.Detach());
+}
+
+}  // namespace snip::test

@@ -1,0 +1,273 @@
+// Plays the development environment, in a process of its own, for tests of the add-in.
+//
+//   test_host LIBRARY
+//
+// LIBRARY is the path of its type library, which it makes if need be. Commands come as lines on the standard
+// input, each is answered by a line on the standard output; results of calls are in hexadecimal. In module
+// texts a line end is "|". See the table of commands at the end.
+
+#include <windows.h>
+#include <objbase.h>
+#include <psapi.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "app/AddInIdentity.h"
+#include "app/IDTExtensibility.h"
+#include "platform/Com.h"
+#include "platform/ComObject.h"
+#include "platform/Win32Text.h"
+#include "platform/Window.h"
+#include "tests/host/HostModel.h"
+#include "tests/host/HostTypeLibrary.h"
+
+namespace snip::test {
+namespace {
+
+constexpr UINT kCommand = WM_APP + 1;
+
+std::string Hex(HRESULT result) {
+  char text[12]{};
+  std::snprintf(text, sizeof text, "%lx", static_cast<unsigned long>(result));
+  return text;
+}
+
+/// Turns calls away while the environment is busy, as its dialogs do.
+class BusyFilter final : public ComObject<IMessageFilter> {
+ public:
+  int refusals = 0;  ///< Of the calls that come next; -1 refuses all.
+
+  DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD, HTASK, DWORD, LPINTERFACEINFO) override {
+    if (refusals == 0) return SERVERCALL_ISHANDLED;
+    if (refusals > 0) --refusals;
+    return SERVERCALL_RETRYLATER;
+  }
+  DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD, DWORD) override { return 100; }
+  DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) override { return PENDINGMSG_WAITDEFPROCESS; }
+};
+
+class HostWindow : public Window {
+ public:
+  HostWindow() {
+    Create({.className = "SnipstoreTestHost",
+            .title = "Stand-in environment",
+            .style = WS_OVERLAPPEDWINDOW | WS_VISIBLE,
+            .place = {600, 500, 300, 150}});
+  }
+  ~HostWindow() override { Destroy(); }
+
+  std::function<void(const std::string&)> onCommand;
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+    if (message == kCommand) {
+      const std::unique_ptr<std::string> line(reinterpret_cast<std::string*>(lParam));
+      onCommand(*line);
+      return 0;
+    }
+    return Default(message, wParam, lParam);
+  }
+};
+
+class Host {
+ public:
+  Host() {
+    window_.onCommand = [this](const std::string& line) { std::cout << Run(line) << std::endl; };
+    CoRegisterMessageFilter(filter_.get(), nullptr);
+  }
+  ~Host() { CoRegisterMessageFilter(nullptr, nullptr); }
+
+  HWND window() const { return window_.hWnd(); }
+
+ private:
+  /// Makes the add-in's object, and has the interface that it is used by.
+  HRESULT Create() {
+    CLSID id{};
+    const std::string name = kAddInProgId;
+    HRESULT result = CLSIDFromProgID(std::wstring(name.begin(), name.end()).c_str(), &id);
+    if (SUCCEEDED(result)) {
+      result = CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IUnknown), object_.PutVoid());
+    }
+    return result;
+  }
+  HRESULT Query() { return object_->QueryInterface(__uuidof(IDTExtensibility), addIn_.PutVoid()); }
+
+  HRESULT ConnectAddIn(LONG mode) {
+    HRESULT result = object_ ? S_OK : Create();
+    if (SUCCEEDED(result)) result = Query();
+    if (FAILED(result)) return result;
+    const ComPtr<IDispatch> root = model_.VBE();
+    SAFEARRAY* custom = nullptr;
+    return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
+  }
+  HRESULT DisconnectAddIn(LONG mode) {
+    SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
+    const HRESULT result = addIn_->OnDisconnection(mode, &custom);
+    SafeArrayDestroy(custom);
+    return result;
+  }
+  HRESULT CallMember(const std::string& name) {
+    ComPtr<IDispatch> object = addIn_.As<IDispatch>();
+    std::wstring wide(name.begin(), name.end());
+    wchar_t* names = wide.data();
+    DISPID id = 0;
+    const HRESULT known = object->GetIDsOfNames(IID_NULL, &names, 1, 0, &id);
+    DISPPARAMS none{};
+    return FAILED(known) ? known
+                         : object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
+  }
+
+  /// Lets a member fail, or do something else first: "Object.Member disconnect".
+  std::string Hook(std::istringstream& words) {
+    std::string member;
+    std::string what;
+    words >> member >> what;
+    if (what == "off") {
+      model_.watch.hooks.erase(member);
+    } else if (what == "disconnect") {
+      model_.watch.hooks[member] = [this] { return DisconnectAddIn(1); };
+    } else if (what == "exit") {
+      model_.watch.hooks[member] = []() -> HRESULT { ExitProcess(0); };
+    } else {
+      const auto code = static_cast<HRESULT>(std::stoul(what, nullptr, 16));
+      std::string description;
+      std::getline(words >> std::ws, description);
+      model_.watch.hooks[member] = [this, code, description] {
+        model_.watch.description = description;
+        return code;
+      };
+    }
+    return "";
+  }
+
+  /// "NAME LINE TEXT": a module with that text, its code window active and the cursor on that line.
+  std::string AddModule(std::istringstream& words) {
+    auto module = std::make_shared<Module>();
+    LONG cursor = 1;
+    std::string text;
+    words >> module->name >> cursor;
+    std::getline(words >> std::ws, text);
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line, '|');) module->lines.push_back(line);
+    module->cursorLine = cursor;
+    model_.modules.push_back(module);
+    model_.activeModule = module;
+    return "";
+  }
+
+  std::string Click(std::size_t index) {
+    if (index >= model_.entries.size()) return "no such entry";
+    model_.Click(*std::next(model_.entries.begin(), static_cast<std::ptrdiff_t>(index)));
+    return "";
+  }
+
+  std::string Entries() const {
+    std::string text;
+    for (const auto& entry : model_.entries) text += "[" + entry->caption + "]";
+    return text;
+  }
+  std::string Modules() const {
+    std::string text;
+    for (const auto& module : model_.modules) text += "[" + module->name + "]";
+    return text;
+  }
+  std::string Text(const std::string& name) const {
+    const auto module = model_.FindModule(name);
+    if (!module) return "no such module";
+    std::string text = (module->shown ? "shown " : "") + module->Text();
+    for (std::size_t end = 0; (end = text.find("\r\n")) != std::string::npos;) text.replace(end, 2, "|");
+    return text;
+  }
+
+  std::string Run(const std::string& line) {
+    std::istringstream words(line);
+    std::string name;
+    std::string word;
+    words >> name;
+    const auto next = [&] {
+      words >> word;
+      return word;
+    };
+    const std::map<std::string, std::function<std::string()>> commands{
+        {"create", [&] { return Hex(Create()); }},
+        {"connect", [&] { return Hex(ConnectAddIn(std::stol(next()))); }},
+        {"disconnect", [&] { return Hex(DisconnectAddIn(std::stol(next()))); }},
+        {"release",
+         [&] {
+           addIn_.Reset();
+           object_.Reset();
+           return "";
+         }},
+        {"call", [&] { return Hex(CallMember(next())); }},
+        {"click", [&] { return Click(std::stoul(next())); }},
+        {"entries", [&] { return Entries(); }},
+        {"entry",
+         [&] {
+           model_.entries.push_back(std::make_shared<MenuEntry>());
+           std::getline(words >> std::ws, model_.entries.back()->caption);
+           return "";
+         }},
+        {"nobar", [&] { return model_.hasAddInsBar = false, ""; }},
+        {"noproject", [&] { return model_.projectOpen = false, ""; }},
+        {"nopane", [&] { return model_.activeModule = nullptr, ""; }},
+        {"module", [&] { return AddModule(words); }},
+        {"modules", [&] { return Modules(); }},
+        {"text", [&] { return Text(next()); }},
+        {"hook", [&] { return Hook(words); }},
+        {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
+        {"references", [&] { return std::to_string(model_.watch.references); }},
+        {"front", [&] { return GetForegroundWindow() == window() ? "yes" : "no"; }},
+        {"takefront", [&] { return SetForegroundWindow(window()) != 0 ? "yes" : "no"; }},
+        {"exit", [&]() -> std::string { ExitProcess(0); }},
+    };
+    const auto command = commands.find(name);
+    return command == commands.end() ? "unknown command" : command->second();
+  }
+
+  HostWindow window_;
+  HostModel model_{window_.hWnd()};
+  ComPtr<BusyFilter> filter_{new BusyFilter};
+  ComPtr<IUnknown> object_;
+  ComPtr<IDTExtensibility> addIn_;
+};
+
+/// Hands the lines that come in to the thread that runs them.
+void PassCommands(HWND window) {
+  for (std::string line; std::getline(std::cin, line);) {
+    while (!line.empty() && line.back() == '\r') line.pop_back();
+    PostMessageA(window, kCommand, 0, reinterpret_cast<LPARAM>(new std::string(line)));
+  }
+  PostMessageA(window, WM_QUIT, 0, 0);
+}
+
+}  // namespace
+}  // namespace snip::test
+
+int main(int count, char** arguments) {
+  using namespace snip;
+  if (count < 2) return 2;
+  const ComApartment apartment;
+  try {
+    test::RegisterHostTypeLibrary(arguments[1]);
+    test::Host host;
+    std::thread(test::PassCommands, host.window()).detach();
+    std::cout << "ready" << std::endl;
+    MSG message{};
+    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+      TranslateMessage(&message);
+      DispatchMessageA(&message);
+    }
+    return 0;
+  } catch (const std::exception& error) {
+    std::cout << error.what() << std::endl;
+    return 1;
+  }
+}

@@ -1,0 +1,264 @@
+#include "tests/host/HostModel.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+#include "app/IDTExtensibility.h"
+
+namespace snip::test {
+namespace {
+
+constexpr WORD kGet = DISPATCH_PROPERTYGET;
+constexpr WORD kPut = DISPATCH_PROPERTYPUT;
+constexpr WORD kMethod = DISPATCH_METHOD;
+constexpr HRESULT kOutOfRange = static_cast<HRESULT>(0x800A0009);
+
+}  // namespace
+
+std::string Module::Text() const {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\r\n";
+  return text;
+}
+
+void Module::InsertLines(LONG line, const std::string& text) {
+  std::vector<std::string> added{""};
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text.compare(i, 2, "\r\n") == 0) {
+      added.emplace_back();
+      ++i;
+    } else {
+      added.back() += text[i];
+    }
+  }
+  lines.insert(lines.begin() + (line - 1), added.begin(), added.end());
+  // The cursor stays with the line that it is on.
+  if (cursorLine >= line) cursorLine += static_cast<LONG>(added.size());
+}
+
+std::shared_ptr<Module> HostModel::FindModule(const std::string& name) const {
+  const auto found =
+      std::find_if(modules.begin(), modules.end(), [&](const auto& module) { return module->name == name; });
+  return found == modules.end() ? nullptr : *found;
+}
+
+IDispatch* HostModel::Object(std::string name, std::vector<ScriptObject::Member> members) {
+  return new ScriptObject(watch, std::move(name), std::move(members));
+}
+
+ComPtr<IDispatch> HostModel::VBE() {
+  return ComPtr<IDispatch>(Object(
+      "VBE",
+      {{L"CommandBars",
+        108,
+        kGet,
+        {},
+        [this](auto&, VARIANT& result) { return Answer(result, CommandBars()); }},
+       {L"Events", 111, kGet, {}, [this](auto&, VARIANT& result) { return Answer(result, Events()); }},
+       {L"ActiveVBProject",
+        201,
+        kGet,
+        {},
+        [this](auto&, VARIANT& result) {
+          if (!projectOpen) return Answer(result, static_cast<IDispatch*>(nullptr));
+          return Answer(result, Object("VBProject",
+                                       {{L"VBComponents", 135, kGet, {}, [this](auto&, VARIANT& components) {
+                                           return Answer(components, Components());
+                                         }}}));
+        }},
+       {L"MainWindow",
+        204,
+        kGet,
+        {},
+        [this](auto&, VARIANT& result) {
+          return Answer(result, Object("Window", {{L"HWnd", 120, kGet, {}, [this](auto&, VARIANT& handle) {
+                                                     return Answer(handle, HandleToLong(window_));
+                                                   }}}));
+        }},
+       {L"ActiveCodePane", 206, kGet, {}, [this](auto&, VARIANT& result) {
+          return Answer(result, activeModule ? CodePane(activeModule) : nullptr);
+        }}}));
+}
+
+IDispatch* HostModel::CommandBars() {
+  return Object("CommandBars",
+                {{L"Item", 0, kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
+                    if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
+                    return Answer(
+                        result, Object("CommandBar",
+                                       {{L"Controls", 0x60040003, kGet, {}, [this](auto&, VARIANT& controls) {
+                                           return Answer(controls, Controls());
+                                         }}}));
+                  }}});
+}
+
+IDispatch* HostModel::Controls() {
+  return Object(
+      "CommandBarControls",
+      {{L"Count",
+        0x60030001,
+        kGet,
+        {},
+        [this](auto&, VARIANT& result) { return Answer(result, static_cast<LONG>(entries.size())); }},
+       {L"Item",
+        0,
+        kGet,
+        {VT_I4},
+        [this](const Arguments& arguments, VARIANT& result) {
+          const LONG index = arguments.Number(0);
+          if (index < 1 || index > static_cast<LONG>(entries.size())) return kOutOfRange;
+          return Answer(result, Control(*std::next(entries.begin(), index - 1)));
+        }},
+       {L"Add", 0x60030000, kMethod, {VT_I4}, [this](const Arguments& arguments, VARIANT& result) {
+          if (arguments.Number(0) != 1) return E_INVALIDARG;
+          entries.push_back(std::make_shared<MenuEntry>());
+          return Answer(result, Control(entries.back()));
+        }}});
+}
+
+IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
+  return Object("CommandBarControl",
+                {{L"Caption",
+                  0x60040003,
+                  kGet,
+                  {},
+                  [entry](auto&, VARIANT& result) { return Answer(result, entry->caption); }},
+                 {L"Caption",
+                  0x60040003,
+                  kPut,
+                  {VT_BSTR},
+                  [entry](const Arguments& arguments, VARIANT&) {
+                    entry->caption = arguments.Text(0);
+                    return S_OK;
+                  }},
+                 {L"Delete", 0x60040007, kMethod, {}, [this, entry](auto&, VARIANT&) {
+                    const std::size_t before = entries.size();
+                    entries.remove(entry);
+                    return entries.size() < before ? S_OK : E_FAIL;
+                  }}});
+}
+
+IDispatch* HostModel::Events() {
+  return Object(
+      "Events",
+      {{L"CommandBarEvents", 205, kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
+          // Known by its caption alone, the object having come from another process.
+          wchar_t caption[] = L"Caption";
+          wchar_t* names = caption;
+          DISPID id = 0;
+          DISPPARAMS none{};
+          Variant text;
+          IDispatch* const control = arguments.Object(0);
+          control->GetIDsOfNames(IID_NULL, &names, 1, 0, &id);
+          control->Invoke(id, IID_NULL, 0, kGet, &none, text.Put(), nullptr, nullptr);
+          Bstr wanted;
+          wanted.Reset(text.Detach().bstrVal);
+          const auto entry = std::find_if(entries.begin(), entries.end(), [&](const auto& candidate) {
+            return candidate->caption == wanted.Text();
+          });
+          if (entry == entries.end()) return E_INVALIDARG;
+          result.vt = VT_UNKNOWN;
+          result.punkVal = MakeClickSource(watch, (*entry)->sinks.emplace_back()).Detach();
+          return S_OK;
+        }}});
+}
+
+void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
+  for (const auto& source : entry->sinks) {
+    const auto sinks = source.lock();
+    if (!sinks) continue;
+    for (const auto& [cookie, sink] : *sinks) {
+      VARIANT_BOOL handled = VARIANT_FALSE;
+      VARIANT_BOOL cancel = VARIANT_FALSE;
+      VARIANT arguments[3]{};
+      arguments[0].vt = VT_BYREF | VT_BOOL;
+      arguments[0].pboolVal = &cancel;
+      arguments[1].vt = VT_BYREF | VT_BOOL;
+      arguments[1].pboolVal = &handled;
+      const ComPtr<IDispatch> control(Control(entry));
+      arguments[2].vt = VT_DISPATCH;
+      arguments[2].pdispVal = control.get();
+      DISPPARAMS parameters{arguments, nullptr, 3, 0};
+      sink->Invoke(kClickEvent, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
+    }
+  }
+}
+
+IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
+  const VARTYPE out = VT_BYREF | VT_I4;
+  return Object("CodePane",
+                {{L"GetSelection",
+                  0x60020003,
+                  kMethod,
+                  {out, out, out, out},
+                  [module](const Arguments& arguments, VARIANT&) {
+                    for (std::size_t i = 0; i < 4; ++i)
+                      *arguments[i].plVal = i % 2 == 0 ? module->cursorLine : 1;
+                    return S_OK;
+                  }},
+                 {L"CodeModule",
+                  0x60020008,
+                  kGet,
+                  {},
+                  [this, module](auto&, VARIANT& result) { return Answer(result, CodeModule(module)); }},
+                 {L"Show", 0x60020009, kMethod, {}, [this, module](auto&, VARIANT&) {
+                    module->shown = true;
+                    activeModule = module;
+                    return S_OK;
+                  }}});
+}
+
+IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
+  return Object("CodeModule", {{L"InsertLines",
+                                0x60020008,
+                                kMethod,
+                                {VT_I4, VT_BSTR},
+                                [module](const Arguments& arguments, VARIANT&) {
+                                  const LONG line = arguments.Number(0);
+                                  if (line < 1 || line > static_cast<LONG>(module->lines.size()) + 1)
+                                    return kOutOfRange;
+                                  module->InsertLines(line, arguments.Text(1));
+                                  return S_OK;
+                                }},
+                               {L"CodePane", 0x60020012, kGet, {}, [this, module](auto&, VARIANT& result) {
+                                  return Answer(result, CodePane(module));
+                                }}});
+}
+
+IDispatch* HostModel::Components() {
+  return Object("VBComponents",
+                {{L"Add", 12, kMethod, {VT_I4}, [this](const Arguments& arguments, VARIANT& result) {
+                    if (arguments.Number(0) != 1) return E_INVALIDARG;
+                    modules.push_back(std::make_shared<Module>());
+                    modules.back()->name = "Module" + std::to_string(++modulesAdded_);
+                    return Answer(result, Component(modules.back()));
+                  }}});
+}
+
+IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
+  return Object(
+      "VBComponent",
+      {{L"Name", 48, kGet, {}, [module](auto&, VARIANT& result) { return Answer(result, module->name); }},
+       {L"Name",
+        48,
+        kPut,
+        {VT_BSTR},
+        [this, module](const Arguments& arguments, VARIANT&) { return Rename(*module, arguments.Text(0)); }},
+       {L"CodeModule", 50, kGet, {}, [this, module](auto&, VARIANT& result) {
+          return Answer(result, CodeModule(module));
+        }}});
+}
+
+HRESULT HostModel::Rename(Module& module, const std::string& name) {
+  const bool legal = std::all_of(name.begin(), name.end(), [](char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+  });
+  if (!legal) watch.description = "Not a legal object name: '" + name + "'";
+  if (FindModule(name)) watch.description = "Name conflicts with existing module, project, or object library";
+  if (!watch.description.empty()) return static_cast<HRESULT>(0x800A7D9C);
+  module.name = name;
+  return S_OK;
+}
+
+}  // namespace snip::test

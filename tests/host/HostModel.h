@@ -1,0 +1,66 @@
+#pragma once
+
+#include <list>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tests/host/ClickSource.h"
+#include "tests/host/ScriptObject.h"
+
+namespace snip::test {
+
+/// An entry of the "Add-Ins" bar.
+struct MenuEntry {
+  std::string caption;
+  std::vector<std::weak_ptr<Sinks>> sinks;
+};
+
+/// A module with its code window.
+struct Module {
+  std::string name;
+  std::vector<std::string> lines;
+  LONG cursorLine = 1;
+  bool shown = false;
+
+  /// The lines, each with its line end.
+  std::string Text() const;
+  void InsertLines(LONG line, const std::string& text);
+};
+
+/// What an environment holds, and the objects that show it to clients. Its objects keep parts of it alive, as
+/// clients may keep them for longer.
+class HostModel {
+ public:
+  explicit HostModel(HWND window) : window_(window) {}
+
+  CallWatch watch;
+  bool hasAddInsBar = true;
+  bool projectOpen = true;
+  std::list<std::shared_ptr<MenuEntry>> entries;
+  std::list<std::shared_ptr<Module>> modules;
+  std::shared_ptr<Module> activeModule;
+
+  std::shared_ptr<Module> FindModule(const std::string& name) const;
+  /// The root object.
+  ComPtr<IDispatch> VBE();
+  /// Chooses an entry: tells those who want to know.
+  void Click(const std::shared_ptr<MenuEntry>& entry);
+
+ private:
+  IDispatch* Object(std::string name, std::vector<ScriptObject::Member> members);
+  IDispatch* CommandBars();
+  IDispatch* Controls();
+  IDispatch* Control(const std::shared_ptr<MenuEntry>& entry);
+  IDispatch* Events();
+  IDispatch* CodePane(const std::shared_ptr<Module>& module);
+  IDispatch* CodeModule(const std::shared_ptr<Module>& module);
+  IDispatch* Components();
+  IDispatch* Component(const std::shared_ptr<Module>& module);
+  HRESULT Rename(Module& module, const std::string& name);
+
+  HWND window_;
+  int modulesAdded_ = 0;
+};
+
+}  // namespace snip::test

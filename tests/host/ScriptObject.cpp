@@ -1,0 +1,106 @@
+#include "tests/host/ScriptObject.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace snip::test {
+
+std::string Arguments::Text(std::size_t index) const {
+  Bstr text;
+  text.Reset(SysAllocStringLen((*this)[index].bstrVal, SysStringLen((*this)[index].bstrVal)));
+  return text.Text();
+}
+
+ScriptObject::ScriptObject(CallWatch& watch, std::string name, std::vector<Member> members)
+    : watch_(watch), name_(std::move(name)), members_(std::move(members)) {
+  ++watch_.references;
+}
+
+ULONG ScriptObject::AddRef() {
+  ++watch_.references;
+  return ComObject::AddRef();
+}
+
+ULONG ScriptObject::Release() {
+  --watch_.references;
+  return ComObject::Release();
+}
+
+HRESULT ScriptObject::GetTypeInfoCount(UINT* count) {
+  *count = 0;
+  return S_OK;
+}
+
+HRESULT ScriptObject::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) {
+  *info = nullptr;
+  return DISP_E_BADINDEX;
+}
+
+HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+                                    DISPID* ids) {
+  if (count != 1) return DISP_E_UNKNOWNNAME;
+  for (const Member& member : members_) {
+    if (lstrcmpiW(member.name.c_str(), names[0]) != 0) continue;
+    ids[0] = member.id;
+    return S_OK;
+  }
+  ids[0] = DISPID_UNKNOWN;
+  return DISP_E_UNKNOWNNAME;
+}
+
+HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
+                             DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                             UINT* /*badArgument*/) {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  const auto member = std::find_if(members_.begin(), members_.end(), [&](const Member& candidate) {
+    return candidate.id == id && (candidate.kind & kind) != 0;
+  });
+  if (member == members_.end()) return DISP_E_MEMBERNOTFOUND;
+  const bool put = member->kind == DISPATCH_PROPERTYPUT;
+  if (parameters->cNamedArgs != (put ? 1U : 0U) ||
+      (put && parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
+    return DISP_E_NONAMEDARGS;
+  }
+  const Arguments arguments(*parameters);
+  if (arguments.size() != member->arguments.size()) return DISP_E_BADPARAMCOUNT;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (arguments[i].vt != member->arguments[i]) return DISP_E_TYPEMISMATCH;
+  }
+  VARIANT unused{};
+  VARIANT& answer = result != nullptr ? *result : unused;
+  VariantInit(&answer);
+  const std::string name = name_ + "." + std::string(member->name.begin(), member->name.end());
+  HRESULT done = S_OK;
+  watch_.description.clear();
+  if (const auto hook = watch_.hooks.find(name); hook != watch_.hooks.end()) {
+    const CallWatch::Hook run = hook->second;
+    done = run();
+  }
+  if (SUCCEEDED(done)) done = member->function(arguments, answer);
+  if (FAILED(done) && !watch_.description.empty() && exception != nullptr) {
+    exception->scode = done;
+    exception->bstrDescription = Bstr(watch_.description).Detach();
+    return DISP_E_EXCEPTION;
+  }
+  return done;
+}
+
+HRESULT Answer(VARIANT& result, IDispatch* object) {
+  result.vt = VT_DISPATCH;
+  result.pdispVal = object;
+  return S_OK;
+}
+
+HRESULT Answer(VARIANT& result, LONG number) {
+  result.vt = VT_I4;
+  result.lVal = number;
+  return S_OK;
+}
+
+HRESULT Answer(VARIANT& result, const std::string& text) {
+  result.vt = VT_BSTR;
+  result.bstrVal = Bstr(text).Detach();
+  return S_OK;
+}
+
+}  // namespace snip::test
