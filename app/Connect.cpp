@@ -62,6 +62,7 @@ void Connect::Show() {
 }
 
 void Connect::Hide() {
+  if (!displayed_) return;
   displayed_ = false;
   window_.Hide(*this);
 }
@@ -74,12 +75,13 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
     if (VBInst == nullptr) return;
     const auto session = std::make_shared<Session>(*this, VBInst);
     session_ = session;
+    WatchHost(*session);
+    if (session->over) return;
     if (ConnectMode == kExternal) {
       session->window.PostShow();
     } else {
       AddMenuEntry(*session);
     }
-    WatchHost(*session);
   });
 }
 
@@ -107,6 +109,8 @@ void Connect::AddMenuEntry(Session& session) {
     auto handler =
         std::make_unique<MenuHandler>(root.Events().CommandBarEvents(entry), [this] { MenuHandler_Click(); });
     if (!session.over) session.menuHandler = std::move(handler);
+  } catch (const HostGone&) {
+    session.window.PostGone();
   } catch (const HostError&) {
     // The environment goes on without the entry, or with one that does nothing.
     return;
@@ -124,6 +128,8 @@ host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, con
     entry = controls.Add(host::kButtonControl);
     entry.SetCaption(caption);
     return entry;
+  } catch (const HostGone&) {
+    throw;
   } catch (const HostError&) {
     if (entry.exists()) entry.Delete();
     return {};

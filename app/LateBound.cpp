@@ -5,6 +5,9 @@
 #include <cstdio>
 #include <vector>
 
+#include "app/MessageFilter.h"
+#include "platform/Handle.h"
+
 namespace snip {
 namespace {
 
@@ -35,6 +38,12 @@ class ExceptionInfo {
   EXCEPINFO info_{};
 };
 
+struct EventTraits {
+  using Type = HANDLE;
+  static Type Empty() { return nullptr; }
+  static void Close(Type handle) { CloseHandle(handle); }
+};
+
 bool MeansGone(HRESULT result) {
   constexpr std::array kGone{RPC_E_DISCONNECTED,
                              RPC_E_SERVER_DIED,
@@ -50,6 +59,23 @@ bool MeansGone(HRESULT result) {
 bool MeansBusy(HRESULT result) {
   return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
          result == RPC_E_SERVERCALL_REJECTED || result == RPC_E_CALL_CANCELED;
+}
+
+/// Makes a call, and makes it again for a while when the environment is busy. COM does so by the message
+/// filter; the environment's own refusals, and those of a COM that does not ask the filter, come here. `call`
+/// must not use what a disconnection can take away.
+template <class Function>
+HRESULT CallPatiently(const Function& call) {
+  const DWORD start = GetTickCount();
+  for (;;) {
+    const HRESULT result = call();
+    if (!MeansBusy(result) || GetTickCount() - start >= kBusyPatienceMs) return result;
+    // Nothing signals it: this only waits, while other calls come in.
+    const UniqueHandle<EventTraits> never(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    HANDLE handles[] = {never.get()};
+    DWORD index = 0;
+    CoWaitForMultipleHandles(0, kBusyPauseMs, 1, handles, &index);
+  }
 }
 
 /// What the system says about a result; its number when it says nothing.
@@ -121,13 +147,16 @@ Variant LateBound::Invoke(const wchar_t* member, WORD kind, DISPPARAMS& paramete
   std::wstring name = member;
   wchar_t* names = name.data();
   DISPID id = DISPID_UNKNOWN;
-  ThrowIfFailed(object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id));
+  ThrowIfFailed(
+      CallPatiently([&] { return object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id); }));
   Variant result;
   ExceptionInfo exception;
-  // A property that is set has no result.
-  VARIANT* const answer = kind == DISPATCH_PROPERTYPUT ? nullptr : result.Put();
-  const HRESULT invoked =
-      object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, answer, exception.Put(), nullptr);
+  const HRESULT invoked = CallPatiently([&] {
+    // A property that is set has no result.
+    VARIANT* const answer = kind == DISPATCH_PROPERTYPUT ? nullptr : result.Put();
+    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, answer, exception.Put(),
+                          nullptr);
+  });
   if (invoked == DISP_E_EXCEPTION) Throw(exception.code(), exception.Description());
   ThrowIfFailed(invoked);
   return result;

@@ -5,8 +5,6 @@
 namespace snip {
 namespace {
 
-constexpr DWORD kPatienceMs = 5000;
-constexpr DWORD kPauseMs = 200;
 constexpr DWORD kGiveUp = static_cast<DWORD>(-1);
 
 class Filter final : public ComObject<IMessageFilter> {
@@ -16,7 +14,7 @@ class Filter final : public ComObject<IMessageFilter> {
     return SERVERCALL_ISHANDLED;
   }
   DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK /*callee*/, DWORD elapsed, DWORD /*type*/) override {
-    return elapsed < kPatienceMs ? kPauseMs : kGiveUp;
+    return elapsed < kBusyPatienceMs ? kBusyPauseMs : kGiveUp;
   }
   DWORD STDMETHODCALLTYPE MessagePending(HTASK /*callee*/, DWORD /*elapsed*/, DWORD /*type*/) override {
     return PENDINGMSG_WAITDEFPROCESS;

@@ -7,8 +7,13 @@
 
 namespace snip {
 
-/// Has calls that a busy environment turns away made again, for a few seconds, as long as it lives: an
-/// environment is busy while it shows a dialog or compiles. Without it such a call fails at once.
+/// How long a busy environment is asked again, and after what pauses: an environment is busy while it shows a
+/// dialog or compiles.
+inline constexpr DWORD kBusyPatienceMs = 5000;
+inline constexpr DWORD kBusyPauseMs = 200;
+
+/// Has COM make calls again that a busy environment turns away, as long as it lives. Without it such a call
+/// fails at once.
 class MessageFilter {
  public:
   MessageFilter();

@@ -1,16 +1,19 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
+#include <psapi.h>
 #include <tlhelp32.h>
 
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "library/BnsFormat.h"
 #include "platform/Win32Text.h"
 #include "tests/app/Program.h"
 #include "tests/host/HostProcess.h"
 #include "tests/host/HostTypeLibrary.h"
+#include "tests/windows/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/frmAddIn.h"
 
@@ -20,17 +23,30 @@ namespace {
 constexpr const char* kEntry = "[Brennic Snipstore 2.0]";
 constexpr const char* kTitle = "Brennic Snipstore 2.x";
 
-/// How many processes of the program there are.
-int Servers() {
+/// The processes of the program.
+std::vector<DWORD> ServerIds() {
   const UniqueFile processes(CreateToolhelp32Snapshot(TH32CS_SNAPPROCESS, 0));
   PROCESSENTRY32 entry{};
   entry.dwSize = sizeof entry;
-  int count = 0;
+  std::vector<DWORD> ids;
   for (BOOL more = Process32First(processes.get(), &entry); more != FALSE;
        more = Process32Next(processes.get(), &entry)) {
-    if (lstrcmpiA(entry.szExeFile, "BnSnipstore2.exe") == 0) ++count;
+    if (lstrcmpiA(entry.szExeFile, "BnSnipstore2.exe") == 0) ids.push_back(entry.th32ProcessID);
   }
-  return count;
+  return ids;
+}
+
+std::size_t Servers() {
+  return ServerIds().size();
+}
+
+/// What the only process of the program has in its private memory.
+std::size_t ServerBytes() {
+  const UniqueFile process(
+      OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, ServerIds().at(0)));
+  PROCESS_MEMORY_COUNTERS memory{};
+  EXPECT_NE(GetProcessMemoryInfo(process.get(), &memory, sizeof memory), FALSE);
+  return memory.PagefileUsage;
 }
 
 /// The program registered as a server in a folder with a blank in its path, with one library.
@@ -45,7 +61,7 @@ class AddInTest : public testing::Test {
     EXPECT_EQ(program_.ExitCode(), 0U);
   }
   ~AddInTest() override {
-    EXPECT_TRUE(WaitUntil([] { return Servers() == 0; })) << "a process stays behind";
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; })) << "a process stays behind";
     UnregisterHostTypeLibrary();
   }
 
@@ -63,6 +79,12 @@ class AddInTest : public testing::Test {
     host.Ask("release");
   }
   static void Paste(HWND window) { PostMessageA(window, WM_COMMAND, 108, 0); }
+  /// Pastes the first snippet into Form1, which makes it `text`, and has the environment in front again.
+  static void PasteInto(HostProcess& host, HWND window, const std::string& text) {
+    Paste(window);
+    EXPECT_TRUE(WaitUntil([&] { return host.Ask("text Form1") == text; })) << host.Ask("text Form1");
+    EXPECT_TRUE(WaitUntil([&] { return host.Ask("front") == "yes"; }));
+  }
   static void PasteAll(HWND window) { PostMessageA(window, WM_COMMAND, 109, 0); }
 
   /// Reads the message that the window shows, and closes it.
@@ -90,9 +112,259 @@ TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
   EXPECT_EQ(host.Ask("connect 1"), "0");
   EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry);
   EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
-  EXPECT_EQ(Servers(), 1);
+  EXPECT_EQ(Servers(), 1U);
   Disconnect(host);
   EXPECT_EQ(host.Ask("entries"), "[Other]");
+}
+
+TEST_F(AddInTest, ChoosingTheEntryOpensTheWindowAndClosingHidesIt) {
+  HostProcess host(LibraryPath());
+  const HWND window = OpenWindow(host);
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(WaitUntil([&] { return IsForeground(window); }));
+  for (const bool byClose : {true, false}) {
+    if (byClose) {
+      PostMessageA(window, WM_CLOSE, 0, 0);
+    } else {
+      EXPECT_EQ(host.Ask("call Hide"), "0");
+    }
+    ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(window) == 0; }));
+    EXPECT_NE(IsWindow(window), FALSE) << "it stays loaded";
+    host.Ask("takefront");
+    EXPECT_EQ(host.Ask(byClose ? "click 0" : "call Show"), byClose ? "" : "0");
+    ASSERT_TRUE(WaitUntil([&] { return IsForeground(window); }));
+  }
+  Disconnect(host);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+  EXPECT_EQ(host.Ask("entries"), "");
+}
+
+TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
+  HostProcess host(LibraryPath());
+  EXPECT_EQ(host.Ask("connect 2"), "0");
+  ASSERT_NE(program_.MainWindow(), nullptr);
+  EXPECT_EQ(host.Ask("entries"), "");
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, CodeGoesBeforeTheCursorsLine) {
+  HostProcess host(LibraryPath());
+  host.Ask("module Form1 10 1|2|3|4|5|6|7|8|9|10|11");
+  const HWND window = OpenWindow(host);
+  PasteInto(host, window, "1|2|3|4|5|6|7|8|9|Sub A()|  Beep|End Sub|10|11|");
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
+  HostProcess host(LibraryPath());
+  const HWND window = OpenWindow(host);
+  PasteAll(window);
+  const std::string expected = "shown Sub A()|  Beep|End Sub|Dim x|";
+  EXPECT_TRUE(WaitUntil([&] { return host.Ask("text modMyGreatLib") == expected; }))
+      << host.Ask("modules") << host.Ask("text modMyGreatLib");
+  // The name is taken now: the second one keeps its own.
+  PasteAll(window);
+  EXPECT_EQ(CloseMessage(window),
+            "The new module could not be named 'modMyGreatLib': The development environment answered: Name "
+            "conflicts with existing module, project, or object library");
+  EXPECT_EQ(host.Ask("modules"), "[modMyGreatLib][Module2]");
+  EXPECT_EQ(host.Ask("text Module2"), expected);
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
+  HostProcess host(LibraryPath());
+  const HWND window = OpenWindow(host);
+  const std::string answered = "The development environment answered: ";
+  struct Refusal {
+    const char* command;
+    bool all;  ///< Of the snippets, into a new module.
+    std::string message;
+  };
+  const Refusal refusals[] = {
+      {"nopane", false, "No code pane is currently active."},
+      {"module Form1 1 a", false, ""},
+      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", false, answered + "Can't edit module"},
+      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", true, answered + "Can't edit module"},
+      {"hook CodePane.GetSelection 80004001", false, ""},
+      {"hook VBComponents.Add 800A9C68 Project is locked", true, answered + "Project is locked"},
+      {"hook VBE.ActiveCodePane 80010001", false,
+       "The development environment is busy. Please try again later."},
+      {"noproject", true, "No project is currently open."},
+  };
+  for (const Refusal& refusal : refusals) {
+    SCOPED_TRACE(refusal.command);
+    host.Ask(refusal.command);
+    if (std::string(refusal.command).starts_with("module")) continue;
+    (refusal.all ? PasteAll : Paste)(window);
+    const std::string message = CloseMessage(window);
+    if (refusal.message.empty()) {
+      EXPECT_TRUE(message.starts_with(answered) && message.size() > answered.size()) << message;
+    } else {
+      EXPECT_EQ(message, refusal.message);
+    }
+  }
+  EXPECT_EQ(host.Ask("text Form1"), "a|");
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, FailuresWhileConnectingAreSwallowed) {
+  HostProcess host(LibraryPath());
+  host.Ask("entry Other");
+  for (const std::string member :
+       {"VBE.CommandBars", "CommandBars.Item", "CommandBar.Controls", "CommandBarControls.Count",
+        "CommandBarControls.Item", "CommandBarControls.Add", "CommandBarControl.Caption", "VBE.Events",
+        "Events.CommandBarEvents", "Events.Advise", "VBE.MainWindow", "Window.HWnd",
+        "CommandBarControl.Delete"}) {
+    for (const char* failure : {"80004005", "80020009 with words"}) {
+      SCOPED_TRACE(member + " " + failure);
+      host.Ask("hook " + member + " " + failure);
+      EXPECT_EQ(host.Ask("connect 0"), "0");
+      EXPECT_EQ(host.Ask("disconnect 0"), "0");
+      EXPECT_EQ(host.Ask("references"), "0");
+      host.Ask("hook " + member + " off");
+      EXPECT_TRUE(member == "CommandBarControl.Delete" || host.Ask("entries") == "[Other]");
+    }
+  }
+  host.Ask("nobar");
+  EXPECT_EQ(host.Ask("connect 0"), "0");
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, ADisconnectionMayComeWhileTheEnvironmentIsWaitedFor) {
+  HostProcess host(LibraryPath());
+  for (const std::string member :
+       {"VBE.MainWindow", "VBE.CommandBars", "CommandBarControls.Count", "CommandBarControls.Add",
+        "CommandBarControl.Caption", "VBE.Events", "Events.CommandBarEvents", "Events.Advise",
+        "VBE.ActiveCodePane", "CodePane.GetSelection", "CodeModule.InsertLines"}) {
+    SCOPED_TRACE(member);
+    const bool pasting = member.find("Code") != std::string::npos;
+    host.Ask("module Form1 1 a");
+    HWND window = nullptr;
+    if (pasting) window = OpenWindow(host);
+    host.Ask("hook " + member + " disconnect");
+    if (pasting) {
+      Paste(window);
+      EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+    } else {
+      EXPECT_EQ(host.Ask("connect 0"), "0");
+    }
+    EXPECT_TRUE(WaitUntil([&] { return host.Ask("references") == "0"; }));
+    EXPECT_EQ(host.Ask("entries"), "");
+    host.Ask("hook " + member + " off");
+  }
+  host.Ask("release");
+}
+
+TEST_F(AddInTest, ABusyEnvironmentIsAskedAgain) {
+  HostProcess host(LibraryPath());
+  host.Ask("module Form1 1 a");
+  const HWND window = OpenWindow(host);
+  host.Ask("busy 3");
+  PasteInto(host, window, "Sub A()|  Beep|End Sub|a|");
+  // But not for ever.
+  host.Ask("busy -1");
+  Paste(window);
+  EXPECT_EQ(CloseMessage(window), "The development environment is busy. Please try again later.");
+  host.Ask("busy 0");
+  Disconnect(host);
+}
+
+TEST_F(AddInTest, AnEnvironmentThatDiesIsDisconnected) {
+  for (const bool windowShown : {false, true}) {
+    SCOPED_TRACE(windowShown);
+    HostProcess host(LibraryPath());
+    EXPECT_EQ(host.Ask("connect 0"), "0");
+    if (windowShown) {
+      host.Ask("click 0");
+      ASSERT_NE(program_.MainWindow(), nullptr);
+    }
+    host.Kill();
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
+  }
+  // It can also die while it is waited for.
+  for (const char* member : {"CodePane.GetSelection", "CommandBarControls.Add"}) {
+    SCOPED_TRACE(member);
+    HostProcess host(LibraryPath());
+    host.Ask("module Form1 1 a");
+    host.Ask(std::string("hook ") + member + " exit");
+    host.Send("connect 0");
+    if (host.Answer() == "0") {
+      host.Ask("click 0");
+      Paste(program_.MainWindow());
+    }
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
+  }
+}
+
+TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
+  const auto registry = [] { return RegistryContents(HKEY_LOCAL_MACHINE, "Software\\Classes"); };
+  const auto run = [this](const char* argument) {
+    program_.Start(argument);
+    EXPECT_TRUE(program_.WaitForEnd());
+    EXPECT_EQ(program_.ExitCode(), 0U);
+  };
+  run("-unregserver");
+  EXPECT_EQ(Program::AddInEntry(), "");
+  const auto before = registry();
+  run("/regserver");
+  EXPECT_EQ(Program::AddInEntry(), "0");
+  EXPECT_EQ(Program::ServerCommand(), "\"" + program_.folder().File("BnSnipstore2.exe") + "\"");
+  run("/UnregServer");
+  EXPECT_EQ(Program::AddInEntry(), "");
+  EXPECT_TRUE(registry() == before);
+}
+
+TEST_F(AddInTest, AnObjectThatIsOnlyMadeLeavesNothing) {
+  HostProcess host(LibraryPath());
+  EXPECT_EQ(host.Ask("create"), "0");
+  EXPECT_EQ(Servers(), 1U);
+  host.Ask("release");
+}
+
+TEST_F(AddInTest, TwoEnvironmentsShareTheProcessAndTheWindow) {
+  HostProcess first(LibraryPath());
+  HostProcess second(LibraryPath());
+  first.Ask("module Form1 1 a");
+  second.Ask("module Form1 1 b");
+  const HWND window = OpenWindow(first);
+  EXPECT_EQ(OpenWindow(second), window);
+  EXPECT_EQ(Servers(), 1U);
+  PasteInto(second, window, "Sub A()|  Beep|End Sub|b|");
+  EXPECT_EQ(first.Ask("text Form1"), "a|");
+  // The first one does not have it any more.
+  EXPECT_EQ(first.Ask("call Hide"), "0");
+  Disconnect(first);
+  EXPECT_NE(IsWindowVisible(window), FALSE);
+  Disconnect(second);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+}
+
+TEST_F(AddInTest, RoundsLeaveNothing) {
+  const char* given = std::getenv("SNIPSTORE_ROUNDS");
+  const int rounds = given != nullptr ? std::atoi(given) : 10;
+  HostProcess other(LibraryPath());
+  EXPECT_EQ(other.Ask("connect 1"), "0");
+  HostProcess host(LibraryPath());
+  std::size_t bytes = 0;
+  for (int round = 0; round < rounds; ++round) {
+    SCOPED_TRACE(round);
+    // With the other one the process goes on; without it a new one starts each time.
+    if (round == rounds / 2) Disconnect(other);
+    if (round == 3) bytes = ServerBytes();
+    // The heap grows in steps, and what the system keeps for a call is a few hundred bytes.
+    if (round == rounds / 2 - 1) {
+      EXPECT_LT(ServerBytes(), bytes + (4U << 20));
+    }
+    host.Ask("module Form1 1 a");
+    const HWND window = OpenWindow(host);
+    ASSERT_NE(window, nullptr);
+    PasteInto(host, window, "Sub A()|  Beep|End Sub|a|");
+    Disconnect(host);
+    ASSERT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+    ASSERT_EQ(host.Ask("entries"), "");
+    ASSERT_TRUE(round < rounds / 2 || WaitUntil([] { return Servers() == 0U; }));
+  }
 }
 
 }  // namespace

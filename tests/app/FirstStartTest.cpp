@@ -56,11 +56,14 @@ TEST(FirstStart, AComponentNeitherReadsNorChangesTheMarker) {
       if (!marker.empty()) program.MarkAsRunBefore(marker);
       program.Start(argument);
       // It waits for its client, which tests of the add-in are; here none comes.
-      ASSERT_TRUE(program.WaitForServer());
+      ASSERT_TRUE(program.WaitUntilIdle());
       EXPECT_EQ(Program::HasRegistryKey(), !marker.empty());
       EXPECT_EQ(Program::Marker(), marker);
       EXPECT_EQ(Program::AddInEntry(), "");
       EXPECT_EQ(FindVisibleWindow("Brennic Snipstore 2.x"), nullptr);
+      program.Quit();
+      EXPECT_TRUE(program.WaitForEnd());
+      EXPECT_EQ(program.ExitCode(), 0U);
     }
   }
 }

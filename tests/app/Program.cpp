@@ -85,11 +85,16 @@ UniqueFile Program::StartAnother(const std::string& arguments) const {
     throw std::runtime_error("the program does not start");
   }
   CloseHandle(process.hThread);
+  thread_ = process.dwThreadId;
   return UniqueFile(process.hProcess);
 }
 
 bool Program::WaitForEnd() {
   return WaitForSingleObject(process_.get(), kEndMs) == WAIT_OBJECT_0;
+}
+
+bool Program::WaitUntilIdle() const {
+  return WaitForInputIdle(process_.get(), kEndMs) == 0 && Running();
 }
 
 DWORD Program::ExitCode() const {
@@ -106,6 +111,10 @@ void Program::Kill() {
   if (!Running()) return;
   TerminateProcess(process_.get(), 1);
   WaitForSingleObject(process_.get(), kEndMs);
+}
+
+void Program::Quit() const {
+  PostThreadMessageA(thread_, WM_QUIT, 0, 0);
 }
 
 HWND Program::MainWindow() const {

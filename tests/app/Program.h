@@ -36,9 +36,13 @@ class Program {
   UniqueFile StartAnother(const std::string& arguments = "") const;
   /// Waits until the process has ended; false when it goes on.
   bool WaitForEnd();
+  /// Waits until the process has nothing to do but to wait for messages; false when it ends or goes on.
+  bool WaitUntilIdle() const;
   DWORD ExitCode() const;
   bool Running() const;
   void Kill();
+  /// Has the process end its message loop. A killed server would stay known to Wine's COM.
+  void Quit() const;
 
   /// The main window, once it is up; null when it does not come.
   HWND MainWindow() const;
@@ -47,6 +51,7 @@ class Program {
  private:
   TemporaryFolder folder_;
   UniqueFile process_;
+  DWORD thread_ = 0;
 };
 
 }  // namespace snip::test

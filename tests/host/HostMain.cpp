@@ -48,7 +48,8 @@ class BusyFilter final : public ComObject<IMessageFilter> {
   DWORD STDMETHODCALLTYPE HandleInComingCall(DWORD, HTASK, DWORD, LPINTERFACEINFO) override {
     if (refusals == 0) return SERVERCALL_ISHANDLED;
     if (refusals > 0) --refusals;
-    return SERVERCALL_RETRYLATER;
+    // Wine lets a call in that shall come again later.
+    return SERVERCALL_REJECTED;
   }
   DWORD STDMETHODCALLTYPE RetryRejectedCall(HTASK, DWORD, DWORD) override { return 100; }
   DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) override { return PENDINGMSG_WAITDEFPROCESS; }
@@ -109,6 +110,7 @@ class Host {
     return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
   }
   HRESULT DisconnectAddIn(LONG mode) {
+    if (!addIn_) return E_POINTER;
     SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
     const HRESULT result = addIn_->OnDisconnection(mode, &custom);
     SafeArrayDestroy(custom);
@@ -148,7 +150,8 @@ class Host {
     return "";
   }
 
-  /// "NAME LINE TEXT": a module with that text, its code window active and the cursor on that line.
+  /// "NAME LINE TEXT": a module with that text, its code window active and the cursor on that line; in place
+  /// of one of that name.
   std::string AddModule(std::istringstream& words) {
     auto module = std::make_shared<Module>();
     LONG cursor = 1;
@@ -158,6 +161,7 @@ class Host {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line, '|');) module->lines.push_back(line);
     module->cursorLine = cursor;
+    model_.modules.remove(model_.FindModule(module->name));
     model_.modules.push_back(module);
     model_.activeModule = module;
     return "";

@@ -183,7 +183,8 @@ TemporaryFolder::TemporaryFolder() {
   char directory[MAX_PATH]{};
   GetTempPathA(sizeof directory, directory);
   char name[MAX_PATH]{};
-  if (GetTempFileNameA(directory, "snp", 0, name) == 0) throw std::runtime_error("no temporary name");
+  // With a blank, which not every path may have been thought of with.
+  if (GetTempFileNameA(directory, "s p", 0, name) == 0) throw std::runtime_error("no temporary name");
   DeleteFileA(name);
   if (CreateDirectoryA(name, nullptr) == 0) throw std::runtime_error("no temporary folder");
   path_ = name;

@@ -31,4 +31,21 @@ TestRegistry::~TestRegistry() {
   SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
 }
 
+std::set<std::string> RegistryContents(HKEY root, const std::string& path) {
+  std::set<std::string> contents;
+  HKEY opened = nullptr;
+  if (RegOpenKeyExA(root, path.c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS) return contents;
+  const UniqueRegKey key(opened);
+  char text[MAX_PATH]{};
+  DWORD size = sizeof text;
+  const bool hasText = RegQueryValueExA(opened, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(text),
+                                        &size) == ERROR_SUCCESS;
+  contents.insert(path + (hasText ? std::string("=") + text : ""));
+  char name[256]{};
+  for (DWORD i = 0; RegEnumKeyA(opened, i, name, sizeof name) == ERROR_SUCCESS; ++i) {
+    contents.merge(RegistryContents(root, path + "\\" + name));
+  }
+  return contents;
+}
+
 }  // namespace snip::test

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <set>
 #include <string>
 
 #include "platform/Handle.h"
@@ -23,5 +24,8 @@ class TestRegistry {
   std::string name_;
   UniqueRegKey key_;
 };
+
+/// Every key from `path` on, with its default text if it has one.
+std::set<std::string> RegistryContents(HKEY root, const std::string& path);
 
 }  // namespace snip::test
