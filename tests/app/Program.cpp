@@ -75,7 +75,7 @@ bool Program::HasRegistryKey() {
   return found;
 }
 
-UniqueFile Program::StartAnother(const std::string& arguments) const {
+UniqueFile Program::StartAnother(const std::string& arguments) {
   STARTUPINFOA start{};
   start.cb = sizeof start;
   PROCESS_INFORMATION process{};

@@ -33,7 +33,7 @@ class Program {
 
   void Start(const std::string& arguments = "") { process_ = StartAnother(arguments); }
   /// One more process beside the one that `Start` started.
-  UniqueFile StartAnother(const std::string& arguments = "") const;
+  UniqueFile StartAnother(const std::string& arguments = "");
   /// Waits until the process has ended; false when it goes on.
   bool WaitForEnd();
   /// Waits until the process has nothing to do but to wait for messages; false when it ends or goes on.
