@@ -43,11 +43,7 @@ void RemoveStaleEntries(const host::CommandBarControls& controls, const std::str
 }  // namespace
 
 Connect::Session::Session(Connect& connect, IDispatch* vbInst)
-    : connection(connect.life_),
-      root(ComPtr<IDispatch>::Share(vbInst)),
-      window({.show = [&connect] { connect.Show(); },
-              .gone = [&connect] { connect.HostIsGone(); },
-              .ping = [this] { root.Ping(); }}) {}
+    : connection(connect.life_), root(ComPtr<IDispatch>::Share(vbInst)), window(connect) {}
 
 Connect::Connect(ServerLife& life, AddInWindow& window) : life_(life), use_(life, this), window_(window) {}
 
@@ -56,6 +52,7 @@ Connect::~Connect() {
 }
 
 void Connect::Show() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
   const std::shared_ptr<Session> session = session_;
   if (!session) return;
   displayed_ = window_.Show(*this, session->environment) && !session->over;
@@ -150,6 +147,11 @@ void Connect::WatchHost(Session& session) {
     window = nullptr;
   }
   if (!session.over) session.window.WatchProcessOf(window);
+}
+
+void Connect::PingHost() {
+  const std::shared_ptr<Session> session = session_;
+  if (session) session->root.Ping();
 }
 
 void Connect::Disconnect() {

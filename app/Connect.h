@@ -17,7 +17,9 @@ namespace snip {
 
 /// The add-in as the development environment sees it. The environment makes one object for each of its
 /// instances; they share the main window.
-class Connect final : public ComObject<IDTExtensibility, IDispatch>, private WindowUser {
+class Connect final : public ComObject<IDTExtensibility, IDispatch>,
+                      private WindowUser,
+                      private ConnectionWindow::Owner {
  public:
   Connect(ServerLife& life, AddInWindow& window);
   ~Connect() override;
@@ -61,8 +63,13 @@ class Connect final : public ComObject<IDTExtensibility, IDispatch>, private Win
   static host::CommandBarControl AddToAddInCommandBar(const host::VBE& root, const std::string& caption);
   void MenuHandler_Click();
   void Disconnect();
-  void HostIsGone();
+
+  // WindowUser
   void OnHidden() override { displayed_ = false; }
+  // ConnectionWindow::Owner
+  void ShowMainWindow() override { Show(); }
+  void HostIsGone() override;
+  void PingHost() override;
 
   ServerLife& life_;
   ServerLife::Use use_;

@@ -1,7 +1,5 @@
 #include "app/ConnectionWindow.h"
 
-#include <utility>
-
 #include "ui/main/HostEnvironment.h"
 
 namespace snip {
@@ -12,11 +10,11 @@ constexpr UINT kGone = WM_APP + 2;
 
 constexpr UINT_PTR kWatchTimer = 1;
 constexpr UINT kProcessCheckMs = 1000;
-constexpr UINT kPingMs = 15000;
+constexpr UINT kPingMs = 5000;
 
 }  // namespace
 
-ConnectionWindow::ConnectionWindow(Handlers handlers) : handlers_(std::move(handlers)) {
+ConnectionWindow::ConnectionWindow(Owner& owner) : owner_(owner) {
   Create({.className = "SnipstoreConnection", .parent = HWND_MESSAGE});
 }
 
@@ -42,7 +40,7 @@ void ConnectionWindow::PostGone() {
 bool ConnectionWindow::HostGone() const {
   if (process_) return WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
   try {
-    handlers_.ping();
+    owner_.PingHost();
     return false;
   } catch (const snip::HostGone&) {
     return true;
@@ -54,22 +52,20 @@ bool ConnectionWindow::HostGone() const {
 LRESULT ConnectionWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case kShow:
-      Run(handlers_.show);
+      owner_.ShowMainWindow();
       return 0;
-    case WM_TIMER:
-      if (HostGone()) Run(handlers_.gone);
+    case WM_TIMER: {
+      // The environment may disconnect while it is asked, and this object go with it.
+      const HWND self = hWnd();
+      if (HostGone()) PostMessageA(self, kGone, 0, 0);
       return 0;
+    }
     case kGone:
-      Run(handlers_.gone);
+      owner_.HostIsGone();
       return 0;
     default:
       return Default(message, wParam, lParam);
   }
-}
-
-/// A handler may end the connection and this window with it.
-void ConnectionWindow::Run(std::function<void()> handler) {
-  handler();
 }
 
 }  // namespace snip

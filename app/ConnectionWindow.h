@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <functional>
-
 #include "platform/Handle.h"
 #include "platform/Window.h"
 
@@ -13,14 +11,19 @@ namespace snip {
 /// asked for it, and notices when the environment's process has ended without a word.
 class ConnectionWindow : public Window {
  public:
-  struct Handlers {
-    std::function<void()> show;
-    std::function<void()> gone;
+  class Owner {
+   public:
+    virtual void ShowMainWindow() = 0;
+    /// May delete the window.
+    virtual void HostIsGone() = 0;
     /// Asks the environment for a sign of life; throws `HostError`. Used when its process cannot be watched.
-    std::function<void()> ping;
+    virtual void PingHost() = 0;
+
+   protected:
+    ~Owner() = default;
   };
 
-  explicit ConnectionWindow(Handlers handlers);
+  explicit ConnectionWindow(Owner& owner);
   ~ConnectionWindow() override;
 
   /// Watches the process that a window belongs to. Without a window, or the right to wait for its process,
@@ -35,7 +38,6 @@ class ConnectionWindow : public Window {
 
  private:
   bool HostGone() const;
-  static void Run(std::function<void()> handler);
 
   struct ProcessTraits {
     using Type = HANDLE;
@@ -43,7 +45,7 @@ class ConnectionWindow : public Window {
     static void Close(Type handle) { CloseHandle(handle); }
   };
 
-  Handlers handlers_;
+  Owner& owner_;
   UniqueHandle<ProcessTraits> process_;
 };
 

@@ -34,18 +34,18 @@ LONG CommandBarControls::Count() const {
   return Number(L"Count");
 }
 CommandBarControl CommandBarControls::Item(LONG index) const {
-  return CommandBarControl(Call(L"Item", {Variant(index).get()}));
+  return Get<host::CommandBarControl>(L"Item", {Variant(index).get()});
 }
 CommandBarControl CommandBarControls::Add(LONG type) const {
-  return CommandBarControl(Call(L"Add", {Variant(type).get()}));
+  return Get<host::CommandBarControl>(L"Add", {Variant(type).get()});
 }
 
 CommandBarControls CommandBar::Controls() const {
-  return CommandBarControls(Call(L"Controls"));
+  return Get<host::CommandBarControls>(L"Controls");
 }
 
 CommandBar CommandBars::Item(const std::string& name) const {
-  return CommandBar(Call(L"Item", {TextVariant(name).get()}));
+  return Get<host::CommandBar>(L"Item", {TextVariant(name).get()});
 }
 
 ComPtr<IUnknown> Events::CommandBarEvents(const CommandBarControl& control) const {
@@ -56,7 +56,7 @@ void CodeModule::InsertLines(LONG line, const std::string& text) const {
   Call(L"InsertLines", {Variant(line).get(), TextVariant(text).get()});
 }
 CodePane CodeModule::CodePane() const {
-  return host::CodePane(Call(L"CodePane"));
+  return Get<host::CodePane>(L"CodePane");
 }
 
 CodePane::Selection CodePane::GetSelection() const {
@@ -66,7 +66,7 @@ CodePane::Selection CodePane::GetSelection() const {
   return selection;
 }
 CodeModule CodePane::CodeModule() const {
-  return host::CodeModule(Call(L"CodeModule"));
+  return Get<host::CodeModule>(L"CodeModule");
 }
 void CodePane::Show() const {
   Call(L"Show");
@@ -76,15 +76,15 @@ void VBComponent::SetName(const std::string& name) const {
   Put(L"Name", TextVariant(name));
 }
 CodeModule VBComponent::CodeModule() const {
-  return host::CodeModule(Call(L"CodeModule"));
+  return Get<host::CodeModule>(L"CodeModule");
 }
 
 VBComponent VBComponents::Add(LONG componentType) const {
-  return VBComponent(Call(L"Add", {Variant(componentType).get()}));
+  return Get<host::VBComponent>(L"Add", {Variant(componentType).get()});
 }
 
 VBComponents VBProject::VBComponents() const {
-  return host::VBComponents(Call(L"VBComponents"));
+  return Get<host::VBComponents>(L"VBComponents");
 }
 
 HWND Window::HWnd() const {
@@ -93,19 +93,19 @@ HWND Window::HWnd() const {
 }
 
 CommandBars VBE::CommandBars() const {
-  return host::CommandBars(Call(L"CommandBars"));
+  return Get<host::CommandBars>(L"CommandBars");
 }
 Events VBE::Events() const {
-  return host::Events(Call(L"Events"));
+  return Get<host::Events>(L"Events");
 }
 CodePane VBE::ActiveCodePane() const {
-  return CodePane(Call(L"ActiveCodePane"));
+  return Get<host::CodePane>(L"ActiveCodePane");
 }
 VBProject VBE::ActiveVBProject() const {
-  return VBProject(Call(L"ActiveVBProject"));
+  return Get<host::VBProject>(L"ActiveVBProject");
 }
 Window VBE::MainWindow() const {
-  return Window(Call(L"MainWindow"));
+  return Get<host::Window>(L"MainWindow");
 }
 
 }  // namespace snip::host

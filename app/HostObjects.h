@@ -12,7 +12,7 @@ namespace snip::host {
 class CommandBarControl : public LateBound {
  public:
   using LateBound::LateBound;
-  CommandBarControl Share() const { return CommandBarControl(LateBound::Share()); }
+  CommandBarControl Share() const { return Shared<CommandBarControl>(); }
   std::string Caption() const;
   void SetCaption(const std::string& caption) const;
   void Delete() const;
@@ -98,7 +98,7 @@ class Window : public LateBound {
 class VBE : public LateBound {
  public:
   using LateBound::LateBound;
-  VBE Share() const { return VBE(LateBound::Share()); }
+  VBE Share() const { return Shared<VBE>(); }
   host::CommandBars CommandBars() const;
   host::Events Events() const;
   CodePane ActiveCodePane() const;

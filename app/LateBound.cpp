@@ -110,7 +110,7 @@ Variant ConvertedTo(VARTYPE type, const Variant& value) {
 LateBound::LateBound(const Variant& result) : object_(ObjectIn(result).As<IDispatch>()) {}
 
 void LateBound::Ping() const {
-  const ComPtr<IDispatch> object = Share();
+  const auto object = ComPtr<IDispatch>::Share(get());
   if (!object) return;
   UINT count = 0;
   // Of all functions of a late-bound object the one that does not concern its members.
@@ -142,7 +142,7 @@ std::string LateBound::Text(const wchar_t* member) const {
 }
 
 Variant LateBound::Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const {
-  const ComPtr<IDispatch> object = Share();
+  const auto object = ComPtr<IDispatch>::Share(get());
   if (!object) throw HostGone("The development environment is not connected any more.");
   std::wstring name = member;
   wchar_t* names = name.data();

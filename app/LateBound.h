@@ -32,11 +32,20 @@ class LateBound {
   /// Reads a property or calls a method.
   Variant Call(const wchar_t* member, Arguments arguments = {}) const;
   void Put(const wchar_t* member, const Variant& value) const;
+  /// The object that a member answers with.
+  template <class Object>
+  Object Get(const wchar_t* member, Arguments arguments = {}) const {
+    return Object(Call(member, arguments));
+  }
 
   LONG Number(const wchar_t* member) const;
   std::string Text(const wchar_t* member) const;
 
-  ComPtr<IDispatch> Share() const { return ComPtr<IDispatch>::Share(object_.get()); }
+  /// A further owner of the same object.
+  template <class Object>
+  Object Shared() const {
+    return Object(ComPtr<IDispatch>::Share(get()));
+  }
 
  private:
   Variant Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const;

@@ -282,6 +282,14 @@ TEST_F(AddInTest, AnEnvironmentThatDiesIsDisconnected) {
     host.Kill();
     EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
   }
+  // One that cannot be watched is asked for signs of life.
+  {
+    HostProcess host(LibraryPath());
+    host.Ask("hook VBE.MainWindow 80004005");
+    EXPECT_EQ(host.Ask("connect 0"), "0");
+    host.Kill();
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }, 20000));
+  }
   // It can also die while it is waited for.
   for (const char* member : {"CodePane.GetSelection", "CommandBarControls.Add"}) {
     SCOPED_TRACE(member);
