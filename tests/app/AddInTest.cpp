@@ -13,6 +13,7 @@
 #include "tests/app/Program.h"
 #include "tests/host/HostProcess.h"
 #include "tests/host/HostTypeLibrary.h"
+#include "tests/windows/AccessibleClient.h"
 #include "tests/windows/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/frmAddIn.h"
@@ -21,6 +22,8 @@ namespace snip::test {
 namespace {
 
 constexpr const char* kEntry = "[Brennic Snipstore 2.0]";
+constexpr const char* kPaste = "Paste to Current Code Window";
+constexpr const char* kNewModule = "Create New Module (All Snippets)";
 constexpr const char* kTitle = "Brennic Snipstore 2.x";
 
 /// The processes of the program.
@@ -78,29 +81,52 @@ class AddInTest : public testing::Test {
     EXPECT_EQ(host.Ask("references"), "0") << "of the environment's objects";
     host.Ask("release");
   }
-  static void Paste(HWND window) { PostMessageA(window, WM_COMMAND, 108, 0); }
+  /// Presses the output button; when it has another mode, chooses this one in its menu, which performs it
+  /// too.
+  static void Output(HWND window, const std::string& mode) {
+    const HWND bar = FindControl(window, frmAddIn::kMainBarId);
+    if (AccessibleClient(bar).Press(mode)) return;
+    Rect button{};
+    for (const AccessibleChild& child : AccessibleClient(bar).Children()) {
+      if (child.name == kPaste || child.name == kNewModule) button = child.place;
+    }
+    ASSERT_GT(button.width, 0);
+    POINT arrow{button.left + button.width - 5, button.top + button.height / 2};
+    ScreenToClient(bar, &arrow);
+    SetForegroundWindow(window);
+    ClickAt(bar, arrow);
+    HWND menu = nullptr;
+    ASSERT_TRUE(WaitUntil([&] {
+      do menu = FindWindowExA(nullptr, menu, "frmMenu", nullptr);
+      while (menu != nullptr && IsWindowVisible(menu) == 0);
+      return menu != nullptr;
+    }));
+    EXPECT_TRUE(WaitUntil([&] { return AccessibleClient(menu).Press(mode); }));
+  }
+  static void Paste(HWND window) { Output(window, kPaste); }
   /// Pastes the first snippet into Form1, which makes it `text`, and has the environment in front again.
   static void PasteInto(HostProcess& host, HWND window, const std::string& text) {
     Paste(window);
     EXPECT_TRUE(WaitUntil([&] { return host.Ask("text Form1") == text; })) << host.Ask("text Form1");
     EXPECT_TRUE(WaitUntil([&] { return host.Ask("front") == "yes"; }));
   }
-  static void PasteAll(HWND window) { PostMessageA(window, WM_COMMAND, 109, 0); }
+  static void PasteAll(HWND window) { Output(window, kNewModule); }
 
-  /// Reads the message that the window shows, and closes it.
-  static std::string CloseMessage(HWND window) {
+  /// Reads the message that the window shows, and closes it by a button.
+  static std::string CloseMessage(HWND window, int button = IDOK) {
     HWND box = nullptr;
     WaitUntil([&] {
-      box = GetLastActivePopup(window);
-      return box != window && IsWindowVisible(box) != 0;
+      box = IsWindowVisible(window) != 0 ? GetLastActivePopup(window) : FindVisibleWindow(kTitle);
+      return box != nullptr && box != window && IsWindowVisible(box) != 0;
     });
-    if (box == window) return "(no message)";
+    if (box == nullptr || box == window) return "(no message)";
     const std::string text = WindowText(GetDlgItem(box, frmMsg::kLabelId));
-    PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+    PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
     EXPECT_TRUE(WaitUntil([&] { return IsWindow(box) == 0; }));
     return text;
   }
 
+  const ComApartment apartment_;
   Program program_;
 };
 
@@ -170,6 +196,21 @@ TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
   EXPECT_EQ(host.Ask("modules"), "[modMyGreatLib][Module2]");
   EXPECT_EQ(host.Ask("text Module2"), expected);
   Disconnect(host);
+}
+
+TEST_F(AddInTest, ADisconnectionOffersToSave) {
+  HostProcess host(LibraryPath());
+  const HWND window = OpenWindow(host);
+  SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
+               reinterpret_cast<LPARAM>("changed "));
+  PostMessageA(window, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(window) == 0; })) << "hidden without a question";
+  host.Send("disconnect 1");
+  EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
+  EXPECT_EQ(host.Answer(), "0");
+  EXPECT_EQ(host.Ask("references"), "0");
+  host.Ask("release");
+  EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
 }
 
 TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
