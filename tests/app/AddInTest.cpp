@@ -219,25 +219,27 @@ TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
   const std::string answered = "The development environment answered: ";
   struct Refusal {
     const char* command;
-    bool all;  ///< Of the snippets, into a new module.
-    std::string message;
+    void (*paste)(HWND);  ///< Null when the command only makes ready.
+    std::string message;  ///< Empty for whatever the system says about the failure.
   };
+  // The mode changes once: a second click on the arrow could count as half of a double click.
   const Refusal refusals[] = {
-      {"nopane", false, "No code pane is currently active."},
-      {"module Form1 1 a", false, ""},
-      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", false, answered + "Can't edit module"},
-      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", true, answered + "Can't edit module"},
-      {"hook CodePane.GetSelection 80004001", false, ""},
-      {"hook VBComponents.Add 800A9C68 Project is locked", true, answered + "Project is locked"},
-      {"hook VBE.ActiveCodePane 80010001", false,
+      {"nopane", &Paste, "No code pane is currently active."},
+      {"module Form1 1 a", nullptr, ""},
+      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", &Paste, answered + "Can't edit module"},
+      {"hook CodePane.GetSelection 80004001", &Paste, ""},
+      {"hook CodePane.GetSelection off", nullptr, ""},
+      {"hook VBE.ActiveCodePane 80010001", &Paste,
        "The development environment is busy. Please try again later."},
-      {"noproject", true, "No project is currently open."},
+      {"hook VBComponents.Add 800A9C68 Project is locked", &PasteAll, answered + "Project is locked"},
+      {"hook VBComponents.Add off", &PasteAll, answered + "Can't edit module"},
+      {"noproject", &PasteAll, "No project is currently open."},
   };
   for (const Refusal& refusal : refusals) {
     SCOPED_TRACE(refusal.command);
     host.Ask(refusal.command);
-    if (std::string(refusal.command).starts_with("module")) continue;
-    (refusal.all ? PasteAll : Paste)(window);
+    if (refusal.paste == nullptr) continue;
+    refusal.paste(window);
     const std::string message = CloseMessage(window);
     if (refusal.message.empty()) {
       EXPECT_TRUE(message.starts_with(answered) && message.size() > answered.size()) << message;
