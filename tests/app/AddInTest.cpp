@@ -93,6 +93,8 @@ class AddInTest : public testing::Test {
     ASSERT_GT(button.width, 0);
     POINT arrow{button.left + button.width - 5, button.top + button.height / 2};
     ScreenToClient(bar, &arrow);
+    // A pointer that an earlier test has left there would have a tip shown above the arrow.
+    MovePointer({0, 0});
     SetForegroundWindow(window);
     ClickAt(bar, arrow);
     HWND menu = nullptr;
