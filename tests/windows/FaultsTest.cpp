@@ -33,6 +33,7 @@ class FaultsTest : public testing::Test {
     window_ = std::make_unique<frmAddIn>(frmAddIn::Services{.store = store_,
                                                             .settings = settings_,
                                                             .sounds = sounds_,
+                                                            .caption = captions_,
                                                             .showMessage = showMessage_,
                                                             .unloaded = [] {},
                                                             .hidden = [] {}});
@@ -61,6 +62,7 @@ class FaultsTest : public testing::Test {
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
   SettingsStore settings_{registry_};
+  CaptionPainter captions_;
   TestRegistry testRegistry_;
   std::unique_ptr<frmAddIn> window_;
 };

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 namespace snip::test {
+
 TestRegistry::TestRegistry(HKEY root)
     : root_(root),
       name_("Software\\SnipstoreTest" + std::to_string(GetCurrentProcessId()) +
@@ -20,9 +21,9 @@ TestRegistry::TestRegistry(HKEY root)
 }
 
 void TestRegistry::Refuse() const {
-  RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-  SHDeleteKeyA(HKEY_CURRENT_USER, KeyName().c_str());
-  RegOverridePredefKey(HKEY_CURRENT_USER, key_.get());  // a key that has been deleted
+  RegOverridePredefKey(root_, nullptr);
+  SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
+  RegOverridePredefKey(root_, key_.get());  // a key that has been deleted
 }
 
 TestRegistry::~TestRegistry() {

@@ -14,7 +14,7 @@ class TestRegistry {
  public:
   explicit TestRegistry(HKEY root = HKEY_CURRENT_USER);
   ~TestRegistry();
-  /// From now on the system refuses whatever is asked of HKEY_CURRENT_USER.
+  /// From now on the system refuses whatever is asked of that root.
   void Refuse() const;
   TestRegistry(const TestRegistry&) = delete;
   TestRegistry& operator=(const TestRegistry&) = delete;

@@ -141,6 +141,9 @@ void frmAddIn::Unload() {
   output_.SetHost(nullptr);
   if (hWnd() == nullptr || unloading_) return;
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // nobody waits for another name
+  editing_.txtCode_LostFocus();
+  // A question about a window that is not seen would be seen by nobody.
+  if (!library_.Saved && !library_.LibraryName.empty()) Show(nullptr);
   if (Form_QueryUnload()) DestroyWindow(hWnd());
 }
 
