@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Checks that the program is what Windows can defend and a user can carry: of the machine it is for, without libraries
 # but the system's, at a random address, with no memory that is both written and run, and small.
-#   check_executable.sh FILE FORMAT TOOLCHAIN     FORMAT as objdump names it; TOOLCHAIN as in TOOLCHAIN-w64-mingw32-objdump
+#   check_executable.sh FILE FORMAT TOOLCHAIN MOST_BYTES
+# FORMAT is as objdump names it, TOOLCHAIN as in TOOLCHAIN-w64-mingw32-objdump.
 set -uo pipefail
-file=$1 format=$2 objdump=$3-w64-mingw32-objdump
-limit=1048576
+file=$1 format=$2 objdump=$3-w64-mingw32-objdump limit=$4
 faults=0
 
 fault() {
