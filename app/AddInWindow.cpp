@@ -28,7 +28,7 @@ bool AddInWindow::Show(WindowUser& user, HostEnvironment& host) {
   if (previous != nullptr && previous != &user) previous->OnHidden();
   if (!window_.Show(&host)) return false;
   // It may have been unloaded again while it told the user something.
-  if (window_.hWnd() != nullptr) BringToFront(window_.hWnd());
+  if (window_.hWnd() != nullptr) BringToFront(GetLastActivePopup(window_.hWnd()));
   return window_.hWnd() != nullptr;
 }
 

@@ -81,9 +81,10 @@ bool IsEmpty(HKEY classes, const char* key) {
 
 bool RegisterClass(HKEY classes, const std::string& program) {
   const std::vector<Entry> entries = Entries(program);
+  const bool isNew = !Exists(classes, entries.front().key);
   const bool written = std::all_of(entries.begin(), entries.end(),
                                    [classes](const Entry& entry) { return Write(classes, entry); });
-  if (!written) UnregisterClass(classes);
+  if (!written && isNew) UnregisterClass(classes);  // an earlier registration is better than none
   return written;
 }
 
@@ -103,10 +104,14 @@ std::array<HKEY, 2> RegistrationRoots() {
 }
 
 bool RegisterServer(std::span<const HKEY> roots) {
-  return std::any_of(roots.begin(), roots.end(), [](HKEY root) {
+  const auto taken = std::find_if(roots.begin(), roots.end(), [](HKEY root) {
     const UniqueRegKey classes = OpenClasses(root, KEY_READ | KEY_WRITE);
     return classes && RegisterClass(classes.get(), ProgramPath());
   });
+  if (taken == roots.end()) return false;
+  // What an earlier registration left for the user would hide this one.
+  UnregisterServer(roots.subspan(static_cast<std::size_t>(taken - roots.begin()) + 1));
+  return true;
 }
 
 bool UnregisterServer(std::span<const HKEY> roots) {

@@ -24,7 +24,7 @@ class ExceptionInfo {
   ExceptionInfo& operator=(const ExceptionInfo&) = delete;
 
   EXCEPINFO* Put() { return &info_; }
-  HRESULT code() const { return info_.scode; }
+  HRESULT code() const { return FAILED(info_.scode) ? info_.scode : DISP_E_EXCEPTION; }
   std::string Description() {
     if (info_.bstrDescription == nullptr && info_.pfnDeferredFillIn != nullptr) {
       info_.pfnDeferredFillIn(&info_);
@@ -58,7 +58,7 @@ bool MeansGone(HRESULT result) {
 
 bool MeansBusy(HRESULT result) {
   return result == RPC_E_CALL_REJECTED || result == RPC_E_SERVERCALL_RETRYLATER ||
-         result == RPC_E_SERVERCALL_REJECTED || result == RPC_E_CALL_CANCELED;
+         result == RPC_E_SERVERCALL_REJECTED;
 }
 
 /// Makes a call, and makes it again for a while when the environment is busy. COM does so by the message
@@ -107,7 +107,11 @@ Variant ConvertedTo(VARTYPE type, const Variant& value) {
 
 }  // namespace
 
-LateBound::LateBound(const Variant& result) : object_(ObjectIn(result).As<IDispatch>()) {}
+LateBound::LateBound(const Variant& result) {
+  const ComPtr<IUnknown> object = ObjectIn(result);
+  object_ = object.As<IDispatch>();
+  if (object && !object_) throw HostError("The development environment is busy. Please try again later.");
+}
 
 void LateBound::Ping() const {
   const auto object = ComPtr<IDispatch>::Share(get());
@@ -143,7 +147,7 @@ std::string LateBound::Text(const wchar_t* member) const {
 
 Variant LateBound::Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const {
   const auto object = ComPtr<IDispatch>::Share(get());
-  if (!object) throw HostGone("The development environment is not connected any more.");
+  if (!object) throw HostError("The development environment does not have what is needed for this.");
   std::wstring name = member;
   wchar_t* names = name.data();
   DISPID id = DISPID_UNKNOWN;

@@ -46,7 +46,10 @@ MenuHandler::MenuHandler(ComPtr<IUnknown> events, std::function<void()> click)
   const auto container = events_.As<IConnectionPointContainer>();
   if (!container) ThrowIfFailed(E_NOINTERFACE);
   ThrowIfFailed(container->FindConnectionPoint(__uuidof(CommandBarControlEvents), point_.Put()));
-  ThrowIfFailed(point_->Advise(sink_.get(), &cookie_));
+  const HRESULT advised = point_->Advise(sink_.get(), &cookie_);
+  // The environment may have kept the sink all the same.
+  if (FAILED(advised)) sink_->Silence();
+  ThrowIfFailed(advised);
 }
 
 MenuHandler::~MenuHandler() {

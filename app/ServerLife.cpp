@@ -32,6 +32,7 @@ ServerLife::Use::~Use() {
 
 ServerLife::Connection::Connection(ServerLife& life) : life_(life) {
   ++life_.connections_;
+  life_.abandoned_ = false;
   KillTimer(life_.hWnd(), kIdleTimer);
 }
 
@@ -62,7 +63,9 @@ void ServerLife::AwaitConnection() {
 
 LRESULT ServerLife::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_TIMER) return Default(message, wParam, lParam);
+  if (connections_ != 0) return 0;  // it was due already when the environment came
   abandoned_ = true;
+  CoSuspendClassObjects();  // nobody new comes while this ends
   KillTimer(hWnd(), kIdleTimer);
   PostQuitMessage(0);
   return 0;

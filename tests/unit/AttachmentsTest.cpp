@@ -35,7 +35,10 @@ TEST_F(AttachmentsTest, OnlyAPathThatIsNotBlankCanBeViewed) {
   const std::vector<std::pair<int, bool>> cases = {{-1, false}, {0, false}, {1, false}, {2, true}};
   for (const auto& [row, canView] : cases) {
     view.selected = row;
+    done.clear();
     EXPECT_EQ(attachments.CanView(), canView) << row;
+    attachments.ViewAttachment();
+    EXPECT_EQ(!done.empty(), canView) << row;
   }
 }
 

@@ -102,11 +102,12 @@ class FakeLibraryView : public LibraryView {
   Rows files;
   int selected = -1;
   std::string fileNameText;
-  bool fileNameBoxShown = false, fileNameSelected = false;
+  bool gone = false, fileNameBoxShown = false, fileNameSelected = false;
   std::deque<std::string> names;              ///< What the user enters, one after the other; then he cancels.
   std::optional<std::string> chosenPath;      ///< What the user picks in the dialog; nothing cancels it.
   mutable int textsBeforeMemoryRunsOut = -1;  ///< Counted down at each entry that is read.
 
+  bool Gone() const override { return gone; }
   void InsertFile(int entry, const std::string& text) override {
     ASSERT_TRUE(entry >= 0 && entry <= FileCount()) << entry;
     files.insert(files.begin() + entry, text);

@@ -74,6 +74,13 @@ TEST_F(LibraryNamingTest, TakenAndImpossibleNamesAreAskedForAgain) {
   EXPECT_EQ(view.rows, (Rows{"New Snippet"}));
 }
 
+TEST_F(LibraryNamingTest, AWindowThatEndsMeanwhileIsNotAskedOn) {
+  chooser.names = {"Second", "My New Lib"};
+  whileShown = [&] { chooser.gone = true; };
+  naming.GetNewLib();
+  EXPECT_EQ(calls, (Calls{"name", kTaken}));
+}
+
 TEST_F(LibraryNamingTest, CancellingMakesNothing) {
   const auto files = store.files;
   naming.GetNewLib();

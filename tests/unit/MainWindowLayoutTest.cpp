@@ -102,6 +102,21 @@ TEST(MainWindowLayoutTest, SplittersStopShortOfTheEdges) {
   }
 }
 
+TEST(MainWindowLayoutTest, WithinTheRoomForSplittersEverythingIsLaidOut) {
+  const Size room = RoomForSplitters(kWindow.client, kWindow.barHeight);
+  for (const int more : {0, 1}) {
+    MainWindowSizes window = kWindow;
+    window.leftPaneWidth = room.width + more;
+    window.splitterRight = window.leftPaneWidth + kSplitterSize;
+    EXPECT_EQ(LayOutMainWindow(window).has_value(), more == 0);
+    RightPaneSizes pane = kRightPane;
+    pane.inner.height = LayOutMainWindow(kWindow)->rightPane.height;
+    pane.descriptionHeight = room.height + more;
+    pane.splitterBottom = pane.descriptionHeight + kSplitterSize;
+    EXPECT_EQ(LayOutRightPane(pane).has_value(), more == 0);
+  }
+}
+
 TEST(SplitterDragTest, OnlyTheLeftButtonDragsAndAnyReleaseOrOtherButtonDrops) {
   using Reaction = SplitterDrag::Reaction;
   SplitterDrag drag;

@@ -8,6 +8,7 @@
 
 #include "library/BnsFormat.h"
 #include "library/LibraryFolder.h"
+#include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "tests/windows/AccessibleClient.h"
 #include "tests/windows/TestDesktop.h"
@@ -405,6 +406,63 @@ TEST_F(MainWindowTest, AScreenReaderCanNameEveryField) {
       {Description(), "Description"},
       {Control(frmAddIn::kAttachId), "Attachment"}};
   for (const auto& [field, name] : fields) EXPECT_EQ(AccessibleClient(field).Child(CHILDID_SELF).name, name);
+}
+
+TEST_F(MainWindowTest, AFirstStartHasTheDesignsPlaceAndSettings) {
+  const ComApartment apartment;
+  for (int time = 0; time < 2; ++time) {  // a window that is made again has its buttons once as well
+    Open();
+    RECT place{};
+    GetWindowRect(window_.hWnd(), &place);
+    EXPECT_EQ(place.left, 0);
+    EXPECT_EQ(place.top, 0);
+    EXPECT_EQ(ScreenTwips().ToTwips({static_cast<int>(place.right), static_cast<int>(place.bottom)}),
+              (Size{10800, 7200}));
+    EXPECT_EQ(GetWindowLongA(window_.hWnd(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+    const auto buttons = AccessibleClient(Control(frmAddIn::kMainBarId)).Children();
+    ASSERT_EQ(buttons.size(), 16U);
+    EXPECT_FALSE(buttons[11].Has(STATE_SYSTEM_PRESSED));
+    const auto editButtons = AccessibleClient(Control(frmAddIn::kEditBarId)).Children();
+    ASSERT_EQ(editButtons.size(), 3U);
+    EXPECT_TRUE(editButtons[2].Has(STATE_SYSTEM_PRESSED));
+    PostMessageA(window_.hWnd(), WM_CLOSE, 0, 0);
+    ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
+  }
+}
+
+TEST_F(MainWindowTest, SplittersThatTheWindowHasNoRoomForStandWhereTheyFit) {
+  const std::vector<std::pair<const char*, const char*>> stored = {
+      {"Width", "6000"}, {"Height", "5000"}, {"LeftPane", "30000"}, {"Description", "30000"}};
+  for (const auto& [name, text] : stored) {
+    registry_.SaveRegSetting("Brennic", "BnSnipstore\\2.0", "Position", name, text);
+  }
+  Open();
+  for (const int id :
+       {frmAddIn::kListId, frmAddIn::kDescriptionId, frmAddIn::kCodeId, frmAddIn::kEditBarId}) {
+    const Size size = ClientSize(Control(id));
+    EXPECT_TRUE(size.width > 0 && size.height > 0) << id;
+  }
+}
+
+TEST(MainMenusTest, TheItemsAreWorded) {
+  const Registry32 registry{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
+  const SoundEffects sounds{registry};
+  MainMenus menus(sounds, {});
+  menus.Fill();
+  const auto captions = [](const frmMenu& menu) {
+    std::vector<std::string> all;
+    for (const MenuItem& item : menu.items().All()) all.push_back(item.Caption);
+    return all;
+  };
+  using Captions = std::vector<std::string>;
+  EXPECT_EQ(captions(menus.mnuModFuncs), (Captions{"Paste to Current Code Window", "Copy to Clipboard",
+                                                   "Create New Module (All Snippets)"}));
+  EXPECT_EQ(captions(menus.mnuSnippets), (Captions{"Rename Snippet", "-", "Edit Snippet", "Delete Snippet",
+                                                   "-", "Paste to Code Window", "Copy to Clipboard"}));
+  EXPECT_EQ(captions(menus.mnuAttach), (Captions{"View Attachment", "Set Attachment..."}));
+  // The blanks tell the item from that of the list's menu.
+  EXPECT_EQ(captions(menus.mnuEdit),
+            (Captions{"Edit Snippet   ", "-", "Undo", "-", "Cut", "Copy", "Paste", "-", "Select All"}));
 }
 
 TEST_F(MainWindowTest, ATinyWindowKeepsItsLayoutAndAGrownOneFillsIt) {

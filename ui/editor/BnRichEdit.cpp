@@ -41,7 +41,8 @@ bool Held(int key) {
 }
 
 bool IsPasteKey(WPARAM key) {
-  return (key == 'V' && Held(VK_CONTROL)) || (key == VK_INSERT && Held(VK_SHIFT));
+  // With Alt as well it is a letter of some keyboards.
+  return (key == 'V' && Held(VK_CONTROL) && !Held(VK_MENU)) || (key == VK_INSERT && Held(VK_SHIFT));
 }
 
 /// Keys by which rich-edit controls change alignment, line distance and letters.
@@ -400,7 +401,8 @@ bool BnRichEdit::FilterKey(WPARAM key) {
     ::SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, Held(VK_SHIFT) ? TRUE : FALSE));
     return true;
   }
-  if (IsPasteKey(key)) {
+  // A plain edit control does this by itself.
+  if (hasRichEdit_ && IsPasteKey(key)) {
     SendMessageA(control_, WM_PASTE, 0, 0);
     return true;
   }
@@ -470,7 +472,8 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
   if (FilterInput(message, wParam, lParam)) return 0;
   // An event may have made the control anew, or locked it.
-  if (control != control_ || (locked_ && !filling_ && ChangesText(message))) return 0;
+  const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
+  if (!going && (control != control_ || (locked_ && !filling_ && ChangesText(message)))) return 0;
   if (message == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();
   if (message == WM_PASTE && hasRichEdit_) {
     // As text, whatever else the clipboard offers: pictures and formats have no place in code.

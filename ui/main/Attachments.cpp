@@ -27,9 +27,8 @@ bool Attachments::CanView() const {
 }
 
 void Attachments::ViewAttachment() {
-  const Snippet* snippet = Selected();
-  if (snippet == nullptr || !IsPath(snippet->Attachment)) return;
-  const std::string path = snippet->Attachment;  // minimising lets other messages in
+  if (!CanView()) return;                           // a torn-off menu offers it for any snippet
+  const std::string path = Selected()->Attachment;  // minimising lets other messages in
   if (view_.MinimizeOnView()) view_.Minimize();
   view_.ShellOpen(path);
 }

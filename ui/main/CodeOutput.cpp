@@ -5,20 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "platform/FlagScope.h"
+
 namespace snip {
 namespace {
-
-/// Sets a flag for as long as it lives.
-class FlagScope {
- public:
-  explicit FlagScope(bool& flag) : flag_(flag) { flag_ = true; }
-  ~FlagScope() { flag_ = false; }
-  FlagScope(const FlagScope&) = delete;
-  FlagScope& operator=(const FlagScope&) = delete;
-
- private:
-  bool& flag_;
-};
 
 std::string NoSpaces(std::string text) {
   text.erase(std::remove(text.begin(), text.end(), ' '), text.end());
@@ -54,7 +44,7 @@ void CodeOutput::PasteCode() {
     const auto pane = host.ActiveCodePane();
     if (!pane) return Tell("No code pane is currently active.");
     pane->InsertLines(pane->SelectionStartLine(), code);
-    if (host_ != nullptr) host_->Activate();
+    if (host_ == &host) host.Activate();
   });
 }
 
@@ -71,7 +61,7 @@ void CodeOutput::PasteToNewModule(const std::string& libraryText) {
     for (const Snippet& snippet : snippets) pane->InsertLines(pane->SelectionStartLine(), snippet.Code);
     pane->Show();
     if (!refusal.empty()) return Tell("The new module could not be named '" + name + "': " + refusal);
-    if (host_ != nullptr) host_->Activate();
+    if (host_ == &host) host.Activate();
   });
 }
 
@@ -80,13 +70,14 @@ void CodeOutput::Deliver(const std::function<void(HostEnvironment&)>& delivery) 
   if (delivering_) return;
   if (host_ == nullptr) return Tell("No development environment is connected.");
   const FlagScope scope(delivering_);
+  // While it is waited for, it may be gone, or another one have taken its place: then nothing is left to say.
+  HostEnvironment* const asked = host_;
   try {
-    delivery(*host_);
+    delivery(*asked);
   } catch (const HostGone&) {
-    // The window goes with its environment: nothing is left to say.
-    if (host_ != nullptr) host_->Lost();
+    if (host_ == asked) asked->Lost();
   } catch (const HostError& error) {
-    Tell(error.what());
+    if (host_ == asked) Tell(error.what());
   }
 }
 

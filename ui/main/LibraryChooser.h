@@ -30,6 +30,7 @@ class LibraryChooser : public LibraryView {
   };
   void Place(const Places& places) const;
 
+  bool Gone() const override { return IsWindow(cboFiles_) == 0; }
   void InsertFile(int entry, const std::string& text) override;
   int FileCount() const override;
   std::string FileText(int entry) const override;

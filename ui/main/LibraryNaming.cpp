@@ -23,8 +23,9 @@ void LibraryNaming::GetNewLib() {
   std::string name;
   do {
     name = view_.AskForLibraryName();
-    if (name.empty()) return;
-  } while (!Create(name));
+    if (name.empty() || view_.Gone()) return;
+  } while (!Create(name) && !view_.Gone());
+  if (view_.Gone()) return;
   editing_.ShowNothing("");
   view_.InsertFile(view_.FileCount(), name);
   view_.SelectFile(view_.FileCount() - 1);
@@ -68,7 +69,8 @@ void LibraryNaming::txtFileName_Change() {
 void LibraryNaming::AcceptName() {
   const std::string oldName = CurrentEntry();
   const std::string newName = view_.FileNameText();
-  if (newName != oldName && store_.Rename(store_.PathOf(oldName), store_.PathOf(newName))) {
+  if (newName != oldName && newName != kBrowseEntry &&
+      store_.Rename(store_.PathOf(oldName), store_.PathOf(newName))) {
     // The library in memory keeps its name, so that a later save writes under the old one again.
     view_.ReplaceFile(view_.SelectedFile(), newName);
   }

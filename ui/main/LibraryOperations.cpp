@@ -38,7 +38,8 @@ LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, 
       showMessage_(std::move(showMessage)) {}
 
 void LibraryOperations::LoadFiles() {
-  const std::vector<std::string> names = store_.Names();
+  std::vector<std::string> names = store_.Names();
+  std::erase(names, kBrowseEntry);  // could not be told from the entry
   if (names.empty()) {
     // Without a library there is nothing to come back to from browsing, so that entry is missing as well.
     showMessage_("There are no BNS files in the BnSnipstore directory.", MessageStyle::kInformation,
@@ -46,9 +47,7 @@ void LibraryOperations::LoadFiles() {
     editing_.DisableEdit(true);
     return;
   }
-  for (const std::string& name : names) {
-    if (name != kBrowseEntry) view_.InsertFile(view_.FileCount(), name);
-  }
+  for (const std::string& name : names) view_.InsertFile(view_.FileCount(), name);
   view_.InsertFile(view_.FileCount(), kBrowseEntry);
   editing_.DisableEdit(false);
   view_.SelectFile(0);
@@ -59,6 +58,7 @@ void LibraryOperations::cboFiles_Click() {
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
   editing_.lstCode_Click();
   OfferToSave();
+  if (view_.Gone()) return;
 
   const int entry = view_.SelectedFile();
   if (entry < 0) return;
@@ -75,6 +75,7 @@ void LibraryOperations::cboFiles_Click() {
 
 void LibraryOperations::BrowseForLibrary() {
   const auto path = view_.ChooseLibraryFile();
+  if (view_.Gone()) return;
   if (!path) {
     view_.SelectFile(0);
     cboFiles_Click();
@@ -115,8 +116,7 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
   if (contents->version == BnsVersion::Version1) {
     showMessage_(
         "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
-        "converted "
-        "to Snipstore 2.0 format.",
+        "converted to Snipstore 2.0 format.",
         MessageStyle::kOk, "");
     OpenBNSFileV1(std::move(*contents));
   } else {

@@ -47,8 +47,8 @@ class LibraryOperations {
   ShowMessageFunction showMessage_;
 };
 
-/// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it is a full path and stands
-/// for its file's bare name, any other is the name itself.
+/// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it, or on a server, is a full
+/// path and stands for its file's bare name, any other is the name itself.
 std::string LibraryNameFromEntry(const std::string& entry);
 
 }  // namespace snip

@@ -50,6 +50,7 @@ constexpr std::array kOutputModes{
 };
 
 void Fill(BnCommandBar& bar, std::span<const Button> buttons, DisplayType display, Size pictureSize) {
+  while (bar.ButtonCount() > 0) bar.RemoveButton(0);  // those of the window's last time
   for (const Button& button : buttons) {
     const PictureRef picture =
         button.picture != 0 ? Picture::FromResource(button.picture, pictureSize) : nullptr;

@@ -63,6 +63,9 @@ class LibraryView {
  public:
   virtual ~LibraryView() = default;
 
+  /// Whether the window was ended while a dialog or a message was open; nothing is to be done with it then.
+  virtual bool Gone() const = 0;
+
   // cboFiles
   virtual void InsertFile(int entry, const std::string& text) = 0;
   virtual int FileCount() const = 0;

@@ -36,6 +36,10 @@ RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes) {
   };
 }
 
+Size RoomForSplitters(Size client, int barHeight) {
+  return {client.width - kSplitterSize - 360, client.height - barHeight - 40 - kSplitterSize - 360};
+}
+
 int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth) {
   if (splitterLeft < kLeastLeftPaneWidth) return kLeastLeftPaneWidth;
   // In a window that is narrower than both limits the pane is left without width, not with less than none.

@@ -56,6 +56,10 @@ std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes);
 /// The same whatever the pane's height; the code may get none.
 RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes);
 
+/// The widest left pane and the highest description with which everything is laid out in a window of that
+/// inner size.
+Size RoomForSplitters(Size client, int barHeight);
+
 /// How wide the left pane becomes when the vertical splitter is let go with its left edge there.
 int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth);
 /// How high the description becomes when the horizontal splitter is let go with its top edge there.

@@ -155,6 +155,7 @@ void SnippetControls::SetDescription(const std::string& text) {
                     reinterpret_cast<HFONT>(SendMessageA(previous, WM_GETFONT, 0, 0)));
     MoveTo(txtDesc_, PlaceInParent(previous));
     SetWindowPos(txtDesc_, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    if (GetFocus() == previous) SetFocus(txtDesc_);
     DestroyWindow(previous);
   }
   description_.SetText(text);

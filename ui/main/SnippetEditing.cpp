@@ -157,8 +157,7 @@ bool SnippetEditing::SettleName() {
   if (EndsSnippetList(name)) {
     return RefuseName(
         "A line of three dots ends the list of snippets in a library file. Please use a different name for "
-        "this "
-        "snippet.");
+        "this snippet.");
   }
   std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Name;
   if (stored != name) view_.SetRowText(row, name);

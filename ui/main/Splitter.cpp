@@ -43,10 +43,12 @@ void Splitter::React(SplitterDrag::Reaction reaction) {
   InvalidateRect(hWnd(), nullptr, TRUE);
   if (reaction == SplitterDrag::Reaction::Begin) {
     startEdge_ = Edge();
+    above_ = GetWindow(hWnd(), GW_HWNDPREV);
     SetCapture(hWnd());
     return;
   }
   ReleaseCapture();
+  GoBeneath();
   dropped_(Edge());
 }
 
@@ -55,6 +57,13 @@ void Splitter::CancelDrag() {
   if (drag_.MouseUp() == SplitterDrag::Reaction::None) return;
   InvalidateRect(hWnd(), nullptr, TRUE);
   MoveEdge(startEdge_);
+  GoBeneath();
+}
+
+/// Back beneath the controls that lie over the parts.
+void Splitter::GoBeneath() {
+  SetWindowPos(hWnd(), above_ != nullptr ? above_ : HWND_TOP, 0, 0, 0, 0,
+               SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 LRESULT Splitter::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -32,11 +32,13 @@ class Splitter : public Window {
   void MoveEdge(int edge);
   void React(SplitterDrag::Reaction reaction);
   void CancelDrag();
+  void GoBeneath();
 
   Divides divides_;
   std::function<void(int edge)> dropped_;
   SplitterDrag drag_;
   int startEdge_ = 0;
+  HWND above_ = nullptr;  ///< The sibling that it lay beneath before the drag.
 };
 
 }  // namespace snip

@@ -5,6 +5,7 @@
 #include <shellapi.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "platform/Clipboard.h"
@@ -54,6 +55,18 @@ constexpr const char* kWebPage =
 constexpr UINT kFieldLeft = WM_APP + 1;
 /// Sent by `Show` to a new window: what it does is done as all else, in answer to a message.
 constexpr UINT kLoadFiles = WM_APP + 2;
+
+/// The file dialog makes the chosen folder the process's own, which then could not be removed or ejected.
+class CurrentDirectoryScope {
+ public:
+  CurrentDirectoryScope() { GetCurrentDirectoryA(static_cast<DWORD>(path_.size()), path_.data()); }
+  ~CurrentDirectoryScope() { SetCurrentDirectoryA(path_.data()); }
+  CurrentDirectoryScope(const CurrentDirectoryScope&) = delete;
+  CurrentDirectoryScope& operator=(const CurrentDirectoryScope&) = delete;
+
+ private:
+  std::array<char, MAX_PATH> path_{};
+};
 
 bool IsLibraryFile(std::string_view path) {
   constexpr std::string_view extension = ".bns";
@@ -125,7 +138,8 @@ bool frmAddIn::Show(HostEnvironment* host) {
     SendMessageA(hWnd(), kLoadFiles, 0, 0);
   }
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
-  SetForegroundWindow(hWnd());
+  ShowOwnedPopups(hWnd(), TRUE);
+  SetForegroundWindow(GetLastActivePopup(hWnd()));
   UpdateWindow(hWnd());
   return true;
 }
@@ -133,6 +147,7 @@ bool frmAddIn::Show(HostEnvironment* host) {
 void frmAddIn::Hide() {
   tTip_.Hide();
   menus_.Unload();
+  ShowOwnedPopups(hWnd(), FALSE);  // an open dialog goes and comes with the window
   ShowWindow(hWnd(), SW_HIDE);
 }
 
@@ -140,11 +155,16 @@ void frmAddIn::Unload() {
   host_ = nullptr;
   output_.SetHost(nullptr);
   if (hWnd() == nullptr || unloading_) return;
+  ShowForQuestion();
+  // Another environment may have taken the window meanwhile.
+  if (Form_QueryUnload() && host_ == nullptr) DestroyWindow(hWnd());
+}
+
+/// A question about a window that is not seen would be seen by nobody.
+void frmAddIn::ShowForQuestion() {
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // nobody waits for another name
   editing_.txtCode_LostFocus();
-  // A question about a window that is not seen would be seen by nobody.
-  if (!library_.Saved && !library_.LibraryName.empty()) Show(nullptr);
-  if (Form_QueryUnload()) DestroyWindow(hWnd());
+  if (!library_.Saved && !library_.LibraryName.empty()) Show(host_);
 }
 
 bool frmAddIn::Form_Load() {
@@ -224,6 +244,12 @@ void frmAddIn::LoadSettings() {
   const Rect wanted{RoundHalfToEven(settings.Left), RoundHalfToEven(settings.Top),
                     settings.Width.value_or(design.width), settings.Height.value_or(design.height)};
   MoveTo(hWnd(), twips_.ToPixels(wanted));
+
+  // There is no earlier layout yet that a window with too little room could keep.
+  const Size room = RoomForSplitters(twips_.ToTwips(ClientSize(hWnd())), kBarHeight);
+  leftPaneWidth_ = std::max(kLeastLeftPaneWidth, std::min(leftPaneWidth_, room.width));
+  descriptionHeight_ = std::max(kLeastDescriptionHeight, std::min(descriptionHeight_, room.height));
+  Form_Resize();
 }
 
 /// Takes in what is being edited and offers to save; false when the window has to stay. While the question
@@ -257,6 +283,7 @@ void frmAddIn::Form_Unload() {
   library_ = {};
   editing_.Forget();
   lastFocus_ = nullptr;
+  descriptionEdited_ = false;
   services_.unloaded();
 }
 
@@ -409,11 +436,19 @@ void frmAddIn::Output() {
 }
 
 void frmAddIn::CopyCode() {
-  if (controls_.RowCount() == 0) return;  // what is shown then is no code
-  if (!CopyToClipboard(hWnd(), controls_.Code())) {
-    services_.showMessage("The clipboard is in use by another program. Please try again.",
-                          MessageStyle::kInformation, kMainWindowTitle);
+  if (controls_.RowCount() == 0) {  // what is shown then is no code
+    services_.showMessage("No code snippet is currently selected.", MessageStyle::kInformation,
+                          kMainWindowTitle);
+    return;
   }
+  Copy(controls_.Code());
+}
+
+bool frmAddIn::Copy(const std::string& text) {
+  if (CopyToClipboard(hWnd(), text)) return true;
+  services_.showMessage("The clipboard is in use by another program. Please try again.",
+                        MessageStyle::kInformation, kMainWindowTitle);
+  return false;
 }
 
 void frmAddIn::SetKeepOnTop(bool onTop) {
@@ -528,6 +563,7 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   dialog.DialogTitle = "Choose Attachment";
   dialog.Filter = "All Files|*.*";
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY;
+  const CurrentDirectoryScope directory;
   dialog.ShowOpen();
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
@@ -568,13 +604,14 @@ void frmAddIn::mnuEdit_Clicked(int index) {
       code.Undo();
       break;
     case EditItem::kCut:
-      if (CopyToClipboard(hWnd(), code.SelText())) code.ReplaceSelection("");
+      // A torn-off menu shows what was possible when it was opened.
+      if (!code.locked() && code.SelLength() > 0 && Copy(code.SelText())) code.ReplaceSelection("");
       break;
     case EditItem::kCopy:
-      CopyToClipboard(hWnd(), code.SelText());
+      if (code.SelLength() > 0) Copy(code.SelText());
       break;
     case EditItem::kPaste:
-      code.ReplaceSelection(ClipboardText(hWnd()));
+      if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
       break;
     case EditItem::kSelectAll:
       code.SetSelection(0, code.TextLength());
@@ -701,7 +738,7 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   if (focus == controls_.lstCode()) {
     if (key == VK_F2 && GetKeyState(VK_SHIFT) >= 0) return Command::kRenameSnippet;
     if (key == VK_DELETE) return Command::kDeleteSnippet;
-    if (key == 'C' && GetKeyState(VK_CONTROL) < 0) return Command::kCopyCode;
+    if (key == 'C' && GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0) return Command::kCopyCode;
   }
   return std::nullopt;
 }
@@ -807,6 +844,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       CloseWindow();
       return 0;
     case WM_QUERYENDSESSION:
+      if (IsWindowVisible(hWnd()) == 0) ShowForQuestion();
       return Form_QueryUnload() ? TRUE : FALSE;
     case WM_ENDSESSION:
       if (wParam != FALSE) DestroyWindow(hWnd());

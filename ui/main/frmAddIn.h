@@ -82,6 +82,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void Form_Unload();
   void CloseSettings();
   void CloseWindow();
+  void ShowForQuestion();
 
   void picSplt_MouseUp(int left);
   void picHSplt_MouseUp(int top);
@@ -100,6 +101,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   void Output();
   void CopyCode();
+  bool Copy(const std::string& text);
   void SetKeepOnTop(bool onTop);
   void ShowListTip();
   void txtCode_MouseDown(int button, POINT screen);
