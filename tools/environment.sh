@@ -7,11 +7,21 @@ build_packages=(
   cmake ninja-build g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
   libboost1.81-dev libcli11-dev librapidxml-dev nlohmann-json3-dev)
-wine_packages=(wine wine64 fonts-wine fonts-liberation2 xvfb xdotool x11-utils imagemagick)
+display_packages=(fonts-wine fonts-liberation2 xvfb xdotool x11-utils imagemagick)
+wine_packages=(wine wine64 "${display_packages[@]}")
+wine_arch=win64
 
 die() {
   echo "$(basename "$0"): $*" >&2
   exit 1
+}
+
+# Makes as_root what a command is started with to run as root; ends with the message $1 when there is no way.
+need_root() {
+  as_root=()
+  [ "$(id -u)" != 0 ] || return 0
+  command -v sudo >/dev/null || die "$1"
+  as_root=(sudo)
 }
 
 # Installs those of the named Debian packages that are missing.
@@ -21,11 +31,8 @@ install_packages() {
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] || missing+=("$package")
   done
   [ ${#missing[@]} -gt 0 ] || return 0
-  local as_root=()
-  if [ "$(id -u)" != 0 ]; then
-    command -v sudo >/dev/null || die "please install these packages as root: ${missing[*]}"
-    as_root=(sudo)
-  fi
+  local as_root
+  need_root "please install these packages as root: ${missing[*]}"
   echo "Installing ${missing[*]}"
   local log=$top/build/packages.log
   mkdir -p "$top/build"
@@ -50,7 +57,7 @@ build() {
 }
 
 wine_environment() {
-  export WINEPREFIX=$1 WINEARCH=win64 WINEDEBUG=${WINEDEBUG:--all}
+  export WINEPREFIX=$1 WINEARCH=$wine_arch WINEDEBUG=${WINEDEBUG:--all}
   # File names with accents need a locale that has them.
   [ "$(locale charmap 2>/dev/null)" = UTF-8 ] || export LC_ALL=C.UTF-8
   # No question about Mono or Gecko, nothing in the desktop's menus; without winedbg a crash is an exit code, not a
@@ -100,8 +107,10 @@ set_wine_value() {
 # not handed to one.
 use_private_wine() {
   start_private_display
-  hold private
-  private_prefix=$top/build/wine/private
+  local name=private
+  [ "$wine_arch" = win64 ] || name=private-$wine_arch
+  hold "$name"
+  private_prefix=$top/build/wine/$name
   make_prefix "$private_prefix" N
 }
 
