@@ -40,6 +40,7 @@ class Program {
   bool WaitUntilIdle() const;
   DWORD ExitCode() const;
   bool Running() const;
+  DWORD Id() const { return GetProcessId(process_.get()); }
   void Kill();
   /// Has the process end its message loop. A killed server would stay known to Wine's COM.
   void Quit() const;

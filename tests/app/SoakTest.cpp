@@ -1,0 +1,19 @@
+#include <gtest/gtest.h>
+
+#include "platform/Com.h"
+#include "tests/soak/SoakRun.h"
+
+namespace snip::test {
+namespace {
+
+TEST(Soak, AShortRunShowsNoDifference) {
+  constexpr std::size_t actions = 300;
+  constexpr std::uint32_t seed = 1;
+  const ComApartment apartment;
+  const auto failure = Replay(RandomActions(actions, seed));
+  EXPECT_FALSE(failure) << "action " << failure->action << ": " << failure->difference
+                        << "run tools/soak " << actions << " " << seed << " for the shortest script";
+}
+
+}  // namespace
+}  // namespace snip::test

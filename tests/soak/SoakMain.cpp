@@ -1,0 +1,66 @@
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/Com.h"
+#include "tests/soak/SoakRun.h"
+
+namespace {
+
+using namespace snip::test;
+
+void Print(const std::string& line) {
+  std::puts(line.c_str());
+  std::fflush(stdout);
+}
+
+void Print(const char* when, const ProcessUse& use) {
+  constexpr std::size_t kilobyte = 1024;
+  Print(std::string(when) + ": " + std::to_string(use.handles) + " handles, " +
+        std::to_string(use.workingSet / kilobyte) + " KB working set, " +
+        std::to_string(use.privateBytes / kilobyte) + " KB private, " + std::to_string(use.gdiObjects) +
+        " GDI and " + std::to_string(use.userObjects) + " USER objects");
+}
+
+}  // namespace
+
+/// soak_test [ACTIONS [SEED]]
+int main(int count, char** arguments) {
+  constexpr unsigned long defaultActions = 20000;
+  constexpr std::size_t warmUp = 2000;
+  constexpr unsigned shrinkSeconds = 600;
+  const auto number = [&](int index, unsigned long otherwise) {
+    return count > index ? std::strtoul(arguments[index], nullptr, 10) : otherwise;
+  };
+  const std::size_t actions = number(1, defaultActions);
+  const auto seed = static_cast<std::uint32_t>(number(2, GetTickCount()));
+  Print(std::to_string(actions) + " actions, seed " + std::to_string(seed));
+
+  const snip::ComApartment apartment;
+  const std::vector<Action> script = RandomActions(actions, seed);
+  Measurement measured;
+  const DWORD start = GetTickCount();
+  RunOptions options{.warmUpEnd = actions * 2 / 5 + warmUp};
+  options.progress = [](std::size_t done) {
+    if (done % 1000 == 0 && done > 0) Print(std::to_string(done) + " done");
+  };
+  const auto failure = Replay(script, options, &measured);
+  const double seconds = (GetTickCount() - start) / 1000.0;
+  if (!failure) {
+    Print("No difference in " + std::to_string(seconds) + " s, " +
+          std::to_string(static_cast<double>(actions) / seconds) + " actions a second");
+    Print("After the warm-up", measured.warm);
+    Print("At the end", measured.end);
+    return 0;
+  }
+  Print("Action " + std::to_string(failure->action) + " of seed " + std::to_string(seed) + " differs:\n" +
+        failure->difference);
+  const auto end = script.begin() + static_cast<std::ptrdiff_t>(std::min(failure->action + 1, script.size()));
+  const auto shortest = Shrink({script.begin(), end}, shrinkSeconds);
+  Print("Shortest script found:");
+  if (const auto again = Replay(shortest, {.trace = [](const std::string& line) { Print(line); }})) {
+    Print(again->difference);
+  }
+  return 1;
+}

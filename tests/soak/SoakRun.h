@@ -1,0 +1,38 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/soak/SoakAction.h"
+#include "tests/soak/SoakHands.h"
+
+namespace snip::test {
+
+struct Failure {
+  std::size_t action = 0;  ///< From 0.
+  std::string difference;
+};
+
+struct Measurement {
+  ProcessUse warm;  ///< Early in the life of the process that lived to the end.
+  ProcessUse end;
+};
+
+struct RunOptions {
+  /// After which action the process counts as warmed up; it must not be ended later.
+  std::size_t warmUpEnd = 0;
+  std::function<void(const std::string& line)> trace{};
+  std::function<void(std::size_t done)> progress{};
+};
+
+/// Carries a script out in a fresh folder until the program differs from the model; at the end the program
+/// must close by itself. `measured`, unless null, gets what the process held.
+std::optional<Failure> Replay(const std::vector<Action>& actions, const RunOptions& options = {},
+                              Measurement* measured = nullptr);
+
+/// Takes away what a failing script fails without, replaying it anew each time, for at most `seconds`.
+std::vector<Action> Shrink(std::vector<Action> failing, unsigned seconds);
+
+}  // namespace snip::test
