@@ -11,8 +11,8 @@ TEST(Soak, AShortRunShowsNoDifference) {
   constexpr std::uint32_t seed = 1;
   const ComApartment apartment;
   const auto failure = Replay(RandomActions(actions, seed));
-  EXPECT_FALSE(failure) << "action " << failure->action << ": " << failure->difference
-                        << "run tools/soak " << actions << " " << seed << " for the shortest script";
+  EXPECT_FALSE(failure) << "action " << failure->action << ": " << failure->difference << "run tools/soak "
+                        << actions << " " << seed << " for the shortest script";
 }
 
 }  // namespace

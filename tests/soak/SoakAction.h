@@ -58,8 +58,8 @@ struct Action {
   std::uint32_t b = 0;
 };
 
-/// The same script for the same seed. The program is ended and started again only within the first two fifths,
-/// so that the rest is the life of one process.
+/// The same script for the same seed. The program is ended and started again only within the first two
+/// fifths, so that the rest is the life of one process.
 std::vector<Action> RandomActions(std::size_t count, std::uint32_t seed);
 
 std::string Describe(const Action& action);

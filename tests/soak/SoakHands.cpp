@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cstring>
 #include <stdexcept>
 
 #include "platform/Clipboard.h"
@@ -78,7 +79,8 @@ std::string Quoted(int number) {
 std::string Difference(const Shown& wanted, const Shown& seen) {
   std::string text;
   const auto compare = [&](const char* name, const auto& expected, const auto& actual) {
-    if (expected != actual) text += std::string(name) + " " + Quoted(actual) + ", not " + Quoted(expected) + "\n";
+    if (expected != actual)
+      text += std::string(name) + " " + Quoted(actual) + ", not " + Quoted(expected) + "\n";
   };
   compare("rows", wanted.rows, seen.rows);
   compare("selected row", wanted.row, seen.row);
@@ -96,8 +98,38 @@ std::string Difference(const Shown& wanted, const Shown& seen) {
 
 bool CanBeTyped(const std::string& text) {
   return std::all_of(text.begin(), text.end(), [](char c) {
-    return c == ' ' || (static_cast<unsigned char>(c) < 0x80 && std::isalpha(static_cast<unsigned char>(c)) != 0);
+    return c == ' ' ||
+           (static_cast<unsigned char>(c) < 0x80 && std::isalpha(static_cast<unsigned char>(c)) != 0);
   });
+}
+
+/// For systems where GetProcessHandleCount answers 0, as Wine's does: counts among all handles there are.
+DWORD HandlesOf(DWORD process) {
+  struct Entry {
+    ULONG process;
+    BYTE type;
+    BYTE flags;
+    USHORT handle;
+    void* object;
+    ULONG access;
+  };
+  constexpr int systemHandles = 16;
+  constexpr ULONG room = ULONG{1} << 22U;
+  using Query = LONG(WINAPI*)(int, void*, ULONG, ULONG*);
+  const auto query = reinterpret_cast<Query>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll"), "NtQuerySystemInformation")));
+  std::vector<char> buffer(room);
+  ULONG size = 0;
+  if (query == nullptr || query(systemHandles, buffer.data(), room, &size) != 0) return 0;
+  ULONG count = 0;
+  std::memcpy(&count, buffer.data(), sizeof count);
+  DWORD own = 0;
+  for (ULONG i = 0; i < count; ++i) {
+    Entry entry{};
+    std::memcpy(&entry, buffer.data() + alignof(Entry) + i * sizeof entry, sizeof entry);
+    if (entry.process == process) ++own;
+  }
+  return own;
 }
 
 }  // namespace
@@ -168,14 +200,21 @@ void SoakHands::Start() {
 /// Posted messages are handled in their order: when the last one shows its effect, those before it have had
 /// theirs. A message handled may post another, which may post a third.
 void SoakHands::Settle() {
-  constexpr int rounds = 3;
+  constexpr int rounds = 2;
   const HWND list = fields_.at(Field::List);
   for (int round = 0; round < rounds; ++round) {
     Post(list, LB_SETHORIZONTALEXTENT, ++token_);
-    const bool answered = Wait(
-        [&] { return static_cast<WPARAM>(Ask(list, LB_GETHORIZONTALEXTENT)) == token_; });
+    const bool answered =
+        Wait([&] { return static_cast<WPARAM>(Ask(list, LB_GETHORIZONTALEXTENT)) == token_; });
     if (!answered) Differ("the program does not handle its messages");
   }
+}
+
+/// Real input comes after what is posted, but before what is to be painted.
+void SoakHands::WaitForInput() const {
+  const HWND list = fields_.at(Field::List);
+  InvalidateRect(list, nullptr, FALSE);
+  if (!Wait([&] { return GetUpdateRect(list, nullptr, FALSE) == 0; })) Differ("the program does not paint");
 }
 
 // --- Gestures ---------------------------------------------------------------------------------------------
@@ -192,13 +231,14 @@ void SoakHands::Perform(const Gesture& gesture) {
   lastDialog_ = nullptr;
   for (const ExpectedDialog& dialog : gesture.dialogs) Answer(dialog);
   if (!gesture.ends) {
-    if (gesture.real) Sleep(1);  // real input comes after what is posted
+    if (gesture.real) WaitForInput();
     Settle();
     Compare();
     return;
   }
   if (!program_.WaitForEnd()) Differ("the program does not end");
-  if (gesture.kind == GestureKind::Close && program_.ExitCode() != 0) Differ("the program ended with an error");
+  if (gesture.kind == GestureKind::Close && program_.ExitCode() != 0)
+    Differ("the program ended with an error");
   bars_.clear();
   if (const std::string difference = FilesDifference(); !difference.empty()) Differ(difference);
 }
@@ -214,11 +254,11 @@ void SoakHands::Do(const Gesture& gesture) {
       return GiveCommand(gesture);
     case GestureKind::SelectRow:
     case GestureKind::SelectEntry: {
+      static_assert(LBN_SELCHANGE == CBN_SELCHANGE);
       const bool row = gesture.kind == GestureKind::SelectRow;
       const HWND control = WindowOf(row ? Field::List : Field::Chooser);
       Ask(control, row ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(gesture.a));
-      return Post(GetParent(control), WM_COMMAND,
-                  MAKEWPARAM(GetDlgCtrlID(control), row ? LBN_SELCHANGE : CBN_SELCHANGE),
+      return Post(GetParent(control), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(control), LBN_SELCHANGE),
                   reinterpret_cast<LPARAM>(control));
     }
     case GestureKind::ClickRow:
@@ -354,7 +394,9 @@ void SoakHands::Drag(const Gesture& gesture) const {
   const bool columns = gesture.a == 0;
   const HWND parent = columns ? window_ : GetParent(WindowOf(Field::Description));
   const HWND splitter = FindWindowExA(parent, nullptr, "SnipstoreSplitter", nullptr);
-  const auto at = [&](int distance) { return columns ? MAKELPARAM(2 + distance, 2) : MAKELPARAM(2, 2 + distance); };
+  const auto at = [&](int distance) {
+    return columns ? MAKELPARAM(2 + distance, 2) : MAKELPARAM(2, 2 + distance);
+  };
   Post(splitter, WM_LBUTTONDOWN, MK_LBUTTON, at(0));
   Post(splitter, WM_MOUSEMOVE, MK_LBUTTON, at(gesture.b));
   Post(splitter, WM_LBUTTONUP, 0, at(0));
@@ -376,16 +418,15 @@ void SoakHands::UseMenu(const Gesture& gesture) {
   }
   HWND menu = nullptr;
   if (!Wait([&] { return (menu = VisibleWindow("frmMenu")) != nullptr; })) Differ("no menu came up");
-  // While it unfolds it takes neither keys nor clicks.
-  constexpr DWORD unfoldedMs = 200;
-  const bool gone = WaitUntil([&] {
-    if (gesture.text.empty()) {
-      Post(window_, WM_KEYDOWN, VK_ESCAPE, 1);
-    } else if (IsWindowVisible(menu) != 0 && !AccessibleClient(menu).Press(gesture.text)) {
-      return false;
-    }
-    return Wait([&] { return VisibleWindow("frmMenu") == nullptr; }, unfoldedMs);
-  });
+  // While it unfolds nothing else is handled. One Escape only: another would reach the field that has the
+  // focus.
+  Settle();
+  if (gesture.text.empty()) {
+    Post(window_, WM_KEYDOWN, VK_ESCAPE, 1);
+  } else if (!AccessibleClient(menu).Press(gesture.text)) {
+    Differ("the menu does not offer " + gesture.text);
+  }
+  const bool gone = Wait([&] { return VisibleWindow("frmMenu") == nullptr; });
   if (!gone) Differ("the menu stays open");
 }
 
@@ -411,7 +452,7 @@ void SoakHands::Answer(const ExpectedDialog& expected) {
   if (!Wait([&] { return IsWindow(dialog) == 0; })) Differ("this stays: " + expected.text);
 }
 
-Shown SoakHands::Look() const {
+Shown SoakHands::Look(bool thorough) const {
   Shown seen;
   const auto texts = [this](HWND control, UINT count, UINT length, UINT get) {
     std::vector<std::string> found;
@@ -436,12 +477,17 @@ Shown SoakHands::Look() const {
   const HWND list = WindowOf(Field::List);
   const HWND chooser = WindowOf(Field::Chooser);
   const HWND code = WindowOf(Field::Code);
-  seen.rows = texts(list, LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT);
+  // Each text is two questions to another process: what should be as it was is looked at now and then.
+  const Shown& wanted = model_->shown();
+  seen.rows = thorough || wanted.rows != lastSeen_.rows ? texts(list, LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT)
+                                                        : lastSeen_.rows;
   seen.row = static_cast<int>(Ask(list, LB_GETCURSEL));
   seen.code = TextOf(code);
   seen.description = TextOf(WindowOf(Field::Description));
   seen.locked = (GetWindowLongA(code, GWL_STYLE) & ES_READONLY) != 0;
-  seen.entries = texts(chooser, CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT);
+  seen.entries = thorough || wanted.entries != lastSeen_.entries
+                     ? texts(chooser, CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT)
+                     : lastSeen_.entries;
   seen.entry = static_cast<int>(Ask(chooser, CB_GETCURSEL));
   seen.nameBox = box(Field::Name);
   seen.fileNameBox = box(Field::FileName);
@@ -471,15 +517,17 @@ std::vector<std::string> SoakHands::Listing() {
 std::string SoakHands::FilesDifference() const {
   for (const auto& [name, bytes] : model_->files()) {
     const std::string found = program_.folder().Read(name + ".bns");
-    if (found != bytes) return "the file " + name + " holds " + Quoted(found) + ", not " + Quoted(bytes) + "\n";
+    if (found != bytes)
+      return "the file " + name + " holds " + Quoted(found) + ", not " + Quoted(bytes) + "\n";
   }
   return {};
 }
 
 void SoakHands::Compare() {
-  constexpr int filesEvery = 25;
+  constexpr int everythingEvery = 16;
   constexpr DWORD patience = 3000;
-  const bool withFiles = comparedFiles_ != model_->files() || gestures_ % filesEvery == 0;
+  const bool thorough = gestures_ % everythingEvery == 0;
+  const bool withFiles = comparedFiles_ != model_->files() || thorough;
   std::string difference;
   const auto agrees = [&] {
     difference.clear();
@@ -489,7 +537,8 @@ void SoakHands::Compare() {
     } else if (IsWindowVisible(window_) == 0 || IsWindowEnabled(window_) == 0) {
       difference = "the window takes no input\n";
     }
-    difference += Difference(model_->shown(), Look());
+    lastSeen_ = Look(thorough);
+    difference += Difference(model_->shown(), lastSeen_);
     if (withFiles && difference.empty()) difference = FilesDifference();
     return difference.empty();
   };
@@ -506,6 +555,7 @@ ProcessUse SoakHands::Use() const {
   memory.cb = sizeof memory;
   GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
   GetProcessHandleCount(process.get(), &use.handles);
+  if (use.handles == 0) use.handles = HandlesOf(program_.Id());
   use.gdiObjects = GetGuiResources(process.get(), GR_GDIOBJECTS);
   use.userObjects = GetGuiResources(process.get(), GR_USEROBJECTS);
   use.workingSet = memory.WorkingSetSize;

@@ -14,7 +14,8 @@
 
 namespace snip::test {
 
-/// What a process holds. The working set and the private bytes are in bytes; Wine counts no GDI or USER objects.
+/// What a process holds. The working set and the private bytes are in bytes; Wine counts no GDI or USER
+/// objects.
 struct ProcessUse {
   DWORD handles = 0;
   DWORD gdiObjects = 0;
@@ -50,8 +51,9 @@ class SoakHands : public Hands {
   void UseMenu(const Gesture& gesture);
   void Answer(const ExpectedDialog& expected);
   void Settle();
+  void WaitForInput() const;
   void Compare();
-  Shown Look() const;
+  Shown Look(bool thorough) const;
   std::string FilesDifference() const;
 
   LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
@@ -71,6 +73,7 @@ class SoakHands : public Hands {
   DWORD thread_ = 0;
   WPARAM token_ = 0;
   int gestures_ = 0;
+  Shown lastSeen_;
   std::map<std::string, std::string> comparedFiles_;
 };
 

@@ -50,7 +50,7 @@ int main(int count, char** arguments) {
   if (!failure) {
     Print("No difference in " + std::to_string(seconds) + " s, " +
           std::to_string(static_cast<double>(actions) / seconds) + " actions a second");
-    Print("After the warm-up", measured.warm);
+    if (options.warmUpEnd < actions) Print("After the warm-up", measured.warm);
     Print("At the end", measured.end);
     return 0;
   }
@@ -61,6 +61,8 @@ int main(int count, char** arguments) {
   Print("Shortest script found:");
   if (const auto again = Replay(shortest, {.trace = [](const std::string& line) { Print(line); }})) {
     Print(again->difference);
+  } else {
+    Print("This time it showed no difference.");
   }
   return 1;
 }

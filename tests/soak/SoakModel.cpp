@@ -15,11 +15,19 @@ constexpr std::size_t kMostRows = 12;
 constexpr std::size_t kMostEntries = 9;
 constexpr std::size_t kLongText = 300;
 
-constexpr std::array kTexts{"x",       "Dim a", "\xE9", " ",         "\n",          "two words ",
+constexpr std::array kTexts{"x",       "Dim a", "\xE9",  " ",       "\n",          "two words ",
                             "  'c\n ", "(,)",   "\"s\"", "\n(.)\n", "Stop\n\nEnd", "\n...\n"};
-constexpr std::array kNames{"Alpha", "alpha", "Beta", "New Snippet", "...",         " lead", "trail ",
-                            "",      "(,)",   "z",    "\xC9t\xE9",   "\xE9T\xC9", "A rather long name"};
-constexpr std::array kLibraries{"Alpha", "Beta two", "Gamma", "\xDC" "ber", "a|b", "Delta.v2", "Zeta"};
+constexpr std::array kNames{
+    "Alpha", "alpha",     "Beta",      "New Snippet",       "...", " lead", "trail ", "", "(,)",
+    "z",     "\xC9t\xE9", "\xE9T\xC9", "A rather long name"};
+constexpr std::array kLibraries{"Alpha",
+                                "Beta two",
+                                "Gamma",
+                                "\xDC"
+                                "ber",
+                                "a|b",
+                                "Delta.v2",
+                                "Zeta"};
 
 constexpr int Of(int mainButton) {
   return Command::kMainButton + mainButton;
@@ -88,7 +96,8 @@ std::map<std::string, std::string> SoakModel::FirstFiles() {
       {"Broken", "no library\r\n"},
       {"Empty", "BNS2.0\r\n"},
       {"Many",
-       "BNS2.0\r\na\r\n\r\nA\r\n(,)\r\n1\r\n(.)\r\nb\r\n\r\nB\r\n(,)\r\n2\r\n(.)\r\nc\r\nd:\\c\r\nC\r\n(,)\r\n"
+       "BNS2.0\r\na\r\n\r\nA\r\n(,)\r\n1\r\n(.)\r\nb\r\n\r\nB\r\n(,)\r\n2\r\n(.)\r\nc\r\nd:\\c\r\nC\r\n(,)"
+       "\r\n"
        "For i = 1 To 3\r\n  Debug.Print \"x\" ' note\r\nNext\r\n(.)\r\nd\r\n\r\nD\r\n(,)\r\n4\r\n...\r\n"},
       {"Old", "BNS1.0\r\nFirst\r\nOne line\r\nBeep\r\n  Stop  \r\n.\r\nSecond\r\nTwo\r\nEnd\r\n..\r\n"},
   };
@@ -103,10 +112,8 @@ void SoakModel::Perform(Gesture gesture) {
 }
 
 void SoakModel::PerformCommand(int command, const Action& action) {
-  Perform({.kind = GestureKind::Command,
-           .a = command,
-           .b = static_cast<int>(action.a % 2),
-           .real = action.real});
+  Perform(
+      {.kind = GestureKind::Command, .a = command, .b = static_cast<int>(action.a % 2), .real = action.real});
 }
 
 void SoakModel::MoveFocus(Field field) {
@@ -253,8 +260,9 @@ bool SoakModel::Read(const std::string& bytes) {
   if (lines.empty() || (lines[0] != "BNS1.0" && lines[0] != "BNS2.0")) return false;
   const bool version1 = lines[0] == "BNS1.0";
   if (version1) {
-    Tell("This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
-         "converted to Snipstore 2.0 format.");
+    Tell(
+        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
+        "converted to Snipstore 2.0 format.");
   }
   snippets_.clear();
   saved_ = !version1;
@@ -320,8 +328,8 @@ void SoakModel::Write() {
   std::string bytes = "BNS2.0\r\n";
   for (std::size_t i = 0; i < snippets_.size(); ++i) {
     const Snippet& snippet = snippets_[i];
-    for (const std::string& item : {snippet.name, snippet.attachment, snippet.description, std::string("(,)"),
-                                    snippet.code}) {
+    for (const std::string& item :
+         {snippet.name, snippet.attachment, snippet.description, std::string("(,)"), snippet.code}) {
       bytes += item + "\r\n";
     }
     if (i + 1 < snippets_.size()) bytes += "(.)\r\n";
@@ -442,7 +450,8 @@ void SoakModel::ChangeCode(GestureKind kind, const Action& action) {
   if (shown_.focus != Field::Code) return;  // a name that is not taken keeps the focus
   std::string characters = ToCharacters(shown_.code);
   std::size_t from = action.a % (characters.size() + 1);
-  std::size_t to = std::min(from + (action.a / 1024 % 2) * (action.b / 1024 % 8), characters.size());
+  const std::size_t length = action.a / 1024 % 2 == 0 ? 0 : action.b / 1024 % 8;
+  std::size_t to = std::min(from + length, characters.size());
   if (characters.size() > kLongText) {
     from = 0;
     to = characters.size();
@@ -456,10 +465,10 @@ void SoakModel::ChangeCode(GestureKind kind, const Action& action) {
   if (kind == GestureKind::Type) gesture.text = Pick(kTexts, action.b);
   if (!shown_.locked) {
     const std::string inserted = kind == GestureKind::Paste ? ToCharacters(*clipboard_) : gesture.text;
-    std::size_t length = to - from;
-    if (kind == GestureKind::Erase && length == 0 && to < characters.size()) length = 1;
-    if (kind == GestureKind::Cut) clipboard_ = ToText(characters.substr(from, length));
-    characters.replace(from, length, inserted);
+    std::size_t count = to - from;
+    if (kind == GestureKind::Erase && count == 0 && to < characters.size()) count = 1;
+    if (kind == GestureKind::Cut) clipboard_ = ToText(characters.substr(from, count));
+    characters.replace(from, count, inserted);
     shown_.code = ToText(characters);
     if (kind == GestureKind::Type) saved_ = false;
   }
@@ -611,8 +620,7 @@ void SoakModel::Do(const Action& action) {
     case ActionKind::DeleteSnippet: {
       const bool byKey = shown_.focus == Field::List && action.b % 2 == 0;
       DeleteSnippet();
-      return byKey ? key(Field::List, deleteKey)
-                   : PerformCommand(Of(MainButton::kDeleteSnippet), action);
+      return byKey ? key(Field::List, deleteKey) : PerformCommand(Of(MainButton::kDeleteSnippet), action);
     }
     case ActionKind::Save:
       Save();
@@ -633,7 +641,8 @@ void SoakModel::Do(const Action& action) {
     case ActionKind::TypeFileName:
       if (shown_.focus != Field::FileName) return;
       shown_.fileNameBox = Pick(kLibraries, action.a);
-      return Perform({.kind = GestureKind::Type, .field = Field::FileName, .b = -1, .text = *shown_.fileNameBox});
+      return Perform(
+          {.kind = GestureKind::Type, .field = Field::FileName, .b = -1, .text = *shown_.fileNameBox});
     case ActionKind::AcceptFileName:
       if (shown_.focus != Field::FileName) return;
       AcceptFileName();

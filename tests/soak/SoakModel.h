@@ -80,7 +80,8 @@ class Hands {
   virtual std::vector<std::string> Listing() = 0;
 };
 
-/// What the program has to do, told a second time and in the simplest way: texts, an index and a few switches.
+/// What the program has to do, told a second time and in the simplest way: texts, an index and a few
+/// switches.
 class SoakModel {
  public:
   explicit SoakModel(Hands& hands) : hands_(hands) {}
@@ -149,7 +150,7 @@ class SoakModel {
   bool disabled_ = false;
   int editIndex_ = -1;
   int renamed_ = -1;
-  bool keptOnTop_ = false;  ///< As the settings have it.
+  bool keptOnTop_ = false;                ///< As the settings have it.
   std::optional<std::string> clipboard_;  ///< Nothing when it cannot be known.
   int fieldsLeft_ = 0;
   std::uint32_t answers_ = 0;
