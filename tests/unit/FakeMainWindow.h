@@ -13,6 +13,7 @@
 
 #include "library/LibraryStore.h"
 #include "platform/Text.h"
+#include "tests/unit/AllBytes.h"
 #include "tests/unit/Printing.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
@@ -164,18 +165,19 @@ class FakeStore : public LibraryStore {
     return true;
   }
   std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
-  std::optional<std::string> Read(const std::string& path) const override {
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     calls_.push_back("read " + path);
     const auto file = files.find(path);
-    return file == files.end() ? std::nullopt : std::optional(file->second);
+    return file == files.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);
   }
-  bool Replace(const std::string& path, const std::string& bytes) override {
+  bool Replace(const std::string& path, ByteSource&& bytes) override {
     calls_.push_back("write " + path);
     whileWriting();
     files.erase(path);
     if (failing) return false;
-    files[path] = bytes.substr(0, room);
-    return bytes.size() <= room;
+    const std::string all = AllBytes(bytes);
+    files[path] = all.substr(0, room);
+    return all.size() <= room;
   }
 
  private:
