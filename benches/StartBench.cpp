@@ -115,7 +115,8 @@ void Measure(const std::string& executable, int count) {
   const bool limited = count == kLimitedSize;
   PrintRatio("start to a visible, idle window" + suffix, starting, limited ? kTimeLimit : -1);
   PrintValue("working set then" + suffix, Median(memory),
-             Median(notepadMemory) + kFilesInMemory * static_cast<double>(bytes.size()) / kMb, "MB");
+             !limited ? -1 : Median(notepadMemory) + kFilesInMemory * static_cast<double>(bytes.size()) / kMb,
+             "MB");
   PrintValue("notepad's working set", Median(notepadMemory), -1, "MB");
 }
 
