@@ -123,7 +123,7 @@ std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
 
 bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   if (!IsInFolder(path)) return false;
-  constexpr std::size_t pieceSize = std::size_t{1} << 18U;
+  constexpr std::size_t pieceSize = std::size_t{1} << 16U;
   const std::unique_ptr<char[]> piece(new char[pieceSize]);
   const std::wstring longPath = LongPath(path);
   DeleteFileW(longPath.c_str());

@@ -8,7 +8,7 @@ namespace snip {
 namespace {
 
 /// Small enough to stay in the processor's cache between being read and being taken apart.
-constexpr std::size_t kPiece = std::size_t{1} << 18U;
+constexpr std::size_t kPiece = std::size_t{1} << 16U;
 
 /// The index of the first line feed in [from, end), `end` when there is none.
 std::size_t FindLineFeed(const char* bytes, std::size_t from, std::size_t end) {
