@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <new>
 #include <optional>
 #include <span>
@@ -153,6 +154,7 @@ class FakeStore : public LibraryStore {
   std::map<std::string, std::string> files;
   bool failing = false;                  ///< The folder cannot be written to: what is replaced is lost.
   std::size_t room = std::string::npos;  ///< Bytes that the disk has left for a file.
+  mutable std::weak_ptr<bool> open;      ///< Of the file that was opened last, as long as it is.
   std::function<void()> whileWriting = [] {};
 
   std::vector<std::string> Names() const override { return names; }
@@ -168,7 +170,10 @@ class FakeStore : public LibraryStore {
   std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     calls_.push_back("read " + path);
     const auto file = files.find(path);
-    return file == files.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);
+    if (file == files.end()) return nullptr;
+    auto bytes = std::make_unique<OpenFile>(file->second);
+    open = bytes->held;
+    return bytes;
   }
   bool Replace(const std::string& path, ByteSource&& bytes) override {
     calls_.push_back("write " + path);
@@ -181,6 +186,11 @@ class FakeStore : public LibraryStore {
   }
 
  private:
+  struct OpenFile : BytesInMemory {
+    using BytesInMemory::BytesInMemory;
+    std::shared_ptr<bool> held = std::make_shared<bool>(true);
+  };
+
   Calls& calls_;
 };
 
