@@ -36,8 +36,8 @@ void BenchList() {
     const BareWindow window;
     const UniqueFont font = MessageFont();
     SnippetControls controls({}, {.setEditingDisabled = [](bool) {}, .setEditMode = [](bool) {}});
-    controls.Create(window.hWnd(), window.hWnd(), window.hWnd(),
-                    {.lstCode = 1, .txtName = 2, .txtDesc = 3, .txtCode = 4}, font.get());
+    controls.CreateNameBox(window.hWnd(), 2, font.get());
+    controls.Create(window.hWnd(), window.hWnd(), {.lstCode = 1, .txtDesc = 3, .txtCode = 4}, font.get());
     MoveTo(controls.lstCode(), kPlace);
     const HWND bare = CreateControl(
         window.hWnd(), "LISTBOX", "", WS_VISIBLE | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,

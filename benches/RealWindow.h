@@ -7,6 +7,7 @@
 #include "library/LibraryFolder.h"
 #include "tests/windows/TestDesktop.h"
 #include "tests/windows/TestRegistry.h"
+#include "ui/caption/CaptionPainter.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip::bench {
@@ -31,9 +32,11 @@ class RealWindow {
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
   SettingsStore settings_{registry_};
+  CaptionPainter captions_;
   frmAddIn window_{{.store = store_,
                     .settings = settings_,
                     .sounds = sounds_,
+                    .caption = captions_,
                     .showMessage = showMessage_,
                     .unloaded = [] {},
                     .hidden = [] {}}};
