@@ -1,10 +1,11 @@
 #include "library/BnsFormat.h"
 
 #include <algorithm>
-#include <optional>
+#include <array>
 #include <utility>
 
 #include "library/BnsMarkers.h"
+#include "library/LineReader.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -12,69 +13,21 @@ namespace {
 
 using namespace bns;
 
-/// Takes a text apart into lines.
-class LineReader {
- public:
-  LineReader(std::string_view text, bool unixLines) : rest_(text), lineEnd_(unixLines ? "\n" : kLineEnd) {}
-
-  bool AtEnd() const { return rest_.empty(); }
-
-  /// The next line without its line end; the last one need not have any. Not to be called at the end.
-  std::string_view Next() {
-    const auto end = rest_.find(lineEnd_);
-    std::string_view line = rest_.substr(0, end);
-    rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + lineEnd_.size());
-    const bool mixed = unixLines() && line.ends_with('\r');  // a CR LF in a file that was edited elsewhere
-    if (mixed) line.remove_suffix(1);
-    return line;
-  }
-
-  std::string_view NextOrEmpty() { return AtEnd() ? std::string_view{} : Next(); }
-
-  /// What has not been read yet; a block of lines is the difference between two of these.
-  std::string_view rest() const { return rest_; }
-  bool unixLines() const { return lineEnd_ != kLineEnd; }
-
- private:
-  std::string_view rest_;
-  std::string_view lineEnd_;
-};
-
-/// The lines of `raw`, each without blanks at its end and with CR LF behind it.
-std::string BlockText(std::string_view raw, bool unixLines) {
-  const bool asInMemory =
-      !unixLines && raw.ends_with(kLineEnd) && raw.find(" \r\n") == std::string_view::npos;
-  if (asInMemory) return std::string(raw);
-
-  std::string text;
-  text.reserve(raw.size() + kLineEnd.size());
-  LineReader lines(raw, unixLines);
-  while (!lines.AtEnd()) text.append(TrimRight(lines.Next())).append(kLineEnd);
-  return text;
-}
-
 enum class BlockEnd {
   Marker,  ///< The block's own end marker: the record goes on, or another follows.
   List,    ///< The end of the list, or of the file, which is taken for it.
 };
 
-/// Reads lines into `text` until `marker` or the end of the list.
+/// Reads lines into `text` until `marker` or the end of the list, each without blanks at its end and with CR
+/// LF behind it.
 BlockEnd ReadBlock(LineReader& lines, std::string& text, std::string_view marker, std::string_view listEnd) {
-  const std::string_view block = lines.rest();
-  std::size_t length = 0;
-  BlockEnd end = BlockEnd::List;
   while (!lines.AtEnd()) {
-    length = block.size() - lines.rest().size();
     const std::string_view line = lines.Next();
-    if (IsMarker(line, marker)) {
-      end = BlockEnd::Marker;
-      break;
-    }
+    if (IsMarker(line, marker)) return BlockEnd::Marker;
     if (IsMarker(line, listEnd)) break;
-    length = block.size() - lines.rest().size();
+    text.append(TrimRight(line)).append(kLineEnd);
   }
-  text = BlockText(block.substr(0, length), lines.unixLines());
-  return end;
+  return BlockEnd::List;
 }
 
 void DropLastLineEnd(std::string& text) {
@@ -103,19 +56,24 @@ BnsContents ReadRecords(LineReader& lines, BnsVersion version) {
   BnsContents contents{.version = version, .snippets = {}, .omitted = 0};
   if (lines.AtEnd()) return contents;
 
-  const auto add = [&](Snippet&& record) {
+  // Every record is read into the same one, whose texts have become long enough soon, and copied in its size.
+  Snippet record;
+  const auto add = [&] {
     if (contents.snippets.size() < Library::kMaxSnippets) {
-      contents.snippets.push_back(std::move(record));
+      contents.snippets.push_back(record);
     } else {
       ++contents.omitted;
     }
   };
   const std::string_view listEnd = version == BnsVersion::Version1 ? kListEndV1 : kListEnd;
   for (;;) {
-    Snippet record;
+    record.Name.clear();
+    record.Attachment.clear();
+    record.Description.clear();
+    record.Code.clear();
     if (lines.AtEnd()) {
       // The file promised another record and stops: the record stays, empty.
-      add(std::move(record));
+      add();
       return contents;
     }
     const std::string_view line = lines.Next();
@@ -131,43 +89,71 @@ BnsContents ReadRecords(LineReader& lines, BnsVersion version) {
     record.Name = line;
     const BlockEnd end = ReadRecord(lines, record, version);
     DropLastLineEnds(record, version);
-    add(std::move(record));
+    add();
     if (end == BlockEnd::List) return contents;
   }
 }
 
 }  // namespace
 
-std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes) {
-  LineReader lines(bytes, HasUnixLines(bytes));
-  if (lines.AtEnd()) return NotALibrary::NoFirstLine;
+std::variant<BnsContents, NotALibrary> ReadBns(ByteSource& bytes) {
+  LineReader lines(bytes);
+  if (lines.AtEnd()) return bytes.Failed() ? NotALibrary::Unreadable : NotALibrary::NoFirstLine;
   const std::string_view firstLine = lines.Next();
-  if (EqualsIgnoringAsciiCase(firstLine, kVersion1)) return ReadRecords(lines, BnsVersion::Version1);
-  if (EqualsIgnoringAsciiCase(firstLine, kVersion2)) return ReadRecords(lines, BnsVersion::Version2);
-  return NotALibrary::UnknownFirstLine;
+  const bool version1 = EqualsIgnoringAsciiCase(firstLine, kVersion1);
+  if (!version1 && !EqualsIgnoringAsciiCase(firstLine, kVersion2)) return NotALibrary::UnknownFirstLine;
+  BnsContents contents = ReadRecords(lines, version1 ? BnsVersion::Version1 : BnsVersion::Version2);
+  if (bytes.Failed()) return NotALibrary::Unreadable;
+  return contents;
+}
+
+std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes) {
+  BytesInMemory source(bytes);
+  return ReadBns(source);
+}
+
+/// Takes up what follows: the first line, a snippet, the end of the list; false when there is nothing more.
+bool BnsBytes::TakeNext() {
+  std::size_t count = 0;
+  const auto add = [&](std::string_view item) {
+    parts_[count++] = item;
+    parts_[count++] = kLineEnd;
+  };
+  const std::size_t step = step_++;
+  if (step == 0) {
+    add(kVersion2);
+  } else if (step <= snippets_.size()) {
+    const Snippet& snippet = snippets_[step - 1];
+    for (const std::string_view item :
+         {std::string_view(snippet.Name), std::string_view(snippet.Attachment),
+          std::string_view(snippet.Description), kDescriptionEnd, std::string_view(snippet.Code)}) {
+      add(item);
+    }
+    if (step < snippets_.size()) add(kCodeEnd);
+  } else if (step == snippets_.size() + 1) {
+    add(kListEnd);
+  }
+  ahead_ = std::span(parts_).first(count);
+  return count > 0;
+}
+
+std::size_t BnsBytes::Read(std::span<char> room) {
+  std::size_t filled = 0;
+  while (filled < room.size() && (!ahead_.empty() || TakeNext())) {
+    std::string_view& part = ahead_.front();
+    const std::size_t got = part.copy(room.data() + filled, room.size() - filled);
+    filled += got;
+    part.remove_prefix(got);
+    if (part.empty()) ahead_ = ahead_.subspan(1);
+  }
+  return filled;
 }
 
 std::string WriteBns(std::span<const Snippet> snippets) {
-  constexpr std::size_t markersPerSnippet = kDescriptionEnd.size() + kCodeEnd.size() + 6 * kLineEnd.size();
-  std::size_t size = kVersion2.size() + kListEnd.size() + 2 * kLineEnd.size();
-  for (const Snippet& snippet : snippets) {
-    size += snippet.Name.size() + snippet.Attachment.size() + snippet.Description.size() +
-            snippet.Code.size() + markersPerSnippet;
-  }
   std::string bytes;
-  bytes.reserve(size);
-  const auto writeItem = [&](std::string_view item) { bytes.append(item).append(kLineEnd); };
-
-  writeItem(kVersion2);
-  for (const Snippet& snippet : snippets) {
-    writeItem(snippet.Name);
-    writeItem(snippet.Attachment);
-    writeItem(snippet.Description);
-    writeItem(kDescriptionEnd);
-    writeItem(snippet.Code);
-    if (&snippet != &snippets.back()) writeItem(kCodeEnd);
-  }
-  writeItem(kListEnd);
+  BnsBytes source(snippets);
+  std::array<char, 4096> piece;
+  while (const std::size_t got = source.Read(piece)) bytes.append(piece.data(), got);
   return bytes;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <span>
 #include <string>
@@ -7,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "library/ByteSource.h"
 #include "library/Library.h"
 
 namespace snip {
@@ -36,6 +38,7 @@ enum class BnsVersion {
 enum class NotALibrary {
   NoFirstLine,       ///< There is nothing in the file.
   UnknownFirstLine,  ///< The first line names no version of the format.
+  Unreadable,        ///< Reading failed before the end.
 };
 
 struct BnsContents {
@@ -49,10 +52,33 @@ struct BnsContents {
 ///
 /// The first line says how lines end: CR LF, or LF alone in a file that came through another system's editor.
 /// Any other CR or LF is part of its line.
+///
+/// Never holds more of the file than a piece, aside from the snippets.
+std::variant<BnsContents, NotALibrary> ReadBns(ByteSource& bytes);
 std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes);
 
-/// The bytes of a version 2 file. What this wrote reads back unchanged but for blanks at the end of lines, as
-/// long as no line of a text is a marker and no name or attachment holds a line end.
+/// The bytes of a version 2 file of these snippets, which have to stay as they are meanwhile. The file reads
+/// back unchanged but for blanks at the end of lines, as long as no line of a text is a marker and no name or
+/// attachment holds a line end.
+class BnsBytes : public ByteSource {
+ public:
+  explicit BnsBytes(std::span<const Snippet> snippets) : snippets_(snippets) {}
+  BnsBytes(const BnsBytes&) = delete;
+  BnsBytes& operator=(const BnsBytes&) = delete;
+
+  std::size_t Read(std::span<char> room) override;
+  bool Failed() const override { return false; }
+
+ private:
+  bool TakeNext();
+
+  std::span<const Snippet> snippets_;
+  std::size_t step_ = 0;
+  std::array<std::string_view, 12> parts_;  ///< Of one snippet: items, each with its line end behind it.
+  std::span<std::string_view> ahead_;       ///< Those of the parts that have not been read to their end.
+};
+
+/// The same bytes as a whole.
 std::string WriteBns(std::span<const Snippet> snippets);
 
 /// Whether a file of these snippets reads back as them, blanks at the end of lines aside. Texts of a version

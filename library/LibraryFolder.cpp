@@ -22,9 +22,7 @@ bool IsLibrary(const WIN32_FIND_DATAA& entry) {
          EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension);
 }
 
-/// Files are read and written in pieces: one call takes at most a DWORD of bytes.
-constexpr std::size_t kPiece = std::size_t{1} << 24U;
-/// No library is that large, and a 32-bit process could not hold it twice.
+/// No library is that large, and a 32-bit process has no room for much more.
 constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
 /// A path as the system takes it without its old limit of 260 characters, if it is one that can be given so.
@@ -37,6 +35,24 @@ std::wstring LongPath(const std::string& path) {
   return onDrive ? L"\\\\?\\" + wide : wide;
 }
 
+/// The bytes of an open file.
+class FileBytes : public ByteSource {
+ public:
+  explicit FileBytes(UniqueFile file) : file_(std::move(file)) {}
+
+  std::size_t Read(std::span<char> room) override {
+    DWORD got = 0;
+    const auto wanted = static_cast<DWORD>(std::min<std::size_t>(room.size(), MAXLONG));
+    if (ReadFile(file_.get(), room.data(), wanted, &got, nullptr) == 0) failed_ = true;
+    return failed_ ? 0 : got;
+  }
+  bool Failed() const override { return failed_; }
+
+ private:
+  UniqueFile file_;
+  bool failed_ = false;
+};
+
 /// Opens a file for one that reads with others, or writes alone. Whoever stands in the way mostly goes in a
 /// moment: another instance that saves or opens the same library, or a program that looks through new and
 /// changed files and may still hold the one just deleted, whose name is only free when it lets go.
@@ -46,8 +62,8 @@ UniqueFile OpenPatiently(const std::wstring& path, DWORD access, DWORD dispositi
   UniqueFile file;
   for (int attempt = 0; attempt < attempts && !file; ++attempt) {
     if (attempt > 0) Sleep(pauseMs);
-    file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
-                           nullptr));
+    file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
+                           FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file && GetLastError() != ERROR_ACCESS_DENIED && GetLastError() != ERROR_SHARING_VIOLATION) break;
   }
   return file;
@@ -98,39 +114,26 @@ bool LibraryFolder::Exists(const std::string& path) const {
   return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
-std::optional<std::string> LibraryFolder::Read(const std::string& path) const {
-  const UniqueFile file = OpenPatiently(LongPath(path), GENERIC_READ, OPEN_EXISTING);
-  if (!file) return std::nullopt;
+std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
+  UniqueFile file = OpenPatiently(LongPath(path), GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};
-  if (GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return std::nullopt;
-
-  std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
-  std::size_t filled = 0;
-  while (filled < bytes.size()) {
-    DWORD got = 0;
-    const auto wanted = static_cast<DWORD>(std::min(kPiece, bytes.size() - filled));
-    if (ReadFile(file.get(), bytes.data() + filled, wanted, &got, nullptr) == 0) return std::nullopt;
-    if (got == 0) break;  // the file has become shorter meanwhile
-    filled += got;
-  }
-  bytes.resize(filled);
-  return bytes;
+  if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return nullptr;
+  return std::make_unique<FileBytes>(std::move(file));
 }
 
-bool LibraryFolder::Replace(const std::string& path, const std::string& bytes) {
+bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   if (!IsInFolder(path)) return false;
+  constexpr std::size_t pieceSize = std::size_t{1} << 16U;
+  const std::unique_ptr<char[]> piece(new char[pieceSize]);
   const std::wstring longPath = LongPath(path);
   DeleteFileW(longPath.c_str());
   const UniqueFile file = OpenPatiently(longPath, GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
-  for (std::size_t done = 0; done < bytes.size();) {
+  while (const auto size = static_cast<DWORD>(bytes.Read({piece.get(), pieceSize}))) {
     DWORD written = 0;
-    const auto wanted = static_cast<DWORD>(std::min(kPiece, bytes.size() - done));
-    if (WriteFile(file.get(), bytes.data() + done, wanted, &written, nullptr) == 0 || written == 0)
-      return false;
-    done += written;
+    if (WriteFile(file.get(), piece.get(), size, &written, nullptr) == 0 || written != size) return false;
   }
-  return true;
+  return !bytes.Failed();
 }
 
 bool LibraryFolder::Rename(const std::string& path, const std::string& newPath) {

@@ -14,8 +14,8 @@ class LibraryFolder : public LibraryStore {
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override;
   bool Exists(const std::string& path) const override;
-  std::optional<std::string> Read(const std::string& path) const override;
-  bool Replace(const std::string& path, const std::string& bytes) override;
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override;
+  bool Replace(const std::string& path, ByteSource&& bytes) override;
   bool Rename(const std::string& path, const std::string& newPath) override;
 
  private:

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "library/ByteSource.h"
 
 namespace snip {
 
@@ -16,10 +18,10 @@ class LibraryStore {
   /// The full path of the library of that name in the folder, whether or not it exists.
   virtual std::string PathOf(const std::string& name) const = 0;
   virtual bool Exists(const std::string& path) const = 0;
-  /// A file's bytes, or nothing when it cannot be read.
-  virtual std::optional<std::string> Read(const std::string& path) const = 0;
+  /// A file's bytes, or null when it cannot be read.
+  virtual std::unique_ptr<ByteSource> Open(const std::string& path) const = 0;
   /// Deletes what is at `path` and writes the bytes anew; tells whether all of them are there.
-  virtual bool Replace(const std::string& path, const std::string& bytes) = 0;
+  virtual bool Replace(const std::string& path, ByteSource&& bytes) = 0;
   /// False, and nothing is changed, when there is a file of the new name already or the system refuses.
   virtual bool Rename(const std::string& path, const std::string& newPath) = 0;
 };

@@ -240,6 +240,36 @@ std::string ManySnippets(std::size_t count, bool version1) {
   return bytes;
 }
 
+/// Gives its bytes in pieces of two, and fails where they end.
+class FailingSource : public BytesInMemory {
+ public:
+  using BytesInMemory::BytesInMemory;
+  std::size_t Read(std::span<char> room) override { return BytesInMemory::Read(room.first(2)); }
+  bool Failed() const override { return true; }
+};
+
+TEST(BnsFormatTest, ALineEndMayLieAnywhereInTheFile) {
+  for (std::size_t shift = 0; shift < 4; ++shift) {
+    SCOPED_TRACE(shift);
+    Snippet snippet{.Name = std::string(shift, 'n'), .Attachment = "", .Code = "", .Description = ""};
+    for (int line = 0; line < 150000; ++line) snippet.Code += "ab\r\n";
+    const std::string bytes = WriteBns({&snippet, 1});
+    EXPECT_EQ(std::get<BnsContents>(ReadBns(bytes)).snippets, std::vector{snippet});
+    std::string unixLines = bytes;
+    std::erase(unixLines, '\r');
+    EXPECT_EQ(std::get<BnsContents>(ReadBns(unixLines)).snippets, std::vector{snippet});
+  }
+}
+
+TEST(BnsFormatTest, WhatCouldNotBeReadToTheEndIsNoLibrary) {
+  for (const std::string& bytes : {std::string(), NewLibraryBns()}) {
+    FailingSource source(bytes);
+    const auto result = ReadBns(source);
+    ASSERT_TRUE(std::holds_alternative<NotALibrary>(result));
+    EXPECT_EQ(std::get<NotALibrary>(result), NotALibrary::Unreadable);
+  }
+}
+
 TEST(BnsFormatTest, ALibraryHolds32767SnippetsAndTheRestIsCounted) {
   struct Case {
     std::size_t inFile, read, omitted;

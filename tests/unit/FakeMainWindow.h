@@ -5,6 +5,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <new>
 #include <optional>
 #include <span>
@@ -13,6 +14,7 @@
 
 #include "library/LibraryStore.h"
 #include "platform/Text.h"
+#include "tests/unit/AllBytes.h"
 #include "tests/unit/Printing.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
@@ -153,6 +155,7 @@ class FakeStore : public LibraryStore {
   std::map<std::string, std::string> files;
   bool failing = false;                  ///< The folder cannot be written to: what is replaced is lost.
   std::size_t room = std::string::npos;  ///< Bytes that the disk has left for a file.
+  mutable std::weak_ptr<bool> open;      ///< Of the file that was opened last, as long as it is.
   std::function<void()> whileWriting = [] {};
 
   std::vector<std::string> Names() const override { return names; }
@@ -165,21 +168,30 @@ class FakeStore : public LibraryStore {
     return true;
   }
   std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
-  std::optional<std::string> Read(const std::string& path) const override {
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     calls_.push_back("read " + path);
     const auto file = files.find(path);
-    return file == files.end() ? std::nullopt : std::optional(file->second);
+    if (file == files.end()) return nullptr;
+    auto bytes = std::make_unique<OpenFile>(file->second);
+    open = bytes->held;
+    return bytes;
   }
-  bool Replace(const std::string& path, const std::string& bytes) override {
+  bool Replace(const std::string& path, ByteSource&& bytes) override {
     calls_.push_back("write " + path);
     whileWriting();
     files.erase(path);
     if (failing) return false;
-    files[path] = bytes.substr(0, room);
-    return bytes.size() <= room;
+    const std::string all = AllBytes(bytes);
+    files[path] = all.substr(0, room);
+    return all.size() <= room;
   }
 
  private:
+  struct OpenFile : BytesInMemory {
+    using BytesInMemory::BytesInMemory;
+    std::shared_ptr<bool> held = std::make_shared<bool>(true);
+  };
+
   Calls& calls_;
 };
 

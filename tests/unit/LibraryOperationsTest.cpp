@@ -200,7 +200,10 @@ TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSav
       "converted "
       "to Snipstore 2.0 format.";
   Rows rowsWhenAnnounced;
-  whileShown = [&] { rowsWhenAnnounced = view.rows; };
+  whileShown = [&] {
+    rowsWhenAnnounced = view.rows;
+    EXPECT_TRUE(store.open.expired()) << "nobody else can save it as long as the message stays";
+  };
   ChooseFile(2);
   EXPECT_EQ(calls, (Calls{"read " + kOther, announcement}));
   EXPECT_EQ(rowsWhenAnnounced, (Rows{"Left", "Right"})) << "the announcement comes first";

@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "platform/Handle.h"
+#include "tests/unit/AllBytes.h"
 #include "tests/windows/TestDesktop.h"
 
 namespace snip::test {
@@ -20,6 +22,17 @@ class LibraryFolderTest : public testing::Test {
   TemporaryFolder folder_;
   LibraryFolder store_{folder_.path()};
 
+  std::optional<std::string> Read(const std::string& path) const { return Read(store_, path); }
+  static std::optional<std::string> Read(const LibraryFolder& store, const std::string& path) {
+    const auto bytes = store.Open(path);
+    if (bytes == nullptr) return std::nullopt;
+    std::string all = AllBytes(*bytes);
+    return bytes->Failed() ? std::nullopt : std::optional(all);
+  }
+  bool Replace(const std::string& path, const std::string& bytes) { return Replace(store_, path, bytes); }
+  static bool Replace(LibraryFolder& store, const std::string& path, const std::string& bytes) {
+    return store.Replace(path, BytesInMemory(bytes));
+  }
   std::vector<std::string> SortedNames() const {
     std::vector<std::string> names = store_.Names();
     std::sort(names.begin(), names.end());
@@ -55,25 +68,25 @@ TEST_F(LibraryFolderTest, WhatCannotBeReadIsNothing) {
   const UniqueFile lock(CreateFileA(folder_.File("locked.bns").c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_EXISTING, 0, nullptr));
   for (const char* name : {"x.bns", "locked.bns", "missing.bns", "a<b?.bns"}) {
-    EXPECT_EQ(store_.Read(folder_.File(name)), std::nullopt) << name;
+    EXPECT_EQ(Read(folder_.File(name)), std::nullopt) << name;
   }
 }
 
 TEST_F(LibraryFolderTest, ReplacesWholeFilesOfAnySize) {
   for (const std::string& bytes :
        {std::string(5000000, 'z'), std::string("a\0b\r\n\xFF", 6), std::string()}) {
-    EXPECT_TRUE(store_.Replace(store_.PathOf("lib"), bytes));
+    EXPECT_TRUE(Replace(store_.PathOf("lib"), bytes));
     EXPECT_EQ(folder_.Read("lib.bns"), bytes);
-    EXPECT_EQ(store_.Read(store_.PathOf("lib")), bytes);
+    EXPECT_EQ(Read(store_.PathOf("lib")), bytes);
   }
 }
 
 TEST_F(LibraryFolderTest, NamesAsLongAsTheFileSystemTakesAreReadAndWritten) {
   const std::string path = store_.PathOf(std::string(250, 'n'));
   ASSERT_GT(path.size(), 260U);
-  EXPECT_TRUE(store_.Replace(path, "one"));
-  EXPECT_TRUE(store_.Replace(path, "two"));
-  EXPECT_EQ(store_.Read(path), "two");
+  EXPECT_TRUE(Replace(path, "one"));
+  EXPECT_TRUE(Replace(path, "two"));
+  EXPECT_EQ(Read(path), "two");
   EXPECT_EQ(store_.Names(), std::vector<std::string>{std::string(250, 'n')});
 }
 
@@ -86,7 +99,7 @@ TEST_F(LibraryFolderTest, AFileThatIsLetGoAMomentLaterIsStillReplaced) {
     Sleep(60);  // the moment
     scanner.Reset();
   });
-  EXPECT_TRUE(store_.Replace(store_.PathOf("lib"), "new"));
+  EXPECT_TRUE(Replace(store_.PathOf("lib"), "new"));
   EXPECT_EQ(folder_.Read("lib.bns"), "new");
 }
 
@@ -95,23 +108,23 @@ TEST_F(LibraryFolderTest, AFileThatAnotherProgramKeepsOpenStaysAsItIs) {
   {
     const UniqueFile lock(CreateFileA(folder_.File("lib.bns").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
-    EXPECT_FALSE(store_.Replace(store_.PathOf("lib"), "new"));
+    EXPECT_FALSE(Replace(store_.PathOf("lib"), "new"));
   }
   EXPECT_EQ(folder_.Read("lib.bns"), "old");
-  EXPECT_FALSE(store_.Replace(folder_.File("no such folder\\lib.bns"), "new"));
+  EXPECT_FALSE(Replace(folder_.File("no such folder\\lib.bns"), "new"));
 }
 
 TEST_F(LibraryFolderTest, AFileIsNeverReadWhileItIsHalfWritten) {
   // Two versions of a file that another instance of the program saves again and again.
   const std::string versions[] = {std::string(3000000, 'a'), std::string(2000000, 'b')};
-  store_.Replace(store_.PathOf("lib"), versions[0]);
+  Replace(store_.PathOf("lib"), versions[0]);
   std::atomic<bool> done = false;
   std::thread writer([&] {
-    for (int i = 1; !done; ++i) store_.Replace(store_.PathOf("lib"), versions[i % 2]);
+    for (int i = 1; !done; ++i) Replace(store_.PathOf("lib"), versions[i % 2]);
   });
   int whole = 0;
   for (int i = 0; i < 200 && whole < 20; ++i) {
-    const auto bytes = store_.Read(store_.PathOf("lib"));
+    const auto bytes = Read(store_.PathOf("lib"));
     if (!bytes) continue;  // between the deletion and the new file
     ++whole;
     EXPECT_TRUE(*bytes == versions[0] || *bytes == versions[1]) << bytes->size();
@@ -128,7 +141,7 @@ TEST_F(LibraryFolderTest, NothingIsWrittenBesideTheFolderOrWhereItIsNotListed) {
   for (const std::string& name : {"sub\\x"s, "sub/x"s, "..\\x"s, "sub\\..\\x"s, "lib.bns:x"s, "C:\\x"s,
                                   "\\\\.\\NUL"s, "x\0y"s, "CON"s, "nul"s, "com1 "s, "AUX.old"s, "LPT9"s}) {
     SCOPED_TRACE(testing::PrintToString(name));
-    EXPECT_FALSE(store_.Replace(store_.PathOf(name), "new"));
+    EXPECT_FALSE(Replace(store_.PathOf(name), "new"));
     EXPECT_FALSE(store_.Rename(store_.PathOf("lib"), store_.PathOf(name)));
     EXPECT_EQ(store_.Names(), std::vector<std::string>{"lib"});
     EXPECT_FALSE(folder_.Has("sub\\x.bns") || folder_.Has("..\\x.bns") || folder_.Has("x"));
@@ -139,7 +152,7 @@ TEST_F(LibraryFolderTest, NothingIsWrittenBesideTheFolderOrWhereItIsNotListed) {
 TEST_F(LibraryFolderTest, AnyOtherNameIsOneForALibrary) {
   for (const char* name :
        {"console", "COM", "COM10", "a.CON", " null", "x.", "it's (1) & 50% of #2; {all}"}) {
-    EXPECT_TRUE(store_.Replace(store_.PathOf(name), name)) << name;
+    EXPECT_TRUE(Replace(store_.PathOf(name), name)) << name;
     EXPECT_EQ(folder_.Read(std::string(name) + ".bns"), name);
   }
 }
@@ -152,32 +165,32 @@ TEST_F(LibraryFolderTest, AFullDiskLeavesTheFileMissingOrShortAndSaysSo) {
   for (const std::size_t size : {60000U, 64000U, 65000U, 66000U, 70000U, 100000U, 1000000U}) {
     SCOPED_TRACE(size);
     const std::string bytes(size, 'x');
-    const bool complete = small.Replace(small.PathOf("lib"), bytes);
+    const bool complete = Replace(small, small.PathOf("lib"), bytes);
     EXPECT_EQ(complete, size <= 65536);
-    const auto there = small.Read(small.PathOf("lib"));
+    const auto there = Read(small, small.PathOf("lib"));
     EXPECT_TRUE(!there || (bytes.starts_with(*there) && (there->size() == size) == complete));
   }
-  EXPECT_TRUE(small.Replace(small.PathOf("lib"), "short"));
-  EXPECT_EQ(small.Read(small.PathOf("lib")), "short");
+  EXPECT_TRUE(Replace(small, small.PathOf("lib"), "short"));
+  EXPECT_EQ(Read(small, small.PathOf("lib")), "short");
 }
 
 TEST_F(LibraryFolderTest, AFolderThatCannotBeWrittenKeepsItsFiles) {
   const char* disk = std::getenv("SNIPSTORE_READ_ONLY_DISK");  // holds "lib.bns" with the text "old"
   if (disk == nullptr) GTEST_SKIP() << "no read-only disk";
   LibraryFolder readOnly(disk);
-  EXPECT_FALSE(readOnly.Replace(readOnly.PathOf("lib"), "new"));
-  EXPECT_FALSE(readOnly.Replace(readOnly.PathOf("other"), "new"));
+  EXPECT_FALSE(Replace(readOnly, readOnly.PathOf("lib"), "new"));
+  EXPECT_FALSE(Replace(readOnly, readOnly.PathOf("other"), "new"));
   EXPECT_FALSE(readOnly.Rename(readOnly.PathOf("lib"), readOnly.PathOf("other")));
   EXPECT_EQ(readOnly.Names(), std::vector<std::string>{"lib"});
-  EXPECT_EQ(readOnly.Read(readOnly.PathOf("lib")), "old");
+  EXPECT_EQ(Read(readOnly, readOnly.PathOf("lib")), "old");
 }
 
 TEST_F(LibraryFolderTest, AFolderThatIsGoneHoldsNothingAndTakesNothing) {
   LibraryFolder gone(folder_.File("no such folder"));
   EXPECT_TRUE(gone.Names().empty());
-  EXPECT_EQ(gone.Read(gone.PathOf("lib")), std::nullopt);
+  EXPECT_EQ(Read(gone, gone.PathOf("lib")), std::nullopt);
   EXPECT_FALSE(gone.Exists(gone.PathOf("lib")));
-  EXPECT_FALSE(gone.Replace(gone.PathOf("lib"), "new"));
+  EXPECT_FALSE(Replace(gone, gone.PathOf("lib"), "new"));
   EXPECT_FALSE(gone.Rename(gone.PathOf("lib"), gone.PathOf("other")));
 }
 

@@ -37,10 +37,11 @@ void LibraryNaming::GetNewLib() {
 /// Writes a new library; false after telling the user why that name cannot be had.
 bool LibraryNaming::Create(const std::string& name) {
   const std::string path = store_.PathOf(name);
+  const std::string newLibrary = NewLibraryBns();
   std::string refusal;
   if (name == kBrowseEntry || store_.Exists(path)) {
     refusal = "This file already exists. Please choose another name.";
-  } else if (!store_.Replace(path, NewLibraryBns())) {
+  } else if (!store_.Replace(path, BytesInMemory(newLibrary))) {
     refusal = "A file of this name cannot be made. Please choose another name.";
   }
   if (refusal.empty()) return true;

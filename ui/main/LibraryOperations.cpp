@@ -1,5 +1,6 @@
 #include "ui/main/LibraryOperations.h"
 
+#include <memory>
 #include <utility>
 #include <variant>
 
@@ -13,6 +14,14 @@ constexpr std::string_view kExtension = ".bns";
 /// On a drive or, chosen from the network, on a server.
 bool IsFullPath(const std::string& entry) {
   return entry.find(":\\") != std::string::npos || entry.starts_with("\\\\");
+}
+
+/// Lets the file go as soon as it is read: nobody can save it while it is open, which must not last as long
+/// as a message about it.
+std::variant<BnsContents, NotALibrary> ReadLibrary(const LibraryStore& store, const std::string& path) {
+  const std::unique_ptr<ByteSource> bytes = store.Open(path);
+  if (bytes == nullptr) return NotALibrary::Unreadable;
+  return ReadBns(*bytes);
 }
 
 }  // namespace
@@ -104,8 +113,7 @@ void LibraryOperations::OfferToSave() {
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
-  const auto bytes = store_.Read(path);
-  auto result = ReadBns(bytes ? *bytes : std::string());
+  auto result = ReadLibrary(store_, path);
   auto* contents = std::get_if<BnsContents>(&result);
   if (contents == nullptr) {
     // The library in memory stays as it was, under its own name: what is shown is not part of it.
@@ -165,7 +173,7 @@ void LibraryOperations::ReportOmitted(std::size_t omitted) {
 void LibraryOperations::SaveCurFile() {
   const WaitCursorScope wait(snippetView_);
   // There is deliberately no word about a failure: the library stays whole in memory and can be saved again.
-  static_cast<void>(store_.Replace(store_.PathOf(library_.LibraryName), WriteBns(library_.Snippets)));
+  static_cast<void>(store_.Replace(store_.PathOf(library_.LibraryName), BnsBytes(library_.Snippets)));
 }
 
 void LibraryOperations::SaveLibrary() {

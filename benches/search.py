@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Compares `bns search --count` with `grep -c` over the largest library there can be.
 
-    bench/search.py BNS [LIMIT]
+    benches/search.py BNS [LIMIT]
 
 Makes a library of 32,767 snippets of about 2 KB each, runs both programs in turn with the same patterns, and
 prints the shortest times of each and their ratio. With LIMIT, exits with 1 where a ratio is above it.

@@ -1,0 +1,65 @@
+// Filling the snippet list, beside the same names added one by one to a bare list box.
+
+#include <memory>
+
+#include "benches/BareWindow.h"
+#include "benches/Comparison.h"
+#include "benches/GeneratedLibrary.h"
+#include "benches/WindowBenches.h"
+#include "platform/Fonts.h"
+#include "ui/main/SnippetControls.h"
+
+namespace snip::bench {
+namespace {
+
+constexpr int kRuns = 9;
+constexpr double kLimit = 1.2;
+constexpr int kLimitedSize = 32767;  ///< The limit is for the fullest list.
+constexpr Rect kPlace{0, 0, 200, 480};
+
+void AddOneByOne(HWND list, const std::vector<Snippet>& snippets) {
+  // Shown meanwhile, it would paint itself for every row, which takes seconds.
+  SendMessageA(list, WM_SETREDRAW, FALSE, 0);
+  SendMessageA(list, LB_RESETCONTENT, 0, 0);
+  for (const Snippet& snippet : snippets) {
+    SendMessageA(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(snippet.Name.c_str()));
+  }
+  SendMessageA(list, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(list, nullptr, TRUE);
+}
+
+}  // namespace
+
+void BenchList() {
+  for (const int count : kLibrarySizes) {
+    const auto snippets = GeneratedSnippets(count);
+    const BareWindow window;
+    const UniqueFont font = MessageFont();
+    SnippetControls controls({}, {.setEditingDisabled = [](bool) {}, .setEditMode = [](bool) {}});
+    controls.CreateNameBox(window.hWnd(), 2, font.get());
+    controls.Create(window.hWnd(), window.hWnd(), {.lstCode = 1, .txtDesc = 3, .txtCode = 4}, font.get());
+    MoveTo(controls.lstCode(), kPlace);
+    const HWND bare = CreateControl(
+        window.hWnd(), "LISTBOX", "", WS_VISIBLE | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+        WS_EX_CLIENTEDGE, 5, font.get(), {kPlace.right(), 0, kPlace.width, kPlace.height});
+    AnswerAll();
+    const Comparison filling = Compare(
+        kRuns,
+        [&] {
+          return Milliseconds([&] {
+            controls.FillRows(snippets);
+            AnswerAll();
+          });
+        },
+        [&] {
+          return Milliseconds([&] {
+            AddOneByOne(bare, snippets);
+            AnswerAll();
+          });
+        });
+    PrintRatio("fill the snippet list, " + std::to_string(count) + " names", filling,
+               count == kLimitedSize ? kLimit : -1);
+  }
+}
+
+}  // namespace snip::bench

@@ -1,0 +1,14 @@
+#include "benches/RealWindow.h"
+
+#include "benches/BareWindow.h"
+#include "library/BnsFormat.h"
+
+namespace snip::bench {
+
+RealWindow::RealWindow(const std::vector<Snippet>& snippets) {
+  folder_.Write("Bench.bns", WriteBns(snippets));
+  window_.Show();
+  AnswerAll();
+}
+
+}  // namespace snip::bench

@@ -1,0 +1,11 @@
+#pragma once
+
+namespace snip::bench {
+
+// Each measures one group of rows in this process and prints report lines for ./bench.
+void BenchList();
+void BenchCodeField();
+void BenchWalk();
+void BenchHover();
+
+}  // namespace snip::bench

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+namespace snip {
+
+/// Bytes that come piece by piece, as those of an open file do. What is read from it never has to be in
+/// memory as a whole.
+class ByteSource {
+ public:
+  virtual ~ByteSource() = default;
+
+  /// Fills `room` from its start and returns how many bytes that were; 0 at the end, and when reading fails.
+  virtual std::size_t Read(std::span<char> room) = 0;
+  /// Whether reading failed, so that the end was not the bytes' own.
+  virtual bool Failed() const = 0;
+};
+
+/// Bytes that are in memory already, and stay there as long as this.
+class BytesInMemory : public ByteSource {
+ public:
+  explicit BytesInMemory(std::string_view bytes) : rest_(bytes) {}
+
+  std::size_t Read(std::span<char> room) override {
+    const std::size_t got = rest_.copy(room.data(), room.size());
+    rest_.remove_prefix(got);
+    return got;
+  }
+  bool Failed() const override { return false; }
+
+ private:
+  std::string_view rest_;
+};
+
+}  // namespace snip
