@@ -246,10 +246,10 @@ void frmAddIn::LoadSettings() {
   MoveTo(hWnd(), twips_.ToPixels(wanted));
 
   // There is no earlier layout yet that a window with too little room could keep.
-  // A pixel less, since the panes' edges lie on whole pixels.
+  // A pixel less, since the panes' edges lie on whole pixels; and some of the code is to be seen.
   Size room = RoomForSplitters(twips_.ToTwips(ClientSize(hWnd())), kBarHeight);
   room.width -= twips_.ToTwipsX(1);
-  room.height -= twips_.ToTwipsY(1);
+  room.height -= twips_.ToTwipsY(1) + kBarHeight;
   leftPaneWidth_ = std::max(kLeastLeftPaneWidth, std::min(leftPaneWidth_, room.width));
   descriptionHeight_ = std::max(kLeastDescriptionHeight, std::min(descriptionHeight_, room.height));
   Form_Resize();
