@@ -74,6 +74,7 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   if (previous == nullptr) previous = Replace(window, &HookProc);
   SetPropA(window, kPreviousProperty, ToHandle(previous));
   TakeOverFrame(painter.Enabled());
+  ShareWithOwner(window, active_ || GetActiveWindow() == window);
 }
 
 void CaptionHook::Remove() {
