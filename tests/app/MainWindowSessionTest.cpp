@@ -168,6 +168,7 @@ TEST_F(MainWindowSession, ANameTooLongForTheListIsTold) {
     ClickRow(1, 2);  // through the tip
     EXPECT_TRUE(WaitUntil([&] { return Selected() == 1 && IsWindowVisible(NameBox()) != 0; }));
     PressKey(VK_ESCAPE);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(NameBox()) == 0; }));
     Close();
   }
 }
@@ -176,8 +177,8 @@ TEST_F(MainWindowSession, AttachmentsAreSetThroughTheDialogAndViewed) {
   for (const bool minimises : {true, false}) {
     SCOPED_TRACE(minimises);
     WriteLibrary("Numbers", {"one", "two"});
-    program_.folder().Write("seen.bat", "@echo seen> \"" + program_.folder().File("seen.txt") + "\"\r\n");
-    DeleteFileA(program_.folder().File("seen.txt").c_str());
+    // Of a kind that the system has no program for.
+    program_.folder().Write("seen.nothing", "");
     SetSetting("Settings", "MinimizeOnView", minimises ? "-1" : "0");
     Open();
     const auto open = [&] {
@@ -189,7 +190,7 @@ TEST_F(MainWindowSession, AttachmentsAreSetThroughTheDialogAndViewed) {
     ChooseFile("Choose Attachment", "");
     EXPECT_TRUE(open());
     ClickItem("Attachment", "Set Attachment...");
-    const std::string path = program_.folder().File("seen.bat");
+    const std::string path = program_.folder().File("seen.nothing");
     ChooseFile("Choose Attachment", path);
     PressKey('S', {VK_CONTROL});
     EXPECT_TRUE(WaitUntil([&] {
@@ -197,8 +198,9 @@ TEST_F(MainWindowSession, AttachmentsAreSetThroughTheDialogAndViewed) {
     })) << File("Numbers");
     EXPECT_FALSE(open());
     ClickItem("Attachment", "View Attachment");
-    EXPECT_TRUE(WaitUntil([&] { return program_.folder().Has("seen.txt"); }));
-    EXPECT_EQ(IsIconic(window_) != 0, minimises);
+    EXPECT_TRUE(WaitUntil([&] { return FindVisibleWindow("Attachment") == nullptr; }));
+    EXPECT_TRUE(WaitUntil([&] { return (IsIconic(window_) != 0) == minimises; }));
+    EXPECT_EQ(Prompt(), "") << "that it cannot be opened is not told";
     Close();
   }
 }

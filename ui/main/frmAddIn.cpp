@@ -439,11 +439,7 @@ void frmAddIn::Output() {
 }
 
 void frmAddIn::CopyCode() {
-  if (controls_.RowCount() == 0) {  // what is shown then is no code
-    services_.showMessage("No code snippet is currently selected.", MessageStyle::kInformation,
-                          kMainWindowTitle);
-    return;
-  }
+  if (controls_.RowCount() == 0) return;  // what is shown then is no code
   Copy(controls_.Code());
 }
 
