@@ -447,7 +447,7 @@ TEST_F(MainWindowTest, SplittersThatTheWindowHasNoRoomForStandWhereTheyFit) {
 TEST(MainMenusTest, TheItemsAreWorded) {
   const Registry32 registry{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
   const SoundEffects sounds{registry};
-  MainMenus menus(sounds, {});
+  MainMenus menus(sounds, {}, {});
   menus.Fill();
   const auto captions = [](const frmMenu& menu) {
     std::vector<std::string> all;

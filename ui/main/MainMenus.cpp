@@ -58,11 +58,14 @@ void FillMenu(frmMenu& menu, std::span<const Item> items) {
   }
 }
 
-frmMenu::Services MenuServices(const SoundEffects& sounds) {
-  return {.sounds = sounds, .makeTip = [](HWND) -> std::unique_ptr<TipWindow> {
+frmMenu::Services MenuServices(const SoundEffects& sounds,
+                               const std::function<bool(MSG& message)>& preTranslate) {
+  return {.sounds = sounds,
+          .makeTip = [](HWND) -> std::unique_ptr<TipWindow> {
             auto tip = std::make_unique<frmTip>();
             return tip->Load() ? std::move(tip) : nullptr;
-          }};
+          },
+          .preTranslate = preTranslate};
 }
 
 frmMenu::Events MenuEvents(std::function<void(int index)> clicked, std::function<void()> hidden = {}) {
@@ -71,12 +74,15 @@ frmMenu::Events MenuEvents(std::function<void(int index)> clicked, std::function
 
 }  // namespace
 
-MainMenus::MainMenus(const SoundEffects& sounds, Events events)
-    : mnuModFuncs("Output", MenuServices(sounds),
+MainMenus::MainMenus(const SoundEffects& sounds, std::function<bool(MSG& message)> preTranslate,
+                     Events events)
+    : mnuModFuncs("Output", MenuServices(sounds, preTranslate),
                   MenuEvents(std::move(events.mnuModFuncs_Clicked), std::move(events.mnuModFuncs_HideMenu))),
-      mnuSnippets("Snippets", MenuServices(sounds), MenuEvents(std::move(events.mnuSnippets_Clicked))),
-      mnuAttach("Attachment", MenuServices(sounds), MenuEvents(std::move(events.mnuAttach_Clicked))),
-      mnuEdit("Edit", MenuServices(sounds), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
+      mnuSnippets("Snippets", MenuServices(sounds, preTranslate),
+                  MenuEvents(std::move(events.mnuSnippets_Clicked))),
+      mnuAttach("Attachment", MenuServices(sounds, preTranslate),
+                MenuEvents(std::move(events.mnuAttach_Clicked))),
+      mnuEdit("Edit", MenuServices(sounds, preTranslate), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
 
 void MainMenus::Fill() {
   FillMenu(mnuModFuncs, kOutputItems);

@@ -19,7 +19,8 @@ class MainMenus {
     std::function<void(int index)> mnuEdit_Clicked;
   };
 
-  MainMenus(const SoundEffects& sounds, Events events);
+  /// `preTranslate` is that of the window's message loop.
+  MainMenus(const SoundEffects& sounds, std::function<bool(MSG& message)> preTranslate, Events events);
 
   void Fill();
   void Unload();

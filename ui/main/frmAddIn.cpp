@@ -110,11 +110,12 @@ frmAddIn::frmAddIn(Services services)
                        cmd_.RedrawButton(MainButton::kEditSnippet);
                        SetTabStop(chooser_.cboFiles(), !editing);
                      }}),
-      menus_(services_.sounds, {.mnuModFuncs_Clicked = [this](int index) { mnuModFuncs_Clicked(index); },
-                                .mnuModFuncs_HideMenu = [this] { cmd_.Thaw(); },
-                                .mnuSnippets_Clicked = [this](int index) { mnuSnippets_Clicked(index); },
-                                .mnuAttach_Clicked = [this](int index) { mnuAttach_Clicked(index); },
-                                .mnuEdit_Clicked = [this](int index) { mnuEdit_Clicked(index); }}),
+      menus_(services_.sounds, [this](MSG& message) { return PreTranslate(message); },
+             {.mnuModFuncs_Clicked = [this](int index) { mnuModFuncs_Clicked(index); },
+              .mnuModFuncs_HideMenu = [this] { cmd_.Thaw(); },
+              .mnuSnippets_Clicked = [this](int index) { mnuSnippets_Clicked(index); },
+              .mnuAttach_Clicked = [this](int index) { mnuAttach_Clicked(index); },
+              .mnuEdit_Clicked = [this](int index) { mnuEdit_Clicked(index); }}),
       editing_(library_, controls_, services_.showMessage, &SameTextIgnoringCase),
       operations_(library_, editing_, controls_, chooser_, services_.store, services_.showMessage),
       naming_(editing_, operations_, controls_, chooser_, services_.store, services_.showMessage),

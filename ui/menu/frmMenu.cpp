@@ -302,7 +302,8 @@ void frmMenu::RunPendingEvents() {
       PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }
-    if (!PreTranslate(message)) {
+    const bool done = services_.preTranslate ? services_.preTranslate(message) : PreTranslate(message);
+    if (!done) {
       TranslateMessage(&message);
       DispatchMessageA(&message);
     }

@@ -51,6 +51,8 @@ class frmMenu : public Window {
     /// Makes the tip of one opening, for the window that the menu was opened for. Without it, or when it
     /// answers null, there is no tip.
     std::function<std::unique_ptr<TipWindow>(HWND owner)> makeTip;
+    /// What the owner's message loop does with a message first; the menu runs that loop's messages at times.
+    std::function<bool(MSG& message)> preTranslate{};
   };
 
   /// `name` is what assistive programs call the menu.
