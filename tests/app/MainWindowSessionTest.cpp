@@ -205,6 +205,32 @@ TEST_F(MainWindowSession, AttachmentsAreSetThroughTheDialogAndViewed) {
   }
 }
 
+TEST_F(MainWindowSession, SettingsAndAboutOpenByButtonAndKey) {
+  WriteLibrary("Numbers", {"one"});
+  Open();
+  struct Way {
+    const char* button;
+    WORD key;
+    const char* title;
+  };
+  for (const auto& [button, key, title] :
+       {Way{"Settings...", VK_F9, "Settings"}, Way{"About...", VK_F1, "About Brennic Snipstore"}}) {
+    for (const bool byKey : {false, true}) {
+      if (byKey) {
+        PressKey(key);
+      } else {
+        ClickButton(kBar, button);
+      }
+      const HWND dialog = WaitForWindow(title);
+      ASSERT_NE(dialog, nullptr) << title;
+      ASSERT_TRUE(WaitUntil([&] { return IsForeground(dialog); }));
+      PressKey(VK_ESCAPE);
+      EXPECT_TRUE(WaitUntil([&] { return IsWindow(dialog) == 0 && IsForeground(window_); })) << title;
+    }
+  }
+  Close();
+}
+
 TEST_F(MainWindowSession, LibrariesFromElsewhere) {
   WriteLibrary("Home", {"one"});
   const TemporaryFolder elsewhere;
