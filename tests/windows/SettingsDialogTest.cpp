@@ -77,9 +77,10 @@ TEST_F(SettingsDialogTest, KeysAloneChangeEverythingAndOkAppliesAndSavesIt) {
 }
 
 TEST_F(SettingsDialogTest, WhatIsNotConfirmedIsNotApplied) {
-  for (const auto& leave :
-       {+[](HWND) { PressKey(VK_ESCAPE); }, +[](HWND dialog) { ClickCentre(GetDlgItem(dialog, IDCANCEL)); },
-        +[](HWND dialog) { PostMessageA(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); }}) {
+  const std::vector<std::function<void(HWND)>> ways = {
+      [](HWND) { PressKey(VK_ESCAPE); }, [](HWND dialog) { ClickCentre(GetDlgItem(dialog, IDCANCEL)); },
+      [](HWND dialog) { PostMessageA(dialog, WM_SYSCOMMAND, SC_CLOSE, 0); }};
+  for (const auto& leave : ways) {
     Show([&](HWND dialog) {
       PressKey('T', {VK_MENU});
       EXPECT_TRUE(WaitUntil([&] { return IsDlgButtonChecked(dialog, frmSettings::chkShowTips) != 0; }));
