@@ -26,8 +26,9 @@ class StartUpTest : public testing::Test {
   }
 
   void Start(StartMode mode) {
-    StartUp(mode, registry_, showMessage_, [this] { log_.emplace_back("server"); },
-            [this] { log_.emplace_back("window"); });
+    StartUp(
+        mode, registry_, showMessage_, [this] { log_.emplace_back("server"); },
+        [this] { log_.emplace_back("window"); });
   }
 
   std::string Marker() const { return registry_.GetRegSetting("Brennic", "BnSnipstore", "2.0", "RunBefore"); }
