@@ -9,6 +9,7 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/OleColor.h"
 #include "platform/ScreenTwips.h"
@@ -98,19 +99,6 @@ void Raise(const Event& event, Arguments... arguments) {
   if (event) event(arguments...);
 }
 
-/// Sets a switch for as long as it lives.
-class Scope {
- public:
-  explicit Scope(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
-  ~Scope() { flag_ = before_; }
-  Scope(const Scope&) = delete;
-  Scope& operator=(const Scope&) = delete;
-
- private:
-  bool& flag_;
-  bool before_;
-};
-
 }  // namespace
 
 // The rich-edit library stays loaded until the process ends: a window class does not survive its library, and
@@ -138,7 +126,7 @@ bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font) {
 
 void BnRichEdit::MakeControl() {
   const bool hadFocus = control_ != nullptr && HasFocus();
-  const Scope remaking(remaking_);
+  const FlagScope remaking(remaking_);
   colouring_.Attach(nullptr, 0);
   if (control_ != nullptr) DestroyWindow(control_);
   const Size size = ClientSize(hWnd());
@@ -226,7 +214,7 @@ int BnRichEdit::TextLength() const {
 
 void BnRichEdit::Show(const std::string& shown) {
   {
-    const Scope filling(filling_);
+    const FlagScope filling(filling_);
     StopWork();
     changed_ = false;
     const std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
@@ -276,7 +264,7 @@ void BnRichEdit::ShowAgain() {
   const int length = SelLength();
   const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
   {
-    const Scope filling(filling_);
+    const FlagScope filling(filling_);
     MakeControl();
   }
   Show(shown);
@@ -488,7 +476,7 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
   const CodeColouring::Caret caret = atCaret ? colouring_.CaretBefore() : CodeColouring::Caret{};
   LRESULT result = 0;
   {
-    const Scope answering(answering_);
+    const FlagScope answering(answering_);
     result = DefSubclassProc(control, message, wParam, lParam);
   }
   if (changed_ && control == control_) {
