@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace snip {
@@ -16,6 +17,10 @@ struct Snippet {
 
   friend bool operator==(const Snippet&, const Snippet&) = default;
 };
+
+/// What the names of library files end with, in any letter case.
+inline constexpr std::string_view kLibraryExtension = ".bns";
+bool HasLibraryExtension(std::string_view file);
 
 /// What a snippet holds before its user has written anything.
 Snippet DefaultSnippet();

@@ -5,21 +5,19 @@
 #include <algorithm>
 #include <utility>
 
+#include "library/Library.h"
 #include "platform/Handle.h"
 #include "platform/Text.h"
 
 namespace snip {
 namespace {
 
-constexpr std::string_view kExtension = ".bns";
-
 /// Short names match the pattern as well on some file systems ("notes.bnsold" as NOTES~1.BNS), so the ending
 /// is looked at again; a directory is no library.
 bool IsLibrary(const WIN32_FIND_DATAA& entry) {
   if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
   const std::string_view name = entry.cFileName;
-  return name.size() > kExtension.size() &&
-         EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension);
+  return name.size() > kLibraryExtension.size() && HasLibraryExtension(name);
 }
 
 /// No library is that large, and a 32-bit process has no room for much more.
@@ -94,13 +92,13 @@ std::vector<std::string> LibraryFolder::Names() const {
   do {
     if (!IsLibrary(entry)) continue;
     const std::string_view file = entry.cFileName;
-    names.emplace_back(file.substr(0, file.size() - kExtension.size()));
+    names.emplace_back(file.substr(0, file.size() - kLibraryExtension.size()));
   } while (FindNextFileA(search.get(), &entry) != 0);
   return names;
 }
 
 std::string LibraryFolder::PathOf(const std::string& name) const {
-  return prefix_ + name + std::string(kExtension);
+  return prefix_ + name + std::string(kLibraryExtension);
 }
 
 bool LibraryFolder::IsInFolder(const std::string& path) const {

@@ -4,12 +4,8 @@
 #include <utility>
 #include <variant>
 
-#include "platform/Text.h"
-
 namespace snip {
 namespace {
-
-constexpr std::string_view kExtension = ".bns";
 
 /// On a drive or, chosen from the network, on a server.
 bool IsFullPath(const std::string& entry) {
@@ -30,10 +26,7 @@ std::string LibraryNameFromEntry(const std::string& entry) {
   if (!IsFullPath(entry)) return entry;
   std::string_view name = entry;
   name.remove_prefix(name.find_last_of("\\/") + 1);  // a full path holds one
-  if (name.size() >= kExtension.size() &&
-      EqualsIgnoringAsciiCase(name.substr(name.size() - kExtension.size()), kExtension)) {
-    name.remove_suffix(kExtension.size());
-  }
+  if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
   return std::string(name);
 }
 

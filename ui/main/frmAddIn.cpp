@@ -68,12 +68,6 @@ class CurrentDirectoryScope {
   std::array<char, MAX_PATH> path_{};
 };
 
-bool IsLibraryFile(std::string_view path) {
-  constexpr std::string_view extension = ".bns";
-  return path.size() > extension.size() &&
-         EqualsIgnoringAsciiCase(path.substr(path.size() - extension.size()), extension);
-}
-
 std::string DroppedFile(HDROP files, UINT index) {
   std::string path(DragQueryFileA(files, index, nullptr, 0) + std::size_t{1}, '\0');
   path.resize(DragQueryFileA(files, index, path.data(), static_cast<UINT>(path.size())));
@@ -633,7 +627,7 @@ void frmAddIn::DropFiles(HDROP files) {
   std::string path;
   for (UINT i = 0; i < count && path.empty(); ++i) {
     std::string file = DroppedFile(files, i);
-    if (attaches || IsLibraryFile(file)) path = std::move(file);
+    if (attaches || HasLibraryExtension(file)) path = std::move(file);
   }
   if (path.empty()) return;
   SetForegroundWindow(hWnd());
