@@ -50,11 +50,20 @@ Size CharacterSize(HFONT font) {
   // The average over both alphabets, as the platform defines dialog units for other fonts than its own.
   constexpr char letters[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   constexpr int count = sizeof letters - 1;
+  const Size all = TextSize(font, letters);
+  return {(all.width + count / 2) / count, all.height};
+}
+
+Size TextSize(HFONT font, std::string_view text) {
   const WindowDC screen(nullptr);
   const SelectedObject selected(screen.get(), font);
   SIZE size{};
-  GetTextExtentPoint32A(screen.get(), letters, count, &size);
-  return {static_cast<int>((size.cx + count / 2) / count), static_cast<int>(size.cy)};
+  GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
+  return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
+}
+
+HFONT FontOf(HWND control) {
+  return reinterpret_cast<HFONT>(SendMessageA(control, WM_GETFONT, 0, 0));
 }
 
 Size WrappedTextSize(HFONT font, const std::string& text, int width) {

@@ -9,6 +9,7 @@
 #include <variant>
 
 #include "platform/Drawing.h"
+#include "platform/Fonts.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
@@ -342,13 +343,7 @@ void BnCommandBar::AnnounceStates() {
 BarMetrics BnCommandBar::Metrics() const {
   return {.scaleHeight = ClientSize(hWnd()).height,
           .dockable = properties_.Dockable,
-          .textWidth = [this](std::string_view text) {
-            const WindowDC dc(hWnd());
-            const SelectedObject font(dc.get(), font_.get());
-            SIZE size{};
-            GetTextExtentPoint32A(dc.get(), text.data(), static_cast<int>(text.size()), &size);
-            return static_cast<int>(size.cx);
-          }};
+          .textWidth = [this](std::string_view text) { return TextSize(font_.get(), text).width; }};
 }
 
 void BnCommandBar::MakeFont() {

@@ -1,6 +1,6 @@
 #include "ui/main/ListTips.h"
 
-#include "platform/Handle.h"
+#include "platform/Fonts.h"
 
 namespace snip {
 namespace {
@@ -21,7 +21,7 @@ void ListTips::Load(HWND pane, HWND list) {
 }
 
 void ListTips::TakeListFont() {
-  tip_.SetFont(ListFont());
+  tip_.SetFont(FontOf(list_));
 }
 
 TipSurroundings::Place ListTips::PlaceOfPointer() const {
@@ -60,11 +60,7 @@ int ListTips::EntryHeight() const {
 }
 
 int ListTips::TextWidth(const std::string& text) const {
-  const WindowDC dc(list_);
-  const SelectedObject font(dc.get(), ListFont());
-  SIZE size{};
-  GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
-  return static_cast<int>(size.cx);
+  return TextSize(FontOf(list_), text).width;
 }
 
 int ListTips::PaneWidth() const {

@@ -35,8 +35,6 @@ class ListTips : private TipSurroundings {
   void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTip(text, x, y); }
   void HideTip() override { tip_.Hide(); }
 
-  HFONT ListFont() const { return reinterpret_cast<HFONT>(SendMessageA(list_, WM_GETFONT, 0, 0)); }
-
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
   frmTip tip_;

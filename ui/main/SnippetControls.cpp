@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/FlagScope.h"
+#include "platform/Fonts.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyFont.h"
@@ -76,14 +77,11 @@ void SnippetControls::SetFont(const FontProperty& font) {
 
 void SnippetControls::txtName_Change() const {
   const HWND window = GetParent(txtName_);
-  const WindowDC dc(txtName_);
-  const SelectedObject font(dc.get(), reinterpret_cast<HFONT>(SendMessageA(txtName_, WM_GETFONT, 0, 0)));
-  const std::string text = NameBoxText() + "M";  // room for one more letter, and for the margins
-  SIZE size{};
-  GetTextExtentPoint32A(dc.get(), text.data(), static_cast<int>(text.size()), &size);
+  // With room for one more letter, and for the margins.
+  const Size text = TextSize(FontOf(txtName_), NameBoxText() + "M");
   Rect place = PlaceInParent(txtName_);
   const int most = ClientSize(window).width - place.left;
-  const int wanted = std::min(static_cast<int>(size.cx), most);
+  const int wanted = std::min(text.width, most);
   if (wanted <= place.width) return;
   place.width = wanted;
   MoveTo(txtName_, place);
@@ -151,8 +149,7 @@ void SnippetControls::SetDescription(const std::string& text) {
     // Whether it wraps is a control's for life.
     descriptionWraps_ = wraps;
     const HWND previous = txtDesc_;
-    MakeDescription(GetParent(previous), GetDlgCtrlID(previous),
-                    reinterpret_cast<HFONT>(SendMessageA(previous, WM_GETFONT, 0, 0)));
+    MakeDescription(GetParent(previous), GetDlgCtrlID(previous), FontOf(previous));
     MoveTo(txtDesc_, PlaceInParent(previous));
     SetWindowPos(txtDesc_, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
     if (GetFocus() == previous) SetFocus(txtDesc_);

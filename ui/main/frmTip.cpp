@@ -2,17 +2,11 @@
 
 #include <windowsx.h>
 
-#include "platform/Handle.h"
+#include "platform/Fonts.h"
 #include "ui/main/TipPlacement.h"
 
 namespace snip {
 namespace {
-
-Size TextSize(HDC dc, const std::string& text) {
-  SIZE size{};
-  GetTextExtentPoint32A(dc, text.c_str(), static_cast<int>(text.size()), &size);
-  return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
-}
 
 HFONT FontOrDefault(HFONT font) {
   return font != nullptr ? font : static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
@@ -38,12 +32,10 @@ void frmTip::ShowTip(const std::string& text, int x, int y) {
   if (text.empty()) return;
   POINT pointer{};
   GetCursorPos(&pointer);
-  const WindowDC dc(hWnd());
-  const SelectedObject font(dc.get(), FontOrDefault(font_));
   const Rect place = PlaceTip({.x = x,
                                .y = y,
                                .pointer = {static_cast<int>(pointer.x), static_cast<int>(pointer.y)},
-                               .text = TextSize(dc.get(), " " + text + " "),
+                               .text = TextSize(FontOrDefault(font_), " " + text + " "),
                                .screenWidth = GetSystemMetrics(SM_CXSCREEN)});
   text_ = text;
   MoveTo(hWnd(), place);
@@ -68,8 +60,8 @@ void frmTip::Form_Paint() {
   const SelectedObject font(dc, FontOrDefault(font_));
   SetBkMode(dc, TRANSPARENT);
   SetTextColor(dc, GetSysColor(COLOR_INFOTEXT));
-  const int left = TextSize(dc, " ").width;
-  const int top = (client.height - TextSize(dc, text_).height) / 2;
+  const int left = TextSize(FontOrDefault(font_), " ").width;
+  const int top = (client.height - TextSize(FontOrDefault(font_), text_).height) / 2;
   TextOutA(dc, left, top, text_.c_str(), static_cast<int>(text_.size()));
   FrameRect(dc, &area, GetSysColorBrush(COLOR_INFOTEXT));
 }

@@ -7,6 +7,7 @@
 #include <variant>
 
 #include "platform/Drawing.h"
+#include "platform/Fonts.h"
 #include "platform/Handle.h"
 #include "platform/ScreenTwips.h"
 #include "ui/menu/MenuPainter.h"
@@ -108,11 +109,7 @@ void frmMenu::Unload() {
 }
 
 void frmMenu::ResetInfo() {
-  const WindowDC screen(nullptr);
-  const SelectedObject font(screen.get(), Font());
-  SIZE size{};
-  GetTextExtentPoint32A(screen.get(), "Qq", 2, &size);
-  metrics_ = snip::ResetInfo(static_cast<int>(size.cy), ScreenTwips());
+  metrics_ = snip::ResetInfo(TextSize(Font(), "Qq").height, ScreenTwips());
 }
 
 void frmMenu::SetFont(HFONT font) {
@@ -423,11 +420,7 @@ HFONT frmMenu::Font() const {
 }
 
 int frmMenu::TextWidth(std::string_view text) const {
-  const WindowDC screen(nullptr);
-  const SelectedObject font(screen.get(), Font());
-  SIZE size{};
-  GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
-  return static_cast<int>(size.cx);
+  return TextSize(Font(), text).width;
 }
 
 LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
