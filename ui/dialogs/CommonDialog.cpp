@@ -3,6 +3,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "platform/Handle.h"
@@ -27,6 +28,19 @@ static_assert(sizeof(FaceNameField) == LF_FACESIZE);
 const char* OrNull(const std::string& text) {
   return text.empty() ? nullptr : text.c_str();
 }
+
+/// A file dialog makes the folder that it shows the process's own, which then could not be removed or
+/// ejected.
+class CurrentDirectoryScope {
+ public:
+  CurrentDirectoryScope() { GetCurrentDirectoryA(static_cast<DWORD>(path_.size()), path_.data()); }
+  ~CurrentDirectoryScope() { SetCurrentDirectoryA(path_.data()); }
+  CurrentDirectoryScope(const CurrentDirectoryScope&) = delete;
+  CurrentDirectoryScope& operator=(const CurrentDirectoryScope&) = delete;
+
+ private:
+  std::array<char, MAX_PATH> path_{};
+};
 
 /// A font description whose face name ends in any case: the field's end is no end to all who read it.
 struct TerminatedFont {
@@ -80,6 +94,7 @@ void CommonDialog::ShowFileDialog(FileMode mode) {
   dialog.lpstrTitle = OrNull(DialogTitle);
   dialog.Flags = Flags;
   dialog.lpstrDefExt = OrNull(DefaultExt);
+  const CurrentDirectoryScope directory;
   if ((isSave ? GetSaveFileNameA(&dialog) : GetOpenFileNameA(&dialog)) == 0) return;
   fileTitle_ = TextBeforeNul(title).value_or(fileTitle_);
   FileName = TextBeforeNul(file).value_or(FileName);

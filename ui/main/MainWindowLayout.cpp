@@ -36,8 +36,11 @@ RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes) {
   };
 }
 
-Size RoomForSplitters(Size client, int barHeight) {
-  return {client.width - kSplitterSize - 360, client.height - barHeight - 40 - kSplitterSize - 360};
+Size RoomForSplitters(Size client, int barHeight, TwipsPerPixel pixel) {
+  // A pixel less than the layout needs, since the panes' edges lie on whole pixels.
+  const int codeHeight = barHeight;
+  return {client.width - kSplitterSize - 360 - pixel.ToTwipsX(1),
+          client.height - barHeight - 40 - kSplitterSize - 360 - codeHeight - pixel.ToTwipsY(1)};
 }
 
 int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth) {

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "platform/Geometry.h"
+#include "platform/Twips.h"
 
 namespace snip {
 
@@ -56,9 +57,9 @@ std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes);
 /// The same whatever the pane's height; the code may get none.
 RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes);
 
-/// The widest left pane and the highest description with which everything is laid out in a window of that
-/// inner size.
-Size RoomForSplitters(Size client, int barHeight);
+/// The widest left pane and the highest description with which a window of that inner size lays everything
+/// out and still shows some of the code.
+Size RoomForSplitters(Size client, int barHeight, TwipsPerPixel pixel);
 
 /// How wide the left pane becomes when the vertical splitter is let go with its left edge there.
 int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth);

@@ -27,7 +27,8 @@
 
 namespace snip {
 
-/// The main window. Makes its controls and lays them out, decodes messages and hands them to the logic in
+/// The main window. Makes its controls and lays them out (frmAddInLayout.cpp), decodes messages and keys
+/// (frmAddIn.cpp) and buttons and menus (frmAddInCommands.cpp), and hands them to the logic in
 /// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments` and `CodeOutput`.
 class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  public:
@@ -73,6 +74,8 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  private:
   bool Form_Load();
   void MakeControls();
+  Size BarPictureSize() const;  ///< In pixels.
+  PictureRef BarPicture(int resource) const;
   void LoadSettings();
   void Form_Resize();
   void cmd_Resize();

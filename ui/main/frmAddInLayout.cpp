@@ -1,0 +1,201 @@
+// The controls of the main window, where they lie, and what of that is kept in the settings.
+#include <algorithm>
+
+#include "platform/ScreenTwips.h"
+#include "settings/SettingsText.h"
+#include "ui/commandbar/PropertyFont.h"
+#include "ui/main/MainToolbars.h"
+#include "ui/main/MainWindowLayout.h"
+#include "ui/main/frmAddIn.h"
+
+namespace snip {
+namespace {
+
+// In twips.
+constexpr int kBarHeight = 390;
+constexpr int kBarPicture = 240;
+constexpr int kAttachPanelWidth = 1500;
+constexpr Size kAttachButton{1320, 345};
+
+// Between the library chooser and the bar that it lies on, in twips.
+constexpr int kChooserRightMargin = 40;
+constexpr int kFileNameInset = 60;
+constexpr int kFileNameNarrower = 330;
+/// The highlight along the list lies this far inside the pane, in twips.
+constexpr int kFrameInset = 15;
+
+}  // namespace
+
+void frmAddIn::MakeControls() {
+  LOGFONTA font{};
+  GetObjectA(font_.get(), sizeof font, &font);
+  const FontProperty barFont = FontPropertyOf(font, twips_);
+
+  captionHook_.Install(hWnd(), services_.caption);
+  barTip_.Load();
+  barTip_.SetFont(font_.get());
+  menus_.Fill();
+  // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
+  chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
+  cmd_.CreateIn(hWnd(), kMainBarId, "Main toolbar", barFont);
+  FillMainToolbar(cmd_, BarPictureSize());
+  controls_.CreateNameBox(hWnd(), kNameId, font_.get());
+  picSplt_.CreateIn(hWnd());
+  leftPane_.CreateIn(hWnd(), "Snippets", [this](HDC dc) { LeftPane_Paint(dc); });
+  rightPane_.CreateIn(hWnd(), "Snippet");
+  picHSplt_.CreateIn(rightPane_.hWnd());
+  controls_.Create(leftPane_.hWnd(), rightPane_.hWnd(),
+                   {.lstCode = kListId, .txtDesc = kDescriptionId, .txtCode = kCodeId}, font_.get());
+  picAttach_.CreateIn(rightPane_.hWnd(), "Snippet Attachment");
+  cmdAttach_ = CreateControl(picAttach_.hWnd(), "BUTTON", "Attachment",
+                             WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, kAttachId, font_.get(),
+                             twips_.ToPixels({0, 0, kAttachButton.width, kAttachButton.height}));
+  cmdEdit_.CreateIn(rightPane_.hWnd(), kEditBarId, "Editor toolbar", barFont);
+  FillEditToolbar(cmdEdit_, BarPictureSize());
+  // Tab goes through the siblings from the top: to the attachment before the code.
+  SetWindowPos(picAttach_.hWnd(), controls_.txtDesc(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+
+  tTip_.Load(leftPane_.hWnd(), controls_.lstCode());
+  tTip_.TakeListFont();
+}
+
+Size frmAddIn::BarPictureSize() const {
+  return {twips_.ToPixelsX(kBarPicture), twips_.ToPixelsY(kBarPicture)};
+}
+
+PictureRef frmAddIn::BarPicture(int resource) const {
+  return Picture::FromResource(resource, BarPictureSize());
+}
+
+// --- What is kept -----------------------------------------------------------------------------------------
+
+void frmAddIn::LoadSettings() {
+  const Settings settings = services_.settings.Load();
+  SetKeepOnTop(settings.KeepOnTop);
+  if (settings.KeepOnTop) cmd_.SetState(MainButton::kKeepOnTop, 1);
+  allowMenuDrag_ = settings.AllowMenuDrag;
+  cmd_.SetPlaysSounds(settings.UseSounds);
+  cmdEdit_.SetPlaysSounds(cmd_.PlaysSounds());
+  minimizeOnView_ = settings.MinimizeOnView;
+  snippetTips_ = settings.SnippetTips;
+
+  FontProperty font = controls_.Font();
+  if (settings.FontName) font.Name = *settings.FontName;
+  if (settings.FontSize) font.Size = *settings.FontSize;
+  controls_.SetFont(font);
+  cmdEdit_.SetState(EditButton::kSyntaxHighlighting, settings.ColorSyntax);
+  controls_.txtCode().SetSyntaxColors(cmdEdit_.state(EditButton::kSyntaxHighlighting) != 0);
+
+  if (settings.LeftPaneWidth) leftPaneWidth_ = std::max(*settings.LeftPaneWidth, kLeastLeftPaneWidth);
+  if (settings.DescriptionHeight) {
+    descriptionHeight_ = std::max(*settings.DescriptionHeight, kLeastDescriptionHeight);
+  }
+  RECT place{};
+  GetWindowRect(hWnd(), &place);
+  const Size design = twips_.ToTwips(
+      {static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)});
+  const Rect wanted{RoundHalfToEven(settings.Left), RoundHalfToEven(settings.Top),
+                    settings.Width.value_or(design.width), settings.Height.value_or(design.height)};
+  MoveTo(hWnd(), twips_.ToPixels(wanted));
+
+  // There is no earlier layout yet that a window with too little room could keep.
+  const Size room = RoomForSplitters(twips_.ToTwips(ClientSize(hWnd())), kBarHeight, twips_);
+  leftPaneWidth_ = std::max(kLeastLeftPaneWidth, std::min(leftPaneWidth_, room.width));
+  descriptionHeight_ = std::max(kLeastDescriptionHeight, std::min(descriptionHeight_, room.height));
+  Form_Resize();
+}
+
+void frmAddIn::CloseSettings() {
+  // The place that is kept is that of the window as it is neither minimised nor maximised.
+  if (IsIconic(hWnd()) != 0 || IsZoomed(hWnd()) != 0) ShowWindow(hWnd(), SW_SHOWNOACTIVATE);
+  RECT place{};
+  GetWindowRect(hWnd(), &place);
+  services_.settings.SaveWindow({.KeepOnTop = cmd_.state(MainButton::kKeepOnTop),
+                                 .ColorSyntax = cmdEdit_.state(EditButton::kSyntaxHighlighting),
+                                 .Top = place.top * twips_.y,
+                                 .Left = place.left * twips_.x,
+                                 .Width = (place.right - place.left) * twips_.x,
+                                 .Height = (place.bottom - place.top) * twips_.y,
+                                 .LeftPaneWidth = static_cast<double>(leftPaneWidth_),
+                                 .DescriptionHeight = static_cast<double>(descriptionHeight_)});
+}
+
+// --- Layout -----------------------------------------------------------------------------------------------
+
+void frmAddIn::Form_Resize() {
+  if (IsIconic(hWnd()) != 0) return;
+  const Size pixels = ClientSize(hWnd());
+  MoveTo(cmd_.hWnd(), {0, 0, pixels.width, twips_.ToPixelsY(kBarHeight)});
+  const auto places = LayOutMainWindow({.client = twips_.ToTwips(pixels),
+                                        .barHeight = kBarHeight,
+                                        .leftPaneWidth = leftPaneWidth_,
+                                        .rightPaneTop = kBarHeight + 15,
+                                        .splitterRight = leftPaneWidth_ + kSplitterSize});
+  if (!places) return;
+  MoveTo(leftPane_.hWnd(), twips_.ToPixels(places->leftPane));
+  MoveTo(rightPane_.hWnd(), twips_.ToPixels(places->rightPane));
+  MoveTo(picSplt_.hWnd(), twips_.ToPixels(places->splitter));
+
+  constexpr int leastListHeight = 350;
+  const Size list = ClientSize(leftPane_.hWnd());
+  if (twips_.ToTwipsY(list.height) >= leastListHeight) {
+    MoveTo(controls_.lstCode(), {0, 0, list.width, list.height});
+  }
+  RightPane_Resize();
+}
+
+void frmAddIn::cmd_Resize() {
+  chooser_.Place({.left = twips_.ToPixelsX(cmd_.NextButtonX()),
+                  .bar = ClientSize(cmd_.hWnd()),
+                  .rightMargin = twips_.ToPixelsX(kChooserRightMargin),
+                  .boxInset = twips_.ToPixelsX(kFileNameInset),
+                  .boxNarrower = twips_.ToPixelsX(kFileNameNarrower)});
+}
+
+void frmAddIn::LeftPane_Paint(HDC dc) {
+  const Rect list = PlaceInParent(controls_.lstCode());
+  const int right = list.right() - twips_.ToPixelsX(kFrameInset);
+  const int bottom = list.bottom() - twips_.ToPixelsY(kFrameInset);
+  const RECT below{0, bottom, right + 1, bottom + 1};
+  const RECT beside{right, 0, right + 1, bottom + 1};
+  FillRect(dc, &below, GetSysColorBrush(COLOR_3DHILIGHT));
+  FillRect(dc, &beside, GetSysColorBrush(COLOR_3DHILIGHT));
+}
+
+void frmAddIn::RightPane_Resize(bool evenIfTooLow) {
+  const RightPaneSizes sizes{.inner = twips_.ToTwips(ClientSize(rightPane_.hWnd())),
+                             .descriptionHeight = descriptionHeight_,
+                             .attachPanelWidth = kAttachPanelWidth,
+                             .editBarHeight = kBarHeight,
+                             .splitterBottom = descriptionHeight_ + kSplitterSize};
+  auto places = LayOutRightPane(sizes);
+  if (!places && evenIfTooLow) places = PlaceRightPane(sizes);
+  if (!places) return;
+  MoveTo(picAttach_.hWnd(), twips_.ToPixels(places->attachPanel));
+  MoveTo(controls_.txtDesc(), twips_.ToPixels(places->description));
+  MoveTo(cmdEdit_.hWnd(), twips_.ToPixels(places->editBar));
+  MoveTo(controls_.txtCode().hWnd(), twips_.ToPixels(places->code));
+  MoveTo(picHSplt_.hWnd(), twips_.ToPixels(places->splitter));
+
+  const Size panel = ClientSize(picAttach_.hWnd());
+  Rect button = PlaceInParent(cmdAttach_);
+  button.left = (panel.width - button.width) / 2;
+  button.top = (panel.height - button.height) / 2;
+  MoveTo(cmdAttach_, button);
+}
+
+void frmAddIn::picSplt_MouseUp(int left) {
+  leftPaneWidth_ = LeftPaneWidthAfterDrop(twips_.ToTwipsX(left), twips_.ToTwipsX(ClientSize(hWnd()).width));
+  MoveTo(picSplt_.hWnd(), {twips_.ToPixelsX(leftPaneWidth_), PlaceInParent(picSplt_.hWnd()).top,
+                           twips_.ToPixelsX(kSplitterSize), ClientSize(picSplt_.hWnd()).height});
+  Form_Resize();
+}
+
+void frmAddIn::picHSplt_MouseUp(int top) {
+  descriptionHeight_ =
+      DescriptionHeightAfterDrop(twips_.ToTwipsY(top), twips_.ToTwipsY(ClientSize(rightPane_.hWnd()).height));
+  // Dropped near the bottom it leaves the code no room; what the user asked for is done all the same.
+  RightPane_Resize(true);
+}
+
+}  // namespace snip
