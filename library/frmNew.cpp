@@ -22,7 +22,7 @@ void frmNew::OnInit() {
   SizeAndCentre({Across(200), Down(60)});
   SendMessageA(txtName, EM_SETSEL, 0, -1);
   SetFocus(txtName);
-  captionHook_.Install(hWnd(), caption_);
+  PaintCaption();
 }
 
 void frmNew::OnCommand(int id, int notification) {

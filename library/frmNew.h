@@ -2,17 +2,16 @@
 
 #include <string>
 
-#include "platform/Dialog.h"
-#include "ui/caption/CaptionHook.h"
+#include "ui/caption/CaptionedDialog.h"
 
 namespace snip {
 
 /// Asks for the name of a new library.
-class frmNew : public Dialog {
+class frmNew : public CaptionedDialog {
  public:
   static constexpr int kNameId = 100;  ///< txtName
 
-  explicit frmNew(CaptionPainter& caption) : caption_(caption) {}
+  explicit frmNew(CaptionPainter& caption) : CaptionedDialog(caption) {}
 
   /// Shows the dialog with `name` to begin with, all of it selected. Returns the name entered, empty when the
   /// dialog was cancelled or closed. The owner is disabled meanwhile.
@@ -21,14 +20,10 @@ class frmNew : public Dialog {
  protected:
   void OnInit() override;
   void OnCommand(int id, int notification) override;
-  void OnClose() override { End(IDCANCEL); }
-  void OnDestroy() override { captionHook_.Remove(); }
 
  private:
   void cmdOK_Click();
 
-  CaptionPainter& caption_;
-  CaptionHook captionHook_;
   std::string name_;
 };
 

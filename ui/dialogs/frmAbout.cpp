@@ -49,7 +49,7 @@ void frmAbout::OnInit() {
   MoveTo(cmdOK, {width - Across(kMargin) - ok.width, buttonTop, ok.width, ok.height});
   SizeAndCentre({width, buttonTop + ok.height + Down(kMargin)});
   SetFocus(cmdOK);
-  captionHook_.Install(hWnd(), caption_);
+  PaintCaption();
 }
 
 void frmAbout::AddHeader() {

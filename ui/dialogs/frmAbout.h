@@ -2,15 +2,14 @@
 
 #include <utility>
 
-#include "platform/Dialog.h"
-#include "ui/caption/CaptionHook.h"
 #include "platform/Handle.h"
 #include "platform/MessageFunction.h"
+#include "ui/caption/CaptionedDialog.h"
 
 namespace snip {
 
 /// The About box.
-class frmAbout : public Dialog {
+class frmAbout : public CaptionedDialog {
  public:
   // Ids of `lblVersion`, `img` and `cmdSysInfo`; `cmdOK` is IDOK.
   static constexpr int kVersionId = 100;
@@ -18,7 +17,7 @@ class frmAbout : public Dialog {
   static constexpr int kSysInfoId = 102;
 
   frmAbout(ShowMessageFunction showMessage, CaptionPainter& caption)
-      : showMessage_(std::move(showMessage)), caption_(caption) {}
+      : CaptionedDialog(caption), showMessage_(std::move(showMessage)) {}
 
   /// Shows the box and waits until it is closed.
   void ShowMe(HWND owner);
@@ -26,8 +25,6 @@ class frmAbout : public Dialog {
  protected:
   void OnInit() override;
   void OnCommand(int id, int notification) override;
-  void OnClose() override { End(IDCANCEL); }
-  void OnDestroy() override { captionHook_.Remove(); }
   INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
@@ -36,8 +33,6 @@ class frmAbout : public Dialog {
   int AddTexts();
 
   ShowMessageFunction showMessage_;
-  CaptionPainter& caption_;
-  CaptionHook captionHook_;
   UniqueFont titleFont_;
   UniqueIcon picture_;
   int headerHeight_ = 0;  ///< Pixels of the band at the top, in the colour of a window's text area.

@@ -71,7 +71,7 @@ void frmSettings::AddControls() {
 
 void frmSettings::Form_Load() {
   SetWindowPos(hWnd(), HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
-  captionHook_.Install(hWnd(), caption_);
+  PaintCaption();
   const FontProperty codeFont = target_.CodeFont();
   const FontNames names = FontNamesFor(codeFont.Name);
   for (const std::string& name : names.entries) {

@@ -2,10 +2,9 @@
 
 #include <string>
 
-#include "platform/Dialog.h"
-#include "ui/caption/CaptionHook.h"
 #include "platform/Handle.h"
 #include "settings/SettingsStore.h"
+#include "ui/caption/CaptionedDialog.h"
 #include "ui/dialogs/SettingsChoices.h"
 #include "ui/dialogs/SettingsTarget.h"
 
@@ -13,7 +12,7 @@ namespace snip {
 
 /// The settings dialog. It begins with what the running program is set to; OK applies and saves, Cancel and
 /// closing do nothing.
-class frmSettings : public Dialog {
+class frmSettings : public CaptionedDialog {
  public:
   enum Control : int {
     chkShowTips = 100,
@@ -27,7 +26,7 @@ class frmSettings : public Dialog {
   };
 
   frmSettings(SettingsTarget& target, const SettingsStore& store, CaptionPainter& caption)
-      : target_(target), store_(store), caption_(caption) {}
+      : CaptionedDialog(caption), target_(target), store_(store) {}
 
   /// Shows the dialog and waits until it is closed.
   void ShowMe(HWND owner);
@@ -35,8 +34,6 @@ class frmSettings : public Dialog {
  protected:
   void OnInit() override;
   void OnCommand(int id, int notification) override;
-  void OnClose() override { End(IDCANCEL); }
-  void OnDestroy() override { captionHook_.Remove(); }
   INT_PTR OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
@@ -56,8 +53,6 @@ class frmSettings : public Dialog {
 
   SettingsTarget& target_;
   const SettingsStore& store_;
-  CaptionPainter& caption_;
-  CaptionHook captionHook_;
   SettingsChoices choices_;
   UniqueFont sampleFont_;
 };
