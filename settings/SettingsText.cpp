@@ -1,10 +1,10 @@
 #include "settings/SettingsText.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
+
+#include "platform/Numbers.h"
+#include "platform/Text.h"
 
 namespace snip {
 
@@ -17,22 +17,17 @@ bool FlagFromText(std::string_view text) {
 }
 
 std::string NumberText(double number) {
-  std::array<char, 192> text{};  // the smallest single has 149 decimals
-  const auto result = std::to_chars(text.data(), text.data() + text.size(), static_cast<float>(number),
-                                    std::chars_format::fixed);
-  return {text.data(), result.ptr};
+  return SingleText(static_cast<float>(number));
 }
 
 double Val(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-  const bool negative = text.starts_with('-');
-  if (negative || text.starts_with('+')) text.remove_prefix(1);
-  // What is not begun by a digit or a point, "inf" among it, is no number here.
-  if (text.empty() || std::string_view("0123456789.").find(text.front()) == std::string_view::npos) return 0;
-  double number = 0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (result.ec != std::errc()) return 0;
-  return negative ? -number : number;
+  text = TrimLeft(text);
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return 0;
+  }
+  const auto number = ReadNumber(text);
+  return number ? number->value : 0;
 }
 
 std::int32_t RoundHalfToEven(double number) {

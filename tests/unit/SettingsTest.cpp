@@ -59,25 +59,11 @@ TEST(Settings, TheTextsOfNumbers) {
     const char* text;
     double value;
   };
-  for (const auto& [text, value] : std::vector<Case>{{"10", 10},
-                                                     {"9.75", 9.75},
-                                                     {"  12x", 12},
-                                                     {"-3.5 ", -3.5},
-                                                     {"+4", 4},
-                                                     {".5", 0.5},
-                                                     {"5.", 5},
-                                                     {"abc", 0},
-                                                     {"", 0},
-                                                     {"   ", 0},
-                                                     {"-", 0},
-                                                     {"--1", 0},
-                                                     {"- 1", 0},
-                                                     {"inf", 0},
-                                                     {"nan", 0},
-                                                     {"1e2", 100},
-                                                     {"1e999", 0},
-                                                     {"1,5", 1},
-                                                     {"0x10", 0}}) {
+  for (const auto& [text, value] : std::vector<Case>{
+           {"10", 10}, {"9.75", 9.75}, {"  12x", 12}, {"-3.5 ", -3.5}, {"+4", 4},  {".5", 0.5},
+           {"5.", 5},  {"abc", 0},     {"", 0},       {"   ", 0},      {"-", 0},   {"--1", 0},
+           {"- 1", 0}, {"inf", 0},     {"nan", 0},    {"1e2", 100},    {"1e", 1},  {"1.2.3", 1.2},
+           {"+-1", 0}, {"1+1", 1},     {"1e999", 0},  {"1,5", 1},      {"0x10", 0}}) {
     EXPECT_EQ(Val(text), value) << text;
   }
   for (const auto& [value, rounded] :
@@ -91,8 +77,13 @@ TEST(Settings, TheTextsOfNumbers) {
                                                     {-1e300, -2147483647 - 1}}) {
     EXPECT_EQ(RoundHalfToEven(value), rounded) << value;
   }
-  for (const auto& [value, text] : std::vector<std::pair<double, const char*>>{
-           {10, "10"}, {9.75, "9.75"}, {0, "0"}, {-45, "-45"}, {0.1, "0.1"}, {16000000, "16000000"}}) {
+  for (const auto& [value, text] : std::vector<std::pair<double, const char*>>{{10, "10"},
+                                                                               {9.75, "9.75"},
+                                                                               {0, "0"},
+                                                                               {-45, "-45"},
+                                                                               {0.1, "0.1"},
+                                                                               {-0.015625, "-0.015625"},
+                                                                               {16000000, "16000000"}}) {
     EXPECT_EQ(NumberText(value), text);
   }
 }

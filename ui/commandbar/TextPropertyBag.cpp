@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
 
+#include "platform/Numbers.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -95,7 +95,7 @@ class LineParser {
     if (Next('"')) return TextOrFont();
     if (Take('&')) return Color();
     if (const std::string_view word = Word(); !word.empty()) return Boolean(word);
-    return Number<std::int16_t>(
+    return WholeNumber<std::int16_t>(
         "a value is expected: True, False, a number from -32768 to 32767, &H "
         "with a colour, or a text in quotes");
   }
@@ -106,11 +106,15 @@ class LineParser {
     throw Refused{"a word is True or False; a text is put in quotes"};
   }
 
-  /// The number must fill up what is left before a comma or blank.
-  template <typename Type>
-  Type Number(const char* complaint) {
+  /// What a number must fill up: all before a comma or blank.
+  std::string_view NumberPart() {
     SkipBlanks();
-    const std::string_view digits = TakeFirst(std::min(rest_.find_first_of(", "), rest_.size()));
+    return TakeFirst(std::min(rest_.find_first_of(", "), rest_.size()));
+  }
+
+  template <typename Type>
+  Type WholeNumber(const char* complaint) {
+    const std::string_view digits = NumberPart();
     Type number{};
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (error != std::errc() || end != digits.data() + digits.size()) throw Refused{complaint};
@@ -137,8 +141,10 @@ class LineParser {
     FontProperty font;
     font.Name = std::move(text);
     constexpr const char* kComplaint = "a font size is a number of points";
-    font.Size = Number<double>(kComplaint);
-    if (!std::isfinite(font.Size) || font.Size < 0) throw Refused{kComplaint};
+    const std::string_view digits = NumberPart();
+    const auto size = ReadNumber(digits);
+    if (!size || size->length != digits.size() || size->value < 0) throw Refused{kComplaint};
+    font.Size = size->value;
     bool hasCharset = false;
     while (Take(',')) FontAttribute(font, hasCharset);
     return font;
@@ -148,7 +154,7 @@ class LineParser {
     const std::string_view word = Word();
     if (EqualsIgnoringAsciiCase(word, "Charset")) {
       if (std::exchange(hasCharset, true)) throw Refused{"Charset stands twice"};
-      font.Charset = Number<std::uint8_t>("a character set is a number from 0 to 255");
+      font.Charset = WholeNumber<std::uint8_t>("a character set is a number from 0 to 255");
       return;
     }
     for (const auto& [name, member] : kFontStyles) {
@@ -204,13 +210,6 @@ std::string Quoted(std::string_view text) {
   return quoted += '"';
 }
 
-/// The shortest form that reads back as the same number.
-std::string NumberText(double number) {
-  std::array<char, 32> buffer{};
-  const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-  return {buffer.data(), error == std::errc() ? end : buffer.data()};
-}
-
 struct ValueText {
   std::string operator()(bool value) const { return value ? "True" : "False"; }
   std::string operator()(std::int16_t value) const { return std::to_string(value); }
@@ -226,7 +225,7 @@ struct ValueText {
   }
 
   std::string operator()(const FontProperty& font) const {
-    std::string text = Quoted(font.Name) + ", " + NumberText(font.Size);
+    std::string text = Quoted(font.Name) + ", " + DoubleText(font.Size);
     for (const auto& [word, member] : kFontStyles) {
       if (font.*member) text.append(", ").append(word);
     }
