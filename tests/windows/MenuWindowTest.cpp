@@ -446,6 +446,23 @@ TEST_F(MenuWindowTest, TornOffItIsAPaletteOfItsOwner) {
   EXPECT_TRUE(IsWindowVisible(menu_->hWnd()));
 }
 
+TEST_F(MenuWindowTest, ATornOffMenuTakesNoClicksWhileItsOwnerTakesNone) {
+  Open();
+  TearOff();
+  Hover(kEdit);
+  log_.clear();
+  EnableWindow(frame_, FALSE);  // as a dialog does with its owner
+  PressMouse();
+  ReleaseMouse();
+  Answer();
+  EnableWindow(frame_, TRUE);
+  Hover(kPlain);
+  PressMouse();
+  ReleaseMouse();
+  EXPECT_TRUE(Logged("click 4"));
+  EXPECT_EQ(log_, (Log{"select 4", "click 4"}));
+}
+
 TEST_F(MenuWindowTest, TheCloseBoxSinksAndClosesATornOffMenu) {
   Open();
   TearOff();

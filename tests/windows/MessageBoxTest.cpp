@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "platform/Win32Text.h"
@@ -156,16 +158,32 @@ TEST_F(MessageBoxTest, PromptsOfAnyLengthFitTheBoxAndTheScreen) {
 }
 
 TEST_F(MessageBoxTest, TheOwnerTakesNoInputWhileTheBoxIsOpen) {
-  const HWND owner = CreateWindowExA(0, "STATIC", "owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
-                                     nullptr, nullptr, nullptr, nullptr);
-  ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == owner; }));
-  Show("Wait", 0, [&](HWND box) {
-    EXPECT_EQ(GetWindow(box, GW_OWNER), owner);
-    EXPECT_EQ(IsWindowEnabled(owner), 0);
-    PressKey(VK_RETURN);
-  });
-  EXPECT_NE(IsWindowEnabled(owner), 0);
-  DestroyWindow(owner);
+  struct WindowDestroyer {
+    void operator()(HWND window) const { DestroyWindow(window); }
+  };
+  using Owned = std::unique_ptr<std::remove_pointer_t<HWND>, WindowDestroyer>;
+  const auto make = [](DWORD exStyle, const char* title, HWND owner) {
+    return Owned(CreateWindowExA(exStyle, "STATIC", title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
+                                 owner, nullptr, nullptr, nullptr));
+  };
+  const Owned owner = make(0, "owner", nullptr);
+  ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == owner.get(); }));
+  const auto showOver = [&](HWND expected) {
+    Show("Wait", 0, [&](HWND box) {
+      EXPECT_EQ(GetWindow(box, GW_OWNER), expected);
+      EXPECT_EQ(IsWindowEnabled(expected), 0);
+      PressKey(VK_RETURN);
+    });
+    EXPECT_NE(IsWindowEnabled(expected), 0);
+  };
+  showOver(owner.get());
+
+  // In the background no window is the active one; a palette or a tip that lies above is not what is asked
+  // about.
+  const Owned palette = make(WS_EX_TOOLWINDOW, "palette", owner.get());
+  SetForegroundWindow(GetDesktopWindow());
+  ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == nullptr; }));
+  showOver(owner.get());
 }
 
 }  // namespace

@@ -19,8 +19,7 @@ class CommonDialog {
 
   /// Owner of the file dialogs. Null stands for the active window, which then is stored here.
   HWND hWnd = nullptr;
-  /// The dialog's own flags (OFN_, CC_ or CF_), none of which is added: an Open dialog changes the process's
-  /// current folder unless OFN_NOCHANGEDIR is among them.
+  /// The dialog's own flags (OFN_, CC_ or CF_), none of which is added.
   DWORD Flags = 0;
 
   std::string Filter;     ///< description|pattern|description|pattern

@@ -10,7 +10,9 @@ namespace {
 constexpr const char* kApplicationTitle = "Brennic Snipstore 2.0";
 
 BOOL CALLBACK TakeUsableWindow(HWND window, LPARAM result) {
-  const bool usable = IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
+  // Menus and tips lie above the window that they belong to.
+  const bool isPalette = (GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
+  const bool usable = !isPalette && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
   if (usable) *reinterpret_cast<HWND*>(result) = window;
   return usable ? FALSE : TRUE;
 }

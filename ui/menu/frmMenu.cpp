@@ -392,6 +392,8 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
       break;
     case WM_ENABLE:
       if (wParam == FALSE) Apply(input_.Deactivated());
+      // A dialog disables its owner only; the palette would go on working beneath it.
+      if (input_.State() == MenuState::Floating) EnableWindow(hWnd(), wParam != FALSE ? TRUE : FALSE);
       break;
     case WM_SIZE:
       if (wParam == SIZE_MINIMIZED) Apply(input_.Deactivated());
