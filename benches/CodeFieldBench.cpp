@@ -73,7 +73,7 @@ class LongTexts {
   }
 
   BnRichEdit& field() { return field_; }
-  HWND control() const { return GetWindow(field_.hWnd(), GW_CHILD); }
+  HWND control() const { return GetDlgItem(field_.hWnd(), BnRichEdit::kControlId); }
   const std::string& ShownCode() const { return texts_[shown_].code; }
 
   /// Shows the other text; the time until the window looks as it finally will.

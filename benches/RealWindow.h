@@ -20,7 +20,7 @@ class RealWindow {
   HWND hWnd() const { return window_.hWnd(); }
   HWND Control(int id) const { return test::FindControl(hWnd(), id); }
   /// The rich-edit control that shows the code at this moment.
-  HWND Code() const { return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD); }
+  HWND Code() const { return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId); }
 
  private:
   test::TemporaryFolder folder_;

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "platform/ComObject.h"
+#include "platform/Win32Text.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -399,6 +400,10 @@ void AccessibleList::Notify(DWORD event) const {
 
 void AccessibleList::Notify(DWORD event, int item) const {
   if (window_.hWnd() != nullptr) NotifyWinEvent(event, window_.hWnd(), OBJID_CLIENT, ChildId(item));
+}
+
+AccessibleWhole AccessiblePart::DescribeWhole() const {
+  return {.name = WindowText(window_.hWnd()), .role = role_};
 }
 
 }  // namespace snip

@@ -87,4 +87,25 @@ class AccessibleList {
   ComPtr<Object> object_;  ///< Made when the first client asks.
 };
 
+/// Tells assistive programs what a window is that has no items. Its text is its name.
+class AccessiblePart final : private AccessibleItems {
+ public:
+  AccessiblePart(const Window& window, LONG role) : window_(window), role_(role), whole_(window, *this) {}
+
+  /// As that of a list.
+  std::optional<LRESULT> Answer(UINT message, WPARAM wParam, LPARAM lParam) {
+    return whole_.Answer(message, wParam, lParam);
+  }
+
+ private:
+  AccessibleWhole DescribeWhole() const override;
+  int AccessibleCount() const override { return 0; }
+  AccessibleItem DescribeItem(int) const override { return {}; }
+  void DoDefaultAction(int) override {}
+
+  const Window& window_;
+  LONG role_;
+  AccessibleList whole_;
+};
+
 }  // namespace snip

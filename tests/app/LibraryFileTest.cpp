@@ -29,7 +29,7 @@ class LibraryFileTest : public testing::Test {
 
   HWND List() const { return FindControl(window_, frmAddIn::kListId); }
   HWND Description() const { return FindControl(window_, frmAddIn::kDescriptionId); }
-  HWND Code() const { return GetWindow(FindControl(window_, frmAddIn::kCodeId), GW_CHILD); }
+  HWND Code() const { return GetDlgItem(FindControl(window_, frmAddIn::kCodeId), BnRichEdit::kControlId); }
 
   Program program_;
   HWND window_ = nullptr;

@@ -34,7 +34,7 @@ class Remote {
 
   HWND window() const { return window_; }
   HWND Control(int id) const { return FindControl(window_, id); }
-  HWND Code() const { return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD); }
+  HWND Code() const { return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId); }
   std::string Description() const { return WindowText(Control(frmAddIn::kDescriptionId)); }
   void Describe(const std::string& text) const { Replace(Control(frmAddIn::kDescriptionId), text); }
   static void Replace(HWND field, const std::string& text) {

@@ -136,7 +136,7 @@ HWND MainWindowUser::Files() const {
   return Control(frmAddIn::kFilesId);
 }
 HWND MainWindowUser::Code() const {
-  return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD);
+  return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId);
 }
 HWND MainWindowUser::Description() const {
   return Control(frmAddIn::kDescriptionId);

@@ -164,7 +164,7 @@ std::string SoakHands::TextOf(HWND window) const {
 
 HWND SoakHands::WindowOf(Field field) const {
   const HWND window = fields_.at(field);
-  return field == Field::Code ? GetWindow(window, GW_CHILD) : window;
+  return field == Field::Code ? GetDlgItem(window, BnRichEdit::kControlId) : window;
 }
 
 HWND SoakHands::VisibleWindow(const char* className) const {

@@ -39,7 +39,7 @@ class BnRichEditTest : public testing::Test {
     DestroyWindow(frame_);
   }
 
-  HWND Control() const { return GetWindow(editor_.hWnd(), GW_CHILD); }
+  HWND Control() const { return GetDlgItem(editor_.hWnd(), BnRichEdit::kControlId); }
 
   /// One letter for the colour of each character of the control's, from `begin` on; blanks are left blank.
   std::string Hues(int begin, int end) {

@@ -39,7 +39,7 @@ class MainWindowTest : public testing::Test {
   HWND Files() const { return Control(frmAddIn::kFilesId); }
   HWND Description() const { return Control(frmAddIn::kDescriptionId); }
   HWND NameBox() const { return Control(frmAddIn::kNameId); }
-  HWND Code() const { return GetWindow(Control(frmAddIn::kCodeId), GW_CHILD); }
+  HWND Code() const { return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId); }
 
   std::string Row(int row) const {
     std::string text(

@@ -23,7 +23,8 @@
 namespace snip {
 namespace {
 
-constexpr int kControlId = 1;
+/// What a screen reader calls it.
+constexpr const char* kName = "Code";
 /// A longer text is replaced more quickly by making the control anew, and filled in more quickly without its
 /// colours: both take a time that grows with the square of the length.
 constexpr std::size_t kShortText = 16000;  ///< Characters.
@@ -116,6 +117,7 @@ bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font) {
   font_ = font;
   colouring_.TakeColours(TranslateColor(foreColor_));
   return Create({.className = "BnRichEdit",
+                 .title = kName,
                  .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
                  .exStyle = WS_EX_CONTROLPARENT,
                  .place = {},
@@ -513,6 +515,7 @@ void BnRichEdit::OnChange() {
 LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
+      NameNextControl(hWnd(), kName);
       MakeControl();
       return control_ != nullptr ? 0 : -1;
     case WM_SIZE:

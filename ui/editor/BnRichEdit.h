@@ -21,6 +21,9 @@ namespace snip {
 /// and two in a plain one.
 class BnRichEdit : public Window {
  public:
+  /// Of the control in the window.
+  static constexpr int kControlId = 1;
+
   enum MouseButton { kLeftButton = 1, kRightButton = 2 };
 
   /// Any may be empty, and none may end the field. Points are in pixels of the screen.

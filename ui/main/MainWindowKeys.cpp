@@ -8,6 +8,7 @@ namespace {
 constexpr BYTE kPlain = FVIRTKEY;
 constexpr BYTE kControl = FVIRTKEY | FCONTROL;
 constexpr BYTE kShift = FVIRTKEY | FSHIFT;
+constexpr BYTE kAltShift = FVIRTKEY | FALT | FSHIFT;
 constexpr BYTE kControlShift = FVIRTKEY | FCONTROL | FSHIFT;
 
 constexpr ACCEL Main(BYTE held, WORD key, int button) {
@@ -38,6 +39,10 @@ UniqueAccelerators MakeAccelerators() {
       ACCEL{kControlShift, VK_RETURN, Command::kOutputMenu},
       ACCEL{kControlShift, 'C', Command::kCopyCode},
       ACCEL{kControlShift, 'A', Command::kAttachmentMenu},
+      ACCEL{kAltShift, VK_LEFT, Command::kNarrowList},
+      ACCEL{kAltShift, VK_RIGHT, Command::kWidenList},
+      ACCEL{kAltShift, VK_UP, Command::kLowerDescription},
+      ACCEL{kAltShift, VK_DOWN, Command::kHeightenDescription},
   };
   return UniqueAccelerators(CreateAcceleratorTableA(keys.data(), static_cast<int>(keys.size())));
 }

@@ -15,8 +15,9 @@ Splitter::~Splitter() {
   Destroy();
 }
 
-bool Splitter::CreateIn(HWND parent) {
+bool Splitter::CreateIn(HWND parent, const char* name) {
   return Create({.className = "SnipstoreSplitter",
+                 .title = name,
                  .style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,
                  .place = {},
                  .parent = parent});
@@ -67,6 +68,7 @@ void Splitter::GoBeneath() {
 }
 
 LRESULT Splitter::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
   switch (message) {
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:

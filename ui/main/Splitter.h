@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "platform/AccessibleList.h"
 #include "platform/Window.h"
 #include "ui/main/SplitterDrag.h"
 
@@ -21,7 +22,10 @@ class Splitter : public Window {
   Splitter(Divides divides, std::function<void(int edge)> dropped);
   ~Splitter() override;
 
-  bool CreateIn(HWND parent);
+  /// Drops it `by` pixels further right or down.
+  void Move(int by) { dropped_(Edge() + by); }
+
+  bool CreateIn(HWND parent, const char* name);
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -34,6 +38,7 @@ class Splitter : public Window {
   void CancelDrag();
   void GoBeneath();
 
+  AccessiblePart accessible_{*this, ROLE_SYSTEM_SEPARATOR};
   Divides divides_;
   std::function<void(int edge)> dropped_;
   SplitterDrag drag_;

@@ -20,6 +20,9 @@ constexpr Size kDesignSize{10800, 7200};
 constexpr int kDesignLeftPaneWidth = 3000;
 constexpr int kDesignDescriptionHeight = 800;
 
+/// How far a key moves a splitter, in twips.
+constexpr int kSplitterStep = 150;
+
 constexpr UINT_PTR kTipTimer = 1;
 
 /// Posted to the window itself when an edit field has lost the focus: only afterwards can be told where the
@@ -174,6 +177,7 @@ void frmAddIn::OnKeyCommand(int command) {
     cmd_.DoDefaultAction(command - kMainButton);
     return;
   }
+  const int splitterStep = twips_.ToPixelsX(kSplitterStep);
   switch (command) {
     case kRenameSnippet:
       editing_.lstCode_DblClick();
@@ -189,6 +193,14 @@ void frmAddIn::OnKeyCommand(int command) {
       break;
     case kAttachmentMenu:
       cmdAttach_Click();
+      break;
+    case kNarrowList:
+    case kWidenList:
+      picSplt_.Move(command == kWidenList ? splitterStep : -splitterStep);
+      break;
+    case kLowerDescription:
+    case kHeightenDescription:
+      picHSplt_.Move(command == kHeightenDescription ? splitterStep : -splitterStep);
       break;
     case kAcceptName:
       editing_.SettleName();

@@ -40,10 +40,10 @@ void frmAddIn::MakeControls() {
   cmd_.CreateIn(hWnd(), kMainBarId, "Main toolbar", barFont);
   FillMainToolbar(cmd_, BarPictureSize());
   controls_.CreateNameBox(hWnd(), kNameId, font_.get());
-  picSplt_.CreateIn(hWnd());
+  picSplt_.CreateIn(hWnd(), "Width of the snippet list");
   leftPane_.CreateIn(hWnd(), "Snippets", [this](HDC dc) { LeftPane_Paint(dc); });
   rightPane_.CreateIn(hWnd(), "Snippet");
-  picHSplt_.CreateIn(rightPane_.hWnd());
+  picHSplt_.CreateIn(rightPane_.hWnd(), "Height of the description");
   controls_.Create(leftPane_.hWnd(), rightPane_.hWnd(),
                    {.lstCode = kListId, .txtDesc = kDescriptionId, .txtCode = kCodeId}, font_.get());
   picAttach_.CreateIn(rightPane_.hWnd(), "Snippet Attachment");

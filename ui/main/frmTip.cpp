@@ -98,6 +98,7 @@ void frmTip::PassClickOn(UINT message, WPARAM wParam, POINT place) {
 }
 
 LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
   switch (message) {
     case WM_PAINT:
       Form_Paint();

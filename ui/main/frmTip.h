@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/AccessibleList.h"
 #include "platform/TipWindow.h"
 #include "platform/Window.h"
 
@@ -35,6 +36,7 @@ class frmTip : public Window, public TipWindow {
   HWND Beneath(POINT screen);
   void PassClickOn(UINT message, WPARAM wParam, POINT place);
 
+  AccessiblePart accessible_{*this, ROLE_SYSTEM_TOOLTIP};
   std::string text_;
   HFONT font_ = nullptr;
   HWND extended_ = nullptr;
