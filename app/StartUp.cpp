@@ -20,7 +20,7 @@ constexpr const char* kAddInList = "Add-Ins32";
 }  // namespace
 
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
-             const std::function<void()>& registerServer, const std::function<void()>& showMainWindow) {
+             const std::function<bool()>& registerServer, const std::function<void()>& showMainWindow) {
   if (mode != StartMode::Standalone) return;
   const bool firstRun = registry.GetRegSetting(kCompany, kApplication, kSection, kRunBefore).empty();
   if (!firstRun) {
@@ -28,11 +28,17 @@ void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFuncti
     return;
   }
   RegisterAddIn();
-  registerServer();
+  const bool registered = registerServer();
   showMessage(
-      "Brennic Snipstore 2.0 was added to VB's list of add-ins. Run the executable again to start Snipstore "
-      "outside the VB IDE.",
+      SNIPSTORE_NAME
+      " was added to VB's list of add-ins. Run the executable again to start Snipstore outside the VB IDE.",
       MessageStyle::kOk, kAddInName);
+  if (!registered) {
+    showMessage(
+        "The program could not be registered, so that the VB IDE cannot load it. Run it with /regserver to try "
+        "again.",
+        MessageStyle::kOk, kAddInName);
+  }
   registry.SaveRegSetting(kCompany, kApplication, kSection, kRunBefore, "Yes");
 }
 

@@ -13,7 +13,7 @@ namespace snip {
 /// has it registered as the server that the environment then asks for, says so, and opens no window; every
 /// later one opens the main window.
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
-             const std::function<void()>& registerServer, const std::function<void()>& showMainWindow);
+             const std::function<bool()>& registerServer, const std::function<void()>& showMainWindow);
 
 /// Enters the program in "vbaddin.ini" of the Windows directory, listed but not loaded at the environment's
 /// start. Whether that could be written is not examined.

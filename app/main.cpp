@@ -31,7 +31,7 @@ class Application {
   int Run(StartMode mode) {
     bool windowShown = false;
     StartUp(
-        mode, registry_, showMessage_, [] { RegisterServer(RegistrationRoots()); },
+        mode, registry_, showMessage_, [] { return RegisterServer(RegistrationRoots()); },
         [&] { windowShown = mainWindow_.Show(nullptr); });
     return windowShown ? MessageLoop() : 0;
   }

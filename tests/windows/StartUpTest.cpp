@@ -27,13 +27,18 @@ class StartUpTest : public testing::Test {
 
   void Start(StartMode mode) {
     StartUp(
-        mode, registry_, showMessage_, [this] { log_.emplace_back("server"); },
+        mode, registry_, showMessage_,
+        [this] {
+          log_.emplace_back("server");
+          return registers_;
+        },
         [this] { log_.emplace_back("window"); });
   }
 
   std::string Marker() const { return registry_.GetRegSetting("Brennic", "BnSnipstore", "2.0", "RunBefore"); }
 
   TestRegistry testRegistry_;
+  bool registers_ = true;
   std::vector<std::string> log_;
   ShowMessageFunction showMessage_ = [this](const std::string& prompt, int style, const std::string& title) {
     EXPECT_EQ(style, 0);
@@ -54,6 +59,15 @@ TEST_F(StartUpTest, TheFirstStandaloneStartRegistersAndOpensNoWindow) {
                 "executable again to start Snipstore outside the VB IDE."}));
   EXPECT_EQ(AddInEntry(), "0");
   EXPECT_EQ(Marker(), "Yes");
+}
+
+TEST_F(StartUpTest, AFailedRegistrationIsToldOnce) {
+  registers_ = false;
+  Start(StartMode::Standalone);
+  ASSERT_EQ(log_.size(), 3U);
+  EXPECT_TRUE(log_[2].starts_with("Brennic Snipstore 2.0|The program could not be registered"));
+  Start(StartMode::Standalone);
+  EXPECT_EQ(log_.back(), "window");
 }
 
 TEST_F(StartUpTest, AnyMarkerTextOpensTheWindowAndWritesNothing) {

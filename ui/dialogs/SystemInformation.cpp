@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/Handle.h"
+#include "version.h"
 
 namespace snip {
 namespace {
@@ -58,7 +59,7 @@ void StartSysInfo(const ShowMessageFunction& showMessage) {
       return;
     }
   }
-  showMessage("System Information Is Unavailable At This Time", MessageStyle::kOk, "Brennic Snipstore 2.0");
+  showMessage("System Information Is Unavailable At This Time", MessageStyle::kOk, SNIPSTORE_NAME);
 }
 
 }  // namespace snip

@@ -75,7 +75,7 @@ void frmAbout::AddHeader() {
                   {textLeft, y, textWidth, height});
     y += height;
   };
-  add("Brennic Snipstore 2.0", -1, titleFont_.get(), titleHeight);
+  add(SNIPSTORE_NAME, -1, titleFont_.get(), titleHeight);
   y += Down(2);
   add("Version " SNIPSTORE_VERSION_TEXT, kVersionId, font(), lineHeight);
   add("Visual Basic add-in for easy storage of code snippets", -1, font(), lineHeight);

@@ -3,11 +3,10 @@
 #include "platform/Fonts.h"
 #include "platform/Window.h"
 #include "resources/resource.h"
+#include "version.h"
 
 namespace snip {
 namespace {
-
-constexpr const char* kApplicationTitle = "Brennic Snipstore 2.0";
 
 BOOL CALLBACK TakeUsableWindow(HWND window, LPARAM result) {
   // Menus and tips lie above the window that they belong to.
@@ -35,7 +34,7 @@ int IconResource(MessageIcon icon) {
 
 MessageResult frmMsg::Display(const std::string& prompt, int style, const std::string& title) {
   prompt_ = prompt;
-  title_ = title.empty() ? kApplicationTitle : title;
+  title_ = title.empty() ? SNIPSTORE_NAME : title;
   style_ = MessageBoxStyleFromNumber(style);
   font_ = MessageFont();
   const INT_PTR result = ShowModal(OwnerForMessage(), WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME);
