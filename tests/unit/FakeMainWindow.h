@@ -130,8 +130,8 @@ class FakeLibraryView : public LibraryView {
   void SelectFileNameText() override { fileNameSelected = true; }
   void ShowFileNameBox() override { fileNameBoxShown = true; }
   void HideFileNameBox() override { fileNameBoxShown = false; }
-  std::string AskForLibraryName() override {
-    calls_.emplace_back("name");
+  std::string AskForLibraryName(const std::string& before) override {
+    calls_.push_back("name" + (before.empty() ? "" : " " + before));
     if (names.empty()) return "";
     const std::string name = names.front();
     names.pop_front();

@@ -59,7 +59,7 @@ TEST_F(LibraryNamingTest, TakenAndImpossibleNamesAreAskedForAgain) {
   chooser.names = {"Second", "(Browse...)", "My New Lib"};
   naming.GetNewLib();
   EXPECT_EQ(Calls(calls.begin(), calls.begin() + 6),
-            (Calls{"name", kTaken, "name", kTaken, "name", "write " + kNew}));
+            (Calls{"name", kTaken, "name Second", kTaken, "name (Browse...)", "write " + kNew}));
   EXPECT_EQ(library.LibraryName, "My New Lib");
 
   store.failing = true;
@@ -69,7 +69,7 @@ TEST_F(LibraryNamingTest, TakenAndImpossibleNamesAreAskedForAgain) {
   EXPECT_EQ(calls, (Calls{"name", "write C:\\Snip\\Fails.bns",
                           "64 [Brennic Snipstore 2.x] A file of this name cannot be made. Please choose "
                           "another name.",
-                          "name"}));
+                          "name Fails"}));
   EXPECT_EQ(library.LibraryName, "My New Lib") << "nothing is left before there is something new";
   EXPECT_EQ(view.rows, (Rows{"New Snippet"}));
 }

@@ -102,8 +102,8 @@ std::optional<std::string> LibraryChooser::ChooseLibraryFile() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
-std::string LibraryChooser::AskForLibraryName() {
-  return frmNew(caption_).ShowMe(GetAncestor(cboFiles_, GA_ROOT));
+std::string LibraryChooser::AskForLibraryName(const std::string& name) {
+  return frmNew(caption_).ShowMe(GetAncestor(cboFiles_, GA_ROOT), name);
 }
 
 }  // namespace snip

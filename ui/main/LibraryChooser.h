@@ -43,7 +43,7 @@ class LibraryChooser : public LibraryView {
   void ShowFileNameBox() override;
   void HideFileNameBox() override;
   std::optional<std::string> ChooseLibraryFile() override;
-  std::string AskForLibraryName() override;
+  std::string AskForLibraryName(const std::string& name) override;
 
  private:
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {

@@ -22,7 +22,7 @@ void LibraryNaming::GetNewLib() {
   editing_.txtCode_LostFocus();
   std::string name;
   do {
-    name = view_.AskForLibraryName();
+    name = view_.AskForLibraryName(name);  // one that was refused is there to be mended
     if (name.empty() || view_.Gone()) return;
   } while (!Create(name) && !view_.Gone());
   if (view_.Gone()) return;

@@ -84,8 +84,8 @@ class LibraryView {
 
   /// Lets the user choose a library file; its full path, or nothing when the user cancelled.
   virtual std::optional<std::string> ChooseLibraryFile() = 0;
-  /// Asks for the name of a new library; empty when the user cancelled.
-  virtual std::string AskForLibraryName() = 0;
+  /// Asks for the name of a new library, with `name` to begin with; empty when the user cancelled.
+  virtual std::string AskForLibraryName(const std::string& name) = 0;
 };
 
 /// Shows the hourglass as long as it lives.
