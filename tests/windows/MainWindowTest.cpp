@@ -219,6 +219,13 @@ TEST_F(MainWindowTest, NewAndDeletedSnippets) {
   EXPECT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 3; }));
   EXPECT_EQ(Row(1), "three");
   EXPECT_EQ(Selected(), 0);
+  const auto locked = [&] { return (GetWindowLongA(Description(), GWL_STYLE) & ES_READONLY) != 0; };
+  ClickRow(2);
+  ASSERT_TRUE(Until([&] { return Selected() == 2; }));
+  PressKey(VK_DELETE);
+  EXPECT_TRUE(Until([&] { return Selected() == -1 && locked(); })) << "whose description would be typed?";
+  ClickRow(0);
+  EXPECT_TRUE(Until([&] { return Selected() == 0 && !locked(); }));
 }
 
 TEST_F(MainWindowTest, ClosingAsksWhetherToSaveAndSavesOnYes) {

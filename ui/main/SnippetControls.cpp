@@ -60,7 +60,7 @@ void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
                                ES_WANTRETURN | (descriptionWraps_ ? 0 : ES_AUTOHSCROLL),
                            WS_EX_CLIENTEDGE, id, font);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
-  SendMessageA(txtDesc_, EM_SETREADONLY, editingDisabled_ ? TRUE : FALSE, 0);
+  LockDescription();
   description_ = ExactTextField(txtDesc_);
 }
 
@@ -110,6 +110,7 @@ void SnippetControls::AddRow(const std::string& name) {
 
 void SnippetControls::RemoveRow(int row) {
   List(LB_DELETESTRING, static_cast<WPARAM>(row));
+  LockDescription();
 }
 
 void SnippetControls::SetRowText(int row, const std::string& name) {
@@ -156,6 +157,13 @@ void SnippetControls::SetDescription(const std::string& text) {
     DestroyWindow(previous);
   }
   description_.SetText(text);
+  LockDescription();
+}
+
+/// Without a selected snippet there is none that what is typed would belong to.
+void SnippetControls::LockDescription() const {
+  const bool locked = editingDisabled_ || SelectedRow() < 0;
+  SendMessageA(txtDesc_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 
 std::string SnippetControls::Code() const {
@@ -205,7 +213,7 @@ void SnippetControls::HideNameBox() {
 
 void SnippetControls::SetEditingDisabled(bool disabled) {
   editingDisabled_ = disabled;
-  SendMessageA(txtDesc_, EM_SETREADONLY, disabled ? TRUE : FALSE, 0);
+  LockDescription();
   commands_.setEditingDisabled(disabled);
 }
 

@@ -78,6 +78,7 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
+  void LockDescription() const;
   void MakeDescription(HWND parent, int id, HFONT font);
 
   LRESULT List(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
