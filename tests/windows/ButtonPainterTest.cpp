@@ -216,15 +216,15 @@ TEST_F(ButtonPainterTest, NoPictureDrawsNothing) {
   EXPECT_EQ(canvas.Read(), ground);
 }
 
-TEST_F(ButtonPainterTest, TheArrowsMaskIsLightGrey) {
+TEST_F(ButtonPainterTest, TheArrowHasTheCaptionsColour) {
   const auto arrow = Picture::FromResource(IDB_DROP_ARROW);
   ASSERT_NE(arrow, nullptr);
   const TestCanvas canvas = PlainCanvas(7, 5);
   On(canvas).DrawArrow(arrow.get(), {1, 1, arrow->size().width, arrow->size().height});
   EXPECT_EQ(canvas.Read(), Drawn({"ooooooo",  //
-                                  "okkkkko",  //
-                                  "ookkkoo",  //
-                                  "oookooo",  //
+                                  "offfffo",  //
+                                  "oofffoo",  //
+                                  "ooofooo",  //
                                   "ooooooo"}));
 }
 

@@ -11,6 +11,10 @@ namespace {
 
 constexpr COLORREF kArrowMask = RGB(0xC0, 0xC0, 0xC0);
 
+RGBQUAD QuadOf(COLORREF color) {
+  return {GetBValue(color), GetGValue(color), GetRValue(color), 0};
+}
+
 }  // namespace
 
 void ButtonPainter::Erase(const Rect& area) const {
@@ -73,7 +77,16 @@ void ButtonPainter::DrawDisabledPicture(const Picture& picture, const Rect& area
 }
 
 void ButtonPainter::DrawArrow(const Picture* arrow, const Rect& area) const {
-  effects_.PaintTransparentStdPic(dc_, area.left, area.top, area.width, area.height, arrow, 0, 0, kArrowMask);
+  if (arrow == nullptr || arrow->bitmap() == nullptr) return;
+  // Its shape in the captions' colour: black would not be seen on a dark face.
+  const MemoryDC picture(arrow->bitmap());
+  const UniqueBitmap shape = DarkPixels(picture.get(), {0, 0}, arrow->size(), nullptr, kArrowMask);
+  const MemoryDC source(shape.get());
+  const COLORREF color = TranslateColor(colors_.fore);
+  const COLORREF mask = ~color & 0xFFFFFFU;
+  const RGBQUAD colors[] = {QuadOf(color), QuadOf(mask)};
+  SetDIBColorTable(source.get(), 0, 2, colors);
+  effects_.PaintTransparentDC(dc_, area.left, area.top, area.width, area.height, source.get(), 0, 0, mask);
 }
 
 void ButtonPainter::DrawSeparator(const Rect& area) const {
