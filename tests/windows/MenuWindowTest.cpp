@@ -303,6 +303,20 @@ TEST_F(MenuWindowTest, HoveringSelectsAndPaints) {
   EXPECT_EQ(Pixel({0, lines.shadow.top}), GetSysColor(COLOR_BTNFACE));
 }
 
+TEST_F(MenuWindowTest, AFrameSetsItOffFromWindowsOfItsColour) {
+  int element = COLOR_WINDOW;
+  const COLORREF before = GetSysColor(element);
+  const COLORREF face = GetSysColor(COLOR_BTNFACE);
+  for (const COLORREF window : {face, before}) {
+    SetSysColors(1, &element, &window);
+    Open();
+    const Rect last = menu_->input().Layout().Row(menu_->iCount() - 1);
+    EXPECT_EQ(Pixel({0, last.top + 4}), window == face ? GetSysColor(COLOR_WINDOWFRAME) : face);
+    PressKey(VK_ESCAPE);
+    ASSERT_TRUE(Closed());
+  }
+}
+
 TEST_F(MenuWindowTest, TheDragBarLightsUpAndExplainsItself) {
   Open();
   const Rect bar = menu_->input().Layout().DragBar();

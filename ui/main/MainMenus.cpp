@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "platform/ScreenTwips.h"
 #include "resources/resource.h"
 #include "ui/commandbar/Picture.h"
 #include "ui/main/MainToolbars.h"
@@ -51,10 +52,16 @@ constexpr std::array kEditItems{
     Item{"Select All", IDB_SELECT_ALL},
 };
 
+/// The side of a picture, in twips.
+constexpr int kPicture = 240;
+
 void FillMenu(frmMenu& menu, std::span<const Item> items) {
+  const TwipsPerPixel twips = ScreenTwips();
+  const Size pictureSize{twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)};
   menu.Clear();
   for (const Item& item : items) {
-    menu.Add(item.caption, true, false, item.picture != 0 ? Picture::FromResource(item.picture) : nullptr);
+    menu.Add(item.caption, true, false,
+             item.picture != 0 ? Picture::FromResource(item.picture, pictureSize) : nullptr);
   }
 }
 

@@ -14,9 +14,12 @@ constexpr int kSeparatorMargin = 30;
 constexpr int kSeparatorRow = 6;
 constexpr int kSeparatorShadowTop = 2;
 constexpr int kSeparatorHighlightTop = 3;
+
+// Pixels at 96 dpi.
 constexpr int kCloseColumns = 14;
 constexpr int kCloseBoxSide = 12;
 constexpr int kCloseBoxTop = 1;
+constexpr int kPictureSide = 16;
 /// Taken for the side of a picture when it is centred: it stands a pixel right of and below the middle.
 constexpr int kCentredSide = 14;
 constexpr int kFloatingTextShift = 2;
@@ -66,15 +69,18 @@ Rect MenuLayout::DragBar() const {
 
 Rect MenuLayout::CloseBox() const {
   if (!mode_.floating) return {};
-  return {client_.width - kCloseColumns, kCloseBoxTop, kCloseBoxSide, kCloseBoxSide};
+  const int side = metrics_.Scaled(kCloseBoxSide);
+  return {client_.width - metrics_.Scaled(kCloseColumns), metrics_.Scaled(kCloseBoxTop), side, side};
 }
 
 bool MenuLayout::OnCloseBox(Point at) const {
-  return mode_.floating && HitTest(at) == MenuHot::kDragBar && at.x > client_.width - kCloseColumns;
+  return mode_.floating && HitTest(at) == MenuHot::kDragBar &&
+         at.x > client_.width - metrics_.Scaled(kCloseColumns);
 }
 
 bool MenuLayout::OnDragHandle(Point at) const {
-  return HitTest(at) == MenuHot::kDragBar && at.x > 0 && at.x <= client_.width - kCloseColumns;
+  return HitTest(at) == MenuHot::kDragBar && at.x > 0 &&
+         at.x <= client_.width - metrics_.Scaled(kCloseColumns);
 }
 
 Rect MenuLayout::Row(int index) const {
@@ -88,10 +94,11 @@ Rect MenuLayout::PictureCell(int index) const {
   return {row.left, row.top, row.height, row.height};
 }
 
-Point MenuLayout::PictureOrigin(int index) const {
+Rect MenuLayout::PictureArea(int index) const {
   const Rect cell = PictureCell(index);
-  const int inset = (cell.width - kCentredSide) / 2;
-  return {cell.left + inset, cell.top + inset};
+  const int inset = (cell.width - metrics_.Scaled(kCentredSide)) / 2;
+  const int side = metrics_.Scaled(kPictureSide);
+  return {cell.left + inset, cell.top + inset, side, side};
 }
 
 Rect MenuLayout::Caption(int index) const {

@@ -55,8 +55,7 @@ class MenuLayout {
   Rect Row(int index) const;
   /// The square at the row's left that the picture stands in.
   Rect PictureCell(int index) const;
-  /// Where the left top pixel of the 16 x 16 picture goes.
-  Point PictureOrigin(int index) const;
+  Rect PictureArea(int index) const;
   /// The caption is one line, vertically centred in this.
   Rect Caption(int index) const;
 

@@ -5,7 +5,7 @@ namespace {
 
 /// Room above and below a caption, in twips.
 constexpr int kAroundText = 120;
-/// The cell that the pictures stand in, in pixels.
+/// The cell that the pictures stand in, in pixels at 96 dpi.
 constexpr int kPictureColumn = 24;
 /// Between that cell and the caption, in twips.
 constexpr int kTextGap = 15;
@@ -17,7 +17,7 @@ MenuMetrics ResetInfo(int textHeight, const TwipsPerPixel& twips) {
   metrics.twips = twips;
   metrics.ItemHeight = twips.ToTwipsY(textHeight) + kAroundText;
   metrics.SeparatorDelta = metrics.ItemHeight - kSeparatorHeight;
-  metrics.TextLeft = twips.ToTwipsX(kPictureColumn) + kTextGap;
+  metrics.TextLeft = TwipsPerPixel{}.ToTwipsX(kPictureColumn) + kTextGap;
   return metrics;
 }
 

@@ -13,6 +13,8 @@ struct MenuMetrics {
 
   int ItemHeightPixels() const { return twips.ToPixelsY(ItemHeight); }
   int TextLeftPixels() const { return twips.ToPixelsX(TextLeft); }
+  /// The pixels of this screen that take the room of so many at 96 dpi, for which pictures are drawn.
+  int Scaled(int pixels) const { return twips.ToPixelsX(TwipsPerPixel{}.ToTwipsX(pixels)); }
 };
 
 /// The height of a separator's row, in twips.

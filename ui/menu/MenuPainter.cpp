@@ -8,7 +8,6 @@ namespace snip {
 namespace {
 
 constexpr OLE_COLOR kPictureMask = 0xC0C0C0;
-constexpr int kPictureSide = 16;
 
 COLORREF ColorOf(MenuColor color) {
   return GetSysColor(static_cast<int>(color));
@@ -20,6 +19,11 @@ void MenuPainter::Draw(Size client) const {
   FillArea(dc_, {0, 0, client.width, client.height}, ColorOf(MenuColor::ButtonFace));
   for (int index = 0; index < items_.iCount(); ++index) DrawItem(index);
   DrawDragBar();
+  // Nothing else tells the menu from a window behind it in schemes where both have one colour.
+  const RECT frame{0, 0, client.width, client.height};
+  if (ColorOf(MenuColor::ButtonFace) == GetSysColor(COLOR_WINDOW)) {
+    FrameRect(dc_, &frame, GetSysColorBrush(COLOR_WINDOWFRAME));
+  }
 }
 
 void MenuPainter::DrawItem(int index) const {
@@ -54,13 +58,12 @@ void MenuPainter::DrawFrame(int index, const MenuItemLook& look) const {
 }
 
 void MenuPainter::DrawPicture(int index, const Picture& picture, bool embossed) const {
-  const Point at = layout_.PictureOrigin(index);
+  const Rect at = layout_.PictureArea(index);
   if (embossed) {
-    effects_.PaintDisabledStdPic(dc_, at.x, at.y, kPictureSide, kPictureSide, &picture, 0, 0, kPictureMask,
+    effects_.PaintDisabledStdPic(dc_, at.left, at.top, at.width, at.height, &picture, 0, 0, kPictureMask,
                                  SystemColor(COLOR_BTNHIGHLIGHT), SystemColor(COLOR_BTNSHADOW));
   } else {
-    effects_.PaintTransparentStdPic(dc_, at.x, at.y, kPictureSide, kPictureSide, &picture, 0, 0,
-                                    kPictureMask);
+    effects_.PaintTransparentStdPic(dc_, at.left, at.top, at.width, at.height, &picture, 0, 0, kPictureMask);
   }
 }
 

@@ -21,10 +21,9 @@ int LowRows(const MenuItems& items) {
   return items.SeparatorCount(items.iCount() - 1);
 }
 
-/// By whole twips per pixel, cut off: exact at 96, 120 and 144 dpi. Where a pixel is no whole number of twips
-/// the corner comes out that much nearer or farther.
+/// The pixel that the twip lies in.
 int CornerPixels(int twips, double twipsPerPixel) {
-  return twips / static_cast<int>(std::lround(twipsPerPixel));
+  return static_cast<int>(twips / twipsPerPixel);
 }
 
 }  // namespace
