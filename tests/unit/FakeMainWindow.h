@@ -156,7 +156,7 @@ class FakeStore : public LibraryStore {
   bool failing = false;                  ///< The folder cannot be written to: what is replaced is lost.
   std::size_t room = std::string::npos;  ///< Bytes that the disk has left for a file.
   mutable std::weak_ptr<bool> open;      ///< Of the file that was opened last, as long as it is.
-  std::function<void()> whileWriting = [] {};
+  std::function<void()> whileBusy = [] {};
 
   std::vector<std::string> Names() const override { return names; }
   bool Exists(const std::string& path) const override { return files.contains(path); }
@@ -170,6 +170,7 @@ class FakeStore : public LibraryStore {
   std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     calls_.push_back("read " + path);
+    whileBusy();
     const auto file = files.find(path);
     if (file == files.end()) return nullptr;
     auto bytes = std::make_unique<OpenFile>(file->second);
@@ -178,7 +179,7 @@ class FakeStore : public LibraryStore {
   }
   bool Replace(const std::string& path, ByteSource&& bytes) override {
     calls_.push_back("write " + path);
-    whileWriting();
+    whileBusy();
     files.erase(path);
     if (failing) return false;
     const std::string all = AllBytes(bytes);

@@ -111,16 +111,19 @@ TEST_F(LibraryOperationsTest, ChangesAreCommittedThenAskedAboutThenWrittenBefore
   ChangeStrings();
   answers = {kYes};
   std::string codeWhenAsked;
-  bool waitingWhileWriting = false;
+  bool waitingWhileBusy = false;
   whileShown = [&] { codeWhenAsked = library.Snippets[1].Code; };
-  store.whileWriting = [&] { waitingWhileWriting = view.waiting; };
+  store.whileBusy = [&] { waitingWhileBusy = view.waiting; };
 
   ChooseFile(1);
   EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "read " + kDates}));
   EXPECT_EQ(codeWhenAsked, "Right$(s, 2)\r\n'two");
   EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
   EXPECT_EQ(store.files[kDates], kDatesFile);
-  EXPECT_TRUE(waitingWhileWriting);
+  EXPECT_TRUE(waitingWhileBusy);
+  waitingWhileBusy = false;
+  operations.cboFiles_Click();
+  EXPECT_TRUE(waitingWhileBusy);
   EXPECT_FALSE(view.waiting);
   ExpectOpened("Dates", {"Today"});
   EXPECT_TRUE(library.Saved);

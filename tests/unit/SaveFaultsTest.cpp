@@ -59,7 +59,7 @@ TEST_F(SaveFaultsTest, AQuestionAnsweredYesThatCannotBeFulfilledLeadsOnAndClaims
 }
 
 TEST_F(SaveFaultsTest, WhatIsThrownWhileSavingLeavesTheLibraryUnsaved) {
-  store.whileWriting = [] { throw std::bad_alloc(); };
+  store.whileBusy = [] { throw std::bad_alloc(); };
   EXPECT_THROW(operations.SaveLibrary(), std::bad_alloc);
   EXPECT_FALSE(library.Saved);
   EXPECT_FALSE(view.waiting);

@@ -106,7 +106,10 @@ void LibraryOperations::OfferToSave() {
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
-  auto result = ReadLibrary(store_, path);
+  auto result = [&] {
+    const WaitCursorScope wait(snippetView_);
+    return ReadLibrary(store_, path);
+  }();
   auto* contents = std::get_if<BnsContents>(&result);
   if (contents == nullptr) {
     // The library in memory stays as it was, under its own name: what is shown is not part of it.
