@@ -17,6 +17,9 @@
 #include "settings/Settings.h"
 #include "settings/SettingsText.h"
 #include "ui/commandbar/TextPropertyBag.h"
+#include "ui/editor/ColouredText.h"
+#include "ui/editor/RtfText.h"
+#include "ui/editor/VbTokens.h"
 #include "ui/editor/WordRange.h"
 
 namespace snip::test {
@@ -175,6 +178,153 @@ void ReadRegistryValues(std::string_view input) {
   Require(SplitMultiString(data) == strings, "strings that read otherwise once written");
 }
 
+// --- Code and its colours ---------------------------------------------------------------------------------
+
+void RequireTokens(std::string_view line, LineState before, const LineTokens& result) {
+  std::size_t place = 0;
+  for (const VbToken& token : result.tokens) {
+    Require(place <= token.begin && token.begin < token.end && token.end <= line.size(),
+            "a token out of its place");
+    place = token.end;
+    const bool begun = token.kind != TokenKind::String || line[token.begin] == '"';
+    const bool ended = token.kind != TokenKind::Comment || token.end == line.size();
+    Require(begun && ended, "a string without a quote, or code behind a comment");
+  }
+  Require(StateAfterLine(line, before) == result.after, "a line that tells the next one two things");
+}
+
+/// What a control shows that is coloured only where it is told; a blank's colour is nobody's business.
+struct CodeField {
+  explicit CodeField(std::string shown) : text(std::move(shown)), hues(text.size(), Hue::Fore) {
+    model.Load(text);
+  }
+
+  void Colour(std::size_t first, std::size_t end) {
+    std::size_t place = 0;
+    for (const HueRun& run : model.Finish(first, end)) {
+      Require(place <= run.begin && run.begin < run.end && run.end <= text.size(), "a run out of its place");
+      place = run.end;
+      std::fill(Place(run.begin), Place(run.end), run.hue);
+    }
+  }
+
+  /// Puts the text behind three bytes, which say how, in place of a part of the present one.
+  void Edit(std::string_view edit) {
+    const auto below = [&](std::size_t byte, std::size_t end) {
+      return static_cast<unsigned char>(edit[byte]) * end / 256;
+    };
+    const std::size_t begin = below(0, text.size() + 1);
+    const std::size_t end = begin + below(1, text.size() - begin + 1);
+    const unsigned how = static_cast<unsigned char>(edit[2]);
+    const auto hue = static_cast<Hue>(how % 5);
+    const std::string_view inserted = edit.substr(3);
+    text.replace(begin, end - begin, inserted);
+    hues.insert(hues.erase(Place(begin), Place(end)), inserted.size(), hue);
+    if (begin == end && hue == Hue::Unknown) {
+      model.ReplaceAll(text);
+    } else {
+      model.Replace(begin, end, inserted, hue);
+    }
+    if (how / 5 % 4 == 1) model.SetColouring(!model.colouring());
+    if (how / 5 % 4 == 2) model.ForgetHues(begin, begin + inserted.size());
+    Require(model.text() == text, "a text that is not the one shown");
+    const std::size_t line = model.LineAt(begin);
+    Require(model.LineStart(line) <= begin, "a place in front of its line");
+    Colour(line, line + 2);
+  }
+
+  void RequireColours(const CodeField& expected) const {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      Require(Blank(text[i]) || hues[i] == expected.hues[i], "a colour that a fresh text has not");
+    }
+  }
+
+  static bool Blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
+  std::vector<Hue>::iterator Place(std::size_t i) { return hues.begin() + static_cast<std::ptrdiff_t>(i); }
+
+  std::string text;
+  std::vector<Hue> hues;
+  ColouredText model;
+};
+
+/// Reads RTF behind its header as a control does: what it shows, and the number of each character's colour.
+struct ShownRtf {
+  explicit ShownRtf(std::string_view rtf) {
+    int color = 0;
+    for (std::size_t i = 0; rtf.at(i) != '}'; ++i) {
+      if (rtf[i] == '\n') continue;
+      std::size_t end = i + 1;
+      while (rtf[i] == '\\' && rtf.at(end) >= 'a' && rtf[end] <= 'z') ++end;
+      if (end == i + 1) {
+        if (rtf[i] == '\\') ++i;
+        Add(static_cast<char16_t>(rtf[i]), color);
+        continue;
+      }
+      const std::string_view word = rtf.substr(i + 1, end - i - 1);
+      i = end;
+      while (rtf.at(end) == '-' || (rtf[end] >= '0' && rtf[end] <= '9')) ++end;
+      const int number = end > i ? std::stoi(std::string(rtf.substr(i, end - i))) : 0;
+      // A blank belongs to the word, and a "u" stands in place of the character behind it.
+      i = rtf[end] == ' ' || word == "u" ? end : end - 1;
+      if (word == "cf") color = number;
+      if (word == "u") Add(static_cast<char16_t>(number), color);
+      if (word == "tab") Add(u'\t', color);
+      if (word == "par") Add(u'\r', color);
+    }
+  }
+
+  void Add(char16_t c, int color) {
+    text += c;
+    colors.push_back(color);
+  }
+
+  std::u16string text;
+  std::vector<int> colors;
+};
+
+void RequireRtf(const CodeField& field) {
+  std::u16string text;
+  for (const char c : field.text) {
+    const auto byte = static_cast<unsigned char>(c);
+    // Letters from all over, those among them that RTF writes as negative numbers.
+    text += static_cast<char16_t>(byte < 0x80 ? byte : byte * 0x101);
+  }
+  if (!FitsRtf(text)) return;
+  ColouredText fresh;
+  fresh.Load(field.text);
+  const RtfLook look{.font = {.Name = "Courier New"}, .colours = {}};
+  const std::string rtf = RtfOf(text, fresh.Finish(0, fresh.lineCount()), look);
+  const ShownRtf shown(std::string_view(rtf).substr(rtf.find("\\cf")));
+  Require(shown.text == text + u'\r', "RTF of another text");
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    Require(CodeField::Blank(field.text[i]) || shown.colors[i] == static_cast<int>(field.hues[i]) + 1,
+            "RTF in other colours");
+  }
+}
+
+/// A text, and behind each zero byte an edit of it.
+void ColourCode(std::string_view input) {
+  LineState state = LineState::Fresh;
+  for (const std::string& line : Split(input, "\r")) {
+    const LineTokens tokens = TokensOfLine(line, state);
+    RequireTokens(line, state, tokens);
+    state = tokens.after;
+  }
+  const auto parts = Split(input, std::string_view("\0", 1));
+  CodeField field(parts.front());
+  for (const std::string& edit : std::span(parts).subspan(1)) {
+    if (edit.size() >= 3) field.Edit(edit);
+  }
+  field.Colour(0, field.model.lineCount());
+  Require(field.model.finished(), "lines that stay without colours");
+  CodeField fresh(field.text);
+  fresh.Colour(0, fresh.model.lineCount());
+  RequireRtf(fresh);
+  fresh.model.SetColouring(field.model.colouring());
+  fresh.Colour(0, fresh.model.lineCount());
+  field.RequireColours(fresh);
+}
+
 // --- Fields, words and arguments --------------------------------------------------------------------------
 
 void ShowInField(std::string_view input) {
@@ -215,11 +365,12 @@ void ReadArguments(std::string_view input) {
   Require((StartModeFromArguments(arguments) == StartMode::Component) == embedding, "another way to start");
 }
 
-constexpr std::array<FuzzTarget, 7> kTargets = {{{"library", ReadLibrary},
+constexpr std::array<FuzzTarget, 8> kTargets = {{{"library", ReadLibrary},
                                                  {"writer", WriteLibrary},
                                                  {"properties", ReadProperties},
                                                  {"settings", ReadStoredSettings},
                                                  {"registry", ReadRegistryValues},
+                                                 {"code", ColourCode},
                                                  {"field", ShowInField},
                                                  {"arguments", ReadArguments}}};
 

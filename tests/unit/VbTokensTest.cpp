@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
@@ -94,30 +93,6 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
     EXPECT_EQ(Marked(expected.line, result.tokens), expected.marks);
     EXPECT_EQ(result.after, expected.after);
     EXPECT_EQ(StateAfterLine(expected.line, expected.before), expected.after);
-  }
-}
-
-TEST(VbTokens, AnyLineGivesTokensInOrderAndWithinIt) {
-  const std::vector<std::string> pieces = {"\"", "'", "#",  "#If ", "&H",  "&",   " _",   "_",  ".",
-                                           "!",  "[", "]",  ":",    "Rem", "End", "1",    "/",  "E+",
-                                           "$",  " ", "\t", "Dim ", "x",   "AM",  "\xE4", "\0", "Then"};
-  std::mt19937 random(5);
-  for (int round = 0; round < 20000; ++round) {
-    std::string line;
-    for (auto count = random() % 12; count > 0; --count) line += pieces[random() % pieces.size()];
-    const auto before = static_cast<LineState>(random() % 4);
-    // On the heap and to the last byte, so that reading behind the line is caught.
-    const std::vector<char> bytes(line.begin(), line.end());
-    const std::string_view view(bytes.data(), bytes.size());
-    const LineTokens result = TokensOfLine(view, before);
-    std::size_t place = 0;
-    for (const VbToken& token : result.tokens) {
-      ASSERT_LE(place, token.begin) << line;
-      ASSERT_LT(token.begin, token.end) << line;
-      ASSERT_LE(token.end, line.size()) << line;
-      place = token.end;
-    }
-    ASSERT_EQ(StateAfterLine(view, before), result.after) << line;
   }
 }
 
