@@ -24,8 +24,8 @@ struct CommandBarControlEvents : IDispatch {};
 
 #pragma GCC diagnostic pop
 
-/// How the add-in was started.
-enum ConnectMode : LONG { kAfterStartup = 0, kStartup = 1, kExternal = 2 };
+/// What `ConnectMode` is when the add-in is started by something other than the environment.
+inline constexpr LONG kExternal = 2;
 
 inline constexpr DISPID kClickEvent = 1;
 

@@ -4,8 +4,10 @@
 #include <psapi.h>
 #include <tlhelp32.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "library/BnsFormat.h"
@@ -16,6 +18,7 @@
 #include "tests/windows/AccessibleClient.h"
 #include "tests/windows/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
+#include "ui/main/MainWindowKeys.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip::test {
@@ -75,6 +78,18 @@ class AddInTest : public testing::Test {
     EXPECT_EQ(host.Ask("connect 0"), "0");
     EXPECT_EQ(host.Ask("click 0"), "");
     return program_.MainWindow();
+  }
+  /// The program's visible windows other than the main window.
+  static std::vector<HWND> WindowsOver(HWND window) {
+    std::vector<HWND> windows;
+    EnumThreadWindows(GetWindowThreadProcessId(window, nullptr), &AddIfVisible,
+                      reinterpret_cast<LPARAM>(&windows));
+    std::erase(windows, window);
+    return windows;
+  }
+  static BOOL CALLBACK AddIfVisible(HWND window, LPARAM windows) {
+    if (IsWindowVisible(window) != 0) reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    return TRUE;
   }
   static void Disconnect(HostProcess& host) {
     EXPECT_EQ(host.Ask("disconnect 1"), "0");
@@ -137,8 +152,10 @@ TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
   host.Ask("entry Brennic Snipstore 2.0");
   host.Ask("entry Other");
   host.Ask("entry Brennic Snipstore 2.0");
-  EXPECT_EQ(host.Ask("connect 1"), "0");
-  EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry);
+  for (const char* step : {"connect 1", "complete", "update"}) {
+    EXPECT_EQ(host.Ask(step), "0") << step;
+    EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry) << step;
+  }
   EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
   EXPECT_EQ(Servers(), 1U);
   Disconnect(host);
@@ -215,10 +232,47 @@ TEST_F(AddInTest, ADisconnectionOffersToSave) {
   EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
 }
 
+TEST_F(AddInTest, ADisconnectionClosesWhateverIsOpen) {
+  HostProcess host(LibraryPath());
+  constexpr int button = Command::kMainButton;
+  const std::pair<const char*, int> commands[] = {{"Settings", button + MainButton::kSettings},
+                                                  {"About", button + MainButton::kAbout},
+                                                  {"New library", button + MainButton::kNewLibrary},
+                                                  {"A message", button + MainButton::kOutput},
+                                                  {"A menu", Command::kOutputMenu}};
+  for (const auto& [what, command] : commands) {
+    SCOPED_TRACE(what);
+    const HWND window = OpenWindow(host);
+    PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    std::vector<HWND> open;
+    EXPECT_TRUE(WaitUntil([&] { return !(open = WindowsOver(window)).empty(); }));
+    Disconnect(host);
+    open.push_back(window);
+    EXPECT_TRUE(WaitUntil([&] { return std::none_of(open.begin(), open.end(), &IsWindowVisible); }));
+  }
+  // A question whether to save does not wait any more, for the disconnection asks it again.
+  const HWND window = OpenWindow(host);
+  SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
+               reinterpret_cast<LPARAM>("changed "));
+  const HWND chooser = FindControl(window, frmAddIn::kFilesId);
+  PostMessageA(GetParent(chooser), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
+               reinterpret_cast<LPARAM>(chooser));
+  EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 1U; }));
+  host.Send("disconnect 1");
+  EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 2U; }));
+  EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
+  EXPECT_EQ(host.Answer(), "0");
+  EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+  EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
+  EXPECT_EQ(Servers(), 1U);
+  host.Ask("release");
+}
+
 TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
   HostProcess host(LibraryPath());
   const HWND window = OpenWindow(host);
   const std::string answered = "The development environment answered: ";
+  const std::string nothingThere = "The development environment does not have what is needed for this.";
   struct Refusal {
     const char* command;
     void (*paste)(HWND);  ///< Null when the command only makes ready.
@@ -231,9 +285,12 @@ TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
       {"hook CodeModule.InsertLines 800A9C68 Can't edit module", &Paste, answered + "Can't edit module"},
       {"hook CodePane.GetSelection 80004001", &Paste, ""},
       {"hook CodePane.GetSelection off", nullptr, ""},
+      {"hook CodePane.CodeModule nothing", &Paste, nothingThere},
+      {"hook CodePane.CodeModule off", nullptr, ""},
       {"hook VBE.ActiveCodePane 80010001", &Paste,
        "The development environment is busy. Please try again later."},
       {"hook VBComponents.Add 800A9C68 Project is locked", &PasteAll, answered + "Project is locked"},
+      {"hook VBComponents.Add nothing", &PasteAll, nothingThere},
       {"hook VBComponents.Add off", &PasteAll, answered + "Can't edit module"},
       {"noproject", &PasteAll, "No project is currently open."},
   };
@@ -261,18 +318,23 @@ TEST_F(AddInTest, FailuresWhileConnectingAreSwallowed) {
         "CommandBarControls.Item", "CommandBarControls.Add", "CommandBarControl.Caption", "VBE.Events",
         "Events.CommandBarEvents", "Events.Advise", "VBE.MainWindow", "Window.HWnd",
         "CommandBarControl.Delete"}) {
-    for (const char* failure : {"80004005", "80020009 with words"}) {
+    for (const char* failure : {"80004005", "80020009 with words", "nothing"}) {
       SCOPED_TRACE(member + " " + failure);
       host.Ask("hook " + member + " " + failure);
       EXPECT_EQ(host.Ask("connect 0"), "0");
       EXPECT_EQ(host.Ask("disconnect 0"), "0");
       EXPECT_EQ(host.Ask("references"), "0");
       host.Ask("hook " + member + " off");
-      EXPECT_TRUE(member == "CommandBarControl.Delete" || host.Ask("entries") == "[Other]");
+      EXPECT_TRUE(member == "CommandBarControl.Delete" || host.Ask("entries") == "[Other]")
+          << host.Ask("entries");
     }
   }
   host.Ask("nobar");
   EXPECT_EQ(host.Ask("connect 0"), "0");
+  Disconnect(host);
+  EXPECT_EQ(host.Ask("connectnothing"), "0");
+  EXPECT_EQ(host.Ask("call Show"), "0");
+  EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
   Disconnect(host);
 }
 
@@ -363,6 +425,10 @@ TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
   run("/regserver");
   EXPECT_EQ(Program::AddInEntry(), "0");
   EXPECT_EQ(Program::ServerCommand(), "\"" + program_.folder().File("BnSnipstore2.exe") + "\"");
+  // Who has had the environment load it at every start keeps that.
+  WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "1", "vbaddin.ini");
+  run("/regserver");
+  EXPECT_EQ(Program::AddInEntry(), "1");
   run("/UnregServer");
   EXPECT_EQ(Program::AddInEntry(), "");
   EXPECT_TRUE(registry() == before);

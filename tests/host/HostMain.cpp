@@ -101,20 +101,30 @@ class Host {
   }
   HRESULT Query() { return object_->QueryInterface(__uuidof(IDTExtensibility), addIn_.PutVoid()); }
 
-  HRESULT ConnectAddIn(LONG mode) {
+  HRESULT ConnectAddIn(LONG mode, const ComPtr<IDispatch>& root) {
     HRESULT result = object_ ? S_OK : Create();
     if (SUCCEEDED(result)) result = Query();
     if (FAILED(result)) return result;
-    const ComPtr<IDispatch> root = model_.VBE();
     SAFEARRAY* custom = nullptr;
     return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
   }
-  HRESULT DisconnectAddIn(LONG mode) {
+  /// Calls the add-in with an array that holds nothing.
+  template <class Call>
+  HRESULT TellAddIn(const Call& call) {
     if (!addIn_) return E_POINTER;
     SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
-    const HRESULT result = addIn_->OnDisconnection(mode, &custom);
+    const HRESULT result = call(&custom);
     SafeArrayDestroy(custom);
     return result;
+  }
+  HRESULT DisconnectAddIn(LONG mode) {
+    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnDisconnection(mode, custom); });
+  }
+  HRESULT UpdateAddIns() {
+    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnAddInsUpdate(custom); });
+  }
+  HRESULT CompleteStartup() {
+    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnStartupComplete(custom); });
   }
   HRESULT CallMember(const std::string& name) {
     ComPtr<IDispatch> object = addIn_.As<IDispatch>();
@@ -127,7 +137,7 @@ class Host {
                          : object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
   }
 
-  /// Lets a member fail, or do something else first: "Object.Member disconnect".
+  /// Lets a member fail, answer with no object, or do something else first: "Object.Member disconnect".
   std::string Hook(std::istringstream& words) {
     std::string member;
     std::string what;
@@ -136,6 +146,8 @@ class Host {
       model_.watch.hooks.erase(member);
     } else if (what == "disconnect") {
       model_.watch.hooks[member] = [this] { return DisconnectAddIn(1); };
+    } else if (what == "nothing") {
+      model_.watch.hooks[member] = [] { return kAnswerNothing; };
     } else if (what == "exit") {
       model_.watch.hooks[member] = []() -> HRESULT { ExitProcess(0); };
     } else {
@@ -202,7 +214,10 @@ class Host {
     };
     const std::map<std::string, std::function<std::string()>> commands{
         {"create", [&] { return Hex(Create()); }},
-        {"connect", [&] { return Hex(ConnectAddIn(std::stol(next()))); }},
+        {"connect", [&] { return Hex(ConnectAddIn(std::stol(next()), model_.VBE())); }},
+        {"connectnothing", [&] { return Hex(ConnectAddIn(0, {})); }},
+        {"complete", [&] { return Hex(CompleteStartup()); }},
+        {"update", [&] { return Hex(UpdateAddIns()); }},
         {"disconnect", [&] { return Hex(DisconnectAddIn(std::stol(next()))); }},
         {"release",
          [&] {
@@ -230,7 +245,6 @@ class Host {
         {"references", [&] { return std::to_string(model_.watch.references); }},
         {"front", [&] { return GetForegroundWindow() == window() ? "yes" : "no"; }},
         {"takefront", [&] { return SetForegroundWindow(window()) != 0 ? "yes" : "no"; }},
-        {"exit", [&]() -> std::string { ExitProcess(0); }},
     };
     const auto command = commands.find(name);
     return command == commands.end() ? "unknown command" : command->second();

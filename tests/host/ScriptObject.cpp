@@ -76,6 +76,7 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WO
     const CallWatch::Hook run = hook->second;
     done = run();
   }
+  if (done == kAnswerNothing) return Answer(answer, static_cast<IDispatch*>(nullptr));
   if (SUCCEEDED(done)) done = member->function(arguments, answer);
   if (FAILED(done) && !watch_.description.empty() && exception != nullptr) {
     exception->scode = done;

@@ -13,6 +13,9 @@
 
 namespace snip::test {
 
+/// What a hook returns to have its member answer that there is no object.
+inline constexpr HRESULT kAnswerNothing = S_FALSE;
+
 /// What happens to calls of an object: counts the references that clients hold and lets members fail.
 class CallWatch {
  public:

@@ -385,7 +385,12 @@ void SoakHands::ClickRow(const Gesture& gesture) {
   POINT point{5, place.top + 5};
   POINT screen = point;
   ClientToScreen(list, &screen);
-  if (gesture.real && TakeForeground() && WindowFromPoint(screen) == list) return ClickAt(list, point);
+  if (gesture.real && TakeForeground() && WindowFromPoint(screen) == list) {
+    // What the display tells late would put the pointer back to where it was, between here and the click.
+    PointAt(list, point);
+    WaitForInput();
+    return ClickAt(list, point);
+  }
   Post(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
   Post(list, WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
 }
