@@ -15,5 +15,12 @@ TEST(Soak, AShortRunShowsNoDifference) {
                         << actions << " " << seed << " for the shortest script";
 }
 
+TEST(Soak, TwoClicksOnARowAreNoDoubleClick) {
+  const ComApartment apartment;
+  const Action click{.kind = ActionKind::ClickRow, .real = true, .a = 1};
+  const auto failure = Replay({click, {.kind = ActionKind::SelectRow}, click});
+  EXPECT_FALSE(failure) << failure->difference;
+}
+
 }  // namespace
 }  // namespace snip::test

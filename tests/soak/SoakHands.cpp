@@ -382,15 +382,12 @@ void SoakHands::ClickRow(const Gesture& gesture) {
     Ask(list, LB_SETTOPINDEX, row);
     find();
   }
-  POINT point{5, place.top + 5};
+  // Two clicks at one place, soon after each other, would be a double click.
+  if (gesture.real) clicksFurtherRight_ = !clicksFurtherRight_;
+  POINT point{clicksFurtherRight_ ? 5 + 2 * GetSystemMetrics(SM_CXDOUBLECLK) : 5, place.top + 5};
   POINT screen = point;
   ClientToScreen(list, &screen);
-  if (gesture.real && TakeForeground() && WindowFromPoint(screen) == list) {
-    // What the display tells late would put the pointer back to where it was, between here and the click.
-    PointAt(list, point);
-    WaitForInput();
-    return ClickAt(list, point);
-  }
+  if (gesture.real && TakeForeground() && WindowFromPoint(screen) == list) return ClickAt(list, point);
   Post(list, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(point.x, point.y));
   Post(list, WM_LBUTTONUP, 0, MAKELPARAM(point.x, point.y));
 }

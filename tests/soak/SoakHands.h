@@ -73,6 +73,7 @@ class SoakHands : public Hands {
   DWORD thread_ = 0;
   WPARAM token_ = 0;
   int gestures_ = 0;
+  bool clicksFurtherRight_ = false;
   Shown lastSeen_;
   std::map<std::string, std::string> comparedFiles_;
 };
