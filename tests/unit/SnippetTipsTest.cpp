@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,15 +15,15 @@ class FakeSurroundings : public TipSurroundings {
   Place place = Place::List;
   std::int32_t entry = 0;
   bool visible = false;
+  std::string wide = "as wide as it gets";
+  int topEntry = 3;
   std::vector<std::string> done;
 
   Place PlaceOfPointer() const override { return place; }
   std::int32_t EntryAtPointer() const override { return entry; }
-  std::string EntryText(std::int32_t index) const override {
-    return index % 2 == 0 ? "short" : "as wide as it gets";
-  }
+  std::string EntryText(std::int32_t index) const override { return index % 2 == 0 ? "short" : wide; }
   Point OnScreen(int y) const override { return {100, 200 + y}; }
-  int TopEntry() const override { return 3; }
+  int TopEntry() const override { return topEntry; }
   int EntryHeight() const override { return 10; }
   int TextWidth(const std::string& text) const override { return static_cast<int>(text.size()) * 10; }
   int PaneWidth() const override { return 120; }
@@ -68,6 +69,25 @@ TEST(SnippetTips, ATipLiesOverTheEntryThatDoesNotFit) {
     around.done.clear();
     tips.tTip_Timer();
     EXPECT_EQ(around.done, ticks[i].done) << i;
+  }
+}
+
+TEST(SnippetTips, ATipGoesWithWhatItStandsFor) {
+  FakeSurroundings around;
+  SnippetTips tips(around);
+  const std::vector<std::function<void()>> changes = {[&] { around.wide = "renamed, and still too wide"; },
+                                                      [&] { around.topEntry = 4; }};
+  for (const auto& change : changes) {
+    around.place = TipSurroundings::Place::List;
+    around.entry = 5;
+    tips.tTip_Timer();
+    ASSERT_TRUE(around.visible);
+    around.place = TipSurroundings::Place::Tip;
+    tips.tTip_Timer();
+    EXPECT_TRUE(around.visible);
+    change();
+    tips.tTip_Timer();
+    EXPECT_FALSE(around.visible);
   }
 }
 

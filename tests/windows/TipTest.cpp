@@ -94,5 +94,14 @@ TEST_F(TipTest, AClickGoesToWhatLiesBeneath) {
   EXPECT_FALSE(tip_.Visible());
 }
 
+TEST_F(TipTest, TheWheelTurnsTheListThatItExtends) {
+  for (int row = 0; row < 50; ++row) SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>("row"));
+  tip_.SetExtended(list_);
+  tip_.ShowTip("second, in full", 300, 310);
+  SendMessageA(tip_.hWnd(), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), MAKELPARAM(310, 315));
+  EXPECT_GT(SendMessageA(list_, LB_GETTOPINDEX, 0, 0), 0);
+  EXPECT_FALSE(tip_.Visible());
+}
+
 }  // namespace
 }  // namespace snip::test

@@ -10,7 +10,9 @@ constexpr std::int32_t kOutsideEntries = 0x10000;
 
 void SnippetTips::tTip_Timer() {
   const auto place = surroundings_.PlaceOfPointer();
-  if (place == TipSurroundings::Place::Elsewhere) surroundings_.HideTip();
+  if (place == TipSurroundings::Place::Elsewhere || (surroundings_.TipVisible() && RowHasChanged())) {
+    surroundings_.HideTip();
+  }
   if (place != TipSurroundings::Place::List) return;  // over the tip itself it stays
 
   const std::int32_t entry = surroundings_.EntryAtPointer();
@@ -20,15 +22,21 @@ void SnippetTips::tTip_Timer() {
     surroundings_.HideTip();
     return;
   }
-  const std::string text = surroundings_.EntryText(entry);
-  if (surroundings_.TextWidth(text) <= surroundings_.PaneWidth()) {
+  text_ = surroundings_.EntryText(entry);
+  if (surroundings_.TextWidth(text_) <= surroundings_.PaneWidth()) {
     surroundings_.HideTip();
     return;
   }
-  const int top = (entry - surroundings_.TopEntry()) * surroundings_.EntryHeight() - 1;
+  topEntry_ = surroundings_.TopEntry();
+  const int top = (entry - topEntry_) * surroundings_.EntryHeight() - 1;
   const Point corner = surroundings_.OnScreen(top);
   // The tip's frame and margin come before its text, which then lies on the entry's.
-  surroundings_.ShowTip(text, corner.x - 2, corner.y - 1);
+  surroundings_.ShowTip(text_, corner.x - 2, corner.y - 1);
+}
+
+/// Whether the list was scrolled or filled anew beneath the tip, which then lies over something else.
+bool SnippetTips::RowHasChanged() const {
+  return surroundings_.TopEntry() != topEntry_ || surroundings_.EntryText(lastTipIndex_) != text_;
 }
 
 }  // namespace snip

@@ -38,8 +38,12 @@ class SnippetTips {
   void tTip_Timer();
 
  private:
+  bool RowHasChanged() const;
+
   TipSurroundings& surroundings_;
   std::int32_t lastTipIndex_ = -1;  ///< The entry that was looked at last.
+  std::string text_;                ///< What it said.
+  int topEntry_ = 0;                ///< The list's first entry then.
 };
 
 }  // namespace snip

@@ -107,6 +107,10 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 1;  // painting fills everything
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
+    case WM_MOUSEWHEEL:
+      // It is the list that the user turns the wheel over.
+      Hide();
+      return extended_ != nullptr ? SendMessageA(extended_, message, wParam, lParam) : 0;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK:
     case WM_LBUTTONUP:
