@@ -39,8 +39,8 @@ std::string_view LineReader::Next() {
       ++lineFeed;
     }
     if (atEnd) {
-      // A CR LF in a file with unix lines was put there by yet another editor, which may have lost the LF.
-      const bool dropReturn = unixLines_ && bytes_[end_ - 1] == '\r';
+      // The file was cut within its last line end.
+      const bool dropReturn = length > 0 && bytes_[end_ - 1] == '\r';
       return Take(length - (dropReturn ? 1 : 0), length);
     }
     lineFeed = FindLineFeed(bytes_.get(), lineFeed, end_);

@@ -12,7 +12,7 @@ namespace snip {
 /// that is longer.
 ///
 /// The first line says how lines end: CR LF, or LF alone in a file that came through another system's editor.
-/// Any other CR or LF is part of its line.
+/// Any other CR or LF is part of its line, but for a CR at the very end, of which the LF was lost.
 class LineReader {
  public:
   explicit LineReader(ByteSource& source);

@@ -430,6 +430,7 @@ TEST(LibraryNameTest, AFullPathStandsForItsBareFileName) {
       {"C:\\dir\\twice.bns.bns", "twice.bns"},
       {"C:\\dir\\other.txt", "other.txt"},
       {"C:\\dir\\abns", "abns"},
+      {"C:\\dir\\.bns", ".bns"},
       {"C:\\dir/sub/Strings.bns", "Strings"},
       {"\\\\server\\share\\Strings.bns", "Strings"},
   };

@@ -26,7 +26,9 @@ std::string LibraryNameFromEntry(const std::string& entry) {
   if (!IsFullPath(entry)) return entry;
   std::string_view name = entry;
   name.remove_prefix(name.find_last_of("\\/") + 1);  // a full path holds one
-  if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
+  // A name has to be left, or the library would count as none.
+  if (HasLibraryExtension(name) && name.size() > kLibraryExtension.size())
+    name.remove_suffix(kLibraryExtension.size());
   return std::string(name);
 }
 
