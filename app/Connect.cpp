@@ -55,7 +55,9 @@ void Connect::Show() {
   const auto alive = ComPtr<IUnknown>::Share(this);
   const std::shared_ptr<Session> session = session_;
   if (!session) return;
-  displayed_ = window_.Show(*this, session->environment) && !session->over;
+  // The user may close the window before it is fully shown, as behind a message.
+  displayed_ = true;
+  if (!window_.Show(*this, session->environment) || session->over) displayed_ = false;
 }
 
 void Connect::Hide() {

@@ -344,6 +344,32 @@ TEST_F(MainWindowTest, ATypedNameIsKeptByWhateverComesNext) {
   EXPECT_NE(window_.hWnd(), nullptr) << "the user is back in the box";
 }
 
+TEST_F(MainWindowTest, TheOutputArrowStaysPressedAsLongAsItsMenuIsOpen) {
+  Open();
+  const HWND bar = Control(frmAddIn::kMainBarId);
+  const POINT arrow{100, 12};
+  const auto arrowPixels = [&] {
+    const WindowDC dc(bar);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < 24; ++y) {
+      for (int x = arrow.x - 8; x < arrow.x + 8; ++x) pixels.push_back(GetPixel(dc.get(), x, y));
+    }
+    return pixels;
+  };
+  const auto menuIsOpen = [] {
+    const HWND menu = FindWindowA("frmMenu", "Output");
+    return menu != nullptr && IsWindowVisible(menu) != 0 && GetCapture() == menu;
+  };
+  ClickAt(bar, arrow);
+  ASSERT_TRUE(Until(menuIsOpen));
+  const std::vector<COLORREF> pressed = arrowPixels();
+  ClickAt(bar, arrow);  // closes the menu, and opens it anew
+  ASSERT_TRUE(Until(menuIsOpen));
+  EXPECT_TRUE(arrowPixels() == pressed);
+  PressKey(VK_ESCAPE);
+  EXPECT_TRUE(Until([&] { return !menuIsOpen() && arrowPixels() != pressed; }));
+}
+
 TEST_F(MainWindowTest, TheEndOfTheSessionOffersToSave) {
   Open();
   SetFocus(Description());

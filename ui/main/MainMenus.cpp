@@ -96,6 +96,9 @@ void MainMenus::Fill() {
   FillMenu(mnuSnippets, kSnippetsItems);
   FillMenu(mnuAttach, kAttachItems);
   FillMenu(mnuEdit, kEditItems);
+  // As everywhere, what a right click opens takes right clicks.
+  mnuSnippets.SetAllowRightClick(true);
+  mnuEdit.SetAllowRightClick(true);
 }
 
 void MainMenus::Unload() {

@@ -6,6 +6,7 @@
 
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
+#include "platform/Foreground.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
@@ -61,7 +62,10 @@ frmAddIn::frmAddIn(Services services)
                      }}),
       menus_(services_.sounds, [this](MSG& message) { return PreTranslate(message); },
              {.mnuModFuncs_Clicked = [this](int index) { mnuModFuncs_Clicked(index); },
-              .mnuModFuncs_HideMenu = [this] { cmd_.Thaw(); },
+              .mnuModFuncs_HideMenu =
+                  [this] {
+                    if (!openingOutputMenu_) cmd_.Thaw();
+                  },
               .mnuSnippets_Clicked = [this](int index) { mnuSnippets_Clicked(index); },
               .mnuAttach_Clicked = [this](int index) { mnuAttach_Clicked(index); },
               .mnuEdit_Clicked = [this](int index) { mnuEdit_Clicked(index); }}),
@@ -89,15 +93,14 @@ bool frmAddIn::Show(HostEnvironment* host) {
   }
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
   ShowOwnedPopups(hWnd(), TRUE);
-  SetForegroundWindow(GetLastActivePopup(hWnd()));
+  BringToFront(GetLastActivePopup(hWnd()));
   UpdateWindow(hWnd());
   return true;
 }
 
 void frmAddIn::Hide() {
   tTip_.Hide();
-  menus_.Unload();
-  ShowOwnedPopups(hWnd(), FALSE);  // an open dialog goes and comes with the window
+  ShowOwnedPopups(hWnd(), FALSE);  // open dialogs and torn-off menus go and come with the window
   ShowWindow(hWnd(), SW_HIDE);
 }
 
@@ -304,11 +307,12 @@ bool frmAddIn::PreTranslate(MSG& message) {
 
 void frmAddIn::RememberFocus() {
   const HWND focus = GetFocus();
-  if (IsChild(hWnd(), focus) != 0) lastFocus_ = focus;
+  // The code field may make its control anew meanwhile, and passes the focus on.
+  if (IsChild(hWnd(), focus) != 0)
+    lastFocus_ = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
 }
 
 HWND frmAddIn::FocusTarget() const {
-  // The code field may have made its control anew meanwhile.
   return IsChild(hWnd(), lastFocus_) != 0 && IsWindowVisible(lastFocus_) != 0 ? lastFocus_
                                                                               : controls_.lstCode();
 }

@@ -166,6 +166,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   HWND lastFocus_ = nullptr;        ///< The control that had the focus when the window last had it.
   bool descriptionEdited_ = false;  ///< The description has the focus.
   bool unloading_ = false;
+  bool openingOutputMenu_ = false;
   bool allowMenuDrag_ = true;
   bool minimizeOnView_ = true;
   bool snippetTips_ = true;

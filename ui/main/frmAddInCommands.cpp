@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/Clipboard.h"
+#include "platform/FlagScope.h"
 #include "platform/Shell.h"
 #include "resources/resource.h"
 #include "ui/dialogs/CommonDialog.h"
@@ -71,6 +72,7 @@ void frmAddIn::Output() {
   } else if (mode == kCopyToClipboard) {
     CopyCode();
   } else {
+    editing_.StoreShownCode();  // an edit in progress belongs to what the user sees
     const int entry = chooser_.SelectedFile();
     output_.PasteToNewModule(entry < 0 ? std::string() : chooser_.FileText(entry));
   }
@@ -108,7 +110,12 @@ void frmAddIn::cmd_Dropdown() {
   POINT screen{place->x, place->y};
   ClientToScreen(cmd_.hWnd(), &screen);
   cmd_.Freeze();  // so that the arrow stays pressed until the menu closes
-  PopUp(menus_.mnuModFuncs, screen);
+  {
+    // Pressed again while the menu was open: that the menu closes for that is no reason to let the arrow go.
+    const FlagScope opening(openingOutputMenu_);
+    PopUp(menus_.mnuModFuncs, screen);
+  }
+  if (menus_.mnuModFuncs.input().State() != MenuState::Docked) cmd_.Thaw();
 }
 
 void frmAddIn::mnuModFuncs_Clicked(int index) {
@@ -116,7 +123,8 @@ void frmAddIn::mnuModFuncs_Clicked(int index) {
   cmd_.SetCaption(MainButton::kOutput, mode.caption);
   cmd_.SetPicture(MainButton::kOutput, BarPicture(mode.picture));
   cmd_.RedrawButton(MainButton::kOutput);
-  cmd_ButtonClicked(MainButton::kOutput);
+  // A torn-off menu is there while the button itself is not available.
+  if (!cmd_.Grayed(MainButton::kOutput)) cmd_ButtonClicked(MainButton::kOutput);
 }
 
 void frmAddIn::cmdEdit_ButtonClicked(int index) {
@@ -204,8 +212,8 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
 }
 
 void frmAddIn::ShowListTip() {
-  // The box over the row that is renamed would be covered.
-  if (IsWindowVisible(controls_.txtName()) != 0) {
+  // The box over the row that is renamed would be covered, and under a dialog the list takes no clicks.
+  if (IsWindowVisible(controls_.txtName()) != 0 || IsWindowEnabled(hWnd()) == 0) {
     tTip_.Hide();
   } else {
     tTip_.tTip_Timer();

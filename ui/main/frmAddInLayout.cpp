@@ -71,8 +71,10 @@ PictureRef frmAddIn::BarPicture(int resource) const {
 
 void frmAddIn::LoadSettings() {
   const Settings settings = services_.settings.Load();
-  SetKeepOnTop(settings.KeepOnTop);
-  if (settings.KeepOnTop) cmd_.SetState(MainButton::kKeepOnTop, 1);
+  if (settings.KeepOnTop) {
+    SetKeepOnTop(true);
+    cmd_.SetState(MainButton::kKeepOnTop, 1);
+  }
   allowMenuDrag_ = settings.AllowMenuDrag;
   cmd_.SetPlaysSounds(settings.UseSounds);
   cmdEdit_.SetPlaysSounds(cmd_.PlaysSounds());
