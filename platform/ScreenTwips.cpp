@@ -10,4 +10,12 @@ TwipsPerPixel ScreenTwips() {
                                 GetDeviceCaps(screen.get(), LOGPIXELSY));
 }
 
+Rect ScreenAt(Point point) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof monitor;
+  GetMonitorInfoA(MonitorFromPoint({point.x, point.y}, MONITOR_DEFAULTTONEAREST), &monitor);
+  const RECT& area = monitor.rcMonitor;
+  return {area.left, area.top, area.right - area.left, area.bottom - area.top};
+}
+
 }  // namespace snip

@@ -62,7 +62,7 @@ TEST(MenuPlacement, HeightCountsItemsAndSeparators) {
   for (const Case& menu : cases) {
     SCOPED_TRACE(menu.kinds);
     const MenuItems items = MenuOf(menu.kinds);
-    const PopupRequest request{.X = 0, .Y = 0, .screen = {1024, 768}};
+    const PopupRequest request{.X = 0, .Y = 0, .screen = {0, 0, 1024, 768}};
     EXPECT_EQ(PlacePopup(items, MetricsAt(96), request).height, menu.docked);
     PopupRequest detachable = request;
     detachable.AllowDetach = true;
@@ -88,7 +88,7 @@ TEST(MenuPlacement, FollowsTheResolution) {
     const MenuMetrics metrics = ResetInfo(screen.textHeight, TwipsPerPixel::FromDpi(screen.dpi, screen.dpi));
     const MenuItems items = MenuOf("i-i", metrics);
     const Rect place =
-        PlacePopup(items, metrics, {.X = 0, .Y = 0, .AllowDetach = true, .screen = {1024, 768}});
+        PlacePopup(items, metrics, {.X = 0, .Y = 0, .AllowDetach = true, .screen = {0, 0, 1024, 768}});
     EXPECT_EQ((Size{place.width, place.height}), screen.docked);
     EXPECT_EQ(TornOffHeight(items, metrics), screen.tornOff);
   }
@@ -113,22 +113,31 @@ TEST(MenuPlacement, StaysOnTheScreen) {
   const MenuItems items = MenuOf("iii");
   for (const Case& menu : cases) {
     SCOPED_TRACE(menu.name);
-    const Rect place = PlacePopup(items, MetricsAt(96),
-                                  {.X = menu.X, .Y = menu.Y, .cursor = {10, 20}, .screen = {1024, 768}});
+    const Rect place = PlacePopup(
+        items, MetricsAt(96), {.X = menu.X, .Y = menu.Y, .cursor = {10, 20}, .screen = {0, 0, 1024, 768}});
     EXPECT_EQ(place, (Rect{menu.expected.x, menu.expected.y, 1095, 1065}));
   }
 }
 
 TEST(MenuPlacement, ThePointerNearTheEdgesMovesTheMenuToo) {
   const MenuItems items = MenuOf("iii");
-  const Rect place = PlacePopup(items, MetricsAt(96), {.cursor = {1023, 767}, .screen = {1024, 768}});
+  const Rect place = PlacePopup(items, MetricsAt(96), {.cursor = {1023, 767}, .screen = {0, 0, 1024, 768}});
   EXPECT_EQ(place, (Rect{14265, 10455, 1095, 1065}));
+}
+
+TEST(MenuPlacement, StaysOnTheScreenThatItOpensOn) {
+  const MenuItems items = MenuOf("iii");
+  const Rect right{1024, -100, 800, 600};
+  const Rect inside = PlacePopup(items, MetricsAt(96), {.X = 1100 * 15, .Y = -50 * 15, .screen = right});
+  EXPECT_EQ(inside, (Rect{1100 * 15, -50 * 15, 1095, 1065}));
+  const Rect corner = PlacePopup(items, MetricsAt(96), {.X = 1823 * 15, .Y = 499 * 15, .screen = right});
+  EXPECT_EQ(corner, (Rect{1824 * 15 - 1095, 500 * 15 - 1065, 1095, 1065}));
 }
 
 TEST(MenuPlacement, ThePointerIsRoundedToTwips) {
   const MenuMetrics metrics = MetricsAt(192);
   const MenuItems items = MenuOf("i", metrics);
-  const Rect place = PlacePopup(items, metrics, {.cursor = {3, 1}, .screen = {1024, 768}});
+  const Rect place = PlacePopup(items, metrics, {.cursor = {3, 1}, .screen = {0, 0, 1024, 768}});
   EXPECT_EQ(place.left, 23);
   EXPECT_EQ(place.top, 8);
 }
@@ -138,7 +147,7 @@ TEST(MenuPlacement, WiderOrHigherThanTheScreenItBeginsBeyondIt) {
   items.Add({.Caption = std::string(100, 'x')}, MetricsAt(96), SevenPixels);
   const int width = 100 * 105 + 375 + 60 + 240;
   const int height = 11 * 315 + 120;
-  const Rect place = PlacePopup(items, MetricsAt(96), {.X = 30, .Y = 45, .screen = {640, 200}});
+  const Rect place = PlacePopup(items, MetricsAt(96), {.X = 30, .Y = 45, .screen = {0, 0, 640, 200}});
   EXPECT_EQ(place, (Rect{640 * 15 - width, 200 * 15 - height, width, height}));
   EXPECT_LT(place.left, 0);
   EXPECT_LT(place.top, 0);

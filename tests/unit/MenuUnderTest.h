@@ -111,7 +111,7 @@ class MenuUnderTest {
             .Y = kCorner.y * 15,
             .AllowDetach = allowDetach,
             .cursor = {900, 700},
-            .screen = {1024, 768}};
+            .screen = {0, 0, 1024, 768}};
   }
   void Popup(bool allowDetach = true) { Apply(input.Popup(Request(allowDetach))); }
   /// Opens the menu and forgets how.

@@ -27,10 +27,23 @@ TEST(TipPlacement, StaysOnTheScreenSideways) {
   };
   for (const Case& tip : cases) {
     SCOPED_TRACE(tip.name);
-    const Rect place = PlaceTip(
-        {.x = tip.x, .y = tip.y, .pointer = {500, 300}, .text = {tip.textWidth, 13}, .screenWidth = 1000});
+    const Rect place = PlaceTip({.x = tip.x,
+                                 .y = tip.y,
+                                 .pointer = {500, 300},
+                                 .text = {tip.textWidth, 13},
+                                 .screen = {0, 0, 1000, 700}});
     EXPECT_EQ(place, tip.expected);
   }
+}
+
+TEST(TipPlacement, StaysOnTheScreenThatItComesUpOn) {
+  const auto left = [](int x, int width) {
+    return PlaceTip({.x = x, .y = 60, .pointer = {}, .text = {width, 13}, .screen = {-800, 0, 800, 600}})
+        .left;
+  };
+  EXPECT_EQ(left(-700, 100), -700);
+  EXPECT_EQ(left(-50, 100), -100);
+  EXPECT_EQ(left(-50, 900), -800);
 }
 
 }  // namespace

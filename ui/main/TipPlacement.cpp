@@ -15,7 +15,8 @@ Rect PlaceTip(const TipRequest& request) {
   Rect place{request.x != 0 ? request.x : request.pointer.x,
              request.y != 0 ? request.y : request.pointer.y + kBelowPointer, request.text.width,
              request.text.height + 2 * kVerticalMargin};
-  if (place.right() > request.screenWidth) place.left = std::max(0, request.screenWidth - place.width);
+  const Rect& screen = request.screen;
+  if (place.right() > screen.right()) place.left = std::max(screen.left, screen.right() - place.width);
   return place;
 }
 

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include "platform/Fonts.h"
+#include "platform/ScreenTwips.h"
 #include "ui/main/TipPlacement.h"
 
 namespace snip {
@@ -30,13 +31,14 @@ bool frmTip::Load() {
 
 void frmTip::ShowTip(const std::string& text, int x, int y) {
   if (text.empty()) return;
-  POINT pointer{};
-  GetCursorPos(&pointer);
+  POINT cursor{};
+  GetCursorPos(&cursor);
+  const Point pointer{static_cast<int>(cursor.x), static_cast<int>(cursor.y)};
   const Rect place = PlaceTip({.x = x,
                                .y = y,
-                               .pointer = {static_cast<int>(pointer.x), static_cast<int>(pointer.y)},
+                               .pointer = pointer,
                                .text = TextSize(FontOrDefault(font_), " " + text + " "),
-                               .screenWidth = GetSystemMetrics(SM_CXSCREEN)});
+                               .screen = ScreenAt(pointer)});
   text_ = text;
   MoveTo(hWnd(), place);
   SetWindowTextA(hWnd(), text.c_str());  // what a screen reader reads

@@ -30,15 +30,16 @@ int CornerPixels(int twips, double twipsPerPixel) {
 
 Rect PlacePopup(const MenuItems& items, const MenuMetrics& metrics, const PopupRequest& request) {
   const bool atCursor = request.X == -1 && request.Y == -1;
-  const Size screen = metrics.twips.ToTwips(request.screen);
   Rect place;
   place.left = atCursor ? metrics.twips.ToTwipsX(request.cursor.x) : request.X;
   place.top = atCursor ? metrics.twips.ToTwipsY(request.cursor.y) : request.Y;
   place.width = items.MaxWidth() + kBesideItems;
   place.height = metrics.ItemHeight * items.iCount() - metrics.SeparatorDelta * LowRows(items) + kFrame +
                  (request.AllowDetach ? kDockedDragBar : 0);
-  if (place.right() > screen.width) place.left = screen.width - place.width;
-  if (place.bottom() > screen.height) place.top = screen.height - place.height;
+  const int right = metrics.twips.ToTwipsX(request.screen.right());
+  const int bottom = metrics.twips.ToTwipsY(request.screen.bottom());
+  if (place.right() > right) place.left = right - place.width;
+  if (place.bottom() > bottom) place.top = bottom - place.height;
   return place;
 }
 

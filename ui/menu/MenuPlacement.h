@@ -14,7 +14,7 @@ struct PopupRequest {
   int Y = -1;
   bool AllowDetach = false;  ///< The menu shows a drag bar and can be torn off.
   Point cursor = {};         ///< Screen pixels.
-  Size screen = {};          ///< Pixels.
+  Rect screen = {};          ///< Of the several that there may be, the one that it opens on; pixels.
 };
 
 /// The whole window of a docked menu, its border included, in screen twips. A menu that would leave the

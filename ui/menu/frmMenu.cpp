@@ -97,11 +97,12 @@ void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
   owner_ = MsgWnd != nullptr ? GetAncestor(MsgWnd, GA_ROOT) : nullptr;
   watch_.Start(owner_, [this](UINT message, WPARAM wParam) { OwnerMessage(message, wParam); });
   lastMove_.reset();
-  Apply(input_.Popup({.X = X,
-                      .Y = Y,
-                      .AllowDetach = AllowDetach,
-                      .cursor = Pointer(),
-                      .screen = {GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)}}));
+  const Point pointer = Pointer();
+  const bool atPointer = X == -1 && Y == -1;
+  const TwipsPerPixel twips = ScreenTwips();
+  const Point corner = atPointer ? pointer : Point{twips.ToPixelsX(X), twips.ToPixelsY(Y)};
+  Apply(input_.Popup(
+      {.X = X, .Y = Y, .AllowDetach = AllowDetach, .cursor = pointer, .screen = ScreenAt(corner)}));
 }
 
 void frmMenu::Unload() {
