@@ -134,6 +134,21 @@ DWORD HandlesOf(DWORD process) {
 
 }  // namespace
 
+ProcessUse UseOf(DWORD id) {
+  const UniqueFile process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
+  ProcessUse use;
+  PROCESS_MEMORY_COUNTERS_EX memory{};
+  memory.cb = sizeof memory;
+  GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
+  GetProcessHandleCount(process.get(), &use.handles);
+  if (use.handles == 0) use.handles = HandlesOf(id);
+  use.gdiObjects = GetGuiResources(process.get(), GR_GDIOBJECTS);
+  use.userObjects = GetGuiResources(process.get(), GR_USEROBJECTS);
+  use.workingSet = memory.WorkingSetSize;
+  use.privateBytes = memory.PagefileUsage;
+  return use;
+}
+
 SoakHands::SoakHands() {
   for (const auto& [name, bytes] : SoakModel::FirstFiles()) program_.folder().Write(name + ".bns", bytes);
   program_.MarkAsRunBefore();
@@ -548,21 +563,6 @@ void SoakHands::Compare() {
   if (!withFiles) return;
   if (Listing().size() != model_->files().size()) Differ("another number of libraries: " + Quoted(Listing()));
   comparedFiles_ = model_->files();
-}
-
-ProcessUse SoakHands::Use() const {
-  const UniqueFile process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, program_.Id()));
-  ProcessUse use;
-  PROCESS_MEMORY_COUNTERS_EX memory{};
-  memory.cb = sizeof memory;
-  GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
-  GetProcessHandleCount(process.get(), &use.handles);
-  if (use.handles == 0) use.handles = HandlesOf(program_.Id());
-  use.gdiObjects = GetGuiResources(process.get(), GR_GDIOBJECTS);
-  use.userObjects = GetGuiResources(process.get(), GR_USEROBJECTS);
-  use.workingSet = memory.WorkingSetSize;
-  use.privateBytes = memory.PrivateUsage;
-  return use;
 }
 
 }  // namespace snip::test

@@ -23,6 +23,7 @@ struct ProcessUse {
   std::size_t workingSet = 0;
   std::size_t privateBytes = 0;
 };
+ProcessUse UseOf(DWORD process);
 
 /// Drives the real program in a folder of its own and compares what it shows, and its files, with the model
 /// after each gesture. Throws std::runtime_error with the difference. The thread must be a COM apartment.
@@ -37,7 +38,7 @@ class SoakHands : public Hands {
   void Perform(const Gesture& gesture) override;
   std::vector<std::string> Listing() override;
 
-  ProcessUse Use() const;
+  ProcessUse Use() const { return UseOf(program_.Id()); }
 
  private:
   void Do(const Gesture& gesture);
