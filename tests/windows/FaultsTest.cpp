@@ -106,19 +106,29 @@ TEST_F(FaultsTest, ASaveThatCannotBeWrittenIsSilentAndCanBeRepeated) {
   EXPECT_TRUE(messages_.empty());
 }
 
-TEST_F(FaultsTest, ARegistryThatRefusesEverythingIsReportedAndTheProgramGoesOn) {
-  testRegistry_.Refuse();
-  Open();
-  EXPECT_FALSE(messages_.empty());
-  EXPECT_EQ(SendMessageA(FindControl(window_->hWnd(), frmAddIn::kListId), LB_GETCOUNT, 0, 0), 1);
-  messages_.clear();
-  Describe("changed");
-  Save();
-  EXPECT_NE(Stored().find("changed"), std::string::npos);
-  EXPECT_TRUE(messages_.empty());
-  Send(WM_CLOSE);
-  EXPECT_EQ(window_->hWnd(), nullptr);
-  EXPECT_FALSE(messages_.empty()) << "the place could not be stored";
+TEST_F(FaultsTest, ARegistryThatRefusesIsReportedAndTheProgramGoesOn) {
+  for (const bool byRights : {true, false}) {
+    SCOPED_TRACE(byRights ? "no rights" : "nothing works");
+    if (byRights) {
+      testRegistry_.Forbid("Software\\Brennic");
+    } else {
+      testRegistry_.Refuse();
+    }
+    Open();
+    EXPECT_FALSE(messages_.empty());
+    EXPECT_EQ(SendMessageA(FindControl(window_->hWnd(), frmAddIn::kListId), LB_GETCOUNT, 0, 0), 1);
+    messages_.clear();
+    Describe("changed");
+    Save();
+    EXPECT_NE(Stored().find("changed"), std::string::npos);
+    EXPECT_TRUE(messages_.empty());
+    Send(WM_CLOSE);
+    EXPECT_EQ(window_->hWnd(), nullptr);
+    EXPECT_FALSE(messages_.empty()) << "the place could not be stored";
+    EXPECT_EQ(messages_.front() == "Access to Registry Denied", byRights) << messages_.front();
+    messages_.clear();
+    folder_.Write("Lib.bns", NewLibraryBns());
+  }
 }
 
 TEST_F(FaultsTest, WhatALibraryOfAStrangerHoldsIsShownAndSavedAsItIs) {

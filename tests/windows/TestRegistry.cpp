@@ -1,10 +1,24 @@
 #include "tests/windows/TestRegistry.h"
 
+#include <sddl.h>
 #include <shlwapi.h>
 
 #include <stdexcept>
 
 namespace snip::test {
+namespace {
+
+/// Replaces the rights on a key by those of a description.
+void SetRights(const UniqueRegKey& key, const char* description) {
+  PSECURITY_DESCRIPTOR descriptor = nullptr;
+  const bool set = ConvertStringSecurityDescriptorToSecurityDescriptorA(description, SDDL_REVISION_1,
+                                                                        &descriptor, nullptr) != 0 &&
+                   RegSetKeySecurity(key.get(), DACL_SECURITY_INFORMATION, descriptor) == ERROR_SUCCESS;
+  LocalFree(descriptor);
+  if (!set) throw std::runtime_error("the rights on a key cannot be set");
+}
+
+}  // namespace
 
 TestRegistry::TestRegistry(HKEY root)
     : root_(root),
@@ -22,13 +36,29 @@ TestRegistry::TestRegistry(HKEY root)
 
 void TestRegistry::Refuse() const {
   RegOverridePredefKey(root_, nullptr);
-  SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
+  Delete();
   RegOverridePredefKey(root_, key_.get());  // a key that has been deleted
+}
+
+void TestRegistry::Forbid(const std::string& key) {
+  HKEY made = nullptr;
+  RegCreateKeyExA(root_, key.c_str(), 0, nullptr, 0, WRITE_DAC, nullptr, &made, nullptr);
+  SetRights(UniqueRegKey(made), "D:(D;;KA;;;WD)");
+  forbidden_ = name_ + "\\" + key;
 }
 
 TestRegistry::~TestRegistry() {
   RegOverridePredefKey(root_, nullptr);
   key_.Reset();
+  Delete();
+}
+
+void TestRegistry::Delete() const {
+  HKEY forbidden = nullptr;
+  if (!forbidden_.empty() &&
+      RegOpenKeyExA(HKEY_CURRENT_USER, forbidden_.c_str(), 0, WRITE_DAC, &forbidden) == ERROR_SUCCESS) {
+    SetRights(UniqueRegKey(forbidden), "D:(A;;KA;;;WD)");
+  }
   SHDeleteKeyA(HKEY_CURRENT_USER, name_.c_str());
 }
 

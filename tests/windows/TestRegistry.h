@@ -16,12 +16,17 @@ class TestRegistry {
   ~TestRegistry();
   /// From now on the system refuses whatever is asked of that root.
   void Refuse() const;
+  /// From now on nobody has the right to do anything with a key of that root, which is made.
+  void Forbid(const std::string& key);
   TestRegistry(const TestRegistry&) = delete;
   TestRegistry& operator=(const TestRegistry&) = delete;
 
  private:
+  void Delete() const;
+
   HKEY root_;
   std::string name_;
+  std::string forbidden_;  ///< A key, from HKEY_CURRENT_USER.
   UniqueRegKey key_;
 };
 
