@@ -119,6 +119,19 @@ TEST_F(MainWindowTest, ClickingARowShowsItsSnippet) {
   EXPECT_TRUE(Until([&] { return WindowText(Code()) == "'two"; }));
 }
 
+TEST_F(MainWindowTest, TypingInTheListGoesToTheNameThatBeginsSo) {
+  Open();
+  for (const auto& [typed, code] :
+       {std::pair{"t", "'two"}, {"ttt", "'three"}, {"tH", "'three"}, {"q", "'three"}, {"o", "'one"}}) {
+    SetFocus(Description());
+    AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
+    PressKey(VK_TAB, {VK_SHIFT});
+    ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
+    TypeText(typed);
+    EXPECT_TRUE(Until([&] { return WindowText(Code()) == code; })) << typed << WindowText(Code());
+  }
+}
+
 TEST_F(MainWindowTest, AnEditIsTakenWhenTheFieldIsLeftAndWrittenOnSave) {
   Open();
   ClickCentre(Code(), 2);  // a double click starts editing

@@ -105,6 +105,10 @@ void MainMenus::Unload() {
   for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) menu->Unload();
 }
 
+void MainMenus::StayInFront() const {
+  for (const frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) menu->StayInFront();
+}
+
 bool MainMenus::PreTranslate(const MSG& message) {
   for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) {
     if (menu->PreTranslate(message)) return true;

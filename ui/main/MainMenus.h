@@ -24,6 +24,7 @@ class MainMenus {
 
   void Fill();
   void Unload();
+  void StayInFront() const;
   /// For the message loop: whether the message was for an open menu.
   bool PreTranslate(const MSG& message);
 

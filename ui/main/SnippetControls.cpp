@@ -135,6 +135,16 @@ int SnippetControls::SelectedRow() const {
 void SnippetControls::SelectRow(int row) {
   List(LB_SETCURSEL, static_cast<WPARAM>(row));
 }
+bool SnippetControls::SelectNameFrom(const std::string& beginning) {
+  // The search begins behind the row that it is given.
+  const int from = beginning.size() > 1 ? SelectedRow() - 1 : SelectedRow();
+  const LRESULT row = List(LB_FINDSTRING, static_cast<WPARAM>(std::max(from, -1)),
+                           reinterpret_cast<LPARAM>(beginning.c_str()));
+  if (row == LB_ERR) return false;
+  SelectRow(static_cast<int>(row));
+  return true;
+}
+
 void SnippetControls::FocusList() {
   SetFocus(lstCode_);
 }

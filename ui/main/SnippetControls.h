@@ -61,6 +61,9 @@ class SnippetControls : public SnippetView {
   int RowCount() const override;
   int SelectedRow() const override;
   void SelectRow(int row) override;
+  /// Selects the next row whose name begins so; the selected one may stay it while more than a letter is
+  /// given. False when there is none.
+  bool SelectNameFrom(const std::string& beginning);
   void FocusList() override;
   std::string Description() const override;
   void SetDescription(const std::string& text) override;

@@ -294,6 +294,10 @@ bool frmAddIn::PreTranslate(MSG& message) {
       return true;
     }
   }
+  if (message.message == WM_CHAR && message.hwnd == controls_.lstCode()) {
+    TypeAhead(message);
+    return true;
+  }
   // The code field knows by itself when Tab moves on and when it is a character of the code.
   if (IsChild(controls_.txtCode().hWnd(), message.hwnd) != 0) return false;
   if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
@@ -305,11 +309,29 @@ bool frmAddIn::PreTranslate(MSG& message) {
   return IsDialogMessageA(hWnd(), &message) != 0;
 }
 
+/// Goes to the snippet whose name begins with what is being typed. Wine's list box knows only first letters.
+void frmAddIn::TypeAhead(const MSG& message) {
+  constexpr DWORD pause = 1000;  // milliseconds, after which a name is typed anew
+  if (message.wParam < ' ' || message.wParam > 0xFF) return;
+  if (message.time - lastTyped_ > pause) typedName_.clear();
+  lastTyped_ = message.time;
+  typedName_ += static_cast<char>(message.wParam);
+  // One letter again and again goes through all the names that begin with it.
+  const bool sameLetter = typedName_.find_first_not_of(typedName_.front()) == std::string::npos;
+  if (controls_.SelectNameFrom(typedName_) ||
+      (sameLetter && controls_.SelectNameFrom(typedName_.substr(0, 1)))) {
+    editing_.lstCode_Click();
+  }
+}
+
 void frmAddIn::RememberFocus() {
   const HWND focus = GetFocus();
+  if (IsChild(hWnd(), focus) == 0) return;
   // The code field may make its control anew meanwhile, and passes the focus on.
-  if (IsChild(hWnd(), focus) != 0)
-    lastFocus_ = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
+  const HWND field = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
+  if (std::exchange(lastFocus_, field) == field) return;
+  typedName_.clear();
+  menus_.StayInFront();
 }
 
 HWND frmAddIn::FocusTarget() const {

@@ -114,6 +114,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void OnKeyCommand(int command);
   std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
+  void TypeAhead(const MSG& message);
   void RememberFocus();
   HWND FocusTarget() const;
   LRESULT ColorOfField(HWND field, HDC dc, UINT message);
@@ -163,6 +164,8 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   UniqueAccelerators accelerators_;
   HostEnvironment* host_ = nullptr;
+  std::string typedName_;  ///< What was typed in the list without a pause.
+  DWORD lastTyped_ = 0;
   HWND lastFocus_ = nullptr;        ///< The control that had the focus when the window last had it.
   bool descriptionEdited_ = false;  ///< The description has the focus.
   bool unloading_ = false;

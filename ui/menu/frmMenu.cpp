@@ -379,6 +379,10 @@ void frmMenu::KeepAboveOwner() {
   SetWindowPos(hWnd(), place, 0, 0, 0, 0, kPlaceOnly);
 }
 
+void frmMenu::StayInFront() const {
+  if (input_.State() == MenuState::Floating) SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
+}
+
 void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_ACTIVATE:

@@ -76,6 +76,10 @@ class frmMenu : public Window {
   /// Closes the menu, docked or torn off. A closed menu does nothing.
   void Unload();
 
+  /// To be called when the focus went to another of the owner's controls: where no window manager does the
+  /// stacking, Wine then draws the owner over a torn-off menu.
+  void StayInFront() const;
+
   /// Measures anew, for another font. Items that were added before keep the width they were measured with.
   void ResetInfo();
   /// The font stays the caller's; null is the system's own for windows.
