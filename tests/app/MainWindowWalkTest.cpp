@@ -163,11 +163,13 @@ TEST_F(MainWindowWalk, EveryWayToTheOtherCommands) {
       {"Paste to code window",
        {{"button", Press(kBar, "Paste to Current Code Window")},
         {"key", Key(VK_RETURN, {VK_CONTROL})},
+        {"own key", Key('P', {VK_CONTROL, VK_SHIFT})},
         {"output menu", OutputItem("Paste to Current Code Window")},
         {"list menu", SnippetsItem("Paste to Code Window")}},
        box(kNoEnvironment)},
       {"Create new module",
-       {{"output menu", OutputItem("Create New Module (All Snippets)")}},
+       {{"output menu", OutputItem("Create New Module (All Snippets)")},
+        {"key", Key('M', {VK_CONTROL, VK_SHIFT})}},
        [&] {
          return Prompt() == kNoEnvironment && !Button(kBar, "Create New Module (All Snippets)").name.empty();
        }},
@@ -198,6 +200,7 @@ TEST_F(MainWindowWalk, EveryWayToTheOtherCommands) {
         {"key", Key('A', {VK_CONTROL, VK_SHIFT})},
         {"space", [&] { PressKey(VK_TAB), PressKey(VK_TAB), PressKey(VK_SPACE); }}},
        menu("Attachment")},
+      {"Set attachment", {{"key", Key('O', {VK_CONTROL, VK_SHIFT})}}, menu("Choose Attachment")},
       {"Code menu",
        {{"right click",
          [&] {

@@ -17,6 +17,11 @@ enum : int {
   kCopyCode,
   kOutputMenu,
   kAttachmentMenu,
+  // What is in no toolbar: a menu that has been opened knows the keys Up, Down and Escape alone.
+  kPasteCode,
+  kNewModule,
+  kViewAttachment,
+  kSetAttachment,
   kNarrowList,
   kWidenList,
   kLowerDescription,

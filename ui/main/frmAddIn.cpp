@@ -197,6 +197,16 @@ void frmAddIn::OnKeyCommand(int command) {
     case kAttachmentMenu:
       cmdAttach_Click();
       break;
+    case kPasteCode:
+    case kNewModule:
+      if (!cmd_.Grayed(MainButton::kOutput)) mnuModFuncs_Clicked(command == kPasteCode ? 0 : 2);
+      break;
+    case kViewAttachment:
+      attachments_.ViewAttachment();
+      break;
+    case kSetAttachment:
+      attachments_.SetAttachment();
+      break;
     case kNarrowList:
     case kWidenList:
       picSplt_.Move(command == kWidenList ? splitterStep : -splitterStep);
