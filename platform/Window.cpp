@@ -1,5 +1,7 @@
 #include "platform/Window.h"
 
+#include <windowsx.h>
+
 namespace snip {
 namespace {
 
@@ -22,6 +24,11 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
     description.hIconSm = SharedIcon(iconId, SM_CXSMICON);
   }
   return RegisterClassExA(&description) != 0;
+}
+
+bool Within(HWND window, POINT screen) {
+  RECT place{};
+  return GetWindowRect(window, &place) != 0 && PtInRect(&place, screen) != 0;
 }
 
 }  // namespace
@@ -128,6 +135,16 @@ Rect PlaceInParent(HWND window) {
   GetWindowRect(window, &place);
   MapWindowPoints(HWND_DESKTOP, GetAncestor(window, GA_PARENT), reinterpret_cast<POINT*>(&place), 2);
   return {place.left, place.top, place.right - place.left, place.bottom - place.top};
+}
+
+bool LiesAt(HWND window, POINT screen) {
+  // To find the window at a place takes the system long.
+  return Within(window, screen) && WindowFromPoint(screen) == window;
+}
+
+bool PointerCameWithin(HWND window) {
+  const auto place = static_cast<LPARAM>(GetMessagePos());
+  return Within(window, {GET_X_LPARAM(place), GET_Y_LPARAM(place)});
 }
 
 }  // namespace snip

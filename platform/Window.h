@@ -74,4 +74,11 @@ Size ClientSize(HWND window);
 /// A window's place in pixels of its parent.
 Rect PlaceInParent(HWND window);
 
+/// Whether a window, none of its children and none that covers it, lies at a place of the screen.
+bool LiesAt(HWND window, POINT screen);
+
+/// Whether the pointer was within a window's bounds when the message came that is being handled. Unlike the
+/// system's questions about the pointer this costs nothing, so that a timer can ask it first.
+bool PointerCameWithin(HWND window);
+
 }  // namespace snip

@@ -425,11 +425,16 @@ BarStyle BnCommandBar::Style() const {
 }
 
 void BnCommandBar::tHitTest_Timer() {
+  if (!PointerCameWithin(hWnd()) && input_.HotButton() < 0 && !showsTip_) {
+    // As it is most of the time: there is nothing to be left, and where exactly the pointer is matters not.
+    Apply(input_.tHitTest_Timer(std::nullopt, {}));
+    return;
+  }
   POINT screen{};
   GetCursorPos(&screen);
   const Point at{static_cast<int>(screen.x), static_cast<int>(screen.y)};
   std::optional<Point> client;
-  if (WindowFromPoint(screen) == hWnd() || (showsTip_ && services_.tip->Covers(at))) {
+  if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Covers(at))) {
     POINT place = screen;
     ScreenToClient(hWnd(), &place);
     client = Point{static_cast<int>(place.x), static_cast<int>(place.y)};

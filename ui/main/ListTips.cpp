@@ -25,9 +25,11 @@ void ListTips::TakeListFont() {
 }
 
 TipSurroundings::Place ListTips::PlaceOfPointer() const {
-  const HWND window = WindowFromPoint(Pointer());
-  if (window == list_) return Place::List;
-  return window == tip_.hWnd() ? Place::Tip : Place::Elsewhere;
+  const bool tipShown = tip_.Visible();
+  if (!tipShown && !PointerCameWithin(list_)) return Place::Elsewhere;  // as it is most of the time
+  const POINT pointer = Pointer();
+  if (LiesAt(list_, pointer)) return Place::List;
+  return tipShown && LiesAt(tip_.hWnd(), pointer) ? Place::Tip : Place::Elsewhere;
 }
 
 std::int32_t ListTips::EntryAtPointer() const {

@@ -289,6 +289,7 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
 bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
   if (menus_.PreTranslate(message)) return true;
+  if (message.message == WM_TIMER) return false;  // no key, and comes all the time
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
   RememberFocus();

@@ -49,6 +49,7 @@ void frmTip::ShowTip(const std::string& text, int x, int y) {
 }
 
 void frmTip::Hide() {
+  if (!Visible()) return;  // asked for with each look at the pointer
   ShowWindow(hWnd(), SW_HIDE);
 }
 

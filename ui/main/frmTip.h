@@ -25,7 +25,7 @@ class frmTip : public Window, public TipWindow {
   void ShowTip(const std::string& text, int x, int y) override;
   void Hide() override;
   bool Visible() const override { return IsWindowVisible(hWnd()) != 0; }
-  bool Covers(Point screen) const override { return WindowFromPoint({screen.x, screen.y}) == hWnd(); }
+  bool Covers(Point screen) const override { return LiesAt(hWnd(), {screen.x, screen.y}); }
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
