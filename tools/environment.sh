@@ -76,7 +76,7 @@ hold() {
 start_private_display() {
   local number_file=$top/build/display.$$
   # The server takes a number that is free and tells it.
-  Xvfb -displayfd 5 -screen 0 "${1:-1024x768x24}" -nolisten tcp 5>"$number_file" >/dev/null 2>&1 &
+  Xvfb -displayfd 5 -screen 0 "${1:-1024x768x24}" -nolisten tcp -noreset 5>"$number_file" >/dev/null 2>&1 &
   display_pid=$!
   local tries
   for tries in $(seq 200); do
@@ -88,6 +88,9 @@ start_private_display() {
   export DISPLAY
   rm -f "$number_file"
   xdpyinfo >/dev/null 2>&1 || die "no private display could be started"
+  # A desktop tells programs its resources; where none are told, the X library looks for their files anew each time
+  # that Wine selects a font. This one means nothing to any program.
+  xprop -root -f RESOURCE_MANAGER 8s -set RESOURCE_MANAGER 'Snipstore.display: private'
 }
 
 have_display() { [ -n "${DISPLAY:-}" ] && xdpyinfo >/dev/null 2>&1; }

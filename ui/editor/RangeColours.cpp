@@ -2,6 +2,8 @@
 
 #include <richedit.h>
 
+#include <utility>
+
 namespace snip {
 namespace {
 
@@ -14,7 +16,11 @@ RangeColours::RangeColours(HWND control) {
   ComPtr<IUnknown> richEdit;
   if (SendMessageA(control, EM_GETOLEINTERFACE, 0, reinterpret_cast<LPARAM>(richEdit.Put())) == 0) return;
   if (!richEdit || FAILED(richEdit->QueryInterface(kTextDocument, document_.PutVoid()))) return;
-  if (FAILED(document_->Range(0, 0, range_.Put()))) range_.Reset();
+  ComPtr<ITextRange> range;
+  ComPtr<ITextFont> font;
+  if (FAILED(document_->Range(0, 0, range.Put())) || FAILED(range->GetFont(font.Put()))) return;
+  if (FAILED(font->GetDuplicate(look_.Put())) || FAILED(look_->Reset(tomUndefined))) return;
+  range_ = std::move(range);
 }
 
 std::size_t RangeColours::TextLength() const {
@@ -36,9 +42,9 @@ RangeColours::Session::~Session() {
 }
 
 void RangeColours::Session::Set(std::size_t begin, std::size_t end, COLORREF color) {
-  ComPtr<ITextFont> font;
   if (FAILED(colours_.range_->SetRange(static_cast<long>(begin), static_cast<long>(end)))) return;
-  if (SUCCEEDED(colours_.range_->GetFont(font.Put()))) font->SetForeColor(static_cast<long>(color));
+  colours_.look_->SetForeColor(static_cast<long>(color));
+  colours_.range_->SetFont(colours_.look_.get());
 }
 
 }  // namespace snip

@@ -39,6 +39,9 @@ class RangeColours {
  private:
   ComPtr<ITextDocument> document_;
   ComPtr<ITextRange> range_;
+  /// A look of which nothing is told but the colour. The control takes it at once, whereas it tells the look
+  /// of a range by going through its characters one by one, each time from the text's first line.
+  ComPtr<ITextFont> look_;
 };
 
 }  // namespace snip

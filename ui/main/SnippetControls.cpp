@@ -228,6 +228,8 @@ void SnippetControls::SetEditingDisabled(bool disabled) {
 }
 
 void SnippetControls::SetEditMode(bool editing) {
+  if (editMode_ == editing) return;  // said with each snippet that is shown
+  editMode_ = editing;
   // While the code is edited Tab belongs to it.
   SetTabStop(lstCode_, !editing);
   SetTabStop(txtDesc_, !editing);

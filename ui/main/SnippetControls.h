@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/ExactTextField.h"
@@ -101,6 +102,7 @@ class SnippetControls : public SnippetView {
   ExactTextField name_;
   bool settingDescription_ = false;
   bool editingDisabled_ = false;
+  std::optional<bool> editMode_;  ///< None before the controls are told the first time.
 };
 
 }  // namespace snip
