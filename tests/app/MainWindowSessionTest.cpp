@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <richedit.h>
 #include <shlobj.h>
+#include <shlwapi.h>
 
 #include "library/BnsFormat.h"
 #include "platform/Win32Text.h"
@@ -134,6 +136,36 @@ TEST_F(MainWindowSession, SettingsAreReadAtTheStartAndWrittenAtTheEnd) {
   EXPECT_EQ(Setting("Settings", "KeepOnTop") + Setting("Settings", "ColorSyntax"), "01");
   EXPECT_FALSE(topmost());
   Close();
+}
+
+/// What the system takes for the resolution of its screens in processes that start from now on.
+class ScreenResolution {
+ public:
+  ~ScreenResolution() { SHDeleteValueA(HKEY_CURRENT_USER, kKey, "LogPixels"); }
+  static void Set(DWORD dpi) {
+    SHSetValueA(HKEY_CURRENT_USER, kKey, "LogPixels", REG_DWORD, &dpi, sizeof dpi);
+  }
+
+ private:
+  static constexpr const char* kKey = "Control Panel\\Desktop";
+};
+
+TEST_F(MainWindowSession, AnotherResolutionAtTheNextStartKeepsEveryPlace) {
+  WriteLibrary("Numbers", {"one"});
+  const std::vector<std::pair<std::string, std::string>> places = {
+      {"Left", "900"},    {"Top", "600"},       {"Width", "7200"},
+      {"Height", "4500"}, {"LeftPane", "2400"}, {"Description", "1200"}};
+  for (const auto& [name, text] : places) SetSetting("Position", name, text);
+  const ScreenResolution resolution;
+  for (const DWORD dpi : {144U, 120U, 192U, 96U}) {
+    SCOPED_TRACE(dpi);
+    ScreenResolution::Set(dpi);
+    Open();
+    EXPECT_EQ(Place(window_).width, 7200 * static_cast<int>(dpi) / 1440);
+    EXPECT_EQ(Rows(), Names{"one"});
+    Close();
+    for (const auto& [name, text] : places) EXPECT_EQ(Setting("Position", name), text) << name;
+  }
 }
 
 TEST_F(MainWindowSession, ANameTooLongForTheListIsTold) {
