@@ -12,13 +12,17 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "app/AddInIdentity.h"
 #include "app/IDTExtensibility.h"
@@ -55,6 +59,25 @@ class BusyFilter final : public ComObject<IMessageFilter> {
   DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) override { return PENDINGMSG_WAITDEFPROCESS; }
 };
 
+/// Lines on their way from the thread that reads them to the one that runs them.
+class CommandQueue {
+ public:
+  void Put(std::string line) {
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(std::move(line));
+  }
+  std::string Take() {
+    const std::lock_guard lock(mutex_);
+    std::string line = std::move(lines_.front());
+    lines_.pop_front();
+    return line;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::deque<std::string> lines_;
+};
+
 class HostWindow : public Window {
  public:
   HostWindow() {
@@ -65,13 +88,12 @@ class HostWindow : public Window {
   }
   ~HostWindow() override { Destroy(); }
 
-  std::function<void(const std::string&)> onCommand;
+  std::function<void()> onCommand;
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
     if (message == kCommand) {
-      const std::unique_ptr<std::string> line(reinterpret_cast<std::string*>(lParam));
-      onCommand(*line);
+      onCommand();
       return 0;
     }
     return Default(message, wParam, lParam);
@@ -81,12 +103,20 @@ class HostWindow : public Window {
 class Host {
  public:
   Host() {
-    window_.onCommand = [this](const std::string& line) { std::cout << Run(line) << std::endl; };
+    window_.onCommand = [this] { std::cout << Run(commands_.Take()) << std::endl; };
     CoRegisterMessageFilter(filter_.get(), nullptr);
   }
   ~Host() { CoRegisterMessageFilter(nullptr, nullptr); }
 
-  HWND window() const { return window_.hWnd(); }
+  /// Reads commands and hands them to the thread that runs them.
+  void ReadCommands() {
+    for (std::string line; std::getline(std::cin, line);) {
+      while (!line.empty() && line.back() == '\r') line.pop_back();
+      commands_.Put(line);
+      PostMessageA(window_.hWnd(), kCommand, 0, 0);
+    }
+    PostMessageA(window_.hWnd(), WM_QUIT, 0, 0);
+  }
 
  private:
   /// Makes the add-in's object, and has the interface that it is used by.
@@ -243,28 +273,20 @@ class Host {
         {"hook", [&] { return Hook(words); }},
         {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
-        {"front", [&] { return GetForegroundWindow() == window() ? "yes" : "no"; }},
-        {"takefront", [&] { return SetForegroundWindow(window()) != 0 ? "yes" : "no"; }},
+        {"front", [&] { return GetForegroundWindow() == window_.hWnd() ? "yes" : "no"; }},
+        {"takefront", [&] { return SetForegroundWindow(window_.hWnd()) != 0 ? "yes" : "no"; }},
     };
     const auto command = commands.find(name);
     return command == commands.end() ? "unknown command" : command->second();
   }
 
+  CommandQueue commands_;
   HostWindow window_;
   HostModel model_{window_.hWnd()};
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;
   ComPtr<IDTExtensibility> addIn_;
 };
-
-/// Hands the lines that come in to the thread that runs them.
-void PassCommands(HWND window) {
-  for (std::string line; std::getline(std::cin, line);) {
-    while (!line.empty() && line.back() == '\r') line.pop_back();
-    PostMessageA(window, kCommand, 0, reinterpret_cast<LPARAM>(new std::string(line)));
-  }
-  PostMessageA(window, WM_QUIT, 0, 0);
-}
 
 }  // namespace
 }  // namespace snip::test
@@ -276,7 +298,7 @@ int main(int count, char** arguments) {
   try {
     test::RegisterHostTypeLibrary(arguments[1]);
     test::Host host;
-    std::thread(test::PassCommands, host.window()).detach();
+    std::thread([&host] { host.ReadCommands(); }).detach();
     std::cout << "ready" << std::endl;
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {

@@ -54,7 +54,7 @@ ComPtr<ICreateTypeInfo> AddInterface(ICreateTypeLib2* library, const wchar_t* na
 void AddMethod(ICreateTypeInfo* info, UINT index, const wchar_t* name, std::span<ELEMDESC> parameters) {
   constexpr int kDispatchFunctions = 7;
   FUNCDESC function{};
-  function.memid = static_cast<MEMBERID>(index + 1);
+  function.memid = static_cast<MEMBERID>(index) + 1;
   function.funckind = FUNC_PUREVIRTUAL;
   function.invkind = INVOKE_FUNC;
   function.callconv = CC_STDCALL;

@@ -103,7 +103,7 @@ TEST(ServerLifeTest, EndsWithTheLastObjectOrLock) {
   const ComApartment apartment;
   ServerLife life(60000);
   {
-    Unknown* const raw = new Unknown;
+    auto* const raw = new Unknown;
     const ComPtr<IUnknown> object(raw);
     const ServerLife::Use use(life, object.get());
     life.Lock();

@@ -9,13 +9,13 @@ namespace snip::test {
 namespace {
 
 /// Replaces the rights on a key by those of a description.
-void SetRights(const UniqueRegKey& key, const char* description) {
+bool SetRights(const UniqueRegKey& key, const char* description) {
   PSECURITY_DESCRIPTOR descriptor = nullptr;
   const bool set = ConvertStringSecurityDescriptorToSecurityDescriptorA(description, SDDL_REVISION_1,
                                                                         &descriptor, nullptr) != 0 &&
                    RegSetKeySecurity(key.get(), DACL_SECURITY_INFORMATION, descriptor) == ERROR_SUCCESS;
   LocalFree(descriptor);
-  if (!set) throw std::runtime_error("the rights on a key cannot be set");
+  return set;
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ void TestRegistry::Refuse() const {
 void TestRegistry::Forbid(const std::string& key) {
   HKEY made = nullptr;
   RegCreateKeyExA(root_, key.c_str(), 0, nullptr, 0, WRITE_DAC, nullptr, &made, nullptr);
-  SetRights(UniqueRegKey(made), "D:(D;;KA;;;WD)");
+  if (!SetRights(UniqueRegKey(made), "D:(D;;KA;;;WD)")) throw std::runtime_error("no rights on keys");
   forbidden_ = name_ + "\\" + key;
 }
 

@@ -1,7 +1,6 @@
 #include "ui/editor/RichEditText.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace snip {
 namespace {
@@ -14,7 +13,7 @@ struct Source {
 DWORD CALLBACK ReadSource(DWORD_PTR cookie, LPBYTE buffer, LONG room, LONG* read) {
   auto& source = *reinterpret_cast<Source*>(cookie);
   const std::size_t size = std::min(static_cast<std::size_t>(room), source.bytes.size() - source.place);
-  std::memcpy(buffer, source.bytes.data() + source.place, size);
+  std::copy_n(source.bytes.data() + source.place, size, buffer);
   source.place += size;
   *read = static_cast<LONG>(size);
   return 0;
