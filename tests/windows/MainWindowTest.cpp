@@ -440,6 +440,34 @@ TEST_F(MainWindowTest, SwitchingLibrariesByMouseAndTheLongestLibrary) {
   EXPECT_TRUE(messages_[0].starts_with("This library is full."));
 }
 
+TEST_F(MainWindowTest, KeysGoThroughTheOpenedChooserAndEnterTakesTheLibrary) {
+  folder_.Write("Words.bns", WriteBns(std::vector{Named("word")}));
+  Open();
+  SetFocus(Files());
+  const auto dropped = [&] { return SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) != 0; };
+  const auto chosen = [&](LRESULT entry) {
+    return Until([&] { return SendMessageA(Files(), CB_GETCURSEL, 0, 0) == entry; });
+  };
+  PressKey(VK_F4);
+  ASSERT_TRUE(Until(dropped));
+  PressKey(VK_END);
+  ASSERT_TRUE(chosen(2)) << "(Browse...), on the way";
+  PressKey(VK_UP);
+  ASSERT_TRUE(chosen(1));
+  EXPECT_EQ(Row(0), "one") << "nothing is opened on the way";
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(Until([&] { return Row(0) == "word" && !dropped(); }));
+  PressKey(VK_UP);
+  EXPECT_TRUE(Until([&] { return Row(0) == "one"; })) << "closed, it shows what it goes to";
+  PressKey(VK_F4);
+  ASSERT_TRUE(Until(dropped));
+  PressKey(VK_DOWN);
+  ASSERT_TRUE(chosen(1));
+  PressKey(VK_ESCAPE);
+  EXPECT_TRUE(chosen(0));
+  EXPECT_EQ(Row(0), "one");
+}
+
 TEST_F(MainWindowTest, AScreenReaderCanNameEveryField) {
   const ComApartment apartment;
   Open();

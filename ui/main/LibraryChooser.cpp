@@ -3,6 +3,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "library/frmNew.h"
 #include "platform/Win32Text.h"
@@ -35,6 +36,24 @@ void LibraryChooser::Place(const Places& places) const {
   const int inset = std::min(places.boxInset, height / 5);
   MoveTo(txtFileName_,
          {places.left + places.boxInset, top + inset, width - places.boxNarrower, height - 2 * inset});
+}
+
+bool LibraryChooser::Chooses(int notification) {
+  switch (notification) {
+    case CBN_DROPDOWN:
+      openedAt_ = SelectedFile();
+      return false;
+    case CBN_SELCHANGE:
+      passing_ = Send(CB_GETDROPPEDSTATE) != 0;
+      return !passing_;
+    case CBN_SELENDCANCEL:
+      if (std::exchange(passing_, false)) SelectFile(openedAt_);
+      return false;
+    case CBN_CLOSEUP:
+      return std::exchange(passing_, false);
+    default:
+      return false;
+  }
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {

@@ -30,6 +30,10 @@ class LibraryChooser : public LibraryView {
   };
   void Place(const Places& places) const;
 
+  /// Whether a notification of the control says that an entry was chosen. In the opened list the keys pass
+  /// over entries until one is taken.
+  bool Chooses(int notification);
+
   bool Gone() const override { return IsWindow(cboFiles_) == 0; }
   void InsertFile(int entry, const std::string& text) override;
   int FileCount() const override;
@@ -53,6 +57,8 @@ class LibraryChooser : public LibraryView {
   CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
   HWND txtFileName_ = nullptr;  ///< Lies over `cboFiles` while the library is renamed; hidden else.
+  int openedAt_ = -1;           ///< The entry that was selected when the list was opened.
+  bool passing_ = false;        ///< The keys have gone to another one since.
 };
 
 }  // namespace snip

@@ -233,7 +233,7 @@ void frmAddIn::OnKeyCommand(int command) {
 }
 
 void frmAddIn::OnCommand(int id, int notification) {
-  if (id == kFilesId && notification == CBN_SELCHANGE) operations_.cboFiles_Click();
+  if (id == kFilesId && chooser_.Chooses(notification)) operations_.cboFiles_Click();
   if (id == kListId && notification == LBN_SELCHANGE) editing_.lstCode_Click();
   if (id == kListId && notification == LBN_DBLCLK) editing_.lstCode_DblClick();
   if (id == kNameId && notification == EN_CHANGE) controls_.txtName_Change();
