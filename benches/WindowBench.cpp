@@ -21,6 +21,10 @@ int main(int count, char** arguments) {
     bench::BenchList();
   } else if (group == "code") {
     bench::BenchCodeField();
+  } else if (group == "code-field") {
+    return bench::ShowInField();
+  } else if (group == "code-bare") {
+    return bench::ShowInBareControl();
   } else if (group == "walk") {
     bench::BenchWalk();
   } else if (group == "hover") {

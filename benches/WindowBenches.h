@@ -8,4 +8,8 @@ void BenchCodeField();
 void BenchWalk();
 void BenchHover();
 
+// One measurement of the code group, in microseconds.
+int ShowInField();
+int ShowInBareControl();
+
 }  // namespace snip::bench

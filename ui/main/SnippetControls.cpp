@@ -43,6 +43,7 @@ void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
 }
 
 void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
+  editMode_.reset();
   fontHandle_ = MakeFont(font_, twips_);
   NameNextControl(leftPane, "Snippets");
   // The list's text, which is not shown, names it for readers that do not look at labels.
