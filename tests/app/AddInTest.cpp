@@ -128,7 +128,7 @@ class AddInTest : public testing::Test {
       return box != nullptr && box != window && IsWindowVisible(box) != 0;
     });
     if (box == nullptr || box == window) return "(no message)";
-    const std::string text = WindowText(GetDlgItem(box, frmMsg::kLabelId));
+    std::string text = WindowText(GetDlgItem(box, frmMsg::kLabelId));
     PostMessageA(GetDlgItem(box, button), BM_CLICK, 0, 0);
     EXPECT_TRUE(WaitUntil([&] { return IsWindow(box) == 0; }));
     return text;
@@ -475,7 +475,7 @@ TEST_F(AddInTest, RoundsLeaveNothing) {
     const auto since = static_cast<std::size_t>(round - warmUp);
     const ProcessUse after = UseOf(ServerIds().at(0));
     EXPECT_LT(after.handles, before.handles + 2 * since);
-    EXPECT_LT(after.privateBytes, before.privateBytes + 64 * 1024 * since);
+    EXPECT_LT(after.privateBytes, before.privateBytes + since * 64 * 1024);
     // With the other one the process goes on; without it a new one starts each time.
     Disconnect(other);
   }

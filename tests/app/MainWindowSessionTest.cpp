@@ -123,7 +123,7 @@ TEST_F(MainWindowSession, SettingsAreReadAtTheStartAndWrittenAtTheEnd) {
   PressKey('T', {VK_CONTROL});
   PressKey('H', {VK_CONTROL});
   EXPECT_TRUE(WaitUntil([&] { return !topmost() && Checked(kEditBar, "Syntax Highlighting"); }));
-  for (const WPARAM command : {SC_MINIMIZE, SC_MAXIMIZE}) {
+  for (const auto command : {WPARAM{SC_MINIMIZE}, WPARAM{SC_MAXIMIZE}}) {
     PostMessageA(window_, WM_SYSCOMMAND, command, 0);
     ASSERT_TRUE(WaitUntil([&] { return IsIconic(window_) != 0 || IsZoomed(window_) != 0; }));
     Close();
@@ -381,7 +381,7 @@ TEST_F(MainWindowSession, AnEmptyFolderAllowsANewLibraryOnly) {
        {"Save Library", "Rename Library", "New Snippet", "Edit Snippet", "Delete Snippet"}) {
     EXPECT_TRUE(Button(kBar, name).Has(STATE_SYSTEM_UNAVAILABLE)) << name;
   }
-  for (const WORD key : {'N', 'E', 'D', 'S'}) PressKey(key, {VK_CONTROL});
+  for (const auto key : {WORD{'N'}, WORD{'E'}, WORD{'D'}, WORD{'S'}}) PressKey(key, {VK_CONTROL});
   ClickAt(List(), {30, 60}, 2);
   ClickAt(List(), {30, 60}, 1, MouseButton::Right);
   ClickItem("Snippets", "Copy to Clipboard");
