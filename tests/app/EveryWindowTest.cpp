@@ -118,26 +118,28 @@ TEST_F(EveryWindow, IsReadToItsEndAndLeftWithKeysAlone) {
     const char* roles;
     std::vector<WORD> leave{VK_ESCAPE};
   };
-  for (const auto& [title, open, roles, leave] : {
-           Stop{"Settings", [] { PressKey(VK_F9); }, ""},
-           {"About Brennic Snipstore", [] { PressKey(VK_F1); }, ""},
-           {"New Code Library", newLibrary, ""},
-           {"Snippets", [] { PressKey(VK_F10, {VK_SHIFT}); }, "popup menu"},
-           {"Output", output, "popup menu"},
-           {"Attachment", attachment, "popup menu"},
-           {"Edit", edit, "popup menu"},
-           {"Brennic Snipstore 2.x", closeChanged, "", {VK_TAB, VK_RETURN}},
-       }) {
-    SCOPED_TRACE(title);
-    open();
+  const std::vector<Stop> stops = {
+      {"Settings", [] { PressKey(VK_F9); }, ""},
+      {"About Brennic Snipstore", [] { PressKey(VK_F1); }, ""},
+      {"New Code Library", newLibrary, ""},
+      {"Snippets", [] { PressKey(VK_F10, {VK_SHIFT}); }, "popup menu"},
+      {"Output", output, "popup menu"},
+      {"Attachment", attachment, "popup menu"},
+      {"Edit", edit, "popup menu"},
+      {"Brennic Snipstore 2.x", closeChanged, "", {VK_TAB, VK_RETURN}},
+  };
+  for (const Stop& stop : stops) {
+    SCOPED_TRACE(stop.title);
+    const bool isMenu = *stop.roles != '\0';
+    stop.open();
     HWND window = nullptr;
     ASSERT_TRUE(WaitUntil([&] {
-      window = *roles == '\0' ? GetLastActivePopup(window_) : FindVisibleWindow(title);
-      return window != nullptr && window != window_ && WindowText(window) == title;
+      window = isMenu ? FindVisibleWindow(stop.title) : GetLastActivePopup(window_);
+      return window != nullptr && window != window_ && WindowText(window) == stop.title;
     }));
-    EXPECT_EQ(Listen(window), roles);
-    if (*roles == '\0') GoRound(window);
-    for (const WORD key : leave) PressKey(key);
+    EXPECT_EQ(Listen(window), stop.roles);
+    if (!isMenu) GoRound(window);
+    for (const WORD key : stop.leave) PressKey(key);
     ASSERT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
   }
 }
@@ -158,14 +160,14 @@ TEST_F(EveryWindow, SplittersAreMovedByKeys) {
     int by;
   };
   const int step = twips_.ToPixelsX(150);
-  for (const auto& [key, part, side, by] : {Move{VK_LEFT, List(), &Rect::width, -step},
-                                            {VK_RIGHT, List(), &Rect::width, step},
-                                            {VK_UP, Description(), &Rect::height, -step},
-                                            {VK_DOWN, Description(), &Rect::height, step}}) {
-    const int before = Place(part).*side;
-    PressKey(key, {VK_MENU, VK_SHIFT});
-    EXPECT_TRUE(WaitUntil([&] { return Place(part).*side == before + by; }))
-        << key << " " << Place(part).*side;
+  for (const Move& move : {Move{VK_LEFT, List(), &Rect::width, -step},
+                           {VK_RIGHT, List(), &Rect::width, step},
+                           {VK_UP, Description(), &Rect::height, -step},
+                           {VK_DOWN, Description(), &Rect::height, step}}) {
+    const int before = Place(move.part).*move.side;
+    PressKey(move.key, {VK_MENU, VK_SHIFT});
+    EXPECT_TRUE(WaitUntil([&] { return Place(move.part).*move.side == before + move.by; }))
+        << move.key << " " << Place(move.part).*move.side;
   }
 }
 

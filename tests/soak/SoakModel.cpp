@@ -492,10 +492,10 @@ void SoakModel::TypeDescription(const Action& action, bool empties) {
                   .b = place(from + length),
                   .text = empties ? "" : Pick(kTexts, action.b),
                   .real = action.real && !empties};
-  if (!disabled_) {
+  if (!disabled_ && HasRow()) {
     characters.replace(from, length, gesture.text);
     shown_.description = ToText(characters);
-    if (HasRow() && !shown_.description.empty()) Store(Current().description, shown_.description);
+    if (!shown_.description.empty()) Store(Current().description, shown_.description);
   }
   Perform(std::move(gesture));
 }
