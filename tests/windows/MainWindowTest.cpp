@@ -121,14 +121,19 @@ TEST_F(MainWindowTest, ClickingARowShowsItsSnippet) {
 
 TEST_F(MainWindowTest, TypingInTheListGoesToTheNameThatBeginsSo) {
   Open();
-  for (const auto& [typed, code] :
-       {std::pair{"t", "'two"}, {"ttt", "'three"}, {"tH", "'three"}, {"q", "'three"}, {"o", "'one"}}) {
+  struct Typing {
+    const char* typed;
+    const char* code;
+  };
+  for (const Typing& typing :
+       {Typing{"t", "'two"}, {"ttt", "'three"}, {"tH", "'three"}, {"q", "'three"}, {"o", "'one"}}) {
     SetFocus(Description());
     AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
     PressKey(VK_TAB, {VK_SHIFT});
     ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
-    TypeText(typed);
-    EXPECT_TRUE(Until([&] { return WindowText(Code()) == code; })) << typed << WindowText(Code());
+    TypeText(typing.typed);
+    EXPECT_TRUE(Until([&] { return WindowText(Code()) == typing.code; }))
+        << typing.typed << WindowText(Code());
   }
 }
 

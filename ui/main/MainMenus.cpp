@@ -81,7 +81,7 @@ frmMenu::Events MenuEvents(std::function<void(int index)> clicked, std::function
 
 }  // namespace
 
-MainMenus::MainMenus(const SoundEffects& sounds, std::function<bool(MSG& message)> preTranslate,
+MainMenus::MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& message)>& preTranslate,
                      Events events)
     : mnuModFuncs("Output", MenuServices(sounds, preTranslate),
                   MenuEvents(std::move(events.mnuModFuncs_Clicked), std::move(events.mnuModFuncs_HideMenu))),

@@ -20,7 +20,7 @@ class MainMenus {
   };
 
   /// `preTranslate` is that of the window's message loop.
-  MainMenus(const SoundEffects& sounds, std::function<bool(MSG& message)> preTranslate, Events events);
+  MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& message)>& preTranslate, Events events);
 
   void Fill();
   void Unload();
