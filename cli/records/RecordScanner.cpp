@@ -104,10 +104,11 @@ class Scanner {
 
   const char* EndOfText(const char* line, const char* lineEnd) const {
     const bool lineFeed = lineEnd > line && lineEnd[-1] == '\n';
-    if (!file_.unixLines)
-      return lineFeed && lineEnd - line >= 2 && lineEnd[-2] == '\r' ? lineEnd - 2 : lineEnd;
     const char* const end = lineFeed ? lineEnd - 1 : lineEnd;
-    return end > line && end[-1] == '\r' ? end - 1 : end;
+    const bool afterReturn = end > line && end[-1] == '\r';
+    if (lineFeed && !afterReturn && !file_.unixLines)
+      return lineEnd;  // at the end of the file, part of its line
+    return afterReturn ? end - 1 : end;
   }
 
   void TakeUpTo(Part part, const char* end) {
@@ -137,7 +138,7 @@ std::string_view TakeLine(std::string_view& rest, bool unixLines) {
   const auto end = rest.find(lineEnd);
   std::string_view line = rest.substr(0, end);
   rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + lineEnd.size());
-  if (unixLines && line.ends_with('\r')) line.remove_suffix(1);
+  if ((unixLines || end == std::string_view::npos) && line.ends_with('\r')) line.remove_suffix(1);
   return line;
 }
 
