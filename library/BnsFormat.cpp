@@ -96,7 +96,7 @@ BnsContents ReadRecords(LineReader& lines, BnsVersion version) {
 
 }  // namespace
 
-std::variant<BnsContents, NotALibrary> ReadBns(ByteSource& bytes) {
+BnsResult ReadBns(ByteSource& bytes) {
   LineReader lines(bytes);
   if (lines.AtEnd()) return bytes.Failed() ? NotALibrary::Unreadable : NotALibrary::NoFirstLine;
   const std::string_view firstLine = lines.Next();
@@ -107,7 +107,7 @@ std::variant<BnsContents, NotALibrary> ReadBns(ByteSource& bytes) {
   return contents;
 }
 
-std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes) {
+BnsResult ReadBns(std::string_view bytes) {
   BytesInMemory source(bytes);
   return ReadBns(source);
 }

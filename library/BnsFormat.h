@@ -54,8 +54,9 @@ struct BnsContents {
 /// Any other CR or LF is part of its line.
 ///
 /// Never holds more of the file than a piece, aside from the snippets.
-std::variant<BnsContents, NotALibrary> ReadBns(ByteSource& bytes);
-std::variant<BnsContents, NotALibrary> ReadBns(std::string_view bytes);
+using BnsResult = std::variant<BnsContents, NotALibrary>;
+BnsResult ReadBns(ByteSource& bytes);
+BnsResult ReadBns(std::string_view bytes);
 
 /// The bytes of a version 2 file of these snippets, which have to stay as they are meanwhile. The file reads
 /// back unchanged but for blanks at the end of lines, as long as no line of a text is a marker and no name or

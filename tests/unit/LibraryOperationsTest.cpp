@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <mutex>
+
 #include "tests/unit/FakeMainWindow.h"
 
 namespace snip::test {
@@ -40,6 +43,22 @@ std::string BigFile(bool version1, int count) {
   return bytes + (version1 ? "..\r\n" : "...\r\n");
 }
 
+/// Counts how often each library is read, in any thread.
+class CountedStore : public FakeStore {
+ public:
+  using FakeStore::FakeStore;
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
+    const std::lock_guard lock(mutex_);
+    ++reads[path];
+    const auto file = files.find(path);
+    return file == files.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);
+  }
+  mutable std::map<std::string, int> reads;
+
+ private:
+  mutable std::mutex mutex_;
+};
+
 class LibraryOperationsTest : public FakeMainWindow {
  protected:
   LibraryOperationsTest() {
@@ -73,6 +92,30 @@ class LibraryOperationsTest : public FakeMainWindow {
     EXPECT_FALSE(editing.editingDisabled());
   }
 };
+
+TEST_F(LibraryOperationsTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother) {
+  for (const bool anotherComesFirst : {false, true}) {
+    CountedStore counted(calls);
+    counted.names = store.names;
+    counted.files = store.files;
+    LibraryOperations ahead(library, editing, view, chooser, counted, showMessage);
+    ahead.ReadAhead();
+    if (anotherComesFirst) std::swap(counted.names[0], counted.names[1]);
+    chooser.files.clear();
+    ahead.LoadFiles();
+    EXPECT_EQ(library.LibraryName, anotherComesFirst ? "Dates" : "Strings");
+    EXPECT_EQ(view.rows, anotherComesFirst ? Rows({"Today"}) : Rows({"Left", "Right"}));
+    EXPECT_EQ(counted.reads[kStrings], 1);
+
+    // What was read counts for one opening.
+    chooser.selected = anotherComesFirst ? 1 : 0;
+    ahead.cboFiles_Click();
+    EXPECT_EQ(library.LibraryName, "Strings");
+    EXPECT_EQ(counted.reads[kStrings], 2);
+  }
+  store.names.clear();
+  operations.ReadAhead();
+}
 
 TEST_F(LibraryOperationsTest, TheFoldersLibrariesAreListedAndTheFirstIsOpened) {
   operations.LoadFiles();

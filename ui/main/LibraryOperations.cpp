@@ -1,6 +1,7 @@
 #include "ui/main/LibraryOperations.h"
 
 #include <memory>
+#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -14,7 +15,7 @@ bool IsFullPath(const std::string& entry) {
 
 /// Lets the file go as soon as it is read: nobody can save it while it is open, which must not last as long
 /// as a message about it.
-std::variant<BnsContents, NotALibrary> ReadLibrary(const LibraryStore& store, const std::string& path) {
+BnsResult ReadLibrary(const LibraryStore& store, const std::string& path) {
   const std::unique_ptr<ByteSource> bytes = store.Open(path);
   if (bytes == nullptr) return NotALibrary::Unreadable;
   return ReadBns(*bytes);
@@ -41,9 +42,32 @@ LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, 
       store_(store),
       showMessage_(std::move(showMessage)) {}
 
-void LibraryOperations::LoadFiles() {
+std::vector<std::string> LibraryOperations::Names() const {
   std::vector<std::string> names = store_.Names();
   std::erase(names, kBrowseEntry);  // could not be told from the entry
+  return names;
+}
+
+void LibraryOperations::ReadAhead() {
+  const std::vector<std::string> names = Names();
+  if (names.empty()) return;
+  const std::string path = store_.PathOf(names.front());
+  try {
+    ahead_ = {path, std::async(std::launch::async, [this, path] { return ReadLibrary(store_, path); })};
+  } catch (const std::system_error&) {
+    ahead_.reset();  // no thread to be had: it is read when it is opened
+  }
+}
+
+/// What was read ahead counts only for the opening that it was read for: the file may change.
+BnsResult LibraryOperations::Read(const std::string& path) {
+  const WaitCursorScope wait(snippetView_);
+  auto ahead = std::exchange(ahead_, std::nullopt);
+  return ahead && ahead->path == path ? ahead->result.get() : ReadLibrary(store_, path);
+}
+
+void LibraryOperations::LoadFiles() {
+  const std::vector<std::string> names = Names();
   if (names.empty()) {
     // Without a library there is nothing to come back to from browsing, so that entry is missing as well.
     showMessage_("There are no BNS files in the BnSnipstore directory.", MessageStyle::kInformation,
@@ -108,10 +132,7 @@ void LibraryOperations::OfferToSave() {
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
-  auto result = [&] {
-    const WaitCursorScope wait(snippetView_);
-    return ReadLibrary(store_, path);
-  }();
+  BnsResult result = Read(path);
   auto* contents = std::get_if<BnsContents>(&result);
   if (contents == nullptr) {
     // The library in memory stays as it was, under its own name: what is shown is not part of it.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <future>
+#include <optional>
 #include <string>
 
 #include "library/BnsFormat.h"
@@ -17,6 +19,9 @@ class LibraryOperations {
   LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView, LibraryView& view,
                     LibraryStore& store, ShowMessageFunction showMessage);
 
+  /// Begins to read the library that `LoadFiles` will open, in a thread of its own, so that the window can be
+  /// made meanwhile.
+  void ReadAhead();
   /// Fills `cboFiles` from the library folder and opens the first library.
   void LoadFiles();
   /// Opens the chosen entry, after asking whether the library that is left shall be saved.
@@ -34,6 +39,13 @@ class LibraryOperations {
   void OfferToSave();
 
  private:
+  struct LibraryAhead {
+    std::string path;
+    std::future<BnsResult> result;
+  };
+
+  std::vector<std::string> Names() const;
+  BnsResult Read(const std::string& path);
   void OpenBNSFileV1(BnsContents contents);
   void TakeContents(BnsContents contents);
   void BrowseForLibrary();
@@ -45,6 +57,7 @@ class LibraryOperations {
   LibraryView& view_;
   LibraryStore& store_;
   ShowMessageFunction showMessage_;
+  std::optional<LibraryAhead> ahead_;
 };
 
 /// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it, or on a server, is a full

@@ -88,6 +88,7 @@ bool frmAddIn::Show(HostEnvironment* host) {
   host_ = host;
   output_.SetHost(host);
   if (hWnd() == nullptr) {
+    operations_.ReadAhead();
     if (!Form_Load()) return false;
     SendMessageA(hWnd(), kLoadFiles, 0, 0);
   }
