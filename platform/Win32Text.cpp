@@ -51,7 +51,7 @@ std::string ProgramPath() {
 }
 
 std::string ProgramDirectory() {
-  const std::string path = ProgramPath();
+  std::string path = ProgramPath();
   const auto slash = path.find_last_of('\\');
   if (slash == std::string::npos) return path;
   const bool root = slash > 0 && path[slash - 1] == ':';

@@ -235,11 +235,11 @@ TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
            {start + "\n<CodeSnippet/></CodeSnippets>", 3},
            {start + "\xFF</CodeSnippets>", 2},
            {start + std::string(1, '\0') + "</CodeSnippets>", 2},
-           {"\xFF\xFE<\0", 1},
+           {std::string("\xFF\xFE<\0", 4), 1},  // UTF-16
            {start + "<!--", 2},
            {"<!DOCTYPE a [<!ENTITY b \"bbbb\">]>\n<CodeSnippets>&b;</CodeSnippets>", 1},
            {start + hidden, 2},
-           {start + "<!--><a>" + "-->" + hidden, 2},
+           {start + ("<!--><a>-->" + hidden), 2},
            {start + "<!-- <a> --><b c='>'/><![CDATA[<a>]]>&#xD800;&#0;</CodeSnippets>", 0}}) {
     SCOPED_TRACE(file.bytes.substr(0, 60));
     try {
@@ -252,7 +252,13 @@ TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
   std::string laughs = "${1:ha}";
   for (int i = 2; i < 60; ++i) {
     const std::string last = std::to_string(i - 1);
-    laughs.append("${").append(std::to_string(i)).append(":$" + last + "$" + last + "}");
+    laughs.append("${")
+        .append(std::to_string(i))
+        .append(":$")
+        .append(last)
+        .append("$")
+        .append(last)
+        .append("}");
   }
   std::string unclosed;
   for (int i = 0; i < 3000; ++i) unclosed += i % 3 == 0 ? "${1:" : i % 3 == 1 ? "${1|" : "${1/";
