@@ -55,9 +55,7 @@ void Connect::Show() {
   const auto alive = ComPtr<IUnknown>::Share(this);
   const std::shared_ptr<Session> session = session_;
   if (!session) return;
-  // The user may close the window before it is fully shown, as behind a message.
-  displayed_ = true;
-  if (!window_.Show(*this, session->environment) || session->over) displayed_ = false;
+  displayed_ = window_.Show(*this, session->environment) && !session->over;
 }
 
 void Connect::Hide() {

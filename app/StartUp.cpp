@@ -35,9 +35,8 @@ void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFuncti
       MessageStyle::kOk, kAddInName);
   if (!registered) {
     showMessage(
-        "The program could not be registered, so that the VB IDE cannot load it. Run it with /regserver to "
-        "try "
-        "again.",
+        "The program could not be registered, so that the VB IDE cannot load it. "
+        "Run it with /regserver to try again.",
         MessageStyle::kOk, kAddInName);
   }
   registry.SaveRegSetting(kCompany, kApplication, kSection, kRunBefore, "Yes");

@@ -213,7 +213,7 @@ int ShowInBareControl() {
   const BareWindow window;
   field.CreateIn(window.hWnd(), 1, kFont);
   MoveTo(field.hWnd(), kPlace);
-  EmptyControl bare(GetWindow(field.hWnd(), GW_CHILD));
+  EmptyControl bare(GetDlgItem(field.hWnd(), BnRichEdit::kControlId));
   return Microseconds(bare.Show(GeneratedCode(kLines, 1)));
 }
 

@@ -47,14 +47,15 @@ struct BnsContents {
   std::size_t omitted = 0;        ///< How many more the file holds that a library has no room for.
 };
 
+using BnsResult = std::variant<BnsContents, NotALibrary>;
+
 /// Reads a whole file. Blanks at the end of description and code lines are dropped, everything else is kept.
 /// A file that stops short is read as far as it goes.
 ///
 /// The first line says how lines end: CR LF, or LF alone in a file that came through another system's editor.
-/// Any other CR or LF is part of its line.
+/// Any other CR or LF is part of its line, but for a CR at the very end, of which the LF was lost.
 ///
 /// Never holds more of the file than a piece, aside from the snippets.
-using BnsResult = std::variant<BnsContents, NotALibrary>;
 BnsResult ReadBns(ByteSource& bytes);
 BnsResult ReadBns(std::string_view bytes);
 

@@ -687,7 +687,7 @@ class RandomWalk {
       case 5:
       case 6:
       case 7:
-        held_ |= button;
+        held_ = static_cast<std::int16_t>(held_ | button);
         return Apply(input_.MouseDown({button, 0, place_}));
       case 8:
       case 9:

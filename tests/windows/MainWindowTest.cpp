@@ -473,6 +473,27 @@ TEST_F(MainWindowTest, KeysGoThroughTheOpenedChooserAndEnterTakesTheLibrary) {
   EXPECT_EQ(Row(0), "one");
 }
 
+TEST_F(MainWindowTest, AClickAfterKeysInTheOpenedChooserOpensOnce) {
+  folder_.Write("Words.bns", "BNS1.0\r\nword\r\nabout it\r\n'word\r\n..\r\n");
+  Open();
+  SetFocus(Files());
+  PressKey(VK_F4);
+  ASSERT_TRUE(Until([&] { return SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) != 0; }));
+  PressKey(VK_END);
+  ASSERT_TRUE(Until([&] { return SendMessageA(Files(), CB_GETCURSEL, 0, 0) == 2; }));
+  PressKey(VK_F2, {VK_SHIFT});  // renames nothing that is not open
+  COMBOBOXINFO info{};
+  info.cbSize = sizeof info;
+  ASSERT_TRUE(GetComboBoxInfo(Files(), &info));
+  const int rowHeight = static_cast<int>(SendMessageA(info.hwndList, LB_GETITEMHEIGHT, 0, 0));
+  ClickAt(info.hwndList, {20, rowHeight + rowHeight / 2});
+  EXPECT_TRUE(Until([&] { return Row(0) == "word"; }));
+  PressKey(VK_TAB);
+  EXPECT_TRUE(Until([&] { return GetFocus() != Files(); }));
+  EXPECT_EQ(messages_.size(), 1U) << "that it is of the older format";
+  EXPECT_FALSE(IsWindowVisible(Control(frmAddIn::kFileNameId)));
+}
+
 TEST_F(MainWindowTest, AScreenReaderCanNameEveryField) {
   const ComApartment apartment;
   Open();

@@ -38,18 +38,33 @@ void LibraryChooser::Place(const Places& places) const {
          {places.left + places.boxInset, top + inset, width - places.boxNarrower, height - 2 * inset});
 }
 
+bool LibraryChooser::ListIsOpen() const {
+  return Send(CB_GETDROPPEDSTATE) != 0;
+}
+
+void LibraryChooser::CloseList() const {
+  Send(CB_SHOWDROPDOWN, FALSE);
+}
+
 bool LibraryChooser::Chooses(int notification) {
   switch (notification) {
     case CBN_DROPDOWN:
       openedAt_ = SelectedFile();
       return false;
     case CBN_SELCHANGE:
-      passing_ = Send(CB_GETDROPPEDSTATE) != 0;
+      passing_ = ListIsOpen();
       return !passing_;
     case CBN_SELENDCANCEL:
       if (std::exchange(passing_, false)) SelectFile(openedAt_);
       return false;
     case CBN_CLOSEUP:
+      // A click tells itself what it has chosen, before this or after; Enter does not.
+      if (passing_) {
+        PostMessageA(GetParent(cboFiles_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(cboFiles_), kTaken),
+                     reinterpret_cast<LPARAM>(cboFiles_));
+      }
+      return false;
+    case kTaken:
       return std::exchange(passing_, false);
     default:
       return false;

@@ -34,6 +34,10 @@ class LibraryChooser : public LibraryView {
   /// over entries until one is taken.
   bool Chooses(int notification);
 
+  bool ListIsOpen() const;
+  /// Back to the entry that it was opened at.
+  void CloseList() const;
+
   bool Gone() const override { return IsWindow(cboFiles_) == 0; }
   void InsertFile(int entry, const std::string& text) override;
   int FileCount() const override;
@@ -50,6 +54,9 @@ class LibraryChooser : public LibraryView {
   std::string AskForLibraryName(const std::string& name) override;
 
  private:
+  /// Posted behind the control's own notifications when its list closes at another entry.
+  static constexpr int kTaken = 0x100;
+
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendMessageA(cboFiles_, message, wParam, lParam);
   }

@@ -49,6 +49,7 @@ std::vector<std::string> LibraryOperations::Names() const {
 }
 
 void LibraryOperations::ReadAhead() {
+  ahead_.reset();
   const std::vector<std::string> names = Names();
   if (names.empty()) return;
   const std::string path = store_.PathOf(names.front());
@@ -67,6 +68,11 @@ BnsResult LibraryOperations::Read(const std::string& path) {
 }
 
 void LibraryOperations::LoadFiles() {
+  struct Forgetting {
+    std::optional<LibraryAhead>& ahead;
+    ~Forgetting() { ahead.reset(); }
+  };
+  const Forgetting whateverIsNotOpened{ahead_};
   const std::vector<std::string> names = Names();
   if (names.empty()) {
     // Without a library there is nothing to come back to from browsing, so that entry is missing as well.

@@ -91,6 +91,7 @@ bool frmAddIn::Show(HostEnvironment* host) {
     operations_.ReadAhead();
     if (!Form_Load()) return false;
     SendMessageA(hWnd(), kLoadFiles, 0, 0);
+    if (hWnd() == nullptr) return false;  // unloaded while it told the user something
   }
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
   ShowOwnedPopups(hWnd(), TRUE);
@@ -293,13 +294,15 @@ bool frmAddIn::PreTranslate(MSG& message) {
   if (message.message == WM_TIMER) return false;  // no key, and comes all the time
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
-  RememberFocus();
+  if (RememberFocus()) menus_.StayInFront();
   if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
     // Everywhere else the system does this; Wine's combo box keeps the keys for itself.
     PostMessageA(hWnd(), WM_SYSCOMMAND, SC_CLOSE, 0);
     return true;
   }
-  if (TranslateAcceleratorA(hWnd(), accelerators_.get(), &message) != 0) return true;
+  // In the opened list of libraries nothing is chosen yet that a command could be meant for.
+  if (!chooser_.ListIsOpen() && TranslateAcceleratorA(hWnd(), accelerators_.get(), &message) != 0)
+    return true;
   if (message.message == WM_KEYDOWN) {
     if (const auto command = CommandOfKey(message.wParam)) {
       SendMessageA(hWnd(), WM_COMMAND, static_cast<WPARAM>(*command), 0);
@@ -324,7 +327,8 @@ bool frmAddIn::PreTranslate(MSG& message) {
 /// Goes to the snippet whose name begins with what is being typed. Wine's list box knows only first letters.
 void frmAddIn::TypeAhead(const MSG& message) {
   constexpr DWORD pause = 1000;  // milliseconds, after which a name is typed anew
-  if (message.wParam < ' ' || message.wParam > 0xFF) return;
+  constexpr WPARAM controlBackspace = 0x7F;
+  if (message.wParam < ' ' || message.wParam == controlBackspace || message.wParam > 0xFF) return;
   if (message.time - lastTyped_ > pause) typedName_.clear();
   lastTyped_ = message.time;
   typedName_ += static_cast<char>(message.wParam);
@@ -336,14 +340,14 @@ void frmAddIn::TypeAhead(const MSG& message) {
   }
 }
 
-void frmAddIn::RememberFocus() {
+bool frmAddIn::RememberFocus() {
   const HWND focus = GetFocus();
-  if (IsChild(hWnd(), focus) == 0) return;
+  if (IsChild(hWnd(), focus) == 0) return false;
   // The code field may make its control anew meanwhile, and passes the focus on.
   const HWND field = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
-  if (std::exchange(lastFocus_, field) == field) return;
+  if (std::exchange(lastFocus_, field) == field) return false;
   typedName_.clear();
-  menus_.StayInFront();
+  return true;
 }
 
 HWND frmAddIn::FocusTarget() const {

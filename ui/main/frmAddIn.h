@@ -115,7 +115,8 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
   void TypeAhead(const MSG& message);
-  void RememberFocus();
+  /// Whether it has moved since.
+  bool RememberFocus();
   HWND FocusTarget() const;
   LRESULT ColorOfField(HWND field, HDC dc, UINT message);
 

@@ -278,6 +278,7 @@ void frmAddIn::DropFiles(HDROP files) {
   });
   if (path == paths.end()) return;
   SetForegroundWindow(hWnd());
+  chooser_.CloseList();
   if (attaches) {
     attachments_.SetAttachment(*path);
   } else {

@@ -23,7 +23,7 @@ int LowRows(const MenuItems& items) {
 
 /// The pixel that the twip lies in.
 int CornerPixels(int twips, double twipsPerPixel) {
-  return static_cast<int>(twips / twipsPerPixel);
+  return static_cast<int>(std::floor(twips / twipsPerPixel));
 }
 
 }  // namespace
