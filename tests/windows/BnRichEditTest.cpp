@@ -189,14 +189,15 @@ TEST_F(BnRichEditTest, TypingOverADoubleClickedWordReplacesThatWord) {
   for (const char* rest : {"", " + 1", "(1)"}) {
     SCOPED_TRACE(rest);
     editor_.SetLocked(true);
-    editor_.SetText(before + "word" + rest + after);
+    editor_.SetText(std::string(before).append("word").append(rest).append(after));
     POINTL place{};
     const std::size_t character = before.size() - 2 + 1;  // a line end counts one there; into the word
     SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), static_cast<LPARAM>(character));
     ClickAt(Control(), {place.x, place.y + 4}, 2);
     ASSERT_TRUE(WaitUntil([&] { return !editor_.locked(); }));
     TypeText("x");
-    EXPECT_TRUE(WaitUntil([&] { return editor_.text() == before + "x" + rest + after; })) << editor_.text();
+    const std::string typed = std::string(before).append("x").append(rest).append(after);
+    EXPECT_TRUE(WaitUntil([&] { return editor_.text() == typed; })) << editor_.text();
   }
 }
 

@@ -21,9 +21,9 @@ int LowRows(const MenuItems& items) {
   return items.SeparatorCount(items.iCount() - 1);
 }
 
-/// The pixel that the twip lies in.
+/// Whole pixels, what is left over cut off.
 int CornerPixels(int twips, double twipsPerPixel) {
-  return static_cast<int>(std::floor(twips / twipsPerPixel));
+  return static_cast<int>(twips / twipsPerPixel);
 }
 
 }  // namespace
