@@ -82,7 +82,7 @@ UniqueFile Program::StartAnother(const std::string& arguments) {
   std::string commandLine = "\"" + folder_.File("BnSnipstore2.exe") + "\" " + arguments;
   if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
                      &process) == 0) {
-    throw std::runtime_error("the program does not start");
+    throw std::runtime_error("the program does not start: error " + std::to_string(GetLastError()));
   }
   CloseHandle(process.hThread);
   thread_ = process.dwThreadId;
