@@ -45,7 +45,7 @@ void RemoveStaleEntries(const host::CommandBarControls& controls, const std::str
 Connect::Session::Session(Connect& connect, IDispatch* vbInst)
     : connection(connect.life_), root(ComPtr<IDispatch>::Share(vbInst)), window(connect) {}
 
-Connect::Connect(ServerLife& life, AddInWindow& window) : life_(life), use_(life, this), window_(window) {}
+Connect::Connect(ServerLife& life, AddInWindow& window) : ServerObject(life), life_(life), window_(window) {}
 
 Connect::~Connect() {
   Disconnect();

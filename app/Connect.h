@@ -11,13 +11,12 @@
 #include "app/IDTExtensibility.h"
 #include "app/MenuHandler.h"
 #include "app/ServerLife.h"
-#include "platform/ComObject.h"
 
 namespace snip {
 
 /// The add-in as the development environment sees it. The environment makes one object for each of its
 /// instances; they share the main window.
-class Connect final : public ComObject<IDTExtensibility, IDispatch>,
+class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
                       private WindowUser,
                       private ConnectionWindow::Owner {
  public:
@@ -72,7 +71,6 @@ class Connect final : public ComObject<IDTExtensibility, IDispatch>,
   void PingHost() override;
 
   ServerLife& life_;
-  ServerLife::Use use_;
   AddInWindow& window_;
   std::shared_ptr<Session> session_;  ///< Null when no environment is connected.
   bool displayed_ = false;            ///< Whether the main window is shown for this environment.

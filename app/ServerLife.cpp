@@ -8,6 +8,7 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kIdleTimer = 1;
+constexpr UINT kRelease = WM_APP + 1;  ///< lParam: the object
 
 }  // namespace
 
@@ -28,6 +29,13 @@ ServerLife::Use::Use(ServerLife& life, IUnknown* object) : life_(life), object_(
 ServerLife::Use::~Use() {
   life_.objects_.erase(std::find(life_.objects_.begin(), life_.objects_.end(), object_));
   life_.Unlock();
+}
+
+bool ServerLife::Use::PassRelease() const {
+  if (GetCurrentThreadId() == life_.thread_) return false;
+  // When the window has gone the process is about to end, and the object with it.
+  PostMessageA(life_.hWnd(), kRelease, 0, reinterpret_cast<LPARAM>(object_));
+  return true;
 }
 
 ServerLife::Connection::Connection(ServerLife& life) : life_(life) {
@@ -62,6 +70,10 @@ void ServerLife::AwaitConnection() {
 }
 
 LRESULT ServerLife::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == kRelease) {
+    reinterpret_cast<IUnknown*>(lParam)->Release();
+    return 0;
+  }
   if (message != WM_TIMER) return Default(message, wParam, lParam);
   if (connections_ != 0) return 0;  // it was due already when the environment came
   abandoned_ = true;

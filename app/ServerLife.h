@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "platform/ComObject.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -25,6 +26,10 @@ class ServerLife : public Window {
     ~Use();
     Use(const Use&) = delete;
     Use& operator=(const Use&) = delete;
+
+    /// Gives up a reference to the object on the thread of the ServerLife, later. False when that is the
+    /// calling one, which can do so itself.
+    bool PassRelease() const;
 
    private:
     ServerLife& life_;
@@ -59,10 +64,33 @@ class ServerLife : public Window {
   void AwaitConnection();
 
   UINT idleMs_;
+  DWORD thread_ = GetCurrentThreadId();
   std::vector<IUnknown*> objects_;
   std::size_t uses_ = 0;
   std::size_t connections_ = 0;
   bool abandoned_ = false;
 };
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
+/// An object that clients get. It ends on the thread that made it, where its windows are and whose loop is to
+/// be quit: COM may give up a reference on a thread of its own, as Wine's does with that of the last call.
+template <class Interface, class... Bases>
+class ServerObject : public ComObject<Interface, Bases...> {
+ public:
+  ULONG STDMETHODCALLTYPE Release() override {
+    constexpr ULONG kStillReferred = 1;
+    return use_.PassRelease() ? kStillReferred : ComObject<Interface, Bases...>::Release();
+  }
+
+ protected:
+  explicit ServerObject(ServerLife& life) : use_(life, this) {}
+
+ private:
+  ServerLife::Use use_;
+};
+
+#pragma GCC diagnostic pop
 
 }  // namespace snip

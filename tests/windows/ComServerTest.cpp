@@ -5,6 +5,7 @@
 #include <array>
 #include <set>
 #include <string>
+#include <thread>
 
 #include "app/ComRegistration.h"
 #include "app/MessageFilter.h"
@@ -97,15 +98,16 @@ bool Quit(int milliseconds) {
                    });
 }
 
-class Unknown final : public ComObject<IUnknown> {};
+class Object final : public ServerObject<IUnknown> {
+ public:
+  explicit Object(ServerLife& life) : ServerObject(life) {}
+};
 
 TEST(ServerLifeTest, EndsWithTheLastObjectOrLock) {
   const ComApartment apartment;
   ServerLife life(60000);
   {
-    auto* const raw = new Unknown;
-    const ComPtr<IUnknown> object(raw);
-    const ServerLife::Use use(life, object.get());
+    const ComPtr<IUnknown> object(new Object(life));
     life.Lock();
     EXPECT_FALSE(life.Over());
   }
@@ -117,6 +119,15 @@ TEST(ServerLifeTest, EndsWithTheLastObjectOrLock) {
   EXPECT_FALSE(life.Over()) << "a client that came at the last moment";
   life.Unlock();
   EXPECT_TRUE(Quit(5000));
+}
+
+TEST(ServerLifeTest, EndsWithAnObjectThatAnotherThreadReleasesLast) {
+  const ComApartment apartment;
+  ServerLife life(60000);
+  IUnknown* const object = new Object(life);
+  std::thread([object] { object->Release(); }).join();
+  EXPECT_TRUE(Quit(5000));
+  EXPECT_TRUE(life.Over());
 }
 
 TEST(ServerLifeTest, EndsWhenNoEnvironmentIsConnectedForLong) {
