@@ -15,14 +15,21 @@ void AddInWindow::Hide(const WindowUser& user) {
   if (user_ == &user) window_.Hide();
 }
 
-void AddInWindow::Unload(const WindowUser& user) {
-  if (user_ != &user) return;
-  user_ = nullptr;
-  window_.Unload();
+bool AddInWindow::Unload(const WindowUser& user) {
+  if (user_ == &user) window_.Unload();
+  return user_ != &user;
+}
+
+void AddInWindow::Forget(const WindowUser& user) {
+  if (user_ == &user) user_ = nullptr;
 }
 
 void AddInWindow::OnHidden() {
   if (user_ != nullptr) user_->OnHidden();
+}
+
+void AddInWindow::OnUnloaded() {
+  if (WindowUser* const user = std::exchange(user_, nullptr)) user->OnHidden();
 }
 
 }  // namespace snip

@@ -8,6 +8,7 @@ namespace snip {
 /// Who shows the main window for an environment.
 class WindowUser {
  public:
+  /// The window was hidden or unloaded, or serves another user now.
   virtual void OnHidden() = 0;
 
  protected:
@@ -24,10 +25,15 @@ class AddInWindow {
   bool Show(WindowUser& user, HostEnvironment& host);
   // For another user than the one it serves these do nothing.
   void Hide(const WindowUser& user);
-  void Unload(const WindowUser& user);
+  /// False when the window has to stay until the user has answered whether to save; `user` is told of its
+  /// end.
+  bool Unload(const WindowUser& user);
+  /// `user` comes to its end.
+  void Forget(const WindowUser& user);
 
-  /// The window was hidden by itself, as when it is closed.
+  // What the window does by itself, as when it is closed.
   void OnHidden();
+  void OnUnloaded();
 
  private:
   frmAddIn& window_;

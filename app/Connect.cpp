@@ -45,10 +45,13 @@ void RemoveStaleEntries(const host::CommandBarControls& controls, const std::str
 Connect::Session::Session(Connect& connect, IDispatch* vbInst)
     : connection(connect.life_), root(ComPtr<IDispatch>::Share(vbInst)), window(connect) {}
 
+Connect::Stay::Stay(Connect& connect) : self(ComPtr<IUnknown>::Share(&connect)), connection(connect.life_) {}
+
 Connect::Connect(ServerLife& life, AddInWindow& window) : ServerObject(life), life_(life), window_(window) {}
 
 Connect::~Connect() {
   Disconnect();
+  window_.Forget(*this);
 }
 
 void Connect::Show() {
@@ -68,7 +71,7 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
                               SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
   return Guarded([&] {
-    Disconnect();
+    DisconnectOrStay();
     if (VBInst == nullptr) return;
     const auto session = std::make_shared<Session>(*this, VBInst);
     session_ = session;
@@ -84,7 +87,7 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
 
 HRESULT Connect::OnDisconnection(LONG /*RemoveMode*/, SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  return Guarded([this] { Disconnect(); });
+  return Guarded([this] { DisconnectOrStay(); });
 }
 
 HRESULT Connect::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
@@ -154,9 +157,9 @@ void Connect::PingHost() {
   if (session) session->root.Ping();
 }
 
-void Connect::Disconnect() {
+bool Connect::Disconnect() {
   const std::shared_ptr<Session> session = std::exchange(session_, nullptr);
-  if (!session) return;
+  if (!session) return true;
   session->over = true;
   session->window.Destroy();
   // All of the environment's objects are let go before it is answered: later they are not valid any more.
@@ -169,12 +172,23 @@ void Connect::Disconnect() {
   }
   session->root = {};
   displayed_ = false;
-  window_.Unload(*this);
+  return window_.Unload(*this);
+}
+
+void Connect::DisconnectOrStay() {
+  if (Disconnect() || stay_) return;
+  // At the end of the user's session the environment goes without waiting for the question of the window.
+  stay_ = std::make_unique<Stay>(*this);
+}
+
+void Connect::OnHidden() {
+  displayed_ = false;
+  const std::unique_ptr<Stay> ended = std::move(stay_);  // and this with it
 }
 
 void Connect::HostIsGone() {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  Disconnect();
+  DisconnectOrStay();
   // Nobody is left to let go of this object.
   CoDisconnectObject(this, 0);
 }

@@ -57,14 +57,24 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
     bool over = false;
   };
 
+  /// Keeps this and the process going without an environment.
+  struct Stay {
+    explicit Stay(Connect& connect);
+
+    ComPtr<IUnknown> self;
+    ServerLife::Connection connection;
+  };
+
   void AddMenuEntry(Session& session);
   static void WatchHost(Session& session);
   static host::CommandBarControl AddToAddInCommandBar(const host::VBE& root, const std::string& caption);
   void MenuHandler_Click();
-  void Disconnect();
+  /// False when the main window stays, for an answer that it waits for.
+  bool Disconnect();
+  void DisconnectOrStay();
 
   // WindowUser
-  void OnHidden() override { displayed_ = false; }
+  void OnHidden() override;
   // ConnectionWindow::Owner
   void ShowMainWindow() override { Show(); }
   void HostIsGone() override;
@@ -73,6 +83,7 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
   ServerLife& life_;
   AddInWindow& window_;
   std::shared_ptr<Session> session_;  ///< Null when no environment is connected.
+  std::unique_ptr<Stay> stay_;        ///< While the window waits for an answer after the disconnection.
   bool displayed_ = false;            ///< Whether the main window is shown for this environment.
 };
 

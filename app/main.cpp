@@ -79,6 +79,7 @@ class Application {
   SettingsStore settings_{registry_};
   CaptionPainter captions_;
   bool serving_ = false;
+  AddInWindow addInWindow_{mainWindow_};
   frmAddIn mainWindow_{{.store = folder_,
                         .settings = settings_,
                         .sounds = sounds_,
@@ -88,9 +89,9 @@ class Application {
                             [this] {
                               // A server lives on without its window.
                               if (!serving_) PostQuitMessage(0);
+                              addInWindow_.OnUnloaded();
                             },
                         .hidden = [this] { addInWindow_.OnHidden(); }}};
-  AddInWindow addInWindow_{mainWindow_};
 };
 
 int EnterProgram() {

@@ -259,6 +259,31 @@ TEST_F(AddInTest, ADisconnectionClosesWhateverIsOpen) {
   host.Ask("release");
 }
 
+TEST_F(AddInTest, TheQuestionOfASessionsEndOutlivesTheEnvironment) {
+  for (const bool ends : {true, false}) {
+    SCOPED_TRACE(ends ? "the session ends" : "another program stops it");
+    HostProcess host(LibraryPath());
+    const HWND window = OpenWindow(host);
+    SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
+                 reinterpret_cast<LPARAM>("changed "));
+    SendNotifyMessageA(window, WM_QUERYENDSESSION, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 1U; }));
+    Disconnect(host);
+    host.Kill();
+    EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
+    const std::string changed = ends ? "changed d1" : "changed changed d1";
+    EXPECT_TRUE(WaitUntil(
+        [&] { return program_.folder().Read("My Great Lib.bns").find(changed) != std::string::npos; }));
+    SendNotifyMessageA(window, WM_ENDSESSION, ends ? TRUE : FALSE, 0);
+    if (!ends) {
+      // It belongs to nobody any more, and goes as it does when it has been started alone.
+      PostMessageA(window, WM_CLOSE, 0, 0);
+      EXPECT_EQ(CloseMessage(window, IDNO), "Save changes to 'My Great Lib'?");
+    }
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
+  }
+}
+
 TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
   HostProcess host(LibraryPath());
   const HWND window = OpenWindow(host);
