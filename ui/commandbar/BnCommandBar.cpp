@@ -19,7 +19,6 @@
 namespace snip {
 namespace {
 
-constexpr UINT_PTR kHoverTimer = 1;
 constexpr int kGripMargin = 2;  ///< Pixels between the grip and the bar's bottom.
 
 char ToLower(char c) {

@@ -106,6 +106,10 @@ class BnCommandBar : public Window {
   void EraseBtn(int index);
   void RedrawButton(int index);
   void Refresh();
+  /// Begins the hover timer's interval anew, in step with others that are started at the same moment.
+  void RestartHoverTimer() {
+    if (input_.InRunMode()) SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr);
+  }
   void Freeze() { Apply(input_.Freeze()); }
   /// Paints the whole bar at once.
   void Thaw() { Apply(input_.Thaw()); }
@@ -153,6 +157,8 @@ class BnCommandBar : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  static constexpr UINT_PTR kHoverTimer = 1;
+
   /// False when an event that came of it has ended the bar: then nothing of it is to be touched any more.
   bool Apply(const BarChange& change);
   void Apply(BarReaction reaction);

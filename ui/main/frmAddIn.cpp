@@ -122,6 +122,14 @@ void frmAddIn::ShowForQuestion() {
   if (!library_.Saved && !library_.LibraryName.empty()) Show(host_);
 }
 
+/// All at the same moment: an idle program then wakes once in an interval, not three times.
+void frmAddIn::StartTimers() {
+  static_assert(ListTips::kIntervalMs == CommandBarInput::kHoverInterval);
+  SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
+  cmd_.RestartHoverTimer();
+  cmdEdit_.RestartHoverTimer();
+}
+
 bool frmAddIn::Form_Load() {
   font_ = MessageFont();
   leftPaneWidth_ = kDesignLeftPaneWidth;
@@ -367,7 +375,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CREATE:
       MakeControls();
       LoadSettings();
-      SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
+      StartTimers();
       return 0;
     case WM_SIZE:
       Form_Resize();

@@ -81,6 +81,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void cmd_Resize();
   void RightPane_Resize(bool evenIfTooLow = false);
   void LeftPane_Paint(HDC dc);
+  void StartTimers();
   bool Form_QueryUnload();
   void Form_Unload();
   void CloseSettings();
