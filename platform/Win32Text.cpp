@@ -1,24 +1,11 @@
 #include "platform/Win32Text.h"
 
-#include <shellapi.h>
-
-#include <memory>
+#include <algorithm>
+#include <cstdlib>
 
 #include "platform/Com.h"
 
 namespace snip {
-namespace {
-
-std::string ToAnsi(const wchar_t* text) {
-  const int size = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  if (size <= 1) return {};
-  std::string ansi(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_ACP, 0, text, -1, ansi.data(), size, nullptr, nullptr);
-  ansi.pop_back();  // the terminating zero, which was counted
-  return ansi;
-}
-
-}  // namespace
 
 std::string WindowText(HWND window) {
   std::string text(static_cast<std::size_t>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
@@ -59,12 +46,7 @@ std::string ProgramDirectory() {
 }
 
 std::vector<std::string> CommandLineArguments() {
-  int count = 0;
-  const std::unique_ptr<LPWSTR, decltype(&LocalFree)> words(CommandLineToArgvW(GetCommandLineW(), &count),
-                                                            &LocalFree);
-  std::vector<std::string> arguments;
-  for (int i = 1; words && i < count; ++i) arguments.push_back(ToAnsi(words.get()[i]));
-  return arguments;
+  return {__argv + std::min(__argc, 1), __argv + __argc};
 }
 
 }  // namespace snip
