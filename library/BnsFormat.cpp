@@ -25,7 +25,8 @@ BlockEnd ReadBlock(LineReader& lines, std::string& text, std::string_view marker
     const std::string_view line = lines.Next();
     if (IsMarker(line, marker)) return BlockEnd::Marker;
     if (IsMarker(line, listEnd)) break;
-    text.append(TrimRight(line)).append(kLineEnd);
+    text.append(TrimRight(line));
+    for (const char c : kLineEnd) text += c;  // to copy so little takes the system longer
   }
   return BlockEnd::List;
 }
