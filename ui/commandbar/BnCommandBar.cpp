@@ -161,6 +161,7 @@ void BnCommandBar::EraseBtn(int index) {
 void BnCommandBar::RedrawButton(int index) {
   const BarButton* button = buttons_.Find(index);
   if (button == nullptr || !input_.InRunMode()) return;
+  if (IsWindowVisible(hWnd()) == 0) return;  // painted when it is shown
   const WindowDC dc(hWnd());
   PaintButton(dc.get(), index, RedrawLook(*button));
 }
