@@ -121,6 +121,7 @@ void SetTabStop(HWND control, bool stop) {
 }
 
 void MoveTo(HWND window, const Rect& place) {
+  if (PlaceInParent(window) == place) return;  // the system would ask every part whether something changes
   MoveWindow(window, place.left, place.top, place.width, place.height, TRUE);
 }
 
