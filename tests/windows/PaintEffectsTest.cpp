@@ -147,7 +147,11 @@ TEST_P(PaintEffectsTest, TransparentShowsTheGroundAtTheMaskColour) {
                                       "osososo",  //
                                       "sososos",  //
                                       "osososo"});
+  SetTextColor(canvas.dc(), kDark);
+  SetBkColor(canvas.dc(), kLight);
   effects_.PaintTransparentStdPic(canvas.dc(), 2, 1, 3, 3, &picture, 1, 1, kMask);
+  EXPECT_EQ(GetTextColor(canvas.dc()), kDark);
+  EXPECT_EQ(GetBkColor(canvas.dc()), kLight);
   EXPECT_EQ(canvas.Read(), Drawn({"osososo",  //
                                   "sodolos",  //
                                   "osowoso",  //

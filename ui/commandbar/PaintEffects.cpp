@@ -54,9 +54,6 @@ void PaintEffects::PaintTransparentDC(HDC hdcDest, int xDest, int yDest, int wid
   if (width <= 0 || height <= 0) return;
   const HPALETTE palette = PaletteFor(hPal);
 
-  const Canvas background({width, height}, palette);
-  BitBlt(background.dc(), 0, 0, width, height, hdcDest, xDest, yDest, SRCCOPY);
-
   const Canvas image({width, height}, palette);
   SetBkColor(image.dc(), GetBkColor(hdcSrc));
   SetTextColor(image.dc(), GetTextColor(hdcSrc));
@@ -74,9 +71,12 @@ void PaintEffects::PaintTransparentDC(HDC hdcDest, int xDest, int yDest, int wid
   SetBkColor(image.dc(), kWhite);
   BitBlt(image.dc(), 0, 0, width, height, mask.get(), 0, 0, kDestinationAndNotSource);
 
-  BitBlt(background.dc(), 0, 0, width, height, mask.get(), 0, 0, SRCAND);
-  BitBlt(background.dc(), 0, 0, width, height, image.dc(), 0, 0, SRCPAINT);
-  BitBlt(hdcDest, xDest, yDest, width, height, background.dc(), 0, 0, SRCCOPY);
+  const COLORREF textColor = SetTextColor(hdcDest, kBlack);
+  const COLORREF backColor = SetBkColor(hdcDest, kWhite);
+  BitBlt(hdcDest, xDest, yDest, width, height, mask.get(), 0, 0, SRCAND);
+  BitBlt(hdcDest, xDest, yDest, width, height, image.dc(), 0, 0, SRCPAINT);
+  SetTextColor(hdcDest, textColor);
+  SetBkColor(hdcDest, backColor);
 }
 
 void PaintEffects::PaintTransparentStdPic(HDC hdcDest, int xDest, int yDest, int width, int height,
