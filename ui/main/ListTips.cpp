@@ -13,10 +13,9 @@ POINT Pointer() {
 
 }  // namespace
 
-void ListTips::Load(HWND pane, HWND list) {
+void ListTips::Attach(HWND pane, HWND list) {
   pane_ = pane;
   list_ = list;
-  tip_.Load();
   tip_.SetExtended(list);
 }
 

@@ -13,8 +13,8 @@ class ListTips : private TipSurroundings {
   /// How often the mouse is looked at.
   static constexpr UINT kIntervalMs = 55;
 
-  /// Makes the tip window. `pane` is what the list lies in.
-  void Load(HWND pane, HWND list);
+  /// `pane` is what the list lies in.
+  void Attach(HWND pane, HWND list);
   void Unload() { tip_.Destroy(); }
   /// Takes the font of the list.
   void TakeListFont();

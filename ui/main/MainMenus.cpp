@@ -58,7 +58,6 @@ constexpr int kPicture = 240;
 void FillMenu(frmMenu& menu, std::span<const Item> items) {
   const TwipsPerPixel twips = ScreenTwips();
   const Size pictureSize{twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)};
-  menu.Clear();
   for (const Item& item : items) {
     menu.Add(item.caption, true, false,
              item.picture != 0 ? Picture::FromResource(item.picture, pictureSize) : nullptr);
@@ -92,6 +91,7 @@ MainMenus::MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& m
       mnuEdit("Edit", MenuServices(sounds, preTranslate), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
 
 void MainMenus::Fill() {
+  if (mnuModFuncs.iCount() > 0) return;
   FillMenu(mnuModFuncs, kOutputItems);
   FillMenu(mnuSnippets, kSnippetsItems);
   FillMenu(mnuAttach, kAttachItems);

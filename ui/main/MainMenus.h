@@ -22,6 +22,7 @@ class MainMenus {
   /// `preTranslate` is that of the window's message loop.
   MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& message)>& preTranslate, Events events);
 
+  /// To be called before a menu is opened: the pictures are loaded for whoever opens one.
   void Fill();
   void Unload();
   void StayInFront() const;

@@ -113,6 +113,7 @@ void frmAddIn::cmd_Dropdown() {
   {
     // Pressed again while the menu was open: that the menu closes for that is no reason to let the arrow go.
     const FlagScope opening(openingOutputMenu_);
+    menus_.Fill();
     PopUp(menus_.mnuModFuncs, screen);
   }
   if (menus_.mnuModFuncs.input().State() != MenuState::Docked) cmd_.Thaw();
@@ -157,6 +158,7 @@ void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
       editing_.lstCode_Click();
     }
   }
+  menus_.Fill();
   for (const int item : {SnippetsItem::kRename, SnippetsItem::kEdit, SnippetsItem::kDelete}) {
     menus_.mnuSnippets.SetIEnabled(item, !editing_.editingDisabled());
   }
@@ -186,6 +188,7 @@ void frmAddIn::mnuSnippets_Clicked(int index) {
 }
 
 void frmAddIn::cmdAttach_Click() {
+  menus_.Fill();
   menus_.mnuAttach.SetIEnabled(AttachItem::kView, attachments_.CanView());
   RECT place{};
   GetWindowRect(cmdAttach_, &place);
@@ -229,6 +232,7 @@ void frmAddIn::OpenEditMenu(POINT screen) {
   const BnRichEdit& code = controls_.txtCode();
   const bool selected = code.SelLength() > 0;
   frmMenu& menu = menus_.mnuEdit;
+  menus_.Fill();
   menu.SetIEnabled(EditItem::kEdit, !editing_.editingDisabled());
   menu.SetIEnabled(EditItem::kUndo, !code.locked() && code.CanUndo());
   menu.SetIEnabled(EditItem::kCut, !code.locked() && selected);

@@ -32,9 +32,7 @@ void frmAddIn::MakeControls() {
   const FontProperty barFont = FontPropertyOf(font, twips_);
 
   captionHook_.Install(hWnd(), services_.caption);
-  barTip_.Load();
   barTip_.SetFont(font_.get());
-  menus_.Fill();
   // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
   cmd_.CreateIn(hWnd(), kMainBarId, "Main toolbar", barFont);
@@ -55,7 +53,7 @@ void frmAddIn::MakeControls() {
   // Tab goes through the siblings from the top: to the attachment before the code.
   SetWindowPos(picAttach_.hWnd(), controls_.txtDesc(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 
-  tTip_.Load(leftPane_.hWnd(), controls_.lstCode());
+  tTip_.Attach(leftPane_.hWnd(), controls_.lstCode());
   tTip_.TakeListFont();
 }
 

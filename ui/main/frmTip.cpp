@@ -30,7 +30,7 @@ bool frmTip::Load() {
 }
 
 void frmTip::ShowTip(const std::string& text, int x, int y) {
-  if (text.empty()) return;
+  if (text.empty() || (hWnd() == nullptr && !Load())) return;
   POINT cursor{};
   GetCursorPos(&cursor);
   const Point pointer{static_cast<int>(cursor.x), static_cast<int>(cursor.y)};

@@ -15,7 +15,7 @@ class frmTip : public Window, public TipWindow {
   frmTip() = default;
   ~frmTip() override;
 
-  /// Makes the window, hidden.
+  /// Makes the window, hidden; otherwise the first tip does.
   bool Load();
   /// The font stays the caller's.
   void SetFont(HFONT font) { font_ = font; }
