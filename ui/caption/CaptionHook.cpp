@@ -70,9 +70,9 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   icon_.reset();
   SetPropA(window, kHookProperty, this);
   // Still in the chain from an earlier time?
-  WNDPROC previous = ToProcedure(RemovePropA(window, kPassOnProperty));
-  if (previous == nullptr) previous = Replace(window, &HookProc);
-  SetPropA(window, kPreviousProperty, ToHandle(previous));
+  previous_ = ToProcedure(RemovePropA(window, kPassOnProperty));
+  if (previous_ == nullptr) previous_ = Replace(window, &HookProc);
+  SetPropA(window, kPreviousProperty, ToHandle(previous_));
   TakeOverFrame(painter.Enabled());
   ShareWithOwner(window, active_ || GetActiveWindow() == window);
 }
@@ -115,8 +115,7 @@ CaptionHook* CaptionHook::Of(HWND window) {
 
 LRESULT CALLBACK CaptionHook::HookProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   CaptionHook* hook = Of(window);
-  WNDPROC previous = ToProcedure(GetPropA(window, kPreviousProperty));
-  if (previous == nullptr) previous = ToProcedure(GetPropA(window, kPassOnProperty));
+  const WNDPROC previous = hook != nullptr ? hook->previous_ : ToProcedure(GetPropA(window, kPassOnProperty));
   if (previous == nullptr) return DefWindowProcA(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) {
     if (hook != nullptr) hook->Detach();

@@ -44,6 +44,7 @@ class CaptionHook {
   void Paint();
 
   HWND window_ = nullptr;
+  WNDPROC previous_ = nullptr;  ///< As in the property, which takes long to be asked for with each message.
   CaptionPainter* painter_ = nullptr;
   bool active_ = false;
   bool dialogActive_ = false;  ///< A hooked window that this one owns is active.

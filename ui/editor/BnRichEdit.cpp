@@ -1,6 +1,5 @@
 #include "ui/editor/BnRichEdit.h"
 
-#include <commctrl.h>
 #include <richedit.h>
 #include <windowsx.h>
 
@@ -140,7 +139,10 @@ void BnRichEdit::MakeControl() {
                                ES_AUTOHSCROLL | ES_WANTRETURN | ES_NOHIDESEL,
                            WS_EX_CLIENTEDGE, kControlId, fontHandle_.get(), {0, 0, size.width, size.height});
   if (control_ == nullptr) return;
-  SetWindowSubclass(control_, &ControlProc, kControlId, reinterpret_cast<DWORD_PTR>(this));
+  // By hand: the common controls' way asks for window properties with each message, which takes long.
+  SetWindowLongPtrA(control_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  controlsOwn_ = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(control_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ControlProc)));
   SendMessageA(control_, EM_SETREADONLY, locked_ ? TRUE : FALSE, 0);
   if (hasRichEdit_) {
     SendMessageA(control_, EM_EXLIMITTEXT, 0, kNoTextLimit);
@@ -448,7 +450,7 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       return true;
     case WM_LBUTTONDBLCLK:
       if (!hasRichEdit_) {
-        DefSubclassProc(control_, message, wParam, lParam);
+        CallWindowProcA(controlsOwn_, control_, message, wParam, lParam);
       } else {
         SelectWordAt({place.x, place.y});
       }
@@ -472,14 +474,14 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
     lParam = 0;
   }
   if (answering_ || remaking_ || filling_ || colouring_.busy()) {
-    return DefSubclassProc(control, message, wParam, lParam);
+    return CallWindowProcA(controlsOwn_, control, message, wParam, lParam);
   }
   const bool atCaret = colouring_.active() && EditsAtCaret(message, wParam);
   const CodeColouring::Caret caret = atCaret ? colouring_.CaretBefore() : CodeColouring::Caret{};
   LRESULT result = 0;
   {
     const FlagScope answering(answering_);
-    result = DefSubclassProc(control, message, wParam, lParam);
+    result = CallWindowProcA(controlsOwn_, control, message, wParam, lParam);
   }
   if (changed_ && control == control_) {
     changed_ = false;
@@ -493,11 +495,10 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
   return result;
 }
 
-LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam,
-                                         UINT_PTR id, DWORD_PTR self) {
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(control, &ControlProc, id);
+LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
   try {
-    return reinterpret_cast<BnRichEdit*>(self)->OnControlMessage(control, message, wParam, lParam);
+    auto* self = reinterpret_cast<BnRichEdit*>(GetWindowLongPtrA(control, GWLP_USERDATA));
+    return self->OnControlMessage(control, message, wParam, lParam);
   } catch (...) {
     // What threw was mostly memory running out. The message has no further effect.
     return 0;

@@ -85,8 +85,7 @@ class BnRichEdit : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                      DWORD_PTR self);
+  static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
 
   void MakeControl();
   void SetControlFormat() const;
@@ -113,7 +112,8 @@ class BnRichEdit : public Window {
 
   Events events_;
   bool hasRichEdit_;
-  HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
+  HWND control_ = nullptr;         ///< Belongs to this window and goes with it.
+  WNDPROC controlsOwn_ = nullptr;  ///< Its procedure, behind ControlProc.
   FontProperty font_;
   UniqueFont fontHandle_;
   Size characterSize_;  ///< Of the font, in pixels.
