@@ -54,16 +54,17 @@ std::string_view LineReader::Take(std::size_t length, std::size_t lengthWithEnd)
 }
 
 bool LineReader::Refill() {
-  const std::size_t kept = end_ - at_;
+  const std::size_t kept = end_ - mark_;
   if (kept == room_) {
     room_ = std::max(2 * room_, kPiece);
     std::unique_ptr<char[]> larger(new char[room_]);  // not to be filled with zeros first
-    if (kept > 0) std::memcpy(larger.get(), bytes_.get() + at_, kept);
+    if (kept > 0) std::memcpy(larger.get(), bytes_.get() + mark_, kept);
     bytes_ = std::move(larger);
   } else if (kept > 0) {
-    std::memmove(bytes_.get(), bytes_.get() + at_, kept);
+    std::memmove(bytes_.get(), bytes_.get() + mark_, kept);
   }
-  at_ = 0;
+  at_ -= mark_;
+  mark_ = 0;
   end_ = kept;
   while (end_ < room_) {
     const std::size_t got = source_.Read({bytes_.get() + end_, room_ - end_});
