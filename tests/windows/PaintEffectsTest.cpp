@@ -262,7 +262,7 @@ TEST_P(PaintEffectsTest, DisabledPictureCanBeAPartOfABitmap) {
 TEST_P(PaintEffectsTest, DisabledIconKeepsItsTransparency) {
   // In the system's icon size, so that nothing is stretched.
   Image image{GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON), {}};
-  image.pixels.assign(static_cast<std::size_t>(image.width * image.height), kMask);
+  image.pixels.assign(static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height), kMask);
   for (const POINT& dot : {POINT{3, 2}, POINT{4, 2}, POINT{5, 3}, POINT{20, 30}, POINT{31, 31}})
     image.At(dot.x, dot.y) = kDark;
   for (const POINT& dot : {POINT{10, 10}, POINT{11, 10}, POINT{3, 3}}) image.At(dot.x, dot.y) = kLight;
@@ -276,7 +276,7 @@ TEST_P(PaintEffectsTest, DisabledIconKeepsItsTransparency) {
 
 TEST_P(PaintEffectsTest, DisabledIconComesInTheSystemsIconSize) {
   Image image{16, 16, {}};
-  image.pixels.assign(16 * 16, kDark);
+  image.pixels.assign(std::size_t{16} * 16, kDark);
   const Picture picture(IconOf(image, kMask));
   const int size = GetSystemMetrics(SM_CXICON);
   ASSERT_GT(size, 16);
