@@ -278,6 +278,7 @@ void BnRichEdit::ShowAgain() {
 }
 
 void BnRichEdit::SetLocked(bool locked) {
+  if (locked_ == locked) return;  // Wine paints all edges of a control that is told
   locked_ = locked;
   SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }

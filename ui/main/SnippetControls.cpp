@@ -174,6 +174,8 @@ void SnippetControls::SetDescription(const std::string& text) {
 /// Without a selected snippet there is none that what is typed would belong to.
 void SnippetControls::LockDescription() const {
   const bool locked = editingDisabled_ || SelectedRow() < 0;
+  const bool wasLocked = (GetWindowLongA(txtDesc_, GWL_STYLE) & ES_READONLY) != 0;
+  if (locked == wasLocked) return;  // Wine paints all edges of a control that is told
   SendMessageA(txtDesc_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 
