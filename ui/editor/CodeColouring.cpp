@@ -56,7 +56,7 @@ void CodeColouring::SetSyntaxColors(bool colouring) {
 std::vector<HueRun> CodeColouring::Start(std::string columns) {
   slice_ = 0;
   model_.Load(std::move(columns));
-  return active() ? model_.Finish(0, VisibleLines()) : std::vector<HueRun>();
+  return active() ? model_.Finish(0, model_.lineCount()) : std::vector<HueRun>();
 }
 
 void CodeColouring::StartUncoloured(std::string columns) {

@@ -12,9 +12,9 @@
 
 namespace snip {
 
-/// Keeps the code in a rich-edit control coloured: at once what can be seen, all else in slices while nothing
-/// else is to be done, and after a change only what it concerns. Without a control that can be coloured it
-/// does nothing.
+/// Keeps the code in a rich-edit control coloured: at once what can be seen or is put in with its colours,
+/// all else in slices while nothing else is to be done, and after a change only what it concerns. Without a
+/// control that can be coloured it does nothing.
 class CodeColouring {
  public:
   /// What is known before a change of where it happens.
@@ -36,8 +36,8 @@ class CodeColouring {
 
   std::size_t TextLength() const { return ranges_.TextLength(); }
 
-  /// Starts anew with a text that the control does not show yet; gives what is to be coloured in its first
-  /// screen, for a control that is filled in colours.
+  /// Starts anew with a text that the control does not show yet; gives what is to be coloured in it, for a
+  /// control that is filled in colours.
   std::vector<HueRun> Start(std::string columns);
   /// Whether the control made of a text what was expected; some texts a control takes otherwise.
   bool AgreesWithControl() const { return model_.text().size() == ranges_.TextLength(); }
