@@ -7,7 +7,11 @@ namespace snip {
 void ExactTextField::SetText(const std::string& text) {
   original_ = text;
   bytes_ = TextFieldBytes(text);
-  SendMessageA(control_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
+  // Wine's control draws its scroll bar twice for WM_SETTEXT, and that takes it longer than all else.
+  SendMessageA(control_, EM_SETSEL, 0, -1);
+  SendMessageA(control_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
+  SendMessageA(control_, EM_SETSEL, 0, 0);
+  SendMessageA(control_, EM_SCROLLCARET, 0, 0);
   SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
   SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
 }

@@ -403,12 +403,13 @@ TEST_F(MainWindowTest, TheEndOfTheSessionOffersToSave) {
 
 TEST_F(MainWindowTest, LinesOfAMegabyteAreShownAndKept) {
   Snippet huge = Named(std::string(300, 'n'));
-  huge.Description = std::string(1000000, 'd') + " word";
+  huge.Description = std::string(1000000, 'd') + "\r\na\r\nfew\r\nlines\r\nmore\r\nthan\r\nfit";
   huge.Code = std::string(1000000, 'c') + "\r\nEnd";
   const std::string file = WriteBns(std::vector{huge, Named("two")});
   folder_.Write("Numbers.bns", file);
   Open();
   EXPECT_EQ(WindowText(Description()), huge.Description);
+  EXPECT_EQ(SendMessageA(Description(), EM_GETFIRSTVISIBLELINE, 0, 0), 0);
   PressKey(VK_DOWN);
   ASSERT_TRUE(Until([&] { return WindowText(Description()) == "about two"; }));
   DeleteFileA(folder_.File("Numbers.bns").c_str());
