@@ -8,7 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -31,7 +30,6 @@ constexpr double kReadLimit = 2.5;
 constexpr double kWriteLimit = 2;
 constexpr double kPeakPerFile = 1.5;
 constexpr double kPeakFixedMb = 16;
-constexpr std::size_t kPiece = std::size_t{1} << 16U;  // as the program writes
 constexpr double kMb = 1 << 20;
 
 void Require(bool done, const char* what) {
@@ -114,8 +112,9 @@ Lines FindLines(const std::string& path) {
 void WriteLibrary(const std::string& path, std::span<const Snippet> snippets) {
   const File file(path, O_WRONLY | O_CREAT | O_TRUNC);
   BnsBytes bytes(snippets);
-  std::array<char, kPiece> piece;
-  while (const std::size_t got = bytes.Read(piece)) file.Write({piece.data(), got});
+  const std::unique_ptr<char[]> piece(new char[ByteSource::kWrittenPiece]);
+  while (const std::size_t got = bytes.Read({piece.get(), ByteSource::kWrittenPiece}))
+    file.Write({piece.get(), got});
 }
 
 void WriteBytes(const std::string& path, std::string_view bytes) {

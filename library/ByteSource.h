@@ -10,6 +10,10 @@ namespace snip {
 /// memory as a whole.
 class ByteSource {
  public:
+  /// How much to read of one whose bytes are made and written to a file: it stays in the processor's cache,
+  /// and is enough for the system to keep the file's pages in large blocks.
+  static constexpr std::size_t kWrittenPiece = std::size_t{1} << 18U;
+
   virtual ~ByteSource() = default;
 
   /// Fills `room` from its start and returns how many bytes that were; 0 at the end, and when reading fails.

@@ -121,13 +121,12 @@ std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
 
 bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   if (!IsInFolder(path)) return false;
-  constexpr std::size_t pieceSize = std::size_t{1} << 16U;
-  const std::unique_ptr<char[]> piece(new char[pieceSize]);
+  const std::unique_ptr<char[]> piece(new char[ByteSource::kWrittenPiece]);
   const std::wstring longPath = LongPath(path);
   DeleteFileW(longPath.c_str());
   const UniqueFile file = OpenPatiently(longPath, GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
-  while (const auto size = static_cast<DWORD>(bytes.Read({piece.get(), pieceSize}))) {
+  while (const auto size = static_cast<DWORD>(bytes.Read({piece.get(), ByteSource::kWrittenPiece}))) {
     DWORD written = 0;
     if (WriteFile(file.get(), piece.get(), size, &written, nullptr) == 0 || written != size) return false;
   }
