@@ -19,13 +19,13 @@ class FakeSurroundings : public TipSurroundings {
   int topEntry = 3;
   std::vector<std::string> done;
 
-  Place PlaceOfPointer() const override { return place; }
+  Place PlaceOfPointer() override { return place; }
   std::int32_t EntryAtPointer() const override { return entry; }
   std::string EntryText(std::int32_t index) const override { return index % 2 == 0 ? "short" : wide; }
   Point OnScreen(int y) const override { return {100, 200 + y}; }
   int TopEntry() const override { return topEntry; }
   int EntryHeight() const override { return 10; }
-  int TextWidth(const std::string& text) const override { return static_cast<int>(text.size()) * 10; }
+  int TextWidth(const std::string& text) override { return static_cast<int>(text.size()) * 10; }
   int PaneWidth() const override { return 120; }
   bool TipVisible() const override { return visible; }
   void ShowTip(const std::string& text, int x, int y) override {

@@ -3,15 +3,6 @@
 #include "platform/Fonts.h"
 
 namespace snip {
-namespace {
-
-POINT Pointer() {
-  POINT pointer{};
-  GetCursorPos(&pointer);
-  return pointer;
-}
-
-}  // namespace
 
 void ListTips::Attach(HWND pane, HWND list) {
   pane_ = pane;
@@ -21,18 +12,20 @@ void ListTips::Attach(HWND pane, HWND list) {
 
 void ListTips::TakeListFont() {
   tip_.SetFont(FontOf(list_));
+  measured_.clear();
+  measuredWidth_ = 0;
 }
 
-TipSurroundings::Place ListTips::PlaceOfPointer() const {
+TipSurroundings::Place ListTips::PlaceOfPointer() {
   const bool tipShown = tip_.Visible();
   if (!tipShown && !PointerCameWithin(list_)) return Place::Elsewhere;  // as it is most of the time
-  const POINT pointer = Pointer();
-  if (LiesAt(list_, pointer)) return Place::List;
-  return tipShown && LiesAt(tip_.hWnd(), pointer) ? Place::Tip : Place::Elsewhere;
+  GetCursorPos(&pointer_);
+  if (LiesAt(list_, pointer_)) return Place::List;
+  return tipShown && LiesAt(tip_.hWnd(), pointer_) ? Place::Tip : Place::Elsewhere;
 }
 
 std::int32_t ListTips::EntryAtPointer() const {
-  POINT place = Pointer();
+  POINT place = pointer_;
   ScreenToClient(list_, &place);
   return static_cast<std::int32_t>(SendMessageA(list_, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y)));
 }
@@ -60,8 +53,12 @@ int ListTips::EntryHeight() const {
   return static_cast<int>(SendMessageA(list_, LB_GETITEMHEIGHT, 0, 0));
 }
 
-int ListTips::TextWidth(const std::string& text) const {
-  return TextSize(FontOf(list_), text).width;
+int ListTips::TextWidth(const std::string& text) {
+  if (text != measured_) {
+    measured_ = text;
+    measuredWidth_ = TextSize(FontOf(list_), text).width;
+  }
+  return measuredWidth_;
 }
 
 int ListTips::PaneWidth() const {

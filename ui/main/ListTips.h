@@ -23,13 +23,13 @@ class ListTips : private TipSurroundings {
   void Hide() { tip_.Hide(); }
 
  private:
-  Place PlaceOfPointer() const override;
+  Place PlaceOfPointer() override;
   std::int32_t EntryAtPointer() const override;
   std::string EntryText(std::int32_t entry) const override;
   Point OnScreen(int y) const override;
   int TopEntry() const override;
   int EntryHeight() const override;
-  int TextWidth(const std::string& text) const override;
+  int TextWidth(const std::string& text) override;
   int PaneWidth() const override;
   bool TipVisible() const override { return tip_.Visible(); }
   void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTip(text, x, y); }
@@ -37,6 +37,10 @@ class ListTips : private TipSurroundings {
 
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
+  POINT pointer_{};  ///< As PlaceOfPointer has found it, on the screen.
+  // What was measured last: the pointer mostly rests on one entry, and measuring takes long.
+  std::string measured_;
+  int measuredWidth_ = 0;
   frmTip tip_;
   SnippetTips tips_{*this};
 };

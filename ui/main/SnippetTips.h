@@ -13,15 +13,15 @@ class TipSurroundings {
   virtual ~TipSurroundings() = default;
 
   enum class Place { List, Tip, Elsewhere };
-  virtual Place PlaceOfPointer() const = 0;
-  /// The entry of the list at the pointer; 65536 or more below the last one.
+  virtual Place PlaceOfPointer() = 0;
+  /// The entry of the list where the pointer was just found; 65536 or more below the last one.
   virtual std::int32_t EntryAtPointer() const = 0;
   virtual std::string EntryText(std::int32_t entry) const = 0;
   /// Left end, on the screen, of the list's line that lies `y` pixels below its top.
   virtual Point OnScreen(int y) const = 0;
   virtual int TopEntry() const = 0;
   virtual int EntryHeight() const = 0;
-  virtual int TextWidth(const std::string& text) const = 0;
+  virtual int TextWidth(const std::string& text) = 0;
   virtual int PaneWidth() const = 0;
 
   virtual bool TipVisible() const = 0;
