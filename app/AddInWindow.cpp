@@ -17,7 +17,7 @@ void AddInWindow::Hide(const WindowUser& user) {
 
 bool AddInWindow::Unload(const WindowUser& user) {
   if (user_ == &user) window_.Unload();
-  return user_ != &user;
+  return user_ != &user || window_.hWnd() == nullptr;
 }
 
 void AddInWindow::Forget(const WindowUser& user) {

@@ -64,7 +64,7 @@ class ServerLife : public Window {
   void AwaitConnection();
 
   UINT idleMs_;
-  DWORD thread_ = GetCurrentThreadId();
+  const DWORD thread_ = GetCurrentThreadId();
   std::vector<IUnknown*> objects_;
   std::size_t uses_ = 0;
   std::size_t connections_ = 0;

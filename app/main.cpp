@@ -1,6 +1,8 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <optional>
+
 #include "app/AddInIdentity.h"
 #include "app/AddInWindow.h"
 #include "app/ComRegistration.h"
@@ -23,6 +25,9 @@ namespace {
 
 using namespace snip;
 
+/// How long a server waits for an environment.
+constexpr UINT kPatienceMs = 60000;
+
 /// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the
 /// message box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed
 /// here.
@@ -37,9 +42,8 @@ class Application {
   }
 
   /// Serves the development environments that have the add-in loaded.
-  int Serve() {
+  int Serve(ServerLife& life) {
     serving_ = true;
-    ServerLife life(kPatienceMs);
     const MessageFilter filter;
     const ComServer server(kConnectClassId, life, [&](REFIID iid, void** object) {
       const ComPtr<Connect> connect(new Connect(life, addInWindow_));
@@ -57,9 +61,6 @@ class Application {
   }
 
  private:
-  /// How long a server waits for an environment.
-  static constexpr UINT kPatienceMs = 60000;
-
   int MessageLoop() {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
@@ -110,9 +111,11 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
   const StartMode mode = StartModeFromArguments(CommandLineArguments());
   if (mode == StartMode::Register) return EnterProgram();
   if (mode == StartMode::Unregister) return RemoveProgram();
+  std::optional<ServerLife> life;  // longer than the apartment, with which COM lets go of the last objects
+  if (mode == StartMode::Component) life.emplace(kPatienceMs);
   const ComApartment apartment;  // assistive programs reach the windows through it, environments the add-in
   const OleThread dragging;      // what is dragged out of toolbars and onto them
   InitCommonControls();
   Application application;
-  return mode == StartMode::Component ? application.Serve() : application.Run(mode);
+  return life ? application.Serve(*life) : application.Run(mode);
 }

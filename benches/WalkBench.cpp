@@ -47,7 +47,9 @@ class BareControls {
   void ShowNext() const {
     SendMessageA(list_, WM_KEYDOWN, VK_DOWN, 0);
     const Snippet& snippet = snippets_[static_cast<std::size_t>(SendMessageA(list_, LB_GETCURSEL, 0, 0))];
-    SendMessageA(description_, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(snippet.Description.c_str()));
+    // As the program does, since it takes Wine less than WM_SETTEXT.
+    SendMessageA(description_, EM_SETSEL, 0, -1);
+    SendMessageA(description_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(snippet.Description.c_str()));
     ShowIn(code_, snippet.Code);
   }
 

@@ -12,6 +12,7 @@ void ExactTextField::SetText(const std::string& text) {
   SendMessageA(control_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
   SendMessageA(control_, EM_SETSEL, 0, 0);
   SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+  SendMessageA(control_, WM_HSCROLL, SB_LEFT, 0);  // of lines wider than 32,767 pixels Wine's loses its way
   SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
   SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
 }

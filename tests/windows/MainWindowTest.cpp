@@ -417,6 +417,35 @@ TEST_F(MainWindowTest, LinesOfAMegabyteAreShownAndKept) {
   EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == file; }));
 }
 
+TEST_F(MainWindowTest, TheNextDescriptionIsShownFromItsStartAndCannotBeUndone) {
+  Snippet tall = Named("one");
+  tall.Description = "a\r\nfew\r\nlines\r\nmore\r\nthan\r\nfit";
+  Snippet wide = Named("two");
+  wide.Description = std::string(9000, 'w');
+  Snippet next = Named("three");
+  next.Description = std::string(9000, 'n') + "\r\nand\r\nsome\r\nmore\r\nlines";
+  folder_.Write("Numbers.bns", WriteBns(std::vector{tall, wide, next}));
+  Open();
+  for (const Snippet* snippet : {&wide, &next}) {
+    SCOPED_TRACE(snippet->Name);
+    SetFocus(Description());
+    SendMessageA(Description(), WM_CHAR, 'x', 0);
+    SendMessageA(Description(), EM_LINESCROLL, 6000, 3);
+    SetFocus(List());
+    PressKey(VK_DOWN);
+    ASSERT_TRUE(Until([&] { return WindowText(Description()) == snippet->Description; }));
+    EXPECT_EQ(SendMessageA(Description(), EM_GETFIRSTVISIBLELINE, 0, 0), 0);
+    const auto corner = SendMessageA(Description(), EM_POSFROMCHAR, 0, 0);
+    EXPECT_GE(static_cast<short>(LOWORD(corner)), 0);
+    EXPECT_LT(LOWORD(corner), 20);
+    EXPECT_EQ(SendMessageA(Description(), EM_GETSEL, 0, 0), 0);
+    EXPECT_EQ(SendMessageA(Description(), EM_GETMODIFY, 0, 0), 0);
+    EXPECT_EQ(SendMessageA(Description(), EM_CANUNDO, 0, 0), 0);
+    SendMessageA(Description(), WM_UNDO, 0, 0);
+    EXPECT_EQ(WindowText(Description()), snippet->Description);
+  }
+}
+
 TEST_F(MainWindowTest, AltF4ClosesWhereverTheFocusIs) {
   for (const int id : {frmAddIn::kListId, frmAddIn::kFilesId, frmAddIn::kDescriptionId, frmAddIn::kCodeId}) {
     SCOPED_TRACE(id);

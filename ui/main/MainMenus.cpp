@@ -56,6 +56,8 @@ constexpr std::array kEditItems{
 constexpr int kPicture = 240;
 
 void FillMenu(frmMenu& menu, std::span<const Item> items) {
+  if (menu.iCount() == static_cast<int>(items.size())) return;
+  menu.Clear();  // what was left when memory ran out
   const TwipsPerPixel twips = ScreenTwips();
   const Size pictureSize{twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)};
   for (const Item& item : items) {
@@ -91,7 +93,6 @@ MainMenus::MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& m
       mnuEdit("Edit", MenuServices(sounds, preTranslate), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
 
 void MainMenus::Fill() {
-  if (mnuModFuncs.iCount() > 0) return;
   FillMenu(mnuModFuncs, kOutputItems);
   FillMenu(mnuSnippets, kSnippetsItems);
   FillMenu(mnuAttach, kAttachItems);
