@@ -31,6 +31,12 @@ bool Within(HWND window, POINT screen) {
   return GetWindowRect(window, &place) != 0 && PtInRect(&place, screen) != 0;
 }
 
+/// Where the pointer was, on the screen, when the message came that is being handled.
+POINT PlaceOfMessage() {
+  const auto place = static_cast<LPARAM>(GetMessagePos());
+  return {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
+}
+
 }  // namespace
 
 Window::~Window() {
@@ -143,9 +149,18 @@ bool LiesAt(HWND window, POINT screen) {
   return Within(window, screen) && WindowFromPoint(screen) == window;
 }
 
-bool PointerCameWithin(HWND window) {
-  const auto place = static_cast<LPARAM>(GetMessagePos());
-  return Within(window, {GET_X_LPARAM(place), GET_Y_LPARAM(place)});
+bool PointerLook::Needed(HWND window) {
+  constexpr int skippedTicks = 7;
+  const POINT told = PlaceOfMessage();
+  if (left_ && left_->x == told.x && left_->y == told.y && ++skipped_ <= skippedTicks) return false;
+  left_.reset();
+  skipped_ = 0;
+  return Within(window, told);
+}
+
+void PointerLook::Found(POINT pointer) {
+  const POINT told = PlaceOfMessage();
+  if (pointer.x != told.x || pointer.y != told.y) left_ = told;
 }
 
 }  // namespace snip

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "platform/Geometry.h"
@@ -77,8 +78,20 @@ Rect PlaceInParent(HWND window);
 /// Whether a window, none of its children and none that covers it, lies at a place of the screen.
 bool LiesAt(HWND window, POINT screen);
 
-/// Whether the pointer was within a window's bounds when the message came that is being handled. Unlike the
-/// system's questions about the pointer this costs nothing, so that a timer can ask it first.
-bool PointerCameWithin(HWND window);
+/// Tells a timer's handler whether it has to look for the pointer in a window. Asking the system where the
+/// pointer is takes long; where it was when the message came costs nothing. But when it goes on to another
+/// program's window no message may tell that: a place found to be out of date is looked at again only now and
+/// then.
+class PointerLook {
+ public:
+  /// Whether the pointer may be within the bounds of `window`.
+  bool Needed(HWND window);
+  /// Where it was found then, on the screen.
+  void Found(POINT pointer);
+
+ private:
+  std::optional<POINT> left_;  ///< The last place that was told of a pointer that has gone on.
+  int skipped_ = 0;            ///< How often it was not looked for since.
+};
 
 }  // namespace snip

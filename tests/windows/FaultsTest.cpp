@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/AddInWindow.h"
 #include "library/BnsFormat.h"
 #include "library/LibraryFolder.h"
 #include "platform/Win32Text.h"
@@ -29,7 +30,7 @@ class FaultsTest : public testing::Test {
   FaultsTest() { folder_.Write("Lib.bns", NewLibraryBns()); }
   ~FaultsTest() override { window_.reset(); }
 
-  void Open() {
+  void Make() {
     window_ = std::make_unique<frmAddIn>(frmAddIn::Services{.store = store_,
                                                             .settings = settings_,
                                                             .sounds = sounds_,
@@ -37,6 +38,9 @@ class FaultsTest : public testing::Test {
                                                             .showMessage = showMessage_,
                                                             .unloaded = [] {},
                                                             .hidden = [] {}});
+  }
+  void Open() {
+    Make();
     ASSERT_TRUE(window_->Show());
     AnswerMessages();
   }
@@ -81,6 +85,35 @@ TEST_F(FaultsTest, MemoryThatRunsOutWhileClosingKeepsTheWindowAndItsChanges) {
   Send(WM_CLOSE);
   EXPECT_EQ(window_->hWnd(), nullptr);
   EXPECT_NE(Stored().find("changed"), std::string::npos);
+}
+
+class NoHost : public HostEnvironment {
+  std::unique_ptr<HostCodePane> ActiveCodePane() override { return nullptr; }
+  std::unique_ptr<HostModule> AddStandardModule() override { return nullptr; }
+  void Activate() override {}
+};
+
+TEST_F(FaultsTest, AWindowThatCannotBeMadeIsNotWaitedFor) {
+  struct User final : WindowUser {
+    void OnHidden() override {}
+  } user;
+  // A class of this name that refuses each of its windows takes the place of the program's.
+  const HINSTANCE instance = GetModuleHandleA(nullptr);
+  UnregisterClassA("frmAddIn", instance);
+  WNDCLASSA refusing{};
+  refusing.lpfnWndProc = [](HWND, UINT, WPARAM, LPARAM) -> LRESULT { return 0; };
+  refusing.hInstance = instance;
+  refusing.lpszClassName = "frmAddIn";
+  ASSERT_NE(RegisterClassA(&refusing), 0);
+  Make();
+  AddInWindow addIn(*window_);
+  NoHost host;
+  EXPECT_FALSE(addIn.Show(user, host));
+  EXPECT_TRUE(addIn.Unload(user));
+  UnregisterClassA("frmAddIn", instance);
+  EXPECT_TRUE(addIn.Show(user, host));
+  EXPECT_TRUE(addIn.Unload(user));
+  EXPECT_EQ(window_->hWnd(), nullptr);
 }
 
 TEST_F(FaultsTest, ASaveThatCannotBeWrittenIsSilentAndCanBeRepeated) {

@@ -425,13 +425,14 @@ BarStyle BnCommandBar::Style() const {
 }
 
 void BnCommandBar::tHitTest_Timer() {
-  if (!PointerCameWithin(hWnd()) && input_.HotButton() < 0 && !showsTip_) {
+  if (input_.HotButton() < 0 && !showsTip_ && !look_.Needed(hWnd())) {
     // As it is most of the time: there is nothing to be left, and where exactly the pointer is matters not.
     Apply(input_.tHitTest_Timer(std::nullopt, {}));
     return;
   }
   POINT screen{};
   GetCursorPos(&screen);
+  look_.Found(screen);
   const Point at{static_cast<int>(screen.x), static_cast<int>(screen.y)};
   std::optional<Point> client;
   if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Covers(at))) {

@@ -18,8 +18,9 @@ void ListTips::TakeListFont() {
 
 TipSurroundings::Place ListTips::PlaceOfPointer() {
   const bool tipShown = tip_.Visible();
-  if (!tipShown && !PointerCameWithin(list_)) return Place::Elsewhere;  // as it is most of the time
+  if (!tipShown && !look_.Needed(list_)) return Place::Elsewhere;  // as it is most of the time
   GetCursorPos(&pointer_);
+  look_.Found(pointer_);
   if (LiesAt(list_, pointer_)) return Place::List;
   return tipShown && LiesAt(tip_.hWnd(), pointer_) ? Place::Tip : Place::Elsewhere;
 }

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "platform/Window.h"
 #include "ui/main/SnippetTips.h"
 #include "ui/main/frmTip.h"
 
@@ -37,6 +38,7 @@ class ListTips : private TipSurroundings {
 
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
+  PointerLook look_;
   POINT pointer_{};  ///< As PlaceOfPointer has found it, on the screen.
   // What was measured last: the pointer mostly rests on one entry, and measuring takes long.
   std::string measured_;
