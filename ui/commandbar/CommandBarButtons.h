@@ -74,7 +74,7 @@ struct BarButton {
 struct NewButton {
   std::string Caption = {};
   PictureRef Picture = {};
-  Size PictureSize = {};  ///< In pixels; see HimetricToPixels.
+  Size PictureSize = {};  ///< In pixels.
   snip::ButtonType ButtonType = snip::ButtonType::Push;
   snip::DisplayType DisplayType = snip::DisplayType::Picture;
   bool GrayBtn = false;
