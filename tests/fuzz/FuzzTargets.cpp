@@ -16,7 +16,6 @@
 #include "platform/TextFieldBytes.h"
 #include "settings/Settings.h"
 #include "settings/SettingsText.h"
-#include "ui/commandbar/TextPropertyBag.h"
 #include "ui/editor/ColouredText.h"
 #include "ui/editor/RtfText.h"
 #include "ui/editor/VbTokens.h"
@@ -95,30 +94,6 @@ void WriteLibrary(std::string_view input) {
         {.Name = texts[i], .Attachment = texts[i + 1], .Code = texts[i + 2], .Description = texts[i + 3]});
   }
   RequireRoundTrip(snippets);
-}
-
-// --- Texts of the toolbar's properties --------------------------------------------------------------------
-
-void ReadProperties(std::string_view input) {
-  const std::array<NamedProperty, 5> known = {{{"Enabled", true},
-                                               {"BorderStyle", std::int16_t{0}},
-                                               {"MaskColor", ColorProperty{}},
-                                               {"Font", FontProperty{}},
-                                               {"MouseIcon", PictureProperty{}}}};
-  const auto result = TextPropertyBag::Parse(input, known);
-  if (const auto* error = std::get_if<PropertyTextError>(&result)) {
-    const auto lines = 1 + std::count(input.begin(), input.end(), '\n');
-    Require(error->line >= 1 && error->line <= lines && !error->message.empty(), "an error nowhere");
-    return;
-  }
-  const auto& bag = std::get<TextPropertyBag>(result);
-  const auto again = TextPropertyBag::Parse(bag.Text(), known);
-  const auto* same = std::get_if<TextPropertyBag>(&again);
-  Require(same != nullptr && same->Text() == bag.Text(), "properties that read otherwise once written");
-  for (const NamedProperty& property : known) {
-    Require(same->Read(property.name, property.value) == bag.Read(property.name, property.value),
-            "a property that reads otherwise once written");
-  }
 }
 
 // --- Settings and registry values -------------------------------------------------------------------------
@@ -365,9 +340,8 @@ void ReadArguments(std::string_view input) {
   Require((StartModeFromArguments(arguments) == StartMode::Component) == embedding, "another way to start");
 }
 
-constexpr std::array<FuzzTarget, 8> kTargets = {{{"library", ReadLibrary},
+constexpr std::array<FuzzTarget, 7> kTargets = {{{"library", ReadLibrary},
                                                  {"writer", WriteLibrary},
-                                                 {"properties", ReadProperties},
                                                  {"settings", ReadStoredSettings},
                                                  {"registry", ReadRegistryValues},
                                                  {"code", ColourCode},

@@ -15,7 +15,7 @@
 #include "tests/windows/TestCanvas.h"
 #include "tests/windows/TestDesktop.h"
 #include "tests/windows/TestRegistry.h"
-#include "ui/commandbar/TextPropertyBag.h"
+#include "tests/unit/MemoryBag.h"
 #include "ui/main/frmTip.h"
 
 namespace snip::test {
@@ -417,7 +417,7 @@ TEST_F(BnCommandBarTest, WhatIsDraggedOutOfABarMayBeDroppedOnIt) {
 
   bar.SetOLEDropMode(1);
   EXPECT_EQ(log_.back(), "changed OLEDropMode");
-  TextPropertyBag bag;
+  MemoryBag bag;
   bar.WriteProperties(bag);
   for (const char* way : {"set", "read"}) {
     SCOPED_TRACE(way);
@@ -446,7 +446,7 @@ TEST_F(BnCommandBarTest, PropertiesTellTheContainerAndComeBackFromABag) {
   bar_.SetMaskColor({0x00FF00});
   bar_.SetBorderStyle(0);
   EXPECT_TRUE(Logged("changed Dockable") && Logged("changed MaskColor") && Logged("changed BorderStyle"));
-  TextPropertyBag bag;
+  MemoryBag bag;
   bar_.WriteProperties(bag);
   bar_.SetDockable(false);
   bar_.SetMaskColor({0});

@@ -42,10 +42,4 @@ void CommandBarProperties::Write(PropertyBag& bag, const FontProperty& ambientFo
   ForEachProperty([&](const char* name, auto member) { bag.Write(name, this->*member, initial.*member); });
 }
 
-std::vector<NamedProperty> CommandBarProperties::All() const {
-  std::vector<NamedProperty> all;
-  ForEachProperty([&](const char* name, auto member) { all.push_back({name, this->*member}); });
-  return all;
-}
-
 }  // namespace snip

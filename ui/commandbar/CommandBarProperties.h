@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
 #include "ui/commandbar/PropertyBag.h"
 
@@ -39,9 +38,6 @@ struct CommandBarProperties {
   /// What is missing in the bag, or is of another type there, is as in a new bar.
   static CommandBarProperties Read(const PropertyBag& bag, const FontProperty& ambientFont);
   void Write(PropertyBag& bag, const FontProperty& ambientFont) const;
-
-  /// All of them by name, in the order in which they are stored.
-  std::vector<NamedProperty> All() const;
 
   friend bool operator==(const CommandBarProperties&, const CommandBarProperties&) = default;
 };

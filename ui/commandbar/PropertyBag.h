@@ -32,11 +32,6 @@ struct PictureProperty {
 
 using PropertyValue = std::variant<bool, std::int16_t, ColorProperty, FontProperty, PictureProperty>;
 
-struct NamedProperty {
-  std::string name;
-  PropertyValue value;
-};
-
 /// Where a control keeps its design-time properties between two runs of its container.
 class PropertyBag {
  public:
