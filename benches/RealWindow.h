@@ -5,8 +5,8 @@
 
 #include "library/Library.h"
 #include "library/LibraryFolder.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/caption/CaptionPainter.h"
 #include "ui/main/frmAddIn.h"
 

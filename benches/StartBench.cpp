@@ -13,7 +13,7 @@
 #include "benches/GeneratedLibrary.h"
 #include "library/BnsFormat.h"
 #include "platform/Handle.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::bench {
 namespace {

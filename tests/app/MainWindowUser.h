@@ -12,8 +12,8 @@
 #include "platform/Geometry.h"
 #include "platform/Twips.h"
 #include "tests/app/Program.h"
-#include "tests/windows/AccessibleClient.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/AccessibleClient.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 

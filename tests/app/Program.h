@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/Handle.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 namespace {

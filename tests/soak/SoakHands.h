@@ -10,7 +10,7 @@
 
 #include "tests/app/Program.h"
 #include "tests/soak/SoakModel.h"
-#include "tests/windows/AccessibleClient.h"
+#include "tests/support/AccessibleClient.h"
 
 namespace snip::test {
 

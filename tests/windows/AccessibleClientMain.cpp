@@ -10,7 +10,7 @@
 #include <exception>
 
 #include "platform/Com.h"
-#include "tests/windows/AccessibleClient.h"
+#include "tests/support/AccessibleClient.h"
 
 int main(int count, char** arguments) {
   using namespace snip;

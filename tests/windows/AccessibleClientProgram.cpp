@@ -7,7 +7,7 @@
 
 #include "platform/Handle.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 

@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "platform/Window.h"
-#include "tests/windows/AccessibleClient.h"
+#include "tests/support/AccessibleClient.h"
 #include "tests/windows/AccessibleClientProgram.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 namespace {

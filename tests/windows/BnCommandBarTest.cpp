@@ -12,9 +12,9 @@
 #include "platform/Handle.h"
 #include "resources/resource.h"
 #include "tests/windows/AccessibleClientProgram.h"
-#include "tests/windows/TestCanvas.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestCanvas.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 #include "tests/unit/MemoryBag.h"
 #include "ui/main/frmTip.h"
 

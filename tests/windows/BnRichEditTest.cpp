@@ -13,7 +13,7 @@
 
 #include "platform/OleColor.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 #include "ui/commandbar/OleDragDrop.h"
 #include "ui/editor/PlainTextOnly.h"
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "resources/resource.h"
-#include "tests/windows/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 #include "ui/commandbar/ButtonPainter.h"
 
 namespace snip::test {

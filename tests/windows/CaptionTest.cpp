@@ -11,8 +11,8 @@
 #include "platform/Handle.h"
 #include "platform/Window.h"
 #include "resources/resource.h"
-#include "tests/windows/TestCanvas.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestCanvas.h"
+#include "tests/support/TestDesktop.h"
 #include "ui/caption/CaptionHook.h"
 
 namespace snip::test {

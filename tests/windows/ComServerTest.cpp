@@ -12,8 +12,8 @@
 #include "app/ServerLife.h"
 #include "platform/ComObject.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 
 namespace snip::test {
 namespace {

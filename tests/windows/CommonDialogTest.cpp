@@ -5,7 +5,7 @@
 #include <commdlg.h>
 
 #include "platform/Win32Text.h"
-#include "tests/windows/ModalWindow.h"
+#include "tests/support/ModalWindow.h"
 
 namespace snip::test {
 namespace {

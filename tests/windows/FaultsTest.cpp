@@ -12,8 +12,8 @@
 #include "library/BnsFormat.h"
 #include "library/LibraryFolder.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/main/MainWindowKeys.h"
 #include "ui/main/frmAddIn.h"
 

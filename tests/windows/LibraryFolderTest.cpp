@@ -12,7 +12,7 @@
 
 #include "platform/Handle.h"
 #include "tests/unit/AllBytes.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 namespace {

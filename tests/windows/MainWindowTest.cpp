@@ -10,9 +10,9 @@
 #include "library/LibraryFolder.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/AccessibleClient.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/AccessibleClient.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip::test {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/Win32Text.h"
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/commandbar/SystemSounds.h"
 #include "ui/dialogs/frmMsg.h"
 

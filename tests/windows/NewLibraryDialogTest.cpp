@@ -4,7 +4,7 @@
 
 #include "library/frmNew.h"
 #include "platform/Win32Text.h"
-#include "tests/windows/ModalWindow.h"
+#include "tests/support/ModalWindow.h"
 
 namespace snip::test {
 namespace {

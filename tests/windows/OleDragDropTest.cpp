@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/Clipboard.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 namespace {

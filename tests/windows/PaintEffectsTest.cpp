@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/windows/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 #include "ui/commandbar/PaintEffects.h"
 
 namespace snip::test {

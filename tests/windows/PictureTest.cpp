@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "resources/resource.h"
-#include "tests/windows/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 #include "ui/commandbar/Picture.h"
 
 namespace snip::test {

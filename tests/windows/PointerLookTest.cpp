@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/Window.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 namespace {

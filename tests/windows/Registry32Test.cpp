@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestRegistry.h"
 
 namespace snip::test {
 namespace {

@@ -5,8 +5,8 @@
 #include "platform/Win32Text.h"
 #include "settings/SettingsStore.h"
 #include "tests/unit/FakeSettingsTarget.h"
-#include "tests/windows/ModalWindow.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/ModalWindow.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/dialogs/frmSettings.h"
 
 namespace snip::test {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/windows/TestDesktop.h"
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestDesktop.h"
+#include "tests/support/TestRegistry.h"
 
 namespace snip::test {
 namespace {

@@ -3,7 +3,7 @@
 #include "platform/Handle.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 #include "ui/main/frmTip.h"
 
 namespace snip::test {

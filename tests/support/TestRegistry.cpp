@@ -1,4 +1,4 @@
-#include "tests/windows/TestRegistry.h"
+#include "tests/support/TestRegistry.h"
 
 #include <sddl.h>
 #include <shlwapi.h>

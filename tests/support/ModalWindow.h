@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 namespace snip::test {
 

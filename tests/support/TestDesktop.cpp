@@ -1,4 +1,4 @@
-#include "tests/windows/TestDesktop.h"
+#include "tests/support/TestDesktop.h"
 
 #include <filesystem>
 #include <fstream>

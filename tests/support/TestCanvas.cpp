@@ -1,4 +1,4 @@
-#include "tests/windows/TestCanvas.h"
+#include "tests/support/TestCanvas.h"
 
 #include <iomanip>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "tests/windows/AccessibleClient.h"
+#include "tests/support/AccessibleClient.h"
 
 #include <stdexcept>
 
