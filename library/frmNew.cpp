@@ -32,7 +32,9 @@ void frmNew::OnCommand(int id, int notification) {
 }
 
 void frmNew::cmdOK_Click() {
-  name_ = WindowText(GetDlgItem(hWnd(), kNameId));
+  const std::optional<std::string> name = FieldText(GetDlgItem(hWnd(), kNameId));
+  if (!name) return;
+  name_ = *name;
   End(IDOK);
 }
 

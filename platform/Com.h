@@ -82,6 +82,7 @@ class Bstr {
   Bstr() = default;
   /// Converts a text in the system's ANSI code page; throws std::bad_alloc.
   explicit Bstr(const std::string& text);
+  explicit Bstr(std::u16string_view text);
   Bstr(Bstr&& other) noexcept : text_(other.Detach()) {}
   Bstr& operator=(Bstr&& other) noexcept {
     if (this != &other) Reset(other.Detach());

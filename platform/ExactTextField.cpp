@@ -1,5 +1,7 @@
 #include "platform/ExactTextField.h"
 
+#include <utility>
+
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -17,9 +19,11 @@ void ExactTextField::SetText(const std::string& text) {
   SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
 }
 
-std::string ExactTextField::Text() const {
-  const bool touched = SendMessageA(control_, EM_GETMODIFY, 0, 0) != 0;
-  return touched ? bytes_.Restore(WindowText(control_)) : original_;
+std::optional<std::string> ExactTextField::Text() const {
+  if (SendMessageA(control_, EM_GETMODIFY, 0, 0) == 0) return original_;
+  std::optional<std::string> text = FieldText(control_);
+  if (text) text = bytes_.Restore(std::move(*text));
+  return text;
 }
 
 }  // namespace snip

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 
 #include "platform/TextFieldBytes.h"
@@ -16,7 +17,8 @@ class ExactTextField {
   explicit ExactTextField(HWND control) : control_(control) {}
 
   void SetText(const std::string& text);
-  std::string Text() const;
+  /// Nothing when the control does not tell it.
+  std::optional<std::string> Text() const;
 
  private:
   HWND control_ = nullptr;

@@ -7,11 +7,44 @@
 
 namespace snip {
 
+std::optional<std::string> FieldText(HWND control) {
+  CPINFO codePage{};
+  GetCPInfo(CP_ACP, &codePage);
+  const auto told = static_cast<std::size_t>(SendMessageA(control, WM_GETTEXTLENGTH, 0, 0));
+  // Some controls tell the length in characters, and give a buffer that is too short a part or nothing.
+  for (std::size_t room = told * std::max(codePage.MaxCharSize, 1U) + 2; IsWindow(control) != 0; room *= 2) {
+    std::string text(room, '\0');
+    const auto size = static_cast<std::size_t>(
+        SendMessageA(control, WM_GETTEXT, room, reinterpret_cast<LPARAM>(text.data())));
+    if (size == 0 && told > 0) return std::nullopt;
+    if (size + 1 >= room) continue;
+    text.resize(size);
+    return text;
+  }
+  return std::nullopt;
+}
+
 std::string WindowText(HWND window) {
-  std::string text(static_cast<std::size_t>(SendMessageA(window, WM_GETTEXTLENGTH, 0, 0)) + 1, '\0');
-  const LRESULT length = SendMessageA(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<std::size_t>(length));
-  return text;
+  return FieldText(window).value_or(std::string());
+}
+
+std::u16string Utf16FromAnsi(std::string_view text) {
+  const int bytes = static_cast<int>(text.size());
+  std::u16string wide(text.size(), u'\0');
+  // On the platform both are UTF-16.
+  const int size =
+      MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, reinterpret_cast<wchar_t*>(wide.data()), bytes);
+  wide.resize(static_cast<std::size_t>(size));
+  return wide;
+}
+
+std::string AnsiFromUtf16(std::u16string_view text) {
+  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
+  const int units = static_cast<int>(text.size());
+  const int size = WideCharToMultiByte(CP_ACP, 0, wide, units, nullptr, 0, nullptr, nullptr);
+  std::string ansi(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_ACP, 0, wide, units, ansi.data(), size, nullptr, nullptr);
+  return ansi;
 }
 
 bool SameTextIgnoringCase(const std::string& a, const std::string& b) {

@@ -4,12 +4,21 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace snip {
 
-/// The whole text of a window or control.
+/// The whole text of a control in the ANSI code page; nothing when the control does not tell it, as one does
+/// that is gone or out of memory.
+std::optional<std::string> FieldText(HWND control);
+
+/// The text of a window, to be shown or compared: empty as well when it cannot be told.
 std::string WindowText(HWND window);
+
+std::u16string Utf16FromAnsi(std::string_view text);
+/// What the code page lacks becomes "?" or its closest letter.
+std::string AnsiFromUtf16(std::u16string_view text);
 
 /// Equality without regard to letter case in the system's ANSI code page, upper half included.
 bool SameTextIgnoringCase(const std::string& a, const std::string& b);

@@ -7,7 +7,7 @@ build_packages=(
   cmake ninja-build g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
   libboost1.81-dev libcli11-dev librapidxml-dev nlohmann-json3-dev)
-display_packages=(fonts-wine fonts-liberation2 xvfb xdotool x11-utils imagemagick)
+display_packages=(fonts-wine fonts-liberation2 locales xvfb xdotool x11-utils imagemagick)
 wine_packages=(wine wine64 "${display_packages[@]}")
 wine_arch=win64
 

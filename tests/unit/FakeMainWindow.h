@@ -41,6 +41,11 @@ class FakeSnippetView : public SnippetView {
   std::optional<int> nameBoxRow;  ///< Set while the box is shown.
   Focus focus = Focus::Elsewhere;
   std::function<void()> nameBoxLeft;
+  bool silent = false;  ///< The fields do not tell their texts.
+
+  std::optional<std::string> Told(const std::string& text) const {
+    return silent ? std::nullopt : std::optional(text);
+  }
 
   void MoveFocus(Focus target) {
     const bool left = focus == Focus::NameBox && target != Focus::NameBox;
@@ -68,10 +73,10 @@ class FakeSnippetView : public SnippetView {
   void SelectRow(int row) override { selected = row < RowCount() ? row : -1; }
   void FocusList() override { MoveFocus(Focus::List); }
 
-  std::string Description() const override { return description; }
+  std::optional<std::string> Description() const override { return Told(description); }
   void SetDescription(const std::string& text) override { description = text; }
 
-  std::string Code() const override { return code; }
+  std::optional<std::string> Code() const override { return Told(code); }
   void SetCode(const std::string& text) override {
     code = text;
     codeSetWhileWaiting = waiting;
@@ -85,7 +90,7 @@ class FakeSnippetView : public SnippetView {
     nameBoxText = name;
     MoveFocus(Focus::NameBox);
   }
-  std::string NameBoxText() const override { return nameBoxText; }
+  std::optional<std::string> NameBoxText() const override { return Told(nameBoxText); }
   void FocusNameBox() override { MoveFocus(Focus::NameBox); }
   void HideNameBox() override {
     nameBoxRow.reset();
@@ -125,7 +130,7 @@ class FakeLibraryView : public LibraryView {
   void ReplaceFile(int entry, const std::string& text) override {
     files.at(static_cast<std::size_t>(entry)) = text;
   }
-  std::string FileNameText() const override { return fileNameText; }
+  std::optional<std::string> FileNameText() const override { return fileNameText; }
   void SetFileNameText(const std::string& text) override { fileNameText = text; }
   void SelectFileNameText() override { fileNameSelected = true; }
   void ShowFileNameBox() override { fileNameBoxShown = true; }

@@ -70,6 +70,22 @@ TEST_F(SnippetEditingTest, ALibraryIsShownWithItsFirstSnippet) {
   ExpectShown(-1, "", "");
 }
 
+TEST_F(SnippetEditingTest, WhatAFieldDoesNotTellIsNotStored) {
+  TypeCode("typed");
+  view.silent = true;
+  TypeDescription("typed");
+  editing.StoreShownCode();
+  ClickRow(2);
+  editing.NewSnippet();
+  editing.DeleteSnippet(0);
+  EXPECT_FALSE(editing.txtCode_LostFocus());
+  EXPECT_EQ(view.selected, 0);
+  ExpectUntouched(kThree);
+  view.silent = false;
+  EXPECT_TRUE(editing.txtCode_LostFocus());
+  EXPECT_EQ(library.Snippets[0].Code, "typed");
+}
+
 TEST_F(SnippetEditingTest, WhatIsShownInPlaceOfALibraryTakesNoEdits) {
   TypeCode("typed");
   TypeName("typed");

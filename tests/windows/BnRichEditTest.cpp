@@ -16,9 +16,20 @@
 #include "tests/support/TestDesktop.h"
 #include "ui/commandbar/OleDragDrop.h"
 #include "ui/editor/PlainTextOnly.h"
+#include "ui/editor/RichEditText.h"
 
 namespace snip::test {
 namespace {
+
+/// Letters that the code page has: one byte, two or three in it, and one character in the control.
+std::string Letters() {
+  std::string letters;
+  for (const char16_t letter : std::u16string_view(u"\u00E9\u3042\u8A9E")) {
+    const std::string bytes = AnsiFromUtf16({&letter, 1});
+    if (Utf16FromAnsi(bytes)[0] == letter) letters += bytes;
+  }
+  return letters;
+}
 
 const FontProperty kFont{.Name = "Courier New", .Size = 10};
 
@@ -39,6 +50,7 @@ class BnRichEditTest : public testing::Test {
     DestroyWindow(frame_);
   }
 
+  std::string Text() const { return editor_.text().value(); }
   HWND Control() const { return GetDlgItem(editor_.hWnd(), BnRichEdit::kControlId); }
 
   /// One letter for the colour of each character of the control's, from `begin` on; blanks are left blank.
@@ -54,7 +66,7 @@ class BnRichEditTest : public testing::Test {
       format.cbSize = sizeof format;
       SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
       const COLORREF color = format.crTextColor;
-      const bool blank = editor_.SelText().find_first_not_of(" \r\n") == std::string::npos;
+      const bool blank = editor_.SelText().value().find_first_not_of(" \r\n") == std::string::npos;
       hues += blank                      ? ' '
               : color == colours.fore    ? 'f'
               : color == colours.keyword ? 'k'
@@ -107,7 +119,7 @@ TEST_F(BnRichEditTest, UntouchedTextComesBackByteForByte) {
         std::string("{\\rtf1 not rich text}"), std::string(1000000, 'x')}) {
     SCOPED_TRACE(text.substr(0, 30));
     editor_.SetText(text);
-    EXPECT_EQ(editor_.text(), text);
+    EXPECT_EQ(Text(), text);
   }
 }
 
@@ -116,8 +128,10 @@ TEST_F(BnRichEditTest, EditedTextKeepsZeroBytesAndLines) {
   editor_.SetLocked(false);
   editor_.Focus();
   TypeText("x");
-  ASSERT_TRUE(WaitUntil([&] { return editor_.text() != std::string("one\r\ntwo\0end\r\n", 14); }));
-  EXPECT_EQ(editor_.text(), std::string("xone\r\ntwo\0end\r\n", 15));
+  ASSERT_TRUE(WaitUntil([&] { return Text() != std::string("one\r\ntwo\0end\r\n", 14); }));
+  EXPECT_EQ(Text(), std::string("xone\r\ntwo\0end\r\n", 15));
+  DestroyWindow(Control());
+  EXPECT_EQ(editor_.text(), std::nullopt);
 }
 
 TEST_F(BnRichEditTest, EditingKeepsTheLinesThatOddLineEndsMake) {
@@ -125,7 +139,7 @@ TEST_F(BnRichEditTest, EditingKeepsTheLinesThatOddLineEndsMake) {
   editor_.SetLocked(false);
   editor_.Focus();
   TypeText("x");
-  EXPECT_TRUE(WaitUntil([&] { return editor_.text() == "xa\r\n\r\nb\r\nc\r\nd"; })) << editor_.text();
+  EXPECT_TRUE(WaitUntil([&] { return Text() == "xa\r\n\r\nb\r\nc\r\nd"; })) << Text();
 }
 
 TEST_F(BnRichEditTest, PastingTakesTextAlone) {
@@ -134,12 +148,12 @@ TEST_F(BnRichEditTest, PastingTakesTextAlone) {
   editor_.SetLocked(false);
   editor_.Focus();
   PressKey('V', {VK_CONTROL});
-  EXPECT_TRUE(WaitUntil([&] { return editor_.text() == "plain"; })) << editor_.text();
+  EXPECT_TRUE(WaitUntil([&] { return Text() == "plain"; })) << Text();
   editor_.SetLocked(true);
   PressKey('V', {VK_CONTROL});
   PressKey(VK_TAB);
   EXPECT_TRUE(WaitUntil([&] { return GetFocus() == other_; }));
-  EXPECT_EQ(editor_.text(), "plain");
+  EXPECT_EQ(Text(), "plain");
 }
 
 TEST_F(BnRichEditTest, LockedTextCannotBeTypedIn) {
@@ -149,7 +163,7 @@ TEST_F(BnRichEditTest, LockedTextCannotBeTypedIn) {
   TypeText("x");
   PressKey(VK_DELETE);
   ASSERT_TRUE(WaitUntil([&] { return std::find(log_.begin(), log_.end(), "key x") != log_.end(); }));
-  EXPECT_EQ(editor_.text(), "abc");
+  EXPECT_EQ(Text(), "abc");
 }
 
 TEST_F(BnRichEditTest, TabMovesOnWhileLockedAndIsTypedWhileNot) {
@@ -160,7 +174,7 @@ TEST_F(BnRichEditTest, TabMovesOnWhileLockedAndIsTypedWhileNot) {
   editor_.SetLocked(false);
   editor_.Focus();
   PressKey(VK_TAB);
-  EXPECT_TRUE(WaitUntil([&] { return editor_.text() == "\tabc"; })) << editor_.text();
+  EXPECT_TRUE(WaitUntil([&] { return Text() == "\tabc"; })) << Text();
 }
 
 TEST_F(BnRichEditTest, ShowingLongTextsOneAfterAnotherLosesNeitherFocusNorLock) {
@@ -169,7 +183,7 @@ TEST_F(BnRichEditTest, ShowingLongTextsOneAfterAnotherLosesNeitherFocusNorLock) 
   editor_.Focus();
   log_.clear();
   editor_.SetText("short");
-  EXPECT_EQ(editor_.text(), "short");
+  EXPECT_EQ(Text(), "short");
   EXPECT_TRUE(editor_.HasFocus());
   EXPECT_TRUE(log_.empty()) << log_.front();
   EXPECT_NE(GetWindowLongA(Control(), GWL_STYLE) & ES_READONLY, 0);
@@ -184,20 +198,20 @@ TEST_F(BnRichEditTest, TypingOverADoubleClickedWordReplacesThatWord) {
     editor_.SetLocked(false);
     editor_.Focus();
   };
-  const std::string before = std::string(200, 'w') + "\r\n\r\n    alpha = ";
+  const std::string before = std::string(200, 'w') + "\r\n\r\n" + Letters() + Letters() + " = ";
   const std::string after = "\r\nEnd If\r\nEnd Function\r\n\r\nPublic Sub Split(ByVal x)\r\nEnd Sub\r\n";
   for (const char* rest : {"", " + 1", "(1)"}) {
     SCOPED_TRACE(rest);
     editor_.SetLocked(true);
     editor_.SetText(std::string(before).append("word").append(rest).append(after));
     POINTL place{};
-    const std::size_t character = before.size() - 2 + 1;  // a line end counts one there; into the word
+    const std::size_t character = RichEditCharacters(before).size() + 1;  // into the word
     SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), static_cast<LPARAM>(character));
     ClickAt(Control(), {place.x, place.y + 4}, 2);
     ASSERT_TRUE(WaitUntil([&] { return !editor_.locked(); }));
     TypeText("x");
     const std::string typed = std::string(before).append("x").append(rest).append(after);
-    EXPECT_TRUE(WaitUntil([&] { return editor_.text() == typed; })) << editor_.text();
+    EXPECT_TRUE(WaitUntil([&] { return Text() == typed; })) << Text();
   }
 }
 
@@ -242,8 +256,12 @@ TEST_F(BnRichEditTest, WhatIsScrolledIntoViewIsColouredBeforeItIsSeen) {
 }
 
 TEST_F(BnRichEditTest, AfterAnEditTheColoursAreRightAndUndoTakesBackTheTextAlone) {
-  const std::string text = "Dim x\r\ny = \"z\"";
-  const std::string hues = "kkk f f f sss";
+  // Each character of these is coloured, whatever the number of its bytes.
+  const std::string z = Letters();
+  const std::string text = "Dim x\r\ny = \"" + z + "\"";
+  const std::string s(RichEditCharacters(z).size() + 2, 's');
+  const std::string c(s.size(), 'c');
+  const std::string hues = "kkk f f f " + s;
   PutOnClipboard({{CF_TEXT, "End\r\n'"}});
   struct Case {
     const char* name;
@@ -252,15 +270,18 @@ TEST_F(BnRichEditTest, AfterAnEditTheColoursAreRightAndUndoTakesBackTheTextAlone
     std::string text, hues;
   };
   const std::vector<Case> cases = {
-      {"a letter that ends a keyword", 3, 0, [] { TypeText("m"); }, "Dimm x\r\ny = \"z\"", "ffff f f f sss"},
-      {"a comment", 0, 0, [] { TypeText("'"); }, "'Dim x\r\ny = \"z\"", "cccc c f f sss"},
-      {"Backspace", 2, 0, [] { PressKey(VK_BACK); }, "Dm x\r\ny = \"z\"", "ff f f f sss"},
-      {"Delete over a line end", 5, 0, [] { PressKey(VK_DELETE); }, "Dim xy = \"z\"", "kkk ff f sss"},
-      {"Enter", 1, 0, [] { PressKey(VK_RETURN); }, "D\r\nim x\r\ny = \"z\"", "f ff f f f sss"},
-      {"paste", 6, 4, [] { PressKey('V', {VK_CONTROL}); }, "Dim x\r\nEnd\r\n'\"z\"", "kkk f kkk cccc"},
-      {"cut", 0, 4, [] { PressKey('X', {VK_CONTROL}); }, "x\r\ny = \"z\"", "f f f sss"},
-      {"program", 4, 1, [this] { editor_.ReplaceSelection("' _"); }, "Dim ' _\r\ny = \"z\"",
-       "kkk c c c c ccc"},
+      {"a letter that ends a keyword", 3, 0, [] { TypeText("m"); }, "Dimm x\r\ny = \"" + z + "\"",
+       "ffff f f f " + s},
+      {"a comment", 0, 0, [] { TypeText("'"); }, "'Dim x\r\ny = \"" + z + "\"", "cccc c f f " + s},
+      {"Backspace", 2, 0, [] { PressKey(VK_BACK); }, "Dm x\r\ny = \"" + z + "\"", "ff f f f " + s},
+      {"Delete over a line end", 5, 0, [] { PressKey(VK_DELETE); }, "Dim xy = \"" + z + "\"",
+       "kkk ff f " + s},
+      {"Enter", 1, 0, [] { PressKey(VK_RETURN); }, "D\r\nim x\r\ny = \"" + z + "\"", "f ff f f f " + s},
+      {"paste", 6, 4, [] { PressKey('V', {VK_CONTROL}); }, "Dim x\r\nEnd\r\n'\"" + z + "\"",
+       "kkk f kkk c" + c},
+      {"cut", 0, 4, [] { PressKey('X', {VK_CONTROL}); }, "x\r\ny = \"" + z + "\"", "f f f " + s},
+      {"program", 4, 1, [this] { editor_.ReplaceSelection("' _"); }, "Dim ' _\r\ny = \"" + z + "\"",
+       "kkk c c c c " + c},
   };
   editor_.Focus();
   for (const Case& edit : cases) {
@@ -270,12 +291,12 @@ TEST_F(BnRichEditTest, AfterAnEditTheColoursAreRightAndUndoTakesBackTheTextAlone
     ASSERT_EQ(Hues(), hues);
     editor_.SetSelection(edit.start, edit.length);
     edit.act();
-    ASSERT_TRUE(WaitUntil([&] { return editor_.text() == edit.text; })) << editor_.text();
+    ASSERT_TRUE(WaitUntil([&] { return Text() == edit.text; })) << Text();
     EXPECT_EQ(Hues(), edit.hues);
     EXPECT_EQ(editor_.SelLength(), 0);
     EXPECT_TRUE(editor_.CanUndo());
     editor_.Undo();
-    EXPECT_EQ(editor_.text(), text);
+    EXPECT_EQ(Text(), text);
     EXPECT_EQ(Hues(), hues);
     EXPECT_FALSE(editor_.CanUndo());
   }
@@ -312,7 +333,7 @@ TEST_F(BnRichEditTest, ColoursFollowTheirSwitchesAndTheSystem) {
     EXPECT_EQ(Hues(), hues);
   }
   EXPECT_EQ(SendMessageA(Control(), EM_CANUNDO, 0, 0), 0);
-  EXPECT_EQ(editor_.text(), "Dim a$ 'b");
+  EXPECT_EQ(Text(), "Dim a$ 'b");
 }
 
 TEST_F(BnRichEditTest, AnotherFontLeavesTextSelectionAndColours) {
@@ -330,11 +351,12 @@ TEST_F(BnRichEditTest, AnotherFontLeavesTextSelectionAndColours) {
   EXPECT_EQ(editor_.SelStart(), 1);
   EXPECT_EQ(editor_.SelLength(), 2);
   EXPECT_EQ(Hues(), "cccc c");
-  EXPECT_EQ(editor_.text(), "'Dim a");
+  EXPECT_EQ(Text(), "'Dim a");
 }
 
 TEST_F(BnRichEditTest, TextIsShownAsItIsWhateverItLooksLike) {
-  for (const std::string text : {"{\\rtf1 x}", "a\\b {c}\ttab \x80 \xE9\r\n\r\n", "\r\n", "bell\a"}) {
+  for (const std::string& text :
+       std::vector<std::string>{"{\\rtf1 x}", "a\\b {c}\ttab " + Letters() + "\r\n\r\n", "\r\n", "bell\a"}) {
     SCOPED_TRACE(text);
     editor_.SetText(text);
     EXPECT_EQ(WindowText(Control()), text);
@@ -366,7 +388,7 @@ TEST_F(BnRichEditTest, LockedTextCannotBeChangedByAnything) {
   PressKey(VK_DELETE, {VK_SHIFT});
   TypeText("q");
   ASSERT_TRUE(WaitUntil([&] { return std::find(log_.begin(), log_.end(), "key q") != log_.end(); }));
-  EXPECT_EQ(editor_.text(), "xabc");
+  EXPECT_EQ(Text(), "xabc");
   EXPECT_FALSE(editor_.CanUndo());
 }
 
@@ -415,17 +437,17 @@ TEST_P(BnRichEditEngineTest, SelectionEditsAndUndo) {
   EXPECT_EQ(editor_.SelText(), "n");
   EXPECT_FALSE(editor_.CanUndo());
   editor_.ReplaceSelection("x\r\ny");
-  EXPECT_EQ(editor_.text(), "ox\r\nye\r\ntwo");
+  EXPECT_EQ(Text(), "ox\r\nye\r\ntwo");
   EXPECT_TRUE(editor_.CanUndo());
   editor_.Undo();
-  EXPECT_EQ(editor_.text(), "one\r\ntwo");
+  EXPECT_EQ(Text(), "one\r\ntwo");
   editor_.SetFont({.Name = "Arial", .Size = 12});
   editor_.SetSyntaxColors(false);
   editor_.SetForeColor(RGB(1, 2, 3));
   EXPECT_EQ(editor_.SelStart() + editor_.SelLength(), 2);
   editor_.SetLocked(true);
   editor_.ReplaceSelection("z");
-  EXPECT_EQ(editor_.text(), "one\r\ntwo");
+  EXPECT_EQ(Text(), "one\r\ntwo");
   editor_.SetText("");
   EXPECT_EQ(editor_.TextLength(), 0);
 }

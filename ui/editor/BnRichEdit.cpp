@@ -195,14 +195,18 @@ void BnRichEdit::SetTabStops() const {
   SendMessageA(control_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
 }
 
-std::string BnRichEdit::text() const {
+std::optional<std::string> BnRichEdit::text() const {
   if (!touched_) return original_;
-  std::string shown = ShownText();
-  return shown == bytes_.shown() ? original_ : bytes_.Restore(std::move(shown));
+  std::optional<std::string> shown = ShownText();
+  if (!shown) return std::nullopt;
+  return *shown == bytes_.shown() ? original_ : bytes_.Restore(std::move(*shown));
 }
 
-std::string BnRichEdit::ShownText() const {
-  return touched_ ? WindowText(control_) : bytes_.shown();
+std::optional<std::string> BnRichEdit::ShownText() const {
+  if (!touched_) return bytes_.shown();
+  if (!hasRichEdit_) return FieldText(control_);
+  const std::optional<std::u16string> characters = RichEditText(control_);
+  return characters ? std::optional(AnsiFromRichEdit(*characters)) : std::nullopt;
 }
 
 void BnRichEdit::SetText(const std::string& text) {
@@ -213,7 +217,8 @@ void BnRichEdit::SetText(const std::string& text) {
 }
 
 int BnRichEdit::TextLength() const {
-  return colouring_.active() ? static_cast<int>(colouring_.TextLength()) : GetWindowTextLengthA(control_);
+  if (colouring_.active()) return static_cast<int>(colouring_.TextLength());
+  return static_cast<int>(Utf16FromAnsi(FieldText(control_).value_or(std::string())).size());
 }
 
 void BnRichEdit::Show(const std::string& shown) {
@@ -263,7 +268,8 @@ void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
 /// Shows the present text in a new control, at the same place.
 void BnRichEdit::ShowAgain() {
   if (control_ == nullptr) return;
-  const std::string shown = ShownText();
+  const std::optional<std::string> shown = ShownText();
+  if (!shown) return;
   const int start = SelStart();
   const int length = SelLength();
   const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
@@ -271,7 +277,7 @@ void BnRichEdit::ShowAgain() {
     const FlagScope filling(filling_);
     MakeControl();
   }
-  Show(shown);
+  Show(*shown);
   SetSelection(start, length);
   const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
   SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
@@ -345,13 +351,16 @@ void BnRichEdit::SetSelection(int start, int length) {
   SendMessageA(control_, EM_SCROLLCARET, 0, 0);
 }
 
-std::string BnRichEdit::SelText() const {
-  const auto start = static_cast<std::size_t>(SelStart());
-  const auto length = static_cast<std::size_t>(SelLength());
-  if (!hasRichEdit_) return bytes_.Restore(ShownText().substr(start, length));
-  const std::string selected =
-      RichEditRange(control_, static_cast<LONG>(start), static_cast<LONG>(start + length));
-  return bytes_.Restore(TextFieldBytes(selected).shown());
+std::optional<std::string> BnRichEdit::SelText() const {
+  if (hasRichEdit_) {
+    const std::optional<std::u16string> selected = SelectedRichEditText(control_);
+    return selected ? std::optional(bytes_.Restore(AnsiFromRichEdit(*selected))) : std::nullopt;
+  }
+  const std::optional<std::string> shown = ShownText();
+  if (!shown) return std::nullopt;
+  const std::u16string text = Utf16FromAnsi(*shown);
+  const std::size_t start = std::min(static_cast<std::size_t>(SelStart()), text.size());
+  return bytes_.Restore(AnsiFromUtf16(text.substr(start, static_cast<std::size_t>(SelLength()))));
 }
 
 void BnRichEdit::ReplaceSelection(const std::string& text) {
@@ -373,18 +382,14 @@ void BnRichEdit::Undo() {
 /// it, and Wine's takes text elsewhere when the word is the last one of its line.
 void BnRichEdit::SelectWordAt(POINTL place) {
   const LRESULT character = SendMessageA(control_, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&place));
-  const LRESULT line = SendMessageA(control_, EM_EXLINEFROMCHAR, 0, character);
-  const LRESULT lineStart = SendMessageA(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0);
-  const LRESULT length = SendMessageA(control_, EM_LINELENGTH, static_cast<WPARAM>(lineStart), 0);
-  std::string text(static_cast<std::size_t>(length) + sizeof(WORD), '\0');
-  const auto room = static_cast<WORD>(std::min<std::size_t>(text.size(), 0xFFFF));
-  std::memcpy(text.data(), &room, sizeof room);  // how the message is told the buffer's size
-  SendMessageA(control_, EM_GETLINE, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<std::size_t>(length));
-
-  const ColumnRange word = WordAt(text, static_cast<std::size_t>(character - lineStart));
-  CHARRANGE range{static_cast<LONG>(lineStart + static_cast<LRESULT>(word.begin)),
-                  static_cast<LONG>(lineStart + static_cast<LRESULT>(word.end))};
+  const std::optional<std::u16string> text = RichEditText(control_);
+  if (!text || character < 0) return;
+  const std::string columns = RichEditColumns(*text);
+  const std::size_t at = std::min(static_cast<std::size_t>(character), columns.size());
+  const std::size_t begin = at == 0 ? 0 : columns.rfind('\r', at - 1) + 1;
+  const std::size_t end = std::min(columns.find('\r', at), columns.size());
+  const ColumnRange word = WordAt(std::string_view(columns).substr(begin, end - begin), at - begin);
+  CHARRANGE range{static_cast<LONG>(begin + word.begin), static_cast<LONG>(begin + word.end)};
   SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/Handle.h"
@@ -45,7 +46,8 @@ class BnRichEdit : public Window {
   bool CreateIn(HWND parent, int id, const FontProperty& font);
 
   /// What was put in and not changed comes out byte for byte; a changed text has CR LF behind each line.
-  std::string text() const;
+  /// Nothing when the control does not tell it.
+  std::optional<std::string> text() const;
   /// Shows another text from its start. This is no edit: there is nothing to undo afterwards.
   void SetText(const std::string& text);
   /// In the control's characters.
@@ -71,7 +73,7 @@ class BnRichEdit : public Window {
   int SelLength() const;
   void SetSelection(int start, int length);
   /// With CR LF at line ends.
-  std::string SelText() const;
+  std::optional<std::string> SelText() const;
   /// As if typed: can be undone, and is not done while locked. Zero bytes are left out.
   void ReplaceSelection(const std::string& text);
 
@@ -96,7 +98,7 @@ class BnRichEdit : public Window {
   bool ShowAsRtf(const std::u16string& characters, std::string columns);
   void ShowPlain(const std::string& shown, std::string columns);
   void ShowAgain();
-  std::string ShownText() const;
+  std::optional<std::string> ShownText() const;
 
   LRESULT OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
   /// Looks at an input message before the control does; true when the control is not to see it.

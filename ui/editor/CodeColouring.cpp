@@ -34,7 +34,7 @@ CHARRANGE Selection(HWND control) {
 void CodeColouring::Attach(HWND control, int lineHeight) {
   control_ = control;
   lineHeight_ = std::max(lineHeight, 1);
-  ranges_ = control != nullptr ? RangeColours(control) : RangeColours();
+  ranges_ = control != nullptr ? RichEditRanges(control) : RichEditRanges();
   model_.Load({});
 }
 
@@ -62,7 +62,8 @@ std::vector<HueRun> CodeColouring::Start(std::string columns) {
 void CodeColouring::StartUncoloured(std::string columns) {
   slice_ = 0;
   model_.Load(std::move(columns));
-  if (!AgreesWithControl()) model_.Load(RichEditColumns(RichEditCharacters(WindowText(control_))));
+  if (AgreesWithControl()) return;
+  if (const auto characters = RichEditText(control_)) model_.Load(RichEditColumns(*characters));
 }
 
 CodeColouring::Caret CodeColouring::CaretBefore() const {
@@ -83,9 +84,10 @@ void CodeColouring::FollowEdit(Caret before) {
   const std::size_t end = length - tail;
   const std::size_t oldEnd = oldLength - tail;
   if (end < begin || oldEnd < begin) return FollowChange();
-  const std::string inserted = RichEditColumns(
-      RichEditCharacters(RichEditRange(control_, static_cast<LONG>(begin), static_cast<LONG>(end))));
-  if (inserted.size() != end - begin) return FollowChange();
+  std::u16string characters = ranges_.Text(begin, end);
+  if (characters.size() != end - begin) return FollowChange();
+  ShowAsStored(begin, characters);
+  const std::string inserted = RichEditColumns(characters);
   const bool atCaret = inserted.size() == 1 && now.cpMin == now.cpMax;
   const std::size_t endLine = model_.Replace(begin, oldEnd, inserted, atCaret ? HueAtCaret() : Hue::Unknown);
   const std::size_t line = model_.LineAt(begin);
@@ -99,8 +101,27 @@ void CodeColouring::FollowEdit(Caret before) {
 
 void CodeColouring::FollowChange() {
   if (!active()) return;
-  model_.ReplaceAll(RichEditColumns(RichEditCharacters(WindowText(control_))));
+  std::optional<std::u16string> characters = RichEditText(control_);
+  if (!characters) return;
+  ShowAsStored(0, *characters);
+  model_.ReplaceAll(RichEditColumns(*characters));
   FinishVisible();
+}
+
+void CodeColouring::ShowAsStored(std::size_t begin, std::u16string& characters) {
+  const std::u16string stored = Utf16FromAnsi(AnsiFromUtf16(characters));
+  if (stored == characters || stored.size() != characters.size()) return;
+  const CHARRANGE selection = Selection(control_);
+  busy_ = true;
+  {
+    RichEditRanges::Session session(ranges_);
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+      if (stored[i] != characters[i]) session.SetText(begin + i, std::u16string_view(stored).substr(i, 1));
+    }
+    SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  }
+  busy_ = false;
+  characters = stored;
 }
 
 void CodeColouring::FinishVisible() {
@@ -112,7 +133,7 @@ void CodeColouring::FinishVisible() {
 
 bool CodeColouring::FinishSome() {
   if (finished()) return false;
-  if (busy_ || !AgreesWithControl()) return true;
+  if (busy_ || !AgreesWithControl()) return false;
   const auto end = std::chrono::steady_clock::now() + kSlice;
   do {
     slice_ = model_.NextUnfinished(slice_);
@@ -127,8 +148,8 @@ void CodeColouring::Finish(std::size_t firstLine, std::size_t endLine) {
   if (runs.empty()) return;
   busy_ = true;
   {
-    RangeColours::Session session(ranges_);
-    for (const HueRun& run : runs) session.Set(run.begin, run.end, ColorOf(run.hue));
+    RichEditRanges::Session session(ranges_);
+    for (const HueRun& run : runs) session.SetColor(run.begin, run.end, ColorOf(run.hue));
   }
   busy_ = false;
 }

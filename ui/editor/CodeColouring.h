@@ -8,13 +8,14 @@
 
 #include "ui/editor/CodeColours.h"
 #include "ui/editor/ColouredText.h"
-#include "ui/editor/RangeColours.h"
+#include "ui/editor/RichEditRanges.h"
 
 namespace snip {
 
 /// Keeps the code in a rich-edit control coloured: at once what can be seen or is put in with its colours,
-/// all else in slices while nothing else is to be done, and after a change only what it concerns. Without a
-/// control that can be coloured it does nothing.
+/// all else in slices while nothing else is to be done, and after a change only what it concerns. Characters
+/// that came in and that the code page lacks it replaces by what is stored for them, so that the control
+/// shows what will be saved. Without a control that can be coloured it does nothing.
 class CodeColouring {
  public:
   /// What is known before a change of where it happens.
@@ -54,7 +55,7 @@ class CodeColouring {
 
   /// Colours the lines that can be seen.
   void FinishVisible();
-  /// Colours some lines more; false when all are.
+  /// Colours some lines more; false when all are, or a change is still to be followed.
   bool FinishSome();
   bool finished() const { return !active() || model_.finished(); }
 
@@ -62,6 +63,8 @@ class CodeColouring {
   bool busy() const { return busy_; }
 
  private:
+  /// Makes the control show the characters from `begin` on as they can be stored.
+  void ShowAsStored(std::size_t begin, std::u16string& characters);
   void Finish(std::size_t firstLine, std::size_t endLine);
   COLORREF ColorOf(Hue hue) const;
   Hue HueAtCaret() const;
@@ -70,7 +73,7 @@ class CodeColouring {
 
   HWND control_ = nullptr;
   int lineHeight_ = 1;
-  RangeColours ranges_;
+  RichEditRanges ranges_;
   ColouredText model_;
   CodeColours colours_;
   bool syntaxColors_ = true;

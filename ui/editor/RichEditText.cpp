@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Win32Text.h"
+
 namespace snip {
 namespace {
 
@@ -19,15 +21,31 @@ DWORD CALLBACK ReadSource(DWORD_PTR cookie, LPBYTE buffer, LONG room, LONG* read
   return 0;
 }
 
+constexpr UINT kUtf16 = 1200;
+
+std::optional<std::size_t> Length(HWND control) {
+  GETTEXTLENGTHEX asked{GTL_NUMCHARS | GTL_PRECISE, kUtf16};
+  const auto length =
+      static_cast<LONG>(SendMessageA(control, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&asked), 0));
+  if (length < 0 || IsWindow(control) == 0) return std::nullopt;
+  return static_cast<std::size_t>(length);
+}
+
+/// Of at most `most` characters; nothing when the control gives more than it was asked for.
+std::optional<std::u16string> Read(HWND control, std::size_t most, DWORD flags) {
+  std::u16string text(most + 1, u'\0');
+  GETTEXTEX asked{static_cast<DWORD>(text.size() * sizeof(char16_t)), flags, kUtf16, nullptr, nullptr};
+  const LRESULT size = SendMessageA(control, EM_GETTEXTEX, reinterpret_cast<WPARAM>(&asked),
+                                    reinterpret_cast<LPARAM>(text.data()));
+  if (size < 0 || static_cast<std::size_t>(size) > most) return std::nullopt;
+  text.resize(static_cast<std::size_t>(size));
+  return text;
+}
+
 }  // namespace
 
 std::u16string RichEditCharacters(const std::string& text) {
-  const int bytes = static_cast<int>(text.size());
-  std::u16string wide(text.size(), u'\0');
-  // On the platform both are UTF-16.
-  const int size =
-      MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, reinterpret_cast<wchar_t*>(wide.data()), bytes);
-  wide.resize(static_cast<std::size_t>(size));
+  std::u16string wide = Utf16FromAnsi(text);
   const auto end = std::unique(wide.begin(), wide.end(),
                                [](char16_t before, char16_t c) { return before == u'\r' && c == u'\n'; });
   wide.erase(end, wide.end());
@@ -41,13 +59,28 @@ std::string RichEditColumns(std::u16string_view characters) {
   return columns;
 }
 
-std::string RichEditRange(HWND control, LONG begin, LONG end) {
-  // Of a character the code page makes up to two bytes.
-  std::string text(static_cast<std::size_t>(end - begin) * 2 + 1, '\0');
-  TEXTRANGEA range{{begin, end}, text.data()};
-  const LRESULT size = SendMessageA(control, EM_GETTEXTRANGE, 0, reinterpret_cast<LPARAM>(&range));
-  text.resize(static_cast<std::size_t>(size));
+std::optional<std::u16string> RichEditText(HWND control) {
+  const std::optional<std::size_t> length = Length(control);
+  if (!length) return std::nullopt;
+  std::optional<std::u16string> text = Read(control, *length, GT_DEFAULT);
+  if (text && text->size() != *length) return std::nullopt;
   return text;
+}
+
+std::optional<std::u16string> SelectedRichEditText(HWND control) {
+  const std::optional<std::size_t> length = Length(control);
+  return length ? Read(control, *length, GT_SELECTION) : std::nullopt;
+}
+
+std::string AnsiFromRichEdit(std::u16string_view characters) {
+  std::string lines;
+  std::string ansi = AnsiFromUtf16(characters);
+  lines.reserve(ansi.size() + static_cast<std::size_t>(std::count(ansi.begin(), ansi.end(), '\r')));
+  for (const char c : ansi) {
+    lines += c;
+    if (c == '\r') lines += '\n';
+  }
+  return lines;
 }
 
 void StreamIn(HWND control, const std::string& bytes, WPARAM format) {

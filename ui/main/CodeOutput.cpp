@@ -40,10 +40,11 @@ void CodeOutput::PasteCode() {
   Deliver([this](HostEnvironment& host) {
     if (view_.SelectedRow() < 0) return Tell("No code snippet is currently selected.");
     // Read first: the window may be gone when the environment has answered.
-    const std::string code = view_.Code();
+    const std::optional<std::string> code = view_.Code();
+    if (!code) return;
     const auto pane = host.ActiveCodePane();
     if (!pane) return Tell("No code pane is currently active.");
-    pane->InsertLines(pane->SelectionStartLine(), code);
+    pane->InsertLines(pane->SelectionStartLine(), *code);
     if (host_ == &host) host.Activate();
   });
 }

@@ -103,8 +103,8 @@ void LibraryChooser::ReplaceFile(int entry, const std::string& text) {
   SelectFile(selected);
 }
 
-std::string LibraryChooser::FileNameText() const {
-  return WindowText(txtFileName_);
+std::optional<std::string> LibraryChooser::FileNameText() const {
+  return FieldText(txtFileName_);
 }
 
 void LibraryChooser::SetFileNameText(const std::string& text) {

@@ -45,7 +45,7 @@ class LibraryChooser : public LibraryView {
   int SelectedFile() const override;
   void SelectFile(int entry) override;
   void ReplaceFile(int entry, const std::string& text) override;
-  std::string FileNameText() const override;
+  std::optional<std::string> FileNameText() const override;
   void SetFileNameText(const std::string& text) override;
   void SelectFileNameText() override;
   void ShowFileNameBox() override;

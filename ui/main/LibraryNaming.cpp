@@ -62,18 +62,19 @@ void LibraryNaming::RenameLibrary() {
 
 void LibraryNaming::txtFileName_Change() {
   const std::string current = CurrentEntry();
-  if (!Trim(view_.FileNameText()).empty() || Trim(current).empty()) return;
+  const std::optional<std::string> typed = view_.FileNameText();
+  if (!typed || !Trim(*typed).empty() || Trim(current).empty()) return;
   view_.SetFileNameText(current);
   view_.SelectFileNameText();
 }
 
 void LibraryNaming::AcceptName() {
   const std::string oldName = CurrentEntry();
-  const std::string newName = view_.FileNameText();
-  if (newName != oldName && newName != kBrowseEntry &&
-      store_.Rename(store_.PathOf(oldName), store_.PathOf(newName))) {
+  const std::optional<std::string> newName = view_.FileNameText();
+  if (newName && newName != oldName && newName != kBrowseEntry &&
+      store_.Rename(store_.PathOf(oldName), store_.PathOf(*newName))) {
     // The library in memory keeps its name, so that a later save writes under the old one again.
-    view_.ReplaceFile(view_.SelectedFile(), newName);
+    view_.ReplaceFile(view_.SelectedFile(), *newName);
   }
   view_.HideFileNameBox();
 }

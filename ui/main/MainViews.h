@@ -10,7 +10,8 @@ namespace snip {
 
 /// What the logic of the main window asks of its controls. The window implements these interfaces; tests put
 /// plain objects in its place. Setting a control through them raises none of its events: the caller says
-/// itself what follows. Rows and entries are numbered from 0, -1 means none.
+/// itself what follows. A field that does not tell its text gives none: it is not to be taken for empty. Rows
+/// and entries are numbered from 0, -1 means none.
 
 /// The caption of every message that the main window shows.
 inline constexpr const char* kMainWindowTitle = "Brennic Snipstore 2.x";
@@ -33,11 +34,11 @@ class SnippetView {
   virtual void FocusList() = 0;
 
   // txtDesc
-  virtual std::string Description() const = 0;
+  virtual std::optional<std::string> Description() const = 0;
   virtual void SetDescription(const std::string& text) = 0;
 
   // txtCode; locked means read-only
-  virtual std::string Code() const = 0;
+  virtual std::optional<std::string> Code() const = 0;
   virtual void SetCode(const std::string& text) = 0;
   virtual bool CodeLocked() const = 0;
   virtual void SetCodeLocked(bool locked) = 0;
@@ -45,7 +46,7 @@ class SnippetView {
 
   // txtName, the box over a row in which its name is edited
   virtual void ShowNameBox(int row, const std::string& name) = 0;
-  virtual std::string NameBoxText() const = 0;
+  virtual std::optional<std::string> NameBoxText() const = 0;
   virtual void FocusNameBox() = 0;
   virtual void HideNameBox() = 0;
 
@@ -76,7 +77,7 @@ class LibraryView {
   virtual void ReplaceFile(int entry, const std::string& text) = 0;
 
   // txtFileName, the box over the chooser in which the library is renamed
-  virtual std::string FileNameText() const = 0;
+  virtual std::optional<std::string> FileNameText() const = 0;
   virtual void SetFileNameText(const std::string& text) = 0;
   virtual void SelectFileNameText() = 0;
   virtual void ShowFileNameBox() = 0;  ///< With the focus and its whole text selected.

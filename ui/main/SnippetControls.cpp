@@ -6,6 +6,7 @@
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/ScreenTwips.h"
+#include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyFont.h"
 
@@ -79,7 +80,7 @@ void SnippetControls::SetFont(const FontProperty& font) {
 void SnippetControls::txtName_Change() const {
   const HWND window = GetParent(txtName_);
   // With room for one more letter, and for the margins.
-  const Size text = TextSize(FontOf(txtName_), NameBoxText() + "M");
+  const Size text = TextSize(FontOf(txtName_), WindowText(txtName_) + "M");
   Rect place = PlaceInParent(txtName_);
   const int most = ClientSize(window).width - place.left;
   const int wanted = std::min(text.width, most);
@@ -150,7 +151,7 @@ void SnippetControls::FocusList() {
   SetFocus(lstCode_);
 }
 
-std::string SnippetControls::Description() const {
+std::optional<std::string> SnippetControls::Description() const {
   return description_.Text();
 }
 
@@ -179,7 +180,7 @@ void SnippetControls::LockDescription() const {
   SendMessageA(txtDesc_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 
-std::string SnippetControls::Code() const {
+std::optional<std::string> SnippetControls::Code() const {
   return txtCode_.text();
 }
 void SnippetControls::SetCode(const std::string& text) {
@@ -210,7 +211,7 @@ void SnippetControls::ShowNameBox(int row, const std::string& name) {
   FocusNameBox();
 }
 
-std::string SnippetControls::NameBoxText() const {
+std::optional<std::string> SnippetControls::NameBoxText() const {
   return name_.Text();
 }
 

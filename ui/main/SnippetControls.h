@@ -66,15 +66,15 @@ class SnippetControls : public SnippetView {
   /// given. False when there is none.
   bool SelectNameFrom(const std::string& beginning);
   void FocusList() override;
-  std::string Description() const override;
+  std::optional<std::string> Description() const override;
   void SetDescription(const std::string& text) override;
-  std::string Code() const override;
+  std::optional<std::string> Code() const override;
   void SetCode(const std::string& text) override;
   bool CodeLocked() const override;
   void SetCodeLocked(bool locked) override;
   void FocusCode() override;
   void ShowNameBox(int row, const std::string& name) override;
-  std::string NameBoxText() const override;
+  std::optional<std::string> NameBoxText() const override;
   void FocusNameBox() override;
   void HideNameBox() override;
   void SetEditingDisabled(bool disabled) override;

@@ -44,7 +44,7 @@ void SnippetEditing::DisableEdit(bool disabled) {
 
 void SnippetEditing::lstCode_Click() {
   if (view_.RowCount() == 0 || view_.SelectedRow() < 0) return;
-  txtCode_LostFocus();
+  if (!txtCode_LostFocus()) return view_.SelectRow(editIndex_);
   ShowSelected();
 }
 
@@ -92,35 +92,38 @@ void SnippetEditing::txtCode_KeyPress(char key) {
   if (EditInProgress() && (code >= ' ' || code == enter)) library_.Saved = false;
 }
 
-void SnippetEditing::txtCode_LostFocus() {
+bool SnippetEditing::txtCode_LostFocus() {
   if (EditInProgress() && editIndex_ != -1) {
-    StoreCode(editIndex_);
+    if (!StoreCode(editIndex_)) return false;
     view_.SetCodeLocked(true);
   }
   view_.SetEditMode(false);
+  return true;
 }
 
 void SnippetEditing::StoreShownCode() {
   if (!editingDisabled_) StoreCode(view_.SelectedRow());
 }
 
-void SnippetEditing::StoreCode(int index) {
-  if (!library_.HasIndex(index)) return;
+bool SnippetEditing::StoreCode(int index) {
+  if (!library_.HasIndex(index)) return true;
+  std::optional<std::string> shown = view_.Code();
+  if (!shown) return false;
   std::string& stored = library_.Snippets[static_cast<std::size_t>(index)].Code;
-  std::string shown = view_.Code();
-  if (shown == stored) return;
-  stored = std::move(shown);
+  if (*shown == stored) return true;
+  stored = std::move(*shown);
   // Typing has said so already; pasting, cutting, deleting and undoing have not.
   library_.Saved = false;
+  return true;
 }
 
 void SnippetEditing::txtDesc_Change() {
   const int row = view_.SelectedRow();
   if (editingDisabled_ || !library_.HasIndex(row)) return;
   std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Description;
-  std::string shown = view_.Description();
-  if (shown.empty() || shown == stored) return;
-  stored = std::move(shown);
+  std::optional<std::string> shown = view_.Description();
+  if (!shown || shown->empty() || *shown == stored) return;
+  stored = std::move(*shown);
   library_.Saved = false;
 }
 
@@ -145,11 +148,13 @@ bool SnippetEditing::RefuseName(const std::string& reason) {
 bool SnippetEditing::SettleName() {
   if (!renamedRow_) return true;
   const int row = *renamedRow_;
-  const std::string name = view_.NameBoxText();
   if (editingDisabled_ || !library_.HasIndex(row)) {
     EndRename();
     return true;
   }
+  const std::optional<std::string> typed = view_.NameBoxText();
+  if (!typed) return false;
+  const std::string& name = *typed;
   if (NameTaken(name, row)) {
     return RefuseName(
         "A snippet in this library already has this name. Please use a different name for this snippet.");
@@ -182,7 +187,7 @@ void SnippetEditing::EndRename() {
 
 void SnippetEditing::NewSnippet() {
   if (editingDisabled_ || !SettleName()) return;
-  txtCode_LostFocus();
+  if (!txtCode_LostFocus()) return;
   if (library_.IsFull()) {
     showMessage_("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
                      " snippets; please add the new snippet to another library.",
@@ -208,7 +213,7 @@ void SnippetEditing::DeleteSnippet(int index) {
     ReportNoSelection();
     return;
   }
-  txtCode_LostFocus();  // the edit belongs to a snippet by its index, which is about to change
+  if (!txtCode_LostFocus()) return;  // the edit belongs to an index, which is about to change
   editIndex_ = -1;
   EndRename();
   library_.Saved = false;

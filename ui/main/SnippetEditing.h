@@ -38,8 +38,9 @@ class SnippetEditing {
   void EditSnippet();
   void txtCode_DblClick();
   void txtCode_KeyPress(char key);
-  /// Commits the edit in progress, if there is one.
-  void txtCode_LostFocus();
+  /// Commits the edit in progress, if there is one. False when the field does not tell its text: the edit
+  /// goes on then.
+  bool txtCode_LostFocus();
   /// Takes the code as it is shown into the selected snippet, the edit going on.
   void StoreShownCode();
 
@@ -57,7 +58,7 @@ class SnippetEditing {
 
  private:
   bool EditInProgress() const { return !view_.CodeLocked(); }
-  void StoreCode(int index);
+  bool StoreCode(int index);
   void ShowSelected();
   void SelectAndShow(int row);
   bool NameTaken(const std::string& name, int exceptRow) const;

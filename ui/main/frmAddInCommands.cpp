@@ -80,7 +80,7 @@ void frmAddIn::Output() {
 
 void frmAddIn::CopyCode() {
   if (controls_.RowCount() == 0) return;  // what is shown then is no code
-  Copy(controls_.Code());
+  if (const auto code = controls_.Code()) Copy(*code);
 }
 
 bool frmAddIn::Copy(const std::string& text) {
@@ -252,10 +252,12 @@ void frmAddIn::mnuEdit_Clicked(int index) {
       break;
     case EditItem::kCut:
       // A torn-off menu shows what was possible when it was opened.
-      if (!code.locked() && code.SelLength() > 0 && Copy(code.SelText())) code.ReplaceSelection("");
+      if (code.locked() || code.SelLength() == 0) break;
+      if (const auto text = code.SelText(); text && Copy(*text)) code.ReplaceSelection("");
       break;
     case EditItem::kCopy:
-      if (code.SelLength() > 0) Copy(code.SelText());
+      if (code.SelLength() == 0) break;
+      if (const auto text = code.SelText()) Copy(*text);
       break;
     case EditItem::kPaste:
       if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <windows.h>
+#include <ole2.h>
+#include <tom.h>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/Com.h"
+
+namespace snip {
+
+/// Reads, colours and mends parts of a rich-edit control's text by its object model: without touching the
+/// selection, without scrolling, and (unlike by messages) without an entry in the control's list of what can
+/// be undone.
+class RichEditRanges {
+ public:
+  RichEditRanges() = default;
+  /// False afterwards when the control has no object model.
+  explicit RichEditRanges(HWND control);
+  explicit operator bool() const { return static_cast<bool>(range_); }
+
+  /// Number of characters, a line end counting one.
+  std::size_t TextLength() const;
+
+  /// The characters [begin, end), fewer when the control does not tell them.
+  std::u16string Text(std::size_t begin, std::size_t end) const;
+
+  /// What is set while one of these lives leaves no entry. It should be short: the user's edits in it cannot
+  /// be undone either.
+  class Session {
+   public:
+    explicit Session(const RichEditRanges& ranges);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    /// Colours the characters [begin, end).
+    void SetColor(std::size_t begin, std::size_t end, COLORREF color);
+    /// Puts other characters, as many, in place of those from `begin` on.
+    void SetText(std::size_t begin, std::u16string_view text);
+
+   private:
+    const RichEditRanges& ranges_;
+  };
+
+ private:
+  ComPtr<ITextDocument> document_;
+  ComPtr<ITextRange> range_;
+  /// A look of which nothing is told but the colour. The control takes it at once, whereas it tells the look
+  /// of a range by going through its characters one by one, each time from the text's first line.
+  ComPtr<ITextFont> look_;
+};
+
+}  // namespace snip
