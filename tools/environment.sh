@@ -4,7 +4,7 @@
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 build_packages=(
-  cmake ninja-build g++ python3 googletest librsvg2-bin
+  cmake ninja-build ccache g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
   libboost1.81-dev libcli11-dev librapidxml-dev nlohmann-json3-dev)
 display_packages=(fonts-wine fonts-liberation2 locales xvfb xdotool x11-utils imagemagick)
@@ -42,12 +42,21 @@ install_packages() {
     die "could not install ${missing[*]}; see $log"
 }
 
+# Has the compilers ask a cache first, unless the caller has chosen what starts them. Files of the same sources are
+# compiled once for all presets and commits that share them.
+use_compiler_cache() {
+  [ -z "${CMAKE_CXX_COMPILER_LAUNCHER:-}" ] || return 0
+  export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_DIR=${CCACHE_DIR:-$top/build/ccache} CCACHE_MAXSIZE=${CCACHE_MAXSIZE:-1G}
+}
+
 # Configures a preset and builds it, or the targets named behind it; the output is shown only when it fails.
 build() {
   local preset=$1 log=$top/build/$1.log
   shift
   echo "Building $preset"
   hold build
+  use_compiler_cache
   (cd "$top" && { [ -f "build/$preset/build.ninja" ] || cmake --preset "$preset"; } &&
     cmake --build --preset "$preset" ${1:+--target "$@"}) >"$log" 2>&1 || {
     tail -n 60 "$log" >&2
@@ -129,7 +138,7 @@ make_prefix() {
     mkdir -p "$1"
     wineboot -i </dev/null >/dev/null 2>&1 || die "Wine could not make its prefix in $1"
     wineserver -w
-    cp /usr/share/fonts/truetype/liberation*/*.ttf "$1/drive_c/windows/Fonts/"
+    cp /usr/share/fonts/truetype/liberation2/*.ttf "$1/drive_c/windows/Fonts/"
     cp /usr/share/wine/fonts/* "$1/drive_c/windows/Fonts/" 2>/dev/null || true
     local replacements='HKCU\Software\Wine\Fonts\Replacements'
     set_wine_value "$replacements" 'Courier New' 'Liberation Mono'

@@ -93,6 +93,10 @@ class NoHost : public HostEnvironment {
   void Activate() override {}
 };
 
+LRESULT CALLBACK RefuseWindow(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+  return 0;
+}
+
 TEST_F(FaultsTest, AWindowThatCannotBeMadeIsNotWaitedFor) {
   struct User final : WindowUser {
     void OnHidden() override {}
@@ -101,7 +105,7 @@ TEST_F(FaultsTest, AWindowThatCannotBeMadeIsNotWaitedFor) {
   const HINSTANCE instance = GetModuleHandleA(nullptr);
   UnregisterClassA("frmAddIn", instance);
   WNDCLASSA refusing{};
-  refusing.lpfnWndProc = [](HWND, UINT, WPARAM, LPARAM) -> LRESULT { return 0; };
+  refusing.lpfnWndProc = &RefuseWindow;
   refusing.hInstance = instance;
   refusing.lpszClassName = "frmAddIn";
   ASSERT_NE(RegisterClassA(&refusing), 0);
