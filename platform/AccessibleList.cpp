@@ -3,6 +3,7 @@
 #include <new>
 
 #include "platform/ComObject.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 
@@ -129,8 +130,11 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
     if (!Start(parent)) return E_POINTER;
     // A client area's parent is the window around it, with its frame.
     return Ask([&](AccessibleItems&) {
-      return AccessibleObjectFromWindow(window_, static_cast<DWORD>(OBJID_WINDOW), __uuidof(IDispatch),
-                                        reinterpret_cast<void**>(parent));
+      static auto* const objectFromWindow =
+          SystemFunction<decltype(AccessibleObjectFromWindow)>("oleacc.dll", "AccessibleObjectFromWindow");
+      if (objectFromWindow == nullptr) return E_NOTIMPL;
+      return objectFromWindow(window_, static_cast<DWORD>(OBJID_WINDOW), __uuidof(IDispatch),
+                              reinterpret_cast<void**>(parent));
     });
   }
   HRESULT STDMETHODCALLTYPE get_accChildCount(LONG* count) override {
@@ -382,8 +386,11 @@ std::optional<LRESULT> AccessibleList::Answer(UINT message, WPARAM wParam, LPARA
 }
 
 LRESULT AccessibleList::HandOut(WPARAM wParam) {
+  static auto* const resultFromObject =
+      SystemFunction<decltype(LresultFromObject)>("oleacc.dll", "LresultFromObject");
+  if (resultFromObject == nullptr) return 0;
   if (!object_) object_.Reset(new Object(window_.hWnd(), items_));
-  return LresultFromObject(__uuidof(IAccessible), wParam, object_.get());
+  return resultFromObject(__uuidof(IAccessible), wParam, object_.get());
 }
 
 void AccessibleList::Disconnect() {

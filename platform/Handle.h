@@ -78,13 +78,6 @@ using UniqueFont = UniqueHandle<GdiObjectTraits<HFONT>>;
 using UniquePalette = UniqueHandle<GdiObjectTraits<HPALETTE>>;
 using UniqueRegion = UniqueHandle<GdiObjectTraits<HRGN>>;
 
-struct LibraryTraits {
-  using Type = HMODULE;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { FreeLibrary(handle); }
-};
-using UniqueLibrary = UniqueHandle<LibraryTraits>;
-
 struct MetafileTraits {
   using Type = HENHMETAFILE;
   static Type Empty() { return nullptr; }

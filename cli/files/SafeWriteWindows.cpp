@@ -56,15 +56,20 @@ bool WriteAll(const std::wstring& path, std::string_view bytes) {
   return FlushFileBuffers(file.get()) != 0;
 }
 
-/// Where symbolic links lead; the path itself where the file does not exist.
+using FinalPathFunction = DWORD WINAPI(HANDLE file, LPWSTR path, DWORD size, DWORD flags);
+
+/// Where symbolic links lead; the path itself where the file does not exist, or on systems that have no such
+/// links.
 std::filesystem::path Followed(const std::filesystem::path& path) {
   const UniqueFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return path;
-  const DWORD size = GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED);
+  auto* const finalPath = reinterpret_cast<FinalPathFunction*>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetFinalPathNameByHandleW")));
+  if (!file || finalPath == nullptr) return path;
+  constexpr DWORD kNormalized = 0;  // as FILE_NAME_NORMALIZED, which the headers keep for later systems
+  const DWORD size = finalPath(file.get(), nullptr, 0, kNormalized);
   std::wstring followed(size, L'\0');
-  const DWORD length =
-      size == 0 ? 0 : GetFinalPathNameByHandleW(file.get(), followed.data(), size, FILE_NAME_NORMALIZED);
+  const DWORD length = size == 0 ? 0 : finalPath(file.get(), followed.data(), size, kNormalized);
   if (length == 0 || length >= size) return path;
   followed.resize(length);
   return followed;

@@ -12,6 +12,13 @@ namespace {
 
 constexpr const char* kNoticeTitle = "Brennic Snipstore 2.0";
 
+BOOL CALLBACK LookForRichEdit(HWND child, LPARAM found) {
+  char name[20]{};
+  GetClassNameA(child, name, sizeof name);
+  *reinterpret_cast<bool*>(found) |= std::string(name) == "RichEdit20A";
+  return TRUE;
+}
+
 TEST(FirstStart, RegistersSaysSoAndOpensNoWindow) {
   Program program;
   program.Start();
@@ -36,9 +43,16 @@ TEST(FirstStart, TheSecondStartOpensTheWindowAndWritesNothing) {
   Program program;
   program.folder().Write("Lib.bns", NewLibraryBns());
   program.MarkAsRunBefore("No");
+  // What lies beside a download is not taken for a library of the system.
+  for (const char* name : {"riched20.dll", "oleacc.dll", "winmm.dll", "uxtheme.dll", "dwmapi.dll"}) {
+    program.folder().Write(name, "no library");
+  }
   program.Start();
   const HWND window = program.MainWindow();
   ASSERT_NE(window, nullptr);
+  bool hasRichEdit = false;
+  EnumChildWindows(window, &LookForRichEdit, reinterpret_cast<LPARAM>(&hasRichEdit));
+  EXPECT_TRUE(hasRichEdit);
   PostMessageA(window, WM_CLOSE, 0, 0);
   ASSERT_TRUE(program.WaitForEnd());
   EXPECT_EQ(program.ExitCode(), 0U);

@@ -19,6 +19,17 @@ libraries=$(grep -iE 'DLL Name: (lib|mingw)' <<<"$dump") && fault "needs $librar
 grep -qi 'DLL Name: user32' <<<"$dump" && late=$(grep -iE 'DLL Name: (comdlg32|oleacc|shell32|winmm)\.' <<<"$dump") && [ "$format" != pei-i386 ] &&
   fault "loads with each start $late"
 
+# Windows XP starts no program that imports something it lacks.
+if [ "$format" = pei-i386 ]; then
+  lacking=$(awk '
+    FNR == NR && /^#/ { next }
+    FNR == NR { if (sub(/:$/, "", $1)) { dll = $1; $1 = "" } for (i = 1; i <= NF; ++i) known[dll, $i]; next }
+    /DLL Name:/ { dll = tolower($3) }
+    NF == 3 && $1 ~ /^[0-9a-f]+$/ && $2 ~ /^[0-9]+$/ && !((dll, $3) in known) { printf "%s of %s, ", $3, dll }
+  ' "$(dirname "$0")/windows_xp_exports.txt" - <<<"$dump")
+  [ -z "$lacking" ] || fault "imports ${lacking%, }, which windows_xp_exports.txt does not list"
+fi
+
 flags=$(sed -n '/^DllCharacteristics/,/^SizeOf/p' <<<"$dump")
 wanted=(DYNAMIC_BASE NX_COMPAT)
 [ "$format" = pei-i386 ] || wanted+=(HIGH_ENTROPY_VA)

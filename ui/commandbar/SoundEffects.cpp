@@ -6,13 +6,15 @@
 
 #include <utility>
 
+#include "platform/SystemLibrary.h"
 #include "ui/commandbar/SystemSounds.h"
 
 namespace snip {
 
 SoundEffects::SoundEffects(const Registry32& registry)
     : SoundEffects(registry, [](const std::string& fileName) {
-        sndPlaySoundA(fileName.c_str(), SND_ASYNC | SND_NODEFAULT);
+        static auto* const play = SystemFunction<decltype(sndPlaySoundA)>("winmm.dll", "sndPlaySoundA");
+        if (play != nullptr) play(fileName.c_str(), SND_ASYNC | SND_NODEFAULT);
       }) {}
 
 SoundEffects::SoundEffects(const Registry32& registry, Player player)

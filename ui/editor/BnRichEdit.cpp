@@ -12,6 +12,7 @@
 #include "platform/Fonts.h"
 #include "platform/OleColor.h"
 #include "platform/ScreenTwips.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "ui/commandbar/PropertyFont.h"
 #include "ui/editor/PlainTextOnly.h"
@@ -105,7 +106,7 @@ void Raise(const Event& event, Arguments... arguments) {
 // other parts of the process may use it as well.
 BnRichEdit::BnRichEdit(Events events, Engine preferred)
     : events_(std::move(events)),
-      hasRichEdit_(preferred == Engine::RichEdit && LoadLibraryA("riched20.dll") != nullptr),
+      hasRichEdit_(preferred == Engine::RichEdit && LoadSystemLibrary("riched20.dll") != nullptr),
       foreColor_(SystemColor(COLOR_WINDOWTEXT)) {}
 
 BnRichEdit::~BnRichEdit() {
