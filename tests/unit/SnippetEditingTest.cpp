@@ -116,24 +116,38 @@ TEST_F(SnippetEditingTest, ALibraryThatIsShownTakesNoEditsFromTheOneBefore) {
 }
 
 TEST_F(SnippetEditingTest, WithoutASelectionNothingCanBeDone) {
-  ClickRow(-1);
+  ClickRow(2);
+  editing.DeleteSelectedSnippet();  // behind the last row there is none to select
+  library.Saved = true;
   TypeDescription("typed");
   view.code = "typed";
   ClickRow(-1);
   EXPECT_EQ(view.code, "typed");
   editing.StoreShownCode();
   editing.lstCode_DblClick();
-  editing.DeleteSelectedSnippet();
   EXPECT_FALSE(view.nameBoxRow.has_value());
   EXPECT_EQ(calls, Calls{});
 
   editing.EditSnippet();
   editing.txtCode_DblClick();
-  editing.DeleteSnippet(-1);
-  editing.DeleteSnippet(3);
+  editing.DeleteSelectedSnippet();
+  editing.DeleteSnippet(2);
   EXPECT_EQ(calls, Calls(4, kNoSelection));
   EXPECT_TRUE(view.locked);
-  ExpectUntouched(kThree);
+  ExpectUntouched({kThree[0], kThree[1]});
+}
+
+TEST_F(SnippetEditingTest, TextBelongsToTheShownSnippetWhileTheMouseIsHeldOnAnotherRow) {
+  TypeCode("typed");
+  view.selected = 2;  // the list tells of it when the button is let go
+  TypeDescription("typed");
+  editing.StoreShownCode();
+  view.code = "typed more";
+  editing.txtCode_LostFocus();
+  EXPECT_EQ(library.Snippets[0].Code + library.Snippets[0].Description, "typed moretyped");
+  EXPECT_EQ(library.Snippets[2], kThree[2]);
+  editing.EditSnippet();
+  EXPECT_EQ(view.code, "'three") << "the selected snippet is edited, and shown first";
 }
 
 TEST_F(SnippetEditingTest, EditingUnlocksTheCodeAndEditingAgainCommitsIt) {

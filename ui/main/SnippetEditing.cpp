@@ -11,7 +11,7 @@ SnippetEditing::SnippetEditing(Library& library, SnippetView& view, ShowMessageF
     : library_(library), view_(view), showMessage_(std::move(showMessage)), sameName_(std::move(sameName)) {}
 
 void SnippetEditing::ShowLibrary() {
-  editIndex_ = -1;
+  shownIndex_ = -1;
   if (library_.Snippets.empty()) {
     ShowNothing("");
     return;
@@ -22,7 +22,7 @@ void SnippetEditing::ShowLibrary() {
 }
 
 void SnippetEditing::ShowNothing(const std::string& codeText) {
-  editIndex_ = -1;
+  shownIndex_ = -1;
   EndRename();
   view_.FillRows({});
   view_.SetCodeLocked(true);
@@ -32,7 +32,7 @@ void SnippetEditing::ShowNothing(const std::string& codeText) {
 }
 
 void SnippetEditing::Forget() {
-  editIndex_ = -1;
+  shownIndex_ = -1;
   renamedRow_.reset();
   editingDisabled_ = false;
 }
@@ -44,7 +44,7 @@ void SnippetEditing::DisableEdit(bool disabled) {
 
 void SnippetEditing::lstCode_Click() {
   if (view_.RowCount() == 0 || view_.SelectedRow() < 0) return;
-  if (!txtCode_LostFocus()) return view_.SelectRow(editIndex_);
+  if (!txtCode_LostFocus()) return view_.SelectRow(shownIndex_);
   ShowSelected();
 }
 
@@ -52,12 +52,14 @@ void SnippetEditing::ShowSelected() {
   const int row = view_.SelectedRow();
   if (!library_.HasIndex(row)) return;
   const Snippet& snippet = library_.Snippets[static_cast<std::size_t>(row)];
+  shownIndex_ = -1;  // as long as the fields are of two snippets
   {
     const WaitCursorScope wait(view_);
     view_.SetCodeLocked(true);
     view_.SetCode(snippet.Code);
   }
   view_.SetDescription(snippet.Description);
+  shownIndex_ = row;
 }
 
 void SnippetEditing::SelectAndShow(int row) {
@@ -76,7 +78,7 @@ void SnippetEditing::EditSnippet() {
     txtCode_LostFocus();
     return;
   }
-  editIndex_ = row;
+  if (row != shownIndex_) ShowSelected();  // the list tells of a row only when the mouse button is let go
   view_.SetCodeLocked(false);
   view_.SetEditMode(true);
   view_.FocusCode();
@@ -93,23 +95,19 @@ void SnippetEditing::txtCode_KeyPress(char key) {
 }
 
 bool SnippetEditing::txtCode_LostFocus() {
-  if (EditInProgress() && editIndex_ != -1) {
-    if (!StoreCode(editIndex_)) return false;
+  if (EditInProgress() && shownIndex_ != -1) {
+    if (!StoreShownCode()) return false;
     view_.SetCodeLocked(true);
   }
   view_.SetEditMode(false);
   return true;
 }
 
-void SnippetEditing::StoreShownCode() {
-  if (!editingDisabled_) StoreCode(view_.SelectedRow());
-}
-
-bool SnippetEditing::StoreCode(int index) {
-  if (!library_.HasIndex(index)) return true;
+bool SnippetEditing::StoreShownCode() {
+  if (editingDisabled_ || !library_.HasIndex(shownIndex_)) return true;
   std::optional<std::string> shown = view_.Code();
   if (!shown) return false;
-  std::string& stored = library_.Snippets[static_cast<std::size_t>(index)].Code;
+  std::string& stored = library_.Snippets[static_cast<std::size_t>(shownIndex_)].Code;
   if (*shown == stored) return true;
   stored = std::move(*shown);
   // Typing has said so already; pasting, cutting, deleting and undoing have not.
@@ -118,9 +116,8 @@ bool SnippetEditing::StoreCode(int index) {
 }
 
 void SnippetEditing::txtDesc_Change() {
-  const int row = view_.SelectedRow();
-  if (editingDisabled_ || !library_.HasIndex(row)) return;
-  std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Description;
+  if (editingDisabled_ || !library_.HasIndex(shownIndex_)) return;
+  std::string& stored = library_.Snippets[static_cast<std::size_t>(shownIndex_)].Description;
   std::optional<std::string> shown = view_.Description();
   if (!shown || shown->empty() || *shown == stored) return;
   stored = std::move(*shown);
@@ -202,9 +199,9 @@ void SnippetEditing::NewSnippet() {
 }
 
 void SnippetEditing::DeleteSelectedSnippet() {
-  if (editingDisabled_ || view_.SelectedRow() < 0) return;
-  DeleteSnippet(view_.SelectedRow());
-  view_.FocusList();
+  const int row = view_.SelectedRow();
+  DeleteSnippet(row);
+  if (row >= 0 && !editingDisabled_) view_.FocusList();
 }
 
 void SnippetEditing::DeleteSnippet(int index) {
@@ -214,7 +211,7 @@ void SnippetEditing::DeleteSnippet(int index) {
     return;
   }
   if (!txtCode_LostFocus()) return;  // the edit belongs to an index, which is about to change
-  editIndex_ = -1;
+  shownIndex_ = -1;
   EndRename();
   library_.Saved = false;
 

@@ -41,8 +41,8 @@ class SnippetEditing {
   /// Commits the edit in progress, if there is one. False when the field does not tell its text: the edit
   /// goes on then.
   bool txtCode_LostFocus();
-  /// Takes the code as it is shown into the selected snippet, the edit going on.
-  void StoreShownCode();
+  /// Takes the code as it is shown into its snippet, the edit going on. False when the field does not tell it.
+  bool StoreShownCode();
 
   void txtDesc_Change();
 
@@ -58,7 +58,6 @@ class SnippetEditing {
 
  private:
   bool EditInProgress() const { return !view_.CodeLocked(); }
-  bool StoreCode(int index);
   void ShowSelected();
   void SelectAndShow(int row);
   bool NameTaken(const std::string& name, int exceptRow) const;
@@ -70,7 +69,10 @@ class SnippetEditing {
   SnippetView& view_;
   ShowMessageFunction showMessage_;
   TextEquality sameName_;
-  int editIndex_ = -1;             ///< The snippet whose code was last opened for editing.
+  /// The snippet whose texts the fields show, and the edit is of; -1 for none. The selected row may be
+  /// another one for a moment: the list box selects when the mouse button goes down and tells when it comes
+  /// up.
+  int shownIndex_ = -1;
   std::optional<int> renamedRow_;  ///< The row that txtName stands over.
   bool editingDisabled_ = false;
 };
