@@ -291,6 +291,7 @@ TEST_F(MainWindowSession, LibrariesFromElsewhere) {
   PressKey('S', {VK_CONTROL});
   EXPECT_TRUE(WaitUntil([&] { return File("Far").find("changed") != std::string::npos; }))
       << "saved beside the program";
+  EXPECT_TRUE(shows("Far", "far")) << "the file that was written";
   EXPECT_EQ(elsewhere.Read("Far.bns").find("changed"), std::string::npos);
   Close();
 }
@@ -415,6 +416,7 @@ TEST_F(MainWindowSession, OddOrders) {
   PressKey('E', {VK_CONTROL});
   Answer("No snippet selected.", IDOK);
   PressKey(VK_DELETE);
+  Answer("No snippet selected.", IDOK);
   PressKey(VK_F2);
   PressKey(VK_F2, {VK_SHIFT});
   ClickCentre(Control(frmAddIn::kAttachId));

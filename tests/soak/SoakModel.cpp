@@ -233,7 +233,8 @@ void SoakModel::NewSnippet() {
 }
 
 void SoakModel::DeleteSnippet() {
-  if (disabled_ || !HasRow()) return;
+  if (disabled_) return;
+  if (!HasRow()) return Tell("No snippet selected.");
   CommitCode();
   editIndex_ = -1;
   EndRename();
@@ -335,29 +336,47 @@ void SoakModel::Write() {
     if (i + 1 < snippets_.size()) bytes += "(.)\r\n";
   }
   files_[name_] = bytes + "...\r\n";
+  saved_ = true;
 }
 
 void SoakModel::Save() {
   if (disabled_ || !SettleName()) return;
   if (HasRow()) Store(Current().code, shown_.code);
   Write();
-  saved_ = true;
+  const int entry = ListLibrary();
+  if (shown_.entry == entry) return;
+  HideFileNameBox();
+  shown_.entry = entry;
 }
 
 void SoakModel::OfferToSave() {
-  if (!name_.empty() && !saved_ && Ask("Save changes to '" + name_ + "'?")) Write();
+  if (name_.empty() || saved_ || !Ask("Save changes to '" + name_ + "'?")) return;
+  Write();
+  ListLibrary();
+}
+
+int SoakModel::ListLibrary() {
+  auto& entries = shown_.entries;
+  auto place = std::find_if(entries.begin(), entries.end(),
+                            [&](const std::string& entry) { return Lower(entry) == Lower(name_); });
+  if (place == entries.end()) {
+    place = entries.insert(std::find(entries.begin(), entries.end(), kBrowse), name_);
+    if (shown_.entry >= place - entries.begin()) ++shown_.entry;
+  }
+  return static_cast<int>(place - entries.begin());
 }
 
 void SoakModel::ChooseEntry() {
+  HideFileNameBox();
   if (!SettleName()) EndRename();
   if (!shown_.rows.empty()) ShowRow();
   OfferToSave();
   const std::string& name = shown_.entries[static_cast<std::size_t>(shown_.entry)];
-  if (shown_.fileNameBox) shown_.fileNameBox = name;
   Open(name);
 }
 
 void SoakModel::NewLibrary(const Action& action) {
+  HideFileNameBox();
   if (!SettleName()) return;
   CommitCode();
   const std::string title = "New Code Library";
@@ -387,6 +406,7 @@ void SoakModel::NewLibrary(const Action& action) {
 void SoakModel::RenameLibrary() {
   if (disabled_ || shown_.row < 0 || !SettleName()) return;
   shown_.fileNameBox = shown_.entries[static_cast<std::size_t>(shown_.entry)];
+  if (shown_.focus != Field::FileName) beforeFileName_ = shown_.focus;
   MoveFocus(Field::FileName);
 }
 
@@ -404,7 +424,7 @@ void SoakModel::AcceptFileName() {
 
 void SoakModel::HideFileNameBox() {
   shown_.fileNameBox.reset();
-  if (shown_.focus == Field::FileName) MoveFocus(Field::Chooser);
+  if (shown_.focus == Field::FileName) MoveFocus(beforeFileName_);
 }
 
 void SoakModel::StartProgram() {
@@ -508,7 +528,7 @@ void SoakModel::UseSnippetsMenu(const Action& action) {
   const std::uint32_t choice = action.b % 6;
   if (choice == 0) {
     gesture.text = "Copy to Clipboard";
-    if (!shown_.rows.empty()) clipboard_ = shown_.code;
+    CopyCode();
   } else if (choice == 1 && !disabled_) {
     gesture.text = "Edit Snippet";
     EditSnippet();
@@ -517,6 +537,11 @@ void SoakModel::UseSnippetsMenu(const Action& action) {
     StartRename();
   }
   Perform(std::move(gesture));
+}
+
+void SoakModel::CopyCode() {
+  clipboard_.reset();
+  if (!shown_.rows.empty()) clipboard_ = shown_.code;
 }
 
 void SoakModel::AcceptName() {
@@ -652,7 +677,7 @@ void SoakModel::Do(const Action& action) {
       HideFileNameBox();
       return key(Field::FileName, escape);
     case ActionKind::CopyCode:
-      if (rows != 0) clipboard_ = shown_.code;
+      CopyCode();
       PerformCommand(kCopyCode, action);
       if (clipboard_) Perform({.kind = GestureKind::CheckClipboard, .text = *clipboard_});
       return;

@@ -126,11 +126,13 @@ class SoakModel {
   void ReadRecords(const std::vector<std::string>& lines, bool version1);
   void Open(const std::string& name);
   void OfferToSave();
+  int ListLibrary();
   void ChooseEntry();
   void NewLibrary(const Action& action);
   void RenameLibrary();
   void AcceptFileName();
   void AcceptName();
+  void CopyCode();
   void HideFileNameBox();
   void CloseProgram(const Action& action);
 
@@ -150,6 +152,7 @@ class SoakModel {
   bool disabled_ = false;
   int editIndex_ = -1;
   int renamed_ = -1;
+  Field beforeFileName_ = Field::None;
   bool keptOnTop_ = false;                ///< As the settings have it.
   std::optional<std::string> clipboard_;  ///< Nothing when it cannot be known.
   int fieldsLeft_ = 0;

@@ -254,7 +254,7 @@ class FakeMainWindow : public testing::Test {
   FakeStore store{calls};
   Library library;
   SnippetEditing editing{library, view, showMessage, &EqualsIgnoringAsciiCase};
-  LibraryOperations operations{library, editing, view, chooser, store, showMessage};
+  LibraryOperations operations{library, editing, view, chooser, store, showMessage, &EqualsIgnoringAsciiCase};
   LibraryNaming naming{editing, operations, view, chooser, store, showMessage};
 };
 

@@ -31,8 +31,11 @@ class LibraryNamingTest : public FakeMainWindow {
 };
 
 TEST_F(LibraryNamingTest, ANewLibraryIsWrittenAppendedAndOpened) {
+  naming.RenameLibrary();
   chooser.names = {"My New Lib"};
   naming.GetNewLib();
+  EXPECT_FALSE(chooser.fileNameBoxShown) << "it would rename the new library";
+  EXPECT_EQ(calls, (Calls{"name", "write " + kNew, "read " + kNew}));
   EXPECT_EQ(store.files[kNew], NewLibraryBns());
   EXPECT_EQ(chooser.files, (Rows{"First", "Second", "(Browse...)", "My New Lib"}));
   EXPECT_EQ(chooser.selected, 3);
@@ -46,6 +49,7 @@ TEST_F(LibraryNamingTest, InAnEmptyFolderANewLibraryUnlocksTheFields) {
   store.names.clear();
   store.files.clear();
   chooser.files.clear();
+  chooser.selected = -1;
   library = {};
   operations.LoadFiles();
   ASSERT_TRUE(editing.editingDisabled());
@@ -83,7 +87,9 @@ TEST_F(LibraryNamingTest, AWindowThatEndsMeanwhileIsNotAskedOn) {
 
 TEST_F(LibraryNamingTest, CancellingMakesNothing) {
   const auto files = store.files;
+  naming.RenameLibrary();
   naming.GetNewLib();
+  EXPECT_FALSE(chooser.fileNameBoxShown);
   EXPECT_EQ(calls, (Calls{"name"}));
   EXPECT_EQ(store.files, files);
   EXPECT_EQ(chooser.files.size(), 3U);
@@ -109,8 +115,12 @@ TEST_F(LibraryNamingTest, RenamingMovesTheFileButNotTheNameThatIsSavedTo) {
   EXPECT_EQ(chooser.files, (Rows{"My New Lib", "Second", "(Browse...)"}));
   EXPECT_EQ(chooser.selected, 0);
   EXPECT_EQ(library.LibraryName, "First");
+  EXPECT_EQ(operations.SavedElsewhere(), kFirst);
   operations.SaveLibrary();
   EXPECT_TRUE(store.files.contains(kFirst));
+  EXPECT_EQ(chooser.files, (Rows{"My New Lib", "Second", "First", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 2) << "the file that was written";
+  EXPECT_EQ(operations.SavedElsewhere(), "");
 }
 
 TEST_F(LibraryNamingTest, ANameThatTheFileSystemRefusesChangesNothingAndSaysNothing) {
@@ -135,6 +145,12 @@ TEST_F(LibraryNamingTest, TheBoxIsNeverEmptyAndLeavingItGivesUp) {
   EXPECT_EQ(chooser.fileNameText, "First");
   EXPECT_FALSE(chooser.fileNameBoxShown);
   EXPECT_TRUE(calls.empty());
+}
+
+TEST_F(LibraryNamingTest, AnotherLibraryEndsTheRenaming) {
+  naming.RenameLibrary();
+  operations.OpenOutside(kSecond);  // dropped
+  EXPECT_FALSE(chooser.fileNameBoxShown);
 }
 
 TEST_F(LibraryNamingTest, WithoutASelectedSnippetThereIsNoRenaming) {

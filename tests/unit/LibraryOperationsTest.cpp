@@ -98,7 +98,7 @@ TEST_F(LibraryOperationsTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother
     CountedStore counted(calls);
     counted.names = store.names;
     counted.files = store.files;
-    LibraryOperations ahead(library, editing, view, chooser, counted, showMessage);
+    LibraryOperations ahead(library, editing, view, chooser, counted, showMessage, &EqualsIgnoringAsciiCase);
     ahead.ReadAhead();
     if (anotherComesFirst) std::swap(counted.names[0], counted.names[1]);
     chooser.files.clear();
@@ -239,6 +239,25 @@ TEST_F(LibraryOperationsTest, ChangesFromBeforeAnInvalidFileAreOfferedAgainAndGo
   ExpectOpened("Dates", {"Today"});
 }
 
+TEST_F(LibraryOperationsTest, WhatWasSavedOnAYesIsNotAskedAboutAgain) {
+  LoadWithOther("no library");
+  for (const int entry : {2 /* invalid */, 3 /* browsing, cancelled */}) {
+    ChooseFile(0);
+    ChangeStrings();
+    TypeDescription("entry " + std::to_string(entry));
+    answers = {kYes};
+    ChooseFile(entry);
+    ChooseFile(1);
+  }
+  ChooseFile(0);
+  ChangeStrings();
+  store.failing = true;
+  answers = {kYes, kNo};
+  ChooseFile(2);
+  ChooseFile(1);
+  EXPECT_TRUE(answers.empty()) << "what could not be written is offered again";
+}
+
 TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSaved) {
   LoadWithOther("BNS1.0\r\na\r\nfirst\r\ncode\r\n.\r\nb\r\nsecond\r\nmore\r\ncode\r\n..\r\n");
   const std::string announcement =
@@ -276,6 +295,7 @@ TEST_F(LibraryOperationsTest, AVersion1LibraryThatConversionWouldCutShortIsLocke
     SCOPED_TRACE(bytes);
     LoadWithOther(bytes);
     ChooseFile(2);
+    ASSERT_EQ(calls.size(), 2U) << "one message";
     EXPECT_TRUE(calls.back().ends_with("so that nothing of the file is lost.")) << calls.back();
     EXPECT_EQ(view.rows.size(), 2U);
     EXPECT_TRUE(editing.editingDisabled());
@@ -311,6 +331,7 @@ TEST_F(LibraryOperationsTest, AnOverfullFileIsLockedAndNeverWritten) {
     TypeName("typed");
     chooser.selected = 2;
     operations.OpenBNSFile(kOther);  // with the rename going on
+    ASSERT_EQ(calls.size(), 2U) << "one message";
     EXPECT_EQ(
         calls.back(),
         "64 [Brennic Snipstore 2.x] A library holds at most 32767 snippets. This file has 2 more, which "
@@ -349,9 +370,37 @@ TEST_F(LibraryOperationsTest, AChosenFileIsListedAtTheTopOpenedByItsPathAndSaved
   EXPECT_EQ(chooser.fileNameText, kOutside);
   ExpectOpened("Outside", {"Out"});
 
+  const std::string inFolder = "C:\\Snip\\Outside.bns";
+  EXPECT_EQ(operations.SavedElsewhere(), inFolder);
+  store.failing = true;
   operations.SaveLibrary();
-  EXPECT_EQ(calls.back(), "write C:\\Snip\\Outside.bns");
-  EXPECT_EQ(store.files["C:\\Snip\\Outside.bns"], kOutsideFile);
+  EXPECT_EQ(chooser.selected, 0) << "there is no other file to show";
+  store.failing = false;
+  for (const char* text : {"of there", "of everywhere"}) {
+    TypeDescription(text);
+    calls.clear();
+    operations.SaveLibrary();
+    EXPECT_EQ(calls, Calls{"write " + inFolder});
+    EXPECT_EQ(chooser.files, (Rows{kOutside, "Strings", "Dates", "Outside", "(Browse...)"}));
+    EXPECT_EQ(chooser.selected, 3);
+    EXPECT_EQ(operations.SavedElsewhere(), "");
+    ChooseFile(3);
+    EXPECT_EQ(view.description, text) << "choosing what the chooser shows loses nothing";
+  }
+  EXPECT_EQ(store.files[kOutside], kOutsideFile);
+}
+
+TEST_F(LibraryOperationsTest, ALibraryFromElsewhereThatIsSavedOnLeavingIsListedAndTheChosenOneOpened) {
+  for (const bool ending : {false, true}) {
+    Load();
+    operations.OpenOutside(kOutside);
+    TypeDescription("of there");
+    answers = {kYes};
+    ending ? operations.OfferToSave() : ChooseFile(2);
+    EXPECT_EQ(chooser.files, (Rows{kOutside, "Strings", "Dates", "Outside", "(Browse...)"}));
+    EXPECT_EQ(chooser.files[static_cast<std::size_t>(chooser.selected)], ending ? "Outside" : "Dates");
+    EXPECT_EQ(library.LibraryName, ending ? "Outside" : "Dates");
+  }
 }
 
 TEST_F(LibraryOperationsTest, AFileThatIsChosenAgainIsListedOnce) {
@@ -386,12 +435,10 @@ TEST_F(LibraryOperationsTest, CancellingTheDialogOpensTheFirstEntryAgain) {
 TEST_F(LibraryOperationsTest, ChangesAreOfferedBeforeBrowsing) {
   Load();
   ChangeStrings();
-  answers = {kYes, kNo};  // on the way to the dialog, and on from it to the chosen file
+  answers = {kYes};
   chooser.chosenPath = kOutside;
   ChooseFile(2);
-  ASSERT_GE(calls.size(), 4U);
-  EXPECT_EQ((Calls{calls.begin(), calls.begin() + 3}), (Calls{kAskStrings, "write " + kStrings, "browse"}));
-  EXPECT_EQ(calls.back(), "read " + kOutside);
+  EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "browse", "read " + kOutside}));
 }
 
 TEST_F(LibraryOperationsTest, SavingTakesTheShownCodeWithoutEndingTheEdit) {

@@ -72,7 +72,10 @@ bool LibraryChooser::Chooses(int notification) {
 }
 
 void LibraryChooser::InsertFile(int entry, const std::string& text) {
+  const int selected = SelectedFile();
   Send(CB_INSERTSTRING, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.c_str()));
+  // The control keeps the number of the selected entry, which is another one's now.
+  if (selected >= entry) SelectFile(selected + 1);
 }
 
 int LibraryChooser::FileCount() const {
@@ -116,14 +119,19 @@ void LibraryChooser::SelectFileNameText() {
 }
 
 void LibraryChooser::ShowFileNameBox() {
+  if (GetFocus() != txtFileName_) focusBefore_ = GetFocus();
   ShowWindow(txtFileName_, SW_SHOW);
   SetFocus(txtFileName_);
   SelectFileNameText();
 }
 
 void LibraryChooser::HideFileNameBox() {
-  if (GetFocus() == txtFileName_) SetFocus(cboFiles_);
+  const bool focused = GetFocus() == txtFileName_;
   ShowWindow(txtFileName_, SW_HIDE);
+  // In the chooser the next arrow key would open another library. The window knows who else takes the focus
+  // when the one before is gone.
+  if (focused)
+    SetFocus(IsChild(GetParent(txtFileName_), focusBefore_) ? focusBefore_ : GetParent(txtFileName_));
 }
 
 std::optional<std::string> LibraryChooser::ChooseLibraryFile() {

@@ -17,6 +17,7 @@ LibraryNaming::LibraryNaming(SnippetEditing& editing, LibraryOperations& operati
       showMessage_(std::move(showMessage)) {}
 
 void LibraryNaming::GetNewLib() {
+  txtFileName_LostFocus();
   if (!editing_.SettleName()) return;
   // The fields are about to be emptied: what is being edited belongs to the library that is left.
   editing_.txtCode_LostFocus();
@@ -29,9 +30,8 @@ void LibraryNaming::GetNewLib() {
   editing_.ShowNothing("");
   view_.InsertFile(view_.FileCount(), name);
   view_.SelectFile(view_.FileCount() - 1);
+  // Opens it by its full name: one that looks like a path by itself could not be made.
   operations_.cboFiles_Click();
-  // Once more by its full name: a name that looks like a path by itself has been taken for one.
-  operations_.OpenBNSFile(store_.PathOf(name));
 }
 
 /// Writes a new library; false after telling the user why that name cannot be had.

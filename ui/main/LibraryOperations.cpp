@@ -34,13 +34,15 @@ std::string LibraryNameFromEntry(const std::string& entry) {
 }
 
 LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView,
-                                     LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage)
+                                     LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage,
+                                     SnippetEditing::TextEquality sameName)
     : library_(library),
       editing_(editing),
       snippetView_(snippetView),
       view_(view),
       store_(store),
-      showMessage_(std::move(showMessage)) {}
+      showMessage_(std::move(showMessage)),
+      sameName_(std::move(sameName)) {}
 
 std::vector<std::string> LibraryOperations::Names() const {
   std::vector<std::string> names = store_.Names();
@@ -89,9 +91,13 @@ void LibraryOperations::LoadFiles() {
 }
 
 void LibraryOperations::cboFiles_Click() {
+  view_.HideFileNameBox();                                // it was to rename the library that is left
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
   editing_.lstCode_Click();
-  OfferToSave();
+  if (WantsToSave() && SaveCurFile()) {
+    library_.Saved = true;
+    ListCurrentLibrary();
+  }
   if (view_.Gone()) return;
 
   const int entry = view_.SelectedFile();
@@ -130,11 +136,17 @@ void LibraryOperations::OpenOutside(const std::string& path) {
   view_.SetFileNameText(path);
 }
 
-void LibraryOperations::OfferToSave() {
-  if (library_.LibraryName.empty() || library_.Saved) return;
+bool LibraryOperations::WantsToSave() {
+  if (library_.LibraryName.empty() || library_.Saved) return false;
   const auto answer = showMessage_("Save changes to '" + library_.LibraryName + "'?",
                                    MessageStyle::kYesNoQuestion, kMainWindowTitle);
-  if (answer == MessageResult::Yes) SaveCurFile();
+  return answer == MessageResult::Yes && !view_.Gone();
+}
+
+void LibraryOperations::OfferToSave() {
+  if (!WantsToSave() || !SaveCurFile()) return;
+  library_.Saved = true;
+  ShowWhereSaved();  // the window may stay after all
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
@@ -147,10 +159,6 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
     return;
   }
   if (contents->version == BnsVersion::Version1) {
-    showMessage_(
-        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
-        "converted to Snipstore 2.0 format.",
-        MessageStyle::kOk, "");
     OpenBNSFileV1(std::move(*contents));
   } else {
     TakeContents(std::move(*contents));
@@ -158,19 +166,27 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
 }
 
 void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
-  const bool complete = contents.omitted == 0;
-  const bool convertible = ReadsBackWhole(contents.snippets);
-  TakeContents(std::move(contents));
-  if (!complete) return;  // what was not read whole must never be written back
-  if (convertible) {
+  // There is one message: a file that must never be written is not announced as one that will be converted.
+  if (contents.omitted > 0) {
+    TakeContents(std::move(contents));
+    return;
+  }
+  if (ReadsBackWhole(contents.snippets)) {
+    showMessage_(
+        "This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
+        "converted to Snipstore 2.0 format.",
+        MessageStyle::kOk, "");
+    if (view_.Gone()) return;
+    TakeContents(std::move(contents));
     library_.Saved = false;  // not yet in the current format
     return;
   }
+  TakeContents(std::move(contents));
   editing_.DisableEdit(true);
   showMessage_(
-      "This file has lines that end a text or the list of snippets in Snipstore 2.0 format. The library can "
-      "be "
-      "looked at but not changed, so that nothing of the file is lost.",
+      "This file was saved in a previous version of Brennic Snipstore. It cannot be converted to Snipstore "
+      "2.0 format, because it has lines that would end a text or the list of snippets there. The library can "
+      "be looked at but not changed, so that nothing of the file is lost.",
       MessageStyle::kInformation, kMainWindowTitle);
 }
 
@@ -195,17 +211,53 @@ void LibraryOperations::ReportOmitted(std::size_t omitted) {
                MessageStyle::kInformation, kMainWindowTitle);
 }
 
-void LibraryOperations::SaveCurFile() {
+bool LibraryOperations::SaveCurFile() {
   const WaitCursorScope wait(snippetView_);
   // There is deliberately no word about a failure: the library stays whole in memory and can be saved again.
-  static_cast<void>(store_.Replace(store_.PathOf(library_.LibraryName), BnsBytes(library_.Snippets)));
+  return store_.Replace(store_.PathOf(library_.LibraryName), BnsBytes(library_.Snippets));
+}
+
+std::string LibraryOperations::FileOf(const std::string& entry) const {
+  return IsFullPath(entry) ? entry : store_.PathOf(entry);
+}
+
+/// The entry under which the folder's library of the current name is listed, which gets one if it has none;
+/// -1 when it cannot have one.
+int LibraryOperations::ListCurrentLibrary() {
+  if (library_.LibraryName == kBrowseEntry) return -1;
+  int place = view_.FileCount();
+  for (int entry = 0; entry < view_.FileCount(); ++entry) {
+    const std::string text = view_.FileText(entry);
+    if (sameName_(text, library_.LibraryName)) return entry;
+    if (text == kBrowseEntry) place = entry;
+  }
+  view_.InsertFile(place, library_.LibraryName);
+  return place;
+}
+
+/// The next save writes the folder's file: the chooser must not go on showing the one that was opened, which
+/// would come back, without the changes, when its entry is chosen again.
+void LibraryOperations::ShowWhereSaved() {
+  const int saved = ListCurrentLibrary();
+  if (saved < 0 || SavedElsewhere().empty()) return;
+  view_.HideFileNameBox();
+  view_.SelectFile(saved);
+  view_.SetFileNameText(view_.FileText(saved));
+}
+
+std::string LibraryOperations::SavedElsewhere() const {
+  const int chosen = view_.SelectedFile();
+  if (chosen < 0 || library_.LibraryName.empty() || editing_.editingDisabled()) return {};
+  std::string path = store_.PathOf(library_.LibraryName);
+  return sameName_(path, FileOf(view_.FileText(chosen))) ? std::string() : path;
 }
 
 void LibraryOperations::SaveLibrary() {
   if (editing_.editingDisabled() || !editing_.SettleName()) return;
   editing_.StoreShownCode();
-  SaveCurFile();
+  const bool written = SaveCurFile();
   library_.Saved = true;
+  if (written) ShowWhereSaved();
 }
 
 }  // namespace snip

@@ -17,7 +17,8 @@ namespace snip {
 class LibraryOperations {
  public:
   LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView, LibraryView& view,
-                    LibraryStore& store, ShowMessageFunction showMessage);
+                    LibraryStore& store, ShowMessageFunction showMessage,
+                    SnippetEditing::TextEquality sameName);
 
   /// Begins to read the library that `LoadFiles` will open, in a thread of its own, so that the window can be
   /// made meanwhile.
@@ -31,12 +32,17 @@ class LibraryOperations {
   void OpenOutside(const std::string& path);
 
   void OpenBNSFile(const std::string& path);
-  /// Writes the library into the library folder under its name. Does not touch `Saved`.
-  void SaveCurFile();
-  /// What "Save Library" does: takes the shown code into the library, writes it, and counts it as saved.
+  /// Writes the library into the library folder under its name; false when not all of it is in the file. Does
+  /// not touch `Saved`.
+  bool SaveCurFile();
+  /// What "Save Library" does: takes the shown code into the library, writes it, counts it as saved, and has
+  /// the chooser show the file that was written.
   void SaveLibrary();
-  /// Asks whether to save a changed library, and does; for the places where the library is left.
+  /// Asks whether to save a changed library, and does; for the end of the window.
   void OfferToSave();
+  /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:
+  /// of a library from elsewhere, or one that was renamed. Empty else, and while nothing can be saved.
+  std::string SavedElsewhere() const;
 
  private:
   struct LibraryAhead {
@@ -49,6 +55,10 @@ class LibraryOperations {
   void OpenBNSFileV1(BnsContents contents);
   void TakeContents(BnsContents contents);
   void BrowseForLibrary();
+  bool WantsToSave();
+  std::string FileOf(const std::string& entry) const;
+  int ListCurrentLibrary();
+  void ShowWhereSaved();
   void ReportOmitted(std::size_t omitted);
 
   Library& library_;
@@ -57,6 +67,7 @@ class LibraryOperations {
   LibraryView& view_;
   LibraryStore& store_;
   ShowMessageFunction showMessage_;
+  SnippetEditing::TextEquality sameName_;  ///< As the file system compares names, too.
   std::optional<LibraryAhead> ahead_;
 };
 

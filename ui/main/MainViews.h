@@ -68,7 +68,7 @@ class LibraryView {
   virtual bool Gone() const = 0;
 
   // cboFiles
-  virtual void InsertFile(int entry, const std::string& text) = 0;
+  virtual void InsertFile(int entry, const std::string& text) = 0;  ///< The selected entry stays selected.
   virtual int FileCount() const = 0;
   virtual std::string FileText(int entry) const = 0;
   virtual int SelectedFile() const = 0;
