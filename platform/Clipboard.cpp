@@ -57,6 +57,7 @@ bool PutData(UINT format, const void* data, std::size_t size) {
 bool CopyToClipboard(HWND owner, const std::string& text) {
   const OpenedClipboard clipboard(owner);
   if (!clipboard || EmptyClipboard() == 0) return false;
+  if (text.empty()) return true;  // there is nothing to be pasted
   // The locale says in which code page the bytes are; the system offers them in Unicode as well.
   const LCID locale = GetSystemDefaultLCID();
   return PutData(CF_TEXT, text.c_str(), text.size() + 1) && PutData(CF_LOCALE, &locale, sizeof locale);

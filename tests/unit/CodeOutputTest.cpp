@@ -121,13 +121,16 @@ TEST_F(CodeOutputTest, WhatIsMissingIsTold) {
   Run(true);
   view.SelectRow(-1);
   Run(false);
+  view.rows.clear();  // what is shown is no library, and the one before is still in memory
+  Run(true);
   output.SetHost(nullptr);
   Run(false);
   Run(true);
   EXPECT_EQ(
       calls,
       (Calls{"pane", Told("No code pane is currently active."), "add", Told("No project is currently open."),
-             Told("No code snippet is currently selected."), Told("No development environment is connected."),
+             Told("No code snippet is currently selected."), Told("No code snippet is currently selected."),
+             Told("No development environment is connected."),
              Told("No development environment is connected.")}));
 }
 

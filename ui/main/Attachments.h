@@ -28,6 +28,9 @@ class Attachments {
   Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
               AttachmentView& view);
 
+  /// Whether a snippet is selected of a library that must not be changed. Without a snippet the attachment
+  /// can be asked for as well, to no effect.
+  bool Locked() const { return Selected() != nullptr && editing_.editingDisabled(); }
   /// Whether a snippet is selected that has one; a path of nothing but blanks is none.
   bool CanView() const;
   void ViewAttachment();

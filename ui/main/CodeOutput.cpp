@@ -51,6 +51,8 @@ void CodeOutput::PasteCode() {
 
 void CodeOutput::PasteToNewModule(const std::string& libraryText) {
   Deliver([this, &libraryText](HostEnvironment& host) {
+    // In place of a file that is no library, the one before is in memory and none is shown.
+    if (view_.RowCount() != library_.LastIndex() + 1) return Tell("No code snippet is currently selected.");
     const std::string name = ModuleName(libraryText);
     // Taken before the environment is asked for anything: the library may be another one when it has
     // answered.

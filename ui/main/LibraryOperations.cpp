@@ -253,8 +253,7 @@ std::string LibraryOperations::SavedElsewhere() const {
 }
 
 void LibraryOperations::SaveLibrary() {
-  if (editing_.editingDisabled() || !editing_.SettleName()) return;
-  editing_.StoreShownCode();
+  if (editing_.editingDisabled() || !editing_.SettleName() || !editing_.StoreShownCode()) return;
   const bool written = SaveCurFile();
   library_.Saved = true;
   if (written) ShowWhereSaved();

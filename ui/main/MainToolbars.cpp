@@ -20,7 +20,7 @@ constexpr Button kSeparator{"", ButtonType::Separator, 0};
 
 constexpr std::array kMainButtons{
     Button{"New Library", ButtonType::Push, IDB_NEW_LIBRARY},
-    Button{"Save Library", ButtonType::Push, IDB_SAVE_LIBRARY},
+    Button{kSaveLibrary, ButtonType::Push, IDB_SAVE_LIBRARY},
     Button{"Rename Library", ButtonType::Push, IDB_RENAME_LIBRARY},
     kSeparator,
     Button{kPasteToCodeWindow, ButtonType::DropDown, IDB_PASTE_TO_CODE},

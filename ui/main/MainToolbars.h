@@ -32,6 +32,7 @@ struct OutputMode {
   const char* caption;
   int picture;  ///< Resource number.
 };
+inline constexpr const char* kSaveLibrary = "Save Library";
 inline constexpr const char* kPasteToCodeWindow = "Paste to Current Code Window";
 inline constexpr const char* kCopyToClipboard = "Copy to Clipboard";
 inline constexpr const char* kCreateNewModule = "Create New Module (All Snippets)";

@@ -29,7 +29,6 @@ UniqueAccelerators MakeAccelerators() {
       Main(kControl, VK_RETURN, MainButton::kOutput),
       Main(kControl, 'N', MainButton::kNewSnippet),
       Main(kControl, 'E', MainButton::kEditSnippet),
-      Main(kControl, 'D', MainButton::kDeleteSnippet),
       Main(kPlain, VK_F9, MainButton::kSettings),
       Main(kControl, 'T', MainButton::kKeepOnTop),
       Main(kPlain, VK_F1, MainButton::kAbout),

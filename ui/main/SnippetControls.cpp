@@ -197,18 +197,43 @@ void SnippetControls::FocusCode() {
 }
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
+  nameBoxRow_ = row;
   SelectRow(row);  // also scrolls it into view
-  RECT place{};
-  List(LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
-  MapWindowPoints(lstCode_, GetParent(txtName_), reinterpret_cast<POINT*>(&place), 2);
-  // The box has a border of its own around the text, which otherwise would cover the row's letters.
-  const int border = GetSystemMetrics(SM_CYBORDER);
-  MoveTo(txtName_, {static_cast<int>(place.left), static_cast<int>(place.top) - border,
-                    static_cast<int>(place.right - place.left),
-                    static_cast<int>(place.bottom - place.top) + 2 * border});
+  MoveTo(txtName_, NameBoxPlace());
   name_.SetText(name);
   ShowWindow(txtName_, SW_SHOW);
   FocusNameBox();
+}
+
+Rect SnippetControls::NameBoxPlace() const {
+  RECT place{};
+  List(LB_GETITEMRECT, static_cast<WPARAM>(nameBoxRow_), reinterpret_cast<LPARAM>(&place));
+  MapWindowPoints(lstCode_, GetParent(txtName_), reinterpret_cast<POINT*>(&place), 2);
+  // The box has a border of its own around the text, which otherwise would cover the row's letters.
+  const int border = GetSystemMetrics(SM_CYBORDER);
+  return {static_cast<int>(place.left), static_cast<int>(place.top) - border,
+          static_cast<int>(place.right - place.left),
+          static_cast<int>(place.bottom - place.top) + 2 * border};
+}
+
+bool SnippetControls::KeepNameBoxOnRow() const {
+  if (IsWindowVisible(txtName_) == 0) return true;
+  RECT row{};
+  List(LB_GETITEMRECT, static_cast<WPARAM>(nameBoxRow_), reinterpret_cast<LPARAM>(&row));
+  if (row.bottom <= 0 || row.top >= ClientSize(lstCode_).height) return false;
+  const Rect wanted = NameBoxPlace();
+  const Rect place = PlaceInParent(txtName_);
+  if (place.left != wanted.left || place.top != wanted.top) {
+    MoveTo(txtName_, wanted);
+    txtName_Change();
+  }
+  return true;
+}
+
+void SnippetControls::BringNameBoxBack() const {
+  if (KeepNameBoxOnRow()) return;
+  List(LB_SETTOPINDEX, static_cast<WPARAM>(nameBoxRow_));
+  KeepNameBoxOnRow();
 }
 
 std::optional<std::string> SnippetControls::NameBoxText() const {
@@ -216,6 +241,7 @@ std::optional<std::string> SnippetControls::NameBoxText() const {
 }
 
 void SnippetControls::FocusNameBox() {
+  BringNameBoxBack();  // from where it is when its name is refused
   SetFocus(txtName_);
   SendMessageA(txtName_, EM_SETSEL, 0, -1);
 }

@@ -49,6 +49,10 @@ class SnippetControls : public SnippetView {
 
   /// Widens the box over a row as far as its text needs and the window allows.
   void txtName_Change() const;
+  /// Moves the box, while it is shown, with its row; false when the row is not in sight.
+  bool KeepNameBoxOnRow() const;
+  /// The same, with the row scrolled into sight if need be.
+  void BringNameBoxBack() const;
   /// The caret goes back to the start.
   void txtDesc_LostFocus() const;
 
@@ -83,6 +87,7 @@ class SnippetControls : public SnippetView {
 
  private:
   void LockDescription() const;
+  Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
 
   LRESULT List(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -97,6 +102,7 @@ class SnippetControls : public SnippetView {
   HWND lstCode_ = nullptr;
   HWND txtName_ = nullptr;
   HWND txtDesc_ = nullptr;
+  int nameBoxRow_ = -1;
   bool descriptionWraps_ = true;
   ExactTextField description_;
   ExactTextField name_;

@@ -41,7 +41,8 @@ class SnippetEditing {
   /// Commits the edit in progress, if there is one. False when the field does not tell its text: the edit
   /// goes on then.
   bool txtCode_LostFocus();
-  /// Takes the code as it is shown into its snippet, the edit going on. False when the field does not tell it.
+  /// Takes the code as it is shown into its snippet, the edit going on. False when the field does not tell
+  /// it.
   bool StoreShownCode();
 
   void txtDesc_Change();

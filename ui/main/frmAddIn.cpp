@@ -210,7 +210,7 @@ void frmAddIn::OnKeyCommand(int command) {
       break;
     case kPasteCode:
     case kNewModule:
-      if (!cmd_.Grayed(MainButton::kOutput)) mnuModFuncs_Clicked(command == kPasteCode ? 0 : 2);
+      mnuModFuncs_Clicked(command == kPasteCode ? 0 : 2);
       break;
     case kViewAttachment:
       attachments_.ViewAttachment();
@@ -291,8 +291,11 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   }
   if (focus == controls_.lstCode()) {
     if (key == VK_F2 && GetKeyState(VK_SHIFT) >= 0) return Command::kRenameSnippet;
-    if (key == VK_DELETE) return Command::kDeleteSnippet;
-    if (key == 'C' && GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0) return Command::kCopyCode;
+    const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
+    // Ctrl+D nowhere else: slipped on while typing, it would take the snippet with the text.
+    if (key == VK_DELETE || (key == 'D' && control && GetKeyState(VK_SHIFT) >= 0))
+      return Command::kDeleteSnippet;
+    if (key == 'C' && control) return Command::kCopyCode;
   }
   return std::nullopt;
 }
@@ -364,6 +367,18 @@ HWND frmAddIn::FocusTarget() const {
                                                                               : controls_.lstCode();
 }
 
+/// What has no message of its own to be told by: where the pointer is, how far the list is scrolled, and what
+/// the code field and the clipboard hold while a torn-off menu shows what can be done with it.
+void frmAddIn::Tick() {
+  if (snippetTips_) ShowListTip();
+  // Scrolled out of sight, a name is taken as it is when its box is left.
+  if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
+  const auto tornOff = [](const frmMenu& menu) { return menu.input().State() == MenuState::Floating; };
+  if (tornOff(menus_.mnuSnippets)) UpdateSnippetsMenu();
+  if (tornOff(menus_.mnuAttach)) UpdateAttachMenu();
+  if (tornOff(menus_.mnuEdit)) UpdateEditMenu();
+}
+
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
   const LRESULT brush = Default(message, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(field));
   // The description stands out while it is edited, in a colour that the system keeps readable.
@@ -382,7 +397,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Form_Resize();
       return 0;
     case WM_TIMER:
-      if (wParam == kTipTimer && snippetTips_) ShowListTip();
+      if (wParam == kTipTimer) Tick();
       return 0;
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) RememberFocus();

@@ -99,6 +99,9 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void mnuAttach_Clicked(int index);
   void mnuEdit_Clicked(int index);
   void cmdAttach_Click();
+  void UpdateSnippetsMenu();
+  void UpdateAttachMenu();
+  void UpdateEditMenu();
   void OpenSnippetsMenu(POINT screen, bool byKey);
   void OpenEditMenu(POINT screen);
   void PopUp(frmMenu& menu, POINT screen);
@@ -107,6 +110,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void CopyCode();
   bool Copy(const std::string& text);
   void SetKeepOnTop(bool onTop);
+  void Tick();
   void ShowListTip();
   void txtCode_MouseDown(int button, POINT screen);
   void DropFiles(HDROP files);
@@ -138,13 +142,24 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   FontProperty CodeFont() const override { return controls_.Font(); }
   void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
 
+  /// The tip of the toolbars.
+  class BarTip : public frmTip {
+   public:
+    explicit BarTip(const LibraryOperations& operations) : operations_(operations) {}
+    /// "Save Library" also tells which file it writes, when that is another than the chooser shows.
+    void ShowTip(const std::string& text, int x, int y) override;
+
+   private:
+    const LibraryOperations& operations_;
+  };
+
   Library library_;
   Services services_;
   TwipsPerPixel twips_;
 
   UniqueFont font_;
   CaptionHook captionHook_;
-  frmTip barTip_;
+  BarTip barTip_{operations_};
   BnCommandBar cmd_;
   BnCommandBar cmdEdit_;
   Pane leftPane_;

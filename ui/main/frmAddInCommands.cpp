@@ -22,6 +22,11 @@ constexpr const char* kWebPage =
     "https://learn.microsoft.com/en-us/previous-versions/visualstudio/visual-basic-6/"
     "visual-basic-6.0-documentation";
 
+/// Torn off, a menu repaints itself and tells assistive programs, which is for changes only.
+void Enable(frmMenu& menu, int item, bool enabled) {
+  if (menu.IEnabled(item) != enabled) menu.SetIEnabled(item, enabled);
+}
+
 }  // namespace
 
 void frmAddIn::cmd_ButtonClicked(int index) {
@@ -79,8 +84,11 @@ void frmAddIn::Output() {
 }
 
 void frmAddIn::CopyCode() {
-  if (controls_.RowCount() == 0) return;  // what is shown then is no code
-  if (const auto code = controls_.Code()) Copy(*code);
+  if (controls_.RowCount() == 0) {
+    Copy("");  // what is shown then is no code: nothing is copied, which empties the clipboard
+  } else if (const auto code = controls_.Code()) {
+    Copy(*code);
+  }
 }
 
 bool frmAddIn::Copy(const std::string& text) {
@@ -124,8 +132,8 @@ void frmAddIn::mnuModFuncs_Clicked(int index) {
   cmd_.SetCaption(MainButton::kOutput, mode.caption);
   cmd_.SetPicture(MainButton::kOutput, BarPicture(mode.picture));
   cmd_.RedrawButton(MainButton::kOutput);
-  // A torn-off menu is there while the button itself is not available.
-  if (!cmd_.Grayed(MainButton::kOutput)) cmd_ButtonClicked(MainButton::kOutput);
+  // Also while the button itself is greyed, because it takes nothing from a library that must not be changed.
+  Output();
 }
 
 void frmAddIn::cmdEdit_ButtonClicked(int index) {
@@ -159,10 +167,14 @@ void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
     }
   }
   menus_.Fill();
-  for (const int item : {SnippetsItem::kRename, SnippetsItem::kEdit, SnippetsItem::kDelete}) {
-    menus_.mnuSnippets.SetIEnabled(item, !editing_.editingDisabled());
-  }
+  UpdateSnippetsMenu();
   PopUp(menus_.mnuSnippets, screen);
+}
+
+void frmAddIn::UpdateSnippetsMenu() {
+  for (const int item : {SnippetsItem::kRename, SnippetsItem::kEdit, SnippetsItem::kDelete}) {
+    Enable(menus_.mnuSnippets, item, !editing_.editingDisabled());
+  }
 }
 
 void frmAddIn::mnuSnippets_Clicked(int index) {
@@ -189,10 +201,15 @@ void frmAddIn::mnuSnippets_Clicked(int index) {
 
 void frmAddIn::cmdAttach_Click() {
   menus_.Fill();
-  menus_.mnuAttach.SetIEnabled(AttachItem::kView, attachments_.CanView());
+  UpdateAttachMenu();
   RECT place{};
   GetWindowRect(cmdAttach_, &place);
   PopUp(menus_.mnuAttach, {place.left, place.bottom});
+}
+
+void frmAddIn::UpdateAttachMenu() {
+  Enable(menus_.mnuAttach, AttachItem::kView, attachments_.CanView());
+  Enable(menus_.mnuAttach, AttachItem::kSet, !attachments_.Locked());
 }
 
 void frmAddIn::mnuAttach_Clicked(int index) {
@@ -214,6 +231,11 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
+void frmAddIn::BarTip::ShowTip(const std::string& text, int x, int y) {
+  const std::string file = text == kSaveLibrary ? operations_.SavedElsewhere() : std::string();
+  frmTip::ShowTip(file.empty() ? text : text + ": " + file, x, y);
+}
+
 void frmAddIn::ShowListTip() {
   // The box over the row that is renamed would be covered, and under a dialog the list takes no clicks.
   if (IsWindowVisible(controls_.txtName()) != 0 || IsWindowEnabled(hWnd()) == 0) {
@@ -229,16 +251,18 @@ void frmAddIn::txtCode_MouseDown(int button, POINT screen) {
 }
 
 void frmAddIn::OpenEditMenu(POINT screen) {
-  const BnRichEdit& code = controls_.txtCode();
-  const bool selected = code.SelLength() > 0;
-  frmMenu& menu = menus_.mnuEdit;
   menus_.Fill();
-  menu.SetIEnabled(EditItem::kEdit, !editing_.editingDisabled());
-  menu.SetIEnabled(EditItem::kUndo, !code.locked() && code.CanUndo());
-  menu.SetIEnabled(EditItem::kCut, !code.locked() && selected);
-  menu.SetIEnabled(EditItem::kCopy, selected);  // nothing would take the place of what the clipboard holds
-  menu.SetIEnabled(EditItem::kPaste, !code.locked() && ClipboardHasText());
-  PopUp(menu, screen);
+  UpdateEditMenu();
+  PopUp(menus_.mnuEdit, screen);
+}
+
+void frmAddIn::UpdateEditMenu() {
+  const BnRichEdit& code = controls_.txtCode();
+  frmMenu& menu = menus_.mnuEdit;
+  Enable(menu, EditItem::kEdit, !editing_.editingDisabled());
+  Enable(menu, EditItem::kUndo, !code.locked() && code.CanUndo());
+  Enable(menu, EditItem::kCut, !code.locked() && code.SelLength() > 0);
+  Enable(menu, EditItem::kPaste, !code.locked() && ClipboardHasText());
 }
 
 void frmAddIn::mnuEdit_Clicked(int index) {
@@ -251,15 +275,15 @@ void frmAddIn::mnuEdit_Clicked(int index) {
       code.Undo();
       break;
     case EditItem::kCut:
-      // A torn-off menu shows what was possible when it was opened.
+      // A torn-off menu shows what was possible a moment ago.
       if (code.locked() || code.SelLength() == 0) break;
       if (const auto text = code.SelText(); text && Copy(*text)) code.ReplaceSelection("");
       break;
     case EditItem::kCopy:
-      if (code.SelLength() == 0) break;
       if (const auto text = code.SelText()) Copy(*text);
       break;
     case EditItem::kPaste:
+      if (code.locked()) break;
       if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
       break;
     case EditItem::kSelectAll:

@@ -140,6 +140,7 @@ void frmAddIn::Form_Resize() {
   const Size list = ClientSize(leftPane_.hWnd());
   if (twips_.ToTwipsY(list.height) >= leastListHeight) {
     MoveTo(controls_.lstCode(), {0, 0, list.width, list.height});
+    controls_.BringNameBoxBack();
   }
   RightPane_Resize();
 }
