@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "platform/Win32Text.h"
+
 namespace snip {
 namespace {
 
@@ -58,9 +60,11 @@ bool CopyToClipboard(HWND owner, const std::string& text) {
   const OpenedClipboard clipboard(owner);
   if (!clipboard || EmptyClipboard() == 0) return false;
   if (text.empty()) return true;  // there is nothing to be pasted
-  // The locale says in which code page the bytes are; the system offers them in Unicode as well.
+  // In Unicode as well: a locale that says in which code page the bytes are can name none of some code pages.
   const LCID locale = GetSystemDefaultLCID();
-  return PutData(CF_TEXT, text.c_str(), text.size() + 1) && PutData(CF_LOCALE, &locale, sizeof locale);
+  const std::u16string wide = Utf16FromAnsi(text);
+  return PutData(CF_TEXT, text.c_str(), text.size() + 1) && PutData(CF_LOCALE, &locale, sizeof locale) &&
+         PutData(CF_UNICODETEXT, wide.c_str(), (wide.size() + 1) * sizeof(char16_t));
 }
 
 bool ClipboardHasText() {
@@ -69,10 +73,13 @@ bool ClipboardHasText() {
 
 std::string ClipboardText(HWND owner) {
   const OpenedClipboard clipboard(owner);
-  const HANDLE block = clipboard ? GetClipboardData(CF_TEXT) : nullptr;  // stays the clipboard's
-  const auto* text = block == nullptr ? nullptr : static_cast<const char*>(GlobalLock(block));
+  // In Unicode, since the system makes that of all text; what it makes of Unicode is in the keyboard's code
+  // page.
+  const HANDLE block = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;  // stays the clipboard's
+  const auto* text = block == nullptr ? nullptr : static_cast<const char16_t*>(GlobalLock(block));
   if (text == nullptr) return {};
-  std::string copy(text, strnlen(text, GlobalSize(block)));
+  const std::u16string_view units(text, GlobalSize(block) / sizeof(char16_t));
+  std::string copy = AnsiFromUtf16(units.substr(0, units.find(u'\0')));
   GlobalUnlock(block);
   return copy;
 }

@@ -1,10 +1,42 @@
 #include "platform/ExactTextField.h"
 
+#include <commctrl.h>
+
+#include <algorithm>
 #include <utility>
 
+#include "platform/Clipboard.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
+namespace {
+
+/// By itself the control may paste characters that the code page lacks, and go on showing them.
+void Paste(HWND control) {
+  const LONG style = GetWindowLongA(control, GWL_STYLE);
+  std::string text = TextFieldBytes(ClipboardText(control)).shown();
+  if ((style & ES_READONLY) != 0 || text.empty()) return;
+  if ((style & ES_MULTILINE) == 0) text.resize(std::min(text.find('\r'), text.size()));
+  SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+LRESULT CALLBACK FieldProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                           DWORD_PTR /*unused*/) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(control, &FieldProc, id);
+  if (message != WM_PASTE) return DefSubclassProc(control, message, wParam, lParam);
+  try {
+    Paste(control);
+  } catch (...) {
+    // Memory ran out: nothing was pasted.
+  }
+  return 0;
+}
+
+}  // namespace
+
+ExactTextField::ExactTextField(HWND control) : control_(control) {
+  SetWindowSubclass(control, &FieldProc, 0, 0);
+}
 
 void ExactTextField::SetText(const std::string& text) {
   original_ = text;

@@ -11,10 +11,12 @@ namespace snip {
 
 /// The text of an edit or rich-edit control, byte for byte: what was put in and not touched by the user comes
 /// out as it was, whatever the control makes of zero bytes and lone line ends.
+///
+/// What is pasted becomes what the code page has of it, so that the control shows what will be stored.
 class ExactTextField {
  public:
   ExactTextField() = default;
-  explicit ExactTextField(HWND control) : control_(control) {}
+  explicit ExactTextField(HWND control);
 
   void SetText(const std::string& text);
   /// Nothing when the control does not tell it.

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Clipboard.h"
+#include "platform/ExactTextField.h"
 #include "platform/OleColor.h"
 #include "platform/Win32Text.h"
 #include "tests/support/TestDesktop.h"
@@ -156,6 +158,52 @@ TEST_F(BnRichEditTest, PastingTakesTextAlone) {
   EXPECT_EQ(Text(), "plain");
 }
 
+TEST_F(BnRichEditTest, WhatTheCodePageLacksIsReplacedWhenItIsPutIn) {
+  // A letter that the code page lacks; UTF-8 lacks half a pair alone.
+  const std::u16string lacking(1, GetACP() == CP_UTF8 ? u'\xD800' : u'\x05D0');
+  const std::u16string put = u"Dim " + lacking;
+  const auto* bytes = reinterpret_cast<const char*>(put.c_str());
+  PutOnClipboard({{CF_UNICODETEXT, std::string(bytes, (put.size() + 1) * sizeof(char16_t))}});
+  editor_.SetLocked(false);
+  editor_.Focus();
+  const std::vector<std::pair<const char*, std::function<void()>>> ways = {
+      {"key", [] { PressKey('V', {VK_CONTROL}); }},
+      {"message", [this] { SendMessageA(Control(), WM_PASTE, 0, 0); }},
+      {"menu", [this] { editor_.ReplaceSelection(ClipboardText(frame_)); }},
+      {"another program",
+       [&] {
+         SETTEXTEX how{ST_SELECTION | ST_KEEPUNDO, 1200};
+         SendMessageA(Control(), EM_SETTEXTEX, reinterpret_cast<WPARAM>(&how),
+                      reinterpret_cast<LPARAM>(put.c_str()));
+       }},
+  };
+  const std::string stored = AnsiFromUtf16(put);
+  for (const auto& [name, putIn] : ways) {
+    SCOPED_TRACE(name);
+    editor_.SetText("ab");
+    editor_.SetSelection(1, 0);
+    putIn();
+    ASSERT_TRUE(WaitUntil([&] { return Text() != "ab"; }));
+    EXPECT_EQ(Text(), "a" + stored + "b");
+    EXPECT_EQ(RichEditText(Control()), Utf16FromAnsi(Text()));
+    editor_.Undo();
+    EXPECT_EQ(Text(), "ab");
+    SendMessageA(Control(), EM_REDO, 0, 0);
+    EXPECT_EQ(RichEditText(Control()), Utf16FromAnsi("a" + stored + "b"));
+  }
+  const ExactTextField field(other_);
+  SendMessageA(other_, WM_PASTE, 0, 0);
+  // Past the field's own procedures, which are told in the code page.
+  WNDCLASSW edit{};
+  GetClassInfoW(nullptr, L"EDIT", &edit);
+  std::u16string shown(stored.size() + 1, u'\0');
+  const LRESULT size = CallWindowProcW(edit.lpfnWndProc, other_, WM_GETTEXT, shown.size(),
+                                       reinterpret_cast<LPARAM>(shown.data()));
+  shown.resize(static_cast<std::size_t>(size));
+  EXPECT_EQ(field.Text(), stored);
+  EXPECT_EQ(shown, Utf16FromAnsi(stored));
+}
+
 TEST_F(BnRichEditTest, LockedTextCannotBeTypedIn) {
   editor_.SetText("abc");
   editor_.SetLocked(true);
@@ -277,6 +325,10 @@ TEST_F(BnRichEditTest, AfterAnEditTheColoursAreRightAndUndoTakesBackTheTextAlone
       {"Delete over a line end", 5, 0, [] { PressKey(VK_DELETE); }, "Dim xy = \"" + z + "\"",
        "kkk ff f " + s},
       {"Enter", 1, 0, [] { PressKey(VK_RETURN); }, "D\r\nim x\r\ny = \"" + z + "\"", "f ff f f f " + s},
+      {"Shift+Enter", 1, 0, [] { PressKey(VK_RETURN, {VK_SHIFT}); }, "D\r\nim x\r\ny = \"" + z + "\"",
+       "f ff f f f " + s},
+      {"Shift+Insert", 6, 4, [] { PressKey(VK_INSERT, {VK_SHIFT}); }, "Dim x\r\nEnd\r\n'\"" + z + "\"",
+       "kkk f kkk c" + c},
       {"paste", 6, 4, [] { PressKey('V', {VK_CONTROL}); }, "Dim x\r\nEnd\r\n'\"" + z + "\"",
        "kkk f kkk c" + c},
       {"cut", 0, 4, [] { PressKey('X', {VK_CONTROL}); }, "x\r\ny = \"" + z + "\"", "f f f " + s},
@@ -346,12 +398,16 @@ TEST_F(BnRichEditTest, AnotherFontLeavesTextSelectionAndColours) {
   format.cbSize = sizeof format;
   SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
   EXPECT_STREQ(format.szFaceName, "Arial");
-  EXPECT_EQ(format.yHeight, 200);
+  EXPECT_EQ(format.yHeight, 195);
   EXPECT_NE(format.dwEffects & CFE_BOLD, 0U);
   EXPECT_EQ(editor_.SelStart(), 1);
   EXPECT_EQ(editor_.SelLength(), 2);
   EXPECT_EQ(Hues(), "cccc c");
   EXPECT_EQ(Text(), "'Dim a");
+  editor_.Undo();
+  EXPECT_EQ(Text(), "Dim a");
+  EXPECT_EQ(Hues(), "kkk f");
+  EXPECT_FALSE(editor_.CanUndo());
 }
 
 TEST_F(BnRichEditTest, TextIsShownAsItIsWhateverItLooksLike) {
@@ -379,8 +435,8 @@ TEST_F(BnRichEditTest, LockedTextCannotBeChangedByAnything) {
   editor_.SetSelection(0, 2);
   editor_.ReplaceSelection("y");
   editor_.Undo();
-  for (const int message : {WM_CUT, WM_PASTE, WM_CLEAR, WM_UNDO, EM_REDO}) {
-    SendMessageA(Control(), static_cast<UINT>(message), 0, 0);
+  for (const int message : {WM_CUT, WM_PASTE, WM_CLEAR, WM_UNDO, EM_REDO, WM_UNICHAR, WM_IME_CHAR}) {
+    SendMessageA(Control(), static_cast<UINT>(message), 'u', 0);
   }
   PressKey('Z', {VK_CONTROL});
   PressKey('X', {VK_CONTROL});

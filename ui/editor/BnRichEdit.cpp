@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <utility>
 
+#include "platform/Clipboard.h"
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/OleColor.h"
@@ -15,6 +15,7 @@
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "ui/commandbar/PropertyFont.h"
+#include "ui/editor/EditorKeys.h"
 #include "ui/editor/PlainTextOnly.h"
 #include "ui/editor/RichEditText.h"
 #include "ui/editor/RtfText.h"
@@ -31,7 +32,9 @@ constexpr std::size_t kShortText = 16000;  ///< Characters.
 constexpr std::ptrdiff_t kShortTextLines = 200;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 constexpr int kTabCharacters = 4;
-constexpr WPARAM kCopyCharacter = 3;
+
+constexpr DWORD kFontMask =
+    CFM_FACE | CFM_SIZE | CFM_CHARSET | CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT;
 
 constexpr UINT_PTR kColouringTimer = 1;
 constexpr UINT kColouringPause = 10;  ///< Milliseconds between two slices.
@@ -42,36 +45,34 @@ bool Held(int key) {
   return GetKeyState(key) < 0;
 }
 
-bool IsPasteKey(WPARAM key) {
-  // With Alt as well it is a letter of some keyboards.
-  return (key == 'V' && Held(VK_CONTROL) && !Held(VK_MENU)) || (key == VK_INSERT && Held(VK_SHIFT));
+EditorKey WithHeldKeys(WPARAM key) {
+  return {.code = static_cast<unsigned>(key),
+          .shift = Held(VK_SHIFT),
+          .control = Held(VK_CONTROL),
+          .alt = Held(VK_MENU)};
 }
 
-/// Keys by which rich-edit controls change alignment, line distance and letters.
-bool IsFormatKey(WPARAM key) {
-  constexpr char plain[] = "EJLR125I";
-  if (!Held(VK_CONTROL) || Held(VK_MENU)) return false;
-  if (key == VK_OEM_PLUS) return true;
-  if (key == 'A' && Held(VK_SHIFT)) return true;
-  return key < 0x80 && key != 0 && std::strchr(plain, static_cast<int>(key)) != nullptr;
-}
-
-/// Keys that change the text without giving a character. A locked control's own refusal does not cover all.
-bool IsEditKey(WPARAM key) {
-  if (key == VK_DELETE || key == VK_BACK) return true;
-  return Held(VK_CONTROL) && (key == 'X' || key == 'Z' || key == 'Y');
-}
-
+/// Messages by which others than the program change the text; a locked control's own refusal does not cover
+/// all.
 bool ChangesText(UINT message) {
   switch (message) {
     case WM_CUT:
     case WM_PASTE:
     case WM_CLEAR:
     case WM_UNDO:
+    case WM_SETTEXT:
+    case WM_UNICHAR:
+    case WM_IME_STARTCOMPOSITION:
+    case WM_IME_COMPOSITION:
+    case WM_IME_ENDCOMPOSITION:
+    case WM_IME_CHAR:
+    case WM_IME_KEYDOWN:
     case EM_UNDO:
     case EM_REDO:
     case EM_PASTESPECIAL:
     case EM_REPLACESEL:
+    case EM_SETTEXTEX:
+    case EM_STREAMIN:
       return true;
     default:
       return false;
@@ -83,9 +84,7 @@ bool EditsAtCaret(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_CHAR:
     case WM_CUT:
-    case WM_PASTE:
     case WM_CLEAR:
-    case EM_PASTESPECIAL:
     case EM_REPLACESEL:
       return true;
     case WM_KEYDOWN:
@@ -150,7 +149,7 @@ void BnRichEdit::MakeControl() {
     SendMessageA(control_, EM_SETEVENTMASK, 0, ENM_CHANGE);
     const ComPtr<PlainTextOnly> callback(new PlainTextOnly);
     SendMessageA(control_, EM_SETOLECALLBACK, 0, reinterpret_cast<LPARAM>(callback.get()));
-    SetControlFormat();
+    SetControlFormat(kFontMask | CFM_COLOR);
     colouring_.Attach(control_, characterSize_.height);
   } else {
     SendMessageA(control_, EM_SETLIMITTEXT, 0, 0);
@@ -159,14 +158,13 @@ void BnRichEdit::MakeControl() {
   if (hadFocus) ::SetFocus(control_);
 }
 
-/// Font and colour of an empty rich-edit control, in half points as RTF has them.
-void BnRichEdit::SetControlFormat() const {
-  constexpr LONG twipsPerHalfPoint = 10;
+/// Those parts of font and colour of a rich-edit control that the mask names.
+void BnRichEdit::SetControlFormat(DWORD mask) const {
+  constexpr double twipsPerPoint = 20;
   CHARFORMATA format{};
   format.cbSize = sizeof format;
-  format.dwMask =
-      CFM_FACE | CFM_SIZE | CFM_CHARSET | CFM_COLOR | CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT;
-  format.yHeight = static_cast<LONG>(std::lround(font_.Size * 2)) * twipsPerHalfPoint;
+  format.dwMask = mask;
+  format.yHeight = std::lround(font_.Size * twipsPerPoint);
   format.bCharSet = font_.Charset;
   format.crTextColor = colouring_.colours().fore;
   format.dwEffects = (font_.Bold ? CFE_BOLD : 0U) | (font_.Italic ? CFE_ITALIC : 0U) |
@@ -250,6 +248,7 @@ bool BnRichEdit::ShowAsRtf(const std::u16string& characters, std::string columns
   StreamIn(control_,
            RtfOf(characters, runs, {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}),
            SF_RTF);
+  SetControlFormat(CFM_SIZE);  // RTF has half points only
   return colouring_.AgreesWithControl();
 }
 
@@ -266,24 +265,6 @@ void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
   colouring_.StartUncoloured(std::move(columns));
 }
 
-/// Shows the present text in a new control, at the same place.
-void BnRichEdit::ShowAgain() {
-  if (control_ == nullptr) return;
-  const std::optional<std::string> shown = ShownText();
-  if (!shown) return;
-  const int start = SelStart();
-  const int length = SelLength();
-  const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  {
-    const FlagScope filling(filling_);
-    MakeControl();
-  }
-  Show(*shown);
-  SetSelection(start, length);
-  const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
-}
-
 void BnRichEdit::SetLocked(bool locked) {
   if (locked_ == locked) return;  // Wine paints all edges of a control that is told
   locked_ = locked;
@@ -293,7 +274,31 @@ void BnRichEdit::SetLocked(bool locked) {
 void BnRichEdit::SetFont(const FontProperty& font) {
   if (font == font_) return;
   font_ = font;
-  ShowAgain();
+  if (control_ == nullptr) return;
+  UniqueFont handle = MakeFont(font_, ScreenTwips());
+  characterSize_ = CharacterSize(handle.get());
+  if (hasRichEdit_) {
+    colouring_.SetLineHeight(characterSize_.height);
+    colouring_.ChangeLook([this] { ChangeFont(); });
+  } else {
+    SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
+    SetTabStops();
+  }
+  fontHandle_ = std::move(handle);  // the control has let go of the old one
+}
+
+/// Of a rich-edit control, whose text, selection and first line stay.
+void BnRichEdit::ChangeFont() const {
+  const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  CHARRANGE selection{};
+  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  SetControlFormat(kFontMask);
+  CHARRANGE all{0, -1};
+  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&all));
+  SetTabStops();
+  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
 }
 
 void BnRichEdit::SetForeColor(COLORREF color) {
@@ -367,6 +372,7 @@ std::optional<std::string> BnRichEdit::SelText() const {
 void BnRichEdit::ReplaceSelection(const std::string& text) {
   std::string kept = text;
   std::erase(kept, '\0');
+  std::replace(kept.begin(), kept.end(), '\v', '\n');  // how other programs break a line within a paragraph
   const std::string shown = TextFieldBytes(kept).shown();
   SendMessageA(control_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(shown.c_str()));
 }
@@ -394,18 +400,29 @@ void BnRichEdit::SelectWordAt(POINTL place) {
   SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
 }
 
+void BnRichEdit::Paste() {
+  // As text, whatever else the clipboard offers: pictures and formats have no place in code.
+  if (const std::string text = ClipboardText(hWnd()); !text.empty()) ReplaceSelection(text);
+}
+
 bool BnRichEdit::FilterKey(WPARAM key) {
-  if (key == VK_TAB && locked_) {
-    // Tab is a character while the code is edited; in a field that is only read it moves on.
-    ::SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, Held(VK_SHIFT) ? TRUE : FALSE));
-    return true;
+  switch (ActionOf(WithHeldKeys(key), locked_)) {
+    case KeyAction::Pass:
+      return false;
+    case KeyAction::Paste:
+      Paste();
+      break;
+    case KeyAction::NewLine:
+      ReplaceSelection("\r\n");
+      SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+      break;
+    case KeyAction::MoveOn:
+      ::SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, Held(VK_SHIFT) ? TRUE : FALSE));
+      break;
+    case KeyAction::Stop:
+      break;
   }
-  // A plain edit control does this by itself.
-  if (hasRichEdit_ && IsPasteKey(key)) {
-    SendMessageA(control_, WM_PASTE, 0, 0);
-    return true;
-  }
-  return IsFormatKey(key) || (locked_ && IsEditKey(key));
+  return true;
 }
 
 /// Raises contextMenu for a place right below the caret, or in the corner when the caret cannot be seen.
@@ -423,10 +440,11 @@ void BnRichEdit::AskForMenu() const {
 bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
   POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
   switch (message) {
-    case WM_CHAR:
-      Raise(events_.keyPress, static_cast<char>(wParam));
-      // Edit controls copy when they get Ctrl+C's character.
-      return locked_ && wParam != kCopyCharacter;
+    case WM_CHAR: {
+      const EditorKey held = WithHeldKeys(0);
+      if (wParam >= ' ' || !held.control) Raise(events_.keyPress, static_cast<char>(wParam));
+      return !TakesCharacter(static_cast<unsigned char>(wParam), held, locked_);
+    }
     case WM_KEYDOWN:
       return FilterKey(wParam);
     case WM_KEYUP:
@@ -439,7 +457,13 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
         AskForMenu();
         return true;
       }
-      return locked_ && wParam == VK_BACK;  // undoes
+      if (ActionOf(WithHeldKeys(wParam), locked_) == KeyAction::Pass) return false;
+      // Menus and the window's own keys; the control would make characters of numbers with it.
+      DefWindowProcA(control_, message, wParam, lParam);
+      return true;
+    case WM_SYSCHAR:
+      DefWindowProcA(control_, message, wParam, lParam);
+      return true;
     case WM_CONTEXTMENU:
       // With the mouse it was asked for by mouseDown; the keyboard's is sent by programs that help people.
       if (lParam == -1) AskForMenu();
@@ -474,11 +498,9 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
   const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
   if (!going && (control != control_ || (locked_ && !filling_ && ChangesText(message)))) return 0;
   if (message == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();
-  if (message == WM_PASTE && hasRichEdit_) {
-    // As text, whatever else the clipboard offers: pictures and formats have no place in code.
-    message = EM_PASTESPECIAL;
-    wParam = CF_UNICODETEXT;
-    lParam = 0;
+  if (message == WM_PASTE || message == EM_PASTESPECIAL) {
+    Paste();
+    return 0;
   }
   if (answering_ || remaking_ || filling_ || colouring_.busy()) {
     return CallWindowProcA(controlsOwn_, control, message, wParam, lParam);

@@ -58,7 +58,6 @@ class BnRichEdit : public Window {
   void SetLocked(bool locked);
 
   const FontProperty& Font() const { return font_; }
-  /// Clears what could be undone.
   void SetFont(const FontProperty& font);
 
   /// A colour or a system colour (platform/OleColor.h).
@@ -90,20 +89,21 @@ class BnRichEdit : public Window {
   static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
 
   void MakeControl();
-  void SetControlFormat() const;
+  void SetControlFormat(DWORD mask) const;
+  void ChangeFont() const;
   void SetTabStops() const;
   int TabTwips() const;
   /// Shows a text that is such as `TextFieldBytes` makes it.
   void Show(const std::string& shown);
   bool ShowAsRtf(const std::u16string& characters, std::string columns);
   void ShowPlain(const std::string& shown, std::string columns);
-  void ShowAgain();
   std::optional<std::string> ShownText() const;
 
   LRESULT OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
   /// Looks at an input message before the control does; true when the control is not to see it.
   bool FilterInput(UINT message, WPARAM wParam, LPARAM lParam);
   bool FilterKey(WPARAM key);
+  void Paste();
   void AskForMenu() const;
   void SelectWordAt(POINTL place);
   void OnChange();

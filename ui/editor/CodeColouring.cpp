@@ -6,6 +6,7 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/FlagScope.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/editor/RichEditText.h"
@@ -29,13 +30,24 @@ CHARRANGE Selection(HWND control) {
   return selection;
 }
 
+void Select(HWND control, CHARRANGE range) {
+  SendMessageA(control, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+}
+
 }  // namespace
 
 void CodeColouring::Attach(HWND control, int lineHeight) {
   control_ = control;
-  lineHeight_ = std::max(lineHeight, 1);
+  SetLineHeight(lineHeight);
   ranges_ = control != nullptr ? RichEditRanges(control) : RichEditRanges();
   model_.Load({});
+}
+
+void CodeColouring::ChangeLook(const std::function<void()>& change) {
+  if (!active()) return change();
+  const FlagScope busy(busy_);
+  const RichEditRanges::Unrecorded unrecorded(ranges_);
+  change();
 }
 
 bool CodeColouring::TakeColours(COLORREF fore) {
@@ -112,15 +124,17 @@ void CodeColouring::ShowAsStored(std::size_t begin, std::u16string& characters) 
   const std::u16string stored = Utf16FromAnsi(AnsiFromUtf16(characters));
   if (stored == characters || stored.size() != characters.size()) return;
   const CHARRANGE selection = Selection(control_);
-  busy_ = true;
-  {
-    RichEditRanges::Session session(ranges_);
-    for (std::size_t i = 0; i < stored.size(); ++i) {
-      if (stored[i] != characters[i]) session.SetText(begin + i, std::u16string_view(stored).substr(i, 1));
-    }
-    SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+  const FlagScope busy(busy_);
+  const RichEditRanges::Unrecorded unrecorded(ranges_);
+  for (std::size_t i = 0; i < stored.size(); ++i) {
+    if (stored[i] == characters[i]) continue;
+    // By messages, since Wine's control fails when its object model changes the text.
+    const auto place = static_cast<LONG>(begin + i);
+    Select(control_, {place, place + 1});
+    const std::string bytes = AnsiFromUtf16(std::u16string_view(stored).substr(i, 1));
+    SendMessageA(control_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(bytes.c_str()));
   }
-  busy_ = false;
+  Select(control_, selection);
   characters = stored;
 }
 
@@ -146,12 +160,9 @@ bool CodeColouring::FinishSome() {
 void CodeColouring::Finish(std::size_t firstLine, std::size_t endLine) {
   const std::vector<HueRun> runs = model_.Finish(firstLine, endLine);
   if (runs.empty()) return;
-  busy_ = true;
-  {
-    RichEditRanges::Session session(ranges_);
-    for (const HueRun& run : runs) session.SetColor(run.begin, run.end, ColorOf(run.hue));
-  }
-  busy_ = false;
+  const FlagScope busy(busy_);
+  const RichEditRanges::Colouring colouring(ranges_);
+  for (const HueRun& run : runs) colouring.SetColor(run.begin, run.end, ColorOf(run.hue));
 }
 
 COLORREF CodeColouring::ColorOf(Hue hue) const {

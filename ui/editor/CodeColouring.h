@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,9 @@ class CodeColouring {
   /// Works on a control from now on, which is empty; on none for null. `lineHeight` is in pixels.
   void Attach(HWND control, int lineHeight);
   bool active() const { return static_cast<bool>(ranges_); }
+  void SetLineHeight(int lineHeight) { lineHeight_ = std::max(lineHeight, 1); }
+  /// Changes how the control's text looks; it is no edit that could be undone.
+  void ChangeLook(const std::function<void()>& change);
 
   const CodeColours& colours() const { return colours_; }
   /// Takes the user's present colours. True when what is shown has to be coloured anew.

@@ -84,12 +84,15 @@ void ColouredText::ReplaceAll(std::string_view text) {
   }
   const std::size_t oldEnd = text_.size() - sameAtEnd;
   const std::string_view inserted = text.substr(same, text.size() - sameAtEnd - same);
-  Replace(same, oldEnd, inserted, Hue::Unknown);
-  if (inserted.empty() || oldEnd > same) return;
-  // What came in beside the like of itself may be one as well as the other.
+  // What came in or went beside the like of itself may be one as well as the other.
   std::size_t begin = same;
-  while (begin > 0 && text[begin - 1] == text[begin - 1 + inserted.size()]) --begin;
-  ForgetHues(begin, same);
+  if (inserted.empty() != (oldEnd == same)) {
+    const std::string_view longer = inserted.empty() ? text_ : text;
+    const std::size_t moved = std::max(inserted.size(), oldEnd - same);
+    while (begin > 0 && longer[begin - 1] == longer[begin - 1 + moved]) --begin;
+  }
+  Replace(same, oldEnd, inserted, Hue::Unknown);
+  if (begin < same) ForgetHues(begin, same);
 }
 
 void ColouredText::ForgetHues() {

@@ -36,28 +36,30 @@ std::u16string RichEditRanges::Text(std::size_t begin, std::size_t end) const {
   return {reinterpret_cast<const char16_t*>(text.get()), SysStringLen(text.get())};
 }
 
-RichEditRanges::Session::Session(const RichEditRanges& ranges) : ranges_(ranges) {
+RichEditRanges::Unrecorded::Unrecorded(const RichEditRanges& ranges) : ranges_(ranges) {
   long count = 0;
   ranges_.document_->Undo(tomSuspend, &count);
-  ranges_.document_->Freeze(&count);
 }
 
-RichEditRanges::Session::~Session() {
+RichEditRanges::Unrecorded::~Unrecorded() {
   long count = 0;
-  ranges_.document_->Unfreeze(&count);
   ranges_.document_->Undo(tomResume, &count);
 }
 
-void RichEditRanges::Session::SetColor(std::size_t begin, std::size_t end, COLORREF color) {
+RichEditRanges::Colouring::Colouring(const RichEditRanges& ranges) : ranges_(ranges), unrecorded_(ranges) {
+  long count = 0;
+  ranges_.document_->Freeze(&count);
+}
+
+RichEditRanges::Colouring::~Colouring() {
+  long count = 0;
+  ranges_.document_->Unfreeze(&count);
+}
+
+void RichEditRanges::Colouring::SetColor(std::size_t begin, std::size_t end, COLORREF color) const {
   if (FAILED(ranges_.range_->SetRange(static_cast<long>(begin), static_cast<long>(end)))) return;
   ranges_.look_->SetForeColor(static_cast<long>(color));
   ranges_.range_->SetFont(ranges_.look_.get());
-}
-
-void RichEditRanges::Session::SetText(std::size_t begin, std::u16string_view text) {
-  const auto end = static_cast<long>(begin + text.size());
-  if (FAILED(ranges_.range_->SetRange(static_cast<long>(begin), end))) return;
-  ranges_.range_->SetText(Bstr(text).get());
 }
 
 }  // namespace snip

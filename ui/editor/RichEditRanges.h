@@ -6,13 +6,12 @@
 
 #include <cstddef>
 #include <string>
-#include <string_view>
 
 #include "platform/Com.h"
 
 namespace snip {
 
-/// Reads, colours and mends parts of a rich-edit control's text by its object model: without touching the
+/// Reads and colours parts of a rich-edit control's text by its object model: without touching the
 /// selection, without scrolling, and (unlike by messages) without an entry in the control's list of what can
 /// be undone.
 class RichEditRanges {
@@ -28,21 +27,32 @@ class RichEditRanges {
   /// The characters [begin, end), fewer when the control does not tell them.
   std::u16string Text(std::size_t begin, std::size_t end) const;
 
-  /// What is set while one of these lives leaves no entry. It should be short: the user's edits in it cannot
-  /// be undone either.
-  class Session {
+  /// What is changed while one of these lives leaves no entry. It should be short: the user's edits in it
+  /// cannot be undone either.
+  class Unrecorded {
    public:
-    explicit Session(const RichEditRanges& ranges);
-    ~Session();
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
-    /// Colours the characters [begin, end).
-    void SetColor(std::size_t begin, std::size_t end, COLORREF color);
-    /// Puts other characters, as many, in place of those from `begin` on.
-    void SetText(std::size_t begin, std::u16string_view text);
+    explicit Unrecorded(const RichEditRanges& ranges);
+    ~Unrecorded();
+    Unrecorded(const Unrecorded&) = delete;
+    Unrecorded& operator=(const Unrecorded&) = delete;
 
    private:
     const RichEditRanges& ranges_;
+  };
+
+  /// Colours may be set while one of these lives, which are painted when it goes. Unrecorded as well.
+  class Colouring {
+   public:
+    explicit Colouring(const RichEditRanges& ranges);
+    ~Colouring();
+    Colouring(const Colouring&) = delete;
+    Colouring& operator=(const Colouring&) = delete;
+    /// Colours the characters [begin, end).
+    void SetColor(std::size_t begin, std::size_t end, COLORREF color) const;
+
+   private:
+    const RichEditRanges& ranges_;
+    Unrecorded unrecorded_;
   };
 
  private:

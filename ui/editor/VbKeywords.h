@@ -7,7 +7,8 @@ namespace snip {
 /// What decides whether a word that may also be a name is a keyword.
 struct KeywordPlace {
   std::string_view statement;  ///< First word of the statement.
-  bool beforeString = false;   ///< A string literal follows.
+  bool beginsStatement = false;
+  char next = '\0';  ///< The first character behind the word that is no blank.
 };
 
 /// Whether a word, in any letter case, is a keyword of Visual Basic 5 at its place.

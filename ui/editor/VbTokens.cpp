@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
+#include "platform/Text.h"
 #include "ui/editor/VbKeywords.h"
 
 namespace snip {
@@ -74,11 +76,19 @@ bool IsDate(std::string_view content) {
   return digit && divided;
 }
 
+/// Statements in which words are keywords that elsewhere are names.
+constexpr std::array<std::pair<std::string_view, LineState>, 3> kGoingOn = {
+    {{"Open", LineState::InOpen}, {"Option", LineState::InOption}, {"Name", LineState::InName}}};
+
 /// Reads one line from its begin to its end.
 class LineScanner {
  public:
   LineScanner(std::string_view line, LineState before)
-      : line_(line), inDirective_(before == LineState::InDirective), before_(before) {}
+      : line_(line), inDirective_(before == LineState::InDirective), before_(before) {
+    for (const auto& [word, state] : kGoingOn) {
+      if (state == before) statement_ = word;
+    }
+  }
 
   LineTokens Scan() {
     if (before_ == LineState::InComment) {
@@ -117,7 +127,11 @@ class LineScanner {
   LineState Continuation() const {
     if (inComment_) return LineState::InComment;
     if (inString_) return LineState::Fresh;
-    return inDirective_ ? LineState::InDirective : LineState::InStatement;
+    if (inDirective_) return LineState::InDirective;
+    for (const auto& [word, state] : kGoingOn) {
+      if (EqualsIgnoringAsciiCase(statement_, word)) return state;
+    }
+    return LineState::InStatement;
   }
 
   void TakeLineStart() {
@@ -246,7 +260,8 @@ class LineScanner {
     }
     std::size_t behind = end;
     while (IsBlank(At(behind))) ++behind;
-    const KeywordPlace where{.statement = statement_, .beforeString = At(behind) == '"'};
+    const KeywordPlace where{
+        .statement = statement_, .beginsStatement = statement_.data() == word.data(), .next = At(behind)};
     if (IsKeyword(word, where)) {
       const bool textFunction = At(end) == '$';
       Take(textFunction ? end + 1 : end, inDirective_ ? TokenKind::Directive : TokenKind::Keyword);

@@ -26,8 +26,9 @@ struct VbToken {
   friend bool operator==(const VbToken&, const VbToken&) = default;
 };
 
-/// What a line is told by the line before, which may end in a blank and "_" to go on in it.
-enum class LineState : unsigned char { Fresh, InStatement, InComment, InDirective };
+/// What a line is told by the line before, which may end in a blank and "_" to go on in it; of statements
+/// that have keywords of their own, which one it is.
+enum class LineState : unsigned char { Fresh, InStatement, InOpen, InOption, InName, InComment, InDirective };
 
 struct LineTokens {
   std::vector<VbToken> tokens;  ///< In the line's order, without overlap.
