@@ -1,5 +1,7 @@
 #include "ui/menu/MenuLayout.h"
 
+#include <algorithm>
+
 namespace snip {
 namespace {
 
@@ -103,7 +105,9 @@ Rect MenuLayout::PictureArea(int index) const {
 
 Rect MenuLayout::Caption(int index) const {
   const Rect row = Row(index);
-  const int left = metrics_.TextLeftPixels() + (mode_.floating ? kFloatingTextShift : 0);
+  // The column of the pictures has its pixels on every screen, while pictures grow with the resolution.
+  const int left = std::max(metrics_.TextLeftPixels() + (mode_.floating ? kFloatingTextShift : 0),
+                            PictureArea(index).right() + metrics_.Scaled(1));
   return {left, row.top, row.right() - left, row.height};
 }
 

@@ -4,11 +4,10 @@ namespace snip {
 namespace {
 
 /// The picture of a docked menu's hot item looks like a raised button, and the whole row of a torn-off one.
-/// A disabled item offers nothing to press, hence no frame.
+/// The picture of a disabled item offers nothing to press, hence no frame.
 MenuFrame FrameOf(const MenuItemState& item) {
-  if (!item.enabled) return MenuFrame::None;
   if (item.floating) return MenuFrame::Row;
-  return item.hasPicture ? MenuFrame::PictureCell : MenuFrame::None;
+  return item.enabled && item.hasPicture ? MenuFrame::PictureCell : MenuFrame::None;
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ enum class MenuColor {
 };
 
 /// What gets the frame of an item: a line in the light colour on the left and top, one in the dark colour on
-/// the right and bottom, just inside. An item that is not hot has it in the background's colour.
+/// the right and bottom, just inside. An enabled item that is not hot has it in the background's colour.
 enum class MenuFrame { None, PictureCell, Row };
 
 /// How an item that is no separator is drawn; MenuLayout.h says where. First its row is filled, then comes

@@ -5,9 +5,9 @@ namespace {
 
 /// Room above and below a caption, in twips.
 constexpr int kAroundText = 120;
-/// The cell that the pictures stand in, in pixels at 96 dpi.
+/// The column of the pictures, in pixels of any screen.
 constexpr int kPictureColumn = 24;
-/// Between that cell and the caption, in twips.
+/// Between that column and the caption, in twips.
 constexpr int kTextGap = 15;
 
 }  // namespace
@@ -17,7 +17,7 @@ MenuMetrics ResetInfo(int textHeight, const TwipsPerPixel& twips) {
   metrics.twips = twips;
   metrics.ItemHeight = twips.ToTwipsY(textHeight) + kAroundText;
   metrics.SeparatorDelta = metrics.ItemHeight - kSeparatorHeight;
-  metrics.TextLeft = TwipsPerPixel{}.ToTwipsX(kPictureColumn) + kTextGap;
+  metrics.TextLeft = twips.ToTwipsX(kPictureColumn) + kTextGap;
   return metrics;
 }
 

@@ -21,9 +21,10 @@ int LowRows(const MenuItems& items) {
   return items.SeparatorCount(items.iCount() - 1);
 }
 
-/// Whole pixels, what is left over cut off.
+/// Whole pixels, what is left over cut off. A place in whole twips may be up to half a twip short of the
+/// pixel that it was made of.
 int CornerPixels(int twips, double twipsPerPixel) {
-  return static_cast<int>(twips / twipsPerPixel);
+  return static_cast<int>((twips + std::copysign(0.5, twips)) / twipsPerPixel);
 }
 
 }  // namespace
