@@ -1,5 +1,7 @@
 #pragma once
 
+#include <windows.h>
+
 #include <string>
 
 #include "platform/Geometry.h"
@@ -16,8 +18,8 @@ class TipWindow {
   virtual void ShowTip(const std::string& text, int x, int y) = 0;
   virtual void Hide() = 0;
   virtual bool Visible() const = 0;
-  /// Whether the tip is what lies under a point of the screen.
-  virtual bool Covers(Point screen) const = 0;
+  /// Whether the tip is all that hides `window` at a point of the screen.
+  virtual bool Hides(HWND window, Point screen) = 0;
 };
 
 }  // namespace snip

@@ -145,8 +145,9 @@ Rect PlaceInParent(HWND window) {
 }
 
 bool LiesAt(HWND window, POINT screen) {
-  // To find the window at a place takes the system long.
-  return Within(window, screen) && WindowFromPoint(screen) == window;
+  // To find the window at a place takes the system long. Wine finds those of a disabled window as well.
+  return Within(window, screen) && IsWindowEnabled(GetAncestor(window, GA_ROOT)) != 0 &&
+         WindowFromPoint(screen) == window;
 }
 
 bool PointerLook::Needed(HWND window) {

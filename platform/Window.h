@@ -75,7 +75,8 @@ Size ClientSize(HWND window);
 /// A window's place in pixels of its parent.
 Rect PlaceInParent(HWND window);
 
-/// Whether a window, none of its children and none that covers it, lies at a place of the screen.
+/// Whether a window, none of its children and none that covers it, lies at a place of the screen. A window of
+/// a disabled one does not: it gets no mouse.
 bool LiesAt(HWND window, POINT screen);
 
 /// Tells a timer's handler whether it has to look for the pointer in a window. Asking the system where the

@@ -350,10 +350,33 @@ TEST_F(BnCommandBarTest, AClickThroughTheTipPressesTheButtonBeneath) {
 }
 
 TEST_F(BnCommandBarTest, TheTipGoesWithItsBar) {
-  HoverOver(kPush);
-  ASSERT_TRUE(WaitUntil([&] { return tip_.Visible(); }));
+  const HWND other =
+      CreateWindowExA(0, "EDIT", "other", WS_POPUP, 0, 0, 700, 300, nullptr, nullptr, nullptr, nullptr);
+  const std::vector<std::pair<std::function<void()>, std::function<void()>>> ways = {
+      {[&] { SetWindowPos(other, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW); },
+       [&] { ShowWindow(other, SW_HIDE); }},
+      {[&] { ShowWindow(frame_, SW_HIDE); }, [&] { ShowWindow(frame_, SW_SHOW); }},
+      {[&] { EnableWindow(frame_, FALSE); }, [&] { EnableWindow(frame_, TRUE); }},
+      {[&] { bar_.Destroy(); }, [] {}}};
+  for (std::size_t i = 0; i < ways.size(); ++i) {
+    SCOPED_TRACE(i);
+    HoverOver(kPush);
+    ASSERT_TRUE(WaitUntil([&] { return tip_.Visible(); }));
+    ways[i].first();
+    EXPECT_TRUE(WaitUntil([&] { return !tip_.Visible(); }, 3000));
+    ways[i].second();
+  }
+  DestroyWindow(other);
+}
+
+TEST_F(BnCommandBarTest, WithoutAWindowItLeavesTheScreenAlone) {
   bar_.Destroy();
-  EXPECT_FALSE(tip_.Visible());
+  const WindowDC screen(nullptr);
+  const POINT place = CentreOf(kPush);
+  SetPixel(screen.get(), place.x, place.y, RGB(1, 2, 3));
+  bar_.EraseBtn(kPush);
+  bar_.Refresh();
+  EXPECT_FALSE(WaitUntil([&] { return GetPixel(screen.get(), place.x, place.y) != RGB(1, 2, 3); }, 500));
 }
 
 TEST_F(BnCommandBarTest, PaintShowsState1DownAndRedrawOnlyToggles) {
@@ -443,6 +466,7 @@ TEST_F(BnCommandBarTest, PropertiesTellTheContainerAndComeBackFromABag) {
   EXPECT_EQ(place.right - place.left, bar_.buttons().Find(kText)->Right + 3)
       << "a dockable bar hugs its buttons";
   EXPECT_EQ(bar_.NextButtonX(), (bar_.buttons().Find(kText)->Right + 1) * 15);
+  EXPECT_EQ(Pixel(8, 24), GetSysColor(COLOR_BTNSHADOW)) << "the grip goes down to the bottom";
   bar_.SetMaskColor({0x00FF00});
   bar_.SetBorderStyle(0);
   EXPECT_TRUE(Logged("changed Dockable") && Logged("changed MaskColor") && Logged("changed BorderStyle"));

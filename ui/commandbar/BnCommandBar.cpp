@@ -19,8 +19,6 @@
 namespace snip {
 namespace {
 
-constexpr int kGripMargin = 2;  ///< Pixels between the grip and the bar's bottom.
-
 char ToLower(char c) {
   CharLowerBuffA(&c, 1);
   return c;
@@ -153,7 +151,7 @@ void BnCommandBar::SetState(int index, std::int32_t state) {
 
 void BnCommandBar::EraseBtn(int index) {
   const BarButton* button = buttons_.Find(index);
-  if (button == nullptr) return;
+  if (button == nullptr || hWnd() == nullptr) return;
   const WindowDC dc(hWnd());
   ButtonPainter(dc.get(), painter_).Erase(button->Area());
 }
@@ -167,6 +165,7 @@ void BnCommandBar::RedrawButton(int index) {
 }
 
 void BnCommandBar::Refresh() {
+  if (hWnd() == nullptr) return;  // the system would take it for the desktop
   RedrawWindow(hWnd(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
 }
 
@@ -398,7 +397,7 @@ void BnCommandBar::UserControl_Paint(HDC dc) {
   const ButtonPainter painter(canvas.dc(), painter_);
   painter.Erase({0, 0, client.width, client.height});
   painter.DrawBorder({0, 0, client.width, client.height}, properties_.BorderStyle);
-  if (properties_.Dockable) painter.DrawGrip(client.height - kGripMargin);
+  if (properties_.Dockable) painter.DrawGrip(client.height);
   const std::vector<ButtonLook> looks = PaintLooks(buttons_.All(), input_.InRunMode());
   for (std::size_t i = 0; i < looks.size(); ++i)
     DrawBarButton(canvas.dc(), painter_, buttons_.All()[i], looks[i], Style());
@@ -435,7 +434,7 @@ void BnCommandBar::tHitTest_Timer() {
   look_.Found(screen);
   const Point at{static_cast<int>(screen.x), static_cast<int>(screen.y)};
   std::optional<Point> client;
-  if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Covers(at))) {
+  if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Hides(hWnd(), at))) {
     POINT place = screen;
     ScreenToClient(hWnd(), &place);
     client = Point{static_cast<int>(place.x), static_cast<int>(place.y)};

@@ -60,7 +60,7 @@ class ButtonPainter {
   /// An etched vertical line down the middle of `area`.
   void DrawSeparator(const Rect& area) const;
 
-  /// The two raised bars at the left of a dockable bar, down to above `bottom`.
+  /// The two raised bars at the left of a dockable bar, down to `bottom`, which is the first row below them.
   void DrawGrip(int bottom) const;
 
   /// The lines around a whole bar: raised for every border style but 0, which is none.

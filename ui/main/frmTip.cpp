@@ -2,6 +2,7 @@
 
 #include <windowsx.h>
 
+#include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/ScreenTwips.h"
 #include "ui/main/TipPlacement.h"
@@ -51,6 +52,13 @@ void frmTip::ShowTip(const std::string& text, int x, int y) {
 void frmTip::Hide() {
   if (!Visible()) return;  // asked for with each look at the pointer
   ShowWindow(hWnd(), SW_HIDE);
+}
+
+bool frmTip::Hides(HWND window, Point screen) {
+  const POINT place{screen.x, screen.y};
+  if (!LiesAt(hWnd(), place)) return false;
+  const FlagScope lookedThrough(lookedThrough_);
+  return LiesAt(window, place);
 }
 
 void frmTip::Form_Paint() {
@@ -108,6 +116,8 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_ERASEBKGND:
       return 1;  // painting fills everything
+    case WM_NCHITTEST:
+      return lookedThrough_ ? HTTRANSPARENT : Default(message, wParam, lParam);
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
     case WM_MOUSEWHEEL:

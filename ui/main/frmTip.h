@@ -25,7 +25,7 @@ class frmTip : public Window, public TipWindow {
   void ShowTip(const std::string& text, int x, int y) override;
   void Hide() override;
   bool Visible() const override { return IsWindowVisible(hWnd()) != 0; }
-  bool Covers(Point screen) const override { return LiesAt(hWnd(), {screen.x, screen.y}); }
+  bool Hides(HWND window, Point screen) override;
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -40,6 +40,7 @@ class frmTip : public Window, public TipWindow {
   std::string text_;
   HFONT font_ = nullptr;
   HWND extended_ = nullptr;
+  bool lookedThrough_ = false;  ///< Asked for what lies at a point, the tip says that it does not.
 };
 
 }  // namespace snip
