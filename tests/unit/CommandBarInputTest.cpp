@@ -416,7 +416,8 @@ TEST(CommandBarInput, Pressing) {
        move 1 6 1 2 -> MouseMove 6 1 1,2
        up 3 4 2 4 -> release capture, MouseUp 4 2 3,4)"},
       {"without sound", "pd", R"(
-       add m 1 &M; quiet; down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|flat shifted
+       add m 1 &M; quiet; tick 10
+       down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted
        key m -> paint 2 flat, Dropdown 2
        loud; key m -> paint 2 flat, click sound, Dropdown 2)"},
       {"dragging off and back", "pp", R"(
@@ -435,10 +436,19 @@ TEST(CommandBarInput, Pressing) {
        up 30 -> release capture, MouseUp 1 0 30,10
        tick 10; down 10; up 500 -> release capture, paint 0 raised, MouseUp 1 0 500,10
        tick 500 -> paint 0 flat, MouseLeave 0)"},
-      {"only a hot button is clicked, after a press", "p", R"(
-       down 10; up 10 -> release capture, paint 0 flat, MouseUp 1 0 10,10
-       down 10; tick 10 -> paint 0 sunken|raised shifted, MouseHover 0
+      {"does what a tick would do first", "pp", R"(
+       down 10 -> paint 0 raised, MouseHover 0, take capture, MouseDown 1 0 10,10,
+         paint 0 sunken|raised shifted, click sound
        up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10
+       down 30 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1, take capture,
+         MouseDown 1 0 30,10, paint 1 sunken|raised shifted, click sound
+       up 30; on MouseLeave 1: freeze
+       down 10 -> paint 1 flat, MouseLeave 1, take capture, MouseDown 1 0 10,10,
+         paint 0 sunken|flat shifted, click sound
+       hot -> -1)"},
+      {"only a hot button is clicked, after a press", "p", R"(
+       freeze; down 10; up 10 -> release capture, MouseUp 1 0 10,10
+       thaw; down 10; up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10
        up 10 -> MouseUp 1 0 10,10
        dbl -> DblClick
        pressed -> -1
@@ -450,7 +460,7 @@ TEST(CommandBarInput, Pressing) {
        move 40 -> MouseMove 1 0 40,10
        rest 10 40 ->
        up 40 -> release capture, MouseUp 1 0 40,10
-       tick 40 -> paint 2 raised, MouseHover 2
+       tick 40 -> paint 0 flat, MouseLeave 0, paint 2 raised, MouseHover 2
        tick 500; down 27 -> take capture, MouseDown 1 0 27,10
        rest 10 40 ->
        up 40; down 500; rest 10 40 ->
@@ -479,8 +489,8 @@ TEST(CommandBarInput, Pressing) {
        down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, Dropdown 0, paint 0 flat
        up 10 -> release capture, paint 0 raised, ButtonClicked 0, MouseUp 1 0 10,10)"},
       {"the parts of a drop-down button", "d", R"(
-       down 28 -> take capture, MouseDown 1 0 28,10, paint 0 flat|sunken, Dropdown 0, paint 0 flat
-       up 28; tick 28
+       freeze; down 28 -> take capture, MouseDown 1 0 28,10, paint 0 flat|sunken, Dropdown 0
+       up 28; thaw; tick 28
        down 28 -> take capture, MouseDown 1 0 28,10, paint 0 raised|sunken, Dropdown 0, paint 0 flat
        up 28 -> release capture, MouseUp 1 0 28,10
        down 10 -> take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, click sound
@@ -490,10 +500,10 @@ TEST(CommandBarInput, Pressing) {
        down 28; move 10; up 10 -> release capture, paint 0 raised, MouseUp 1 0 10,10)"},
       {"a second mouse button begins another press", "pp", R"(
        tick 10; down 10
-       down 30 2 -> take capture, MouseDown 2 0 30,10, paint 0 raised, paint 1 sunken|flat shifted,
-         click sound
+       down 30 2 -> paint 0 flat, MouseLeave 0, paint 1 raised, MouseHover 1, take capture,
+         MouseDown 2 0 30,10, paint 1 sunken|raised shifted, click sound
        pressed -> 1
-       down 500 4 -> take capture, MouseDown 4 0 500,10, paint 1 flat
+       down 500 4 -> paint 1 flat, MouseLeave 1, take capture, MouseDown 4 0 500,10
        pressed -> -1
        up 10 4 -> release capture, MouseUp 4 0 10,10
        up 10 -> MouseUp 1 0 10,10
@@ -506,12 +516,12 @@ TEST(CommandBarInput, Pressing) {
        up 10 -> MouseUp 1 0 10,10
        down 10; move 500; lost ->
        down 500; lost ->
-       tick 500 -> paint 0 flat, MouseLeave 0)"},
+       tick 10 -> paint 0 raised, MouseHover 0)"},
       {"a release unseen", "p", R"(
        tick 10; down 10; move 10 0 -> MouseMove 0 0 10,10, release capture, paint 0 raised
        pressed -> -1
        down 500; move 500 0 -> MouseMove 0 0 500,10, release capture
-       tick 500 -> paint 0 flat, MouseLeave 0)"},
+       tick 10 -> paint 0 raised, MouseHover 0)"},
       {"a free move keeps the part", "d", R"(
        move 28 0 -> MouseMove 0 0 28,10
        state 0 -> 2)"},
@@ -557,11 +567,12 @@ TEST(CommandBarInput, ButtonsThatChangeInMidPress) {
 }
 
 TEST(CommandBarInput, OpenMenus) {
-  const std::string pressed = "take capture, MouseDown 1 0 10,10, paint 0 sunken|flat shifted, Dropdown 0";
+  const std::string pressed = "take capture, MouseDown 1 0 10,10, paint 0 sunken|raised shifted, Dropdown 0";
   const std::string over =
-      "\non Dropdown 0: down 30 & tick 10\ndown 10 -> " + pressed +
-      ", take capture, MouseDown 1 0 30,10, paint 1 sunken|flat shifted, Dropdown 1,"
-      " paint 1 flat, paint 0 sunken|raised shifted, MouseHover 0, paint 0 flat"
+      "\ntick 10; on Dropdown 0: down 30 & tick 10\ndown 10 -> " + pressed +
+      ", paint 0 sunken|flat shifted, MouseLeave 0, paint 1 raised, MouseHover 1, take capture,"
+      " MouseDown 1 0 30,10, paint 1 sunken|raised shifted, Dropdown 1, paint 1 flat,"
+      " paint 1 flat, MouseLeave 1, paint 0 sunken|raised shifted, MouseHover 0, paint 0 flat"
       "\ntick 500 -> paint 0 flat, MouseLeave 0\ntick 10 -> paint 0 raised, MouseHover 0";
   // The menu takes the capture, the mouse wanders over it, over the push part and to the next button.
   const std::string wander =
@@ -570,11 +581,11 @@ TEST(CommandBarInput, OpenMenus) {
       " MouseLeave 0, paint 0 raised|sunken, MouseHover 0, paint 0 flat|sunken, MouseLeave 0,"
       " paint 1 raised, MouseHover 1, paint 0 flat"
       "\npressed -> -1\ntick 10 -> paint 1 flat, MouseLeave 1, paint 0 raised, MouseHover 0";
-  const std::string frozen = "\non Dropdown 0: freeze\ndown 10 -> " + pressed + "\nthaw -> paint bar";
+  const std::string frozen = "\ntick 10; on Dropdown 0: freeze\ndown 10 -> " + pressed + "\nthaw -> paint bar";
   const std::string thawed =
-      "\nfreeze; on Dropdown 0: thaw\ndown 10 -> " + pressed + ", paint bar, paint 0 flat";
-  const std::string removed = "\non Dropdown 0: remove 0\ndown 10 -> " + pressed;
-  const std::string moved = "\non Dropdown 0: shift 0 1\ndown 10 -> " + pressed + ", paint 1 flat";
+      "\ntick 10; freeze; on Dropdown 0: thaw\ndown 10 -> " + pressed + ", paint bar, paint 0 flat";
+  const std::string removed = "\ntick 10; on Dropdown 0: remove 0\ndown 10 -> " + pressed;
+  const std::string moved = "\ntick 10; on Dropdown 0: shift 0 1\ndown 10 -> " + pressed + ", paint 1 flat";
   Play({
       {"one over another", "mm", over.c_str()},
       {"the button stays sunken", "dp", wander.c_str()},

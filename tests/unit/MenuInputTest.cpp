@@ -318,35 +318,38 @@ TEST(MenuInput, Choosing) {
 
 TEST(MenuInput, ClicksOutside) {
   Play({
-      {"left", "o ii", "down out -> release capture, hide, post 513 with 1 at 160,50, unload"},
-      {"Shift", "o ii", "down out left shift -> release capture, hide, post 513 with 5 at 160,50, unload"},
-      {"right", "o ii", "down out right -> release capture, hide, post 516 with 2 at 160,50, unload"},
+      {"left", "o ii", "down out -> release capture, hide, post 513 with 1 at 160,50, HideMenu, unload"},
+      {"Shift", "o ii",
+       "down out left shift -> release capture, hide, post 513 with 5 at 160,50, HideMenu, unload"},
+      {"right", "o ii",
+       "down out right -> release capture, hide, post 516 with 2 at 160,50, HideMenu, unload"},
       {"right Shift", "o ii",
-       "down out right shift -> release capture, hide, post 516 with 6 at 160,50, unload"},
-      {"middle", "o ii", "down out middle -> release capture, hide, post 516 with 2 at 160,50, unload"},
+       "down out right shift -> release capture, hide, post 516 with 6 at 160,50, HideMenu, unload"},
+      {"middle", "o ii",
+       "down out middle -> release capture, hide, post 516 with 2 at 160,50, HideMenu, unload"},
       {"left edge", "o ii",
-       "down 0,20 ->\ndown -1,20 -> release capture, hide, post 513 with 1 at 199,120, unload"},
+       "down 0,20 ->\ndown -1,20 -> release capture, hide, post 513 with 1 at 199,120, HideMenu, unload"},
       {"right edge", "o ii",
-       "down 72,20 ->\ndown 73,20 -> release capture, hide, post 513 with 1 at 273,120, unload"},
+       "down 72,20 ->\ndown 73,20 -> release capture, hide, post 513 with 1 at 273,120, HideMenu, unload"},
       {"top edge", "o ii",
-       "down 0,0 ->\ndown 0,-1 -> release capture, hide, post 513 with 1 at 200,99, unload"},
+       "down 0,0 ->\ndown 0,-1 -> release capture, hide, post 513 with 1 at 200,99, HideMenu, unload"},
       {"bottom edge", "o ii",
-       "down 20,60 ->\ndown 20,61 -> release capture, hide, post 513 with 1 at 220,161, unload"},
+       "down 20,60 ->\ndown 20,61 -> release capture, hide, post 513 with 1 at 220,161, HideMenu, unload"},
       {"torn off", "f ii", "down out ->"},
       // The former end is told first.
       {"opening the menu again", "o ii", R"(
        on pending events: popup
-       down out -> release capture, hide, post 513 with 1 at 160,50, unowned, stop timer, release parts,
+       down out -> release capture, hide, post 513 with 1 at 160,50, HideMenu, unowned, stop timer, release parts,
          pending events, HideMenu, load, release capture, start timer, unfold at 200,100 to 73,61, play 9,
          pending events, take capture
        state -> docked detachable loaded window captured timer)"},
       {"opening it when the end is told", "o ii", R"(
        on HideMenu: popup
        down out; state -> docked detachable loaded window captured timer
-       ended -> 1 of 1)"},
+       ended -> 1 of 0)"},
       {"of two openings the later holds", "o ii", R"(
-       on pending events: popup; on HideMenu: popup plain
-       down out; state -> docked loaded window captured timer)"},
+       on HideMenu: popup plain; on pending events: popup
+       down out; state -> docked detachable loaded window captured timer)"},
   });
 }
 

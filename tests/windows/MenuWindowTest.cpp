@@ -36,9 +36,19 @@ class Target : public Window {
                    .background = COLOR_WINDOW});
   }
   Log clicks;
+  LRESULT part = HTCLIENT;  ///< What all of it is.
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+    if (message == WM_NCHITTEST) return part;
+    if (message == WM_NCLBUTTONDOWN || message == WM_NCRBUTTONDOWN) {
+      POINT place{LOWORD(lParam), HIWORD(lParam)};
+      ScreenToClient(hWnd(), &place);
+      clicks.push_back((message == WM_NCLBUTTONDOWN ? "left on part " : "right on part ") +
+                       std::to_string(wParam) + " at " + std::to_string(place.x) + "," +
+                       std::to_string(place.y));
+      return 0;
+    }
     if (message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN) {
       clicks.push_back((message == WM_LBUTTONDOWN ? "left " : "right ") + std::to_string(wParam) + " at " +
                        std::to_string(LOWORD(lParam)) + "," + std::to_string(HIWORD(lParam)));
@@ -360,7 +370,7 @@ TEST_F(MenuWindowTest, DisabledItemsAndSeparatorsKeepItOpen) {
   EXPECT_EQ(GetCapture(), menu_->hWnd());
 }
 
-TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTargetWithShift) {
+TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTarget) {
   Open();
   POINT place{200, 300};
   ClientToScreen(target_.hWnd(), &place);
@@ -372,15 +382,23 @@ TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTargetWithShift) {
   ReleaseMouse();
   SendShift(false);
   EXPECT_EQ(target_.clicks, (Log{"left " + std::to_string(MK_LBUTTON | MK_SHIFT) + " at 200,300"}));
-  EXPECT_EQ(log_, (Log{"hide"}));
+  EXPECT_EQ(log_, (Log{"hide", "hide"}));
 
-  target_.clicks.clear();
-  Open();
-  SendMouse(MOUSEEVENTF_RIGHTDOWN);
-  ASSERT_TRUE(Closed());
-  EXPECT_TRUE(Until([&] { return !target_.clicks.empty(); }));
-  SendMouse(MOUSEEVENTF_RIGHTUP);
-  EXPECT_EQ(target_.clicks, (Log{"right " + std::to_string(MK_RBUTTON) + " at 200,300"}));
+  // Parts of the window get what their part of a window expects.
+  for (const int part : {HTCLIENT, HTVSCROLL, HTCAPTION, HTCLOSE, HTBOTTOMRIGHT}) {
+    for (const std::string button : {"left", "right"}) {
+      target_.clicks.clear();
+      target_.part = part;
+      Open();
+      SendMouse(button == "left" ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_RIGHTDOWN);
+      ASSERT_TRUE(Closed());
+      EXPECT_TRUE(Until([&] { return !target_.clicks.empty(); }));
+      SendMouse(button == "left" ? MOUSEEVENTF_LEFTUP : MOUSEEVENTF_RIGHTUP);
+      const int held = button == "left" ? MK_LBUTTON : MK_RBUTTON;
+      EXPECT_EQ(target_.clicks, (Log{button + (part == HTCLIENT ? " " : " on part ") +
+                                     std::to_string(part == HTCLIENT ? held : part) + " at 200,300"}));
+    }
+  }
 }
 
 TEST_F(MenuWindowTest, ArrowsMoveEscapeClosesAndNothingElseGetsThrough) {

@@ -4,6 +4,21 @@
 #include <utility>
 
 namespace snip {
+namespace {
+
+/// The reaction to its end, and then the next one.
+BarReaction Afterwards(BarReaction reaction, std::function<BarReaction()> next) {
+  if (!reaction.then) {
+    reaction.then = std::move(next);
+  } else {
+    reaction.then = [then = std::move(reaction.then), next = std::move(next)] {
+      return Afterwards(then(), next);
+    };
+  }
+  return reaction;
+}
+
+}  // namespace
 
 BarReaction CommandBarInput::Show(bool runMode) {
   BarReaction reaction;
@@ -26,12 +41,14 @@ BarReaction CommandBarInput::tHitTest_Timer(std::optional<Point> client, Point s
   const int hit = client ? buttons_.BtnFromPoint(client->x, client->y) : -1;
   if (deadPress_) return reaction;
 
-  const ButtonId hitId = buttons_.IdOf(hit);
-  if (hitId == hot_) {
-    Rest(hit, screen, reaction);
-    return reaction;
-  }
+  if (buttons_.IdOf(hit) != hot_) return Follow(buttons_.IdOf(hit));
+  Rest(hit, screen, reaction);
+  return reaction;
+}
 
+/// The mouse came from the hot button, or from none, to another, or to none.
+BarReaction CommandBarInput::Follow(ButtonId hitId) {
+  BarReaction reaction;
   HideTip(reaction);
   hoverTicks_ = 0;
   const int left = HotButton();  // -1 also when it was removed: then there is no button left to name
@@ -75,6 +92,15 @@ void CommandBarInput::EnterButton(ButtonId id, BarReaction& reaction) {
 }
 
 BarReaction CommandBarInput::MouseDown(const BarMouse& mouse) {
+  // The timer may not have seen the mouse yet: a finger comes and goes within one tick.
+  if (runMode_ && !frozen_ && !deadPress_) {
+    const ButtonId hit = buttons_.IdOf(buttons_.BtnFromPoint(mouse.at.x, mouse.at.y));
+    if (hit != hot_) return Afterwards(Follow(hit), [this, mouse] { return StartPress(mouse); });
+  }
+  return StartPress(mouse);
+}
+
+BarReaction CommandBarInput::StartPress(const BarMouse& mouse) {
   BarReaction reaction;
   if (runMode_) {
     mouseHeld_ = true;

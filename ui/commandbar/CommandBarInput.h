@@ -15,7 +15,7 @@ namespace snip {
 ///
 /// A button is flat, raised while the mouse is on it (as the hover timer sees it), sunken while it is pressed
 /// with the pointer over it, and raised again when it is released there, which clicks it. The hover timer
-/// alone makes a button hot, and only a hot button can be clicked.
+/// makes a button hot, or a press that comes before it, and only a hot button can be clicked.
 ///
 /// The bar does not ask which mouse button it is: each of them presses.
 class CommandBarInput {
@@ -75,6 +75,8 @@ class CommandBarInput {
     bool over = false;  ///< The pointer is over the button, which is drawn pressed.
   };
 
+  BarReaction Follow(ButtonId hitId);
+  BarReaction StartPress(const BarMouse& mouse);
   void Rest(int index, Point screen, BarReaction& reaction);
   void EnterButton(ButtonId id, BarReaction& reaction);
   BarReaction PressAt(Point at);

@@ -139,7 +139,8 @@ struct ReleaseCapture {
   friend bool operator==(const ReleaseCapture&, const ReleaseCapture&) = default;
 };
 
-/// Post a click to the window at a place in screen pixels, with the place in that window's client pixels.
+/// Post a click to the window at a place in screen pixels, as the part of it that is there expects one: its
+/// client area with the place in client pixels, any other part with the part's number.
 struct PostClick {
   std::uint32_t message = 0;  ///< WM_LBUTTONDOWN or WM_RBUTTONDOWN.
   std::uint32_t keys = 0;     ///< MK_LBUTTON or MK_RBUTTON, and perhaps MK_SHIFT.

@@ -153,7 +153,14 @@ void MenuInput::ClickOutside(const MenuMouse& mouse, MenuReaction& reaction) {
   reaction.effects.emplace_back(
       MenuEffect::PostClick{left ? kLeftButtonDown : kRightButtonDown,
                             (left ? kLeftHeld : kRightHeld) | (mouse.shift ? kShiftHeld : 0), mouse.screen});
-  BeginUnload(reaction);
+  // Told before the click arrives, which it does among the pending events: an owner that does without the
+  // mouse while a menu is open, as a frozen bar does, has to have it again for the click.
+  reaction.effects.emplace_back(MenuEffect::RaiseHideMenu{});
+  RunThen(reaction, [this] {
+    MenuReaction next;
+    BeginUnload(next);
+    return next;
+  });
 }
 
 MenuReaction MenuInput::MouseUp(const MenuMouse& mouse) {

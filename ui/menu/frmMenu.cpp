@@ -17,6 +17,7 @@ namespace {
 
 constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which came after the system this is built for.
 constexpr UINT_PTR kCloseTimer = 1;
+constexpr UINT kAnswerTime = 500;  ///< Milliseconds for another window to say what part of it is clicked.
 constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 
 int ButtonOf(UINT message) {
@@ -319,6 +320,14 @@ void frmMenu::PostClick(const MenuEffect::PostClick& click) const {
   POINT place{click.screen.x, click.screen.y};
   const HWND target = WindowFromPoint(place);
   if (target == nullptr) return;
+  DWORD_PTR part = HTCLIENT;  // also where a window that hangs does not say
+  SendMessageTimeoutA(target, WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y), SMTO_ABORTIFHUNG, kAnswerTime,
+                      &part);
+  if (static_cast<LRESULT>(part) > HTCLIENT) {
+    PostMessageA(target, click.message - WM_LBUTTONDOWN + WM_NCLBUTTONDOWN, part,
+                 MAKELPARAM(place.x, place.y));
+    return;
+  }
   ScreenToClient(target, &place);
   PostMessageA(target, click.message, click.keys, MAKELPARAM(place.x, place.y));
 }
