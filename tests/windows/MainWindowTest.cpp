@@ -149,6 +149,18 @@ TEST_F(MainWindowTest, LookingAtSnippetsChangesNothing) {
   EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == odd; })) << folder_.Read("Numbers.bns");
 }
 
+TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeen) {
+  Open();
+  PressKey(VK_F2);
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  const std::string name(40, 'm');
+  TypeText(name);
+  ASSERT_TRUE(Until([&] { return WindowText(NameBox()) == name; }));
+  const auto place = SendMessageA(NameBox(), EM_POSFROMCHAR, 0, 0);
+  EXPECT_GE(static_cast<short>(LOWORD(place)), 0);
+  PressKey(VK_ESCAPE);
+}
+
 TEST_F(MainWindowTest, EscapeAndEnterHarmNothingWhereverTheFocusIs) {
   Open();
   const std::string file = folder_.Read("Numbers.bns");
@@ -233,6 +245,18 @@ TEST_F(MainWindowTest, TheOutputArrowStaysPressedAsLongAsItsMenuIsOpen) {
   EXPECT_TRUE(arrowPixels() == pressed);
   PressKey(VK_ESCAPE);
   EXPECT_TRUE(Until([&] { return !menuIsOpen() && arrowPixels() != pressed; }));
+
+  // A click on another button closes the menu and is that button's, however short it is.
+  ClickAt(bar, arrow);
+  ASSERT_TRUE(Until(menuIsOpen));
+  MovePointer([bar] {
+    POINT newSnippet{121, 12};
+    ClientToScreen(bar, &newSnippet);
+    return newSnippet;
+  }());
+  PressMouse();
+  ReleaseMouse();
+  EXPECT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 4; }));
 }
 
 TEST_F(MainWindowTest, LinesOfAMegabyteAreShownAndKept) {

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+
 #include "platform/Handle.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "tests/support/TestDesktop.h"
-#include "ui/main/frmTip.h"
+#include "ui/main/ListTips.h"
 
 namespace snip::test {
 namespace {
@@ -81,6 +84,49 @@ TEST_F(TipTest, PaintsFrameGroundAndText) {
     if (GetPixel(dc.get(), x, size.height / 2) != GetSysColor(COLOR_INFOBK)) ++textPixels;
   }
   EXPECT_GT(textPixels, 0);
+}
+
+/// The first row and column of a window in which its text shows, on the screen.
+POINT FirstInk(HWND window, int inset, int ground, int height) {
+  const WindowDC dc(window);
+  const int width = ClientSize(window).width;
+  POINT first{width, height};
+  for (int y = inset; y < height - inset; ++y) {
+    for (int x = inset; x < width - inset; ++x) {
+      if (GetPixel(dc.get(), x, y) == GetSysColor(ground)) continue;
+      first = {std::min<LONG>(first.x, x), std::min<LONG>(first.y, y)};
+    }
+  }
+  ClientToScreen(window, &first);
+  return first;
+}
+
+TEST_F(TipTest, ItsTextLiesOnTheRowsAlsoAtTheScreensEdge) {
+  const std::string text = "Hamburgefonstiv, of which no list is wide enough to show the whole";
+  SendMessageA(list_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
+  SendMessageA(list_, LB_RESETCONTENT, 0, 0);
+  SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  SetWindowLongA(frame_, GWL_STYLE, WS_POPUP | WS_VISIBLE);
+  SetFocus(frame_);  // or the row has a frame
+  ListTips tips;
+  tips.Attach(list_, list_);
+  tips.TakeListFont();
+  for (const int left : {120, 2}) {
+    tips.Hide();
+    SetWindowPos(frame_, nullptr, left, 100, 400, 300, SWP_FRAMECHANGED);
+    UpdateWindow(list_);
+    const int row = static_cast<int>(SendMessageA(list_, LB_GETITEMHEIGHT, 0, 0));
+    const POINT expected = FirstInk(list_, 0, COLOR_WINDOW, row);
+    MovePointer({left + 40, 100 + row / 2});
+    ASSERT_TRUE(WaitUntil([&] {
+      tips.tTip_Timer();
+      return FindVisibleWindow(text) != nullptr;
+    }));
+    const HWND tip = FindVisibleWindow(text);
+    const POINT ink = FirstInk(tip, 1, COLOR_INFOBK, ClientSize(tip).height);
+    EXPECT_EQ(ink.x, expected.x);
+    EXPECT_EQ(ink.y, expected.y);
+  }
 }
 
 TEST_F(TipTest, AClickGoesToWhatLiesBeneath) {

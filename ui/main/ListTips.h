@@ -33,7 +33,7 @@ class ListTips : private TipSurroundings {
   int TextWidth(const std::string& text) override;
   int PaneWidth() const override;
   bool TipVisible() const override { return tip_.Visible(); }
-  void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTip(text, x, y); }
+  void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTipAt(text, {x, y}); }
   void HideTip() override { tip_.Hide(); }
 
   HWND pane_ = nullptr;

@@ -79,14 +79,23 @@ void SnippetControls::SetFont(const FontProperty& font) {
 
 void SnippetControls::txtName_Change() const {
   const HWND window = GetParent(txtName_);
-  // With room for one more letter, and for the margins.
-  const Size text = TextSize(FontOf(txtName_), WindowText(txtName_) + "M");
+  RECT inside{};
+  SendMessageA(txtName_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inside));
   Rect place = PlaceInParent(txtName_);
+  const int around = place.width - static_cast<int>(inside.right - inside.left);
+  // With room for one more letter.
+  const Size text = TextSize(FontOf(txtName_), WindowText(txtName_) + "M");
   const int most = ClientSize(window).width - place.left;
-  const int wanted = std::min(text.width, most);
+  const int wanted = std::min(text.width + around, most);
   if (wanted <= place.width) return;
   place.width = wanted;
   MoveTo(txtName_, place);
+  // What was scrolled out of the narrower box comes back only when the caret goes there.
+  DWORD begin = 0;
+  DWORD end = 0;
+  SendMessageA(txtName_, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
+  SendMessageA(txtName_, EM_SETSEL, 0, 0);
+  SendMessageA(txtName_, EM_SETSEL, begin, static_cast<LPARAM>(end));
 }
 
 void SnippetControls::txtDesc_LostFocus() const {

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/Geometry.h"
 
 namespace snip {
 
 /// What decides where a tip goes; screen pixels.
 struct TipRequest {
-  int x = 0;  ///< Wanted left edge; 0 for the pointer's x.
-  int y = 0;  ///< Wanted top edge; 0 for a place below the pointer.
+  std::optional<int> x;  ///< Wanted left edge; without one the pointer's x.
+  std::optional<int> y;  ///< Wanted top edge; without one a place below the pointer.
   Point pointer;
   Size text;    ///< Size of the text with a blank before and behind it.
   Rect screen;  ///< Of the several that there may be, the one that it comes up on.

@@ -31,6 +31,11 @@ bool frmTip::Load() {
 }
 
 void frmTip::ShowTip(const std::string& text, int x, int y) {
+  const auto unlessZero = [](int at) { return at != 0 ? std::optional(at) : std::nullopt; };
+  Show(text, unlessZero(x), unlessZero(y));
+}
+
+void frmTip::Show(const std::string& text, std::optional<int> x, std::optional<int> y) {
   if (text.empty() || (hWnd() == nullptr && !Load())) return;
   POINT cursor{};
   GetCursorPos(&cursor);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "platform/AccessibleList.h"
@@ -23,6 +24,8 @@ class frmTip : public Window, public TipWindow {
   void SetExtended(HWND window) { extended_ = window; }
 
   void ShowTip(const std::string& text, int x, int y) override;
+  /// The same with the left top corner at a place that may be 0, as the edge of the screen is.
+  void ShowTipAt(const std::string& text, Point corner) { Show(text, corner.x, corner.y); }
   void Hide() override;
   bool Visible() const override { return IsWindowVisible(hWnd()) != 0; }
   bool Hides(HWND window, Point screen) override;
@@ -31,6 +34,7 @@ class frmTip : public Window, public TipWindow {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  void Show(const std::string& text, std::optional<int> x, std::optional<int> y);
   void Form_Paint();
   bool ExtendsAt(POINT screen) const;
   HWND Beneath(POINT screen);
