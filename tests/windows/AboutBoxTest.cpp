@@ -26,8 +26,8 @@ class AboutBoxTest : public testing::Test {
     return MessageResult::Ok;
   };
 
-  void SetMachineValue(const char* key, const char* name, const std::string& text) {
-    registry_.SetRegValue(text, registry_.CreateRegKey(HKEY_LOCAL_MACHINE, key), name, REG_SZ);
+  void SetMachineValue(const char* key, const char* name, const std::string& text, DWORD type = REG_SZ) {
+    registry_.SetRegValue(text, registry_.CreateRegKey(HKEY_LOCAL_MACHINE, key), name, type);
   }
 
   /// Whether the editor that takes the place of the system's program came up, in a window of ordinary size.
@@ -80,9 +80,17 @@ TEST_F(AboutBoxTest, TheSystemsInformationProgramIsFoundThroughTheRegistry) {
   SetMachineValue(kPathKey, "PATH", folder.File("missing.exe"));
   StartSysInfo(showMessage_);
 
-  SetMachineValue(kPathKey, "PATH", program);
-  StartSysInfo(showMessage_);
-  EXPECT_TRUE(ClosesStartedProgram()) << "from the path";
+  folder.Write("a note.txt", "");
+  const std::string argument = " " + folder.File("a note.txt");
+  for (const auto& [path, type] :
+       std::vector<std::pair<std::string, DWORD>>{{program, REG_SZ},
+                                                  {program + argument, REG_SZ},
+                                                  {'"' + program + '"' + argument, REG_SZ},
+                                                  {"%SystemRoot%\\notepad.exe", REG_EXPAND_SZ}}) {
+    SetMachineValue(kPathKey, "PATH", path, type);
+    StartSysInfo(showMessage_);
+    EXPECT_TRUE(ClosesStartedProgram()) << path;
+  }
   EXPECT_EQ(FindWindowA("Notepad", nullptr), nullptr) << "a missing program has no stand-in";
   EXPECT_EQ(messages_, std::vector<std::string>());
 }

@@ -8,13 +8,28 @@
 namespace snip {
 namespace {
 
-void StartProgram(const std::string& path) {
+bool IsFile(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+/// The command line of a stored text: a path, which may be quoted and have arguments behind it. The system
+/// would try the shortest part of an unquoted path with blanks first, which may be another program.
+std::string CommandLine(const std::string& stored) {
+  if (stored.starts_with('"')) return stored;
+  for (auto end = stored.size(); end != std::string::npos && end > 0; end = stored.rfind(' ', end - 1)) {
+    const std::string program = stored.substr(0, end);
+    if (IsFile(program)) return '"' + program + '"' + stored.substr(end);
+  }
+  return '"' + stored + '"';
+}
+
+void StartProgram(const std::string& stored) {
   STARTUPINFOA start{};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESHOWWINDOW;
   start.wShowWindow = SW_SHOWNORMAL;
-  // Quoted, so that a path with blanks cannot be taken for another program and its arguments.
-  std::string command = '"' + path + '"';
+  std::string command = CommandLine(stored);
   PROCESS_INFORMATION process{};
   if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
                      &process) == 0) {
@@ -22,6 +37,13 @@ void StartProgram(const std::string& path) {
   }
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
+}
+
+/// With the names of environment variables between percent signs replaced by what they hold.
+std::string Expanded(const std::string& text) {
+  std::string expanded(ExpandEnvironmentStringsA(text.c_str(), nullptr, 0) + 1, '\0');
+  ExpandEnvironmentStringsA(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+  return expanded.c_str();
 }
 
 }  // namespace
@@ -35,14 +57,15 @@ std::optional<std::string> GetKeyValue(HKEY root, const std::string& keyName, co
 
   std::array<char, 1024> buffer{};
   DWORD size = buffer.size();
-  if (RegQueryValueExA(key.get(), valueName.c_str(), nullptr, nullptr, reinterpret_cast<BYTE*>(buffer.data()),
+  DWORD type = REG_NONE;
+  if (RegQueryValueExA(key.get(), valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()),
                        &size) != ERROR_SUCCESS) {
     return std::nullopt;
   }
   std::string text(buffer.data(), size);
   // A value may be stored with or without the zero byte at its end.
   if (text.ends_with('\0')) text.pop_back();
-  return text;
+  return type == REG_EXPAND_SZ ? Expanded(text) : text;
 }
 
 void StartSysInfo(const ShowMessageFunction& showMessage) {
@@ -54,7 +77,7 @@ void StartSysInfo(const ShowMessageFunction& showMessage) {
   if (const auto folder =
           GetKeyValue(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\Shared Tools Location", "MSINFO")) {
     const std::string path = *folder + "\\MSINFO32.EXE";
-    if (GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES) {
+    if (IsFile(path)) {
       StartProgram(path);
       return;
     }

@@ -49,7 +49,7 @@ void frmSettings::AddControls() {
   AddButton("&Use sound effects for CommandBar buttons", chkToolbarSounds, {7, 33, 206, 10}, BS_AUTOCHECKBOX);
   AddButton("&Allow dragging of dropdown menus", chkMenuDrag, {7, 46, 206, 10}, BS_AUTOCHECKBOX);
 
-  Add("BUTTON", "Code Window Font", BS_GROUPBOX, -1, {7, 62, 206, 118});
+  Add("BUTTON", "Code Window Font", BS_GROUPBOX | WS_GROUP, -1, {7, 62, 206, 118});
   AddLabel("Font &Name:", {14, 74, 118, 8});
   Add("LISTBOX", "", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, lstFontName,
       {14, 84, 118, 56}, WS_EX_CLIENTEDGE);
