@@ -39,18 +39,24 @@ class ClassFactory final : public ComObject<IClassFactory> {
 
 }  // namespace
 
-ComServer::ComServer(const CLSID& id, ServerLife& life, Maker maker) {
+ComServer::ComServer(const CLSID& id, ServerLife& life, Maker maker) : life_(life) {
   const ComPtr<IClassFactory> factory(new ClassFactory(life, std::move(maker)));
   // Suspended at first, so that no client comes in before everything is ready; one process serves them all.
   if (FAILED(CoRegisterClassObject(id, factory.get(), CLSCTX_LOCAL_SERVER,
                                    REGCLS_MULTIPLEUSE | REGCLS_SUSPENDED, &cookie_))) {
     return;
   }
+  life_.SetWithdraw([this] { Revoke(); });
   CoResumeClassObjects();
 }
 
 ComServer::~ComServer() {
-  if (started()) CoRevokeClassObject(cookie_);
+  life_.SetWithdraw(nullptr);
+  Revoke();
+}
+
+void ComServer::Revoke() {
+  if (started()) CoRevokeClassObject(std::exchange(cookie_, 0));
 }
 
 }  // namespace snip

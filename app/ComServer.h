@@ -9,7 +9,7 @@
 
 namespace snip {
 
-/// Offers a class to the clients of other processes for as long as it lives.
+/// Offers a class to the clients of other processes for as long as it lives and `life` lets it.
 class ComServer {
  public:
   /// Makes an object and hands out one interface of it.
@@ -24,6 +24,9 @@ class ComServer {
   bool started() const { return cookie_ != 0; }
 
  private:
+  void Revoke();
+
+  ServerLife& life_;
   DWORD cookie_ = 0;
 };
 

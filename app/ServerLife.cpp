@@ -8,11 +8,12 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kIdleTimer = 1;
+constexpr UINT_PTR kLateTimer = 2;
 constexpr UINT kRelease = WM_APP + 1;  ///< lParam: the object
 
 }  // namespace
 
-ServerLife::ServerLife(UINT idleMs) : idleMs_(idleMs) {
+ServerLife::ServerLife(UINT idleMs, UINT lateMs) : idleMs_(idleMs), lateMs_(lateMs) {
   Create({.className = "SnipstoreServerLife", .parent = HWND_MESSAGE});
   AwaitConnection();
 }
@@ -51,12 +52,13 @@ ServerLife::Connection::~Connection() {
 void ServerLife::Lock() {
   ++uses_;
   CoAddRefServerProcess();
+  KillTimer(hWnd(), kLateTimer);
+  if (connections_ == 0) AwaitConnection();  // each client has all the time to connect
 }
 
 void ServerLife::Unlock() {
   --uses_;
-  // COM hands out no further objects of this process once its own count is down to none.
-  if (CoReleaseServerProcess() == 0) PostQuitMessage(0);
+  if (CoReleaseServerProcess() == 0) AwaitLateClients();
 }
 
 void ServerLife::DisconnectObjects() {
@@ -69,15 +71,30 @@ void ServerLife::AwaitConnection() {
   SetTimer(hWnd(), kIdleTimer, idleMs_, nullptr);
 }
 
+/// A client that was given the class a moment ago comes with its first call only now.
+void ServerLife::AwaitLateClients() {
+  Withdraw();
+  SetTimer(hWnd(), kLateTimer, lateMs_, nullptr);
+}
+
+void ServerLife::Withdraw() const {
+  if (withdraw_) withdraw_();
+}
+
 LRESULT ServerLife::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == kRelease) {
     reinterpret_cast<IUnknown*>(lParam)->Release();
     return 0;
   }
   if (message != WM_TIMER) return Default(message, wParam, lParam);
+  if (wParam == kLateTimer) {
+    KillTimer(hWnd(), kLateTimer);
+    if (uses_ == 0) PostQuitMessage(0);
+    return 0;
+  }
   if (connections_ != 0) return 0;  // it was due already when the environment came
   abandoned_ = true;
-  CoSuspendClassObjects();  // nobody new comes while this ends
+  Withdraw();
   KillTimer(hWnd(), kIdleTimer);
   PostQuitMessage(0);
   return 0;

@@ -4,6 +4,8 @@
 #include <objbase.h>
 
 #include <cstddef>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "platform/ComObject.h"
@@ -12,11 +14,12 @@
 namespace snip {
 
 /// Decides how long a process that COM has started lives: as long as a client has an object of it or has
-/// locked it, and never without a connected environment for longer than `idleMs`, for clients need not come,
-/// or come to an end without a word. The thread's message loop is quit when it is over.
+/// locked it, and never without a connection for longer than `idleMs`, for clients need not come, or come to
+/// an end without a word. With the last object the class is withdrawn, so that new clients get a new process;
+/// who has been given the class before is still served for `lateMs`. Then the thread's message loop is quit.
 class ServerLife : public Window {
  public:
-  explicit ServerLife(UINT idleMs);
+  ServerLife(UINT idleMs, UINT lateMs);
   ~ServerLife() override;
 
   /// An object that a client has, for as long as this lives.
@@ -36,7 +39,8 @@ class ServerLife : public Window {
     IUnknown* object_;
   };
 
-  /// One connected environment, for as long as this lives.
+  /// Somebody whose end will not be missed: an environment that was connected, or the user who sees the
+  /// window.
   class Connection {
    public:
     explicit Connection(ServerLife& life);
@@ -51,6 +55,9 @@ class ServerLife : public Window {
   void Lock();
   void Unlock();
 
+  /// Sets what takes the class back from COM.
+  void SetWithdraw(std::function<void()> withdraw) { withdraw_ = std::move(withdraw); }
+
   /// After the loop was quit: false when a client came at the last moment, for whom it has to go on.
   bool Over() const { return abandoned_ || uses_ == 0; }
 
@@ -62,8 +69,12 @@ class ServerLife : public Window {
 
  private:
   void AwaitConnection();
+  void AwaitLateClients();
+  void Withdraw() const;
 
   UINT idleMs_;
+  UINT lateMs_;
+  std::function<void()> withdraw_;
   const DWORD thread_ = GetCurrentThreadId();
   std::vector<IUnknown*> objects_;
   std::size_t uses_ = 0;

@@ -27,6 +27,8 @@ using namespace snip;
 
 /// How long a server waits for an environment.
 constexpr UINT kPatienceMs = 60000;
+/// How long it waits for the first call of a client that has been given its class already.
+constexpr UINT kLateMs = 1000;
 
 /// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the
 /// message box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed
@@ -52,11 +54,9 @@ class Application {
     if (!server.started()) return 1;
     for (;;) {
       const int exitCode = MessageLoop();
-      if (life.Over()) {
-        life.DisconnectObjects();
-        return exitCode;
-      }
-      CoResumeClassObjects();
+      if (!life.Over()) continue;
+      life.DisconnectObjects();
+      return exitCode;
     }
   }
 
@@ -112,7 +112,7 @@ int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*comma
   if (mode == StartMode::Register) return EnterProgram();
   if (mode == StartMode::Unregister) return RemoveProgram();
   std::optional<ServerLife> life;  // longer than the apartment, with which COM lets go of the last objects
-  if (mode == StartMode::Component) life.emplace(kPatienceMs);
+  if (mode == StartMode::Component) life.emplace(kPatienceMs, kLateMs);
   const ComApartment apartment;  // assistive programs reach the windows through it, environments the add-in
   const OleThread dragging;      // what is dragged out of toolbars and onto them
   InitCommonControls();

@@ -105,13 +105,21 @@ class Object final : public ServerObject<IUnknown> {
 
 TEST(ServerLifeTest, EndsWithTheLastObjectOrLock) {
   const ComApartment apartment;
-  ServerLife life(60000);
+  ServerLife life(60000, 500);
+  bool withdrawn = false;
+  life.SetWithdraw([&] { withdrawn = true; });
   {
     const ComPtr<IUnknown> object(new Object(life));
     life.Lock();
     EXPECT_FALSE(life.Over());
   }
-  EXPECT_FALSE(Quit(100)) << "still locked";
+  EXPECT_FALSE(Quit(600)) << "still locked";
+  EXPECT_FALSE(withdrawn);
+  life.Unlock();
+  EXPECT_TRUE(withdrawn) << "before a new client can come";
+  EXPECT_FALSE(Quit(0));
+  life.Lock();
+  EXPECT_FALSE(Quit(600)) << "a client that had the class already";
   life.Unlock();
   EXPECT_TRUE(Quit(5000));
   EXPECT_TRUE(life.Over());
@@ -123,7 +131,7 @@ TEST(ServerLifeTest, EndsWithTheLastObjectOrLock) {
 
 TEST(ServerLifeTest, EndsWithAnObjectThatAnotherThreadReleasesLast) {
   const ComApartment apartment;
-  ServerLife life(60000);
+  ServerLife life(60000, 100);
   IUnknown* const object = new Object(life);
   std::thread([object] { object->Release(); }).join();
   EXPECT_TRUE(Quit(5000));
@@ -132,7 +140,7 @@ TEST(ServerLifeTest, EndsWithAnObjectThatAnotherThreadReleasesLast) {
 
 TEST(ServerLifeTest, EndsWhenNoEnvironmentIsConnectedForLong) {
   const ComApartment apartment;
-  ServerLife life(100);
+  ServerLife life(100, 100);
   life.Lock();  // by a client that never comes back
   {
     const ServerLife::Connection connection(life);
