@@ -19,20 +19,25 @@ class ComCodePane : public HostCodePane {
 
 class ComModule : public HostModule {
  public:
-  explicit ComModule(host::VBComponent component) : component_(std::move(component)) {}
+  ComModule(host::VBComponents components, host::VBComponent component)
+      : components_(std::move(components)), component_(std::move(component)) {}
 
   void SetName(const std::string& name) override { component_.SetName(name); }
   std::unique_ptr<HostCodePane> CodePane() override {
     return std::make_unique<ComCodePane>(component_.CodeModule().CodePane());
   }
+  void Remove() override {
+    if (component_.exists()) components_.Remove(component_);
+  }
 
  private:
+  host::VBComponents components_;
   host::VBComponent component_;
 };
 
 }  // namespace
 
-ComHostEnvironment::ComHostEnvironment(const host::VBE& root, std::function<void()> lost)
+ComHostEnvironment::ComHostEnvironment(const host::VBE& root, std::function<bool()> lost)
     : root_(root), lost_(std::move(lost)) {}
 
 // This object may go while one of these waits for the environment; afterwards they use only what they hold
@@ -47,19 +52,9 @@ std::unique_ptr<HostCodePane> ComHostEnvironment::ActiveCodePane() {
 std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {
   const host::VBProject project = root_.ActiveVBProject();
   if (!project.exists()) return nullptr;
-  return std::make_unique<ComModule>(project.VBComponents().Add(host::kStandardModule));
-}
-
-void ComHostEnvironment::Activate() {
-  HWND window = nullptr;
-  try {
-    window = root_.MainWindow().HWnd();
-  } catch (const HostError&) {
-    return;
-  }
-  // Asked of the window without waiting for its process, which may be busy.
-  if (IsIconic(window) != 0) ShowWindowAsync(window, SW_RESTORE);
-  SetForegroundWindow(window);
+  host::VBComponents components = project.VBComponents();
+  host::VBComponent component = components.Add(host::kStandardModule);
+  return std::make_unique<ComModule>(std::move(components), std::move(component));
 }
 
 }  // namespace snip

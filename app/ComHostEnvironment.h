@@ -12,17 +12,16 @@ namespace snip {
 class ComHostEnvironment : public HostEnvironment {
  public:
   /// `root` is the caller's and may be emptied; then the environment is gone. `lost` is called when a request
-  /// has found that the environment is not there any more.
-  ComHostEnvironment(const host::VBE& root, std::function<void()> lost);
+  /// seems to have found that the environment is not there any more, and says whether it has.
+  ComHostEnvironment(const host::VBE& root, std::function<bool()> lost);
 
   std::unique_ptr<HostCodePane> ActiveCodePane() override;
   std::unique_ptr<HostModule> AddStandardModule() override;
-  void Activate() override;
-  void Lost() override { lost_(); }
+  bool Lost() override { return lost_(); }
 
  private:
   const host::VBE& root_;
-  std::function<void()> lost_;
+  std::function<bool()> lost_;
 };
 
 }  // namespace snip

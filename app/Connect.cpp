@@ -10,6 +10,12 @@ namespace {
 
 constexpr const char* kAddInsBar = "Add-Ins";
 
+// The environment's numbers of the functions of IDTExtensibility.
+constexpr DISPID kOnConnectionMember = 1;
+constexpr DISPID kOnDisconnectionMember = 2;
+constexpr DISPID kOnAddInsUpdateMember = 3;
+constexpr DISPID kOnStartupCompleteMember = 4;
+
 // The dispatch ids of the members that Connect offers by name.
 constexpr DISPID kShowMember = 0x60030000;
 constexpr DISPID kHideMember = 0x60030001;
@@ -43,9 +49,8 @@ void RemoveStaleEntries(const host::CommandBarControls& controls, const std::str
 }  // namespace
 
 Connect::Session::Session(Connect& connect, IDispatch* vbInst)
-    : connection(connect.life_), root(ComPtr<IDispatch>::Share(vbInst)), window(connect) {}
-
-Connect::Stay::Stay(Connect& connect) : self(ComPtr<IUnknown>::Share(&connect)), connection(connect.life_) {}
+    : root(ComPtr<IDispatch>::Share(vbInst), connected),
+      environment(root, [&connect] { return connect.FindHostGone(); }) {}
 
 Connect::Connect(ServerLife& life, AddInWindow& window) : ServerObject(life), life_(life), window_(window) {}
 
@@ -57,28 +62,38 @@ Connect::~Connect() {
 void Connect::Show() {
   const auto alive = ComPtr<IUnknown>::Share(this);
   const std::shared_ptr<Session> session = session_;
-  if (!session) return;
-  displayed_ = window_.Show(*this, session->environment) && !session->over;
+  KeepForWindow();
+  if (!window_.Show(*this, session ? &session->environment : nullptr)) displayed_.Reset();
 }
 
 void Connect::Hide() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
   if (!displayed_) return;
-  displayed_ = false;
+  displayed_.Reset();
   window_.Hide(*this);
+}
+
+void Connect::KeepForWindow() {
+  if (!connection_) connection_.emplace(life_);
+  displayed_ = ComPtr<IUnknown>::Share(this);
 }
 
 HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*AddInInst*/,
                               SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
   return Guarded([&] {
-    DisconnectOrStay();
+    Disconnect();
     if (VBInst == nullptr) return;
     const auto session = std::make_shared<Session>(*this, VBInst);
     session_ = session;
+    if (!connection_) connection_.emplace(life_);
+    watch_.reset(new ConnectionWindow(*this));
     WatchHost(*session);
-    if (session->over) return;
+    if (session->over()) return;
     if (ConnectMode == kExternal) {
-      session->window.PostShow();
+      // Who has started the add-in may let go of it before the window is there.
+      KeepForWindow();
+      watch_->PostShow();
     } else {
       AddMenuEntry(*session);
     }
@@ -87,7 +102,7 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
 
 HRESULT Connect::OnDisconnection(LONG /*RemoveMode*/, SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  return Guarded([this] { DisconnectOrStay(); });
+  return Guarded([this] { Disconnect(); });
 }
 
 HRESULT Connect::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
@@ -104,20 +119,21 @@ void Connect::AddMenuEntry(Session& session) {
     const host::VBE root = session.root.Share();
     const host::CommandBarControl entry = AddToAddInCommandBar(root, kAddInName);
     if (!entry.exists()) return;
-    if (session.over) return entry.Delete();
+    if (session.over()) return entry.Delete();
     session.menuEntry = entry.Share();
-    auto handler =
-        std::make_unique<MenuHandler>(root.Events().CommandBarEvents(entry), [this] { MenuHandler_Click(); });
-    if (!session.over) session.menuHandler = std::move(handler);
+    ComPtr<IUnknown> events = root.Events().CommandBarEvents(entry);
+    if (session.over()) return;
+    auto handler = std::make_unique<MenuHandler>(std::move(events), [this] { MenuHandler_Click(); });
+    if (!session.over()) session.menuHandler = std::move(handler);
   } catch (const HostGone&) {
-    session.window.PostGone();
+    if (!session.over()) watch_->FindGone();
   } catch (const HostError&) {
     // The environment goes on without the entry, or with one that does nothing.
     return;
   }
 }
 
-/// The new entry; none when the environment has no such bar.
+/// The new entry; none when the environment has no such bar. Throws `HostError`, and then leaves no entry.
 host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, const std::string& caption) {
   host::CommandBarControl entry;
   try {
@@ -128,17 +144,19 @@ host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, con
     entry = controls.Add(host::kButtonControl);
     entry.SetCaption(caption);
     return entry;
-  } catch (const HostGone&) {
-    throw;
   } catch (const HostError&) {
     if (entry.exists()) entry.Delete();
-    return {};
+    throw;
   }
 }
 
 void Connect::MenuHandler_Click() {
   // The environment waits until its click has been handled, and may not paint meanwhile.
-  if (session_) session_->window.PostShow();
+  if (session_) watch_->PostShow();
+}
+
+void Connect::ShowMainWindow() {
+  if (session_) Show();
 }
 
 /// An environment that ends without a word is noticed by its process.
@@ -149,7 +167,12 @@ void Connect::WatchHost(Session& session) {
   } catch (const HostError&) {
     window = nullptr;
   }
-  if (!session.over) session.window.WatchProcessOf(window);
+  if (!session.over()) watch_->WatchProcessOf(window);
+}
+
+bool Connect::FindHostGone() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  return !session_ || watch_->FindGone();
 }
 
 void Connect::PingHost() {
@@ -157,38 +180,32 @@ void Connect::PingHost() {
   if (session) session->root.Ping();
 }
 
-bool Connect::Disconnect() {
+void Connect::Disconnect() {
   const std::shared_ptr<Session> session = std::exchange(session_, nullptr);
-  if (!session) return true;
-  session->over = true;
-  session->window.Destroy();
-  // All of the environment's objects are let go before it is answered: later they are not valid any more.
-  session->menuHandler.reset();
-  const host::CommandBarControl entry = std::move(session->menuEntry);
-  try {
-    if (entry.exists()) entry.Delete();
-  } catch (const HostError&) {
-    // The environment has taken it away itself, or has gone.
+  if (session) {
+    *session->connected = false;
+    // All of the environment's objects are let go before it is answered: later they are not valid any more.
+    session->menuHandler.reset();
+    const host::CommandBarControl entry = std::move(session->menuEntry);
+    try {
+      if (entry.exists()) entry.Delete();
+    } catch (const HostError&) {
+      // The environment has taken it away itself, or has gone.
+    }
+    session->root = {};
   }
-  session->root = {};
-  displayed_ = false;
-  return window_.Unload(*this);
-}
-
-void Connect::DisconnectOrStay() {
-  if (Disconnect() || stay_) return;
   // At the end of the user's session the environment goes without waiting for the question of the window.
-  stay_ = std::make_unique<Stay>(*this);
+  if (window_.Unload(*this)) displayed_.Reset();
 }
 
 void Connect::OnHidden() {
-  displayed_ = false;
-  const std::unique_ptr<Stay> ended = std::move(stay_);  // and this with it
+  const ComPtr<IUnknown> ended = std::move(displayed_);  // and this with it, when nobody else has it
 }
 
 void Connect::HostIsGone() {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  DisconnectOrStay();
+  Disconnect();
+  watch_.reset();
   // Nobody is left to let go of this object.
   CoDisconnectObject(this, 0);
 }
@@ -208,7 +225,7 @@ HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count,
                                DISPID* ids) {
   if (names == nullptr || ids == nullptr) return E_POINTER;
   if (count == 0) return S_OK;
-  // No member has arguments, whose names would follow its own.
+  // Arguments, whose names would follow that of their member, have none here.
   std::fill_n(ids, count, DISPID_UNKNOWN);
   if (lstrcmpiW(names[0], L"Show") == 0) ids[0] = kShowMember;
   if (lstrcmpiW(names[0], L"Hide") == 0) ids[0] = kHideMember;
@@ -216,11 +233,25 @@ HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count,
 }
 
 HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
-                        DISPPARAMS* /*parameters*/, VARIANT* /*result*/, EXCEPINFO* /*exception*/,
-                        UINT* /*badArgument*/) {
+                        DISPPARAMS* parameters, VARIANT* /*result*/, EXCEPINFO* /*exception*/,
+                        UINT* badArgument) {
   const auto alive = ComPtr<IUnknown>::Share(this);
   if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
+  const UINT arguments = parameters != nullptr ? parameters->cArgs : 0;
   switch (member) {
+    case kOnConnectionMember: {
+      if (arguments != 4) return DISP_E_BADPARAMCOUNT;
+      Variant root;
+      Variant mode;
+      HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, root.Put(), badArgument);
+      if (SUCCEEDED(read)) read = DispGetParam(parameters, 1, VT_I4, mode.Put(), badArgument);
+      return FAILED(read) ? read : OnConnection(root.get().pdispVal, mode.get().lVal, nullptr, nullptr);
+    }
+    case kOnDisconnectionMember:
+      return arguments == 2 ? OnDisconnection(0, nullptr) : DISP_E_BADPARAMCOUNT;
+    case kOnAddInsUpdateMember:
+    case kOnStartupCompleteMember:
+      return arguments == 1 ? S_OK : DISP_E_BADPARAMCOUNT;
     case kShowMember:
       return Guarded([this] { Show(); });
     case kHideMember:

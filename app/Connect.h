@@ -23,7 +23,7 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
   Connect(ServerLife& life, AddInWindow& window);
   ~Connect() override;
 
-  /// Shows the main window with the connected environment; without one, nothing.
+  /// Shows the main window, with the environment that is connected, if any.
   void Show();
   void Hide();
 
@@ -34,7 +34,7 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
   HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
 
-  // IDispatch: Show and Hide
+  // IDispatch: Show and Hide by name, and the functions of IDTExtensibility by their numbers
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
@@ -48,43 +48,39 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
   struct Session {
     Session(Connect& connect, IDispatch* root);
 
-    ServerLife::Connection connection;
+    bool over() const { return !*connected; }
+
+    const std::shared_ptr<bool> connected = std::make_shared<bool>(true);
     host::VBE root;
-    ComHostEnvironment environment{root, [this] { window.PostGone(); }};
-    ConnectionWindow window;
+    ComHostEnvironment environment;
     host::CommandBarControl menuEntry;
     std::unique_ptr<MenuHandler> menuHandler;
-    bool over = false;
-  };
-
-  /// Keeps this and the process going without an environment.
-  struct Stay {
-    explicit Stay(Connect& connect);
-
-    ComPtr<IUnknown> self;
-    ServerLife::Connection connection;
   };
 
   void AddMenuEntry(Session& session);
-  static void WatchHost(Session& session);
+  void WatchHost(Session& session);
   static host::CommandBarControl AddToAddInCommandBar(const host::VBE& root, const std::string& caption);
   void MenuHandler_Click();
-  /// False when the main window stays, for an answer that it waits for.
-  bool Disconnect();
-  void DisconnectOrStay();
+  void Disconnect();
+  /// Has the main window keep this, and the process, until it is hidden.
+  void KeepForWindow();
+  bool FindHostGone();
 
   // WindowUser
   void OnHidden() override;
   // ConnectionWindow::Owner
-  void ShowMainWindow() override { Show(); }
+  void ShowMainWindow() override;
   void HostIsGone() override;
   void PingHost() override;
 
   ServerLife& life_;
   AddInWindow& window_;
-  std::shared_ptr<Session> session_;  ///< Null when no environment is connected.
-  std::unique_ptr<Stay> stay_;        ///< While the window waits for an answer after the disconnection.
-  bool displayed_ = false;            ///< Whether the main window is shown for this environment.
+  std::shared_ptr<Session> session_;         ///< Null when no environment is connected.
+  std::unique_ptr<ConnectionWindow> watch_;  ///< Of the environment that was connected last.
+  /// From the first connection on: an environment may come back to its object after any time.
+  std::optional<ServerLife::Connection> connection_;
+  /// The main window's reference, while it is shown for this environment or waits for an answer.
+  ComPtr<IUnknown> displayed_;
 };
 
 }  // namespace snip

@@ -11,6 +11,8 @@ constexpr UINT kGone = WM_APP + 2;
 constexpr UINT_PTR kWatchTimer = 1;
 constexpr UINT kProcessCheckMs = 1000;
 constexpr UINT kPingMs = 5000;
+/// A process that ends is not reached any more for a while before its end is told.
+constexpr DWORD kEndingMs = 500;
 
 }  // namespace
 
@@ -33,12 +35,15 @@ void ConnectionWindow::PostShow() {
   PostMessageA(hWnd(), kShow, 0, 0);
 }
 
-void ConnectionWindow::PostGone() {
-  PostMessageA(hWnd(), kGone, 0, 0);
+bool ConnectionWindow::FindGone() {
+  const HWND self = hWnd();
+  const bool gone = HostGone(kEndingMs);
+  if (gone) PostMessageA(self, kGone, 0, 0);
+  return gone;
 }
 
-bool ConnectionWindow::HostGone() const {
-  if (process_) return WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
+bool ConnectionWindow::HostGone(DWORD patienceMs) const {
+  if (process_) return WaitForSingleObject(process_.get(), patienceMs) == WAIT_OBJECT_0;
   try {
     owner_.PingHost();
     return false;
@@ -57,7 +62,7 @@ LRESULT ConnectionWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
     case WM_TIMER: {
       // The environment may disconnect while it is asked, and this object go with it.
       const HWND self = hWnd();
-      if (HostGone()) PostMessageA(self, kGone, 0, 0);
+      if (HostGone(0)) PostMessageA(self, kGone, 0, 0);
       return 0;
     }
     case kGone:

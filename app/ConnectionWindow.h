@@ -8,7 +8,8 @@
 namespace snip {
 
 /// The invisible window of a connection. It puts work off until the call of the environment has returned that
-/// asked for it, and notices when the environment's process has ended without a word.
+/// asked for it, and notices, also after a disconnection, when the environment's process has ended without a
+/// word.
 class ConnectionWindow : public Window {
  public:
   class Owner {
@@ -16,7 +17,8 @@ class ConnectionWindow : public Window {
     virtual void ShowMainWindow() = 0;
     /// May delete the window.
     virtual void HostIsGone() = 0;
-    /// Asks the environment for a sign of life; throws `HostError`. Used when its process cannot be watched.
+    /// Asks the environment, while it is connected, for a sign of life; throws `HostError`. Used when its
+    /// process cannot be watched.
     virtual void PingHost() = 0;
 
    protected:
@@ -31,13 +33,15 @@ class ConnectionWindow : public Window {
   void WatchProcessOf(HWND hostWindow);
 
   void PostShow();
-  void PostGone();
+  /// Finds out whether the environment is gone, as a call seems to have found; has the owner told when it is.
+  bool FindGone();
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  bool HostGone() const;
+  /// Gives a process that is just ending `patienceMs` for it. This may be deleted meanwhile.
+  bool HostGone(DWORD patienceMs) const;
 
   struct ProcessTraits {
     using Type = HANDLE;

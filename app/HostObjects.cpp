@@ -27,7 +27,7 @@ void CommandBarControl::SetCaption(const std::string& caption) const {
   Put(L"Caption", TextVariant(caption));
 }
 void CommandBarControl::Delete() const {
-  Call(L"Delete");
+  CallAtTheEnd(L"Delete");
 }
 
 LONG CommandBarControls::Count() const {
@@ -81,6 +81,10 @@ CodeModule VBComponent::CodeModule() const {
 
 VBComponent VBComponents::Add(LONG componentType) const {
   return Get<host::VBComponent>(L"Add", {Variant(componentType).get()});
+}
+
+void VBComponents::Remove(const VBComponent& component) const {
+  Call(L"Remove", {ByValue(component.get())});
 }
 
 VBComponents VBProject::VBComponents() const {

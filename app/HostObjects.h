@@ -15,7 +15,7 @@ class CommandBarControl : public LateBound {
   CommandBarControl Share() const { return Shared<CommandBarControl>(); }
   std::string Caption() const;
   void SetCaption(const std::string& caption) const;
-  void Delete() const;
+  void Delete() const;  ///< Also after the disconnection.
 };
 
 class CommandBarControls : public LateBound {
@@ -80,6 +80,7 @@ class VBComponents : public LateBound {
  public:
   using LateBound::LateBound;
   VBComponent Add(LONG componentType) const;
+  void Remove(const VBComponent& component) const;
 };
 
 class VBProject : public LateBound {

@@ -92,10 +92,15 @@ std::string SystemText(HRESULT result) {
 }
 
 [[noreturn]] void Throw(HRESULT result, const std::string& description) {
-  if (MeansGone(result)) throw HostGone("The development environment is not connected any more.");
-  if (MeansBusy(result)) throw HostError("The development environment is busy. Please try again later.");
-  throw HostError("The development environment answered: " +
-                  (description.empty() ? SystemText(result) : description));
+  if (MeansBusy(result)) throw HostBusy("The development environment is busy. Please try again later.");
+  const std::string text =
+      "The development environment answered: " + (description.empty() ? SystemText(result) : description);
+  if (MeansGone(result)) throw HostGone(text);
+  throw HostError(text);
+}
+
+void ThrowIfOver(const HostLink& link) {
+  if (link && !*link) throw HostGone("The development environment is not connected any more.");
 }
 
 Variant ConvertedTo(VARTYPE type, const Variant& value) {
@@ -107,10 +112,10 @@ Variant ConvertedTo(VARTYPE type, const Variant& value) {
 
 }  // namespace
 
-LateBound::LateBound(const Variant& result) {
+LateBound::LateBound(const Variant& result, HostLink link) : link_(std::move(link)) {
   const ComPtr<IUnknown> object = ObjectIn(result);
   object_ = object.As<IDispatch>();
-  if (object && !object_) throw HostError("The development environment is busy. Please try again later.");
+  if (object && !object_) throw HostBusy("The development environment is busy. Please try again later.");
 }
 
 void LateBound::Ping() const {
@@ -125,14 +130,20 @@ Variant LateBound::Call(const wchar_t* member, Arguments arguments) const {
   std::vector<VARIANT> reversed(arguments);
   std::reverse(reversed.begin(), reversed.end());
   DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-  return Invoke(member, DISPATCH_METHOD | DISPATCH_PROPERTYGET, parameters);
+  return Invoke(ComPtr<IDispatch>::Share(get()), link_, member, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                parameters);
+}
+
+void LateBound::CallAtTheEnd(const wchar_t* member) const {
+  DISPPARAMS none{};
+  Invoke(ComPtr<IDispatch>::Share(get()), nullptr, member, DISPATCH_METHOD, none);
 }
 
 void LateBound::Put(const wchar_t* member, const Variant& value) const {
   VARIANT argument = value.get();
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{&argument, &put, 1, 1};
-  Invoke(member, DISPATCH_PROPERTYPUT, parameters);
+  Invoke(ComPtr<IDispatch>::Share(get()), link_, member, DISPATCH_PROPERTYPUT, parameters);
 }
 
 LONG LateBound::Number(const wchar_t* member) const {
@@ -145,21 +156,25 @@ std::string LateBound::Text(const wchar_t* member) const {
   return text.Text();
 }
 
-Variant LateBound::Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const {
-  const auto object = ComPtr<IDispatch>::Share(get());
+/// Copies of the object and the link, for the caller's own may go while the environment is waited for.
+Variant LateBound::Invoke(ComPtr<IDispatch> object, HostLink link, const wchar_t* member, WORD kind,
+                          DISPPARAMS& parameters) {
+  ThrowIfOver(link);
   if (!object) throw HostError("The development environment does not have what is needed for this.");
   std::wstring name = member;
   wchar_t* names = name.data();
   DISPID id = DISPID_UNKNOWN;
-  ThrowIfFailed(
-      CallPatiently([&] { return object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id); }));
+  ThrowIfFailed(CallPatiently([&] {
+    ThrowIfOver(link);
+    return object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id);
+  }));
   Variant result;
   ExceptionInfo exception;
   const HRESULT invoked = CallPatiently([&] {
+    ThrowIfOver(link);
     // A property that is set has no result.
     VARIANT* const answer = kind == DISPATCH_PROPERTYPUT ? nullptr : result.Put();
-    return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters, answer, exception.Put(),
-                          nullptr);
+    return object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, kind, &parameters, answer, exception.Put(), nullptr);
   });
   if (invoked == DISP_E_EXCEPTION) Throw(exception.code(), exception.Description());
   ThrowIfFailed(invoked);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -9,15 +10,19 @@
 
 namespace snip {
 
+/// Whether an environment is still connected; all that it has handed out looks at the same one.
+using HostLink = std::shared_ptr<const bool>;
+
 /// An object of the development environment, whose members are called by their names: that needs no type
 /// library of the environment's. Operations throw `HostError`. While one waits for the environment other
-/// messages come in, and this may be reset by them.
+/// messages come in, and this may be reset by them; after a disconnection the environment is not called any
+/// more.
 class LateBound {
  public:
   LateBound() = default;
-  explicit LateBound(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+  LateBound(ComPtr<IDispatch> object, HostLink link) : object_(std::move(object)), link_(std::move(link)) {}
   /// The object in a result; none when it holds nothing.
-  explicit LateBound(const Variant& result);
+  LateBound(const Variant& result, HostLink link);
 
   /// Whether there is an object at all: the environment answers with nothing where it has none.
   bool exists() const { return static_cast<bool>(object_); }
@@ -31,11 +36,14 @@ class LateBound {
 
   /// Reads a property or calls a method.
   Variant Call(const wchar_t* member, Arguments arguments = {}) const;
+  /// Calls a method also after the disconnection, which it is a part of.
+  void CallAtTheEnd(const wchar_t* member) const;
   void Put(const wchar_t* member, const Variant& value) const;
   /// The object that a member answers with.
   template <class Object>
   Object Get(const wchar_t* member, Arguments arguments = {}) const {
-    return Object(Call(member, arguments));
+    const HostLink link = link_;  // this may be gone after the call
+    return Object(Call(member, arguments), link);
   }
 
   LONG Number(const wchar_t* member) const;
@@ -44,13 +52,15 @@ class LateBound {
   /// A further owner of the same object.
   template <class Object>
   Object Shared() const {
-    return Object(ComPtr<IDispatch>::Share(get()));
+    return Object(ComPtr<IDispatch>::Share(get()), link_);
   }
 
  private:
-  Variant Invoke(const wchar_t* member, WORD kind, DISPPARAMS& parameters) const;
+  static Variant Invoke(ComPtr<IDispatch> object, HostLink link, const wchar_t* member, WORD kind,
+                        DISPPARAMS& parameters);
 
   ComPtr<IDispatch> object_;
+  HostLink link_;
 };
 
 Variant TextVariant(const std::string& text);

@@ -72,6 +72,7 @@ class Application {
   }
 
   ShowMessageFunction showMessage_ = [this](const std::string& prompt, int style, const std::string& title) {
+    mainWindow_.ShowForMessage();
     return ShowMessage(sounds_, prompt, style, title);
   };
   Registry32 registry_{showMessage_};

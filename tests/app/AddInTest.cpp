@@ -15,7 +15,6 @@
 #include "tests/host/HostProcess.h"
 #include "tests/host/HostTypeLibrary.h"
 #include "tests/soak/SoakHands.h"
-#include "tests/support/AccessibleClient.h"
 #include "tests/support/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/MainWindowKeys.h"
@@ -25,8 +24,6 @@ namespace snip::test {
 namespace {
 
 constexpr const char* kEntry = "[Brennic Snipstore 2.0]";
-constexpr const char* kPaste = "Paste to Current Code Window";
-constexpr const char* kNewModule = "Create New Module (All Snippets)";
 constexpr const char* kTitle = "Brennic Snipstore 2.x";
 
 /// The processes of the program.
@@ -87,38 +84,14 @@ class AddInTest : public testing::Test {
     EXPECT_EQ(host.Ask("references"), "0") << "of the environment's objects";
     host.Ask("release");
   }
-  /// Presses the output button; when it has another mode, chooses this one in its menu, which performs it
-  /// too.
-  static void Output(HWND window, const std::string& mode) {
-    const HWND bar = FindControl(window, frmAddIn::kMainBarId);
-    if (AccessibleClient(bar).Press(mode)) return;
-    Rect button{};
-    for (const AccessibleChild& child : AccessibleClient(bar).Children()) {
-      if (child.name == kPaste || child.name == kNewModule) button = child.place;
-    }
-    ASSERT_GT(button.width, 0);
-    POINT arrow{button.left + button.width - 5, button.top + button.height / 2};
-    ScreenToClient(bar, &arrow);
-    // A pointer that an earlier test has left there would have a tip shown above the arrow.
-    MovePointer({0, 0});
-    SetForegroundWindow(window);
-    ClickAt(bar, arrow);
-    HWND menu = nullptr;
-    ASSERT_TRUE(WaitUntil([&] {
-      do menu = FindWindowExA(nullptr, menu, "frmMenu", nullptr);
-      while (menu != nullptr && IsWindowVisible(menu) == 0);
-      return menu != nullptr;
-    }));
-    EXPECT_TRUE(WaitUntil([&] { return AccessibleClient(menu).Press(mode); }));
-  }
-  static void Paste(HWND window) { Output(window, kPaste); }
-  /// Pastes the first snippet into Form1, which makes it `text`, and has the environment in front again.
+  static void Paste(HWND window) { PostMessageA(window, WM_COMMAND, Command::kPasteCode, 0); }
+  /// Pastes the first snippet into Form1, which makes it `text`.
   static void PasteInto(HostProcess& host, HWND window, const std::string& text) {
     Paste(window);
     EXPECT_TRUE(WaitUntil([&] { return host.Ask("text Form1") == text; })) << host.Ask("text Form1");
-    EXPECT_TRUE(WaitUntil([&] { return host.Ask("front") == "yes"; }));
+    EXPECT_EQ(host.Ask("front"), "no") << "the environment comes to the front";
   }
-  static void PasteAll(HWND window) { Output(window, kNewModule); }
+  static void PasteAll(HWND window) { PostMessageA(window, WM_COMMAND, Command::kNewModule, 0); }
 
   /// Reads the message that the window shows, and closes it by a button.
   static std::string CloseMessage(HWND window, int button = IDOK) {
@@ -139,18 +112,35 @@ class AddInTest : public testing::Test {
 };
 
 TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
-  HostProcess host(LibraryPath());
-  host.Ask("entry Brennic Snipstore 2.0");
-  host.Ask("entry Other");
-  host.Ask("entry Brennic Snipstore 2.0");
-  for (const char* step : {"connect 1", "complete", "update"}) {
-    EXPECT_EQ(host.Ask(step), "0") << step;
-    EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry) << step;
+  for (const bool byNumber : {false, true}) {
+    SCOPED_TRACE(byNumber);
+    HostProcess host(LibraryPath());
+    if (byNumber) host.Ask("bynumber");
+    host.Ask("entry Brennic Snipstore 2.0");
+    host.Ask("entry Other");
+    host.Ask("entry Brennic Snipstore 2.0");
+    for (const char* step : {"connect 1", "complete", "update"}) {
+      EXPECT_EQ(host.Ask(step), "0") << step;
+      EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry) << step;
+    }
+    EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
+    EXPECT_EQ(Servers(), 1U);
+    Disconnect(host);
+    EXPECT_EQ(host.Ask("entries"), "[Other]");
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
   }
-  EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
-  EXPECT_EQ(Servers(), 1U);
-  Disconnect(host);
-  EXPECT_EQ(host.Ask("entries"), "[Other]");
+}
+
+TEST_F(AddInTest, AnUntickedAddInIsTickedAgainAfterAnyTime) {
+  HostProcess host(LibraryPath());
+  EXPECT_EQ(host.Ask("connect 0"), "0");
+  EXPECT_EQ(host.Ask("disconnect 1"), "0");
+  // The time after which a server without an environment gives up.
+  PostMessageA(FindWindowExA(HWND_MESSAGE, nullptr, "SnipstoreServerLife", nullptr), WM_TIMER, 1, 0);
+  EXPECT_EQ(host.Ask("connect 0"), "0");
+  EXPECT_EQ(host.Ask("entries"), kEntry);
+  EXPECT_EQ(host.Ask("disconnect 1"), "0");
+  host.Kill();  // which the object does not outlive
 }
 
 TEST_F(AddInTest, ChoosingTheEntryOpensTheWindowAndClosingHidesIt) {
@@ -176,10 +166,57 @@ TEST_F(AddInTest, ChoosingTheEntryOpensTheWindowAndClosingHidesIt) {
 }
 
 TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
+  for (const bool released : {false, true}) {
+    SCOPED_TRACE(released);
+    HostProcess host(LibraryPath());
+    host.Ask("module Form1 1 a");
+    EXPECT_EQ(host.Ask("connect 2"), "0");
+    if (released) host.Ask("release");
+    const HWND window = program_.MainWindow();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(host.Ask("entries"), "");
+    PasteInto(host, window, "Sub A()|  Beep|End Sub|a|");
+    if (!released) {
+      Disconnect(host);
+    } else {
+      PostMessageA(window, WM_CLOSE, 0, 0);
+    }
+    EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
+    EXPECT_EQ(host.Ask("references"), "0");
+  }
+}
+
+TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
+  program_.folder().Write("My Great Lib.bns", "BNS1.0\r\nFirst\r\nd1\r\nBeep\r\n..\r\n");
   HostProcess host(LibraryPath());
-  EXPECT_EQ(host.Ask("connect 2"), "0");
-  ASSERT_NE(program_.MainWindow(), nullptr);
-  EXPECT_EQ(host.Ask("entries"), "");
+  EXPECT_EQ(host.Ask("connect 0"), "0");
+  for (const char* time : {"at first", "again"}) {
+    SCOPED_TRACE(time);
+    host.Ask("click 0");
+    HWND window = nullptr;
+    HWND message = nullptr;
+    EXPECT_TRUE(WaitUntil([&] {
+      window = FindWindowA("frmAddIn", nullptr);
+      message = GetLastActivePopup(window);
+      return IsWindowVisible(window) != 0 && message != window && IsForeground(message);
+    }));
+    EXPECT_EQ(GetWindow(message, GW_OWNER), window);
+    EXPECT_EQ(IsWindowEnabled(window), FALSE);
+    host.Ask("takefront");
+  }
+  Disconnect(host);  // which the message does not outlive
+}
+
+TEST_F(AddInTest, APressDuringADeliveryIsIgnored) {
+  HostProcess host(LibraryPath());
+  host.Ask("module Form1 1 a");
+  const HWND window = OpenWindow(host);
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window); }));
+  host.Ask("hook CodeModule.InsertLines slow");
+  for (int press = 0; press < 2; ++press) PressKey('P', {VK_CONTROL, VK_SHIFT});
+  PressKey(VK_F1);  // is handled after what was pressed before
+  EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 1U; }));
+  EXPECT_EQ(host.Ask("text Form1"), "Sub A()|  Beep|End Sub|a|");
   Disconnect(host);
 }
 
@@ -198,8 +235,11 @@ TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
   const std::string expected = "shown Sub A()|  Beep|End Sub|Dim x|";
   EXPECT_TRUE(WaitUntil([&] { return host.Ask("text modMyGreatLib") == expected; }))
       << host.Ask("modules") << host.Ask("text modMyGreatLib");
-  // The name is taken now: the second one keeps its own.
-  PasteAll(window);
+  // The name is taken now: the second one keeps its own. The first press may come too early for another one.
+  EXPECT_TRUE(WaitUntil([&] {
+    PasteAll(window);
+    return !WindowsOver(window).empty();
+  }));
   EXPECT_EQ(CloseMessage(window),
             "The new module could not be named 'modMyGreatLib': The development environment answered: Name "
             "conflicts with existing module, project, or object library");
@@ -302,20 +342,23 @@ TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
     void (*paste)(HWND);  ///< Null when the command only makes ready.
     std::string message;  ///< Empty for whatever the system says about the failure.
   };
-  // The mode changes once: a second click on the arrow could count as half of a double click.
   const Refusal refusals[] = {
       {"nopane", &Paste, "No code pane is currently active."},
       {"module Form1 1 a", nullptr, ""},
       {"hook CodeModule.InsertLines 800A9C68 Can't edit module", &Paste, answered + "Can't edit module"},
       {"hook CodePane.GetSelection 80004001", &Paste, ""},
+      {"hook CodePane.GetSelection 80010108", &Paste, ""},  // its object, not the environment
       {"hook CodePane.GetSelection off", nullptr, ""},
       {"hook CodePane.CodeModule nothing", &Paste, nothingThere},
       {"hook CodePane.CodeModule off", nullptr, ""},
       {"hook VBE.ActiveCodePane 80010001", &Paste,
        "The development environment is busy. Please try again later."},
+      {"hook VBE.ActiveCodePane 80004005", &Paste, "No code pane is currently active."},
       {"hook VBComponents.Add 800A9C68 Project is locked", &PasteAll, answered + "Project is locked"},
       {"hook VBComponents.Add nothing", &PasteAll, nothingThere},
       {"hook VBComponents.Add off", &PasteAll, answered + "Can't edit module"},
+      {"hook VBComponents.Remove 80004005", &PasteAll, answered + "Can't edit module"},
+      {"hook CodeModule.InsertLines off", nullptr, ""},
       {"noproject", &PasteAll, "No project is currently open."},
   };
   for (const Refusal& refusal : refusals) {
@@ -331,6 +374,8 @@ TEST_F(AddInTest, WhatTheEnvironmentRefusesIsTold) {
     }
   }
   EXPECT_EQ(host.Ask("text Form1"), "a|");
+  EXPECT_EQ(host.Ask("modules"), "[Form1][modMyGreatLib]") << "the one that could be removed is not there";
+  EXPECT_EQ(host.Ask("text modMyGreatLib"), "shown ");
   Disconnect(host);
 }
 
@@ -358,7 +403,7 @@ TEST_F(AddInTest, FailuresWhileConnectingAreSwallowed) {
   Disconnect(host);
   EXPECT_EQ(host.Ask("connectnothing"), "0");
   EXPECT_EQ(host.Ask("call Show"), "0");
-  EXPECT_EQ(FindVisibleWindow(kTitle), nullptr);
+  EXPECT_NE(program_.MainWindow(), nullptr);
   Disconnect(host);
 }
 
@@ -367,21 +412,26 @@ TEST_F(AddInTest, ADisconnectionMayComeWhileTheEnvironmentIsWaitedFor) {
   for (const std::string member :
        {"VBE.MainWindow", "VBE.CommandBars", "CommandBarControls.Count", "CommandBarControls.Add",
         "CommandBarControl.Caption", "VBE.Events", "Events.CommandBarEvents", "Events.Advise",
-        "VBE.ActiveCodePane", "CodePane.GetSelection", "CodeModule.InsertLines"}) {
+        "VBE.ActiveCodePane", "CodePane.GetSelection", "CodeModule.InsertLines", "VBE.ActiveVBProject",
+        "VBComponents.Add", "VBComponent.Name", "VBComponent.CodeModule"}) {
     SCOPED_TRACE(member);
-    const bool pasting = member.find("Code") != std::string::npos;
+    const bool pastingAll = member.find("VBComponent") == 0 || member == "VBE.ActiveVBProject";
+    const bool pasting = pastingAll || member.find("Code") != std::string::npos;
     host.Ask("module Form1 1 a");
     HWND window = nullptr;
     if (pasting) window = OpenWindow(host);
     host.Ask("hook " + member + " disconnect");
     if (pasting) {
-      Paste(window);
+      pastingAll ? PasteAll(window) : Paste(window);
       EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
     } else {
       EXPECT_EQ(host.Ask("connect 0"), "0");
     }
     EXPECT_TRUE(WaitUntil([&] { return host.Ask("references") == "0"; }));
     EXPECT_EQ(host.Ask("entries"), "");
+    // Nothing follows but what the disconnection itself does.
+    const std::string last = host.Ask("last");
+    EXPECT_TRUE(last == member || last == "CommandBarControl.Delete") << last;
     host.Ask("hook " + member + " off");
   }
   host.Ask("release");
@@ -466,21 +516,27 @@ TEST_F(AddInTest, AnObjectThatIsOnlyMadeLeavesNothing) {
 }
 
 TEST_F(AddInTest, TwoEnvironmentsShareTheProcessAndTheWindow) {
-  HostProcess first(LibraryPath());
-  HostProcess second(LibraryPath());
-  first.Ask("module Form1 1 a");
-  second.Ask("module Form1 1 b");
-  const HWND window = OpenWindow(first);
-  EXPECT_EQ(OpenWindow(second), window);
-  EXPECT_EQ(Servers(), 1U);
-  PasteInto(second, window, "Sub A()|  Beep|End Sub|b|");
-  EXPECT_EQ(first.Ask("text Form1"), "a|");
-  // The first one does not have it any more.
-  EXPECT_EQ(first.Ask("call Hide"), "0");
-  Disconnect(first);
-  EXPECT_NE(IsWindowVisible(window), FALSE);
-  Disconnect(second);
-  EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+  for (const bool firstLeavesFirst : {true, false}) {
+    SCOPED_TRACE(firstLeavesFirst);
+    HostProcess first(LibraryPath());
+    HostProcess second(LibraryPath());
+    first.Ask("module Form1 1 a");
+    second.Ask("module Form1 1 b");
+    const HWND window = OpenWindow(first);
+    EXPECT_EQ(OpenWindow(second), window);
+    EXPECT_EQ(Servers(), 1U);
+    PasteInto(second, window, "Sub A()|  Beep|End Sub|b|");
+    EXPECT_EQ(first.Ask("text Form1"), "a|");
+    // The second one has it now.
+    if (firstLeavesFirst) {
+      EXPECT_EQ(first.Ask("call Hide"), "0");
+    }
+    Disconnect(firstLeavesFirst ? first : second);
+    EXPECT_NE(IsWindowVisible(window), FALSE);
+    if (!firstLeavesFirst) PasteInto(first, window, "Sub A()|  Beep|End Sub|a|");
+    Disconnect(firstLeavesFirst ? second : first);
+    EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0; }));
+  }
 }
 
 TEST_F(AddInTest, RoundsLeaveNothing) {

@@ -372,12 +372,8 @@ TEST_F(MainWindowSession, MenusAreTornOffOnlyWhenAllowed) {
 
 TEST_F(MainWindowSession, AnEmptyFolderAllowsANewLibraryOnly) {
   program_.Start();
-  const HWND notice = WaitForWindow("Brennic Snipstore 2.x");  // the box, before the window of that title
-  EXPECT_EQ(WindowText(GetDlgItem(notice, frmMsg::kLabelId)),
-            "There are no BNS files in the BnSnipstore directory.");
-  ClickCentre(GetDlgItem(notice, IDOK));
-  ASSERT_TRUE(WaitUntil([&] { return IsWindow(notice) == 0; }));
-  window_ = program_.MainWindow();
+  ASSERT_TRUE(WaitUntil([&] { return (window_ = FindWindowA("frmAddIn", nullptr)) != nullptr; }));
+  Answer("There are no BNS files in the BnSnipstore directory.", IDOK);
   for (const char* name :
        {"Save Library", "Rename Library", "New Snippet", "Edit Snippet", "Delete Snippet"}) {
     EXPECT_TRUE(Button(kBar, name).Has(STATE_SYSTEM_UNAVAILABLE)) << name;

@@ -23,6 +23,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "app/AddInIdentity.h"
 #include "app/IDTExtensibility.h"
@@ -135,26 +136,45 @@ class Host {
     HRESULT result = object_ ? S_OK : Create();
     if (SUCCEEDED(result)) result = Query();
     if (FAILED(result)) return result;
+    if (byNumber_) return CallNumber(1, {ByValue(root.get()), Variant(mode).get(), ByValue(nullptr)});
     SAFEARRAY* custom = nullptr;
     return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
   }
+  static VARIANT ByValue(IDispatch* object) {
+    VARIANT value{};
+    value.vt = VT_DISPATCH;
+    value.pdispVal = object;
+    return value;
+  }
+  /// Calls a function of the add-in's interface by its number; an empty array follows the arguments.
+  HRESULT CallNumber(DISPID number, std::vector<VARIANT> arguments) {
+    SAFEARRAY* custom = nullptr;
+    arguments.emplace_back().vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
+    arguments.back().pparray = &custom;
+    std::reverse(arguments.begin(), arguments.end());
+    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    return addIn_.As<IDispatch>()->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
+                                          nullptr);
+  }
   /// Calls the add-in with an array that holds nothing.
   template <class Call>
-  HRESULT TellAddIn(const Call& call) {
+  HRESULT TellAddIn(DISPID number, const Call& call, std::vector<VARIANT> arguments = {}) {
     if (!addIn_) return E_POINTER;
+    if (byNumber_) return CallNumber(number, std::move(arguments));
     SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
     const HRESULT result = call(&custom);
     SafeArrayDestroy(custom);
     return result;
   }
   HRESULT DisconnectAddIn(LONG mode) {
-    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnDisconnection(mode, custom); });
+    return TellAddIn(2, [&](SAFEARRAY** custom) { return addIn_->OnDisconnection(mode, custom); },
+                     {Variant(mode).get()});
   }
   HRESULT UpdateAddIns() {
-    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnAddInsUpdate(custom); });
+    return TellAddIn(3, [&](SAFEARRAY** custom) { return addIn_->OnAddInsUpdate(custom); });
   }
   HRESULT CompleteStartup() {
-    return TellAddIn([&](SAFEARRAY** custom) { return addIn_->OnStartupComplete(custom); });
+    return TellAddIn(4, [&](SAFEARRAY** custom) { return addIn_->OnStartupComplete(custom); });
   }
   HRESULT CallMember(const std::string& name) {
     ComPtr<IDispatch> object = addIn_.As<IDispatch>();
@@ -178,6 +198,8 @@ class Host {
       model_.watch.hooks[member] = [this] { return DisconnectAddIn(1); };
     } else if (what == "nothing") {
       model_.watch.hooks[member] = [] { return kAnswerNothing; };
+    } else if (what == "slow") {
+      model_.watch.hooks[member] = [] { return Sleep(1000), S_OK; };
     } else if (what == "exit") {
       model_.watch.hooks[member] = []() -> HRESULT { ExitProcess(0); };
     } else {
@@ -272,6 +294,8 @@ class Host {
         {"text", [&] { return Text(next()); }},
         {"hook", [&] { return Hook(words); }},
         {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
+        {"bynumber", [&] { return byNumber_ = true, ""; }},
+        {"last", [&] { return model_.watch.last; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
         {"front", [&] { return GetForegroundWindow() == window_.hWnd() ? "yes" : "no"; }},
         {"takefront", [&] { return SetForegroundWindow(window_.hWnd()) != 0 ? "yes" : "no"; }},
@@ -286,6 +310,7 @@ class Host {
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;
   ComPtr<IDTExtensibility> addIn_;
+  bool byNumber_ = false;  ///< Whether the add-in's functions are called by their numbers.
 };
 
 }  // namespace

@@ -14,6 +14,19 @@ constexpr WORD kPut = DISPATCH_PROPERTYPUT;
 constexpr WORD kMethod = DISPATCH_METHOD;
 constexpr HRESULT kOutOfRange = static_cast<HRESULT>(0x800A0009);
 
+/// The text property of an object, by which it is known: the object itself has come from another process.
+std::string TextOf(IDispatch* object, std::wstring property) {
+  wchar_t* names = property.data();
+  DISPID id = 0;
+  DISPPARAMS none{};
+  Variant text;
+  object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id);
+  object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, kGet, &none, text.Put(), nullptr, nullptr);
+  Bstr value;
+  value.Reset(text.Detach().bstrVal);
+  return value.Text();
+}
+
 }  // namespace
 
 std::string Module::Text() const {
@@ -143,19 +156,9 @@ IDispatch* HostModel::Events() {
   return Object(
       "Events",
       {{L"CommandBarEvents", 205, kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
-          // Known by its caption alone, the object having come from another process.
-          wchar_t caption[] = L"Caption";
-          wchar_t* names = caption;
-          DISPID id = 0;
-          DISPPARAMS none{};
-          Variant text;
-          IDispatch* const control = arguments.Object(0);
-          control->GetIDsOfNames(IID_NULL, &names, 1, 0, &id);
-          control->Invoke(id, IID_NULL, 0, kGet, &none, text.Put(), nullptr, nullptr);
-          Bstr wanted;
-          wanted.Reset(text.Detach().bstrVal);
+          const std::string wanted = TextOf(arguments.Object(0), L"Caption");
           const auto entry = std::find_if(entries.begin(), entries.end(), [&](const auto& candidate) {
-            return candidate->caption == wanted.Text();
+            return candidate->caption == wanted;
           });
           if (entry == entries.end()) return E_INVALIDARG;
           result.vt = VT_UNKNOWN;
@@ -228,11 +231,19 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
 
 IDispatch* HostModel::Components() {
   return Object("VBComponents",
-                {{L"Add", 12, kMethod, {VT_I4}, [this](const Arguments& arguments, VARIANT& result) {
+                {{L"Add",
+                  12,
+                  kMethod,
+                  {VT_I4},
+                  [this](const Arguments& arguments, VARIANT& result) {
                     if (arguments.Number(0) != 1) return E_INVALIDARG;
                     modules.push_back(std::make_shared<Module>());
                     modules.back()->name = "Module" + std::to_string(++modulesAdded_);
                     return Answer(result, Component(modules.back()));
+                  }},
+                 {L"Remove", 13, kMethod, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT&) {
+                    modules.remove(FindModule(TextOf(arguments.Object(0), L"Name")));
+                    return S_OK;
                   }}});
 }
 

@@ -36,8 +36,9 @@ HRESULT ScriptObject::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** i
   return DISP_E_BADINDEX;
 }
 
-HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,
+HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID locale,
                                     DISPID* ids) {
+  if (locale != LOCALE_NEUTRAL) return DISP_E_UNKNOWNLCID;
   if (count != 1) return DISP_E_UNKNOWNNAME;
   for (const Member& member : members_) {
     if (lstrcmpiW(member.name.c_str(), names[0]) != 0) continue;
@@ -48,9 +49,9 @@ HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT c
   return DISP_E_UNKNOWNNAME;
 }
 
-HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
-                             DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                             UINT* /*badArgument*/) {
+HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD kind, DISPPARAMS* parameters,
+                             VARIANT* result, EXCEPINFO* exception, UINT* /*badArgument*/) {
+  if (locale != LOCALE_NEUTRAL) return DISP_E_UNKNOWNLCID;
   const auto alive = ComPtr<IUnknown>::Share(this);
   const auto member = std::find_if(members_.begin(), members_.end(), [&](const Member& candidate) {
     return candidate.id == id && (candidate.kind & kind) != 0;
@@ -78,6 +79,7 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID /*locale*/, WO
   }
   if (done == kAnswerNothing) return Answer(answer, static_cast<IDispatch*>(nullptr));
   if (SUCCEEDED(done)) done = member->function(arguments, answer);
+  watch_.last = name;
   if (FAILED(done) && !watch_.description.empty() && exception != nullptr) {
     exception->scode = done;
     exception->bstrDescription = Bstr(watch_.description).Detach();

@@ -25,6 +25,7 @@ class CallWatch {
   LONG references = 0;
   std::map<std::string, Hook> hooks;
   std::string description;  ///< Of failures that are exceptions.
+  std::string last;         ///< The member that was called last.
 };
 
 /// Arguments in the order of the declaration.

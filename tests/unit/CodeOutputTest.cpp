@@ -2,183 +2,155 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
+#include <vector>
 
 #include "tests/unit/FakeMainWindow.h"
 
 namespace snip::test {
 namespace {
 
-/// What every fake part of the environment shares: the calls in their order, and the one that fails.
-struct Script {
-  Calls& calls;
-  std::string failing;  ///< The start of the call.
-  bool gone = false;    ///< How it fails.
-  std::function<void()> during = [] {};
+/// A fake environment, whose parts note the calls in their order.
+struct FakeHost : HostEnvironment {
+  explicit FakeHost(Calls& noted) : calls(noted) {}
 
   void Call(const std::string& call) {
     calls.push_back(call);
     during();
-    if (failing.empty() || !call.starts_with(failing)) return;
-    if (gone) throw HostGone("gone");
-    throw HostError("No " + failing + ".");
+    for (const std::string& start : failing) {
+      if (!call.starts_with(start)) continue;
+      if (gone) throw HostGone("Gone.");
+      throw HostError("No " + start + ".");
+    }
   }
+  std::unique_ptr<HostCodePane> ActiveCodePane() override;
+  std::unique_ptr<HostModule> AddStandardModule() override;
+  bool Lost() override {
+    calls.emplace_back("lost");
+    return reallyGone;
+  }
+
+  Calls& calls;
+  std::vector<std::string> failing;  ///< The starts of calls that fail.
+  bool gone = false;                 ///< How they fail.
+  bool reallyGone = false;
+  std::function<void()> during = [] {};
 };
 
-class FakePane : public HostCodePane {
- public:
-  FakePane(Script& script, int line) : script_(script), line_(line) {}
-  int SelectionStartLine() override {
-    script_.Call("selection");
-    return line_;
+struct FakePane : HostCodePane {
+  FakePane(FakeHost& environment, int start) : host(environment), line(start) {}
+  int SelectionStartLine() override { return host.Call("selection"), line; }
+  void InsertLines(int at, const std::string& text) override {
+    host.Call("insert " + std::to_string(at) + " " + text);
+    line += 10;  // the cursor moves with its line
   }
-  void InsertLines(int line, const std::string& text) override {
-    script_.Call("insert " + std::to_string(line) + " " + text);
-    line_ += 10;  // the cursor moves with its line
-  }
-  void Show() override { script_.Call("show"); }
+  void Show() override { host.Call("show"); }
 
- private:
-  Script& script_;
-  int line_;
+  FakeHost& host;
+  int line;
 };
 
-class FakeModule : public HostModule {
- public:
-  explicit FakeModule(Script& script) : script_(script) {}
-  void SetName(const std::string& name) override { script_.Call("name " + name); }
-  std::unique_ptr<HostCodePane> CodePane() override { return std::make_unique<FakePane>(script_, 1); }
+struct FakeModule : HostModule {
+  explicit FakeModule(FakeHost& environment) : host(environment) {}
+  void SetName(const std::string& name) override { host.Call("name " + name); }
+  void Remove() override { host.Call("remove"); }
+  std::unique_ptr<HostCodePane> CodePane() override { return std::make_unique<FakePane>(host, 1); }
 
- private:
-  Script& script_;
+  FakeHost& host;
 };
 
-class FakeHost : public HostEnvironment {
- public:
-  explicit FakeHost(Script& script) : script_(script) {}
-  bool hasPane = true;
-  bool hasProject = true;
-  std::unique_ptr<HostCodePane> ActiveCodePane() override {
-    script_.Call("pane");
-    return hasPane ? std::make_unique<FakePane>(script_, 7) : nullptr;
-  }
-  std::unique_ptr<HostModule> AddStandardModule() override {
-    script_.Call("add");
-    return hasProject ? std::make_unique<FakeModule>(script_) : nullptr;
-  }
-  void Activate() override { script_.calls.emplace_back("activate"); }
-  void Lost() override { script_.calls.emplace_back("lost"); }
-
- private:
-  Script& script_;
-};
-
-std::string Told(const std::string& prompt) {
-  return "64 [Brennic Snipstore 2.x] " + prompt;
+std::unique_ptr<HostCodePane> FakeHost::ActiveCodePane() {
+  return Call("pane"), std::make_unique<FakePane>(*this, 7);
+}
+std::unique_ptr<HostModule> FakeHost::AddStandardModule() {
+  return Call("add"), std::make_unique<FakeModule>(*this);
 }
 
 class CodeOutputTest : public FakeMainWindow {
  protected:
-  CodeOutputTest() { Open(); }
-
-  void Open() {
-    library.Snippets = {{"A", "", "one\r\n  two", ""}, {"B", "", "", ""}, {"C", "", "three\r\n", ""}};
+  void Run(bool all) {
+    library.Snippets = {{"A", "", "one", ""}, {"B", "", "two", ""}};
     view.FillRows(library.Snippets);
     view.SelectRow(0);
-    view.SetCode("shown\r\n\r\n and edited");
     output.SetHost(&host);
+    calls.clear();
+    all ? output.PasteToNewModule("My Lib") : output.PasteCode();
   }
 
-  void Run(bool all) { all ? output.PasteToNewModule("My Great Lib") : output.PasteCode(); }
-
-  Script script{calls, "", false};
-  FakeHost host{script};
+  FakeHost host{calls};
   CodeOutput output{library, view, showMessage};
 };
 
-TEST_F(CodeOutputTest, TheShownCodeGoesBeforeTheSelectionAsItIs) {
-  output.PasteCode();
-  EXPECT_EQ(calls, (Calls{"pane", "selection", "insert 7 shown\r\n\r\n and edited", "activate"}));
-}
-
-TEST_F(CodeOutputTest, EverySnippetGoesToTheSelectionOfTheNewModuleInTurn) {
-  output.PasteToNewModule(" My Great  Lib");
-  EXPECT_EQ(calls, (Calls{"add", "name modMyGreatLib", "selection", "insert 1 one\r\n  two", "selection",
-                          "insert 11 ", "selection", "insert 21 three\r\n", "show", "activate"}));
-}
-
-TEST_F(CodeOutputTest, OnlyBlanksLeaveTheName) {
-  EXPECT_EQ(ModuleName("a-b\tc.d (Browse...)"), "moda-b\tc.d(Browse...)");
-  EXPECT_EQ(ModuleName("   "), "mod");
-}
-
-TEST_F(CodeOutputTest, WhatIsMissingIsTold) {
-  host.hasPane = host.hasProject = false;
-  Run(false);
-  Run(true);
-  view.SelectRow(-1);
-  Run(false);
-  view.rows.clear();  // what is shown is no library, and the one before is still in memory
-  Run(true);
-  output.SetHost(nullptr);
-  Run(false);
-  Run(true);
-  EXPECT_EQ(
-      calls,
-      (Calls{"pane", Told("No code pane is currently active."), "add", Told("No project is currently open."),
-             Told("No code snippet is currently selected."), Told("No code snippet is currently selected."),
-             Told("No development environment is connected."),
-             Told("No development environment is connected.")}));
-}
-
-TEST_F(CodeOutputTest, WhatFailsIsToldAndEndsTheDelivery) {
-  for (const auto& [failing, all] : std::initializer_list<std::pair<const char*, bool>>{{"pane", false},
-                                                                                        {"selection", false},
-                                                                                        {"insert 7", false},
-                                                                                        {"add", true},
-                                                                                        {"insert 11", true},
-                                                                                        {"show", true}}) {
-    for (const bool gone : {false, true}) {
-      SCOPED_TRACE(failing);
-      calls.clear();
-      script.failing = failing;
-      script.gone = gone;
-      Run(all);
-      ASSERT_GE(calls.size(), 2U);
-      EXPECT_TRUE(calls[calls.size() - 2].starts_with(failing));
-      EXPECT_EQ(calls.back(), gone ? "lost" : Told("No " + script.failing + "."));
+TEST_F(CodeOutputTest, WhatFailsIsToldAndLeavesNothingHalfDone) {
+  const std::string told = "64 [Brennic Snipstore 2.x] ";
+  const std::string unnamed = told + "The new module could not be named 'modMyLib': No name.";
+  const std::string unshown = "The new module holds every snippet, but its code window could not be shown.";
+  struct Row {
+    bool all;
+    std::vector<std::string> failing;
+    Calls after;  ///< The calls behind the first that fails.
+  };
+  const Row rows[] = {
+      {false, {"pane"}, {told + "No code pane is currently active."}},
+      {false, {"selection"}, {told + "No selection."}},
+      {false, {"insert 7"}, {told + "No insert 7."}},
+      {true, {"add"}, {told + "No add."}},
+      {true, {"selection"}, {"remove", told + "No selection."}},
+      {true, {"insert 11"}, {"remove", told + "No insert 11."}},
+      {true, {"insert 11", "remove"}, {"remove", "show", told + "No insert 11."}},
+      {true, {"insert 11", "remove", "show"}, {"remove", "show", told + "No insert 11."}},
+      {true, {"name"}, {"selection", "insert 1 one", "selection", "insert 11 two", "show", unnamed}},
+      {true, {"show"}, {told + unshown}},
+      {true,
+       {"name", "show"},
+       {"selection", "insert 1 one", "selection", "insert 11 two", "show", unnamed + "\n" + unshown}},
+  };
+  for (const Row& row : rows) {
+    host.failing = row.failing;
+    host.gone = false;
+    Run(row.all);
+    const auto failed = std::find_if(calls.begin(), calls.end(), [&](const std::string& call) {
+      return call.starts_with(row.failing.front());
+    });
+    ASSERT_NE(failed, calls.end());
+    EXPECT_EQ(Calls(failed + 1, calls.end()), row.after);
+    host.gone = true;
+    for (const bool reallyGone : {false, true}) {
+      host.reallyGone = reallyGone;
+      Run(row.all);
+      EXPECT_EQ(std::count(calls.begin(), calls.end(), "lost"), 1);
+      EXPECT_EQ(calls.back(), reallyGone ? "lost" : told + "Gone.");
     }
   }
 }
 
-TEST_F(CodeOutputTest, AModuleWhoseNameIsRefusedKeepsItsOwnAndIsFilled) {
-  script.failing = "name";
+TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
+  Run(false);
+  calls.clear();
+  view.SelectRow(-1);
+  output.PasteCode();
+  view.rows.clear();  // what is shown is no library, and the one before is still in memory
   output.PasteToNewModule("Lib");
-  EXPECT_EQ(calls.back(), Told("The new module could not be named 'modLib': No name."));
-  EXPECT_EQ(calls[calls.size() - 2], "show");
+  EXPECT_EQ(calls, Calls(2, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
 }
 
 TEST_F(CodeOutputTest, ADisconnectionOrAnotherRequestMayComeMeanwhile) {
   for (const bool all : {false, true}) {
-    Open();
-    calls.clear();
-    script.during = [&] {
-      Run(true);  // ignored
+    host.failing = {all ? "name" : "pane"};
+    host.during = [&] {
+      if (calls.size() > 1) return;
+      output.PasteToNewModule("Other");
       output.SetHost(nullptr);
       library = {};
-      view.FillRows({});
-      view.SetCode("");
     };
     Run(all);
-    EXPECT_EQ(
-        std::count_if(calls.begin(), calls.end(), [](const auto& call) { return call.starts_with("add"); }),
-        all);
-    EXPECT_TRUE(std::count(calls.begin(), calls.end(), "insert 7 shown\r\n\r\n and edited") == 1 ||
-                std::count(calls.begin(), calls.end(), "insert 21 three\r\n") == 1);
-    EXPECT_EQ(std::count(calls.begin(), calls.end(), "activate"), 0);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "add"), all);
+    // What goes on is what was asked for, and nothing is told.
+    EXPECT_EQ(calls.back(), all ? "show" : "pane");
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "insert 11 two"), all);
   }
 }
 

@@ -87,12 +87,6 @@ TEST_F(FaultsTest, MemoryThatRunsOutWhileClosingKeepsTheWindowAndItsChanges) {
   EXPECT_NE(Stored().find("changed"), std::string::npos);
 }
 
-class NoHost : public HostEnvironment {
-  std::unique_ptr<HostCodePane> ActiveCodePane() override { return nullptr; }
-  std::unique_ptr<HostModule> AddStandardModule() override { return nullptr; }
-  void Activate() override {}
-};
-
 LRESULT CALLBACK RefuseWindow(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
   return 0;
 }
@@ -111,11 +105,10 @@ TEST_F(FaultsTest, AWindowThatCannotBeMadeIsNotWaitedFor) {
   ASSERT_NE(RegisterClassA(&refusing), 0);
   Make();
   AddInWindow addIn(*window_);
-  NoHost host;
-  EXPECT_FALSE(addIn.Show(user, host));
+  EXPECT_FALSE(addIn.Show(user, nullptr));
   EXPECT_TRUE(addIn.Unload(user));
   UnregisterClassA("frmAddIn", instance);
-  EXPECT_TRUE(addIn.Show(user, host));
+  EXPECT_TRUE(addIn.Show(user, nullptr));
   EXPECT_TRUE(addIn.Unload(user));
   EXPECT_EQ(window_->hWnd(), nullptr);
 }

@@ -15,16 +15,64 @@ std::string NoSpaces(std::string text) {
   return text;
 }
 
-/// Why the environment refused the name; nothing when it took it.
-std::string Rename(HostModule& module, const std::string& name) {
+/// Throws `HostError`, with what the user is to be told, also when there is none.
+std::unique_ptr<HostCodePane> ActiveCodePane(HostEnvironment& host) {
   try {
-    module.SetName(name);
+    if (auto pane = host.ActiveCodePane()) return pane;
+  } catch (const HostGone&) {
+    throw;
+  } catch (const HostBusy&) {
+    throw;
+  } catch (const HostError&) {
+    // An environment that cannot tell its active pane has none to offer.
+  }
+  throw HostError("No code pane is currently active.");
+}
+
+/// Why the environment refused something that the rest does not depend on; nothing when it did it.
+template <class Function>
+std::string RefusalOf(const Function& request) {
+  try {
+    request();
     return {};
   } catch (const HostGone&) {
     throw;
   } catch (const HostError& error) {
     return error.what();
   }
+}
+
+/// Half a module is taken away again; one that cannot be is shown, so that the user sees what there is.
+void Withdraw(HostModule& module) {
+  try {
+    module.Remove();
+  } catch (const HostError&) {
+    try {
+      module.CodePane()->Show();
+    } catch (const HostError&) {
+      return;  // what has failed before is told
+    }
+  }
+}
+
+/// What the module lacks although it holds every snippet; nothing when it lacks nothing.
+std::string Fill(HostModule& module, const std::string& name, const std::vector<Snippet>& snippets) {
+  std::string refusal;
+  std::unique_ptr<HostCodePane> pane;
+  try {
+    refusal = RefusalOf([&] { module.SetName(name); });
+    pane = module.CodePane();
+    for (const Snippet& snippet : snippets) pane->InsertLines(pane->SelectionStartLine(), snippet.Code);
+  } catch (const HostError&) {
+    Withdraw(module);
+    throw;
+  }
+  if (!refusal.empty()) refusal = "The new module could not be named '" + name + "': " + refusal;
+  if (!RefusalOf([&] { pane->Show(); }).empty()) {
+    if (!refusal.empty()) refusal += '\n';
+    refusal += "The new module holds every snippet, but its code window could not be shown.";
+  }
+  return refusal;
 }
 
 }  // namespace
@@ -38,33 +86,28 @@ CodeOutput::CodeOutput(const Library& library, const SnippetView& view, ShowMess
 
 void CodeOutput::PasteCode() {
   Deliver([this](HostEnvironment& host) {
-    if (view_.SelectedRow() < 0) return Tell("No code snippet is currently selected.");
+    if (view_.SelectedRow() < 0) throw HostError("No code snippet is currently selected.");
     // Read first: the window may be gone when the environment has answered.
     const std::optional<std::string> code = view_.Code();
     if (!code) return;
-    const auto pane = host.ActiveCodePane();
-    if (!pane) return Tell("No code pane is currently active.");
+    const auto pane = ActiveCodePane(host);
     pane->InsertLines(pane->SelectionStartLine(), *code);
-    if (host_ == &host) host.Activate();
   });
 }
 
 void CodeOutput::PasteToNewModule(const std::string& libraryText) {
   Deliver([this, &libraryText](HostEnvironment& host) {
     // In place of a file that is no library, the one before is in memory and none is shown.
-    if (view_.RowCount() != library_.LastIndex() + 1) return Tell("No code snippet is currently selected.");
+    if (view_.RowCount() != library_.LastIndex() + 1)
+      throw HostError("No code snippet is currently selected.");
     const std::string name = ModuleName(libraryText);
     // Taken before the environment is asked for anything: the library may be another one when it has
     // answered.
     const std::vector<Snippet> snippets = library_.Snippets;
     const auto module = host.AddStandardModule();
-    if (!module) return Tell("No project is currently open.");
-    const std::string refusal = Rename(*module, name);
-    const auto pane = module->CodePane();
-    for (const Snippet& snippet : snippets) pane->InsertLines(pane->SelectionStartLine(), snippet.Code);
-    pane->Show();
-    if (!refusal.empty()) return Tell("The new module could not be named '" + name + "': " + refusal);
-    if (host_ == &host) host.Activate();
+    if (!module) throw HostError("No project is currently open.");
+    const std::string shortcoming = Fill(*module, name, snippets);
+    if (!shortcoming.empty()) throw HostError(shortcoming);
   });
 }
 
@@ -77,8 +120,8 @@ void CodeOutput::Deliver(const std::function<void(HostEnvironment&)>& delivery) 
   HostEnvironment* const asked = host_;
   try {
     delivery(*asked);
-  } catch (const HostGone&) {
-    if (host_ == asked) asked->Lost();
+  } catch (const HostGone& error) {
+    if (host_ == asked && !asked->Lost() && host_ == asked) Tell(error.what());
   } catch (const HostError& error) {
     if (host_ == asked) Tell(error.what());
   }

@@ -22,7 +22,8 @@ class CodeOutput {
   /// starts.
   void PasteCode();
   /// Writes every snippet of the library into a new module, which is named after `libraryText`, the text of
-  /// `cboFiles`. A name that the environment refuses leaves the module under its first one.
+  /// `cboFiles`. A name that the environment refuses leaves the module under its first one; when a snippet
+  /// cannot be written, the module is taken away again.
   void PasteToNewModule(const std::string& libraryText);
 
  private:

@@ -7,8 +7,8 @@
 namespace snip {
 
 // The development environment as the main window sees it. Each operation may let other messages of the window
-// in while it waits for the environment, a disconnection among them; what an operation has returned stays
-// usable then, though it fails. Operations throw `HostError`.
+// in while it waits for the environment, a disconnection among them; what an operation has returned may still
+// be asked then, but throws and does not reach the environment any more. Operations throw `HostError`.
 
 /// The environment could not do what it was asked; says why, in words for the user.
 class HostError : public std::runtime_error {
@@ -16,7 +16,13 @@ class HostError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The environment is not there any more.
+/// The environment has no time now, for as long as anybody would wait.
+class HostBusy : public HostError {
+ public:
+  using HostError::HostError;
+};
+
+/// The environment is not there any more, or one of its objects is not.
 class HostGone : public HostError {
  public:
   using HostError::HostError;
@@ -38,6 +44,8 @@ class HostModule {
  public:
   virtual ~HostModule() = default;
   virtual void SetName(const std::string& name) = 0;
+  /// Takes it out of its project.
+  virtual void Remove() = 0;
   virtual std::unique_ptr<HostCodePane> CodePane() = 0;
 };
 
@@ -49,10 +57,8 @@ class HostEnvironment {
   /// Adds a standard module to the active project, under a name that the environment chooses. Null when no
   /// project is open.
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
-  /// Brings the environment's window to the front, as far as the system lets it; never throws.
-  virtual void Activate() = 0;
-  /// Called by who has caught a `HostGone`.
-  virtual void Lost() {}
+  /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
+  virtual bool Lost() { return true; }
 };
 
 }  // namespace snip

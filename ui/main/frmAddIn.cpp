@@ -86,19 +86,32 @@ frmAddIn::~frmAddIn() {
 // --- Life -------------------------------------------------------------------------------------------------
 
 bool frmAddIn::Show(HostEnvironment* host) {
-  host_ = host;
-  output_.SetHost(host);
+  SetHost(host);
   if (hWnd() == nullptr) {
+    const FlagScope loading(loading_);
     operations_.ReadAhead();
     if (!Form_Load()) return false;
     SendMessageA(hWnd(), kLoadFiles, 0, 0);
     if (hWnd() == nullptr) return false;  // unloaded while it told the user something
   }
+  ShowInFront();
+  return true;
+}
+
+void frmAddIn::SetHost(HostEnvironment* host) {
+  host_ = host;
+  output_.SetHost(host);
+}
+
+void frmAddIn::ShowForMessage() {
+  if (loading_ && hWnd() != nullptr && IsWindowVisible(hWnd()) == 0) ShowInFront();
+}
+
+void frmAddIn::ShowInFront() {
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
   ShowOwnedPopups(hWnd(), TRUE);
   BringToFront(GetLastActivePopup(hWnd()));
   UpdateWindow(hWnd());
-  return true;
 }
 
 void frmAddIn::Hide() {
@@ -108,8 +121,7 @@ void frmAddIn::Hide() {
 }
 
 void frmAddIn::Unload() {
-  host_ = nullptr;
-  output_.SetHost(nullptr);
+  SetHost(nullptr);
   if (hWnd() == nullptr || unloading_) return;
   ShowForQuestion();
   // Another environment may have taken the window meanwhile.
@@ -370,6 +382,7 @@ HWND frmAddIn::FocusTarget() const {
 /// What has no message of its own to be told by: where the pointer is, how far the list is scrolled, and what
 /// the code field and the clipboard hold while a torn-off menu shows what can be done with it.
 void frmAddIn::Tick() {
+  delivered_.reset();  // a timer's turn comes when no input waits any more
   if (snippetTips_) ShowListTip();
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();

@@ -60,6 +60,10 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   /// `host` is the environment that code goes to from now on, null without one. False when the system refuses
   /// to make the window.
   bool Show(HostEnvironment* host = nullptr);
+  /// Sends code to another environment, or none, from now on.
+  void SetHost(HostEnvironment* host);
+  /// Has a window that is still opening its first library shown, for a message to belong to it.
+  void ShowForMessage();
   void Hide();
   /// Offers to save, and ends the window.
   void Unload();
@@ -86,6 +90,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void Form_Unload();
   void CloseSettings();
   void CloseWindow();
+  void ShowInFront();
   void ShowForQuestion();
 
   void picSplt_MouseUp(int left);
@@ -185,7 +190,10 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   DWORD lastTyped_ = 0;
   HWND lastFocus_ = nullptr;        ///< The control that had the focus when the window last had it.
   bool descriptionEdited_ = false;  ///< The description has the focus.
+  bool loading_ = false;            ///< The window is made, and its first library opened.
   bool unloading_ = false;
+  /// When the last delivery to the environment ended, until what the user did before has been handled.
+  std::optional<DWORD> delivered_;
   bool openingOutputMenu_ = false;
   bool allowMenuDrag_ = true;
   bool minimizeOnView_ = true;

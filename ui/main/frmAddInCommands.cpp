@@ -72,15 +72,19 @@ void frmAddIn::cmd_ButtonClicked(int index) {
 
 void frmAddIn::Output() {
   const std::string mode = cmd_.Caption(MainButton::kOutput);
+  if (mode == kCopyToClipboard) return CopyCode();
+  // What was pressed while the environment took its time over the last delivery is not meant for another one.
+  const bool queued = InSendMessage() == 0;
+  if (queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0)
+    return;
   if (mode == kPasteToCodeWindow) {
     output_.PasteCode();
-  } else if (mode == kCopyToClipboard) {
-    CopyCode();
   } else {
     editing_.StoreShownCode();  // an edit in progress belongs to what the user sees
     const int entry = chooser_.SelectedFile();
     output_.PasteToNewModule(entry < 0 ? std::string() : chooser_.FileText(entry));
   }
+  delivered_ = GetTickCount();
 }
 
 void frmAddIn::CopyCode() {
