@@ -3,6 +3,11 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# What programs print is read here, so they speak one language, with a point in numbers; tests see one locale, whoever
+# runs them. Only Wine on the user's desktop gets the user's.
+user_locale=${LC_ALL:-}
+export LC_ALL=C.UTF-8
+
 build_packages=(
   cmake ninja-build ccache g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
@@ -67,8 +72,6 @@ build() {
 
 wine_environment() {
   export WINEPREFIX=$1 WINEARCH=$wine_arch WINEDEBUG=${WINEDEBUG:--all}
-  # File names with accents need a locale that has them.
-  [ "$(locale charmap 2>/dev/null)" = UTF-8 ] || export LC_ALL=C.UTF-8
   # No question about Mono or Gecko, nothing in the desktop's menus; without winedbg a crash is an exit code, not a
   # dialog that waits for ever.
   export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
@@ -127,7 +130,12 @@ use_private_wine() {
 }
 
 # Wine on the user's display. Several programs may run there at once.
-use_desktop_wine() { make_prefix "$top/build/wine/desktop" Y; }
+use_desktop_wine() {
+  LC_ALL=$user_locale
+  # File names with accents need a locale that has them.
+  [ "$(locale charmap 2>/dev/null)" = UTF-8 ] || LC_ALL=C.UTF-8
+  make_prefix "$top/build/wine/desktop" Y
+}
 
 # Makes the Wine prefix $1 if it is missing; $2 says whether a window manager manages the windows (Y or N).
 make_prefix() {
