@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
 #include <vector>
 
 #include "app/AddInIdentity.h"
@@ -25,20 +26,30 @@ std::string ClassIdText() {
 /// A key and its default value.
 struct Entry {
   std::string key;
-  std::string text;
+  std::wstring text;
 };
 
-/// A key stands before those below it.
-std::vector<Entry> Entries(const std::string& program) {
+std::wstring Wide(const std::string& ascii) {
+  return {ascii.begin(), ascii.end()};
+}
+
+std::string ClassKey() {
+  return std::string(kClassIdsKey) + "\\" + ClassIdText();
+}
+
+/// By the class's name; both views of the registry share them. A key stands before those below it.
+std::vector<Entry> NameEntries() {
   const std::string progId = kAddInProgId;
-  const std::string classKey = std::string(kClassIdsKey) + "\\" + ClassIdText();
-  return {{progId, kAddInName},
-          {progId + "\\CLSID", ClassIdText()},
-          {classKey, kAddInName},
+  return {{progId, Wide(kAddInName)}, {progId + "\\CLSID", Wide(ClassIdText())}};
+}
+
+/// By the class's id.
+std::vector<Entry> ClassEntries(const std::wstring& program) {
+  return {{ClassKey(), Wide(kAddInName)},
           // Blanks in the path would end it otherwise.
-          {classKey + "\\LocalServer32", "\"" + program + "\""},
-          {classKey + "\\ProgID", progId},
-          {classKey + "\\Programmable", ""}};
+          {ClassKey() + "\\LocalServer32", L"\"" + program + L"\""},
+          {ClassKey() + "\\ProgID", Wide(kAddInProgId)},
+          {ClassKey() + "\\Programmable", L""}};
 }
 
 bool Write(HKEY classes, const Entry& entry) {
@@ -49,8 +60,8 @@ bool Write(HKEY classes, const Entry& entry) {
   }
   const UniqueRegKey key(opened);
   return entry.text.empty() ||
-         RegSetValueExA(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()),
-                        static_cast<DWORD>(entry.text.size() + 1)) == ERROR_SUCCESS;
+         RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()),
+                        static_cast<DWORD>((entry.text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
 }
 
 UniqueRegKey OpenClasses(HKEY root, REGSAM access) {
@@ -77,11 +88,63 @@ bool IsEmpty(HKEY classes, const char* key) {
          keys == 0 && values == 0;
 }
 
+/// The view of the registry that programs of the other width have.
+constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
+/// What COM starts for the class, without quotes; empty when it is not registered below `classes`.
+std::wstring ServerPath(HKEY classes, REGSAM view) {
+  HKEY opened = nullptr;
+  if (RegOpenKeyExA(classes, (ClassKey() + "\\LocalServer32").c_str(), 0, KEY_READ | view, &opened) !=
+      ERROR_SUCCESS) {
+    return {};
+  }
+  const UniqueRegKey key(opened);
+  DWORD size = 0;
+  RegQueryValueExW(opened, nullptr, nullptr, nullptr, nullptr, &size);
+  std::wstring command(size / sizeof(wchar_t) + 1, L'\0');
+  if (RegQueryValueExW(opened, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(command.data()), &size) !=
+      ERROR_SUCCESS) {
+    return {};
+  }
+  command.resize(std::wcslen(command.c_str()));
+  std::erase(command, L'"');
+  return command;
+}
+
+/// The same path for a file that was started by its short name.
+std::wstring LongPath(const std::wstring& path) {
+  std::wstring longer(GetLongPathNameW(path.c_str(), nullptr, 0), L'\0');
+  const DWORD length = GetLongPathNameW(path.c_str(), longer.data(), static_cast<DWORD>(longer.size()));
+  if (length == 0 || length >= longer.size()) return path;
+  longer.resize(length);
+  return longer;
+}
+
+Registered RegisteredIn(HKEY classes, REGSAM view = 0) {
+  const std::wstring path = ServerPath(classes, view);
+  if (path.empty()) return Registered::None;
+  if (lstrcmpiW(LongPath(path).c_str(), LongPath(WideProgramPath()).c_str()) == 0) return Registered::Own;
+  return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? Registered::Gone : Registered::Other;
+}
+
+/// What COM finds: an entry below a later root hides those below the earlier ones.
+Registered RegisteredIn(std::span<const HKEY> roots, REGSAM view) {
+  Registered found = Registered::None;
+  for (const HKEY root : roots) {
+    const UniqueRegKey classes = OpenClasses(root, KEY_READ);
+    const Registered here = classes ? RegisteredIn(classes.get(), view) : Registered::None;
+    if (here != Registered::None) found = here;
+  }
+  return found;
+}
+
 }  // namespace
 
-bool RegisterClass(HKEY classes, const std::string& program) {
-  const std::vector<Entry> entries = Entries(program);
-  const bool isNew = !Exists(classes, entries.front().key);
+bool RegisterClass(HKEY classes, const std::wstring& program) {
+  std::vector<Entry> entries = NameEntries();
+  const bool isNew = !Exists(classes, ClassKey());
+  const std::vector<Entry> ofClass = ClassEntries(program);
+  entries.insert(entries.end(), ofClass.begin(), ofClass.end());
   const bool written = std::all_of(entries.begin(), entries.end(),
                                    [classes](const Entry& entry) { return Write(classes, entry); });
   if (!written && isNew) UnregisterClass(classes);  // an earlier registration is better than none
@@ -89,37 +152,53 @@ bool RegisterClass(HKEY classes, const std::string& program) {
 }
 
 bool UnregisterClass(HKEY classes) {
-  const std::vector<Entry> entries = Entries("");
-  // From the innermost: a key that holds something of others is not deleted.
-  std::for_each(entries.rbegin(), entries.rend(),
-                [classes](const Entry& entry) { RegDeleteKeyA(classes, entry.key.c_str()); });
+  const auto takeAway = [classes](const std::vector<Entry>& entries) {
+    // From the innermost: a key that holds something of others is not deleted.
+    std::for_each(entries.rbegin(), entries.rend(),
+                  [classes](const Entry& entry) { RegDeleteKeyA(classes, entry.key.c_str()); });
+    return std::none_of(entries.begin(), entries.end(),
+                        [classes](const Entry& entry) { return Exists(classes, entry.key); });
+  };
+  bool gone = takeAway(ClassEntries(L""));
+  // A copy of the other width is found by the same name.
+  if (RegisteredIn(classes, kOtherView) == Registered::None) gone = takeAway(NameEntries()) && gone;
   // A user who has no classes of his own has no such key either.
   if (IsEmpty(classes, kClassIdsKey)) RegDeleteKeyA(classes, kClassIdsKey);
-  return std::none_of(entries.begin(), entries.end(),
-                      [classes](const Entry& entry) { return Exists(classes, entry.key); });
+  return gone;
 }
 
 std::array<HKEY, 2> RegistrationRoots() {
   return {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER};
 }
 
-bool RegisterServer(std::span<const HKEY> roots) {
+std::optional<std::size_t> RegisterServer(std::span<const HKEY> roots) {
   const auto taken = std::find_if(roots.begin(), roots.end(), [](HKEY root) {
     const UniqueRegKey classes = OpenClasses(root, KEY_READ | KEY_WRITE);
-    return classes && RegisterClass(classes.get(), ProgramPath());
+    return classes && RegisterClass(classes.get(), WideProgramPath());
   });
-  if (taken == roots.end()) return false;
+  if (taken == roots.end()) return std::nullopt;
+  const auto index = static_cast<std::size_t>(taken - roots.begin());
   // What an earlier registration left for the user would hide this one.
-  UnregisterServer(roots.subspan(static_cast<std::size_t>(taken - roots.begin()) + 1));
-  return true;
+  UnregisterServer(roots.subspan(index + 1), Copies::All);
+  return index;
 }
 
-bool UnregisterServer(std::span<const HKEY> roots) {
+bool UnregisterServer(std::span<const HKEY> roots, Copies copies) {
   // Each of them, whether or not another one fails.
-  return std::count_if(roots.begin(), roots.end(), [](HKEY root) {
+  return std::count_if(roots.begin(), roots.end(), [copies](HKEY root) {
            const UniqueRegKey classes = OpenClasses(root, KEY_READ);
-           return classes && !UnregisterClass(classes.get());
+           if (!classes) return false;
+           if (copies == Copies::Own && !TakesAway(RegisteredIn(classes.get()))) return false;
+           return !UnregisterClass(classes.get());
          }) == 0;
+}
+
+bool AnyRegistered(std::span<const HKEY> roots) {
+  return RegisteredIn(roots, 0) != Registered::None || RegisteredIn(roots, kOtherView) != Registered::None;
+}
+
+void RegisterWhereMoved(std::span<const HKEY> roots) {
+  if (EntersItself(RegisteredIn(roots, 0), RegisteredIn(roots, kOtherView))) RegisterServer(roots);
 }
 
 }  // namespace snip

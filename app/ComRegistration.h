@@ -3,8 +3,11 @@
 #include <windows.h>
 
 #include <array>
+#include <optional>
 #include <span>
 #include <string>
+
+#include "app/RegistrationRules.h"
 
 namespace snip {
 
@@ -13,17 +16,27 @@ namespace snip {
 
 /// Enters `program`, a full path, below `classes`, the classes' root key; false, with nothing left behind,
 /// when the registry refuses.
-bool RegisterClass(HKEY classes, const std::string& program);
-/// Takes away what `RegisterClass` enters, and nothing else; false when something of it is still there.
+bool RegisterClass(HKEY classes, const std::wstring& program);
+/// Takes away what `RegisterClass` enters, and nothing else; false when something of it is still there. What
+/// a copy for the other view of the registry needs stays.
 bool UnregisterClass(HKEY classes);
 
 /// The roots under which the program may be registered: of the machine and, where that is not allowed, of the
 /// user.
 std::array<HKEY, 2> RegistrationRoots();
 
-/// Registers the running program under "Software\Classes" of the first root that may be written.
-bool RegisterServer(std::span<const HKEY> roots);
-/// Takes the program away from all of them.
-bool UnregisterServer(std::span<const HKEY> roots);
+/// Registers the running program under "Software\Classes" of the first root that may be written, and tells
+/// its index; nothing when none of them takes it.
+std::optional<std::size_t> RegisterServer(std::span<const HKEY> roots);
+
+enum class Copies { Own, All };
+/// Takes the program away from all roots; with `Copies::Own` another copy of it that is there stays
+/// registered, and that is no failure.
+bool UnregisterServer(std::span<const HKEY> roots, Copies copies = Copies::Own);
+/// Whether some copy is registered, for programs of either width.
+bool AnyRegistered(std::span<const HKEY> roots);
+
+/// Registers the running program once more when its folder was moved, or another copy was the last.
+void RegisterWhereMoved(std::span<const HKEY> roots);
 
 }  // namespace snip

@@ -18,4 +18,7 @@ enum class StartMode {
 /// `arguments` are the command line's words without the program's own name.
 StartMode StartModeFromArguments(std::span<const std::string> arguments);
 
+/// Whether "/Silent" is among the arguments: registering and unregistering then show no message.
+bool IsSilent(std::span<const std::string> arguments);
+
 }  // namespace snip

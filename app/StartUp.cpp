@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "app/AddInIdentity.h"
+#include "app/Rights.h"
 
 namespace snip {
 namespace {
@@ -17,28 +18,38 @@ constexpr const char* kRunBefore = "RunBefore";
 constexpr const char* kAddInFile = "vbaddin.ini";
 constexpr const char* kAddInList = "Add-Ins32";
 
+bool HasEntry(const char* file) {
+  char text[2]{};
+  return GetPrivateProfileStringA(kAddInList, kAddInProgId, "", text, sizeof text, file) != 0;
+}
+
+/// Where the system keeps the user's own copy of the list.
+std::string VirtualAddInFile() {
+  char local[MAX_PATH]{};
+  char windows[MAX_PATH]{};
+  GetEnvironmentVariableA("LOCALAPPDATA", local, sizeof local);
+  if (GetWindowsDirectoryA(windows, sizeof windows) < 2) return {};
+  const char* const behindTheDrive = windows + 2;
+  return std::string(local) + "\\VirtualStore" + behindTheDrive + "\\" + kAddInFile;
+}
+
 }  // namespace
 
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
-             const std::function<bool()>& registerServer, const std::function<void()>& showMainWindow) {
+             const Registration& registration, const std::function<void()>& showMainWindow) {
   if (mode != StartMode::Standalone) return;
   const bool firstRun = registry.GetRegSetting(kCompany, kApplication, kSection, kRunBefore).empty();
   if (!firstRun) {
+    registration.enterWhereMoved();
     showMainWindow();
     return;
   }
-  RegisterAddIn();
-  const bool registered = registerServer();
+  const std::string remarks = registration.enter();
   showMessage(
       SNIPSTORE_NAME
       " was added to VB's list of add-ins. Run the executable again to start Snipstore outside the VB IDE.",
       MessageStyle::kOk, kAddInName);
-  if (!registered) {
-    showMessage(
-        "The program could not be registered, so that the VB IDE cannot load it. "
-        "Run it with /regserver to try again.",
-        MessageStyle::kOk, kAddInName);
-  }
+  if (!remarks.empty()) showMessage(remarks, MessageStyle::kOk, kAddInName);
   registry.SaveRegSetting(kCompany, kApplication, kSection, kRunBefore, "Yes");
 }
 
@@ -47,12 +58,18 @@ void RegisterAddIn() {
 }
 
 bool AddInRegistered() {
-  char text[2]{};
-  return GetPrivateProfileStringA(kAddInList, kAddInProgId, "", text, sizeof text, kAddInFile) != 0;
+  return HasEntry(kAddInFile);
 }
 
-void UnregisterAddIn() {
+Entered WhereAddInIsRegistered() {
+  WritePrivateProfileStringA(nullptr, nullptr, nullptr, kAddInFile);  // has what was written reach the disk
+  if (WritesAreVirtual() && HasEntry(VirtualAddInFile().c_str())) return Entered::User;
+  return HasEntry(kAddInFile) ? Entered::All : Entered::Nowhere;
+}
+
+bool UnregisterAddIn() {
   WritePrivateProfileStringA(kAddInList, kAddInProgId, nullptr, kAddInFile);
+  return !AddInRegistered();
 }
 
 }  // namespace snip

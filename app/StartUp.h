@@ -1,25 +1,38 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
+#include "app/RegistrationRules.h"
 #include "app/StartMode.h"
 #include "platform/MessageFunction.h"
 #include "platform/Registry32.h"
 
 namespace snip {
 
+/// How a start has the program entered for the development environment.
+struct Registration {
+  /// Enters it in the list of add-ins and as the server that the environment then asks for; what the user has
+  /// to be told of that.
+  std::function<std::string()> enter;
+  /// Enters the server once more where its file was moved.
+  std::function<void()> enterWhereMoved;
+};
+
 /// What a start of the process does that was not made to change its registration. A component does nothing by
-/// itself. The first stand-alone start enters the program in the development environment's list of add-ins,
-/// has it registered as the server that the environment then asks for, says so, and opens no window; every
-/// later one opens the main window.
+/// itself. The first stand-alone start enters the program, says so, and opens no window; every later one
+/// opens the main window.
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
-             const std::function<bool()>& registerServer, const std::function<void()>& showMainWindow);
+             const Registration& registration, const std::function<void()>& showMainWindow);
 
 /// Enters the program in "vbaddin.ini" of the Windows directory, listed but not loaded at the environment's
 /// start. Whether that could be written is not examined.
 void RegisterAddIn();
 /// Whether it is entered there, loaded at the start or not.
 bool AddInRegistered();
-void UnregisterAddIn();
+/// For whom it is entered there, as far as can be found out.
+Entered WhereAddInIsRegistered();
+/// False when it is still there.
+bool UnregisterAddIn();
 
 }  // namespace snip

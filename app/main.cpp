@@ -2,6 +2,8 @@
 #include <commctrl.h>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/AddInIdentity.h"
 #include "app/AddInWindow.h"
@@ -9,6 +11,8 @@
 #include "app/ComServer.h"
 #include "app/Connect.h"
 #include "app/MessageFilter.h"
+#include "app/RegistrationRules.h"
+#include "app/Rights.h"
 #include "app/ServerLife.h"
 #include "app/StartMode.h"
 #include "app/StartUp.h"
@@ -37,10 +41,36 @@ class Application {
  public:
   int Run(StartMode mode) {
     bool windowShown = false;
-    StartUp(
-        mode, registry_, showMessage_, [] { return RegisterServer(RegistrationRoots()); },
-        [&] { windowShown = mainWindow_.Show(nullptr); });
+    StartUp(mode, registry_, showMessage_,
+            {.enter =
+                 [] {
+                   RegisterAddIn();
+                   return AfterEntering(EnterServer());
+                 },
+             .enterWhereMoved = [] { RegisterWhereMoved(RegistrationRoots()); }},
+            [&] { windowShown = mainWindow_.Show(nullptr); });
     return windowShown ? MessageLoop() : 0;
+  }
+
+  /// Enters the program, or takes it away; the exit code is 0 when all of that came about.
+  int ChangeRegistration(StartMode mode, bool silent) {
+    bool done = false;
+    std::string remarks;
+    if (mode == StartMode::Register) {
+      if (!AddInRegistered()) RegisterAddIn();
+      RegistrationFacts facts = EnterServer();
+      facts.replaceable = RightsAreSplit() && RunsElevated() && ReplaceableByOrdinaryUsers(WideProgramPath());
+      done = facts.server != Entered::Nowhere && facts.listed != Entered::Nowhere;
+      remarks = AfterEntering(facts);
+    } else {
+      const bool serverGone = UnregisterServer(RegistrationRoots());
+      // The list has one line for all copies of the program.
+      const bool listGone = AnyRegistered(RegistrationRoots()) || UnregisterAddIn();
+      done = serverGone && listGone;
+      remarks = AfterTakingAway(serverGone, listGone);
+    }
+    if (!silent && !remarks.empty()) showMessage_(remarks, MessageStyle::kOk, kAddInName);
+    return done ? 0 : 1;
   }
 
   /// Serves the development environments that have the add-in loaded.
@@ -61,6 +91,14 @@ class Application {
   }
 
  private:
+  static RegistrationFacts EnterServer() {
+    constexpr Entered kRoots[] = {Entered::All, Entered::User};
+    const std::optional<std::size_t> root = RegisterServer(RegistrationRoots());
+    return {.server = root ? kRoots[*root] : Entered::Nowhere,
+            .listed = WhereAddInIsRegistered(),
+            .hiddenFromAdministrators = RightsAreSplit()};
+  }
+
   int MessageLoop() {
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0) > 0) {
@@ -96,27 +134,18 @@ class Application {
                         .hidden = [this] { addInWindow_.OnHidden(); }}};
 };
 
-int EnterProgram() {
-  if (!AddInRegistered()) RegisterAddIn();
-  return RegisterServer(RegistrationRoots()) ? 0 : 1;
-}
-
-int RemoveProgram() {
-  UnregisterAddIn();
-  return UnregisterServer(RegistrationRoots()) ? 0 : 1;
-}
-
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE /*instance*/, HINSTANCE /*previous*/, LPSTR /*commandLine*/, int /*show*/) {
-  const StartMode mode = StartModeFromArguments(CommandLineArguments());
-  if (mode == StartMode::Register) return EnterProgram();
-  if (mode == StartMode::Unregister) return RemoveProgram();
+  const std::vector<std::string> arguments = CommandLineArguments();
+  const StartMode mode = StartModeFromArguments(arguments);
   std::optional<ServerLife> life;  // longer than the apartment, with which COM lets go of the last objects
   if (mode == StartMode::Component) life.emplace(kPatienceMs, kLateMs);
   const ComApartment apartment;  // assistive programs reach the windows through it, environments the add-in
   const OleThread dragging;      // what is dragged out of toolbars and onto them
   InitCommonControls();
   Application application;
+  if (mode == StartMode::Register || mode == StartMode::Unregister)
+    return application.ChangeRegistration(mode, IsSilent(arguments));
   return life ? application.Serve(*life) : application.Run(mode);
 }

@@ -6,6 +6,22 @@
 #include "platform/Com.h"
 
 namespace snip {
+namespace {
+
+template <class Text, class Function>
+Text ModulePath(Function* fileName) {
+  Text path(MAX_PATH, '\0');
+  for (;;) {
+    const DWORD length = fileName(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) {
+      path.resize(length);
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+}  // namespace
 
 std::optional<std::string> FieldText(HWND control) {
   CPINFO codePage{};
@@ -59,15 +75,11 @@ std::optional<float> SingleFromText(const std::string& text) {
 }
 
 std::string ProgramPath() {
-  std::string path(MAX_PATH, '\0');
-  for (;;) {
-    const DWORD length = GetModuleFileNameA(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (length < path.size()) {
-      path.resize(length);
-      return path;
-    }
-    path.resize(path.size() * 2);
-  }
+  return ModulePath<std::string>(&GetModuleFileNameA);
+}
+
+std::wstring WideProgramPath() {
+  return ModulePath<std::wstring>(&GetModuleFileNameW);
 }
 
 std::string ProgramDirectory() {

@@ -30,6 +30,9 @@ std::optional<float> SingleFromText(const std::string& text);
 /// Full path of the running executable.
 std::string ProgramPath();
 
+/// The same with every character, of whatever code page.
+std::wstring WideProgramPath();
+
 /// Directory of the running executable, without a "\" at its end unless it is a drive's root.
 std::string ProgramDirectory();
 

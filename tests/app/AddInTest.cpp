@@ -50,7 +50,7 @@ class AddInTest : public testing::Test {
     program_.folder().Write("My Great Lib.bns",
                             "BNS2.0\r\nFirst\r\n\r\nd1\r\n(,)\r\nSub A()\r\n  Beep\r\nEnd Sub\r\n(.)\r\n"
                             "Second\r\n\r\nd2\r\n(,)\r\nDim x\r\n...\r\n");
-    program_.Start("/RegServer");
+    program_.Start("/RegServer /silent");
     EXPECT_TRUE(program_.WaitForEnd());
     EXPECT_EQ(program_.ExitCode(), 0U);
   }
@@ -489,7 +489,7 @@ TEST_F(AddInTest, AnEnvironmentThatDiesIsDisconnected) {
 TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
   const auto registry = [] { return RegistryContents(HKEY_LOCAL_MACHINE, "Software\\Classes"); };
   const auto run = [this](const char* argument) {
-    program_.Start(argument);
+    program_.Start(std::string(argument) + " -Silent");
     EXPECT_TRUE(program_.WaitForEnd());
     EXPECT_EQ(program_.ExitCode(), 0U);
   };

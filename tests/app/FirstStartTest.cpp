@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <shlwapi.h>
 
 #include <string>
 
@@ -60,6 +61,41 @@ TEST(FirstStart, TheSecondStartOpensTheWindowAndWritesNothing) {
   EXPECT_EQ(Program::ServerCommand(), "");
   EXPECT_EQ(Program::Marker(), "No");
   EXPECT_EQ(program.folder().Read("Lib.bns"), NewLibraryBns());
+}
+
+TEST(FirstStart, ALaterStartEntersTheServerAgainWhenItsFolderWasMoved) {
+  Program program;
+  program.MarkAsRunBefore();
+  program.Start("/regserver /silent");
+  ASSERT_TRUE(program.WaitForEnd());
+  const std::string command = Program::ServerCommand();
+  SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
+              REG_SZ, "Z:\\old.exe", sizeof "Z:\\old.exe");
+  program.folder().Write("Lib.bns", NewLibraryBns());
+  program.Start();
+  ASSERT_NE(program.MainWindow(), nullptr) << "no second notice";
+  EXPECT_EQ(Program::ServerCommand(), command);
+}
+
+TEST(FirstStart, RegisteringSaysWhatFailedUnlessItShallBeSilent) {
+  Program program;
+  char windows[MAX_PATH]{};
+  GetWindowsDirectoryA(windows, sizeof windows);
+  const std::string list = std::string(windows) + "\\vbaddin.ini";
+  DeleteFileA(list.c_str());
+  ASSERT_NE(CreateDirectoryA(list.c_str(), nullptr), 0) << "where the list cannot be written";
+  for (const bool silent : {true, false}) {
+    program.Start(silent ? "/regserver /silent" : "/regserver");
+    if (!silent) {
+      const HWND message = WaitForWindow(kNoticeTitle);
+      ASSERT_NE(message, nullptr);
+      EXPECT_NE(WindowText(GetDlgItem(message, frmMsg::kLabelId)).find("vbaddin.ini"), std::string::npos);
+      PostMessageA(message, WM_CLOSE, 0, 0);
+    }
+    EXPECT_TRUE(program.WaitForEnd());
+    EXPECT_EQ(program.ExitCode(), 1U);
+  }
+  RemoveDirectoryA(list.c_str());
 }
 
 TEST(FirstStart, AComponentNeitherReadsNorChangesTheMarker) {

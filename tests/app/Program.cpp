@@ -16,7 +16,7 @@ constexpr const char* kMarkerKey = "Software\\Brennic\\BnSnipstore\\2.0";
 constexpr DWORD kEndMs = 15000;
 
 void Forget() {
-  UnregisterServer(RegistrationRoots());
+  UnregisterServer(RegistrationRoots(), Copies::All);
   SHDeleteKeyA(HKEY_CURRENT_USER, kCompanyKey);
   WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", nullptr, "vbaddin.ini");
 }

@@ -28,7 +28,10 @@ TEST(StartModeTest, SwitchesOfComAndOfRegistration) {
   };
   for (const auto& [arguments, mode] : cases) {
     EXPECT_EQ(StartModeFromArguments(arguments), mode) << testing::PrintToString(arguments);
+    EXPECT_FALSE(IsSilent(arguments));
   }
+  EXPECT_TRUE(IsSilent(Arguments{"/regserver", "/silent"}));
+  EXPECT_TRUE(IsSilent(Arguments{"-SILENT", "-unregserver"}));
 }
 
 }  // namespace

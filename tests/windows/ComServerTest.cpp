@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
+#include <shlwapi.h>
 
 #include <array>
 #include <set>
@@ -83,6 +84,34 @@ TEST_F(ComRegistrationTest, WhatOthersPutBelowStays) {
   MakeKey(roots_[0], "Software\\Classes\\BnSnipstore2.Connect\\Foreign");
   EXPECT_FALSE(UnregisterServer(roots_));
   EXPECT_EQ(RegistryContents(roots_[0], "Software\\Classes\\BnSnipstore2.Connect\\Foreign").size(), 1U);
+}
+
+/// What COM starts for the class below a root.
+std::wstring ServerCommand(HKEY root) {
+  wchar_t text[MAX_PATH]{};
+  DWORD size = sizeof text;
+  SHGetValueW(root, L"Software\\Classes\\CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32",
+              nullptr, nullptr, text, &size);
+  return text;
+}
+
+TEST_F(ComRegistrationTest, AnotherCopyIsLeftAloneUntilThisOneStarts) {
+  const UniqueRegKey classes = MakeKey(roots_[1], kClasses);
+  RegisterWhereMoved(roots_);
+  EXPECT_FALSE(AnyRegistered(roots_)) << "taken away on purpose";
+  // A system's file stands for a copy that is there; the other one's name no code page has.
+  for (const std::wstring path : {L"C:\\windows\\system32\\kernel32.dll", L"C:\\\x3b1\x416\x4e2d.exe"}) {
+    ASSERT_TRUE(RegisterClass(classes.get(), path));
+    EXPECT_EQ(ServerCommand(roots_[1]), L"\"" + path + L"\"");
+    EXPECT_TRUE(UnregisterServer(roots_));
+    EXPECT_EQ(AnyRegistered(roots_), path.ends_with(L".dll"));
+    ASSERT_TRUE(RegisterClass(classes.get(), path));
+    RegisterWhereMoved(roots_);
+    EXPECT_EQ(ServerCommand(roots_[0]), L"\"" + WideProgramPath() + L"\"");
+    EXPECT_EQ(ServerCommand(roots_[1]), L"") << "would hide the other";
+    EXPECT_TRUE(UnregisterServer(roots_));
+    EXPECT_FALSE(AnyRegistered(roots_));
+  }
 }
 
 /// Whether the thread's loop is quit within some time; takes the request.
