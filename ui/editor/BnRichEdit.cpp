@@ -4,10 +4,8 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "platform/Clipboard.h"
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
 #include "platform/OleColor.h"
@@ -15,11 +13,10 @@
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "ui/commandbar/PropertyFont.h"
-#include "ui/editor/EditorKeys.h"
 #include "ui/editor/PlainTextOnly.h"
+#include "ui/editor/RichEditFormat.h"
 #include "ui/editor/RichEditText.h"
 #include "ui/editor/RtfText.h"
-#include "ui/editor/WordRange.h"
 
 namespace snip {
 namespace {
@@ -33,24 +30,10 @@ constexpr std::ptrdiff_t kShortTextLines = 200;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 constexpr int kTabCharacters = 4;
 
-constexpr DWORD kFontMask =
-    CFM_FACE | CFM_SIZE | CFM_CHARSET | CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT;
-
 constexpr UINT_PTR kColouringTimer = 1;
 constexpr UINT kColouringPause = 10;  ///< Milliseconds between two slices.
 /// Posted to the container when the control changed by itself, as it does when something is dropped on it.
 constexpr UINT kFollowChange = WM_APP + 1;
-
-bool Held(int key) {
-  return GetKeyState(key) < 0;
-}
-
-EditorKey WithHeldKeys(WPARAM key) {
-  return {.code = static_cast<unsigned>(key),
-          .shift = Held(VK_SHIFT),
-          .control = Held(VK_CONTROL),
-          .alt = Held(VK_MENU)};
-}
 
 /// Messages by which others than the program change the text; a locked control's own refusal does not cover
 /// all.
@@ -94,11 +77,6 @@ bool EditsAtCaret(UINT message, WPARAM wParam) {
   }
 }
 
-template <class Event, class... Arguments>
-void Raise(const Event& event, Arguments... arguments) {
-  if (event) event(arguments...);
-}
-
 }  // namespace
 
 // The rich-edit library stays loaded until the process ends: a window class does not survive its library, and
@@ -128,6 +106,7 @@ bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font) {
 void BnRichEdit::MakeControl() {
   const bool hadFocus = control_ != nullptr && HasFocus();
   const FlagScope remaking(remaking_);
+  mouse_ = {};
   colouring_.Attach(nullptr, 0);
   if (control_ != nullptr) DestroyWindow(control_);
   const Size size = ClientSize(hWnd());
@@ -149,7 +128,7 @@ void BnRichEdit::MakeControl() {
     SendMessageA(control_, EM_SETEVENTMASK, 0, ENM_CHANGE);
     const ComPtr<PlainTextOnly> callback(new PlainTextOnly);
     SendMessageA(control_, EM_SETOLECALLBACK, 0, reinterpret_cast<LPARAM>(callback.get()));
-    SetControlFormat(kFontMask | CFM_COLOR);
+    SetRichEditFormat(control_, font_, colouring_.colours().fore, kFontFormat | CFM_COLOR);
     colouring_.Attach(control_, characterSize_.height);
   } else {
     SendMessageA(control_, EM_SETLIMITTEXT, 0, 0);
@@ -158,40 +137,17 @@ void BnRichEdit::MakeControl() {
   if (hadFocus) ::SetFocus(control_);
 }
 
-/// Those parts of font and colour of a rich-edit control that the mask names.
-void BnRichEdit::SetControlFormat(DWORD mask) const {
-  constexpr double twipsPerPoint = 20;
-  CHARFORMATA format{};
-  format.cbSize = sizeof format;
-  format.dwMask = mask;
-  format.yHeight = std::lround(font_.Size * twipsPerPoint);
-  format.bCharSet = font_.Charset;
-  format.crTextColor = colouring_.colours().fore;
-  format.dwEffects = (font_.Bold ? CFE_BOLD : 0U) | (font_.Italic ? CFE_ITALIC : 0U) |
-                     (font_.Underline ? CFE_UNDERLINE : 0U) | (font_.Strikethrough ? CFE_STRIKEOUT : 0U);
-  font_.Name.copy(format.szFaceName, sizeof format.szFaceName - 1);
-  for (const int part : {SCF_DEFAULT, SCF_ALL}) {
-    SendMessageA(control_, EM_SETCHARFORMAT, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(&format));
-  }
-}
-
 int BnRichEdit::TabTwips() const {
   return std::max(ScreenTwips().ToTwipsX(characterSize_.width * kTabCharacters), 1);
 }
 
 void BnRichEdit::SetTabStops() const {
-  if (!hasRichEdit_) {
-    UINT dialogUnits = kTabCharacters * 4;  // of which a character of the font is four wide
-    SendMessageA(control_, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&dialogUnits));
+  if (hasRichEdit_) {
+    SetRichEditTabs(control_, TabTwips());
     return;
   }
-  PARAFORMAT format{};
-  format.cbSize = sizeof format;
-  format.dwMask = PFM_TABSTOPS;
-  format.cTabCount = kTabStops;
-  const int distance = TabTwips();
-  for (int stop = 0; stop < kTabStops; ++stop) format.rgxTabs[stop] = (stop + 1) * distance;
-  SendMessageA(control_, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&format));
+  UINT dialogUnits = kTabCharacters * 4;  // of which a character of the font is four wide
+  SendMessageA(control_, EM_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&dialogUnits));
 }
 
 std::optional<std::string> BnRichEdit::text() const {
@@ -248,7 +204,7 @@ bool BnRichEdit::ShowAsRtf(const std::u16string& characters, std::string columns
   StreamIn(control_,
            RtfOf(characters, runs, {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}),
            SF_RTF);
-  SetControlFormat(CFM_SIZE);  // RTF has half points only
+  SetRichEditFormat(control_, font_, 0, CFM_SIZE);  // RTF has half points only
   return colouring_.AgreesWithControl();
 }
 
@@ -279,26 +235,12 @@ void BnRichEdit::SetFont(const FontProperty& font) {
   characterSize_ = CharacterSize(handle.get());
   if (hasRichEdit_) {
     colouring_.SetLineHeight(characterSize_.height);
-    colouring_.ChangeLook([this] { ChangeFont(); });
+    colouring_.ChangeLook([this] { ChangeRichEditFont(control_, font_, TabTwips()); });
   } else {
     SendMessageA(control_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
     SetTabStops();
   }
   fontHandle_ = std::move(handle);  // the control has let go of the old one
-}
-
-/// Of a rich-edit control, whose text, selection and first line stay.
-void BnRichEdit::ChangeFont() const {
-  const LRESULT firstLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  CHARRANGE selection{};
-  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  SetControlFormat(kFontMask);
-  CHARRANGE all{0, -1};
-  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&all));
-  SetTabStops();
-  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
-  const LRESULT shownLine = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
-  SendMessageA(control_, EM_LINESCROLL, 0, firstLine - shownLine);
 }
 
 void BnRichEdit::SetForeColor(COLORREF color) {
@@ -313,13 +255,7 @@ void BnRichEdit::SetSyntaxColors(bool colouring) {
 
 void BnRichEdit::UpdateColours() {
   const bool changed = colouring_.TakeColours(TranslateColor(foreColor_));
-  if (changed && colouring_.active()) {
-    CHARFORMATA format{};
-    format.cbSize = sizeof format;
-    format.dwMask = CFM_COLOR;
-    format.crTextColor = colouring_.colours().fore;
-    SendMessageA(control_, EM_SETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&format));
-  }
+  if (changed && colouring_.active()) SetRichEditDefaultColor(control_, colouring_.colours().fore);
   FinishColouring();
 }
 
@@ -383,113 +319,6 @@ bool BnRichEdit::CanUndo() const {
 
 void BnRichEdit::Undo() {
   SendMessageA(control_, EM_UNDO, 0, 0);
-}
-
-/// Selects by itself, since the control is no help here: on Windows it selects a word with the blanks behind
-/// it, and Wine's takes text elsewhere when the word is the last one of its line.
-void BnRichEdit::SelectWordAt(POINTL place) {
-  const LRESULT character = SendMessageA(control_, EM_CHARFROMPOS, 0, reinterpret_cast<LPARAM>(&place));
-  const std::optional<std::u16string> text = RichEditText(control_);
-  if (!text || character < 0) return;
-  const std::string columns = RichEditColumns(*text);
-  const std::size_t at = std::min(static_cast<std::size_t>(character), columns.size());
-  const std::size_t begin = at == 0 ? 0 : columns.rfind('\r', at - 1) + 1;
-  const std::size_t end = std::min(columns.find('\r', at), columns.size());
-  const ColumnRange word = WordAt(std::string_view(columns).substr(begin, end - begin), at - begin);
-  CHARRANGE range{static_cast<LONG>(begin + word.begin), static_cast<LONG>(begin + word.end)};
-  SendMessageA(control_, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-}
-
-void BnRichEdit::Paste() {
-  // As text, whatever else the clipboard offers: pictures and formats have no place in code.
-  if (const std::string text = ClipboardText(hWnd()); !text.empty()) ReplaceSelection(text);
-}
-
-bool BnRichEdit::FilterKey(WPARAM key) {
-  switch (ActionOf(WithHeldKeys(key), locked_)) {
-    case KeyAction::Pass:
-      return false;
-    case KeyAction::Paste:
-      Paste();
-      break;
-    case KeyAction::NewLine:
-      ReplaceSelection("\r\n");
-      SendMessageA(control_, EM_SCROLLCARET, 0, 0);
-      break;
-    case KeyAction::MoveOn:
-      ::SetFocus(GetNextDlgTabItem(GetAncestor(hWnd(), GA_ROOT), control_, Held(VK_SHIFT) ? TRUE : FALSE));
-      break;
-    case KeyAction::Stop:
-      break;
-  }
-  return true;
-}
-
-/// Raises contextMenu for a place right below the caret, or in the corner when the caret cannot be seen.
-void BnRichEdit::AskForMenu() const {
-  POINT place{};
-  GetCaretPos(&place);
-  place.y += characterSize_.height;
-  RECT client{};
-  GetClientRect(control_, &client);
-  if (PtInRect(&client, place) == 0) place = {};
-  ClientToScreen(control_, &place);
-  Raise(events_.contextMenu, place);
-}
-
-bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
-  POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-  switch (message) {
-    case WM_CHAR: {
-      const EditorKey held = WithHeldKeys(0);
-      if (wParam >= ' ' || !held.control) Raise(events_.keyPress, static_cast<char>(wParam));
-      return !TakesCharacter(static_cast<unsigned char>(wParam), held, locked_);
-    }
-    case WM_KEYDOWN:
-      return FilterKey(wParam);
-    case WM_KEYUP:
-      // The system makes WM_CONTEXTMENU of the menu key, here or before the key comes.
-      if (wParam != VK_APPS) return false;
-      DefWindowProcA(control_, message, wParam, lParam);
-      return true;
-    case WM_SYSKEYDOWN:
-      if (wParam == VK_F10 && Held(VK_SHIFT)) {
-        AskForMenu();
-        return true;
-      }
-      if (ActionOf(WithHeldKeys(wParam), locked_) == KeyAction::Pass) return false;
-      // Menus and the window's own keys; the control would make characters of numbers with it.
-      DefWindowProcA(control_, message, wParam, lParam);
-      return true;
-    case WM_SYSCHAR:
-      DefWindowProcA(control_, message, wParam, lParam);
-      return true;
-    case WM_CONTEXTMENU:
-      // With the mouse it was asked for by mouseDown; the keyboard's is sent by programs that help people.
-      if (lParam == -1) AskForMenu();
-      return true;
-    case WM_LBUTTONDOWN:
-      ClientToScreen(control_, &place);
-      Raise(events_.mouseDown, kLeftButton, place);
-      return false;
-    case WM_RBUTTONDOWN:
-      Focus();
-      ClientToScreen(control_, &place);
-      Raise(events_.mouseDown, kRightButton, place);
-      return true;
-    case WM_RBUTTONUP:
-      return true;
-    case WM_LBUTTONDBLCLK:
-      if (!hasRichEdit_) {
-        CallWindowProcA(controlsOwn_, control_, message, wParam, lParam);
-      } else {
-        SelectWordAt({place.x, place.y});
-      }
-      Raise(events_.dblClick);
-      return true;
-    default:
-      return false;
-  }
 }
 
 LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {

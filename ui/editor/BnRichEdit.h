@@ -9,6 +9,7 @@
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/CodeColouring.h"
+#include "ui/editor/MouseSelection.h"
 
 namespace snip {
 
@@ -86,11 +87,14 @@ class BnRichEdit : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  template <class Event, class... Arguments>
+  static void Raise(const Event& event, Arguments... arguments) {
+    if (event) event(arguments...);
+  }
+
   static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
 
   void MakeControl();
-  void SetControlFormat(DWORD mask) const;
-  void ChangeFont() const;
   void SetTabStops() const;
   int TabTwips() const;
   /// Shows a text that is such as `TextFieldBytes` makes it.
@@ -103,9 +107,9 @@ class BnRichEdit : public Window {
   /// Looks at an input message before the control does; true when the control is not to see it.
   bool FilterInput(UINT message, WPARAM wParam, LPARAM lParam);
   bool FilterKey(WPARAM key);
+  bool SelectsWithMouse(UINT message, WPARAM wParam, LPARAM lParam);
   void Paste();
   void AskForMenu() const;
-  void SelectWordAt(POINTL place);
   void OnChange();
   void UpdateColours();
   void FinishColouring();
@@ -123,6 +127,7 @@ class BnRichEdit : public Window {
   std::string original_;
   TextFieldBytes bytes_;
   CodeColouring colouring_;
+  MouseSelection mouse_;
   bool locked_ = true;
   bool remaking_ = false;
   bool filling_ = false;    ///< The program sets the text.
