@@ -1,7 +1,6 @@
 #include "library/frmNew.h"
 
 #include "platform/Fonts.h"
-#include "platform/Win32Text.h"
 
 namespace snip {
 
@@ -16,9 +15,11 @@ void frmNew::OnInit() {
   SetWindowTextA(hWnd(), "New Code Library");
   AddLabel("Enter a name for the new library.", {7, 7, 186, 8});
   const HWND txtName =
-      Add("EDIT", name_.c_str(), WS_TABSTOP | ES_AUTOHSCROLL, kNameId, {7, 18, 186, 14}, WS_EX_CLIENTEDGE);
+      Add("EDIT", "", WS_TABSTOP | ES_AUTOHSCROLL, kNameId, {7, 18, 186, 14}, WS_EX_CLIENTEDGE);
   AddDefaultButton("OK", IDOK, {89, 39, 50, 14});
   AddButton("Cancel", IDCANCEL, {143, 39, 50, 14});
+  field_ = ExactTextField(txtName);
+  field_.SetText(name_);
   SizeAndCentre({Across(200), Down(60)});
   SendMessageA(txtName, EM_SETSEL, 0, -1);
   SetFocus(txtName);
@@ -32,7 +33,7 @@ void frmNew::OnCommand(int id, int notification) {
 }
 
 void frmNew::cmdOK_Click() {
-  const std::optional<std::string> name = FieldText(GetDlgItem(hWnd(), kNameId));
+  const std::optional<std::string> name = field_.Text();
   if (!name) return;
   name_ = *name;
   End(IDOK);

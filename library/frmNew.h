@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "platform/ExactTextField.h"
 #include "ui/caption/CaptionedDialog.h"
 
 namespace snip {
@@ -25,6 +26,7 @@ class frmNew : public CaptionedDialog {
   void cmdOK_Click();
 
   std::string name_;
+  ExactTextField field_;
 };
 
 }  // namespace snip

@@ -150,7 +150,7 @@ bool LiesAt(HWND window, POINT screen) {
          WindowFromPoint(screen) == window;
 }
 
-bool PointerLook::Needed(HWND window) {
+bool PointerQuery::Needed(HWND window) {
   constexpr int skippedTicks = 7;
   const POINT told = PlaceOfMessage();
   if (left_ && left_->x == told.x && left_->y == told.y && ++skipped_ <= skippedTicks) return false;
@@ -159,7 +159,7 @@ bool PointerLook::Needed(HWND window) {
   return Within(window, told);
 }
 
-void PointerLook::Found(POINT pointer) {
+void PointerQuery::Found(POINT pointer) {
   const POINT told = PlaceOfMessage();
   if (pointer.x != told.x || pointer.y != told.y) left_ = told;
 }

@@ -83,7 +83,7 @@ bool LiesAt(HWND window, POINT screen);
 /// pointer is takes long; where it was when the message came costs nothing. But when it goes on to another
 /// program's window no message may tell that: a place found to be out of date is looked at again only now and
 /// then.
-class PointerLook {
+class PointerQuery {
  public:
   /// Whether the pointer may be within the bounds of `window`.
   bool Needed(HWND window);

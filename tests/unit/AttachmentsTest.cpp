@@ -28,13 +28,13 @@ class AttachmentsTest : public FakeMainWindow, private AttachmentView {
   std::vector<std::string> done;
   std::optional<std::string> chosen;
   bool minimizes = true;
-  Attachments attachments{library, editing, view, *this};
+  Attachments attachments{library, editing, *this};
 };
 
 TEST_F(AttachmentsTest, OnlyAPathThatIsNotBlankCanBeViewed) {
-  const std::vector<std::pair<int, bool>> cases = {{-1, false}, {0, false}, {1, false}, {2, true}};
+  const std::vector<std::pair<int, bool>> cases = {{0, false}, {1, false}, {2, true}, {-1, false}};
   for (const auto& [row, canView] : cases) {
-    view.selected = row;
+    row < 0 ? editing.ShowNothing("") : ClickRow(row);
     done.clear();
     EXPECT_EQ(attachments.CanView(), canView) << row;
     attachments.ViewAttachment();
@@ -43,7 +43,7 @@ TEST_F(AttachmentsTest, OnlyAPathThatIsNotBlankCanBeViewed) {
 }
 
 TEST_F(AttachmentsTest, ViewingOpensThePathAsItIsStored) {
-  view.selected = 2;
+  ClickRow(2);
   attachments.ViewAttachment();
   minimizes = false;
   attachments.ViewAttachment();
@@ -52,7 +52,8 @@ TEST_F(AttachmentsTest, ViewingOpensThePathAsItIsStored) {
 }
 
 TEST_F(AttachmentsTest, SettingTakesTheChosenPathAndMarksTheLibraryChanged) {
-  view.selected = 0;
+  ClickRow(0);
+  view.selected = 1;  // the mouse is held there
   attachments.SetAttachment();
   EXPECT_EQ(library.Snippets[0].Attachment, "");
   EXPECT_TRUE(library.Saved) << "cancelled";
@@ -102,14 +103,14 @@ TEST_F(AttachmentsTest, AStrangersPathsAreKeptAsTheyAreAndOpenedOnlyWhenTheUserA
 TEST_F(AttachmentsTest, APathThatTheSystemWouldCutShortIsNotOpened) {
   using namespace std::string_literals;
   library.Snippets[0].Attachment = "C:\\run.exe\0.txt"s;
-  view.selected = 0;
+  ClickRow(0);
   EXPECT_FALSE(attachments.CanView());
   attachments.ViewAttachment();
   EXPECT_TRUE(done.empty());
 }
 
 TEST_F(AttachmentsTest, APathThatWouldBeTwoLinesOfTheLibraryIsNotTaken) {
-  view.selected = 2;
+  ClickRow(2);
   attachments.SetAttachment("C:\\a\r\n(,)");
   EXPECT_EQ(library.Snippets[2].Attachment, " C:\\a.frm");
   EXPECT_TRUE(library.Saved);
@@ -117,10 +118,10 @@ TEST_F(AttachmentsTest, APathThatWouldBeTwoLinesOfTheLibraryIsNotTaken) {
 
 TEST_F(AttachmentsTest, WithoutASelectionOrInALockedLibraryNothingHappens) {
   chosen = "D:\\picture.bmp";
-  view.selected = -1;
+  editing.ShowNothing("");
   attachments.SetAttachment();
   attachments.ViewAttachment();
-  view.selected = 0;
+  editing.ShowLibrary();
   editing.DisableEdit(true);
   attachments.SetAttachment();
   attachments.SetAttachment("D:\\other.bmp");

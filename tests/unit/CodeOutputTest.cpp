@@ -73,15 +73,14 @@ class CodeOutputTest : public FakeMainWindow {
  protected:
   void Run(bool all) {
     library.Snippets = {{"A", "", "one", ""}, {"B", "", "two", ""}};
-    view.FillRows(library.Snippets);
-    view.SelectRow(0);
+    editing.ShowLibrary();
     output.SetHost(&host);
     calls.clear();
     all ? output.PasteToNewModule("My Lib") : output.PasteCode();
   }
 
   FakeHost host{calls};
-  CodeOutput output{library, view, showMessage};
+  CodeOutput output{library, editing, view, showMessage};
 };
 
 TEST_F(CodeOutputTest, WhatFailsIsToldAndLeavesNothingHalfDone) {
@@ -130,9 +129,8 @@ TEST_F(CodeOutputTest, WhatFailsIsToldAndLeavesNothingHalfDone) {
 TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
   Run(false);
   calls.clear();
-  view.SelectRow(-1);
+  editing.ShowNothing("");  // in place of a file that is no library; the one before is still in memory
   output.PasteCode();
-  view.rows.clear();  // what is shown is no library, and the one before is still in memory
   output.PasteToNewModule("Lib");
   EXPECT_EQ(calls, Calls(2, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
 }

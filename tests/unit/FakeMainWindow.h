@@ -18,7 +18,7 @@
 #include "tests/unit/Printing.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip::test {
@@ -37,7 +37,7 @@ class FakeSnippetView : public SnippetView {
   Rows rows;
   int selected = -1;
   std::string description, code, nameBoxText;
-  bool locked = true, editMode = false, editingDisabled = false, waiting = false, codeSetWhileWaiting = false;
+  bool locked = true, editingDisabled = false, waiting = false, codeSetWhileWaiting = false;
   std::optional<int> nameBoxRow;  ///< Set while the box is shown.
   Focus focus = Focus::Elsewhere;
   std::function<void()> nameBoxLeft;
@@ -68,8 +68,7 @@ class FakeSnippetView : public SnippetView {
   void SetRowText(int row, const std::string& name) override {
     rows.at(static_cast<std::size_t>(row)) = name;
   }
-  int RowCount() const override { return static_cast<int>(rows.size()); }
-  int SelectedRow() const override { return selected; }
+  int RowCount() const { return static_cast<int>(rows.size()); }
   void SelectRow(int row) override { selected = row < RowCount() ? row : -1; }
   void FocusList() override { MoveFocus(Focus::List); }
 
@@ -81,8 +80,6 @@ class FakeSnippetView : public SnippetView {
     code = text;
     codeSetWhileWaiting = waiting;
   }
-  bool CodeLocked() const override { return locked; }
-  void SetCodeLocked(bool isLocked) override { locked = isLocked; }
   void FocusCode() override { MoveFocus(Focus::Code); }
 
   void ShowNameBox(int row, const std::string& name) override {
@@ -98,7 +95,7 @@ class FakeSnippetView : public SnippetView {
   }
 
   void SetEditingDisabled(bool disabled) override { editingDisabled = disabled; }
-  void SetEditMode(bool editing) override { editMode = editing; }
+  void SetEditMode(bool editing) override { locked = !editing; }
   void SetWaitCursor(bool isWaiting) override { waiting = isWaiting; }
 };
 
@@ -211,7 +208,7 @@ class FakeMainWindow : public testing::Test {
   /// That a field was left comes to the logic after the row was chosen, as a posted message does.
   void ClickRow(int row) {
     view.selected = row;
-    editing.lstCode_Click();
+    editing.lstCode_Click(row);
     view.MoveFocus(Focus::List);
   }
   void TypeCode(const std::string& text) {
@@ -255,7 +252,7 @@ class FakeMainWindow : public testing::Test {
   Library library;
   SnippetEditing editing{library, view, showMessage, &EqualsIgnoringAsciiCase};
   LibraryOperations operations{library, editing, view, chooser, store, showMessage, &EqualsIgnoringAsciiCase};
-  LibraryNaming naming{editing, operations, view, chooser, store, showMessage};
+  LibraryNaming naming{editing, operations, chooser, store, showMessage};
 };
 
 }  // namespace snip::test

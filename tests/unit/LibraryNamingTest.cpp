@@ -104,6 +104,28 @@ TEST_F(LibraryNamingTest, AnEditInProgressBelongsToTheLibraryThatIsLeft) {
   EXPECT_EQ(store.files[kNew], NewLibraryBns());
 }
 
+TEST_F(LibraryNamingTest, AnEditThatCannotBeReadKeepsTheWindowAndItsLibrary) {
+  TypeCode("typed");
+  view.silent = true;
+  chooser.names = {"My New Lib"};
+  const std::vector<std::function<void()>> leaving = {
+      [&] { naming.GetNewLib(); }, [&] { ChooseFile(1); }, [&] { operations.OpenOutside(kSecond); },
+      [&] { operations.SaveLibrary(); }, [&] { EXPECT_FALSE(operations.OfferToSave()); }};
+  for (const auto& leave : leaving) {
+    calls.clear();
+    leave();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_TRUE(calls[0].starts_with("64 [Brennic Snipstore 2.x] The code cannot be read")) << calls[0];
+    EXPECT_EQ(library.LibraryName, "First");
+    EXPECT_EQ(chooser.selected, 0);
+    EXPECT_EQ(chooser.files.size(), 3U);
+  }
+  view.silent = false;
+  answers = {MessageResult::Yes};
+  EXPECT_TRUE(operations.OfferToSave());
+  EXPECT_NE(store.files[kFirst].find("typed"), std::string::npos);
+}
+
 TEST_F(LibraryNamingTest, RenamingMovesTheFileButNotTheNameThatIsSavedTo) {
   naming.RenameLibrary();
   ASSERT_TRUE(chooser.fileNameBoxShown);
@@ -154,7 +176,7 @@ TEST_F(LibraryNamingTest, AnotherLibraryEndsTheRenaming) {
 }
 
 TEST_F(LibraryNamingTest, WithoutASelectedSnippetThereIsNoRenaming) {
-  view.selected = -1;
+  editing.ShowNothing("");
   naming.RenameLibrary();
   EXPECT_FALSE(chooser.fileNameBoxShown);
 }

@@ -396,7 +396,7 @@ TEST_F(LibraryOperationsTest, ALibraryFromElsewhereThatIsSavedOnLeavingIsListedA
     operations.OpenOutside(kOutside);
     TypeDescription("of there");
     answers = {kYes};
-    ending ? operations.OfferToSave() : ChooseFile(2);
+    ending ? void(operations.OfferToSave()) : ChooseFile(2);
     EXPECT_EQ(chooser.files, (Rows{kOutside, "Strings", "Dates", "Outside", "(Browse...)"}));
     EXPECT_EQ(chooser.files[static_cast<std::size_t>(chooser.selected)], ending ? "Outside" : "Dates");
     EXPECT_EQ(library.LibraryName, ending ? "Outside" : "Dates");

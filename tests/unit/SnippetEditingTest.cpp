@@ -47,7 +47,6 @@ class SnippetEditingTest : public FakeMainWindow {
     EXPECT_EQ(view.code, code);
     EXPECT_EQ(view.description, description);
     EXPECT_TRUE(view.locked);
-    EXPECT_FALSE(view.editMode);
   }
   void ExpectUntouched(const Snippets& snippets) const {
     EXPECT_EQ(library.Snippets, snippets);
@@ -81,6 +80,7 @@ TEST_F(SnippetEditingTest, WhatAFieldDoesNotTellIsNotStored) {
   EXPECT_FALSE(editing.txtCode_LostFocus());
   EXPECT_EQ(view.selected, 0);
   ExpectUntouched(kThree);
+  EXPECT_EQ(calls.size(), 6U) << "the user is told each time";
   view.silent = false;
   EXPECT_TRUE(editing.txtCode_LostFocus());
   EXPECT_EQ(library.Snippets[0].Code, "typed");
@@ -94,7 +94,7 @@ TEST_F(SnippetEditingTest, WhatIsShownInPlaceOfALibraryTakesNoEdits) {
   ExpectShown(-1, "Nothing here.", "");
   EXPECT_FALSE(view.nameBoxRow.has_value());
 
-  ClickRow(-1);
+  ClickRow(0);
   EXPECT_EQ(view.code, "Nothing here.");
   editing.txtCode_LostFocus();
   editing.SettleName();
@@ -121,7 +121,7 @@ TEST_F(SnippetEditingTest, WithoutASelectionNothingCanBeDone) {
   library.Saved = true;
   TypeDescription("typed");
   view.code = "typed";
-  ClickRow(-1);
+  editing.lstCode_Click(-1);
   EXPECT_EQ(view.code, "typed");
   editing.StoreShownCode();
   editing.lstCode_DblClick();
@@ -137,7 +137,7 @@ TEST_F(SnippetEditingTest, WithoutASelectionNothingCanBeDone) {
   ExpectUntouched({kThree[0], kThree[1]});
 }
 
-TEST_F(SnippetEditingTest, TextBelongsToTheShownSnippetWhileTheMouseIsHeldOnAnotherRow) {
+TEST_F(SnippetEditingTest, TheShownSnippetIsMeantWhileTheMouseIsHeldOnAnotherRow) {
   TypeCode("typed");
   view.selected = 2;  // the list tells of it when the button is let go
   TypeDescription("typed");
@@ -147,14 +147,22 @@ TEST_F(SnippetEditingTest, TextBelongsToTheShownSnippetWhileTheMouseIsHeldOnAnot
   EXPECT_EQ(library.Snippets[0].Code + library.Snippets[0].Description, "typed moretyped");
   EXPECT_EQ(library.Snippets[2], kThree[2]);
   editing.EditSnippet();
-  EXPECT_EQ(view.code, "'three") << "the selected snippet is edited, and shown first";
+  EXPECT_EQ(view.selected, 0);
+  editing.txtCode_LostFocus();
+  view.selected = 2;
+  TypeName("eins");
+  EXPECT_EQ(view.nameBoxRow, 0);
+  editing.SettleName();
+  ExpectNames({"eins", "two", "three"});
+  view.selected = 2;
+  editing.DeleteSelectedSnippet();
+  ExpectNames({"two", "three"});
 }
 
 TEST_F(SnippetEditingTest, EditingUnlocksTheCodeAndEditingAgainCommitsIt) {
   ClickRow(1);
   editing.EditSnippet();
   EXPECT_FALSE(view.locked);
-  EXPECT_TRUE(view.editMode);
   EXPECT_EQ(view.focus, Focus::Code);
 
   view.code = "typed";
@@ -218,7 +226,6 @@ TEST_F(SnippetEditingTest, StoringTheShownCodeLetsTheEditGoOn) {
   editing.StoreShownCode();
   EXPECT_EQ(library.Snippets[1].Code, "typed");
   EXPECT_FALSE(view.locked);
-  EXPECT_TRUE(view.editMode);
 
   view.code = "typed more";
   editing.txtCode_LostFocus();
@@ -403,7 +410,6 @@ TEST_F(SnippetEditingTest, EditsGoWithTheirSnippetAndNotIntoAnother) {
     TypeName("typed");
     editing.DeleteSelectedSnippet();
     EXPECT_TRUE(view.locked);
-    EXPECT_FALSE(view.editMode);
     EXPECT_FALSE(view.nameBoxRow.has_value());
     editing.txtCode_LostFocus();
     editing.SettleName();

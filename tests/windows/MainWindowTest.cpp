@@ -349,7 +349,8 @@ TEST_F(MainWindowTest, TheNameBoxGoesWithItsRowOrTakesTheName) {
     MapWindowPoints(List(), window_.hWnd(), reinterpret_cast<POINT*>(&line), 2);
     return IsWindowVisible(NameBox()) != 0 && PlaceInParent(NameBox()).top == line.top - 1;
   };
-  SendMessageA(List(), LB_SETCURSEL, 3, 0);
+  ClickRow(3);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'n3"; }));
   PressKey(VK_F2);
   ASSERT_TRUE(Until([&] { return GetFocus() == NameBox() && liesOnRow(3); }));
   TypeText("drei");
@@ -357,7 +358,9 @@ TEST_F(MainWindowTest, TheNameBoxGoesWithItsRowOrTakesTheName) {
   EXPECT_TRUE(Until([&] { return liesOnRow(3); }));
   SendMessageA(List(), LB_SETTOPINDEX, 40, 0);
   EXPECT_TRUE(Until([&] { return Row(3) == "drei" && GetFocus() == List(); }));
-  SendMessageA(List(), LB_SETCURSEL, 5, 0);
+  SendMessageA(List(), LB_SETTOPINDEX, 0, 0);
+  ClickRow(5);
+  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'n5"; }));
   PressKey(VK_F2);
   ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
   TypeText("drei");

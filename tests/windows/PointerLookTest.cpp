@@ -28,7 +28,7 @@ bool PointerIsToldAt(POINT place) {
 
 TEST(PointerLookTest, APlaceThatThePointerHasLeftUntoldIsLookedAtNowAndThen) {
   const Plain window;
-  PointerLook look;
+  PointerQuery look;
   ASSERT_TRUE(PointerIsToldAt({500, 500}));
   EXPECT_FALSE(look.Needed(window.hWnd()));
   ASSERT_TRUE(PointerIsToldAt({200, 200}));

@@ -197,7 +197,7 @@ class BnCommandBar : public Window {
   CommandBarAccessible accessibleItems_{*this};
   AccessibleList accessible_{*this, accessibleItems_};
   int lineHeight_ = 0;
-  PointerLook look_;
+  PointerQuery look_;
   bool showsTip_ = false;                     ///< The tip that is up is this bar's.
   std::map<ButtonId, LONG> announcedStates_;  ///< What assistive programs were last told of each button.
   /// Those of `events_` that a drag raises; it may outlast the bar and is given up then.

@@ -12,34 +12,28 @@ bool IsPath(const std::string& text) {
 
 }  // namespace
 
-Attachments::Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
-                         AttachmentView& view)
-    : library_(library), editing_(editing), snippets_(snippets), view_(view) {}
-
-Snippet* Attachments::Selected() const {
-  const int row = snippets_.SelectedRow();
-  return library_.HasIndex(row) ? &library_.Snippets[static_cast<std::size_t>(row)] : nullptr;
-}
+Attachments::Attachments(Library& library, const SnippetEditing& editing, AttachmentView& view)
+    : library_(library), editing_(editing), view_(view) {}
 
 bool Attachments::CanView() const {
-  const Snippet* snippet = Selected();
+  const Snippet* snippet = editing_.Shown();
   return snippet != nullptr && !Trim(snippet->Attachment).empty() && IsPath(snippet->Attachment);
 }
 
 void Attachments::ViewAttachment() {
-  if (!CanView()) return;                           // a torn-off menu offers it for any snippet
-  const std::string path = Selected()->Attachment;  // minimising lets other messages in
+  if (!CanView()) return;                                 // a torn-off menu offers it for any snippet
+  const std::string path = editing_.Shown()->Attachment;  // minimising lets other messages in
   if (view_.MinimizeOnView()) view_.Minimize();
   view_.ShellOpen(path);
 }
 
 void Attachments::SetAttachment() {
-  if (Selected() == nullptr || editing_.editingDisabled()) return;
+  if (editing_.Shown() == nullptr || editing_.editingDisabled()) return;
   if (const auto path = view_.ChooseAttachment()) SetAttachment(*path);
 }
 
 void Attachments::SetAttachment(const std::string& path) {
-  Snippet* snippet = Selected();
+  Snippet* snippet = editing_.Shown();
   if (snippet == nullptr || editing_.editingDisabled()) return;
   // A path is one line of the library file. Windows has no such names, but a foreign file system may.
   if (path.find("\r\n") != std::string::npos) return;

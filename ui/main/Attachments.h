@@ -4,7 +4,6 @@
 #include <string>
 
 #include "library/Library.h"
-#include "ui/main/MainViews.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip {
@@ -22,16 +21,15 @@ class AttachmentView {
   virtual void ShellOpen(const std::string& path) = 0;
 };
 
-/// The file that goes with the selected snippet.
+/// The file that goes with the shown snippet.
 class Attachments {
  public:
-  Attachments(Library& library, const SnippetEditing& editing, const SnippetView& snippets,
-              AttachmentView& view);
+  Attachments(Library& library, const SnippetEditing& editing, AttachmentView& view);
 
-  /// Whether a snippet is selected of a library that must not be changed. Without a snippet the attachment
+  /// Whether a snippet is shown of a library that must not be changed. Without a snippet the attachment
   /// can be asked for as well, to no effect.
-  bool Locked() const { return Selected() != nullptr && editing_.editingDisabled(); }
-  /// Whether a snippet is selected that has one; a path of nothing but blanks is none.
+  bool Locked() const { return editing_.Shown() != nullptr && editing_.editingDisabled(); }
+  /// Whether a snippet is shown that has one; a path of nothing but blanks is none.
   bool CanView() const;
   void ViewAttachment();
   /// Asks for the file. Choosing the same one again counts as a change as well.
@@ -39,11 +37,8 @@ class Attachments {
   void SetAttachment(const std::string& path);
 
  private:
-  Snippet* Selected() const;
-
   Library& library_;
   const SnippetEditing& editing_;
-  const SnippetView& snippets_;
   AttachmentView& view_;
 };
 

@@ -81,12 +81,13 @@ std::string ModuleName(const std::string& libraryText) {
   return "mod" + NoSpaces(libraryText);
 }
 
-CodeOutput::CodeOutput(const Library& library, const SnippetView& view, ShowMessageFunction showMessage)
-    : library_(library), view_(view), showMessage_(std::move(showMessage)) {}
+CodeOutput::CodeOutput(const Library& library, const SnippetEditing& editing, const SnippetView& view,
+                       ShowMessageFunction showMessage)
+    : library_(library), editing_(editing), view_(view), showMessage_(std::move(showMessage)) {}
 
 void CodeOutput::PasteCode() {
   Deliver([this](HostEnvironment& host) {
-    if (view_.SelectedRow() < 0) throw HostError("No code snippet is currently selected.");
+    if (editing_.Shown() == nullptr) throw HostError("No code snippet is currently selected.");
     // Read first: the window may be gone when the environment has answered.
     const std::optional<std::string> code = view_.Code();
     if (!code) return;
@@ -98,7 +99,7 @@ void CodeOutput::PasteCode() {
 void CodeOutput::PasteToNewModule(const std::string& libraryText) {
   Deliver([this, &libraryText](HostEnvironment& host) {
     // In place of a file that is no library, the one before is in memory and none is shown.
-    if (view_.RowCount() != library_.LastIndex() + 1)
+    if (!editing_.ListsSnippets() && !library_.Snippets.empty())
       throw HostError("No code snippet is currently selected.");
     const std::string name = ModuleName(libraryText);
     // Taken before the environment is asked for anything: the library may be another one when it has

@@ -6,14 +6,15 @@
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
 #include "ui/main/HostEnvironment.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/SnippetEditing.h"
 
 namespace snip {
 
 /// Hands code on to the development environment. What cannot be done is told to the user.
 class CodeOutput {
  public:
-  CodeOutput(const Library& library, const SnippetView& view, ShowMessageFunction showMessage);
+  CodeOutput(const Library& library, const SnippetEditing& editing, const SnippetView& view,
+             ShowMessageFunction showMessage);
 
   /// The environment, which stays its owner's; null while none is connected.
   void SetHost(HostEnvironment* host) { host_ = host; }
@@ -31,6 +32,7 @@ class CodeOutput {
   void Tell(const std::string& prompt) const;
 
   const Library& library_;
+  const SnippetEditing& editing_;
   const SnippetView& view_;
   ShowMessageFunction showMessage_;
   HostEnvironment* host_ = nullptr;

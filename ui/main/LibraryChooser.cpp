@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "library/frmNew.h"
-#include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/dialogs/CommonDialog.h"
 
@@ -19,6 +18,7 @@ void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   NameNextControl(parent, "Library name");
   txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
+  fileName_ = ExactTextField(txtFileName_);
   NameNextControl(parent, "Library");
   cboFiles_ = CreateControl(parent, "COMBOBOX", "",
                             WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWNLIST, 0, id,
@@ -107,11 +107,11 @@ void LibraryChooser::ReplaceFile(int entry, const std::string& text) {
 }
 
 std::optional<std::string> LibraryChooser::FileNameText() const {
-  return FieldText(txtFileName_);
+  return fileName_.Text();
 }
 
 void LibraryChooser::SetFileNameText(const std::string& text) {
-  SetWindowTextA(txtFileName_, text.c_str());
+  fileName_.SetText(text);
 }
 
 void LibraryChooser::SelectFileNameText() {

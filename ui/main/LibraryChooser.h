@@ -4,9 +4,10 @@
 
 #include <string>
 
+#include "platform/ExactTextField.h"
 #include "platform/Geometry.h"
 #include "ui/caption/CaptionPainter.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 
 namespace snip {
 
@@ -64,6 +65,7 @@ class LibraryChooser : public LibraryView {
   CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
   HWND txtFileName_ = nullptr;  ///< Lies over `cboFiles` while the library is renamed; hidden else.
+  ExactTextField fileName_;
   HWND focusBefore_ = nullptr;  ///< Had the focus before the box.
   int openedAt_ = -1;           ///< The entry that was selected when the list was opened.
   bool passing_ = false;        ///< The keys have gone to another one since.

@@ -7,20 +7,18 @@
 
 namespace snip {
 
-LibraryNaming::LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, SnippetView& snippetView,
-                             LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage)
+LibraryNaming::LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, LibraryView& view,
+                             LibraryStore& store, ShowMessageFunction showMessage)
     : editing_(editing),
       operations_(operations),
-      snippetView_(snippetView),
       view_(view),
       store_(store),
       showMessage_(std::move(showMessage)) {}
 
 void LibraryNaming::GetNewLib() {
   txtFileName_LostFocus();
-  if (!editing_.SettleName()) return;
   // The fields are about to be emptied: what is being edited belongs to the library that is left.
-  editing_.txtCode_LostFocus();
+  if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
   std::string name;
   do {
     name = view_.AskForLibraryName(name);  // one that was refused is there to be mended
@@ -55,7 +53,7 @@ std::string LibraryNaming::CurrentEntry() const {
 }
 
 void LibraryNaming::RenameLibrary() {
-  if (editing_.editingDisabled() || snippetView_.SelectedRow() < 0 || !editing_.SettleName()) return;
+  if (editing_.editingDisabled() || editing_.Shown() == nullptr || !editing_.SettleName()) return;
   view_.SetFileNameText(CurrentEntry());
   view_.ShowFileNameBox();
 }

@@ -3,7 +3,7 @@
 #include "library/LibraryStore.h"
 #include "platform/MessageFunction.h"
 #include "ui/main/LibraryOperations.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip {
@@ -12,13 +12,13 @@ namespace snip {
 /// the chooser. Decides without a window. Handlers keep the names of the events they answer.
 class LibraryNaming {
  public:
-  LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, SnippetView& snippetView,
-                LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage);
+  LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, LibraryView& view,
+                LibraryStore& store, ShowMessageFunction showMessage);
 
   /// Asks for a name until one is free or the user gives up, then makes a library of that name and opens it.
   void GetNewLib();
 
-  /// Opens the box, when a snippet is selected.
+  /// Opens the box, when a snippet is shown.
   void RenameLibrary();
   /// The box can never be left empty: the current name comes back.
   void txtFileName_Change();
@@ -33,7 +33,6 @@ class LibraryNaming {
 
   SnippetEditing& editing_;
   LibraryOperations& operations_;
-  SnippetView& snippetView_;
   LibraryView& view_;
   LibraryStore& store_;
   ShowMessageFunction showMessage_;

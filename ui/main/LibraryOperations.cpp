@@ -70,6 +70,7 @@ BnsResult LibraryOperations::Read(const std::string& path) {
 }
 
 void LibraryOperations::LoadFiles() {
+  openEntry_ = -1;
   struct Forgetting {
     std::optional<LibraryAhead>& ahead;
     ~Forgetting() { ahead.reset(); }
@@ -83,17 +84,17 @@ void LibraryOperations::LoadFiles() {
     editing_.DisableEdit(true);
     return;
   }
-  for (const std::string& name : names) view_.InsertFile(view_.FileCount(), name);
-  view_.InsertFile(view_.FileCount(), kBrowseEntry);
+  for (const std::string& name : names) InsertFile(view_.FileCount(), name);
+  InsertFile(view_.FileCount(), kBrowseEntry);
   editing_.DisableEdit(false);
   view_.SelectFile(0);
   cboFiles_Click();
 }
 
 void LibraryOperations::cboFiles_Click() {
+  if (!editing_.txtCode_LostFocus()) return view_.SelectFile(openEntry_);
   view_.HideFileNameBox();                                // it was to rename the library that is left
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
-  editing_.lstCode_Click();
   if (WantsToSave() && SaveCurFile()) {
     library_.Saved = true;
     ListCurrentLibrary();
@@ -102,6 +103,7 @@ void LibraryOperations::cboFiles_Click() {
 
   const int entry = view_.SelectedFile();
   if (entry < 0) return;
+  openEntry_ = entry;
   const std::string text = view_.FileText(entry);
   if (text == kBrowseEntry) {
     BrowseForLibrary();
@@ -124,12 +126,18 @@ void LibraryOperations::BrowseForLibrary() {
   OpenOutside(*path);
 }
 
+void LibraryOperations::InsertFile(int entry, const std::string& text) {
+  view_.InsertFile(entry, text);
+  if (openEntry_ >= entry) ++openEntry_;
+}
+
 void LibraryOperations::OpenOutside(const std::string& path) {
+  if (!editing_.txtCode_LostFocus()) return;
   int entry = 0;
   while (entry < view_.FileCount() && view_.FileText(entry) != path) ++entry;
   if (entry == view_.FileCount()) {
     entry = 0;
-    view_.InsertFile(entry, path);
+    InsertFile(entry, path);
   }
   view_.SelectFile(entry);
   cboFiles_Click();
@@ -143,10 +151,13 @@ bool LibraryOperations::WantsToSave() {
   return answer == MessageResult::Yes && !view_.Gone();
 }
 
-void LibraryOperations::OfferToSave() {
-  if (!WantsToSave() || !SaveCurFile()) return;
-  library_.Saved = true;
-  ShowWhereSaved();  // the window may stay after all
+bool LibraryOperations::OfferToSave() {
+  if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return false;
+  if (WantsToSave() && SaveCurFile()) {
+    library_.Saved = true;
+    ShowWhereSaved();  // the window may stay after all
+  }
+  return true;
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
@@ -231,7 +242,7 @@ int LibraryOperations::ListCurrentLibrary() {
     if (sameName_(text, library_.LibraryName)) return entry;
     if (text == kBrowseEntry) place = entry;
   }
-  view_.InsertFile(place, library_.LibraryName);
+  InsertFile(place, library_.LibraryName);
   return place;
 }
 
@@ -242,6 +253,7 @@ void LibraryOperations::ShowWhereSaved() {
   if (saved < 0 || SavedElsewhere().empty()) return;
   view_.HideFileNameBox();
   view_.SelectFile(saved);
+  openEntry_ = saved;
   view_.SetFileNameText(view_.FileText(saved));
 }
 

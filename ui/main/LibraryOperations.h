@@ -7,7 +7,7 @@
 #include "library/BnsFormat.h"
 #include "library/LibraryStore.h"
 #include "platform/MessageFunction.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip {
@@ -38,8 +38,10 @@ class LibraryOperations {
   /// What "Save Library" does: takes the shown code into the library, writes it, counts it as saved, and has
   /// the chooser show the file that was written.
   void SaveLibrary();
-  /// Asks whether to save a changed library, and does; for the end of the window.
-  void OfferToSave();
+  /// Takes in what is being edited, and asks whether to save a changed library, and does; for the end of the
+  /// window. False when the window has to stay, since something typed cannot be taken: the user has been
+  /// told.
+  bool OfferToSave();
   /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:
   /// of a library from elsewhere, or one that was renamed. Empty else, and while nothing can be saved.
   std::string SavedElsewhere() const;
@@ -55,6 +57,7 @@ class LibraryOperations {
   void OpenBNSFileV1(BnsContents contents);
   void TakeContents(BnsContents contents);
   void BrowseForLibrary();
+  void InsertFile(int entry, const std::string& text);
   bool WantsToSave();
   std::string FileOf(const std::string& entry) const;
   int ListCurrentLibrary();
@@ -69,6 +72,7 @@ class LibraryOperations {
   ShowMessageFunction showMessage_;
   SnippetEditing::TextEquality sameName_;  ///< As the file system compares names, too.
   std::optional<LibraryAhead> ahead_;
+  int openEntry_ = -1;  ///< Of the chooser; the user has another one selected there when he tells of it.
 };
 
 /// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it, or on a server, is a full

@@ -38,7 +38,7 @@ class ListTips : private TipSurroundings {
 
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
-  PointerLook look_;
+  PointerQuery look_;
   POINT pointer_{};  ///< As PlaceOfPointer has found it, on the screen.
   // What was measured last: the pointer mostly rests on one entry, and measuring takes long.
   std::string measured_;

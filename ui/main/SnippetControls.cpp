@@ -137,23 +137,21 @@ void SnippetControls::SetRowText(int row, const std::string& name) {
   InvalidateRect(lstCode_, nullptr, TRUE);
 }
 
-int SnippetControls::RowCount() const {
-  return static_cast<int>(List(LB_GETCOUNT));
-}
 int SnippetControls::SelectedRow() const {
   return static_cast<int>(List(LB_GETCURSEL));
 }
 void SnippetControls::SelectRow(int row) {
-  List(LB_SETCURSEL, static_cast<WPARAM>(row));
+  // Selecting it scrolls to it: the user may be looking at other rows.
+  if (row != SelectedRow()) List(LB_SETCURSEL, static_cast<WPARAM>(row));
 }
-bool SnippetControls::SelectNameFrom(const std::string& beginning) {
+std::optional<int> SnippetControls::SelectNameFrom(const std::string& beginning) {
   // The search begins behind the row that it is given.
   const int from = beginning.size() > 1 ? SelectedRow() - 1 : SelectedRow();
   const LRESULT row = List(LB_FINDSTRING, static_cast<WPARAM>(std::max(from, -1)),
                            reinterpret_cast<LPARAM>(beginning.c_str()));
-  if (row == LB_ERR) return false;
-  SelectRow(static_cast<int>(row));
-  return true;
+  if (row == LB_ERR) return std::nullopt;
+  List(LB_SETCURSEL, static_cast<WPARAM>(row));
+  return static_cast<int>(row);
 }
 
 void SnippetControls::FocusList() {
@@ -195,19 +193,13 @@ std::optional<std::string> SnippetControls::Code() const {
 void SnippetControls::SetCode(const std::string& text) {
   txtCode_.SetText(text);
 }
-bool SnippetControls::CodeLocked() const {
-  return txtCode_.locked();
-}
-void SnippetControls::SetCodeLocked(bool locked) {
-  txtCode_.SetLocked(locked);
-}
 void SnippetControls::FocusCode() {
   txtCode_.Focus();
 }
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
   nameBoxRow_ = row;
-  SelectRow(row);  // also scrolls it into view
+  List(LB_SETCURSEL, static_cast<WPARAM>(row));  // also scrolls it into view
   MoveTo(txtName_, NameBoxPlace());
   name_.SetText(name);
   ShowWindow(txtName_, SW_SHOW);
@@ -269,6 +261,7 @@ void SnippetControls::SetEditingDisabled(bool disabled) {
 void SnippetControls::SetEditMode(bool editing) {
   if (editMode_ == editing) return;  // said with each snippet that is shown
   editMode_ = editing;
+  txtCode_.SetLocked(!editing);
   // While the code is edited Tab belongs to it.
   SetTabStop(lstCode_, !editing);
   SetTabStop(txtDesc_, !editing);

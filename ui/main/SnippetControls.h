@@ -11,7 +11,7 @@
 #include "platform/Twips.h"
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/BnRichEdit.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 
 namespace snip {
 
@@ -37,6 +37,7 @@ class SnippetControls : public SnippetView {
   void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
 
   HWND lstCode() const { return lstCode_; }
+  int SelectedRow() const;  ///< Which the list tells of later, while the mouse is held on it.
   HWND txtName() const { return txtName_; }
   HWND txtDesc() const { return txtDesc_; }
   BnRichEdit& txtCode() { return txtCode_; }
@@ -63,19 +64,15 @@ class SnippetControls : public SnippetView {
   void AddRow(const std::string& name) override;
   void RemoveRow(int row) override;
   void SetRowText(int row, const std::string& name) override;
-  int RowCount() const override;
-  int SelectedRow() const override;
   void SelectRow(int row) override;
-  /// Selects the next row whose name begins so; the selected one may stay it while more than a letter is
-  /// given. False when there is none.
-  bool SelectNameFrom(const std::string& beginning);
+  /// Selects the next row whose name begins so, and tells which that is, if any. The selected one also
+  /// matches if more than one letter is given.
+  std::optional<int> SelectNameFrom(const std::string& beginning);
   void FocusList() override;
   std::optional<std::string> Description() const override;
   void SetDescription(const std::string& text) override;
   std::optional<std::string> Code() const override;
   void SetCode(const std::string& text) override;
-  bool CodeLocked() const override;
-  void SetCodeLocked(bool locked) override;
   void FocusCode() override;
   void ShowNameBox(int row, const std::string& name) override;
   std::optional<std::string> NameBoxText() const override;

@@ -5,33 +5,48 @@
 #include "library/BnsFormat.h"
 
 namespace snip {
+namespace {
+
+constexpr const char* kNoSelection = "No snippet selected.";
+
+/// What is in a field that does not tell it must neither be lost nor taken for empty.
+std::string Unreadable(const std::string& text) {
+  return "The " + text +
+         " cannot be read from its field, perhaps because memory is short. Please close other programs and "
+         "try again.";
+}
+
+}  // namespace
 
 SnippetEditing::SnippetEditing(Library& library, SnippetView& view, ShowMessageFunction showMessage,
                                TextEquality sameName)
     : library_(library), view_(view), showMessage_(std::move(showMessage)), sameName_(std::move(sameName)) {}
 
 void SnippetEditing::ShowLibrary() {
-  shownIndex_ = -1;
   if (library_.Snippets.empty()) {
     ShowNothing("");
+    listed_ = true;
     return;
   }
+  shownIndex_ = -1;
   EndRename();
   view_.FillRows(library_.Snippets);
+  listed_ = true;
   SelectAndShow(0);
 }
 
 void SnippetEditing::ShowNothing(const std::string& codeText) {
+  listed_ = false;
   shownIndex_ = -1;
   EndRename();
   view_.FillRows({});
-  view_.SetCodeLocked(true);
-  view_.SetEditMode(false);
+  SetEditing(false);
   view_.SetCode(codeText);
   view_.SetDescription("");
 }
 
-void SnippetEditing::Forget() {
+void SnippetEditing::Reset() {
+  listed_ = editing_ = false;
   shownIndex_ = -1;
   renamedRow_.reset();
   editingDisabled_ = false;
@@ -42,20 +57,28 @@ void SnippetEditing::DisableEdit(bool disabled) {
   view_.SetEditingDisabled(disabled);
 }
 
-void SnippetEditing::lstCode_Click() {
-  if (view_.RowCount() == 0 || view_.SelectedRow() < 0) return;
-  if (!txtCode_LostFocus()) return view_.SelectRow(shownIndex_);
-  ShowSelected();
+Snippet* SnippetEditing::Shown() const {
+  return library_.HasIndex(shownIndex_) ? &library_.Snippets[static_cast<std::size_t>(shownIndex_)] : nullptr;
 }
 
-void SnippetEditing::ShowSelected() {
-  const int row = view_.SelectedRow();
-  if (!library_.HasIndex(row)) return;
+void SnippetEditing::SetEditing(bool editing) {
+  // Should the view fail, what can be typed into an unlocked field still belongs to the edit.
+  editing_ = editing_ || editing;
+  view_.SetEditMode(editing);
+  editing_ = editing;
+}
+
+void SnippetEditing::lstCode_Click(int row) {
+  if (!listed_ || !library_.HasIndex(row)) return;
+  if (!txtCode_LostFocus()) return view_.SelectRow(shownIndex_);
+  Show(row);
+}
+
+void SnippetEditing::Show(int row) {
   const Snippet& snippet = library_.Snippets[static_cast<std::size_t>(row)];
   shownIndex_ = -1;  // as long as the fields are of two snippets
   {
     const WaitCursorScope wait(view_);
-    view_.SetCodeLocked(true);
     view_.SetCode(snippet.Code);
   }
   view_.SetDescription(snippet.Description);
@@ -64,80 +87,75 @@ void SnippetEditing::ShowSelected() {
 
 void SnippetEditing::SelectAndShow(int row) {
   view_.SelectRow(row);
-  lstCode_Click();
+  lstCode_Click(row);
 }
 
 void SnippetEditing::EditSnippet() {
   if (editingDisabled_) return;
-  const int row = view_.SelectedRow();
-  if (!library_.HasIndex(row)) {
-    ReportNoSelection();
-    return;
-  }
-  if (EditInProgress()) {
+  if (Shown() == nullptr) return Tell(kNoSelection);
+  if (editing_) {
     txtCode_LostFocus();
     return;
   }
-  if (row != shownIndex_) ShowSelected();  // the list tells of a row only when the mouse button is let go
-  view_.SetCodeLocked(false);
-  view_.SetEditMode(true);
+  view_.SelectRow(shownIndex_);
+  SetEditing(true);
   view_.FocusCode();
 }
 
 void SnippetEditing::txtCode_DblClick() {
-  if (!EditInProgress()) EditSnippet();
+  if (!editing_) EditSnippet();
 }
 
 void SnippetEditing::txtCode_KeyPress(char key) {
   constexpr unsigned char enter = 13;
   const auto code = static_cast<unsigned char>(key);
-  if (EditInProgress() && (code >= ' ' || code == enter)) library_.Saved = false;
+  if (editing_ && (code >= ' ' || code == enter)) library_.Saved = false;
 }
 
 bool SnippetEditing::txtCode_LostFocus() {
-  if (EditInProgress() && shownIndex_ != -1) {
-    if (!StoreShownCode()) return false;
-    view_.SetCodeLocked(true);
-  }
-  view_.SetEditMode(false);
+  if (editing_ && !StoreShownCode()) return false;
+  SetEditing(false);
   return true;
 }
 
 bool SnippetEditing::StoreShownCode() {
-  if (editingDisabled_ || !library_.HasIndex(shownIndex_)) return true;
-  std::optional<std::string> shown = view_.Code();
-  if (!shown) return false;
-  std::string& stored = library_.Snippets[static_cast<std::size_t>(shownIndex_)].Code;
-  if (*shown == stored) return true;
-  stored = std::move(*shown);
+  Snippet* const snippet = Shown();
+  if (editingDisabled_ || snippet == nullptr) return true;
+  std::optional<std::string> code = view_.Code();
+  if (!code) {
+    Tell(Unreadable("code"));
+    return false;
+  }
+  if (*code == snippet->Code) return true;
+  snippet->Code = std::move(*code);
   // Typing has said so already; pasting, cutting, deleting and undoing have not.
   library_.Saved = false;
   return true;
 }
 
 void SnippetEditing::txtDesc_Change() {
-  if (editingDisabled_ || !library_.HasIndex(shownIndex_)) return;
-  std::string& stored = library_.Snippets[static_cast<std::size_t>(shownIndex_)].Description;
-  std::optional<std::string> shown = view_.Description();
-  if (!shown || shown->empty() || *shown == stored) return;
-  stored = std::move(*shown);
+  Snippet* const snippet = Shown();
+  if (editingDisabled_ || snippet == nullptr) return;
+  std::optional<std::string> description = view_.Description();
+  if (!description) return Tell(Unreadable("description"));
+  if (description->empty() || *description == snippet->Description) return;
+  snippet->Description = std::move(*description);
   library_.Saved = false;
 }
 
 void SnippetEditing::lstCode_DblClick() {
-  const int row = view_.SelectedRow();
-  if (editingDisabled_ || !library_.HasIndex(row) || !SettleName()) return;
-  renamedRow_ = row;
-  view_.ShowNameBox(row, library_.Snippets[static_cast<std::size_t>(row)].Name);
+  if (editingDisabled_ || Shown() == nullptr || !SettleName()) return;
+  renamedRow_ = shownIndex_;
+  view_.ShowNameBox(shownIndex_, Shown()->Name);
 }
 
 void SnippetEditing::txtName_Cancel() {
   EndRename();
 }
 
-/// Tells the user why a name cannot be taken and puts him back into the box.
+/// Reports why the name is refused and returns the focus to the name box.
 bool SnippetEditing::RefuseName(const std::string& reason) {
-  showMessage_(reason, MessageStyle::kInformation, kMainWindowTitle);
+  Tell(reason);
   view_.FocusNameBox();
   return false;
 }
@@ -150,7 +168,7 @@ bool SnippetEditing::SettleName() {
     return true;
   }
   const std::optional<std::string> typed = view_.NameBoxText();
-  if (!typed) return false;
+  if (!typed) return RefuseName(Unreadable("name"));
   const std::string& name = *typed;
   if (NameTaken(name, row)) {
     return RefuseName(
@@ -186,10 +204,8 @@ void SnippetEditing::NewSnippet() {
   if (editingDisabled_ || !SettleName()) return;
   if (!txtCode_LostFocus()) return;
   if (library_.IsFull()) {
-    showMessage_("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
-                     " snippets; please add the new snippet to another library.",
-                 MessageStyle::kInformation, kMainWindowTitle);
-    return;
+    return Tell("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
+                " snippets; please add the new snippet to another library.");
   }
   library_.Snippets.push_back(DefaultSnippet());
   library_.Saved = false;
@@ -199,17 +215,14 @@ void SnippetEditing::NewSnippet() {
 }
 
 void SnippetEditing::DeleteSelectedSnippet() {
-  const int row = view_.SelectedRow();
-  DeleteSnippet(row);
-  if (row >= 0 && !editingDisabled_) view_.FocusList();
+  const bool deletes = Shown() != nullptr && !editingDisabled_;
+  DeleteSnippet(shownIndex_);
+  if (deletes) view_.FocusList();
 }
 
 void SnippetEditing::DeleteSnippet(int index) {
   if (editingDisabled_) return;
-  if (!library_.HasIndex(index)) {
-    ReportNoSelection();
-    return;
-  }
+  if (!listed_ || !library_.HasIndex(index)) return Tell(kNoSelection);
   if (!txtCode_LostFocus()) return;  // the edit belongs to an index, which is about to change
   shownIndex_ = -1;
   EndRename();
@@ -231,8 +244,8 @@ void SnippetEditing::DeleteSnippet(int index) {
   if (!wasLast) SelectAndShow(0);
 }
 
-void SnippetEditing::ReportNoSelection() {
-  showMessage_("No snippet selected.", MessageStyle::kInformation, kMainWindowTitle);
+void SnippetEditing::Tell(const std::string& prompt) const {
+  showMessage_(prompt, MessageStyle::kInformation, kMainWindowTitle);
 }
 
 }  // namespace snip

@@ -6,7 +6,7 @@
 
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
-#include "ui/main/MainViews.h"
+#include "ui/main/MainWindowViews.h"
 
 namespace snip {
 
@@ -24,31 +24,39 @@ class SnippetEditing {
   /// Empties the list and shows `codeText` in the code field, for a file that gave no snippets.
   void ShowNothing(const std::string& codeText);
 
-  /// Starts anew, for a window that is made again.
-  void Forget();
+  /// For a window that is made again.
+  void Reset();
 
   /// While disabled nothing of the library can be changed.
   void DisableEdit(bool disabled);
   bool editingDisabled() const { return editingDisabled_; }
 
-  void lstCode_Click();
-  void lstCode_DblClick();  ///< Starts renaming the selected snippet in place.
+  /// The snippet whose texts the fields show, and that everything is done with; -1 and null for none. The
+  /// list may have selected another row for a moment: it does so when the mouse button goes down, and tells
+  /// when it comes up.
+  int shownIndex() const { return shownIndex_; }
+  Snippet* Shown() const;
+  /// Whether the list shows the library's snippets: neither while there are none nor in place of a file that
+  /// gave none.
+  bool ListsSnippets() const { return listed_ && !library_.Snippets.empty(); }
 
-  /// Starts editing the selected snippet's code, or ends it.
+  void lstCode_Click(int row);
+  void lstCode_DblClick();  ///< Starts renaming the shown snippet in place.
+
+  /// Starts editing the shown snippet's code, or ends it.
   void EditSnippet();
   void txtCode_DblClick();
   void txtCode_KeyPress(char key);
-  /// Commits the edit in progress, if there is one. False when the field does not tell its text: the edit
-  /// goes on then.
+  /// Commits the edit in progress, if there is one. False when the field does not tell its text: the user has
+  /// been told, and the edit goes on.
   bool txtCode_LostFocus();
-  /// Takes the code as it is shown into its snippet, the edit going on. False when the field does not tell
-  /// it.
+  /// Takes the code as it is shown into its snippet, the edit going on. False as above.
   bool StoreShownCode();
 
   void txtDesc_Change();
 
   /// Commits the name being edited (Enter, or leaving the box), if there is one. False when it is refused:
-  /// another snippet has it, the user has been told and is back in the box.
+  /// the user has been told why and is back in the box.
   bool SettleName();
   void txtName_Cancel();  ///< Escape.
 
@@ -58,11 +66,11 @@ class SnippetEditing {
   void DeleteSelectedSnippet();
 
  private:
-  bool EditInProgress() const { return !view_.CodeLocked(); }
-  void ShowSelected();
+  void SetEditing(bool editing);
+  void Show(int row);
   void SelectAndShow(int row);
   bool NameTaken(const std::string& name, int exceptRow) const;
-  void ReportNoSelection();
+  void Tell(const std::string& prompt) const;
   bool RefuseName(const std::string& reason);
   void EndRename();
 
@@ -70,10 +78,9 @@ class SnippetEditing {
   SnippetView& view_;
   ShowMessageFunction showMessage_;
   TextEquality sameName_;
-  /// The snippet whose texts the fields show, and the edit is of; -1 for none. The selected row may be
-  /// another one for a moment: the list box selects when the mouse button goes down and tells when it comes
-  /// up.
+  bool listed_ = false;
   int shownIndex_ = -1;
+  bool editing_ = false;           ///< The shown snippet's code is being edited.
   std::optional<int> renamedRow_;  ///< The row that txtName stands over.
   bool editingDisabled_ = false;
 };

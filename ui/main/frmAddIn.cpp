@@ -72,9 +72,9 @@ frmAddIn::frmAddIn(Services services)
       editing_(library_, controls_, services_.showMessage, &SameTextIgnoringCase),
       operations_(library_, editing_, controls_, chooser_, services_.store, services_.showMessage,
                   &SameTextIgnoringCase),
-      naming_(editing_, operations_, controls_, chooser_, services_.store, services_.showMessage),
-      attachments_(library_, editing_, controls_, *this),
-      output_(library_, controls_, services_.showMessage),
+      naming_(editing_, operations_, chooser_, services_.store, services_.showMessage),
+      attachments_(library_, editing_, *this),
+      output_(library_, editing_, controls_, services_.showMessage),
       accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
@@ -131,8 +131,8 @@ void frmAddIn::Unload() {
 /// A question about a window that is not seen would be seen by nobody.
 void frmAddIn::ShowForQuestion() {
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // nobody waits for another name
-  editing_.txtCode_LostFocus();
-  if (!library_.Saved && !library_.LibraryName.empty()) Show(host_);
+  const bool taken = editing_.txtCode_LostFocus();
+  if (!taken || (!library_.Saved && !library_.LibraryName.empty())) Show(host_);
 }
 
 /// All at the same moment: an idle program then wakes once in an interval, not three times.
@@ -161,9 +161,7 @@ bool frmAddIn::Form_Load() {
 bool frmAddIn::Form_QueryUnload() {
   if (unloading_ || !editing_.SettleName()) return false;
   const FlagScope unloading(unloading_);
-  editing_.txtCode_LostFocus();
-  operations_.OfferToSave();
-  return true;
+  return operations_.OfferToSave();
 }
 
 void frmAddIn::CloseWindow() {
@@ -185,7 +183,7 @@ void frmAddIn::Form_Unload() {
   CloseSettings();
   // The window may be made again: it then starts from its files.
   library_ = {};
-  editing_.Forget();
+  editing_.Reset();
   lastFocus_ = nullptr;
   descriptionEdited_ = false;
   services_.unloaded();
@@ -257,7 +255,7 @@ void frmAddIn::OnKeyCommand(int command) {
 
 void frmAddIn::OnCommand(int id, int notification) {
   if (id == kFilesId && chooser_.Chooses(notification)) operations_.cboFiles_Click();
-  if (id == kListId && notification == LBN_SELCHANGE) editing_.lstCode_Click();
+  if (id == kListId && notification == LBN_SELCHANGE) editing_.lstCode_Click(controls_.SelectedRow());
   if (id == kListId && notification == LBN_DBLCLK) editing_.lstCode_DblClick();
   if (id == kNameId && notification == EN_CHANGE) controls_.txtName_Change();
   if (id == kFileNameId && notification == EN_CHANGE) naming_.txtFileName_Change();
@@ -358,10 +356,9 @@ void frmAddIn::TypeAhead(const MSG& message) {
   typedName_ += static_cast<char>(message.wParam);
   // One letter again and again goes through all the names that begin with it.
   const bool sameLetter = typedName_.find_first_not_of(typedName_.front()) == std::string::npos;
-  if (controls_.SelectNameFrom(typedName_) ||
-      (sameLetter && controls_.SelectNameFrom(typedName_.substr(0, 1)))) {
-    editing_.lstCode_Click();
-  }
+  auto row = controls_.SelectNameFrom(typedName_);
+  if (!row && sameLetter) row = controls_.SelectNameFrom(typedName_.substr(0, 1));
+  if (row) editing_.lstCode_Click(*row);
 }
 
 bool frmAddIn::RememberFocus() {

@@ -80,7 +80,7 @@ void frmAddIn::Output() {
   if (mode == kPasteToCodeWindow) {
     output_.PasteCode();
   } else {
-    editing_.StoreShownCode();  // an edit in progress belongs to what the user sees
+    if (!editing_.StoreShownCode()) return;  // an edit in progress belongs to what the user sees
     const int entry = chooser_.SelectedFile();
     output_.PasteToNewModule(entry < 0 ? std::string() : chooser_.FileText(entry));
   }
@@ -88,7 +88,7 @@ void frmAddIn::Output() {
 }
 
 void frmAddIn::CopyCode() {
-  if (controls_.RowCount() == 0) {
+  if (!editing_.ListsSnippets()) {
     Copy("");  // what is shown then is no code: nothing is copied, which empties the clipboard
   } else if (const auto code = controls_.Code()) {
     Copy(*code);
@@ -164,10 +164,9 @@ void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
     ScreenToClient(list, &place);
     const LRESULT entry = SendMessageA(list, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y));
     // As in any list, the row that the menu is about is the one under the mouse.
-    if (HIWORD(entry) == 0 && LOWORD(entry) < controls_.RowCount() &&
-        LOWORD(entry) != controls_.SelectedRow()) {
+    if (HIWORD(entry) == 0 && LOWORD(entry) != editing_.shownIndex()) {
       controls_.SelectRow(LOWORD(entry));
-      editing_.lstCode_Click();
+      editing_.lstCode_Click(LOWORD(entry));
     }
   }
   menus_.Fill();

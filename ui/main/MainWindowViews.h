@@ -28,8 +28,6 @@ class SnippetView {
   virtual void AddRow(const std::string& name) = 0;
   virtual void RemoveRow(int row) = 0;
   virtual void SetRowText(int row, const std::string& name) = 0;
-  virtual int RowCount() const = 0;
-  virtual int SelectedRow() const = 0;
   virtual void SelectRow(int row) = 0;
   virtual void FocusList() = 0;
 
@@ -37,11 +35,9 @@ class SnippetView {
   virtual std::optional<std::string> Description() const = 0;
   virtual void SetDescription(const std::string& text) = 0;
 
-  // txtCode; locked means read-only
+  // txtCode
   virtual std::optional<std::string> Code() const = 0;
   virtual void SetCode(const std::string& text) = 0;
-  virtual bool CodeLocked() const = 0;
-  virtual void SetCodeLocked(bool locked) = 0;
   virtual void FocusCode() = 0;
 
   // txtName, the box over a row in which its name is edited
@@ -52,7 +48,7 @@ class SnippetView {
 
   /// Greys what works on a library (locked) or makes it available again.
   virtual void SetEditingDisabled(bool disabled) = 0;
-  /// Shows whether an edit is in progress: the edit button's look, and who is in the Tab order.
+  /// Unlocks the code while it is edited, and shows that: by the edit button's look, and the Tab order.
   virtual void SetEditMode(bool editing) = 0;
 
   /// The hourglass while something takes its time.
