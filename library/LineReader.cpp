@@ -7,7 +7,7 @@
 namespace snip {
 namespace {
 
-/// Small enough to stay in the processor's cache between being read and being taken apart.
+/// Small enough to stay in the processor's cache between being read and being split.
 constexpr std::size_t kPiece = std::size_t{1} << 16U;
 
 /// The index of the first line feed in [from, end), `end` when there is none.
@@ -32,7 +32,7 @@ std::string_view LineReader::Next() {
   for (;;) {
     const std::size_t length = lineFeed - at_;
     const bool atEnd = lineFeed == end_ && !Refill();
-    lineFeed = at_ + length;  // they may have moved
+    lineFeed = at_ + length;  // Refill moves the bytes
     if (!atEnd && bytes_[lineFeed] == '\n') {
       const bool afterReturn = length > 0 && bytes_[lineFeed - 1] == '\r';
       if (afterReturn || unixLines_) return Take(length - (afterReturn ? 1 : 0), length + 1);
@@ -57,7 +57,7 @@ bool LineReader::Refill() {
   const std::size_t kept = end_ - mark_;
   if (kept == room_) {
     room_ = std::max(2 * room_, kPiece);
-    std::unique_ptr<char[]> larger(new char[room_]);  // not to be filled with zeros first
+    std::unique_ptr<char[]> larger(new char[room_]);  // not zeroed first, unlike a vector
     if (kept > 0) std::memcpy(larger.get(), bytes_.get() + mark_, kept);
     bytes_ = std::move(larger);
   } else if (kept > 0) {

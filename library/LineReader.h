@@ -8,30 +8,33 @@
 
 namespace snip {
 
-/// Takes bytes apart into lines, of which it never holds more than a piece of fixed size, or the one line
-/// that is longer, and what follows the mark.
+/// Splits a byte stream into lines, with a buffer of fixed size that grows only for a longer line or to keep
+/// the text since the mark.
 ///
-/// The first line says how lines end: CR LF, or LF alone in a file that came through another system's editor.
-/// Any other CR or LF is part of its line, but for a CR at the very end, of which the LF was lost.
+/// The first line says how lines end: CR LF, or LF alone in a file that another system's editor has saved.
+/// Any other CR or LF is part of its line, except a CR at the very end of the file, whose LF was lost.
 class LineReader {
  public:
   explicit LineReader(ByteSource& source);
 
   bool AtEnd() { return at_ == end_ && !Refill(); }
 
-  /// The next line without its line end; the last one need not have any. Not to be called at the end. The
-  /// line is valid until anything else is asked for.
+  /// Whether LF alone ends lines.
+  bool unixLines() const { return unixLines_; }
+
+  /// The next line without its line end, which the last one need not have. Not to be called at the end. The
+  /// line is valid until the next call of AtEnd or Next.
   std::string_view Next();
   std::string_view NextOrEmpty() { return AtEnd() ? std::string_view{} : Next(); }
 
-  /// Keeps what follows the last line taken until the next mark.
+  /// Keeps what follows the last line in the buffer until the next mark.
   void Mark() { mark_ = at_; }
-  /// The lines taken since then, as they stand in the file, with their ends; valid as long as a line.
+  /// The lines since then as they are in the file, with their line ends; valid as long as a line.
   std::string_view SinceMark() const { return {bytes_.get() + mark_, at_ - mark_}; }
 
  private:
   std::string_view Take(std::size_t length, std::size_t lengthWithEnd);
-  /// Gets more bytes behind those marked or not taken yet, which move; false when there are none.
+  /// Moves the bytes since the mark to the front and reads more after them; false at the end of the stream.
   bool Refill();
 
   ByteSource& source_;

@@ -9,7 +9,7 @@ ExitCode Add(Session& session, const AddOptions& options) {
                                        : LibraryFile::ForChange(session, options.library);
   Snippet snippet{.Name = session.Argument(options.name), .Attachment = {}, .Code = {}, .Description = {}};
   TakeTexts(session, options.texts, snippet);
-  library.CheckHeld(snippet);
+  RequireHeld(session, snippet);
   library.CheckRoom(1);
   if (!options.sameName) {
     CheckNameIsFree(library.snippets, snippet.Name, library.snippets.size(), session.page);

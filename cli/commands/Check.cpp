@@ -1,6 +1,6 @@
 #include "cli/commands/Commands.h"
 #include "cli/exchange/Json.h"
-#include "cli/records/LibraryCheck.h"
+#include "library/BnsCheck.h"
 
 namespace snip {
 
@@ -9,18 +9,18 @@ ExitCode Check(Session& session, const CheckOptions& options) {
   std::size_t counted = 0;
   for (const std::string& path : options.libraries) {
     const FileBytes file = session.Read(path);
-    for (const Fault& fault : CheckLibrary(file.view(), session.page)) {
-      const bool error = fault.severity == Severity::Error;
+    for (const Problem& fault : CheckLibrary(file.view(), session.page)) {
+      const bool error = fault.severity == Problem::Severity::Error;
       counted += error || options.strict ? 1 : 0;
       const char* const severity = error ? "error" : "warning";
       if (session.json) {
         list.push_back({{"library", Session::NameOf(path)},
                         {"line", fault.line},
                         {"severity", severity},
-                        {"message", fault.message}});
+                        {"message", session.page.ToUtf8(fault.message)}});
       } else {
         session.WriteLine(Session::NameOf(path) + ":" + std::to_string(fault.line) + ": " + severity + ": " +
-                          fault.message);
+                          session.page.ToUtf8(fault.message));
       }
     }
   }

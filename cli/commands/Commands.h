@@ -7,7 +7,7 @@
 #include "cli/ExitCode.h"
 #include "cli/commands/Session.h"
 #include "cli/exchange/Exchange.h"
-#include "cli/records/Search.h"
+#include "library/BnsSearch.h"
 
 // The commands of `bns`, each in a file of its own. All texts are as the command line gives them, in UTF-8;
 // paths may be "-" for the standard streams. A command throws a Failure for what ends it.

@@ -12,7 +12,7 @@ ExitCode Edit(Session& session, const EditOptions& options) {
   LibraryFile library = LibraryFile::ForChange(session, options.library);
   Snippet& snippet = library.snippets[library.Find(options.snippet)];
   TakeTexts(session, texts, snippet);
-  library.CheckHeld(snippet);
+  RequireHeld(session, snippet);
   library.Save();
   return ExitCode::Done;
 }

@@ -7,8 +7,8 @@
 
 #include "cli/files/Paths.h"
 #include "cli/files/SafeWrite.h"
-#include "cli/records/LibraryCheck.h"
-#include "cli/records/SnippetRules.h"
+#include "library/BnsCheck.h"
+#include "library/BnsRules.h"
 
 namespace snip {
 namespace {
@@ -23,6 +23,28 @@ std::string Numbers(const std::vector<std::size_t>& positions) {
 
 }  // namespace
 
+BnsContents ReadContents(Session& session, const std::string& path, std::string_view bytes) {
+  auto read = ReadBns(bytes);
+  if (std::holds_alternative<NotALibrary>(read)) {
+    BytesInMemory source(bytes);
+    throw MalformedFile(path, Malformed(1, WhyNotALibrary(BnsScanner(source))));
+  }
+  auto& contents = std::get<BnsContents>(read);
+  if (contents.omitted > 0) {
+    session.terminal.Complain(Session::NameOf(path) + ": " + std::to_string(contents.omitted) +
+                              " snippets after the 32,767th are dropped");
+  }
+  return std::move(contents);
+}
+
+void RequireHeld(Session& session, Snippet& snippet) {
+  DropLineEndSpaces(snippet);
+  if (const auto why = WhyNotHeld(snippet)) {
+    throw Failure(ExitCode::Refused,
+                  "\"" + session.page.ToUtf8(snippet.Name) + "\" cannot be kept in a library: " + *why);
+  }
+}
+
 LibraryFile::LibraryFile(Session& session, const std::string& path)
     : LibraryFile(session, path, session.Read(path)) {}
 
@@ -31,15 +53,7 @@ LibraryFile::LibraryFile(Session& session, std::string path, Empty)
 
 LibraryFile::LibraryFile(Session& session, std::string path, const FileBytes& file)
     : session_(session), path_(std::move(path)) {
-  auto read = ReadBns(file.view());
-  if (std::holds_alternative<NotALibrary>(read)) {
-    throw MalformedFile(path_, Malformed(1, CheckLibrary(file.view(), session.page).front().message));
-  }
-  auto& contents = std::get<BnsContents>(read);
-  if (contents.omitted > 0) {
-    session.terminal.Complain(Session::NameOf(path_) + ": " + std::to_string(contents.omitted) +
-                              " snippets beyond the 32,767th are left out");
-  }
+  BnsContents contents = ReadContents(session, path_, file.view());
   snippets = std::move(contents.snippets);
   version_ = contents.version;
 }
@@ -63,10 +77,11 @@ LibraryFile LibraryFile::ForChangeOrNew(Session& session, const std::string& pat
 
 void LibraryFile::CheckNothingIsLost(std::string_view bytes) const {
   if (session_.lossy) return;
-  for (const Fault& fault : CheckLibrary(bytes, session_.page)) {
-    if (!fault.lostOnSave) continue;
-    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ":" + std::to_string(fault.line) + ": " +
-                                         fault.message + "; --lossy changes the library all the same");
+  for (const Problem& problem : CheckLibrary(bytes, session_.page)) {
+    if (!problem.lostOnSave) continue;
+    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ":" + std::to_string(problem.line) + ": " +
+                                         session_.page.ToUtf8(problem.message) +
+                                         "; --lossy changes the library all the same");
   }
 }
 
@@ -92,11 +107,6 @@ std::size_t LibraryFile::Find(const std::string& which) const {
     return number - 1;
   }
   throw Failure(ExitCode::No, Session::NameOf(path_) + ": there is no snippet \"" + which + "\"");
-}
-
-void LibraryFile::CheckHeld(Snippet& snippet) const {
-  DropLineEndBlanks(snippet);
-  RequireHeld(snippet, session_.page);
 }
 
 void LibraryFile::CheckRoom(std::size_t more) const {

@@ -10,6 +10,12 @@
 
 namespace snip {
 
+/// The contents of a library's bytes; throws a Failure if they are not a library.
+BnsContents ReadContents(Session& session, const std::string& path, std::string_view bytes);
+
+/// Drops the spaces at the snippet's line ends; throws a Failure if a library file cannot hold it.
+void RequireHeld(Session& session, Snippet& snippet);
+
 /// A library that a command reads and perhaps changes. The path "-" stands for the standard input, and for
 /// the standard output when the library is saved.
 class LibraryFile {
@@ -31,8 +37,6 @@ class LibraryFile {
   /// and a number from 1. Throws a Failure for none and for several.
   std::size_t Find(const std::string& which) const;
 
-  /// Throws a Failure where the format cannot hold the snippet; drops the blanks at its line ends.
-  void CheckHeld(Snippet& snippet) const;
   /// Whether there is room for so many more; throws a Failure when not.
   void CheckRoom(std::size_t more) const;
 

@@ -9,7 +9,7 @@ ExitCode Rename(Session& session, const RenameOptions& options) {
   const std::size_t position = library.Find(options.snippet);
   Snippet& snippet = library.snippets[position];
   snippet.Name = session.Argument(options.name);
-  library.CheckHeld(snippet);
+  RequireHeld(session, snippet);
   if (!options.sameName) CheckNameIsFree(library.snippets, snippet.Name, position, session.page);
   library.Save();
   return ExitCode::Done;

@@ -1,9 +1,11 @@
-#include "cli/records/Search.h"
+#include "library/BnsSearch.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "cli/commands/Commands.h"
 #include "cli/exchange/Json.h"
+#include "library/BnsCheck.h"
 
 namespace snip {
 namespace {
@@ -12,12 +14,12 @@ constexpr std::string_view kNameColour = "\x1B[1m";
 constexpr std::string_view kMatchColour = "\x1B[1;31m";
 constexpr std::string_view kNoColour = "\x1B[0m";
 
-std::string_view WordFor(Part part) {
-  if (part == Part::Name) return "name";
-  return part == Part::Description ? "description" : "code";
+std::string_view WordFor(BnsSection section) {
+  if (section == BnsSection::Name) return "name";
+  return section == BnsSection::Description ? "description" : "code";
 }
 
-SearchedParts PartsOf(const std::vector<std::string>& in) {
+SearchedTexts TextsOf(const std::vector<std::string>& in) {
   if (in.empty()) return {};
   const auto has = [&](std::string_view part) { return std::find(in.begin(), in.end(), part) != in.end(); };
   return {.name = has("name"), .description = has("description"), .code = has("code")};
@@ -39,7 +41,7 @@ class HitWriter {
       list_.push_back({{"library", Session::NameOf(library_)},
                        {"position", hit.snippet + 1},
                        {"name", session_.page.ToUtf8(hit.name)},
-                       {"part", WordFor(hit.part)},
+                       {"part", WordFor(hit.section)},
                        {"line", hit.line},
                        {"text", session_.page.ToUtf8(hit.text)}});
     } else if (options_.namesOnly) {
@@ -69,7 +71,7 @@ class HitWriter {
     colour(kNameColour);
     text(hit.name);
     colour(kNoColour);
-    terminal.Write(": " + std::string(WordFor(hit.part)) + " " + std::to_string(hit.line) + ": ");
+    terminal.Write(": " + std::string(WordFor(hit.section)) + " " + std::to_string(hit.line) + ": ");
     const std::size_t end = std::min(hit.match.at + hit.match.length, hit.text.size());
     text(hit.text.substr(0, hit.match.at));
     colour(kMatchColour);
@@ -87,34 +89,44 @@ class HitWriter {
   OrderedJson list_ = OrderedJson::array();
 };
 
+Matcher MakeMatcher(const SearchOptions& options, const std::string& pattern, const CodePage& page) try {
+  return Matcher({.text = pattern,
+                  .ignoreCase = options.ignoreCase,
+                  .wholeWord = options.wholeWord,
+                  .regularExpression = options.regularExpression},
+                 page);
+} catch (const std::invalid_argument& error) {
+  throw Failure(ExitCode::Usage, error.what());
+}
+
 }  // namespace
 
-ExitCode Search(Session& session, const SearchOptions& options) {
+ExitCode Search(Session& session, const SearchOptions& options) try {
   if (options.pattern.find_first_of("\r\n") != std::string::npos) {
     throw Failure(ExitCode::Usage, "what is searched for is one line");
   }
   const AnsiText pattern = session.page.FromUtf8(options.pattern);
+  const Matcher matcher = MakeMatcher(options, pattern.text, session.page);
   HitWriter writer(session, options);
   for (const std::string& path : options.libraries) {
     const FileBytes file = session.Read(path);
-    const Matcher matcher({.text = pattern.text,
-                           .ignoreCase = options.ignoreCase,
-                           .wholeWord = options.wholeWord,
-                           .regularExpression = options.regularExpression},
-                          file.view(), session.page);
+    BytesInMemory bytes(file.view());
+    BnsScanner scanner(bytes);
+    if (!scanner.version()) throw MalformedFile(path, Malformed(1, WhyNotALibrary(scanner)));
     writer.BeginLibrary(path);
     const std::size_t before = writer.count();
-    const auto take = [&](const Hit& hit) { writer.Take(hit); };
-    // A pattern with characters that no library can hold is nowhere.
-    const SearchedParts parts = pattern.lost == 0 ? PartsOf(options.in) : SearchedParts{false, false, false};
-    const ScannedFile scanned = SearchLibrary(file.view(), matcher, parts, take);
-    if (!scanned.version) throw MalformedFile(path, Malformed(1, "not a library"));
+    // A library cannot hold a pattern with characters outside its code page.
+    if (pattern.lost == 0) {
+      SearchLibrary(scanner, matcher, TextsOf(options.in), [&](const Hit& hit) { writer.Take(hit); });
+    }
     if (options.countOnly && !session.json) {
       session.WriteLine(writer.LibraryPrefix() + std::to_string(writer.count() - before));
     }
   }
   writer.Finish();
   return writer.count() > 0 ? ExitCode::Done : ExitCode::No;
+} catch (const ExpressionTooSlow& error) {
+  throw Failure(ExitCode::Refused, error.what());
 }
 
 }  // namespace snip

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "cli/records/SnippetRules.h"
+#include "library/BnsRules.h"
 
 namespace snip {
 
@@ -30,7 +30,7 @@ void Intake::Add(const Foreign& foreign) {
 
 void Intake::AddConverted(Snippet snippet) {
   const std::string name = page_.ToUtf8(snippet.Name);
-  outcome().Note(Loss::LineEndBlanks, name, DropLineEndBlanks(snippet));
+  outcome().Note(Loss::LineEndBlanks, name, DropLineEndSpaces(snippet));
   if (const auto why = WhyNotHeld(snippet)) {
     outcome().Note(Loss::NotHeld, name, 1, *why);
     return;

@@ -40,11 +40,11 @@ CodePage::CodePage(const std::array<char32_t, 256>& characters) {
   for (std::size_t i = 0; i < characters.size(); ++i) {
     AppendUtf8(utf8_[i], characters[i]);
     bytes_.emplace(characters[i], static_cast<char>(i));
-    word_[i] = IsWordCharacter(characters[i]);
+    word[i] = IsWordCharacter(characters[i]);
   }
   for (std::size_t i = 0; i < characters.size(); ++i) {
     const auto small = bytes_.find(LowerOf(characters[i]));
-    lower_[i] = small != bytes_.end() ? small->second : static_cast<char>(i);
+    lower[i] = small != bytes_.end() ? small->second : static_cast<char>(i);
   }
 }
 
@@ -88,12 +88,6 @@ std::string CodePage::ToUtf8(std::string_view ansi) const {
   utf8.reserve(ansi.size());
   for (const char byte : ansi) utf8 += utf8_[static_cast<unsigned char>(byte)];
   return utf8;
-}
-
-std::string CodePage::Lower(std::string_view ansi) const {
-  std::string small(ansi);
-  std::transform(small.begin(), small.end(), small.begin(), [this](char byte) { return Lower(byte); });
-  return small;
 }
 
 void CodePage::Append(AnsiText& to, char32_t character) const {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "library/LetterTable.h"
+
 namespace snip {
 
 /// Text brought into a library's code page.
@@ -15,7 +17,7 @@ struct AnsiText {
 };
 
 /// The code page that a library's bytes are in: one byte a character, every byte a character.
-class CodePage {
+class CodePage : public LetterTable {
  public:
   /// The characters that the 256 bytes stand for.
   explicit CodePage(const std::array<char32_t, 256>& characters);
@@ -30,18 +32,10 @@ class CodePage {
   AnsiText FromUtf8(std::string_view utf8) const;
   AnsiText FromUtf16(std::string_view bytes, bool bigEndian) const;
 
-  /// The byte of the small letter, for a capital that has one in this code page.
-  char Lower(char byte) const { return lower_[static_cast<unsigned char>(byte)]; }
-  std::string Lower(std::string_view ansi) const;
-  /// Whether the byte is a letter, a digit or an underscore.
-  bool IsWord(char byte) const { return word_[static_cast<unsigned char>(byte)]; }
-
  private:
   void Append(AnsiText& to, char32_t character) const;
 
   std::array<std::string, 256> utf8_;
-  std::array<char, 256> lower_{};
-  std::array<bool, 256> word_{};
   std::unordered_map<char32_t, char> bytes_;
 };
 

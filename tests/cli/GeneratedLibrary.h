@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/records/SnippetRules.h"
+#include "library/BnsRules.h"
 #include "library/Library.h"
 
 namespace snip::test {
@@ -60,7 +60,7 @@ inline std::vector<Snippet> GeneratedLibrary(unsigned seed) {
     Snippet snippet{
         .Name = text(3, false), .Attachment = {}, .Code = text(25, true), .Description = text(8, true)};
     if (below(3) == 0) snippet.Attachment = "C:\\a " + text(2, false);
-    DropLineEndBlanks(snippet);
+    DropLineEndSpaces(snippet);
     if (!WhyNotHeld(snippet)) library.push_back(snippet);
   }
   return library;

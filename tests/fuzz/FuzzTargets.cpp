@@ -11,6 +11,7 @@
 
 #include "app/StartMode.h"
 #include "library/BnsFormat.h"
+#include "library/BnsRules.h"
 #include "platform/RegistryText.h"
 #include "platform/Text.h"
 #include "platform/TextFieldBytes.h"

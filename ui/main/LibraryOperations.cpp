@@ -5,6 +5,8 @@
 #include <utility>
 #include <variant>
 
+#include "library/BnsRules.h"
+
 namespace snip {
 namespace {
 

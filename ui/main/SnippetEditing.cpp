@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "library/BnsFormat.h"
+#include "library/BnsRules.h"
 
 namespace snip {
 namespace {

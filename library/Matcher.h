@@ -1,14 +1,13 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "cli/text/CodePage.h"
+#include "library/LetterTable.h"
 
 namespace snip {
 
@@ -19,36 +18,39 @@ struct Pattern {
   bool regularExpression = false;
 };
 
-/// Where a pattern was found, in bytes from the beginning of the text.
+/// Where a pattern matches, in bytes from the beginning of the text.
 struct Match {
   std::size_t at = 0;
   std::size_t length = 0;
 };
 
+/// A regular expression takes too long on a text.
+class ExpressionTooSlow : public std::runtime_error {
+ public:
+  ExpressionTooSlow() : std::runtime_error("the regular expression takes too long on this text") {}
+};
+
 /// Finds a pattern in texts of the library's code page.
 class Matcher {
  public:
-  /// `sample` is text like that to be searched. Throws a Failure for a regular expression that is none.
-  Matcher(Pattern pattern, std::string_view sample, const CodePage& page);
+  /// Throws std::invalid_argument for a malformed regular expression. `letters` must outlive this.
+  Matcher(Pattern pattern, const LetterTable& letters);
   ~Matcher();
   Matcher(const Matcher&) = delete;
   Matcher& operator=(const Matcher&) = delete;
 
-  /// The first match that begins at `from` or behind and lies within one line.
+  /// The first match that begins at or after `from` and is within one line. Throws ExpressionTooSlow.
   std::optional<Match> Find(std::string_view text, std::size_t from) const;
 
  private:
   struct Expression;
 
-  void ChooseRareByte(std::string_view sample);
-  bool IsMatchAt(std::string_view text, std::size_t at) const;
+  bool IsWholeWord(std::string_view text, const Match& match) const;
   std::optional<Match> FindPlain(std::string_view text, std::size_t from) const;
   std::optional<Match> FindExpression(std::string_view text, std::size_t from) const;
 
   Pattern pattern_;
-  const CodePage& page_;
-  std::size_t rareAt_ = 0;  ///< The place in the pattern of the byte that texts have least of,
-  std::vector<char> rare_;  ///< and the bytes that match there.
+  const LetterTable& letters_;
   std::unique_ptr<Expression> expression_;
 };
 

@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <random>
 
-#include "cli/Failure.h"
-#include "cli/records/LibraryCheck.h"
-#include "cli/records/RecordScanner.h"
-#include "cli/records/Search.h"
-#include "platform/Text.h"
+#include "cli/text/CodePage.h"
+#include "library/BnsCheck.h"
+#include "library/BnsFormat.h"
+#include "library/BnsSearch.h"
 #include "tests/cli/GeneratedLibrary.h"
 
 namespace snip::test {
@@ -26,31 +25,38 @@ std::string RandomFile(std::mt19937& random) {
   return random() % 3 == 0 ? file : file + lineEnd;
 }
 
-TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
+/// Takes a file's lines one by one.
+struct Lines : BnsEvents {
+  std::string file;
+  std::vector<std::string> names;
+
+  void OnLine(BnsSection section, std::string_view line, std::string_view lineInFile) override {
+    file += lineInFile;
+    if (section == BnsSection::Name) names.emplace_back(line);
+  }
+};
+
+TEST(BnsScannerTest, ReportsAllLinesOfAFile) {
   std::mt19937 random(1);
   std::size_t harmless = 0;
   for (int i = 0; i < 4000; ++i) {
     const std::string file = RandomFile(random);
     SCOPED_TRACE(testing::PrintToString(file));
     const auto contents = std::get<BnsContents>(ReadBns(file));
-    std::string parts;
-    std::vector<std::string> names;
-    const ScannedFile scanned = ScanRecords(file, [&](const PartLines& lines) {
-      parts += lines.lines;
-      std::string_view rest = lines.lines;
-      if (lines.part == Part::Name)
-        names.emplace_back(
-            TakeLine(rest, file.find("\r\n") == std::string::npos || file.find('\n') < file.find("\r\n")));
-    });
-    ASSERT_EQ(parts, file);
-    ASSERT_EQ(scanned.version, contents.version);
-    ASSERT_EQ(scanned.snippets, contents.snippets.size());
-    for (std::size_t n = 0; n < names.size(); ++n) ASSERT_EQ(names[n], contents.snippets[n].Name);
+    BytesInMemory bytes(file);
+    BnsScanner scanner(bytes);
+    ASSERT_EQ(scanner.version(), contents.version);
+    Lines lines;
+    scanner.Scan(lines);
+    ASSERT_EQ(lines.file, scanner.HasMore() ? file.substr(0, lines.file.size()) : file);
+    for (std::size_t n = 0; n < lines.names.size(); ++n) {
+      ASSERT_EQ(lines.names[n], contents.snippets[n].Name);
+    }
 
-    // What is said to lose nothing when saved has all its text in what is saved.
-    const auto faults = CheckLibrary(file, kPage);
-    if (std::any_of(faults.begin(), faults.end(), [](const Fault& fault) { return fault.lostOnSave; }))
-      continue;
+    // A file of which saving loses nothing has the same text when it is saved.
+    const auto problems = CheckLibrary(file, kPage);
+    const auto isLost = [](const Problem& problem) { return problem.lostOnSave; };
+    if (std::any_of(problems.begin(), problems.end(), isLost)) continue;
     if (contents.version == BnsVersion::Version1) continue;
     ++harmless;
     const auto letters = [](std::string text) {
@@ -62,11 +68,11 @@ TEST(RecordsTest, FilesAreTakenApartAsTheyAreRead) {
   EXPECT_GT(harmless, 50U);
 }
 
-TEST(RecordsTest, SavedLibrariesHaveNoErrors) {
+TEST(BnsCheckTest, SavedLibrariesHaveNoErrors) {
   for (unsigned seed = 0; seed < 300; ++seed) {
     const auto library = GeneratedLibrary(seed);
-    for (const Fault& fault : CheckLibrary(WriteBns(library), kPage)) {
-      EXPECT_FALSE(fault.lostOnSave) << seed << ": " << fault.line << ": " << fault.message;
+    for (const Problem& problem : CheckLibrary(WriteBns(library), kPage)) {
+      EXPECT_FALSE(problem.lostOnSave) << seed << ": " << problem.line << ": " << problem.message;
     }
     EXPECT_EQ(std::get<BnsContents>(ReadBns(WriteBns(library))).snippets, library);
   }
@@ -78,7 +84,7 @@ struct Checked {
   const char* says;  ///< In the first message.
 };
 
-TEST(RecordsTest, FaultsHaveTheirLines) {
+TEST(BnsCheckTest, ProblemsHaveTheirLines) {
   for (const Checked& checked :
        std::vector<Checked>{{"BNS2.0\na\n\nd\n(,)\nc\n...\n", {}, ""},
                             {"BNS2.0\n...\n", {}, ""},
@@ -93,43 +99,43 @@ TEST(RecordsTest, FaultsHaveTheirLines) {
                             {"BNS2.0\na\n\nd\n", {4}, "before the code"},
                             {"BNS2.0\na\n\nd\n(,)\nc\n", {6}, "inside code"},
                             {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n", {7}, "as an empty one"},
-                            {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "loses the last two"},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "last two characters"},
                             {"BNS2.0\na\n\nd\n(,)\nc\n...\nmore\n", {8}, "never read"},
                             {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
-                            {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "blanks"},
-                            {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "lost"},
+                            {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "spaces"},
+                            {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "missing"},
                             {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
     std::string file;
     for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
     std::vector<std::size_t> lines;
-    const auto faults = CheckLibrary(file, kPage);
-    lines.reserve(faults.size());
-    for (const Fault& fault : faults) lines.push_back(fault.line);
+    const auto problems = CheckLibrary(file, kPage);
+    lines.reserve(problems.size());
+    for (const Problem& problem : problems) lines.push_back(problem.line);
     EXPECT_EQ(lines, checked.lines) << checked.file;
-    const std::string first = faults.empty() ? "" : faults.front().message;
+    const std::string first = problems.empty() ? "" : problems.front().message;
     EXPECT_NE(first.find(checked.says), std::string::npos) << checked.file << ": " << first;
   }
 }
 
-TEST(RecordsTest, ThereIsRoomForSoManySnippets) {
+TEST(BnsCheckTest, ThereIsRoomForSoManySnippets) {
   const std::vector<Snippet> full(Library::kMaxSnippets);
-  EXPECT_EQ(CheckLibrary(WriteBns(full), kPage).back().severity, Severity::Warning);
+  EXPECT_EQ(CheckLibrary(WriteBns(full), kPage).back().severity, Problem::Severity::Warning);
   const std::vector<Snippet> tooMany(Library::kMaxSnippets + 1);
-  const auto faults = CheckLibrary(WriteBns(tooMany), kPage);
-  EXPECT_TRUE(std::any_of(faults.begin(), faults.end(), [](const Fault& fault) {
-    return fault.lostOnSave && fault.line == 2 + 6 * Library::kMaxSnippets;
+  const auto problems = CheckLibrary(WriteBns(tooMany), kPage);
+  EXPECT_TRUE(std::any_of(problems.begin(), problems.end(), [](const Problem& problem) {
+    return problem.lostOnSave && problem.line == 2 + 6 * Library::kMaxSnippets;
   }));
 }
 
 std::vector<std::size_t> Places(const Pattern& pattern, const std::string& text) {
-  const Matcher matcher(pattern, text, kPage);
+  const Matcher matcher(pattern, kPage);
   std::vector<std::size_t> places;
   for (auto match = matcher.Find(text, 0); match; match = matcher.Find(text, match->at + 1))
     places.push_back(match->at);
   return places;
 }
 
-TEST(RecordsTest, FindsWhatPlainComparisonFinds) {
+TEST(MatcherTest, FindsWhatPlainComparisonFinds) {
   std::mt19937 random(2);
   const std::string letters = "aAbB\xE9\xC9 _";
   const auto text = [&](std::size_t longest) {
@@ -154,7 +160,7 @@ TEST(RecordsTest, FindsWhatPlainComparisonFinds) {
   }
 }
 
-TEST(RecordsTest, ExpressionsMatchWithinLines) {
+TEST(MatcherTest, ExpressionsMatchWithinLines) {
   struct Expression {
     Pattern pattern;
     std::vector<std::size_t> places;
@@ -170,7 +176,7 @@ TEST(RecordsTest, ExpressionsMatchWithinLines) {
            {{.text = "(?=ab)", .regularExpression = true}, {10}},
            {{.text = "\\Aab", .regularExpression = true}, {10}}}) {
     std::vector<std::size_t> lines;  // one match a line, as a search has it
-    const Matcher matcher(pattern, text, kPage);
+    const Matcher matcher(pattern, kPage);
     for (std::size_t from = 0; const auto match = matcher.Find(text, from);) {
       lines.push_back(match->at);
       from = pattern.wholeWord ? match->at + std::max<std::size_t>(match->length, 1)
@@ -178,13 +184,12 @@ TEST(RecordsTest, ExpressionsMatchWithinLines) {
     }
     EXPECT_EQ(lines, places) << pattern.text;
   }
-  EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, "", kPage), Failure);
-  EXPECT_THROW(
-      Matcher({.text = "(a*)*b", .regularExpression = true}, "", kPage).Find(std::string(200, 'a'), 0),
-      Failure);
+  EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, kPage), std::invalid_argument);
+  EXPECT_THROW(Matcher({.text = "(a*)*b", .regularExpression = true}, kPage).Find(std::string(200, 'a'), 0),
+               ExpressionTooSlow);
 }
 
-TEST(RecordsTest, HitsTellTextAndLine) {
+TEST(BnsSearchTest, HitsTellTextAndLine) {
   for (const std::string lineEnd : {"\r\n", "\n"}) {
     std::string file;
     for (const char* line :
@@ -192,9 +197,11 @@ TEST(RecordsTest, HitsTellTextAndLine) {
       file += line + lineEnd;
     }
     std::string found;
-    const Matcher matcher({.text = "x"}, file, kPage);
-    SearchLibrary(file, matcher, {}, [&](const Hit& hit) {
-      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.part)) + "/" +
+    const Matcher matcher({.text = "x"}, kPage);
+    BytesInMemory bytes(file);
+    BnsScanner scanner(bytes);
+    SearchLibrary(scanner, matcher, {}, [&](const Hit& hit) {
+      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.section)) + "/" +
                std::to_string(hit.line) + "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) +
                ";";
     });
