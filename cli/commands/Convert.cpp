@@ -1,35 +1,44 @@
 #include "cli/commands/Commands.h"
-#include "cli/files/SafeWrite.h"
-#include "cli/commands/LibraryFile.h"
-#include "library/BnsCheck.h"
+#include "cli/system/SafeWrite.h"
 
 namespace snip {
+namespace {
 
-ExitCode Convert(Session& session, const ConvertOptions& options) {
-  const FileBytes file = session.Read(options.library);
-  BnsContents contents = ReadContents(session, options.library, file.view());
-  for (const Problem& problem : CheckLibrary(file.view(), session.page)) {
-    if (!problem.lostOnSave) continue;
-    const Failure failure =
-        MalformedFile(options.library, Malformed(problem.line, session.page.ToUtf8(problem.message)));
-    if (!session.lossy) {
-      throw Failure(ExitCode::Refused, failure.what() + std::string("; --lossy converts the rest"));
-    }
-    session.terminal.Complain(failure.what());
+class Convert : public Command {
+ public:
+  Convert(CLI::App& app, Session& session)
+      : Command(app, session, "convert", "convert a version 1 library to version 2") {
+    AddLibrary(library_);
+    AddOption("-o,--output", output_, "FILE", "write a new file, or - for the standard output");
+    AddLossyChange();
   }
-  for (Snippet& snippet : contents.snippets) {
+
+  ExitCode Run() override {
+    const std::string bytes = session_.Read(library_);
+    BnsContents contents = ReadContents(session_, library_, bytes);
+    CheckNothingIsLost(session_, library_, bytes);
     // Version 2 reserves lines that are text in version 1.
-    RequireHeld(session, snippet);
+    for (Snippet& snippet : contents.snippets) RequireHeld(session_, snippet);
+    const std::string converted = WriteBns(contents.snippets);
+    if (output_.value_or(library_) == "-") {
+      session_.terminal.WriteBytes(converted);
+    } else if (output_) {
+      WriteFileSafely(*output_, converted, Existing::Keep);
+    } else if (converted != bytes) {
+      WriteFileSafely(library_, converted, Existing::Replace);
+    }
+    return ExitCode::Done;
   }
-  const std::string bytes = WriteBns(contents.snippets);
-  if (options.output == "-" || (options.output.empty() && options.library == "-")) {
-    session.terminal.WriteBytes(bytes);
-  } else if (!options.output.empty()) {
-    WriteFileSafely(options.output, bytes, Existing::Keep);
-  } else if (bytes != file.view()) {
-    WriteFileSafely(options.library, bytes, Existing::Replace);
-  }
-  return ExitCode::Done;
+
+ private:
+  std::string library_;
+  std::optional<std::string> output_;  ///< By default the library itself.
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeConvert(CLI::App& app, Session& session) {
+  return std::make_unique<Convert>(app, session);
 }
 
 }  // namespace snip

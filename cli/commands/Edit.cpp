@@ -1,20 +1,38 @@
 #include "cli/commands/Commands.h"
-#include "cli/commands/LibraryFile.h"
-#include "cli/commands/SnippetTexts.h"
 
 namespace snip {
+namespace {
 
-ExitCode Edit(Session& session, const EditOptions& options) {
-  const SnippetTexts& texts = options.texts;
-  if (!texts.code && !texts.codeFile && !texts.description && !texts.descriptionFile && !texts.attachment) {
-    throw Failure(ExitCode::Usage, "edit is told nothing to change");
+class Edit : public SnippetTextCommand {
+ public:
+  Edit(CLI::App& app, Session& session)
+      : SnippetTextCommand(app, session, "edit", "change the texts of a snippet") {
+    AddLibrary(library_);
+    AddSnippet(snippet_);
+    AddSnippetTexts();
   }
-  LibraryFile library = LibraryFile::ForChange(session, options.library);
-  Snippet& snippet = library.snippets[library.Find(options.snippet)];
-  TakeTexts(session, texts, snippet);
-  RequireHeld(session, snippet);
-  library.Save();
-  return ExitCode::Done;
+
+  ExitCode Run() override {
+    if (texts_.empty()) {
+      throw Failure(ExitCode::Usage, "nothing to change: give --code, --description or --attachment");
+    }
+    LibraryFile library = LibraryFile::ForChange(session_, library_);
+    Snippet& snippet = library.snippets[library.Find(snippet_)];
+    texts_.Apply(session_, snippet);
+    RequireHeld(session_, snippet);
+    library.Save();
+    return ExitCode::Done;
+  }
+
+ private:
+  std::string library_;
+  std::string snippet_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeEdit(CLI::App& app, Session& session) {
+  return std::make_unique<Edit>(app, session);
 }
 
 }  // namespace snip

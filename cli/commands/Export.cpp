@@ -2,37 +2,28 @@
 #include <utility>
 
 #include "cli/commands/Commands.h"
-#include "cli/commands/ExchangeFormat.h"
-#include "cli/commands/LibraryFile.h"
-#include "cli/commands/MergeSnippets.h"
+#include "cli/commands/Transfer.h"
 #include "cli/exchange/BasFolder.h"
 #include "cli/exchange/VisualStudioSnippets.h"
 #include "cli/exchange/VsCodeSnippets.h"
-#include "cli/files/Paths.h"
-#include "cli/files/SafeWrite.h"
+#include "cli/system/SafeWrite.h"
 
 namespace snip {
 namespace {
 
-/// A file to be written; the first of several is the one that was asked for.
-struct Output {
-  std::string path;
-  std::string bytes;
-};
-
-/// Writes the files into a folder of another name, which then gets its own: all are there or none.
+/// Writes the files into a temporary folder and renames that, so that all are there or none.
 void WriteFolder(const std::string& path, const std::vector<FolderFile>& files) {
   std::filesystem::path target = ToPath(path);
   if (target.filename().empty()) target = target.parent_path();
   std::error_code error;
   const bool exists = std::filesystem::exists(target, error);
   if (exists && !(std::filesystem::is_directory(target, error) && std::filesystem::is_empty(target, error))) {
-    throw Failure(ExitCode::Refused, ToUtf8(target) + ": exists already and is no empty folder");
+    throw Failure(ExitCode::Refused, ToUtf8(target) + ": already exists and is not an empty folder");
   }
   std::filesystem::path working = target;
   working += ".bns-new";
   if (!std::filesystem::create_directory(working, error)) {
-    throw Failure(ExitCode::File, ToUtf8(working) + ": the folder cannot be made");
+    throw Failure(ExitCode::File, ToUtf8(working) + ": the folder cannot be created");
   }
   try {
     for (const FolderFile& file : files) {
@@ -46,73 +37,92 @@ void WriteFolder(const std::string& path, const std::vector<FolderFile>& files) 
   }
 }
 
-std::vector<Snippet> Chosen(LibraryFile& library, const std::vector<std::string>& names) {
-  if (names.empty()) return std::move(library.snippets);
-  std::vector<Snippet> chosen;
-  chosen.reserve(names.size());
-  for (const std::string& name : names) chosen.push_back(library.snippets[library.Find(name)]);
-  return chosen;
-}
+class Export : public Command {
+ public:
+  Export(CLI::App& app, Session& session)
+      : Command(app, session, "export", "write a library in another tool's format") {
+    AddLibrary(library_);
+    AddText("OUTPUT", output_,
+            "FILE.snippet, FILE.code-snippets, FILE.json, a new folder FOLDER/ for .bas files, or -");
+    AddWord("--format", format_, FormatWords(), kFormatHelp);
+    AddList("-s,--snippet", chosen_, "SNIPPET", "only this snippet; may be repeated");
+    AddFlag("--as-templates", asTemplates_, "the code is template text: its $ signs are placeholders");
+    AddFlag("--force", force_, "overwrite a file");
+    AddDryRun();
+    AddLossy();
+    AddJson();
+  }
 
-void WriteOutputs(Session& session, const ExportOptions& options, const std::vector<Output>& outputs) {
-  std::error_code ignored;
-  for (const Output& output : outputs) {
-    const bool inTheWay =
-        output.path != "-" && !options.force && std::filesystem::exists(ToPath(output.path), ignored);
-    if (inTheWay) {
-      throw Failure(ExitCode::Refused,
-                    Session::NameOf(output.path) + ": exists already; --force overwrites it");
-    }
-  }
-  for (const Output& output : outputs) {
-    if (output.path == "-") {
-      session.terminal.WriteBytes(output.bytes);
+  ExitCode Run() override {
+    const Format format = FormatOf(format_, output_);
+    const bool toOutput = output_ == "-";
+    const std::vector<Snippet> snippets = ChosenSnippets();
+    ConversionReport report;
+    std::vector<FolderFile> files;  // for a folder; else the first is the one that was asked for
+    if (format == Format::Bas) {
+      if (toOutput) throw Failure(ExitCode::Usage, "a folder cannot be written to the standard output");
+      if (asTemplates_) throw Failure(ExitCode::Usage, ".bas files have no templates");
+      files = WriteBasFolder(snippets, session_.page, report);
+    } else if (format == Format::VisualStudio) {
+      files.push_back({output_, WriteVisualStudioSnippets(snippets, asTemplates_, session_.page, report)});
     } else {
-      WriteFileSafely(output.path, output.bytes, options.force ? Existing::Replace : Existing::Keep);
+      VsCodeFiles code = WriteVsCodeSnippets(snippets, asTemplates_, session_.page, report);
+      files.push_back({output_, std::move(code.snippets)});
+      if (!toOutput && !code.attachments.empty()) {
+        files.push_back({AttachmentsBeside(output_), std::move(code.attachments)});
+      }
+      for (const Snippet& snippet : snippets) {
+        if (!toOutput || snippet.Attachment.empty()) continue;
+        report.Note(Loss::Attachment, session_.page.ToUtf8(snippet.Name));
+      }
+    }
+    RequireAllCharacters(session_, report, "exported");
+    if (!session_.dryRun && format == Format::Bas) {
+      WriteFolder(output_, files);
+    } else if (!session_.dryRun) {
+      WriteFiles(files);
+    }
+    // JSON after the exported file on the standard output would damage both.
+    if (session_.json && toOutput && !session_.dryRun) return ExitCode::Done;
+    return PrintReport(session_, report, "exported");
+  }
+
+ private:
+  std::vector<Snippet> ChosenSnippets() {
+    LibraryFile library(session_, library_);
+    if (chosen_.empty()) return std::move(library.snippets);
+    std::vector<Snippet> snippets;
+    for (const std::string& which : chosen_) snippets.push_back(library.snippets[library.Find(which)]);
+    return snippets;
+  }
+
+  void WriteFiles(const std::vector<FolderFile>& files) {
+    std::error_code ignored;
+    for (const FolderFile& file : files) {
+      if (file.name == "-" || force_ || !std::filesystem::exists(ToPath(file.name), ignored)) continue;
+      throw Failure(ExitCode::Refused, NameOf(file.name) + ": already exists; --force overwrites it");
+    }
+    for (const FolderFile& file : files) {
+      if (file.name == "-") {
+        session_.terminal.WriteBytes(file.bytes);
+      } else {
+        WriteFileSafely(file.name, file.bytes, force_ ? Existing::Replace : Existing::Keep);
+      }
     }
   }
-}
+
+  std::string library_;
+  std::string output_;
+  Format format_ = Format::ByName;
+  std::vector<std::string> chosen_;  ///< All if empty.
+  bool asTemplates_ = false;
+  bool force_ = false;
+};
 
 }  // namespace
 
-ExitCode Export(Session& session, const ExportOptions& options) {
-  const Format format = FormatOf(options.format, options.output);
-  const bool toOutput = options.output == "-";
-  LibraryFile library(session, options.library);
-  const std::vector<Snippet> snippets = Chosen(library, options.snippets);
-  Outcome outcome;
-  std::vector<Output> outputs;
-  std::vector<FolderFile> folder;
-  if (format == Format::Bas) {
-    if (toOutput) throw Failure(ExitCode::Usage, "a folder cannot go to the standard output");
-    if (options.asTemplates) throw Failure(ExitCode::Usage, ".bas files have no templates");
-    folder = WriteBasFolder(snippets, session.page, outcome);
-  } else if (format == Format::VisualStudio) {
-    outputs.push_back(
-        {options.output, WriteVisualStudioSnippets(snippets, options.asTemplates, session.page, outcome)});
-  } else {
-    VsCodeFiles files = WriteVsCodeSnippets(snippets, options.asTemplates, session.page, outcome);
-    outputs.push_back({options.output, std::move(files.snippets)});
-    if (!toOutput && !files.attachments.empty()) {
-      outputs.push_back({AttachmentsBeside(options.output), std::move(files.attachments)});
-    }
-    for (const Snippet& snippet : snippets) {
-      // The standard output has nothing beside it.
-      if (toOutput && !snippet.Attachment.empty())
-        outcome.Note(Loss::Attachment, session.page.ToUtf8(snippet.Name));
-    }
-  }
-  if (outcome.LosesText() && !session.lossy) {
-    Report(session, outcome, "exported", true);
-    throw Failure(ExitCode::Refused, "nothing was written, since text would be lost; --lossy allows that");
-  }
-  if (!options.dryRun) {
-    if (format == Format::Bas) WriteFolder(options.output, folder);
-    WriteOutputs(session, options, outputs);
-  }
-  // A report in JSON would run into what is on the standard output.
-  if (session.json && toOutput && !options.dryRun) return ExitCode::Done;
-  return Report(session, outcome, "exported", options.dryRun);
+std::unique_ptr<Command> MakeExport(CLI::App& app, Session& session) {
+  return std::make_unique<Export>(app, session);
 }
 
 }  // namespace snip

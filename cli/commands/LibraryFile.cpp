@@ -5,8 +5,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "cli/files/Paths.h"
-#include "cli/files/SafeWrite.h"
+#include "cli/system/SafeWrite.h"
 #include "library/BnsCheck.h"
 #include "library/BnsRules.h"
 
@@ -29,12 +28,12 @@ BnsContents ReadContents(Session& session, const std::string& path, std::string_
     BytesInMemory source(bytes);
     throw MalformedFile(path, Malformed(1, WhyNotALibrary(BnsScanner(source))));
   }
-  auto& contents = std::get<BnsContents>(read);
+  BnsContents contents = std::get<BnsContents>(std::move(read));
   if (contents.omitted > 0) {
-    session.terminal.Complain(Session::NameOf(path) + ": " + std::to_string(contents.omitted) +
+    session.terminal.Complain(NameOf(path) + ": " + std::to_string(contents.omitted) +
                               " snippets after the 32,767th are dropped");
   }
-  return std::move(contents);
+  return contents;
 }
 
 void RequireHeld(Session& session, Snippet& snippet) {
@@ -45,44 +44,42 @@ void RequireHeld(Session& session, Snippet& snippet) {
   }
 }
 
+void CheckNothingIsLost(Session& session, const std::string& path, std::string_view bytes) {
+  for (const Problem& problem : CheckLibrary(bytes, session.page)) {
+    if (!problem.lostOnSave) continue;
+    const std::string message =
+        MalformedFile(path, Malformed(problem.line, session.page.ToUtf8(problem.message))).what();
+    if (!session.lossy)
+      throw Failure(ExitCode::Refused, message + "; --lossy writes the library without that");
+    session.terminal.Complain(message);
+  }
+}
+
 LibraryFile::LibraryFile(Session& session, const std::string& path)
     : LibraryFile(session, path, session.Read(path)) {}
 
-LibraryFile::LibraryFile(Session& session, std::string path, Empty)
-    : session_(session), path_(std::move(path)), isNew_(true) {}
-
-LibraryFile::LibraryFile(Session& session, std::string path, const FileBytes& file)
-    : session_(session), path_(std::move(path)) {
-  BnsContents contents = ReadContents(session, path_, file.view());
+LibraryFile::LibraryFile(Session& session, const std::string& path, const std::string& bytes)
+    : session_(session), path_(path) {
+  BnsContents contents = ReadContents(session, path, bytes);
   snippets = std::move(contents.snippets);
   version_ = contents.version;
 }
 
-LibraryFile LibraryFile::ForChange(Session& session, const std::string& path) {
-  const FileBytes file = session.Read(path);
-  LibraryFile library(session, path, file);
-  if (library.version() == BnsVersion::Version1) {
-    throw Failure(ExitCode::Refused, Session::NameOf(path) +
-                                         ": the library is of version 1; \"bns convert\" makes it version 2");
-  }
-  library.CheckNothingIsLost(file.view());
-  return library;
-}
-
-LibraryFile LibraryFile::ForChangeOrNew(Session& session, const std::string& path) {
+LibraryFile LibraryFile::ForChange(Session& session, const std::string& path, bool create) {
   std::error_code ignored;
-  if (path == "-" || std::filesystem::exists(ToPath(path), ignored)) return ForChange(session, path);
-  return {session, path, Empty{}};
-}
-
-void LibraryFile::CheckNothingIsLost(std::string_view bytes) const {
-  if (session_.lossy) return;
-  for (const Problem& problem : CheckLibrary(bytes, session_.page)) {
-    if (!problem.lostOnSave) continue;
-    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ":" + std::to_string(problem.line) + ": " +
-                                         session_.page.ToUtf8(problem.message) +
-                                         "; --lossy changes the library all the same");
+  if (create && path != "-" && !std::filesystem::exists(ToPath(path), ignored)) {
+    LibraryFile library(session, path, WriteBns({}));
+    library.isNew_ = true;
+    return library;
   }
+  const std::string bytes = session.Read(path);
+  LibraryFile library(session, path, bytes);
+  if (library.version() == BnsVersion::Version1) {
+    throw Failure(ExitCode::Refused,
+                  NameOf(path) + ": the library is version 1; \"bns convert\" makes it version 2");
+  }
+  CheckNothingIsLost(session, path, bytes);
+  return library;
 }
 
 std::size_t LibraryFile::Find(const std::string& which) const {
@@ -98,7 +95,7 @@ std::size_t LibraryFile::Find(const std::string& which) const {
   if (found.size() == 1) return found.front();
   if (found.size() > 1) {
     throw Failure(ExitCode::No,
-                  "several snippets are called \"" + which + "\"; choose one of " + Numbers(found));
+                  "several snippets have the name \"" + which + "\"; choose one of " + Numbers(found));
   }
   std::size_t number = 0;
   const char* const end = which.data() + which.size();
@@ -106,22 +103,22 @@ std::size_t LibraryFile::Find(const std::string& which) const {
       number <= snippets.size()) {
     return number - 1;
   }
-  throw Failure(ExitCode::No, Session::NameOf(path_) + ": there is no snippet \"" + which + "\"");
+  throw Failure(ExitCode::No, NameOf(path_) + ": there is no snippet \"" + which + "\"");
 }
 
 void LibraryFile::CheckRoom(std::size_t more) const {
   if (snippets.size() + more > Library::kMaxSnippets) {
-    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ": a library holds 32,767 snippets at most");
+    throw Failure(ExitCode::Refused, NameOf(path_) + ": a library can hold 32,767 snippets");
   }
 }
 
 void LibraryFile::Save() {
   const std::string bytes = WriteBns(snippets);
-  // Whatever a command did: what is written has to be what is read.
+  // The last check: the file must read back as the snippets.
   const auto read = ReadBns(bytes);
   const auto* contents = std::get_if<BnsContents>(&read);
   if (contents == nullptr || contents->snippets != snippets || contents->omitted > 0) {
-    throw Failure(ExitCode::Refused, Session::NameOf(path_) + ": the library would not read back as it is");
+    throw Failure(ExitCode::Refused, NameOf(path_) + ": the library would not read back unchanged");
   }
   if (path_ == "-") {
     session_.terminal.WriteBytes(bytes);

@@ -1,29 +1,48 @@
 #include "cli/commands/Commands.h"
-#include "cli/commands/LibraryFile.h"
-#include "cli/commands/SnippetJson.h"
+#include "cli/exchange/Json.h"
 
 namespace snip {
+namespace {
 
-ExitCode List(Session& session, const ListOptions& options) {
-  const LibraryFile library(session, options.library);
-  OrderedJson list = OrderedJson::array();
-  for (std::size_t i = 0; i < library.snippets.size(); ++i) {
-    const Snippet& snippet = library.snippets[i];
-    if (session.json) {
-      OrderedJson entry = SnippetAsJson(snippet, i + 1, session.page);
-      entry.erase("code");
-      list.push_back(std::move(entry));
-      continue;
-    }
-    session.WriteLine(session.page.ToUtf8(snippet.Name));
-    if (!options.details) continue;
-    const std::string description = session.page.ToUtf8(snippet.Description);
-    session.WriteLine("    " + description.substr(0, description.find_first_of("\r\n")));
-    if (!snippet.Attachment.empty())
-      session.WriteLine("    Attached: " + session.page.ToUtf8(snippet.Attachment));
+class List : public Command {
+ public:
+  List(CLI::App& app, Session& session) : Command(app, session, "list", "list the snippets of a library") {
+    AddLibrary(library_);
+    AddFlag("-l,--long", details_, "with the first line of the description, and the attachment");
+    AddJson();
   }
-  if (session.json) session.WriteLine(list.dump(2));
-  return ExitCode::Done;
+
+  ExitCode Run() override {
+    const LibraryFile library(session_, library_);
+    OrderedJson list = OrderedJson::array();
+    for (std::size_t i = 0; i < library.snippets.size(); ++i) {
+      const Snippet& snippet = library.snippets[i];
+      if (session_.json) {
+        OrderedJson entry = SnippetAsJson(snippet, i + 1, session_.page);
+        entry.erase("code");
+        list.push_back(std::move(entry));
+        continue;
+      }
+      session_.WriteLine(session_.page.ToUtf8(snippet.Name));
+      if (!details_) continue;
+      const std::string description = session_.page.ToUtf8(snippet.Description);
+      session_.WriteLine("    " + description.substr(0, description.find_first_of("\r\n")));
+      if (snippet.Attachment.empty()) continue;
+      session_.WriteLine("    Attachment: " + session_.page.ToUtf8(snippet.Attachment));
+    }
+    if (session_.json) session_.WriteLine(list.dump(2));
+    return ExitCode::Done;
+  }
+
+ private:
+  std::string library_;
+  bool details_ = false;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeList(CLI::App& app, Session& session) {
+  return std::make_unique<List>(app, session);
 }
 
 }  // namespace snip

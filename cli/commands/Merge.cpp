@@ -1,25 +1,42 @@
-#include "cli/commands/LibraryFile.h"
-#include "cli/commands/MergeSnippets.h"
+#include <utility>
+
+#include "cli/commands/Commands.h"
+#include "cli/commands/Transfer.h"
 
 namespace snip {
+namespace {
 
-ExitCode Merge(Session& session, const MergeOptions& options) {
-  LibraryFile library = options.create ? LibraryFile::ForChangeOrNew(session, options.library)
-                                       : LibraryFile::ForChange(session, options.library);
-  Outcome outcome;
-  for (const std::string& path : options.sources) {
-    LibraryFile source(session, path);
-    // A library of version 1 may hold what the current one cannot.
-    Intake intake(session.page);
-    for (Snippet& snippet : source.snippets) intake.AddConverted(std::move(snippet));
-    Imported imported = intake.Finish();
-    for (const LossNote& note : imported.outcome.notes()) {
-      outcome.Note(note.loss, note.snippet, note.count, note.detail);
-    }
-    MergeSnippets(library.snippets, std::move(imported.snippets), options.sameName, session.page, outcome);
+class Merge : public Transfer {
+ public:
+  Merge(CLI::App& app, Session& session)
+      : Transfer(app, session, "merge", "add the snippets of other libraries to a library") {
+    AddText("LIBRARY", library_, "the library that gets them");
+    AddTexts("SOURCE", sources_, "the libraries that they come from");
+    AddTransfer();
   }
-  if (!options.dryRun && outcome.carried > 0) library.Save();
-  return Report(session, outcome, "merged", options.dryRun);
+
+  ExitCode Run() override {
+    LibraryFile library = LibraryFile::ForChange(session_, library_, create_);
+    for (const std::string& path : sources_) {
+      LibraryFile source(session_, path);
+      // A version 1 library can have snippets that version 2 cannot hold.
+      SnippetImporter importer(session_.page);
+      for (Snippet& snippet : source.snippets) importer.AddConverted(std::move(snippet));
+      AddSnippets(library, importer.Finish());
+    }
+    if (!session_.dryRun && report_.carried > 0) library.Save();
+    return PrintReport(session_, report_, "merged");
+  }
+
+ private:
+  std::string library_;
+  std::vector<std::string> sources_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeMerge(CLI::App& app, Session& session) {
+  return std::make_unique<Merge>(app, session);
 }
 
 }  // namespace snip

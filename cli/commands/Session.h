@@ -3,12 +3,11 @@
 #include <string>
 #include <string_view>
 
-#include "cli/Failure.h"
-#include "cli/Terminal.h"
-#include "cli/exchange/Outcome.h"
-#include "cli/files/FileBytes.h"
-#include "cli/text/CodePage.h"
-#include "cli/text/InputText.h"
+#include "cli/exchange/TextConversion.h"
+#include "cli/system/CodePage.h"
+#include "cli/system/Failure.h"
+#include "cli/system/Files.h"
+#include "cli/system/Terminal.h"
 
 namespace snip {
 
@@ -19,19 +18,19 @@ class Session {
 
   Terminal& terminal;
   const CodePage& page;
-  bool json = false;   ///< Answers are JSON, for scripts.
-  bool lossy = false;  ///< Text may be lost where the other side has no room for it.
+  bool json = false;    ///< Print JSON.
+  bool lossy = false;   ///< Continue where text would be lost.
+  bool dryRun = false;  ///< Write no file.
 
-  /// The bytes of a file, or of the standard input for "-", which can be read once.
-  FileBytes Read(const std::string& path);
+  /// Opens a file, or for "-" the standard input, which can be read once.
+  InputFile Open(const std::string& path);
+  std::string Read(const std::string& path) { return Open(path).ReadAll(); }
   /// A text of the command line in the library's code page; refuses to lose characters.
   std::string Argument(const std::string& utf8);
   /// The text of a file (or "-") for a snippet, without the last line end; refuses to lose characters.
   std::string TextOfFile(const std::string& path, Encoding encoding);
 
   void WriteLine(std::string_view utf8);
-  /// A file's own name for messages and JSON.
-  static std::string NameOf(const std::string& path);
 
  private:
   void CheckLoss(std::size_t lost, const std::string& what);

@@ -2,7 +2,6 @@
 #include <set>
 
 #include "cli/commands/Commands.h"
-#include "cli/commands/LibraryFile.h"
 #include "cli/exchange/Json.h"
 
 namespace snip {
@@ -12,12 +11,30 @@ std::size_t LinesOf(std::string_view text) {
   return text.empty() ? 0 : 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-}  // namespace
+class Stats : public Command {
+ public:
+  Stats(CLI::App& app, Session& session) : Command(app, session, "stats", "count the contents of libraries") {
+    AddLibraries(libraries_);
+    AddJson();
+  }
 
-ExitCode Stats(Session& session, const StatsOptions& options) {
-  OrderedJson list = OrderedJson::array();
-  for (const std::string& path : options.libraries) {
-    const LibraryFile library(session, path);
+  ExitCode Run() override {
+    OrderedJson list = OrderedJson::array();
+    for (const std::string& path : libraries_) {
+      const OrderedJson stats = StatsOf(path);
+      list.push_back(stats);
+      if (session_.json) continue;
+      for (const auto& [key, value] : stats.items()) {
+        session_.WriteLine(key + ": " + (value.is_string() ? value.get<std::string>() : value.dump()));
+      }
+    }
+    if (session_.json) session_.WriteLine(list.dump(2));
+    return ExitCode::Done;
+  }
+
+ private:
+  OrderedJson StatsOf(const std::string& path) {
+    const LibraryFile library(session_, path);
     std::size_t lines = 0;
     std::size_t longest = 0;
     std::size_t described = 0;
@@ -31,24 +48,19 @@ ExitCode Stats(Session& session, const StatsOptions& options) {
       names.insert(snippet.Name);
     }
     const std::size_t count = library.snippets.size();
-    const OrderedJson stats = {{"library", Session::NameOf(path)},
-                               {"version", library.version() == BnsVersion::Version1 ? 1 : 2},
-                               {"snippets", count},
-                               {"described", described},
-                               {"attached", attached},
-                               {"repeatedNames", count - names.size()},
-                               {"codeLines", lines},
-                               {"longestCode", longest}};
-    if (session.json) {
-      list.push_back(stats);
-      continue;
-    }
-    for (const auto& [key, value] : stats.items()) {
-      session.WriteLine(key + ": " + (value.is_string() ? value.get<std::string>() : value.dump()));
-    }
+    return {{"library", NameOf(path)}, {"version", library.version() == BnsVersion::Version1 ? 1 : 2},
+            {"snippets", count},       {"described", described},
+            {"attached", attached},    {"repeatedNames", count - names.size()},
+            {"codeLines", lines},      {"longestCode", longest}};
   }
-  if (session.json) session.WriteLine(list.dump(2));
-  return ExitCode::Done;
+
+  std::vector<std::string> libraries_;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> MakeStats(CLI::App& app, Session& session) {
+  return std::make_unique<Stats>(app, session);
 }
 
 }  // namespace snip

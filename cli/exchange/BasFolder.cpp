@@ -1,14 +1,15 @@
 #include "cli/exchange/BasFolder.h"
 
+#include <utf8cpp/utf8.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
 #include <utility>
 
-#include "cli/Failure.h"
+#include "cli/system/Failure.h"
 #include "cli/exchange/Json.h"
 #include "cli/exchange/UniqueNames.h"
-#include "cli/text/Utf8.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -72,7 +73,7 @@ void ReadBas(std::string_view text, Snippet& snippet) {
 /// LF alone ends lines only in a file without any CR LF; otherwise it is part of a line.
 std::string WithUsualLines(std::string_view text, std::size_t& changed) {
   if (text.find(kLineEnd) != std::string_view::npos) return std::string(text);
-  CrLfText lines = WithCrLf(text);
+  ConvertedLines lines = WithCrLf(text);
   changed = lines.changed;
   return std::move(lines.text);
 }
@@ -81,12 +82,10 @@ std::string WithUsualLines(std::string_view text, std::size_t& changed) {
 /// device names.
 std::string FileStem(const std::string& name) {
   std::string stem;
-  for (std::string_view rest = name; !rest.empty();) {
-    const char32_t c = TakeUtf8(rest);
-    const bool refused =
-        c < 0x20 || (c >= 0x7F && c < 0xA0) ||
-        (c < 0x80 && std::string_view("\\/:*?\"<>|").find(static_cast<char>(c)) != std::string_view::npos);
-    AppendUtf8(stem, refused ? U'_' : c);
+  for (const char32_t c : utf8::utf8to32(name)) {
+    const bool refused = c < 0x20 || (c >= 0x7F && c < 0xA0) ||
+                         std::u32string_view(U"\\/:*?\"<>|").find(c) != std::u32string_view::npos;
+    utf8::append(refused ? U'_' : c, stem);
     constexpr std::size_t longest = 100;
     if (stem.size() >= longest) break;
   }
@@ -108,7 +107,7 @@ std::string TextMember(const Json& object, const char* key) {
 }  // namespace
 
 Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, const CodePage& page) {
-  Intake intake(page);
+  SnippetImporter importer(page);
   std::map<std::string, const FolderFile*> left;
   Json index = Json::array();
   for (const FolderFile& file : files) {
@@ -124,32 +123,32 @@ Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, 
     AnsiText text = ReadInputText(file.bytes, encoding, page);
     AnsiText ansiName = page.FromUtf8(name);
     AnsiText ansiAttachment = page.FromUtf8(attachment);
-    intake.outcome().Note(Loss::Characters, name, text.lost + ansiName.lost + ansiAttachment.lost);
+    importer.report().Note(Loss::Characters, name, text.lost + ansiName.lost + ansiAttachment.lost);
     Snippet snippet{.Name = std::move(ansiName.text),
                     .Attachment = std::move(ansiAttachment.text),
                     .Code = {},
                     .Description = {}};
     ReadBas(WithUsualLines(text.text, lineEnds), snippet);
-    intake.outcome().Note(Loss::LineEnds, name, lineEnds);
-    intake.AddConverted(std::move(snippet));
+    importer.report().Note(Loss::LineEnds, name, lineEnds);
+    importer.AddConverted(std::move(snippet));
   };
   for (const Json& entry : index) {
     if (!entry.is_object()) throw Malformed(1, "not a list of snippets");
     const auto file = left.find(TextMember(entry, "file"));
     const std::string name = TextMember(entry, "name");
     if (file == left.end()) {
-      intake.outcome().Note(Loss::NoCode, name, 1, "its file is not there");
+      importer.report().Note(Loss::NoCode, name, 1, "its file is not there");
       continue;
     }
     read(*file->second, name, TextMember(entry, "attachment"));
     left.erase(file);
   }
   for (const auto& [name, file] : left) read(*file, name.substr(0, name.size() - kExtension.size()), "");
-  return intake.Finish();
+  return importer.Finish();
 }
 
 std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page,
-                                       Outcome& outcome) {
+                                       ConversionReport& report) {
   std::vector<FolderFile> files;
   OrderedJson index = OrderedJson::array();
   // Some file systems do not tell capitals from small letters.
@@ -163,7 +162,7 @@ std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const 
     if (!snippet.Attachment.empty()) entry["attachment"] = page.ToUtf8(snippet.Attachment);
     index.push_back(std::move(entry));
     files.push_back({.name = std::move(file), .bytes = BasBytes(snippet)});
-    ++outcome.carried;
+    ++report.carried;
   }
   constexpr int indent = 2;
   files.push_back({.name = std::string(kBasIndex), .bytes = index.dump(indent) + "\n"});

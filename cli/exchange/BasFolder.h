@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/exchange/Exchange.h"
+#include "cli/exchange/SnippetImporter.h"
 
 namespace snip {
 
@@ -29,6 +29,6 @@ Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, 
 
 /// The files to write, the index last.
 std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const CodePage& page,
-                                       Outcome& outcome);
+                                       ConversionReport& report);
 
 }  // namespace snip

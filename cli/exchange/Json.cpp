@@ -2,7 +2,8 @@
 
 #include <algorithm>
 
-#include "cli/Failure.h"
+#include "cli/exchange/TextConversion.h"
+#include "cli/system/Failure.h"
 
 namespace snip {
 namespace {
@@ -81,6 +82,14 @@ Json ReadJsonWithComments(std::string_view bytes, OutermostKeys& keys) {
   } catch (const Json::exception& error) {
     throw Malformed(1, "not JSON that can be read: " + std::string(error.what()));
   }
+}
+
+OrderedJson SnippetAsJson(const Snippet& snippet, std::size_t position, const CodePage& page) {
+  return {{"position", position},
+          {"name", page.ToUtf8(snippet.Name)},
+          {"attachment", page.ToUtf8(snippet.Attachment)},
+          {"description", ToForeignText(snippet.Description, page).text},
+          {"code", ToForeignText(snippet.Code, page).text}};
 }
 
 std::size_t LineOfKey(std::string_view bytes, const std::string& key) {

@@ -60,12 +60,12 @@ class TemplateReader {
         ++at_;
       }
       if (text.size() > std::max(kLargest, body_.size()))
-        throw std::length_error("the placeholders make too long a text");
+        throw std::length_error("expanded placeholders are longer than the limit");
     }
     return text;
   }
 
-  /// What a placeholder stands for; nothing, and nowhere gone, where there is none.
+  /// The placeholder's text, or nullopt without advancing if there is none.
   std::optional<std::string> ReadPlaceholder(int depth) {
     const std::size_t start = at_;
     const std::size_t before = placeholders_;

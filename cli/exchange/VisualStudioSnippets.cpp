@@ -1,5 +1,7 @@
 #include "cli/exchange/VisualStudioSnippets.h"
 
+#include <utf8cpp/utf8.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -7,9 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "cli/Failure.h"
+#include "cli/system/Failure.h"
 #include "cli/exchange/Xml.h"
-#include "cli/text/Utf8.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -55,7 +56,8 @@ Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& d
       continue;
     }
     filled.code.append(known->second);
-    if (filled.code.size() > longest) throw std::length_error("the placeholders make too long a text");
+    if (filled.code.size() > longest)
+      throw std::length_error("expanded placeholders are longer than the limit");
     ++filled.placeholders;
     code.remove_prefix(end + delimiter.size());
   }
@@ -76,20 +78,20 @@ std::size_t OtherFieldsOf(const XmlNode* header, const XmlNode* content, bool he
 }
 
 void ReadSnippet(const XmlDocument& document, const XmlNode& element, const ImportOptions& options,
-                 Intake& intake) {
+                 SnippetImporter& importer) {
   const XmlNode* const header = ChildOf(&element, "Header");
   const XmlNode* const content = ChildOf(&element, "Snippet");
   const XmlNode* const title = ChildOf(header, "Title");
   if (title == nullptr) throw Malformed(document.LineOf(element), "a CodeSnippet has no Header with a Title");
-  Intake::Foreign foreign{.name = TextOf(title),
-                          .attachment = TextOf(ChildOf(header, "HelpUrl")),
-                          .description = TextOf(ChildOf(header, "Description")),
-                          .code = {}};
+  SnippetImporter::Foreign foreign{.name = TextOf(title),
+                                   .attachment = TextOf(ChildOf(header, "HelpUrl")),
+                                   .description = TextOf(ChildOf(header, "Description")),
+                                   .code = {}};
   const XmlNode* const code = ChildOf(content, "Code");
-  if (code == nullptr) return intake.outcome().Note(Loss::NoCode, foreign.name);
+  if (code == nullptr) return importer.report().Note(Loss::NoCode, foreign.name);
   const std::string language(AttributeOf(*code, "Language", "VB"));
   if (!options.allLanguages && !EqualsIgnoringAsciiCase(language, "VB")) {
-    return intake.outcome().Note(Loss::OtherLanguage, foreign.name, 1, ValidUtf8(language));
+    return importer.report().Note(Loss::OtherLanguage, foreign.name, 1, utf8::replace_invalid(language));
   }
   foreign.code = TextOf(code);
 
@@ -101,18 +103,18 @@ void ReadSnippet(const XmlDocument& document, const XmlNode& element, const Impo
     } catch (const std::length_error& error) {
       throw Malformed(document.LineOf(element), error.what());
     }
-    if (filled.placeholders > 0 && options.templates == Templates::LeaveOut) {
-      return intake.outcome().Note(Loss::Template, foreign.name);
+    if (filled.placeholders > 0 && options.templates == Templates::Skip) {
+      return importer.report().Note(Loss::Template, foreign.name);
     }
     if (options.templates == Templates::Fill) {
       foreign.code = std::move(filled.code);
-      intake.outcome().Note(Loss::Placeholders, foreign.name, filled.placeholders);
+      importer.report().Note(Loss::Placeholders, foreign.name, filled.placeholders);
     }
   }
   const bool helpIsPath = foreign.attachment.find("://") == std::string::npos;
-  intake.outcome().Note(Loss::OtherFields, foreign.name, OtherFieldsOf(header, content, helpIsPath));
+  importer.report().Note(Loss::OtherFields, foreign.name, OtherFieldsOf(header, content, helpIsPath));
   if (!helpIsPath) foreign.attachment.clear();
-  intake.Add(foreign);
+  importer.Add(foreign);
 }
 
 /// A character that the code does not contain.
@@ -121,9 +123,7 @@ std::string DelimiterFor(std::string_view code) {
     if (code.find(candidate) == std::string_view::npos) return {candidate};
   }
   // Outside of every code page with one byte a character, so outside of every library.
-  std::string block;
-  AppendUtf8(block, U'\u2588');
-  return block;
+  return utf8::utf32to8(U"\u2588");
 }
 
 /// The names between two "$" in a template.
@@ -163,16 +163,16 @@ Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& o
   if (!single && LocalName(root) != "CodeSnippets") {
     throw Malformed(document.LineOf(root), "not a snippet file: its root is not CodeSnippets");
   }
-  Intake intake(page);
+  SnippetImporter importer(page);
   for (const XmlNode* each = single ? &root : ChildOf(&root, "CodeSnippet"); each != nullptr;
        each = NextLike(*each)) {
-    ReadSnippet(document, *each, options, intake);
+    ReadSnippet(document, *each, options, importer);
   }
-  return intake.Finish();
+  return importer.Finish();
 }
 
 std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates,
-                                      const CodePage& page, Outcome& outcome) {
+                                      const CodePage& page, ConversionReport& report) {
   std::string xml =
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<CodeSnippets xmlns=\"http://schemas.microsoft.com/VisualStudio/2005/CodeSnippet\">\n";
@@ -180,9 +180,10 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
     std::size_t otherLineEnds = 0;
     std::size_t lost = 0;
     const auto text = [&](std::string_view ansi) {
-      std::string utf8 = ToForeignText(ansi, page, otherLineEnds);
-      lost += ReplaceNonXml(utf8);
-      return utf8;
+      ConvertedLines lines = ToForeignText(ansi, page);
+      otherLineEnds += lines.changed;
+      lost += ReplaceNonXml(lines.text);
+      return lines.text;
     };
     const std::string code = text(snippet.Code);
     const std::set<std::string> names = asTemplates ? NamesIn(code) : std::set<std::string>{};
@@ -196,10 +197,10 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
            "      <Code Language=\"VB\" Delimiter=\"" + XmlEscaped(delimiter) + "\">" +
            XmlCharacterData(code) + "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
     const std::string name = page.ToUtf8(snippet.Name);
-    outcome.Note(Loss::Characters, name, lost);
-    outcome.Note(Loss::LineEnds, name, otherLineEnds);
-    if (snippet.Attachment.find("://") != std::string::npos) outcome.Note(Loss::Attachment, name);
-    ++outcome.carried;
+    report.Note(Loss::Characters, name, lost);
+    report.Note(Loss::LineEnds, name, otherLineEnds);
+    if (snippet.Attachment.find("://") != std::string::npos) report.Note(Loss::Attachment, name);
+    ++report.carried;
   }
   return xml + "</CodeSnippets>\n";
 }

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/exchange/Exchange.h"
+#include "cli/exchange/SnippetImporter.h"
 
 namespace snip {
 
@@ -20,6 +20,6 @@ Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& o
 /// Writes a file. `Delimiter` becomes a character that the snippet's code does not contain, so that code
 /// stays code; with `asTemplates` it is "$" and each $name$ in the code is declared as a placeholder.
 std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates,
-                                      const CodePage& page, Outcome& outcome);
+                                      const CodePage& page, ConversionReport& report);
 
 }  // namespace snip

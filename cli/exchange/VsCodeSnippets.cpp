@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "cli/Failure.h"
+#include "cli/system/Failure.h"
 #include "cli/exchange/Json.h"
 #include "cli/exchange/SnippetTemplate.h"
 #include "cli/exchange/UniqueNames.h"
@@ -53,40 +53,41 @@ bool SaysMoreThanTheName(const Json& prefix, const std::string& name) {
 
 class Reader {
  public:
-  Reader(std::string_view bytes, const Json& attachments, const ImportOptions& options, Intake& intake)
-      : bytes_(bytes), attachments_(attachments), options_(options), intake_(intake) {}
+  Reader(std::string_view bytes, const Json& attachments, const ImportOptions& options,
+         SnippetImporter& importer)
+      : bytes_(bytes), attachments_(attachments), options_(options), importer_(importer) {}
 
   void Read(const std::string& name, const Json& snippet) {
-    if (!snippet.is_object()) throw Malformed(LineOfKey(bytes_, name), "\"" + name + "\" is no object");
+    if (!snippet.is_object()) throw Malformed(LineOfKey(bytes_, name), "\"" + name + "\" is not an object");
     const Json none;
     const auto member = [&](const char* key) -> const Json& {
       const auto found = snippet.find(key);
       return found == snippet.end() ? none : *found;
     };
-    if (member("body").is_null()) return intake_.outcome().Note(Loss::NoCode, name);
+    if (member("body").is_null()) return importer_.report().Note(Loss::NoCode, name);
     const auto body = TextOf(member("body"));
     const auto description = member("description").is_null() ? std::string() : TextOf(member("description"));
     const Json& scope = member("scope");
     if (!body || !description || !(scope.is_null() || scope.is_string())) {
       throw Malformed(LineOfKey(bytes_, name),
-                      "\"" + name + "\" has a body, description or scope that is no text");
+                      "\"" + name + "\" has a body, description or scope that is not text");
     }
     const std::string languages = scope.is_string() ? scope.get<std::string>() : std::string();
     if (!options_.allLanguages && !Trim(languages).empty() && !IsForVisualBasic(languages)) {
-      return intake_.outcome().Note(Loss::OtherLanguage, name, 1, languages);
+      return importer_.report().Note(Loss::OtherLanguage, name, 1, languages);
     }
-    Intake::Foreign foreign{
+    SnippetImporter::Foreign foreign{
         .name = name, .attachment = AttachmentOf(name), .description = *description, .code = *body};
     if (options_.templates != Templates::AsText) {
       TemplateText text = ReadTemplate(name, *body);
-      if (text.placeholders > 0 && options_.templates == Templates::LeaveOut) {
-        return intake_.outcome().Note(Loss::Template, name);
+      if (text.placeholders > 0 && options_.templates == Templates::Skip) {
+        return importer_.report().Note(Loss::Template, name);
       }
-      intake_.outcome().Note(Loss::Placeholders, name, text.placeholders);
+      importer_.report().Note(Loss::Placeholders, name, text.placeholders);
       foreign.code = std::move(text.text);
     }
-    intake_.outcome().Note(Loss::OtherFields, name, OtherFieldsOf(name, snippet));
-    intake_.Add(foreign);
+    importer_.report().Note(Loss::OtherFields, name, OtherFieldsOf(name, snippet));
+    importer_.Add(foreign);
   }
 
  private:
@@ -115,7 +116,7 @@ class Reader {
   std::string_view bytes_;
   const Json& attachments_;
   const ImportOptions& options_;
-  Intake& intake_;
+  SnippetImporter& importer_;
 };
 
 }  // namespace
@@ -124,18 +125,18 @@ Imported ReadVsCodeSnippets(std::string_view bytes, std::string_view attachments
                             const ImportOptions& options, const CodePage& page) {
   OutermostKeys keys;
   const Json file = ReadJsonWithComments(bytes, keys);
-  if (!file.is_object()) throw Malformed(1, "not a snippet file: it holds no object");
+  if (!file.is_object()) throw Malformed(1, "not a snippet file: it is not an object");
   const Json beside = attachments.empty() ? Json::object() : ReadJsonWithComments(attachments);
 
-  Intake intake(page);
-  Reader reader(bytes, beside, options, intake);
-  for (const std::string& key : keys.repeated) intake.outcome().Note(Loss::RepeatedKey, key);
+  SnippetImporter importer(page);
+  Reader reader(bytes, beside, options, importer);
+  for (const std::string& key : keys.repeated) importer.report().Note(Loss::RepeatedKey, key);
   for (const std::string& name : keys.inOrder) reader.Read(name, file[name]);
-  return intake.Finish();
+  return importer.Finish();
 }
 
 VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTemplates, const CodePage& page,
-                                Outcome& outcome) {
+                                ConversionReport& report) {
   OrderedJson file = OrderedJson::object();
   OrderedJson attachments = OrderedJson::object();
   UniqueNames keys;
@@ -143,12 +144,11 @@ VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTempla
   for (const Snippet& snippet : snippets) {
     const std::string name = page.ToUtf8(snippet.Name);
     const std::string key = keys.Take(name, std::identity());
-    if (key != name) outcome.Note(Loss::Renamed, name, 1, key);
+    if (key != name) report.Note(Loss::Renamed, name, 1, key);
 
-    std::size_t otherLineEnds = 0;
-    const std::string code = ToForeignText(snippet.Code, page, otherLineEnds);
-    const std::string description = ToForeignText(snippet.Description, page, otherLineEnds);
-    outcome.Note(Loss::LineEnds, name, otherLineEnds);
+    const auto [code, codeLineEnds] = ToForeignText(snippet.Code, page);
+    const auto [description, descriptionLineEnds] = ToForeignText(snippet.Description, page);
+    report.Note(Loss::LineEnds, name, codeLineEnds + descriptionLineEnds);
     OrderedJson entry = OrderedJson::object();
     entry["prefix"] = name;
     entry["scope"] = "vb";
@@ -160,7 +160,7 @@ VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTempla
       attachments.get_ref<OrderedJson::object_t&>().Container::emplace_back(key,
                                                                             page.ToUtf8(snippet.Attachment));
     }
-    ++outcome.carried;
+    ++report.carried;
   }
   constexpr int indent = 2;
   return {.snippets = file.dump(indent) + "\n",

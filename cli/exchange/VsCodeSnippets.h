@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "cli/exchange/Exchange.h"
+#include "cli/exchange/SnippetImporter.h"
 
 namespace snip {
 
@@ -26,6 +26,6 @@ struct VsCodeFiles {
 /// Writes a file. `$`, `}` and `\` are escaped, so that code stays code; with `asTemplates` the code is the
 /// body's text as it is. A name that is there already gets a number.
 VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTemplates, const CodePage& page,
-                                Outcome& outcome);
+                                ConversionReport& report);
 
 }  // namespace snip

@@ -1,9 +1,10 @@
 #include "cli/exchange/Xml.h"
 
+#include <utf8cpp/utf8.h>
+
 #include <algorithm>
 
-#include "cli/Failure.h"
-#include "cli/text/Utf8.h"
+#include "cli/system/Failure.h"
 
 namespace snip {
 namespace {
@@ -53,7 +54,7 @@ void CheckDepth(std::string_view xml) {
     }
     if (end == std::string_view::npos) return;  // the parser says what is wrong
     depth += opens ? 1 : 0;
-    if (depth > kDeepest) throw Malformed(LineIn(xml, at), "elements lie too deep in each other");
+    if (depth > kDeepest) throw Malformed(LineIn(xml, at), "elements are nested too deeply");
     at = end;
   }
 }
@@ -68,11 +69,10 @@ std::string_view WithoutMark(std::string_view bytes) {
 }  // namespace
 
 XmlDocument::XmlDocument(std::string_view bytes) : source_(WithoutMark(bytes)), parsed_(source_) {
-  for (std::string_view rest = source_; !rest.empty();) {
-    const std::size_t at = source_.size() - rest.size();
-    if (rest.front() == '\0') throw Malformed(LineIn(source_, at), "not XML: there is a zero byte");
-    if (TakeUtf8(rest) == kNoCharacter) throw Malformed(LineIn(source_, at), "the file is not UTF-8 here");
-  }
+  const auto zero = source_.find('\0');
+  if (zero != std::string::npos) throw Malformed(LineIn(source_, zero), "not XML: there is a zero byte");
+  const auto invalid = utf8::find_invalid(source_);
+  if (invalid != std::string::npos) throw Malformed(LineIn(source_, invalid), "not UTF-8");
   CheckDepth(source_);
   try {
     document_.parse<rapidxml::parse_validate_closing_tags>(parsed_.data());
@@ -125,7 +125,7 @@ std::string TextOf(const XmlNode* node) {
     lines += carriageReturn ? '\n' : text[i];
   }
   // A character reference can name what is no character.
-  return ValidUtf8(lines);
+  return utf8::replace_invalid(lines);
 }
 
 std::string_view AttributeOf(const XmlNode& node, std::string_view name, std::string_view otherwise) {

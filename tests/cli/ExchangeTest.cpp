@@ -3,7 +3,7 @@
 #include <functional>
 #include <set>
 
-#include "cli/Failure.h"
+#include "cli/system/Failure.h"
 #include "cli/exchange/BasFolder.h"
 #include "cli/exchange/VisualStudioSnippets.h"
 #include "cli/exchange/VsCodeSnippets.h"
@@ -17,17 +17,17 @@ using Snippets = std::vector<Snippet>;
 
 const CodePage kPage = CodePage::Windows1252();
 
-Imported VsRoundTrip(const Snippets& library, Outcome& outcome) {
-  return ReadVisualStudioSnippets(WriteVisualStudioSnippets(library, false, kPage, outcome), {}, kPage);
+Imported VsRoundTrip(const Snippets& library, ConversionReport& report) {
+  return ReadVisualStudioSnippets(WriteVisualStudioSnippets(library, false, kPage, report), {}, kPage);
 }
 
-Imported VsCodeRoundTrip(const Snippets& library, Outcome& outcome) {
-  const VsCodeFiles files = WriteVsCodeSnippets(library, false, kPage, outcome);
+Imported VsCodeRoundTrip(const Snippets& library, ConversionReport& report) {
+  const VsCodeFiles files = WriteVsCodeSnippets(library, false, kPage, report);
   return ReadVsCodeSnippets(files.snippets, files.attachments, {}, kPage);
 }
 
-Imported BasRoundTrip(const Snippets& library, Outcome& outcome) {
-  auto files = WriteBasFolder(library, kPage, outcome);
+Imported BasRoundTrip(const Snippets& library, ConversionReport& report) {
+  auto files = WriteBasFolder(library, kPage, report);
   // Folders are listed in any order; file names have to differ where capitals and small letters do not.
   std::set<std::string> names;
   for (const FolderFile& file : files) names.insert(kPage.Lower(kPage.FromUtf8(file.name).text));
@@ -44,11 +44,11 @@ TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
     const Snippets library = GeneratedLibrary(seed);
     snippets += library.size();
     for (const auto& roundTrip : {VsRoundTrip, VsCodeRoundTrip, BasRoundTrip}) {
-      Outcome outcome;
-      const Imported back = roundTrip(library, outcome);
-      EXPECT_EQ(outcome.carried, library.size());
+      ConversionReport report;
+      const Imported back = roundTrip(library, report);
+      EXPECT_EQ(report.carried, library.size());
       Snippets expected = library;
-      for (const LossNote& note : outcome.notes()) {
+      for (const LossNote& note : report.notes()) {
         const auto byName = [&](const Snippet& each) { return kPage.ToUtf8(each.Name) == note.snippet; };
         if (note.loss == Loss::Renamed) {
           // The last of the name gets the last number.
@@ -65,7 +65,7 @@ TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
         }
       }
       EXPECT_EQ(back.snippets, expected);
-      EXPECT_EQ(back.outcome.leftOut(), 0U);
+      EXPECT_EQ(back.report.leftOut(), 0U);
     }
   }
   EXPECT_GT(snippets, 600U);
@@ -75,19 +75,19 @@ TEST(ExchangeTest, LibrariesComeBackAsTheyWereButForWhatIsCounted) {
 TEST(ExchangeTest, WhatAFormatCannotHoldIsCounted) {
   const Snippets library = {
       {.Name = "n", .Attachment = "", .Code = "a\x01\rb\nc\r\nd", .Description = "\x02"}};
-  Outcome vs;
+  ConversionReport vs;
   EXPECT_EQ(VsRoundTrip(library, vs).snippets,
             (Snippets{{.Name = "n", .Attachment = "", .Code = "a?\r\nb\r\nc\r\nd", .Description = "?"}}));
   EXPECT_EQ(vs.CountOf(Loss::Characters), 2U);
   EXPECT_EQ(vs.CountOf(Loss::LineEnds), 2U);
-  EXPECT_TRUE(vs.LosesText());
-  Outcome code;
+  EXPECT_TRUE(vs.CountOf(Loss::Characters) > 0);
+  ConversionReport code;
   EXPECT_EQ(
       VsCodeRoundTrip(library, code).snippets,
       (Snippets{{.Name = "n", .Attachment = "", .Code = "a\x01\r\nb\r\nc\r\nd", .Description = "\x02"}}));
   EXPECT_EQ(code.CountOf(Loss::LineEnds), 2U);
-  EXPECT_FALSE(code.LosesText());
-  Outcome bas;
+  EXPECT_FALSE(code.CountOf(Loss::Characters) > 0);
+  ConversionReport bas;
   EXPECT_EQ(BasRoundTrip(library, bas).snippets, library);
   EXPECT_TRUE(bas.notes().empty());
 }
@@ -145,7 +145,7 @@ TEST(ExchangeTest, ReadsFilesOfVisualStudio) {
                       .Code = "s$ = Left$(t$, 1)\r\nMsgBox \"Hi\"",
                       .Description = "Says \"Hi\" \xE9"};
   for (const Reading& reading :
-       {Reading{Templates::LeaveOut, ""},
+       {Reading{Templates::Skip, ""},
         Reading{Templates::Fill, "For Each nIndex In oAll :  : Next nIndex ' $other$"},
         Reading{Templates::AsText, "For Each $i$ In $c$ : $selected$$end$ : Next $i$ ' $other$"}}) {
     SCOPED_TRACE(reading.loop);
@@ -154,11 +154,11 @@ TEST(ExchangeTest, ReadsFilesOfVisualStudio) {
     ASSERT_EQ(read.snippets.size(), reading.loop.empty() ? 1U : 2U);
     EXPECT_EQ(read.snippets.front(), hello);
     EXPECT_EQ(read.snippets.back().Code, reading.loop.empty() ? hello.Code : reading.loop);
-    EXPECT_EQ(read.outcome.CountOf(Loss::Template), reading.loop.empty() ? 1U : 0U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::Placeholders), reading.templates == Templates::Fill ? 5U : 0U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::OtherLanguage), 1U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::NoCode), 1U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::OtherFields), 3U);  // shortcut, author and the address
+    EXPECT_EQ(read.report.CountOf(Loss::Template), reading.loop.empty() ? 1U : 0U);
+    EXPECT_EQ(read.report.CountOf(Loss::Placeholders), reading.templates == Templates::Fill ? 5U : 0U);
+    EXPECT_EQ(read.report.CountOf(Loss::OtherLanguage), 1U);
+    EXPECT_EQ(read.report.CountOf(Loss::NoCode), 1U);
+    EXPECT_EQ(read.report.CountOf(Loss::OtherFields), 3U);  // shortcut, author and the address
   }
 }
 
@@ -168,7 +168,7 @@ TEST(ExchangeTest, ReadsFilesOfVsCode) {
                       .Code = "s$ = Left$(t$, 1}\r\n$ \\ \\x",
                       .Description = "Says\r\n\"Hi\" \xE9"};
   for (const Reading& reading :
-       {Reading{Templates::LeaveOut, ""},
+       {Reading{Templates::Skip, ""},
         Reading{Templates::Fill, "For nIndex = 1 To 10\r\n   a b\r\nNext nIndex c\r\n"},
         Reading{Templates::AsText,
                 "For ${1:nIndex} = 1 To ${2|10,20|}\r\n  $0 $TM_SELECTED_TEXT${3:a ${4:b}}\r\n"
@@ -183,9 +183,9 @@ TEST(ExchangeTest, ReadsFilesOfVsCode) {
     EXPECT_EQ(read.snippets.front(), expected);
     EXPECT_EQ(read.snippets[1].Code, reading.loop);
     EXPECT_EQ(read.snippets.back().Name, "Loop ");
-    EXPECT_EQ(read.outcome.CountOf(Loss::OtherLanguage), 1U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::NoCode), 1U);
-    EXPECT_EQ(read.outcome.CountOf(Loss::OtherFields), 1U);  // the prefixes
+    EXPECT_EQ(read.report.CountOf(Loss::OtherLanguage), 1U);
+    EXPECT_EQ(read.report.CountOf(Loss::NoCode), 1U);
+    EXPECT_EQ(read.report.CountOf(Loss::OtherFields), 1U);  // the prefixes
   }
 }
 
@@ -198,17 +198,17 @@ TEST(ExchangeTest, ReadsModulesOfOthers) {
   EXPECT_EQ(read.snippets,
             (Snippets{{.Name = "a", .Attachment = "", .Code = "\xE9\r\nx\r\n?", .Description = ""},
                       {.Name = "b", .Attachment = "", .Code = "Sub", .Description = "one\r\ntwo"}}));
-  EXPECT_EQ(read.outcome.CountOf(Loss::Characters), 1U);
-  EXPECT_EQ(read.outcome.CountOf(Loss::LineEndBlanks), 1U);
+  EXPECT_EQ(read.report.CountOf(Loss::Characters), 1U);
+  EXPECT_EQ(read.report.CountOf(Loss::LineEndSpaces), 1U);
 }
 
 TEST(ExchangeTest, CodeBecomesATemplateOnlyWhenTold) {
   const Snippets library = {{.Name = "n", .Attachment = "", .Code = "$a$ ${1:b}", .Description = ""}};
-  Outcome outcome;
-  const std::string vs = WriteVisualStudioSnippets(library, true, kPage, outcome);
+  ConversionReport report;
+  const std::string vs = WriteVisualStudioSnippets(library, true, kPage, report);
   EXPECT_EQ(ReadVisualStudioSnippets(vs, {.templates = Templates::Fill}, kPage).snippets.at(0).Code,
             "a ${1:b}");
-  const std::string code = WriteVsCodeSnippets(library, true, kPage, outcome).snippets;
+  const std::string code = WriteVsCodeSnippets(library, true, kPage, report).snippets;
   EXPECT_EQ(ReadVsCodeSnippets(code, {}, {.templates = Templates::Fill}, kPage).snippets.at(0).Code, "$ b");
 }
 
@@ -289,7 +289,7 @@ TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
   EXPECT_THROW(ReadBasFolder({{.name = "snippets.json", .bytes = "{}"}}, Encoding::Ansi, kPage), Malformed);
   const Imported twice = ReadVsCodeSnippets(R"({"a": {"body": "1"}, "a": {"body": "2"}})", {}, {}, kPage);
   EXPECT_EQ(twice.snippets.at(0).Code, "2");
-  EXPECT_EQ(twice.outcome.CountOf(Loss::RepeatedKey), 1U);
+  EXPECT_EQ(twice.report.CountOf(Loss::RepeatedKey), 1U);
 }
 
 TEST(ExchangeTest, SnippetsThatALibraryCannotHoldAreLeftOut) {
@@ -297,7 +297,7 @@ TEST(ExchangeTest, SnippetsThatALibraryCannotHoldAreLeftOut) {
       R"json({"a": {"body": " (.) "}, "b": {"description": "x\n(,)", "body": ""}, "...": {"body": ""}, "c\nd": {"body": ""},
           "e": {"body": "(,)"}})json",
       {}, {}, kPage);
-  EXPECT_EQ(read.outcome.CountOf(Loss::NotHeld), 4U);
+  EXPECT_EQ(read.report.CountOf(Loss::NotHeld), 4U);
   ASSERT_EQ(read.snippets.size(), 1U);
   EXPECT_EQ(read.snippets.front().Name, "e");
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <random>
 
-#include "cli/text/CodePage.h"
+#include "cli/system/CodePage.h"
 #include "library/BnsCheck.h"
 #include "library/BnsFormat.h"
 #include "library/BnsSearch.h"

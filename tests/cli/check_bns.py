@@ -9,6 +9,7 @@ With --wine, BNS is the Windows program, and what only a POSIX system has is lef
 import json
 import os
 import pathlib
+import re
 import shutil
 import stat
 import subprocess
@@ -103,8 +104,23 @@ def reading():
     check = bns(NO, "check", "-", stdin=LIBRARY + b"more\r\n")
     expect(b":15: error: " in check.out, f"check: {check.out}")
     bns(NO, "check", "--strict", "-", stdin=LIBRARY.replace(b"Two", b"One"))
-    stats = json.loads(bns(DONE, "stats", "--json", "l.bns").out)
-    expect((stats[0]["snippets"], stats[0]["codeLines"], stats[0]["attached"]) == (2, 3, 1), f"stats: {stats}")
+    write("twice.bns", LIBRARY.replace(b"Two", b"One"))
+    wanted = {"version": 2, "snippets": 2, "described": 1, "attached": 1, "repeatedNames": 1, "codeLines": 3,
+              "longestCode": 2}
+    stats = json.loads(bns(DONE, "stats", "--json", "l.bns", "twice.bns").out)
+    expect(stats[1] == {"library": "twice.bns", **wanted} and stats[0]["repeatedNames"] == 0, f"stats: {stats}")
+    lines = "".join(f"{key}: {value}\n" for key, value in {"library": "twice.bns", **wanted}.items())
+    expect(bns(DONE, "stats", "twice.bns").out.decode() == lines, "stats in lines")
+    listed = json.loads(bns(DONE, "list", "--json", "l.bns").out)
+    expect([(each["name"], each["position"], "code" in each) for each in listed] == [("One", 1, False), ("Two", 2, False)],
+           f"list --json: {listed}")
+    expect(bns(DONE, "list", "-l", "l.bns").out.decode() ==
+           "One\n    First \u00e9\n    Attachment: C:\\a.txt\nTwo\n    \n", "list --long")
+    bns(NO, "show", "twice.bns", "One", says="#1, #2")
+    bns(NO, "show", "twice.bns", "one", says="#1, #2")
+    expect(bns(DONE, "show", "-c", "twice.bns", "#2").out == b"' nothing\n", "the second of a name by its number")
+    expect(bns(DONE, "search", "-w", "s", "--in", "code", "-n", "l.bns").out == b"2\n", "search --word")
+    bns(NO, "search", "-w", "Di", "l.bns")
 
 
 def changing():
@@ -117,17 +133,25 @@ def changing():
     bns(DONE, "move", "l.bns", "One", "--to", "3")
     expect(bns(DONE, "list", "l.bns").out == b"Three\nTwo\nOne\n", "move and rename")
     bns(DONE, "edit", "l.bns", "Two", "-c", "x = 1  \ny = 2", "-a", "C:\\b")
-    expect(bns(DONE, "show", "--raw", "l.bns", "Two").out == b"Two\r\nAttached: C:\\b\r\n\r\nx = 1\r\ny = 2\r\n", "edit")
+    expect(bns(DONE, "show", "--raw", "l.bns", "Two").out == b"Two\r\nAttachment: C:\\b\r\n\r\nx = 1\r\ny = 2\r\n", "edit")
     bns(DONE, "remove", "l.bns", "#1", "Two")
     bns(DONE, "move", "l.bns", "One", "--after", "One")
     expect(read("l.bns") == LIBRARY[:LIBRARY.index(b"(.)")] + b"...\r\n", "what is left is as it was")
     out = bns(DONE, "remove", "-", "Two", stdin=LIBRARY).out
     expect(out == read("l.bns"), "a library through the standard streams")
-    bns(DONE, "add", "--create", "new.bns", "One")
+    refuse(USAGE, "move", "l.bns", "One", "--into", "./l.bns", says="already in that library")
+    write("text", b"\xef\xbb\xbfA\nB\n")
+    bns(DONE, "add", "--create", "new.bns", "One", "-D", "text")
+    expect(bns(DONE, "show", "-d", "--raw", "new.bns", "One").out == b"A\r\nB\r\n", "--description-file")
+    refuse(REFUSED, "rename", "new.bns", "One", "...")
     refuse(REFUSED, "move", "l.bns", "One", "--into", "new.bns", says="already")
     bns(DONE, "rename", "new.bns", "One", "Other")
     bns(DONE, "move", "l.bns", "One", "--into", "new.bns")
     expect(bns(DONE, "list", "new.bns").out == b"Other\nOne\n" and read("l.bns") == b"BNS2.0\r\n...\r\n", "move --into")
+    bns(DONE, "add", "--same-name", "new.bns", "One", "-c", "2")
+    bns(DONE, "rename", "--same-name", "new.bns", "Other", "One")
+    bns(DONE, "rename", "new.bns", "#3", "#1")
+    expect(bns(DONE, "show", "-c", "new.bns", "#1").out == b"2\n", "a name goes before a number")
 
 
 def refusing():
@@ -136,7 +160,7 @@ def refusing():
     write("full.bns", b"BNS2.0\r\n" + b"(.)\r\n".join([b"\r\n\r\n\r\n(,)\r\n\r\n"] * 32767) + b"...\r\n")
     refuse(REFUSED, "add", "full.bns", "x", says="32,767")
     refuse(REFUSED, "add", "l.bns", "One", says="already")
-    refuse(REFUSED, "add", "l.bns", "a\nb", says="one line")
+    refuse(REFUSED, "add", "l.bns", "a\nb", says="more than one line")
     refuse(REFUSED, "rename", "l.bns", "One", " ... ", says="reserves")
     refuse(REFUSED, "edit", "l.bns", "One", "-c", "a\n (.)\n", says="line 2 of its code")
     refuse(REFUSED, "edit", "l.bns", "One", "-d", "(,)", says="line 1 of its description")
@@ -189,11 +213,24 @@ def exchanging():
     bns(DONE, "import", "twice2.bns", "twice.snippet", "--create")
     expect(read("twice2.bns") == read("twice.bns"), "two snippets of one name")
     bns(DONE, "edit", "l2.bns", "One", "-c", "other")
-    refuse(NO, "merge", "l.bns", "l2.bns", says='"One": left out')
+    refuse(NO, "merge", "l.bns", "l2.bns", says='"One": skipped')
     refuse(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number", "--dry-run", says="One (2)")
     bns(DONE, "merge", "l.bns", "l2.bns", "--same-name", "number")
     expect(bns(DONE, "list", "l.bns").out == b"One\nTwo\nOne (2)\n", "merge")
     refuse(FILE, "import", "l.bns", "nowhere/", says="nowhere")
+    write("old.bns", OLD)
+    bns(DONE, "merge", "--create", "all.bns", "old.bns", "l2.bns", "--same-name", "number", says="merged 4")
+    expect(bns(DONE, "list", "all.bns").out == b"One\nTwo\nOne (2)\nTwo (2)\n", "merge of several libraries")
+    write("full.bns", b"BNS2.0\r\n" + b"(.)\r\n".join([b"\r\n\r\n\r\n(,)\r\n\r\n"] * 32766) + b"...\r\n")
+    bns(NO, "merge", "full.bns", "l2.bns", says="merged 1, already there 0, skipped 1")
+    bns(DONE, "export", "--force", "-s", "Two", "-s", "One", "l.bns", "l.json", says="exported 2")
+    expect(list(json.loads(read("l.json"))) == ["Two", "One"], "export --snippet")
+    write("dollar.bns", LIBRARY.replace(b"Dim s$", b"$a$ = 1"))
+    bns(DONE, "export", "--as-templates", "-s", "One", "dollar.bns", "dollar.snippet")
+    bns(NO, "import", "dollar2.bns", "dollar.snippet", "--create", says="placeholders")
+    write("cs.json", b'{"a": {"scope": "csharp", "body": "x"}}')
+    refuse(NO, "import", "l.bns", "cs.json", says="not Visual Basic")
+    bns(DONE, "import", "l.bns", "cs.json", "--all-languages", says="imported 1")
     for name, data in (("h.snippet", b"<a>\n<b>"), ("h.json", b"{\n\"a\" 1}")):
         write(name, data)
         refuse(MALFORMED, "import", "l.bns", name, says=f"{name}:2:")
@@ -222,11 +259,63 @@ def posix_files():
         expect((b"\x1b[1;31mDim" in shown) == coloured and b"\x1b[2J" not in shown, f"colours: {shown}")
 
 
+def failing_writes():
+    """Whatever makes a write fail, the old library is there in whole and nothing else."""
+    def fails(folder, *arguments, stdin=b"", says="cannot be written"):
+        before = {path: read(path) for path in pathlib.Path(folder).rglob("*") if path.is_file()}
+        bns(FILE, *arguments, stdin=stdin, says=says)
+        after = {path: read(path) for path in pathlib.Path(folder).rglob("*") if path.is_file()}
+        expect(before == after, f"{arguments}: {sorted(map(str, after))}")
+
+    if os.geteuid() != 0:
+        os.mkdir("folder")
+        write("folder/l.bns", LIBRARY)
+        os.chmod("folder", 0o500)
+        fails("folder", "remove", "folder/l.bns", "One")
+        os.chmod("folder", 0o700)
+        os.chmod("folder/l.bns", 0o400)
+        fails("folder", "remove", "folder/l.bns", "One")
+    fails(".", "add", "--create", "nowhere/new.bns", "x")
+    os.mkfifo("pipe.bns")
+    fails(".", "export", "--force", str(STARTER), "pipe.bns", "--format", "vs", says="not a regular file")
+    os.remove("pipe.bns")
+    small, readonly = (os.environ.get(f"SNIPSTORE_{name}_DISK") for name in ("SMALL", "READ_ONLY"))
+    if small:
+        library = os.path.join(small, "l.bns")
+        write(library, LIBRARY)
+        fails(small, "edit", library, "One", "-C", "-", stdin=b"x" * 70000)
+        os.remove(library)
+    if readonly:
+        fails(readonly, "add", "--create", os.path.join(readonly, "new.bns"), "x")
+
+
+def shell_completion():
+    """Completes command lines as bash does."""
+    shutil.copy(STARTER, "Strings.bns")
+    write("completion", bns(DONE, "completion", "bash").out)
+    for words, wanted in ((["li"], "list"), (["m"], "manual merge move"), (["show", "--r"], "--raw"),
+                          (["show", "Strings.bns", "Cou"], "Count\\ occurrences"),
+                          (["remove", "Strings.bns", "Other", "Cou"], "Count\\ occurrences"),
+                          (["import", "Strings.bns", "--same-name", "s"], "skip"), (["search", "Cou"], ""),
+                          (["move", "Strings.bns", "x", "--bef"], "--before"), (["list", "Str"], "Strings.bns"),
+                          (["move", "Strings.bns", "x", "--before", "Cou"], "Count\\ occurrences"),
+                          (["add", "-c", "code", "Str"], "Strings.bns")):
+        script = ('bns() { "$BNS" "$@"; }; . ./completion; COMP_WORDS=(bns "$@"); COMP_CWORD=$#; _bns; '
+                  'printf "%s\\n" "${COMPREPLY[@]}" | sort | paste -sd" "')
+        offered = subprocess.run(["bash", "-c", script, "bash", *words], capture_output=True, check=False, text=True,
+                                 env={**os.environ, "BNS": BNS[0]})
+        expect(offered.stdout.strip() == wanted, f"completing {words}: {offered.stdout}{offered.stderr}")
+    for command in re.findall(r"^  (\w+)", bns(DONE, "--help").out.decode().split("Subcommands:")[1], re.M)[:16]:
+        table = re.search(rf"\['{command}'\]='(.*)'", read("completion").decode())
+        named = set(re.findall(r"--[a-z-]+", bns(DONE, command, "--help").out.decode()))
+        expect(table and set(table[1].split()) == named, f"{command}: {table and table[1]} completed, {named} in the help")
+
+
 def main():
     # Wine's server ends when nothing runs, and whatever starts at that moment fails: one process waits for input.
     waiting = WINE and subprocess.Popen(BNS + ["list", "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files])
+    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shell_completion])
     for part in parts:
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)

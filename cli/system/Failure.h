@@ -4,9 +4,17 @@
 #include <stdexcept>
 #include <string>
 
-#include "cli/ExitCode.h"
-
 namespace snip {
+
+/// What `bns` returns to its caller; scripts rely on these numbers.
+enum class ExitCode {
+  Done = 0,
+  No = 1,         ///< Nothing found, problems found, or some snippets skipped.
+  Usage = 2,      ///< The command line is wrong.
+  File = 3,       ///< A file could not be read or written.
+  Malformed = 4,  ///< A file does not have the expected format.
+  Refused = 5,    ///< It would lose or overwrite something. Nothing was written.
+};
 
 /// Ends a command with a message (UTF-8, without a full stop) and an exit code.
 class Failure : public std::runtime_error {
@@ -18,8 +26,7 @@ class Failure : public std::runtime_error {
   ExitCode code_;
 };
 
-/// A place in a file's bytes that is not of its format. Whoever knows the file's name turns it into a
-/// Failure.
+/// A format error in a file's bytes. The caller knows the file's name and makes a Failure of it.
 class Malformed : public std::runtime_error {
  public:
   /// `line` counts from 1.

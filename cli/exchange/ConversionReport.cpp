@@ -1,4 +1,4 @@
-#include "cli/exchange/Outcome.h"
+#include "cli/exchange/ConversionReport.h"
 
 #include <algorithm>
 #include <array>
@@ -10,24 +10,24 @@ namespace {
 
 struct LossWords {
   std::string_view key;
-  std::string_view sentence;  ///< "#" stands for the count.
+  std::string_view sentence;  ///< With "#" for the count.
 };
 
 // In the order of Loss.
 constexpr std::array<LossWords, 14> kWords = {{
-    {"same-name", "left out: the library has another snippet of that name"},
-    {"not-held", "left out"},
-    {"template", "left out: it has placeholders; say what becomes of them with --templates"},
-    {"other-language", "left out: it is not Visual Basic"},
-    {"no-code", "left out: there is no code in it"},
-    {"repeated-key", "left out: the file has that name again further down"},
-    {"no-room", "left out: a library holds 32,767 snippets"},
-    {"characters", "characters that the other side does not have: #"},
-    {"attachment", "its attachment has no place"},
-    {"line-ends", "line ends of another kind that became ordinary ones: #"},
-    {"line-end-blanks", "lines with blanks at the end, which are not kept: #"},
-    {"other-fields", "properties without a place in a library: #"},
-    {"placeholders", "placeholders that became their default texts: #"},
+    {"same-name", "skipped: the library has another snippet of that name"},
+    {"not-held", "skipped"},
+    {"template", "skipped: it has placeholders; choose with --templates"},
+    {"other-language", "skipped: it is not Visual Basic"},
+    {"no-code", "skipped: it has no code"},
+    {"repeated-key", "skipped: the file has that name again further down"},
+    {"no-room", "skipped: a library can hold 32,767 snippets"},
+    {"characters", "characters the target cannot represent: #"},
+    {"attachment", "the target has no place for its attachment"},
+    {"line-ends", "unusual line endings replaced: #"},
+    {"line-end-blanks", "lines whose trailing spaces are not kept: #"},
+    {"other-fields", "properties that a library has no place for: #"},
+    {"placeholders", "placeholders replaced by their default texts: #"},
     {"renamed", "renamed"},
 }};
 
@@ -37,18 +37,18 @@ const LossWords& WordsOf(Loss loss) {
 
 }  // namespace
 
-void Outcome::Note(Loss loss, const std::string& snippet, std::size_t count, std::string detail) {
+void ConversionReport::Note(Loss loss, const std::string& snippet, std::size_t count, std::string detail) {
   if (count > 0)
     notes_.push_back({.loss = loss, .snippet = snippet, .count = count, .detail = std::move(detail)});
 }
 
-std::size_t Outcome::CountOf(Loss loss) const {
+std::size_t ConversionReport::CountOf(Loss loss) const {
   std::size_t count = 0;
   for (const LossNote& note : notes_) count += note.loss == loss ? note.count : 0;
   return count;
 }
 
-std::size_t Outcome::leftOut() const {
+std::size_t ConversionReport::leftOut() const {
   return static_cast<std::size_t>(
       std::count_if(notes_.begin(), notes_.end(), [](const LossNote& note) { return IsLeftOut(note.loss); }));
 }

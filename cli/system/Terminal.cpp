@@ -1,4 +1,4 @@
-#include "cli/Terminal.h"
+#include "cli/system/Terminal.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -9,11 +9,12 @@
 #include <unistd.h>
 #endif
 
+#include <utf8cpp/utf8.h>
+
 #include <cstdio>
 #include <cstdlib>
 
-#include "cli/Failure.h"
-#include "cli/text/Utf8.h"
+#include "cli/system/Failure.h"
 
 namespace snip {
 namespace {
@@ -26,15 +27,13 @@ bool IsTerminal(std::FILE* stream) {
 #endif
 }
 
-std::string Printable(std::string_view utf8) {
-  std::string text;
-  while (!utf8.empty()) {
-    const char32_t c = TakeUtf8(utf8);
-    const bool control =
-        (c < 0x20 && c != U'\n' && c != U'\t') || (c >= 0x7F && c < 0xA0) || c == kNoCharacter;
-    AppendUtf8(text, control ? U'\uFFFD' : c);
+std::string Printable(std::string_view text) {
+  std::u32string characters = utf8::utf8to32(utf8::replace_invalid(text));
+  for (char32_t& c : characters) {
+    const bool control = (c < 0x20 && c != U'\n' && c != U'\t') || (c >= 0x7F && c < 0xA0);
+    if (control) c = U'\uFFFD';
   }
-  return text;
+  return utf8::utf32to8(characters);
 }
 
 }  // namespace
@@ -64,19 +63,6 @@ Terminal::~Terminal() {
 #else
 Terminal::~Terminal() = default;
 #endif
-
-std::string Terminal::ReadInput() {
-  std::string bytes;
-  constexpr std::size_t piece = 1U << 16U;
-  constexpr std::size_t largest = std::size_t{256} << 20U;
-  std::string buffer(piece, '\0');
-  while (const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), stdin)) {
-    bytes.append(buffer, 0, got);
-    if (bytes.size() > largest) throw Failure(ExitCode::File, "the standard input is larger than 256 MB");
-  }
-  if (std::ferror(stdin) != 0) throw Failure(ExitCode::File, "the standard input cannot be read");
-  return bytes;
-}
 
 void Terminal::Write(std::string_view text) {
   if (outputIsTerminal_) {

@@ -13,20 +13,17 @@ class Terminal {
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
 
-  /// Whether colours may be used: on a terminal, unless NO_COLOR asks for none.
+  /// Whether colours may be used: on a terminal, unless NO_COLOR is set.
   bool coloured() const { return coloured_; }
 
-  /// All that comes on the standard input.
-  std::string ReadInput();
-
-  /// Writes text to the standard output. On a terminal, control characters are made visible, so that what a
-  /// library holds cannot command it.
+  /// Writes text to the standard output. On a terminal, control characters are replaced, so that text in a
+  /// library cannot control it.
   void Write(std::string_view text);
   /// Writes the program's own text and colours.
   void WriteOwn(std::string_view text) { WriteBytes(text); }
   /// Writes bytes as they are.
   void WriteBytes(std::string_view bytes);
-  /// Writes what is still to be written; throws a Failure when not all of it could be.
+  /// Writes what is buffered; throws a Failure if that fails.
   void Flush();
 
   /// A line on the standard error output, with the program's name before it.
@@ -36,7 +33,7 @@ class Terminal {
   bool outputIsTerminal_ = false;
   bool errorIsTerminal_ = false;
   bool coloured_ = false;
-  unsigned int previousCodePage_ = 0;  ///< Of the Windows console; 0 where there is none.
+  unsigned int previousCodePage_ = 0;  ///< Of the Windows console, or 0.
   std::string pending_;
 };
 

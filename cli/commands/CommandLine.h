@@ -3,13 +3,13 @@
 #include <string>
 #include <vector>
 
-#include "cli/ExitCode.h"
-#include "cli/Terminal.h"
-#include "cli/text/CodePage.h"
+#include "cli/system/CodePage.h"
+#include "cli/system/Failure.h"
+#include "cli/system/Terminal.h"
 
 namespace snip {
 
-/// Does what a command line asks for. `arguments` are UTF-8, without the program's own name.
+/// Runs a command line. `arguments` are UTF-8, without the program's name.
 ExitCode RunCommandLine(std::vector<std::string> arguments, Terminal& terminal, const CodePage& page);
 
 }  // namespace snip

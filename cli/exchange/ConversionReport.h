@@ -6,24 +6,24 @@
 
 namespace snip {
 
-/// What could not be carried over as it was.
+/// What could not be carried over unchanged.
 enum class Loss {
-  // The snippet was left out:
-  SameName,       ///< The library has another of that name.
+  // The snippet was skipped:
+  SameName,       ///< The library has another snippet of that name.
   NotHeld,        ///< A library cannot hold it.
-  Template,       ///< It has placeholders, and nobody said what to do with them.
+  Template,       ///< It has placeholders, and --templates was not given.
   OtherLanguage,  ///< It is not Visual Basic.
-  NoCode,         ///< It is no snippet: there is no code in it.
-  RepeatedKey,    ///< The file has the name again further down, which counts.
+  NoCode,         ///< It has no code.
+  RepeatedKey,    ///< The file has the name again further down.
   NoRoom,         ///< The library is full.
   // The snippet was carried over, but:
-  Characters,     ///< Characters that the other side does not have became "?".
-  Attachment,     ///< The path of its attachment has no place.
-  LineEnds,       ///< A line end of another kind became an ordinary one.
-  LineEndBlanks,  ///< Blanks at line ends are not kept.
-  OtherFields,    ///< It has properties that a library has no place for.
+  Characters,     ///< Characters that the target cannot represent became "?".
+  Attachment,     ///< The target has no place for its attachment's path.
+  LineEnds,       ///< Unusual line ends became usual ones.
+  LineEndSpaces,  ///< Spaces at line ends are not kept.
+  OtherFields,    ///< A library has no place for its other properties.
   Placeholders,   ///< Placeholders became their default texts.
-  Renamed,        ///< The name had to be made another.
+  Renamed,        ///< The name was changed.
 };
 
 struct LossNote {
@@ -33,25 +33,24 @@ struct LossNote {
   std::string detail;     ///< UTF-8; may be empty.
 };
 
-/// What came of carrying snippets from one place to another.
-class Outcome {
+/// The result of converting snippets between a library and another format.
+class ConversionReport {
  public:
   std::size_t carried = 0;       ///< Snippets that were carried over, with or without a loss.
-  std::size_t alreadyThere = 0;  ///< Snippets that the library had, the same in all texts.
+  std::size_t alreadyThere = 0;  ///< Snippets that the library had already, the same in all texts.
 
-  /// Notes a loss; none for a count of 0.
+  /// Notes a loss, unless the count is 0.
   void Note(Loss loss, const std::string& snippet, std::size_t count = 1, std::string detail = {});
 
   const std::vector<LossNote>& notes() const { return notes_; }
   std::size_t CountOf(Loss loss) const;
   std::size_t leftOut() const;
-  bool LosesText() const { return CountOf(Loss::Characters) > 0; }
 
  private:
   std::vector<LossNote> notes_;
 };
 
-/// Whether a snippet with that loss was left out.
+/// Whether a snippet with that loss was skipped.
 bool IsLeftOut(Loss loss);
 /// A word for scripts, such as "same-name".
 std::string LossKey(Loss loss);

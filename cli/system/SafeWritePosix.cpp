@@ -8,9 +8,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "cli/Failure.h"
-#include "cli/files/Paths.h"
-#include "cli/files/SafeWrite.h"
+#include "cli/system/Failure.h"
+#include "cli/system/Files.h"
+#include "cli/system/SafeWrite.h"
 
 namespace snip {
 namespace {
@@ -19,7 +19,7 @@ namespace {
   throw Failure(ExitCode::File, ToUtf8(ToPath(path)) + ": cannot be written: " + std::strerror(errno));
 }
 
-/// A file under a name of its own beside another; deleted unless it took another name.
+/// A new file in the folder of another; deleted unless it is released.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::string& beside)
@@ -58,7 +58,7 @@ bool WriteAll(int file, std::string_view bytes) {
   return fsync(file) == 0;
 }
 
-/// Gives the file its name if nothing has it yet.
+/// Renames the file, unless the name is taken.
 bool TakeFreeName(const std::string& from, const std::string& to) {
   if (link(from.c_str(), to.c_str()) == 0) return unlink(from.c_str()) == 0;
   const bool noHardLinks = errno == EPERM || errno == EOPNOTSUPP || errno == ENOSYS;
@@ -72,26 +72,26 @@ void WriteFileSafely(const std::string& path, std::string_view bytes, Existing e
   const std::filesystem::path followed = std::filesystem::canonical(path, error);
   const bool exists = !error;
   if (exists && existing == Existing::Keep) {
-    throw Failure(ExitCode::Refused, ToUtf8(path) + ": exists already");
+    throw Failure(ExitCode::Refused, ToUtf8(path) + ": already exists");
   }
   const std::string target = exists ? followed.native() : path;
   struct stat old {};
   if (exists) {
     if (stat(target.c_str(), &old) != 0) ThrowLastError(path);
-    if (!S_ISREG(old.st_mode)) throw Failure(ExitCode::File, ToUtf8(path) + ": is no ordinary file");
-    // A file that may not be written is not to be replaced either, though the folder would allow it.
+    if (!S_ISREG(old.st_mode)) throw Failure(ExitCode::File, ToUtf8(path) + ": is not a regular file");
+    // Do not replace a read-only file, although the folder would allow it.
     if (access(target.c_str(), W_OK) != 0) ThrowLastError(path);
   }
   TemporaryFile temporary(target);
   if (!WriteAll(temporary.file(), bytes)) ThrowLastError(path);
-  // Only the superuser can give a file away; everyone else's files stay their own. That comes before the
-  // mode, some bits of which it takes away.
+  // Only the superuser can change the owner; for others the error is expected. The owner comes before the
+  // mode, because changing the owner clears bits of the mode.
   if (exists && fchown(temporary.file(), old.st_uid, old.st_gid) != 0 && errno != EPERM) ThrowLastError(path);
   if (fchmod(temporary.file(), exists ? old.st_mode & 07777U : ModeOfNewFiles()) != 0) ThrowLastError(path);
   const bool placed = exists ? std::rename(temporary.path().c_str(), target.c_str()) == 0
                              : TakeFreeName(temporary.path(), target);
   if (!placed) {
-    if (errno == EEXIST) throw Failure(ExitCode::Refused, ToUtf8(path) + ": exists already");
+    if (errno == EEXIST) throw Failure(ExitCode::Refused, ToUtf8(path) + ": already exists");
     ThrowLastError(path);
   }
   temporary.Release();

@@ -5,9 +5,9 @@
 #include <limits>
 #include <utility>
 
-#include "cli/Failure.h"
-#include "cli/files/Paths.h"
-#include "cli/files/SafeWrite.h"
+#include "cli/system/Failure.h"
+#include "cli/system/Files.h"
+#include "cli/system/SafeWrite.h"
 #include "platform/Handle.h"
 
 namespace snip {
@@ -16,12 +16,12 @@ namespace {
 [[noreturn]] void ThrowLastError(const std::string& path) {
   const DWORD error = GetLastError();
   if (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS) {
-    throw Failure(ExitCode::Refused, path + ": exists already");
+    throw Failure(ExitCode::Refused, path + ": already exists");
   }
   throw Failure(ExitCode::File, path + ": cannot be written (error " + std::to_string(error) + ")");
 }
 
-/// A file under a name of its own beside another; deleted unless it took another name.
+/// A new file in the folder of another; deleted unless it is released.
 class TemporaryFile {
  public:
   explicit TemporaryFile(const std::filesystem::path& beside) {
@@ -58,8 +58,8 @@ bool WriteAll(const std::wstring& path, std::string_view bytes) {
 
 using FinalPathFunction = DWORD WINAPI(HANDLE file, LPWSTR path, DWORD size, DWORD flags);
 
-/// Where symbolic links lead; the path itself where the file does not exist, or on systems that have no such
-/// links.
+/// The file that a symbolic link refers to; the path itself if the file does not exist, or on systems that
+/// have no such links.
 std::filesystem::path Followed(const std::filesystem::path& path) {
   const UniqueFile file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -80,12 +80,11 @@ std::filesystem::path Followed(const std::filesystem::path& path) {
 void WriteFileSafely(const std::string& path, std::string_view bytes, Existing existing) {
   const std::filesystem::path named = ToPath(path);
   const bool exists = GetFileAttributesW(named.c_str()) != INVALID_FILE_ATTRIBUTES;
-  if (exists && existing == Existing::Keep) throw Failure(ExitCode::Refused, path + ": exists already");
+  if (exists && existing == Existing::Keep) throw Failure(ExitCode::Refused, path + ": already exists");
   const std::filesystem::path target = exists ? Followed(named) : named;
   TemporaryFile temporary(target);
   if (temporary.path().empty() || !WriteAll(temporary.path(), bytes)) ThrowLastError(path);
-  // The one call keeps what belongs to the old file, its attributes and access rights; the other takes a free
-  // name.
+  // ReplaceFile keeps the old file's attributes and access rights; MoveFileEx fails if the name is taken.
   const BOOL placed = exists ? ReplaceFileW(target.c_str(), temporary.path().c_str(), nullptr,
                                             REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)
                              : MoveFileExW(temporary.path().c_str(), target.c_str(), MOVEFILE_WRITE_THROUGH);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "cli/system/CodePage.h"
+
+namespace snip {
+
+/// The encoding of a text from outside. A byte order mark overrides all but `Ansi`.
+enum class Encoding {
+  Auto,  ///< UTF-8 if the bytes are valid UTF-8, else the library's code page.
+  Utf8,
+  Utf16,             ///< Little endian without a mark.
+  Ansi,              ///< The library's code page, byte for byte.
+  AnsiUnlessMarked,  ///< The library's code page.
+};
+
+/// Converts a text from outside to the library's code page; line ends stay as they are.
+AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage& page);
+
+/// A text with one kind of line end.
+struct ConvertedLines {
+  std::string text;
+  std::size_t changed = 0;  ///< Unusual line ends that were replaced.
+};
+
+/// Converts every line end, CR LF, LF or CR, to CR LF. The text's first line end is the usual kind.
+ConvertedLines WithCrLf(std::string_view text);
+
+/// Converts a library's text to UTF-8 with LF as line end. CR LF is the usual kind.
+ConvertedLines ToForeignText(std::string_view ansi, const CodePage& page);
+
+/// A file editor's line end after the last line is not part of the text.
+std::string_view WithoutLastLineEnd(std::string_view text);
+
+}  // namespace snip
