@@ -184,6 +184,21 @@ TEST_P(PaintEffectsTest, TransparentDrawsAMonochromeSourceInItsContextsColours) 
   EXPECT_EQ(canvas.Read(), Drawn({"dddd", "dsds"}));
 }
 
+TEST_P(PaintEffectsTest, TransparentChangesTheDestinationOnce) {
+  const Picture picture = BitmapPicture({"d..l", ".ld."});
+  const HDC recorder = CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr);
+  effects_.PaintTransparentStdPic(recorder, 0, 0, 4, 2, &picture, 0, 0, kMask);
+  const HENHMETAFILE record = CloseEnhMetaFile(recorder);
+  int copies = 0;
+  const auto count = [](HDC, HANDLETABLE*, const ENHMETARECORD* step, int, LPARAM counter) CALLBACK -> int {
+    if (step->iType == EMR_BITBLT || step->iType == EMR_STRETCHBLT) ++*reinterpret_cast<int*>(counter);
+    return 1;
+  };
+  EnumEnhMetaFile(nullptr, record, count, &copies, nullptr);
+  DeleteEnhMetaFile(record);
+  EXPECT_EQ(copies, 1);
+}
+
 TEST_P(PaintEffectsTest, AnIconKeepsItsTransparencyWhateverTheMaskColour) {
   const Picture picture = IconPicture({"d..l",  //
                                        ".ks.",  //

@@ -70,7 +70,8 @@ void ButtonPainter::DrawDisabledPicture(const Picture& picture, const Rect& area
     effects_.PaintDisabledStdPic2(dc_, area.left, area.top, area.width, area.height, &picture);
     return;
   }
-  // The system would take the mask colour for a part of the picture and draw a plain block.
+  // The system would draw all that is not white in one colour: a plain block, or without the mask colour a
+  // silhouette, in which a globe is a disc. The dark pixels keep the lines inside a picture.
   const MemoryDC source(picture.bitmap());
   const Picture dark(DarkPixels(source.get(), {0, 0}, picture.size(), nullptr, TranslateColor(mask)));
   effects_.PaintDisabledStdPic2(dc_, area.left, area.top, area.width, area.height, &dark);

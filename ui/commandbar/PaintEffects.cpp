@@ -54,6 +54,9 @@ void PaintEffects::PaintTransparentDC(HDC hdcDest, int xDest, int yDest, int wid
   if (width <= 0 || height <= 0) return;
   const HPALETTE palette = PaletteFor(hPal);
 
+  const Canvas background({width, height}, palette);
+  BitBlt(background.dc(), 0, 0, width, height, hdcDest, xDest, yDest, SRCCOPY);
+
   const Canvas image({width, height}, palette);
   SetBkColor(image.dc(), GetBkColor(hdcSrc));
   SetTextColor(image.dc(), GetTextColor(hdcSrc));
@@ -71,12 +74,10 @@ void PaintEffects::PaintTransparentDC(HDC hdcDest, int xDest, int yDest, int wid
   SetBkColor(image.dc(), kWhite);
   BitBlt(image.dc(), 0, 0, width, height, mask.get(), 0, 0, kDestinationAndNotSource);
 
-  const COLORREF textColor = SetTextColor(hdcDest, kBlack);
-  const COLORREF backColor = SetBkColor(hdcDest, kWhite);
-  BitBlt(hdcDest, xDest, yDest, width, height, mask.get(), 0, 0, SRCAND);
-  BitBlt(hdcDest, xDest, yDest, width, height, image.dc(), 0, 0, SRCPAINT);
-  SetTextColor(hdcDest, textColor);
-  SetBkColor(hdcDest, backColor);
+  // The background's colours are black and white already, as those of every new device context.
+  BitBlt(background.dc(), 0, 0, width, height, mask.get(), 0, 0, SRCAND);
+  BitBlt(background.dc(), 0, 0, width, height, image.dc(), 0, 0, SRCPAINT);
+  BitBlt(hdcDest, xDest, yDest, width, height, background.dc(), 0, 0, SRCCOPY);
 }
 
 void PaintEffects::PaintTransparentStdPic(HDC hdcDest, int xDest, int yDest, int width, int height,

@@ -33,8 +33,8 @@ class PaintEffects {
   void PaintNormalStdPic(HDC hdcDest, int xDest, int yDest, int width, int height, const Picture* picSource,
                          int xSrc, int ySrc, HPALETTE hPal = nullptr) const;
 
-  /// The image without its pixels of the mask colour. It is put together in the destination, which should lie
-  /// off the screen.
+  /// The image without its pixels of the mask colour. The destination changes once, so that it may be the
+  /// screen.
   void PaintTransparentDC(HDC hdcDest, int xDest, int yDest, int width, int height, HDC hdcSrc, int xSrc,
                           int ySrc, OLE_COLOR clrMask, HPALETTE hPal = nullptr) const;
   void PaintTransparentStdPic(HDC hdcDest, int xDest, int yDest, int width, int height,
