@@ -206,8 +206,8 @@ void MainWindowUser::ClickButton(int bar, const std::string& name) {
 
 void MainWindowUser::ClickArrow() const {
   const AccessibleClient bar(Control(frmAddIn::kMainBarId));
-  const Rect place = bar.Children()[MainButton::kOutput].place;
-  ClickBar(frmAddIn::kMainBarId, {place.right() - 4, place.top + place.height / 2});
+  const Rect place = bar.Children()[MainButton::kOutput + 1].place;
+  ClickBar(frmAddIn::kMainBarId, {place.left + 4, place.top + place.height / 2});
 }
 
 /// Clicks a place of the screen on a toolbar once the button there has found the pointer over it.

@@ -172,7 +172,8 @@ class ScriptedBar {
       const std::string key = text();
       Run(input_.AccessKeyPress(static_cast<std::int16_t>(key.size() == 1 ? key[0] : std::stoi(key))));
     } else if (verb == "act") {
-      Run(input_.DoDefaultAction(number()));
+      const int index = number();
+      Run(input_.DoDefaultAction(index, static_cast<ButtonPart>(number())));
     } else if (verb == "run" || verb == "design") {
       Run(input_.Show(verb == "run"));
     } else if (verb == "freeze") {
@@ -581,7 +582,8 @@ TEST(CommandBarInput, OpenMenus) {
       " MouseLeave 0, paint 0 raised|sunken, MouseHover 0, paint 0 flat|sunken, MouseLeave 0,"
       " paint 1 raised, MouseHover 1, paint 0 flat"
       "\npressed -> -1\ntick 10 -> paint 1 flat, MouseLeave 1, paint 0 raised, MouseHover 0";
-  const std::string frozen = "\ntick 10; on Dropdown 0: freeze\ndown 10 -> " + pressed + "\nthaw -> paint bar";
+  const std::string frozen =
+      "\ntick 10; on Dropdown 0: freeze\ndown 10 -> " + pressed + "\nthaw -> paint bar";
   const std::string thawed =
       "\ntick 10; freeze; on Dropdown 0: thaw\ndown 10 -> " + pressed + ", paint bar, paint 0 flat";
   const std::string removed = "\ntick 10; on Dropdown 0: remove 0\ndown 10 -> " + pressed;
@@ -629,6 +631,7 @@ TEST(CommandBarInput, AccessKeysAndDefaultActions) {
        state 3 -> 0
        set 4 2; act 4 -> click sound, paint 4 flat, ButtonClicked 4
        state 4 -> 0
+       act 4 2 -> paint 4 flat|sunken, Dropdown 4, paint 4 flat
        tick 10; act 0 -> click sound, paint 0 raised, ButtonClicked 0
        quiet; act 1 -> paint 1 flat, ButtonClicked 1)";
   Play({

@@ -493,16 +493,18 @@ TEST_F(BnCommandBarTest, AtDesignTimeNoButtonsShow) {
 TEST_F(BnCommandBarTest, AScreenReaderReadsAndPressesTheButtons) {
   const ComApartment apartment;
   bar_.SetState(kToggle, 1);
+  bar_.SetShortcut(kDropDown, ButtonPart::Push, "Ctrl+Enter");
   const ProgramResult listed = RunClientProgram(bar_.hWnd());
   ASSERT_EQ(listed.exitCode, 0U) << listed.output;
   // Number, name, role, state, shortcut and default action; the place follows.
   const std::vector<std::string> expected = {"1|Push me|role 43|state 0|Alt+P|Press|",
                                              "2|Menu|role 57|state 40000000|Alt+M|Open|",
                                              "3|Toggle|role 44|state 18|Alt+T|Uncheck|",
-                                             "4|Drop|role 56|state 40000000|Alt+D|Press|",
-                                             "5||role 21|state 0|||",
-                                             "6|Off|role 43|state 1|Alt+O||",
-                                             "7|Text|role 43|state 0|Alt+X|Press|"};
+                                             "4|Drop|role 43|state 0|Ctrl+Enter|Press|",
+                                             "5|Drop menu|role 56|state 40000000|Alt+D|Open|",
+                                             "6||role 21|state 0|||",
+                                             "7|Off|role 43|state 1|Alt+O||",
+                                             "8|Text|role 43|state 0|Alt+X|Press|"};
   std::istringstream lines(listed.output);
   std::string line;
   for (const std::string& start : expected) {
@@ -521,6 +523,8 @@ TEST_F(BnCommandBarTest, AScreenReaderReadsAndPressesTheButtons) {
   EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Toggle").exitCode, 0U);
   ASSERT_TRUE(Logged("click 2"));
   EXPECT_EQ(bar_.state(kToggle), 0);
+  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Drop menu").exitCode, 0U);
+  EXPECT_TRUE(Logged("dropdown 3"));
   EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Off").exitCode, 1U);
 }
 

@@ -499,8 +499,13 @@ TEST_F(MainWindowTest, AFirstStartHasTheDesignsPlaceAndSettings) {
               (Size{10800, 7200}));
     EXPECT_EQ(GetWindowLongA(window_.hWnd(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
     const auto buttons = AccessibleClient(Control(frmAddIn::kMainBarId)).Children();
-    ASSERT_EQ(buttons.size(), 16U);
-    EXPECT_FALSE(buttons[11].Has(STATE_SYSTEM_PRESSED));
+    ASSERT_EQ(buttons.size(), 17U);
+    EXPECT_FALSE(buttons[12].Has(STATE_SYSTEM_PRESSED));
+    std::string keys;
+    for (const AccessibleChild& button : buttons) keys += button.shortcut + ' ';
+    EXPECT_EQ(keys,
+              "Ctrl+Shift+N Ctrl+S Shift+F2  Ctrl+Enter Ctrl+Shift+Enter  Ctrl+N Ctrl+E   F9 Ctrl+T  "
+              "F1 Ctrl+F1  ");
     const auto editButtons = AccessibleClient(Control(frmAddIn::kEditBarId)).Children();
     ASSERT_EQ(editButtons.size(), 3U);
     EXPECT_TRUE(editButtons[2].Has(STATE_SYSTEM_PRESSED));

@@ -136,7 +136,12 @@ int BnCommandBar::NextButtonX() const {
 void BnCommandBar::SetCaption(int index, const std::string& caption) {
   if (buttons_.Find(index) == nullptr) return;
   if (Apply(buttons_.SetCaption(index, caption, Metrics())))
-    accessible_.Notify(EVENT_OBJECT_NAMECHANGE, index);
+    accessible_.Notify(EVENT_OBJECT_NAMECHANGE, accessibleItems_.ItemOf(index));
+}
+
+std::string BnCommandBar::Shortcut(int index, ButtonPart part) const {
+  const auto found = shortcuts_.find({buttons_.IdOf(index), part});
+  return found == shortcuts_.end() ? std::string() : found->second;
 }
 
 void BnCommandBar::SetGrayed(int index, bool grayed) {
@@ -328,14 +333,14 @@ bool BnCommandBar::PropertyChanged(const char* name) {
   return Call(events_.PropertyChanged, name);
 }
 
-/// Tells assistive programs of every button whose state is another than the one they were told last.
+/// Tells assistive programs of every item whose state is another than the one they were told last.
 void BnCommandBar::AnnounceStates() {
-  for (int index = 0; index < buttons_.Count(); ++index) {
-    const LONG state = accessibleItems_.DescribeItem(index).state;
-    const auto [announced, isNew] = announcedStates_.try_emplace(buttons_.IdOf(index), state);
+  for (int item = 0; item < accessibleItems_.AccessibleCount(); ++item) {
+    const LONG state = accessibleItems_.DescribeItem(item).state;
+    const auto [announced, isNew] = announcedStates_.try_emplace(accessibleItems_.IdOf(item), state);
     if (isNew || announced->second == state) continue;
     announced->second = state;
-    accessible_.Notify(EVENT_OBJECT_STATECHANGE, index);
+    accessible_.Notify(EVENT_OBJECT_STATECHANGE, item);
   }
 }
 

@@ -99,6 +99,12 @@ class BnCommandBar : public Window {
   void SetState(int index, std::int32_t state);
   std::string Caption(int index) const { return buttons_.Caption(index); }
   void SetCaption(int index, const std::string& caption);
+  /// The keys that the container has given a button's part, as a person reads them ("Ctrl+S"), to be told by
+  /// assistive programs.
+  void SetShortcut(int index, ButtonPart part, const std::string& keys) {
+    shortcuts_[{buttons_.IdOf(index), part}] = keys;
+  }
+  std::string Shortcut(int index, ButtonPart part) const;
   PictureRef ButtonPicture(int index) const { return buttons_.Picture(index); }
   /// Nothing is drawn until the button is redrawn.
   void SetPicture(int index, PictureRef picture) { buttons_.SetPicture(index, std::move(picture)); }
@@ -140,8 +146,10 @@ class BnCommandBar : public Window {
   /// message loop sees. It is compared as it is with the keys, which are lower-case letters. False when no
   /// button has it.
   bool AccessKeyPress(char key);
-  /// Does what a click on the button would; for assistive programs.
-  void DoDefaultAction(int index) { Apply(input_.DoDefaultAction(index)); }
+  /// Does what a click on the button's part would; for assistive programs.
+  void DoDefaultAction(int index, ButtonPart part = ButtonPart::Push) {
+    Apply(input_.DoDefaultAction(index, part));
+  }
 
   /// The bar's device context, the same for its whole life; it needs no release.
   HDC hDC() const { return GetDC(hWnd()); }
@@ -198,8 +206,9 @@ class BnCommandBar : public Window {
   AccessibleList accessible_{*this, accessibleItems_};
   int lineHeight_ = 0;
   PointerQuery look_;
-  bool showsTip_ = false;                     ///< The tip that is up is this bar's.
-  std::map<ButtonId, LONG> announcedStates_;  ///< What assistive programs were last told of each button.
+  bool showsTip_ = false;                                         ///< The tip that is up is this bar's.
+  std::map<CommandBarAccessible::PartId, LONG> announcedStates_;  ///< What assistive programs were told last.
+  std::map<CommandBarAccessible::PartId, std::string> shortcuts_;
   /// Those of `events_` that a drag raises; it may outlast the bar and is given up then.
   std::shared_ptr<const OleDragEvents> dragEvents_ =
       std::make_shared<const OleDragEvents>(OleDragEvents{.OLEStartDrag = events_.OLEStartDrag,

@@ -241,13 +241,13 @@ BarReaction CommandBarInput::AccessKeyPress(std::int16_t characterCode) {
   return reaction;
 }
 
-BarReaction CommandBarInput::DoDefaultAction(int index) {
+BarReaction CommandBarInput::DoDefaultAction(int index, ButtonPart part) {
   BarReaction reaction;
   const BarButton* button = buttons_.Find(index);
   if (!runMode_ || button == nullptr || !button->Enabled || button->Is(ButtonType::Separator))
     return reaction;
-  if (button->Is(ButtonType::Menu)) {
-    OpenDropdown({button->Id, ButtonPart::Push, true}, reaction);
+  if (button->Is(ButtonType::Menu) || part == ButtonPart::Arrow) {
+    OpenDropdown({button->Id, part, true}, reaction);
     return reaction;
   }
   PlayClick(reaction);

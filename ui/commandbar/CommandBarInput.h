@@ -55,8 +55,8 @@ class CommandBarInput {
   BarReaction AccessKeyPress(std::int16_t characterCode);
 
   /// What a click on the button would do, for assistive programs: sounds, flips a toggle button, raises
-  /// `ButtonClicked` (or `Dropdown` of a menu button), but no mouse events. Needs no hovering.
-  BarReaction DoDefaultAction(int index);
+  /// `ButtonClicked` (or `Dropdown` of a menu button or an arrow), but no mouse events. Needs no hovering.
+  BarReaction DoDefaultAction(int index, ButtonPart part = ButtonPart::Push);
 
   /// While frozen the bar does not follow the mouse, and a button whose menu was open keeps the look it has.
   BarReaction Freeze();

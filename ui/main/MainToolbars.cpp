@@ -6,6 +6,7 @@
 
 #include "resources/resource.h"
 #include "ui/commandbar/Picture.h"
+#include "ui/main/MainWindowKeys.h"
 
 namespace snip {
 namespace {
@@ -49,12 +50,16 @@ constexpr std::array kOutputModes{
     OutputMode{kCreateNewModule, IDB_NEW_MODULE},
 };
 
-void Fill(BnCommandBar& bar, std::span<const Button> buttons, DisplayType display, Size pictureSize) {
+/// The first button has the command `firstCommand`, and so on.
+void Fill(BnCommandBar& bar, std::span<const Button> buttons, int firstCommand, DisplayType display,
+          Size pictureSize) {
   while (bar.ButtonCount() > 0) bar.RemoveButton(0);  // those of the window's last time
   for (const Button& button : buttons) {
     const PictureRef picture =
         button.picture != 0 ? Picture::FromResource(button.picture, pictureSize) : nullptr;
     bar.AddButton(button.caption, picture, button.type, display);
+    const int index = bar.ButtonCount() - 1;
+    bar.SetShortcut(index, ButtonPart::Push, KeysOf(firstCommand + index));
   }
 }
 
@@ -66,11 +71,12 @@ const OutputMode& OutputModeAt(int index) {
 }
 
 void FillMainToolbar(BnCommandBar& cmd, Size pictureSize) {
-  Fill(cmd, kMainButtons, DisplayType::Picture, pictureSize);
+  Fill(cmd, kMainButtons, Command::kMainButton, DisplayType::Picture, pictureSize);
+  cmd.SetShortcut(MainButton::kOutput, ButtonPart::Arrow, KeysOf(Command::kOutputMenu));
 }
 
 void FillEditToolbar(BnCommandBar& cmdEdit, Size pictureSize) {
-  Fill(cmdEdit, kEditButtons, DisplayType::PictureAndCaption, pictureSize);
+  Fill(cmdEdit, kEditButtons, Command::kEditButton, DisplayType::PictureAndCaption, pictureSize);
 }
 
 void GrayLibraryButtons(BnCommandBar& cmd, bool grayed) {

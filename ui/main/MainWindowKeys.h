@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "platform/Handle.h"
 #include "ui/main/MainToolbars.h"
 
@@ -35,5 +37,8 @@ enum : int {
 
 /// The keys that do the same wherever the focus is.
 UniqueAccelerators MakeAccelerators();
+
+/// The keys of a command that is a button's or the output menu's, as a person reads them; empty without any.
+std::string KeysOf(int command);
 
 }  // namespace snip
