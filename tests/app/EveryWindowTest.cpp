@@ -17,12 +17,6 @@ BOOL CALLBACK AddVisible(HWND window, LPARAM windows) {
   return TRUE;
 }
 
-std::string ClassOf(HWND window) {
-  char name[64]{};
-  GetClassNameA(window, name, sizeof name);
-  return name;
-}
-
 /// Whether a window has nothing to say: lines and pictures, and the field of a combo box, which has its name.
 bool IsSilent(HWND part) {
   return (ClassOf(part) == "Static" && WindowText(part).empty()) || ClassOf(GetParent(part)) == "ComboBox";
@@ -38,7 +32,7 @@ std::string NameOf(HWND part) {
   return AccessibleClient(part).Child(CHILDID_SELF).name;
 }
 
-class EveryWindow : public MainWindowUser {
+class EveryWindow : public MainWindowFixture {
  protected:
   void SetUp() override {
     WriteLibrary("Numbers", {"one", kLongName, "three"});

@@ -2,7 +2,7 @@
 
 #include <shlwapi.h>
 
-#include <cstdlib>
+#include <algorithm>
 #include <stdexcept>
 
 #include "library/BnsFormat.h"
@@ -21,46 +21,30 @@ std::string KeyOf(const std::string& section) {
   return "Software\\Brennic\\BnSnipstore\\2.0\\" + section;
 }
 
-struct ClassSearch {
-  const char* className;
-  HWND found;
-};
+// Between processes Wine translates the texts of lists only when they are asked for as wide characters.
 
-BOOL CALLBACK CompareClass(HWND window, LPARAM parameter) {
-  auto& search = *reinterpret_cast<ClassSearch*>(parameter);
-  char name[64]{};
-  GetClassNameA(window, name, sizeof name);
-  if (IsWindowVisible(window) == 0 || lstrcmpiA(name, search.className) != 0) return TRUE;
-  search.found = window;
-  return FALSE;
-}
-
-HWND FindVisibleOfClass(const char* className) {
-  ClassSearch search{className, nullptr};
-  EnumWindows(&CompareClass, reinterpret_cast<LPARAM>(&search));
-  return search.found;
-}
-
-// Wine translates a list's texts between processes only when they are asked for as wide characters.
-
-std::string RowText(HWND list, int row) {
-  const LRESULT length = SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(row), 0);
-  if (length < 0) return {};
-  std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
-  SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(wide.data()));
-  const int size = WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
-  std::string text(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, text.data(), size, nullptr, nullptr);
-  text.pop_back();
+std::string FromWide(const std::wstring& wide) {
+  std::string text(wide.size(), '\0');
+  const int size = WideCharToMultiByte(CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), text.data(),
+                                       static_cast<int>(text.size()), nullptr, nullptr);
+  text.resize(static_cast<std::size_t>(size));
   return text;
 }
 
-int RowOf(HWND list, const std::string& text) {
-  const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
-  for (int row = 0; row < count; ++row) {
-    if (RowText(list, row) == text) return row;
+Names TextsIn(HWND list, UINT countMessage, UINT lengthMessage, UINT textMessage) {
+  Names texts;
+  const LRESULT count = SendMessageW(list, countMessage, 0, 0);
+  for (WPARAM row = 0; static_cast<LRESULT>(row) < count; ++row) {
+    std::wstring wide(static_cast<std::size_t>(SendMessageW(list, lengthMessage, row, 0)) + 1, L'\0');
+    SendMessageW(list, textMessage, row, reinterpret_cast<LPARAM>(wide.data()));
+    wide.pop_back();
+    texts.push_back(FromWide(wide));
   }
-  throw std::runtime_error("no row " + text);
+  return texts;
+}
+
+void Need(bool condition, const std::string& what) {
+  if (!condition) throw std::runtime_error(what);
 }
 
 AccessibleChild ChildNamed(HWND window, const std::string& name) {
@@ -119,14 +103,15 @@ std::string MainWindowUser::Setting(const std::string& section, const std::strin
 void MainWindowUser::Open() {
   program_.Start();
   window_ = program_.MainWindow();
-  ASSERT_NE(window_, nullptr);
-  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_) && (Selected() == 0 || !Prompt().empty()); }));
+  Need(window_ != nullptr &&
+           WaitUntil([&] { return IsForeground(window_) && (Selected() == 0 || !Prompt().empty()); }),
+       "the main window does not come up");
 }
 
 void MainWindowUser::Close() {
   PostMessageA(window_, WM_CLOSE, 0, 0);
-  ASSERT_TRUE(program_.WaitForEnd()) << Prompt();
-  ASSERT_EQ(program_.ExitCode(), 0U);
+  Need(program_.WaitForEnd(), "the program does not end: " + Prompt());
+  Need(program_.ExitCode() == 0, "the program ended with an error");
 }
 
 HWND MainWindowUser::List() const {
@@ -153,10 +138,11 @@ int MainWindowUser::Selected() const {
 }
 
 Names MainWindowUser::Rows() const {
-  Names rows;
-  const LRESULT count = SendMessageA(List(), LB_GETCOUNT, 0, 0);
-  for (int row = 0; row < count; ++row) rows.push_back(RowText(List(), row));
-  return rows;
+  return TextsIn(List(), LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT);
+}
+
+Names MainWindowUser::Libraries() const {
+  return TextsIn(Files(), CB_GETCOUNT, CB_GETLBTEXTLEN, CB_GETLBTEXT);
 }
 
 bool MainWindowUser::CodeLocked() const {
@@ -191,17 +177,29 @@ Rect MainWindowUser::Place(HWND window) {
           static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
 }
 
-void MainWindowUser::ClickRow(int row, int times, MouseButton button) const {
+POINT MainWindowUser::Aside(POINT place) {
+  clicksAside_ = !clicksAside_;
+  return {clicksAside_ ? place.x + 2 * GetSystemMetrics(SM_CXDOUBLECLK) : place.x, place.y};
+}
+
+void MainWindowUser::ClickRow(int row, int times, MouseButton button) {
   RECT place{};
-  SendMessageA(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
-  ClickAt(List(), {place.left + 20, (place.top + place.bottom) / 2}, times, button);
+  RECT client{};
+  GetClientRect(List(), &client);
+  const auto find = [&] {
+    SendMessageA(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
+  };
+  find();
+  if (place.top < client.top || place.bottom > client.bottom) {
+    SendMessageA(List(), LB_SETTOPINDEX, static_cast<WPARAM>(row), 0);
+    find();
+  }
+  ClickAt(List(), Aside({place.left + 5, (place.top + place.bottom) / 2}), times, button);
 }
 
 void MainWindowUser::ClickButton(int bar, const std::string& name) {
   const Rect place = Button(bar, name).place;
-  // Two clicks in the same place would be a double click.
-  const int aside = ++buttonClicks_ % 2 == 0 ? -4 : 4;
-  ClickBar(bar, {place.left + 10 + aside, place.top + place.height / 2});
+  ClickBar(bar, Aside({place.left + 6, place.top + place.height / 2}));
 }
 
 void MainWindowUser::ClickArrow() const {
@@ -249,37 +247,43 @@ void MainWindowUser::ClickItem(const std::string& menu, const std::string& item)
 
 void MainWindowUser::ChooseLibrary(const std::string& entry) const {
   ClickCentre(Files());
+  ChooseFromOpenList(entry);
+}
+
+void MainWindowUser::ChooseFromOpenList(const std::string& entry) const {
   HWND list = nullptr;
   WaitUntil([&] { return (list = FindVisibleOfClass("ComboLBox")) != nullptr; });
+  const Names entries = Libraries();
+  const auto found = std::find(entries.begin(), entries.end(), entry);
+  Need(list != nullptr && found != entries.end(), "no library " + entry);
   RECT place{};
-  SendMessageA(list, LB_GETITEMRECT, static_cast<WPARAM>(RowOf(list, entry)),
+  SendMessageA(list, LB_GETITEMRECT, static_cast<WPARAM>(found - entries.begin()),
                reinterpret_cast<LPARAM>(&place));
   ClickAt(list, {place.left + 20, (place.top + place.bottom) / 2});
 }
 
 void MainWindowUser::Answer(const std::string& prompt, int button) const {
-  ASSERT_TRUE(WaitUntil([&] { return Prompt() == prompt; })) << "\"" << Prompt() << "\"";
+  Need(WaitUntil([&] { return Prompt() == prompt; }), "\"" + Prompt() + "\", not \"" + prompt + "\"");
   const HWND box = GetLastActivePopup(window_);
   ClickCentre(GetDlgItem(box, button));
-  ASSERT_TRUE(WaitUntil([&] { return IsWindow(box) == 0; }));
+  Need(WaitUntil([&] { return IsWindow(box) == 0; }), prompt + " stays open");
 }
 
 void MainWindowUser::ChooseFile(const std::string& title, const std::string& path) const {
   const HWND dialog = WaitForWindow(title);
-  ASSERT_NE(dialog, nullptr) << title;
-  ASSERT_TRUE(WaitUntil([&] { return IsForeground(dialog); }));
+  Need(WaitUntil([&] { return IsForeground(dialog); }), title + " does not come up");
   if (!path.empty()) {
     SendMessageA(GetDlgItem(dialog, kFileDialogName), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
   }
   PressKey(path.empty() ? VK_ESCAPE : VK_RETURN);
-  ASSERT_TRUE(WaitUntil([&] { return IsWindow(dialog) == 0; })) << title << " stays open";
-  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window_) && IsChild(window_, Focus()) != 0; }));
+  Need(WaitUntil([&] { return IsWindow(dialog) == 0; }), title + " stays open");
+  Need(WaitUntil([&] { return IsForeground(window_) && IsChild(window_, Focus()) != 0; }), "no focus");
 }
 
 void MainWindowUser::TypeOver(HWND field, const std::string& text) {
   PressKey('A', {VK_CONTROL});
   TypeText(text);
-  ASSERT_TRUE(WaitUntil([&] { return WindowText(field) == text; })) << WindowText(field);
+  Need(WaitUntil([&] { return WindowText(field) == text; }), WindowText(field) + ", not " + text);
 }
 
 void MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& end) const {
@@ -293,11 +297,12 @@ void MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& 
     const POINT moved{by.x * step / kSteps, by.y * step / kSteps};
     MovePointer({start.left + grip.x + moved.x, start.top + grip.y + moved.y});
     // Each for itself: the display may echo an earlier place after a later one.
-    ASSERT_TRUE(WaitUntil([&] {
+    const auto follows = [&] {
       const Rect now = Place(splitter);
       return now.left - start.left == (start.width < start.height ? moved.x : 0) &&
              now.top - start.top == (start.width < start.height ? 0 : moved.y);
-    }));
+    };
+    Need(WaitUntil(follows), "the splitter does not follow");
   }
   end();
 }

@@ -23,9 +23,9 @@ using Names = std::vector<std::string>;
 std::string ClipboardNow();
 
 /// Someone at the main window of the real program: sees what is on the screen, has a mouse and a keyboard,
-/// and can look at the files and the registry.
-class MainWindowUser : public testing::Test {
- protected:
+/// and can look at the files and the registry. What does not come as it should is a std::runtime_error.
+class MainWindowUser {
+ public:
   MainWindowUser();
 
   /// A library of snippets with these names; each has a description and a code that tell it.
@@ -50,6 +50,7 @@ class MainWindowUser : public testing::Test {
   HWND FileNameBox() const;
   int Selected() const;
   Names Rows() const;
+  Names Libraries() const;
   bool CodeLocked() const;
   HWND Focus() const;
   bool FocusComes(HWND control) const;
@@ -61,7 +62,7 @@ class MainWindowUser : public testing::Test {
   static Rect Place(HWND window);
 
   // What there is to be done.
-  void ClickRow(int row, int times = 1, MouseButton button = MouseButton::Left) const;
+  void ClickRow(int row, int times = 1, MouseButton button = MouseButton::Left);
   void ClickButton(int bar, const std::string& name);
   /// The arrow at the right of the output button.
   void ClickArrow() const;
@@ -69,6 +70,7 @@ class MainWindowUser : public testing::Test {
   static HWND Menu(const std::string& title);
   static void ClickItem(const std::string& menu, const std::string& item);
   void ChooseLibrary(const std::string& entry) const;
+  void ChooseFromOpenList(const std::string& entry) const;
   /// Waits for a message box of that prompt and clicks the button of that result.
   void Answer(const std::string& prompt, int button) const;
   /// Waits for one of the system's file dialogs and types a path; Escape when it is empty.
@@ -84,10 +86,16 @@ class MainWindowUser : public testing::Test {
   Program program_;
   HWND window_ = nullptr;
 
+ protected:
+  /// The place, or one beside it when the last click may have been there: two would be a double click.
+  POINT Aside(POINT place);
+
  private:
   void ClickBar(int bar, POINT screen) const;
 
-  int buttonClicks_ = 0;
+  bool clicksAside_ = false;
 };
+
+class MainWindowFixture : public testing::Test, protected MainWindowUser {};
 
 }  // namespace snip::test

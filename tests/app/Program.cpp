@@ -1,9 +1,12 @@
 #include "tests/app/Program.h"
 
+#include <psapi.h>
 #include <shlwapi.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
+#include <vector>
 
 #include "app/ComRegistration.h"
 #include "platform/Win32Text.h"
@@ -27,7 +30,51 @@ std::string ExecutablePath() {
   return named != nullptr ? named : ProgramDirectory() + "\\..\\BnSnipstore2.exe";
 }
 
+/// For systems where GetProcessHandleCount answers 0, as Wine's does: counts among all handles there are.
+DWORD HandlesOf(DWORD process) {
+  struct Entry {
+    ULONG process;
+    BYTE type;
+    BYTE flags;
+    USHORT handle;
+    void* object;
+    ULONG access;
+  };
+  constexpr int systemHandles = 16;
+  constexpr ULONG room = ULONG{1} << 22U;
+  using Query = LONG(WINAPI*)(int, void*, ULONG, ULONG*);
+  const auto query = reinterpret_cast<Query>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll"), "NtQuerySystemInformation")));
+  std::vector<char> buffer(room);
+  ULONG size = 0;
+  if (query == nullptr || query(systemHandles, buffer.data(), room, &size) != 0) return 0;
+  ULONG count = 0;
+  std::memcpy(&count, buffer.data(), sizeof count);
+  DWORD own = 0;
+  for (ULONG i = 0; i < count; ++i) {
+    Entry entry{};
+    std::memcpy(&entry, buffer.data() + alignof(Entry) + i * sizeof entry, sizeof entry);
+    if (entry.process == process) ++own;
+  }
+  return own;
+}
+
 }  // namespace
+
+ProcessUse UseOf(DWORD id) {
+  const UniqueFile process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, id));
+  ProcessUse use;
+  PROCESS_MEMORY_COUNTERS_EX memory{};
+  memory.cb = sizeof memory;
+  GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory), sizeof memory);
+  GetProcessHandleCount(process.get(), &use.handles);
+  if (use.handles == 0) use.handles = HandlesOf(id);
+  use.gdiObjects = GetGuiResources(process.get(), GR_GDIOBJECTS);
+  use.userObjects = GetGuiResources(process.get(), GR_USEROBJECTS);
+  use.workingSet = memory.WorkingSetSize;
+  use.privateBytes = memory.PagefileUsage;
+  return use;
+}
 
 Program::Program() {
   Forget();

@@ -9,6 +9,17 @@
 
 namespace snip::test {
 
+/// What a process holds. The working set and the private bytes are in bytes; Wine counts no GDI or USER
+/// objects.
+struct ProcessUse {
+  DWORD handles = 0;
+  DWORD gdiObjects = 0;
+  DWORD userObjects = 0;
+  std::size_t workingSet = 0;
+  std::size_t privateBytes = 0;
+};
+ProcessUse UseOf(DWORD process);
+
 /// The real executable in a folder of its own, with the registry and the add-in list as on a machine that has
 /// never seen it.
 class Program {

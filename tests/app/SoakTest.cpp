@@ -1,25 +1,33 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/Com.h"
 #include "tests/soak/SoakRun.h"
 
 namespace snip::test {
 namespace {
 
-TEST(Soak, AShortRunShowsNoDifference) {
-  constexpr std::size_t actions = 300;
-  constexpr std::uint32_t seed = 1;
+void Replays(const Script& script) {
   const ComApartment apartment;
-  const auto failure = Replay(RandomActions(actions, seed));
-  EXPECT_FALSE(failure) << "action " << failure->action << ": " << failure->difference << "run tools/soak "
-                        << actions << " " << seed << " for the shortest script";
+  const auto failure = Replay(script);
+  EXPECT_FALSE(failure) << (failure->line < script.size() ? script[failure->line] : "the end") << ": "
+                        << failure->difference;
 }
 
-TEST(Soak, TwoClicksOnARowAreNoDoubleClick) {
-  const ComApartment apartment;
-  const Action click{.kind = ActionKind::ClickRow, .real = true, .a = 1};
-  const auto failure = Replay({click, {.kind = ActionKind::SelectRow}, click});
-  EXPECT_FALSE(failure) << failure->difference;
+TEST(Soak, ScriptsShowNoDifference) {
+  int scripts = 0;
+  for (const auto& file : std::filesystem::directory_iterator(SNIPSTORE_SCRIPTS)) {
+    SCOPED_TRACE(file.path().filename().string());
+    ++scripts;
+    Replays(ReadScript(file.path().string()));
+  }
+  EXPECT_GT(scripts, 0);
+}
+
+TEST(Soak, AShortRunShowsNoDifference) {
+  constexpr std::uint32_t seed = 1;
+  Replays(RandomScript(200, seed));
 }
 
 }  // namespace

@@ -1,82 +1,73 @@
 #pragma once
 
-#include <windows.h>
-
 #include <functional>
 #include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "tests/app/Program.h"
-#include "tests/soak/SoakModel.h"
-#include "tests/support/AccessibleClient.h"
+#include "tests/app/MainWindowUser.h"
 
 namespace snip::test {
 
-/// What a process holds. The working set and the private bytes are in bytes; Wine counts no GDI or USER
-/// objects.
-struct ProcessUse {
-  DWORD handles = 0;
-  DWORD gdiObjects = 0;
-  DWORD userObjects = 0;
-  std::size_t workingSet = 0;
-  std::size_t privateBytes = 0;
+enum class Field { None, List, Code, Description, Name, FileName, Chooser };
+
+/// What can be seen of the program from outside.
+struct Shown {
+  Names rows;
+  int row = -1;
+  std::string code;
+  std::string description;
+  bool locked = true;
+  Names libraries;
+  int library = -1;
+  std::optional<std::string> nameBox{};      ///< Its text while it is visible.
+  std::optional<std::string> fileNameBox{};  ///< Its text while it is visible.
+  Field focus = Field::List;
+  bool disabled = false;  ///< What changes the library is grey.
+  bool onTop = false;
+  std::map<std::string, std::string> files{};  ///< The bytes of every library, by its path.
 };
-ProcessUse UseOf(DWORD process);
 
-/// Drives the real program in a folder of its own and compares what it shows, and its files, with the model
-/// after each gesture. Throws std::runtime_error with the difference. The thread must be a COM apartment.
-class SoakHands : public Hands {
+struct ExpectedDialog {
+  std::string text;  ///< The message, or the title of another dialog.
+  int answer = IDOK;
+  std::optional<std::string> typed{};  ///< Into its field, or the path for the system's file dialog.
+};
+
+/// Someone at the real program who is told what to do and what has to come of it. Throws std::runtime_error
+/// with the difference. The thread must be a COM apartment.
+class SoakHands : public MainWindowUser {
  public:
-  SoakHands();
+  /// Starts the program; dialogs come before its window.
+  void Start(const std::vector<ExpectedDialog>& dialogs);
+  void Act(const std::function<void()>& gesture, const std::vector<ExpectedDialog>& dialogs);
+  /// Waits until all input is dealt with, and compares; what is not there at once may come.
+  void Compare(const Shown& wanted);
+  void WaitForEnd();
 
-  void Watch(const SoakModel& model) { model_ = &model; }
-  /// Gets a line for each gesture.
-  void Trace(std::function<void(const std::string& line)> trace) { trace_ = std::move(trace); }
-
-  void Perform(const Gesture& gesture) override;
-  std::vector<std::string> Listing() override;
-
+  Names FilesIn(const std::string& folder) const;
+  void Click(Field field, int times = 1);
+  /// Selects what is between two places, counted as the field does, and types over it or deletes it.
+  void Replace(Field field, int from, int to, const std::string& text);
+  void Select(Field field, int from, int to) const;
+  void PressButton(int bar, const std::string& name) const;
+  void UseMenu(const std::string& item);
+  /// Moves a splitter by so many pixels.
+  void Split(bool columns, int by) const;
+  void SizeTo(bool maximises) const;
   ProcessUse Use() const { return UseOf(program_.Id()); }
+  const std::string& elsewhere() const { return elsewhere_.path(); }
 
  private:
-  void Do(const Gesture& gesture);
-  void Start();
-  void Type(const Gesture& gesture);
-  void GiveCommand(const Gesture& gesture);
-  static bool PressKeysOf(int command);
-  void ClickRow(const Gesture& gesture);
-  void Drag(const Gesture& gesture) const;
-  void Size(bool maximises) const;
-  void UseMenu(const Gesture& gesture);
   void Answer(const ExpectedDialog& expected);
   void Settle();
-  void WaitForInput() const;
-  void Compare();
-  Shown Look(bool thorough) const;
-  std::string FilesDifference() const;
-
-  LRESULT Ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
-  void Post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
-  std::string TextOf(HWND window) const;
+  std::string Difference(const Shown& wanted) const;
   HWND WindowOf(Field field) const;
-  HWND VisibleWindow(const char* className) const;
-  bool TakeForeground() const;
 
-  Program program_;
-  const SoakModel* model_ = nullptr;
-  std::function<void(const std::string&)> trace_;
-  std::map<Field, HWND> fields_;
-  std::map<int, std::unique_ptr<AccessibleClient>> bars_;  ///< By the bar's id.
-  HWND window_ = nullptr;
+  TemporaryFolder elsewhere_;
   HWND lastDialog_ = nullptr;
-  DWORD thread_ = 0;
   WPARAM token_ = 0;
-  int gestures_ = 0;
-  bool clicksFurtherRight_ = false;
-  Shown lastSeen_;
-  std::map<std::string, std::string> comparedFiles_;
 };
 
 }  // namespace snip::test

@@ -23,13 +23,21 @@ void Print(const char* when, const ProcessUse& use) {
         " GDI and " + std::to_string(use.userObjects) + " USER objects");
 }
 
+int ShowScript(const Script& script) {
+  const auto failure = Replay(script, {.trace = [](const std::string& line) { Print(line); }});
+  Print(failure ? failure->difference : "No difference");
+  return failure ? 1 : 0;
+}
+
 }  // namespace
 
-/// soak_test [ACTIONS [SEED]]
+/// soak_test [LINES [SEED]]: a random script; soak_test FILE: the script of that file
 int main(int count, char** arguments) {
   constexpr unsigned long defaultActions = 20000;
   constexpr std::size_t warmUp = 2000;
   constexpr unsigned shrinkSeconds = 600;
+  const snip::ComApartment apartment;
+  if (count == 2 && std::string(arguments[1]).ends_with(".txt")) return ShowScript(ReadScript(arguments[1]));
   const auto number = [&](int index, unsigned long otherwise) {
     return count > index ? std::strtoul(arguments[index], nullptr, 10) : otherwise;
   };
@@ -37,8 +45,7 @@ int main(int count, char** arguments) {
   const auto seed = static_cast<std::uint32_t>(number(2, GetTickCount()));
   Print(std::to_string(actions) + " actions, seed " + std::to_string(seed));
 
-  const snip::ComApartment apartment;
-  const std::vector<Action> script = RandomActions(actions, seed);
+  const Script script = RandomScript(actions, seed);
   Measurement measured;
   const DWORD start = GetTickCount();
   RunOptions options{.warmUpEnd = actions * 2 / 5 + warmUp};
@@ -54,15 +61,12 @@ int main(int count, char** arguments) {
     Print("At the end", measured.end);
     return 0;
   }
-  Print("Action " + std::to_string(failure->action) + " of seed " + std::to_string(seed) + " differs:\n" +
+  Print("Action " + std::to_string(failure->line) + " of seed " + std::to_string(seed) + " differs:\n" +
         failure->difference);
-  const auto end = script.begin() + static_cast<std::ptrdiff_t>(std::min(failure->action + 1, script.size()));
+  const auto end = script.begin() + static_cast<std::ptrdiff_t>(std::min(failure->line + 1, script.size()));
+  for (auto line = end - std::min<std::ptrdiff_t>(8, end - script.begin()); line != end; ++line) Print(*line);
   const auto shortest = Shrink({script.begin(), end}, shrinkSeconds);
   Print("Shortest script found:");
-  if (const auto again = Replay(shortest, {.trace = [](const std::string& line) { Print(line); }})) {
-    Print(again->difference);
-  } else {
-    Print("This time it showed no difference.");
-  }
+  ShowScript(shortest);
   return 1;
 }

@@ -3,15 +3,14 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "tests/soak/SoakAction.h"
-#include "tests/soak/SoakHands.h"
+#include "tests/app/Program.h"
+#include "tests/soak/SoakScript.h"
 
 namespace snip::test {
 
 struct Failure {
-  std::size_t action = 0;  ///< From 0.
+  std::size_t line = 0;  ///< From 0.
   std::string difference;
 };
 
@@ -21,7 +20,7 @@ struct Measurement {
 };
 
 struct RunOptions {
-  /// After which action the process counts as warmed up; it must not be ended later.
+  /// After which line the process counts as warmed up; it must not be ended later.
   std::size_t warmUpEnd = 0;
   std::function<void(const std::string& line)> trace{};
   std::function<void(std::size_t done)> progress{};
@@ -29,10 +28,10 @@ struct RunOptions {
 
 /// Carries a script out in a fresh folder until the program differs from the model; at the end the program
 /// must close by itself. `measured`, unless null, gets what the process held.
-std::optional<Failure> Replay(const std::vector<Action>& actions, const RunOptions& options = {},
+std::optional<Failure> Replay(const Script& script, const RunOptions& options = {},
                               Measurement* measured = nullptr);
 
 /// Takes away what a failing script fails without, replaying it anew each time, for at most `seconds`.
-std::vector<Action> Shrink(std::vector<Action> failing, unsigned seconds);
+Script Shrink(Script failing, unsigned seconds);
 
 }  // namespace snip::test

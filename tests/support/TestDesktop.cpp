@@ -29,19 +29,24 @@ INPUT MouseInput(DWORD flags, LONG x = 0, LONG y = 0) {
   return input;
 }
 
-struct TitleSearch {
-  const std::string& title;
+using WindowTest = std::function<bool(HWND)>;
+
+struct WindowSearch {
+  const WindowTest& fits;
   HWND found;
 };
 
-BOOL CALLBACK CompareTitle(HWND window, LPARAM parameter) {
-  auto& search = *reinterpret_cast<TitleSearch*>(parameter);
-  char text[256]{};
-  // Asked without a message, which a hanging program would not answer.
-  GetWindowTextA(window, text, sizeof text);
-  if (IsWindowVisible(window) == 0 || search.title != text) return TRUE;
+BOOL CALLBACK TryWindow(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<WindowSearch*>(parameter);
+  if (IsWindowVisible(window) == 0 || !search.fits(window)) return TRUE;
   search.found = window;
   return FALSE;
+}
+
+HWND FindVisible(const WindowTest& fits) {
+  WindowSearch search{fits, nullptr};
+  EnumWindows(&TryWindow, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 struct IdSearch {
@@ -53,12 +58,6 @@ BOOL CALLBACK CompareId(HWND child, LPARAM parameter) {
   auto& search = *reinterpret_cast<IdSearch*>(parameter);
   if (GetDlgCtrlID(child) == search.id) search.found = child;
   return search.found == nullptr ? TRUE : FALSE;
-}
-
-std::string ClassOf(HWND window) {
-  char name[64]{};
-  GetClassNameA(window, name, sizeof name);
-  return name;
 }
 
 void Send(std::vector<INPUT> inputs) {
@@ -87,10 +86,23 @@ bool WaitUntil(const std::function<bool()>& condition, int milliseconds,
   }
 }
 
+std::string ClassOf(HWND window) {
+  char name[64]{};
+  GetClassNameA(window, name, sizeof name);
+  return name;
+}
+
 HWND FindVisibleWindow(const std::string& title) {
-  TitleSearch search{title, nullptr};
-  EnumWindows(&CompareTitle, reinterpret_cast<LPARAM>(&search));
-  return search.found;
+  return FindVisible([&](HWND window) {
+    char text[256]{};
+    // Asked without a message, which a hanging program would not answer.
+    GetWindowTextA(window, text, sizeof text);
+    return title == text;
+  });
+}
+
+HWND FindVisibleOfClass(const std::string& className) {
+  return FindVisible([&](HWND window) { return lstrcmpiA(ClassOf(window).c_str(), className.c_str()) == 0; });
 }
 
 HWND FindControl(HWND window, int id) {

@@ -21,6 +21,8 @@ bool WaitUntil(
 /// The visible top-level window with exactly that title, or null when none came up in time.
 HWND WaitForWindow(const std::string& title, int milliseconds = 30000);
 HWND FindVisibleWindow(const std::string& title);
+HWND FindVisibleOfClass(const std::string& className);
+std::string ClassOf(HWND window);
 
 /// A window's control by its id, however deep it lies; null when there is none.
 HWND FindControl(HWND window, int id);

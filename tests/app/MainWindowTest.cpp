@@ -1,0 +1,559 @@
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <richedit.h>
+#include <shlobj.h>
+#include <shlwapi.h>
+
+#include "library/BnsFormat.h"
+#include "platform/Win32Text.h"
+#include "platform/Window.h"
+#include "tests/app/MainWindowUser.h"
+#include "ui/main/frmAddIn.h"
+
+// What only the whole program shows: every command of the main window by every way that leads to it, and what
+// lasts longer than one command. Sequences of edits, names and libraries are in scripts/.
+
+namespace snip::test {
+namespace {
+
+constexpr const char* kNoEnvironment = "No development environment is connected.";
+constexpr int kBar = frmAddIn::kMainBarId;
+constexpr int kEditBar = frmAddIn::kEditBarId;
+
+class MainWindowTest : public MainWindowFixture {
+ protected:
+  using Way = std::function<void()>;
+  struct NamedWay {
+    const char* name;
+    Way go;
+  };
+  struct Command {
+    const char* name;
+    std::vector<NamedWay> ways;
+    std::function<bool()> effect;
+    std::function<HWND()> focus = {};  ///< Where the focus is afterwards; anywhere when empty.
+    Way before = {};
+  };
+
+  Way Press(int bar, const char* button) {
+    return [=, this] { ClickButton(bar, button); };
+  }
+  Way Key(WORD key, std::initializer_list<WORD> held = {}) {
+    const std::vector<WORD> modifiers(held);
+    return [=] {
+      if (modifiers.empty()) PressKey(key);
+      if (modifiers.size() == 1) PressKey(key, {modifiers[0]});
+      if (modifiers.size() == 2) PressKey(key, {modifiers[0], modifiers[1]});
+    };
+  }
+  Way SnippetsItem(const char* item) {
+    return [=, this] { ClickRow(0, 1, MouseButton::Right), ClickItem("Snippets", item); };
+  }
+  Way OutputItem(const char* item) {
+    return [=, this] { ClickArrow(), ClickItem("Output", item); };
+  }
+  Way EditItem(const char* item) {
+    return [=, this] { ClickAt(Code(), {60, 40}, 1, MouseButton::Right), ClickItem("Edit", item); };
+  }
+
+  void Check(const std::vector<Command>& commands) {
+    for (const Command& command : commands) {
+      for (const NamedWay& way : command.ways) {
+        SCOPED_TRACE(std::string(command.name) + " by " + way.name);
+        WriteLibrary("Numbers", {"one", "two", "three"});
+        Open();
+        if (command.before) command.before();
+        try {
+          way.go();
+        } catch (const std::exception& error) {
+          ADD_FAILURE() << error.what();
+        }
+        EXPECT_TRUE(WaitUntil(command.effect));
+        if (command.focus) {
+          const HWND wanted = command.focus();
+          EXPECT_TRUE(FocusComes(wanted)) << GetDlgCtrlID(Focus());
+        }
+        program_.Kill();
+      }
+    }
+  }
+
+  bool Topmost() const { return (GetWindowLongA(window_, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; }
+  static HWND Tip(const std::string& text) {
+    const HWND tip = FindWindowA("frmTip", text.c_str());
+    return IsWindowVisible(tip) != 0 ? tip : nullptr;
+  }
+};
+
+TEST_F(MainWindowTest, EveryWayToEveryCommandOfTheLibrary) {
+  const std::string file = "Numbers.bns";
+  const auto editing = [&] { return !CodeLocked(); };
+  const auto rows = [&](std::size_t count) { return [=, this] { return Rows().size() == count; }; };
+  const auto names = [&](const char* name) {
+    return [=, this] { return IsWindowVisible(NameBox()) != 0 && WindowText(NameBox()) == name; };
+  };
+  const auto list = [&] { return List(); };
+  const auto code = [&] { return Code(); };
+  const auto nameBox = [&] { return NameBox(); };
+  Check({
+      {"New Library",
+       {{"button", Press(kBar, "New Library")}, {"key", Key('N', {VK_CONTROL, VK_SHIFT})}},
+       [] { return FindVisibleWindow("New Code Library") != nullptr; }},
+      {"Save Library",
+       {{"button", Press(kBar, "Save Library")}, {"key", Key('S', {VK_CONTROL})}},
+       [&] { return program_.folder().Has(file); },
+       list,
+       [&] { DeleteFileA(program_.folder().File(file).c_str()); }},
+      {"Rename Library",
+       {{"button", Press(kBar, "Rename Library")}, {"key", Key(VK_F2, {VK_SHIFT})}},
+       [&] { return IsWindowVisible(FileNameBox()) != 0 && WindowText(FileNameBox()) == "Numbers"; },
+       [&] { return FileNameBox(); }},
+      {"New Snippet",
+       {{"button", Press(kBar, "New Snippet")}, {"key", Key('N', {VK_CONTROL})}},
+       names("New Snippet"),
+       nameBox},
+      {"Edit Snippet",
+       {{"button", Press(kBar, "Edit Snippet")},
+        {"key", Key('E', {VK_CONTROL})},
+        {"double click",
+         [&] {
+           ClickAt(Code(), {60, 40}, 2);
+         }},
+        {"list menu", SnippetsItem("Edit Snippet")},
+        {"code menu", EditItem("Edit Snippet")}},
+       editing,
+       code},
+      {"Commit",
+       {{"button", Press(kEditBar, "Commit")},
+        {"key", Key('K', {VK_CONTROL})},
+        {"edit button", Press(kBar, "Edit Snippet")},
+        {"edit key", Key('E', {VK_CONTROL})},
+        {"code menu", EditItem("Edit Snippet")}},
+       [&] { return CodeLocked(); },
+       code,
+       [&] {
+         PressKey('E', {VK_CONTROL});
+         EXPECT_TRUE(WaitUntil(editing));
+       }},
+      {"Delete Snippet",
+       {{"button", Press(kBar, "Delete Snippet")},
+        {"key", Key('D', {VK_CONTROL})},
+        {"list key", Key(VK_DELETE)},
+        {"list menu", SnippetsItem("Delete Snippet")}},
+       rows(2),
+       list},
+      {"Rename Snippet",
+       {{"key", Key(VK_F2)},
+        {"double click", [&] { ClickRow(0, 2); }},
+        {"list menu", SnippetsItem("Rename Snippet")}},
+       names("one"),
+       nameBox},
+  });
+}
+
+TEST_F(MainWindowTest, EveryWayToTheOtherCommands) {
+  const auto box = [&](const char* prompt) { return [=, this] { return Prompt() == prompt; }; };
+  const auto menu = [&](const char* title) { return [=] { return FindVisibleWindow(title) != nullptr; }; };
+  const auto copied = [] { return ClipboardNow() == "'one"; };
+  const auto emptyClipboard = [] {
+    EXPECT_NE(OpenClipboard(nullptr), 0);
+    EmptyClipboard();
+    CloseClipboard();
+  };
+  const auto focusCode = [&] {
+    ClickAt(Code(), {60, 40});
+    EXPECT_TRUE(FocusComes(Code()));
+  };
+  const auto list = [&] { return List(); };
+  Check({
+      {"Paste to code window",
+       {{"button", Press(kBar, "Paste to Current Code Window")},
+        {"key", Key(VK_RETURN, {VK_CONTROL})},
+        {"own key", Key('P', {VK_CONTROL, VK_SHIFT})},
+        {"output menu", OutputItem("Paste to Current Code Window")},
+        {"list menu", SnippetsItem("Paste to Code Window")}},
+       box(kNoEnvironment)},
+      {"Create new module",
+       {{"output menu", OutputItem("Create New Module (All Snippets)")},
+        {"key", Key('M', {VK_CONTROL, VK_SHIFT})}},
+       [&] {
+         return Prompt() == kNoEnvironment && !Button(kBar, "Create New Module (All Snippets)").name.empty();
+       }},
+      {"Copy",
+       {{"list key", Key('C', {VK_CONTROL})},
+        {"key", Key('C', {VK_CONTROL, VK_SHIFT})},
+        {"output menu", OutputItem("Copy to Clipboard")},
+        {"list menu", SnippetsItem("Copy to Clipboard")}},
+       copied,
+       list,
+       emptyClipboard},
+      {"Output menu",
+       {{"arrow", [&] { ClickArrow(); }}, {"key", Key(VK_RETURN, {VK_CONTROL, VK_SHIFT})}},
+       menu("Output"),
+       list},
+      {"Snippets menu",
+       {{"right click", [&] { ClickRow(2, 1, MouseButton::Right); }},
+        {"on nothing",
+         [&] {
+           ClickAt(List(), {30, 200}, 1, MouseButton::Right);
+         }},
+        {"menu key", Key(VK_APPS)},
+        {"key", Key(VK_F10, {VK_SHIFT})}},
+       menu("Snippets"),
+       list},
+      {"Attachment menu",
+       {{"button", [&] { ClickCentre(Control(frmAddIn::kAttachId)); }},
+        {"key", Key('A', {VK_CONTROL, VK_SHIFT})},
+        {"space", [&] { PressKey(VK_TAB), PressKey(VK_TAB), PressKey(VK_SPACE); }}},
+       menu("Attachment")},
+      {"Set attachment", {{"key", Key('O', {VK_CONTROL, VK_SHIFT})}}, menu("Choose Attachment")},
+      {"Code menu",
+       {{"right click",
+         [&] {
+           ClickAt(Code(), {60, 40}, 1, MouseButton::Right);
+         }}},
+       menu("Edit"),
+       [&] { return Code(); },
+       focusCode},
+      {"Settings",
+       {{"button", Press(kBar, "Settings...")}, {"key", Key(VK_F9)}},
+       [] { return FindVisibleWindow("Settings") != nullptr; }},
+      {"About",
+       {{"button", Press(kBar, "About...")}, {"key", Key(VK_F1)}},
+       [] { return FindVisibleWindow("About Brennic Snipstore") != nullptr; }},
+      {"Keep on Top",
+       {{"button", Press(kBar, "Keep on Top")}, {"key", Key('T', {VK_CONTROL})}},
+       [&] { return Topmost() && Checked(kBar, "Keep on Top"); },
+       list},
+      {"Syntax Highlighting off",
+       {{"button", Press(kEditBar, "Syntax Highlighting")}, {"key", Key('H', {VK_CONTROL})}},
+       [&] { return !Checked(kEditBar, "Syntax Highlighting"); },
+       list,
+       [&] { EXPECT_TRUE(Checked(kEditBar, "Syntax Highlighting")); }},
+  });
+}
+
+TEST_F(MainWindowTest, TheCodesMenuEditsAsItsKeysDo) {
+  WriteLibrary("Numbers", {"one"});
+  Open();
+  PressKey('E', {VK_CONTROL});
+  ASSERT_TRUE(FocusComes(Code()));
+  TypeText("ab ");
+  ASSERT_TRUE(WaitUntil([&] { return WindowText(Code()) == "ab 'one"; }));
+  const auto text = [&](const std::string& wanted) {
+    return WaitUntil([&] { return WindowText(Code()) == wanted; });
+  };
+  EditItem("Select All")();
+  EditItem("Cut")();
+  EXPECT_TRUE(text("")) << WindowText(Code());
+  EXPECT_EQ(ClipboardNow(), "ab 'one");
+  EditItem("Paste")();
+  EditItem("Paste")();
+  EXPECT_TRUE(text("ab 'oneab 'one")) << WindowText(Code());
+  EditItem("Undo")();
+  EXPECT_TRUE(text("ab 'one")) << WindowText(Code());
+  EditItem("Select All")();
+  TypeText("x");
+  ASSERT_TRUE(text("x"));
+  EditItem("Select All")();
+  EditItem("Copy")();
+  EXPECT_TRUE(WaitUntil([] { return ClipboardNow() == "x"; }));
+  EXPECT_TRUE(FocusComes(Code()));
+  EXPECT_FALSE(CodeLocked()) << "a menu does not end the edit";
+}
+
+TEST_F(MainWindowTest, SplittersKeepTheirLimits) {
+  WriteLibrary("Numbers", {"one"});
+  Open();
+  const auto release = [] { ReleaseMouse(); };
+  const auto rightButton = [] {
+    PressMouse(MouseButton::Right), ReleaseMouse(MouseButton::Right), ReleaseMouse();
+  };
+  const auto escape = [] { PressKey(VK_ESCAPE), ReleaseMouse(); };
+  struct Case {
+    const char* name;
+    bool columns;
+    int by;          ///< Pixels.
+    int afterwards;  ///< Twips of the part before the splitter.
+    std::function<void()> end;
+  };
+  const std::vector<Case> cases = {
+      {"in the middle", true, 60, 0, release},
+      {"the right button ends it", true, -45, 0, rightButton},
+      {"Escape is no part of it", true, 30, 0, escape},
+      {"far left", true, -1000, 450, release},
+      {"far right", true, 1000, twips_.ToTwipsX(ClientSize(window_).width) - 650, release},
+      {"down", false, 40, 0, release},
+      {"up by the right button", false, -20, 0, rightButton},
+      {"to the top", false, -1000, 250, release},
+      {"to the bottom", false, 1000, twips_.ToTwipsY(ClientSize(GetParent(Description())).height) - 250,
+       release},
+  };
+  for (const Case& expected : cases) {
+    SCOPED_TRACE(expected.name);
+    const HWND parent = expected.columns ? window_ : GetParent(Description());
+    const HWND splitter = FindWindowExA(parent, nullptr, "SnipstoreSplitter", nullptr);
+    const auto size = [&] {
+      return expected.columns ? twips_.ToTwipsX(Place(GetParent(List())).width)
+                              : twips_.ToTwipsY(Place(Description()).height);
+    };
+    const Rect frame = Place(window_);
+    const Rect before = Place(splitter);
+    const int sizeBefore = size();
+    const int by =
+        expected.columns
+            ? std::clamp(expected.by, frame.left + 8 - before.left, frame.right() - 12 - before.left)
+            : std::clamp(expected.by, frame.top + 55 - before.top, frame.bottom() - 12 - before.top);
+    Drag(splitter, expected.columns ? POINT{by, 0} : POINT{0, by}, expected.end);
+    const int wanted = expected.afterwards != 0 ? expected.afterwards : sizeBefore + twips_.ToTwipsX(by);
+    EXPECT_TRUE(WaitUntil([&] { return std::abs(size() - wanted) <= 15; })) << size() << " for " << wanted;
+    SendMessageA(window_, WM_NULL, 0, 0);  // answered when the layout is done
+  }
+  EXPECT_TRUE(WaitUntil([&] { return IsChild(window_, Focus()) != 0; }));
+  Close();
+  EXPECT_NE(Setting("Position", "LeftPane"), "");
+}
+
+TEST_F(MainWindowTest, SettingsAreReadAtTheStartAndWrittenAtTheEnd) {
+  WriteLibrary("Numbers", {"one"});
+  SetSetting("Settings", "KeepOnTop", "1");
+  SetSetting("Settings", "ColorSyntax", "0");
+  const Names places{"Left", "Top", "Width", "Height"};
+  const Names texts{"900", "600", "9000", "150"};
+  for (std::size_t i = 0; i < places.size(); ++i) SetSetting("Position", places[i], texts[i]);
+  Open();
+  EXPECT_TRUE(Topmost());
+  EXPECT_TRUE(Checked(kBar, "Keep on Top"));
+  EXPECT_FALSE(Checked(kEditBar, "Syntax Highlighting"));
+  const Rect place = Place(window_);
+  EXPECT_EQ(place, (Rect{60, 40, 600, 480})) << "150 twips are no height";
+
+  PressKey('T', {VK_CONTROL});
+  PressKey('H', {VK_CONTROL});
+  EXPECT_TRUE(WaitUntil([&] { return !Topmost() && Checked(kEditBar, "Syntax Highlighting"); }));
+  for (const auto command : {WPARAM{SC_MINIMIZE}, WPARAM{SC_MAXIMIZE}}) {
+    PostMessageA(window_, WM_SYSCOMMAND, command, 0);
+    ASSERT_TRUE(WaitUntil([&] { return IsIconic(window_) != 0 || IsZoomed(window_) != 0; }));
+    Close();
+    Names stored;
+    for (const std::string& name : places) stored.push_back(Setting("Position", name));
+    EXPECT_EQ(stored, (Names{"900", "600", "9000", "7200"}));
+    Open();
+    EXPECT_EQ(Place(window_), place);
+  }
+  EXPECT_EQ(Setting("Settings", "KeepOnTop") + Setting("Settings", "ColorSyntax"), "01");
+  EXPECT_FALSE(Topmost());
+  Close();
+}
+
+/// What the system takes for the resolution of its screens in processes that start from now on.
+class ScreenResolution {
+ public:
+  ~ScreenResolution() { SHDeleteValueA(HKEY_CURRENT_USER, kKey, "LogPixels"); }
+  static void Set(DWORD dpi) {
+    SHSetValueA(HKEY_CURRENT_USER, kKey, "LogPixels", REG_DWORD, &dpi, sizeof dpi);
+  }
+
+ private:
+  static constexpr const char* kKey = "Control Panel\\Desktop";
+};
+
+TEST_F(MainWindowTest, AnotherResolutionAtTheNextStartKeepsEveryPlace) {
+  WriteLibrary("Numbers", {"one"});
+  const std::vector<std::pair<std::string, std::string>> places = {
+      {"Left", "900"},    {"Top", "600"},       {"Width", "7200"},
+      {"Height", "4500"}, {"LeftPane", "2400"}, {"Description", "1200"}};
+  for (const auto& [name, text] : places) SetSetting("Position", name, text);
+  const ScreenResolution resolution;
+  for (const DWORD dpi : {144U, 120U, 192U, 96U}) {
+    SCOPED_TRACE(dpi);
+    ScreenResolution::Set(dpi);
+    Open();
+    EXPECT_EQ(Place(window_).width, 7200 * static_cast<int>(dpi) / 1440);
+    Close();
+    for (const auto& [name, text] : places) EXPECT_EQ(Setting("Position", name), text) << name;
+  }
+}
+
+TEST_F(MainWindowTest, ANameTooLongForTheListIsTold) {
+  const std::string longName(80, 'W');
+  WriteLibrary("Numbers", {"one", longName, "three"});
+  SetSetting("Settings", "SnippetTips", "0");
+  const auto point = [&] { PointAt(List(), {30, 6}), PointAt(List(), {30, 19}); };
+  Open();
+  point();
+  // As long as a tip takes at most, and then some.
+  EXPECT_FALSE(WaitUntil([&] { return Tip(longName) != nullptr; }, 500));
+  Close();
+  SetSetting("Settings", "SnippetTips", "-1");
+  Open();
+  point();
+  ASSERT_TRUE(WaitUntil([&] { return Tip(longName) != nullptr; }));
+  RECT row{};
+  SendMessageA(List(), LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&row));
+  MapWindowPoints(List(), nullptr, reinterpret_cast<POINT*>(&row), 2);
+  EXPECT_EQ(Place(Tip(longName)).left, row.left - 2);
+  EXPECT_EQ(Place(Tip(longName)).top, row.top - 2);
+  EXPECT_TRUE(IsForeground(window_));
+  MovePointer({row.right + 100, (row.top + row.bottom) / 2});  // still over the tip
+  EXPECT_FALSE(WaitUntil([&] { return Tip(longName) == nullptr; }, 300));
+  MovePointer({row.right + 100, row.top + 150});
+  EXPECT_TRUE(WaitUntil([&] { return Tip(longName) == nullptr; }));
+  point();
+  ASSERT_TRUE(WaitUntil([&] { return Tip(longName) != nullptr; }));
+  ClickRow(1, 2);  // through the tip
+  EXPECT_TRUE(WaitUntil([&] { return Selected() == 1 && IsWindowVisible(NameBox()) != 0; }));
+}
+
+TEST_F(MainWindowTest, AttachmentsAreSetThroughTheDialogAndViewed) {
+  for (const bool minimises : {true, false}) {
+    SCOPED_TRACE(minimises);
+    WriteLibrary("Numbers", {"one", "two"});
+    // Of a kind that the system has no program for.
+    program_.folder().Write("seen.nothing", "");
+    SetSetting("Settings", "MinimizeOnView", minimises ? "-1" : "0");
+    Open();
+    const auto open = [&] {
+      ClickCentre(Control(frmAddIn::kAttachId));
+      return AccessibleClient(Menu("Attachment")).Children()[0].Has(STATE_SYSTEM_UNAVAILABLE);
+    };
+    EXPECT_TRUE(open()) << "there is nothing to view";
+    ClickItem("Attachment", "Set Attachment...");
+    ChooseFile("Choose Attachment", "");
+    EXPECT_TRUE(open());
+    ClickItem("Attachment", "Set Attachment...");
+    const std::string path = program_.folder().File("seen.nothing");
+    ChooseFile("Choose Attachment", path);
+    PressKey('S', {VK_CONTROL});
+    EXPECT_TRUE(WaitUntil([&] {
+      return File("Numbers").find("one\r\n" + path + "\r\n") != std::string::npos;
+    })) << File("Numbers");
+    EXPECT_FALSE(open());
+    if (minimises) {
+      ClickItem("Attachment", "View Attachment");
+    } else {
+      PressKey(VK_ESCAPE);
+      ASSERT_TRUE(WaitUntil([&] { return FindVisibleWindow("Attachment") == nullptr; }));
+      PressKey('O', {VK_CONTROL});
+    }
+    EXPECT_TRUE(WaitUntil([&] { return FindVisibleWindow("Attachment") == nullptr; }));
+    EXPECT_TRUE(WaitUntil([&] { return (IsIconic(window_) != 0) == minimises; }));
+    EXPECT_EQ(Prompt(), "") << "that it cannot be opened is not told";
+    Close();
+  }
+}
+
+TEST_F(MainWindowTest, ADroppedLibraryIsOpenedAndADroppedFileAttached) {
+  WriteLibrary("Home", {"one"});
+  const TemporaryFolder elsewhere;
+  const std::string library = elsewhere.File("Far.bns");
+  elsewhere.Write("Far.bns", WriteBns(std::vector{Named("far")}));
+  Open();
+  const UniqueFile process(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, program_.Id()));
+  // The files' names are in the memory of the process that they are dropped on.
+  const auto drop = [&](HWND part) {
+    struct Dropped {
+      DROPFILES header{};
+      char names[MAX_PATH + 1]{};
+    } dropped;
+    POINT place{Place(part).left + 5, Place(part).top + 5};
+    ScreenToClient(window_, &place);
+    dropped.header = {.pFiles = sizeof(DROPFILES), .pt = place, .fNC = FALSE, .fWide = FALSE};
+    std::copy(library.begin(), library.end(), dropped.names);
+    void* there = VirtualAllocEx(process.get(), nullptr, sizeof dropped, MEM_COMMIT, PAGE_READWRITE);
+    WriteProcessMemory(process.get(), there, &dropped, sizeof dropped, nullptr);
+    PostMessageA(window_, WM_DROPFILES, reinterpret_cast<WPARAM>(there), 0);
+  };
+  drop(List());
+  EXPECT_TRUE(WaitUntil([&] { return Rows() == Names{"far"}; })) << WindowText(Files());
+  drop(Control(frmAddIn::kAttachId));
+  PressKey('S', {VK_CONTROL});
+  EXPECT_TRUE(WaitUntil([&] { return File("Far").find("far\r\n" + library) != std::string::npos; }));
+  Close();
+}
+
+TEST_F(MainWindowTest, MenusAreTornOffOnlyWhenAllowed) {
+  for (const char* allowed : {"-1", "0"}) {
+    SCOPED_TRACE(allowed);
+    WriteLibrary("Numbers", {"one", "two"});
+    SetSetting("Settings", "AllowMenuDrag", allowed);
+    Open();
+    ClickRow(0, 1, MouseButton::Right);
+    const HWND menu = Menu("Snippets");
+    // It unfolds, and then takes the mouse; a press before that would not be held to its end.
+    ASSERT_TRUE(WaitUntil([&] {
+      GUITHREADINFO thread{};
+      thread.cbSize = sizeof thread;
+      return GetGUIThreadInfo(GetWindowThreadProcessId(menu, nullptr), &thread) != 0 &&
+             thread.hwndCapture == menu;
+    }));
+    const Rect docked = Place(menu);
+    PointAt(menu, {30, 3});
+    PressMouse();
+    const POINT to{docked.left + 330, docked.top + 103};
+    MovePointer({to.x - 100, to.y - 50});
+    MovePointer(to);
+    const bool allows = *allowed != '0';
+    if (allows) {
+      EXPECT_TRUE(WaitUntil([&] { return Place(menu).left == docked.left + 300; }));
+    }
+    ReleaseMouse();
+    if (!allows) {
+      EXPECT_TRUE(WaitUntil([&] { return IsWindow(menu) == 0; })) << "a release outside closes it";
+      Close();
+      continue;
+    }
+    ClickItem("Snippets", "Delete Snippet");
+    EXPECT_TRUE(WaitUntil([&] { return Rows() == Names{"two"}; }));
+    EXPECT_NE(IsWindowVisible(menu), 0) << "it stays";
+    ClickAt(menu, {ClientSize(menu).width - 8, 7});
+    EXPECT_TRUE(WaitUntil([&] { return IsWindow(menu) == 0; }));
+    PostMessageA(window_, WM_CLOSE, 0, 0);
+    Answer("Save changes to 'Numbers'?", IDNO);
+    ASSERT_TRUE(program_.WaitForEnd());
+  }
+}
+
+TEST_F(MainWindowTest, TinyAndHugeWindows) {
+  WriteLibrary("Numbers", {"one"});
+  Open();
+  for (const Size size : {Size{130, 30}, Size{300, 110}, Size{2000, 1600}, Size{720, 480}}) {
+    SCOPED_TRACE(size.width);
+    SetWindowPos(window_, nullptr, 0, 0, size.width, size.height, SWP_NOZORDER | SWP_NOMOVE);
+    EXPECT_TRUE(WaitUntil([&] { return Place(window_).height >= std::min(size.height, 31); }));
+    PressKey(VK_F2);
+    EXPECT_TRUE(FocusComes(NameBox()));
+    PressKey(VK_ESCAPE);
+    EXPECT_TRUE(FocusComes(List()));
+  }
+  const Rect inside = Place(Control(frmAddIn::kCodeId));
+  EXPECT_LT(inside.right(), Place(window_).right());
+  EXPECT_GT(inside.height, 200);
+  Close();
+}
+
+TEST_F(MainWindowTest, TheStarterLibrariesOpenAndSaveUnchanged) {
+  int libraries = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(SNIPSTORE_STARTER_LIBRARIES)) {
+    if (entry.path().extension() != ".bns") continue;
+    const std::string name = entry.path().filename().string();
+    SCOPED_TRACE(name);
+    ++libraries;
+    std::filesystem::copy_file(entry.path(), program_.folder().File(name));
+    const std::string before = program_.folder().Read(name);
+    Open();
+    DeleteFileA(program_.folder().File(name).c_str());
+    PressKey('S', {VK_CONTROL});
+    EXPECT_TRUE(WaitUntil([&] { return program_.folder().Read(name) == before; }));
+    Close();
+    DeleteFileA(program_.folder().File(name).c_str());
+  }
+  EXPECT_GE(libraries, 4);
+}
+
+}  // namespace
+}  // namespace snip::test
