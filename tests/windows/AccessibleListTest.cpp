@@ -2,12 +2,10 @@
 
 #include "platform/AccessibleList.h"
 
-#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <memory>
 #include <new>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -15,7 +13,6 @@
 
 #include "platform/Window.h"
 #include "tests/support/AccessibleClient.h"
-#include "tests/windows/AccessibleClientProgram.h"
 #include "tests/support/TestDesktop.h"
 
 namespace snip::test {
@@ -169,17 +166,6 @@ HRESULT CountOf(const AccessibleClient& client) {
   return client->get_accChildCount(&count);
 }
 
-/// As the client program lists them.
-std::string Listed(const std::vector<AccessibleChild>& children) {
-  std::ostringstream list;
-  for (const AccessibleChild& child : children) {
-    list << child.id << '|' << child.name << "|role " << child.role << "|state " << std::hex << child.state
-         << std::dec << '|' << child.shortcut << '|' << child.defaultAction << '|' << child.place.left << ','
-         << child.place.top << ' ' << child.place.width << 'x' << child.place.height << '\n';
-  }
-  return list.str();
-}
-
 class AccessibleListTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(bar_->CreateAt({100, 100, 200, 40})); }
@@ -193,35 +179,28 @@ class AccessibleListTest : public testing::Test {
   std::unique_ptr<ThreeButtons> bar_ = std::make_unique<ThreeButtons>();
 };
 
-TEST_F(AccessibleListTest, ClientsInOtherThreadsAndProcessesReadAndPress) {
-  bar_->items[1].state = STATE_SYSTEM_UNAVAILABLE;
-  SetFocus(nullptr);
+TEST_F(AccessibleListTest, ClientsInOtherThreadsReadAndPress) {
   std::vector<AccessibleChild> children;
   AccessibleChild whole;
-  bool pressed = false;
   InClientThread([&] {
     const AccessibleClient client(bar_->hWnd());
     children = client.Children();
     whole = client.Child(CHILDID_SELF);
-    pressed = client.Press("Na\xEFve");
+    client.Press("Na\xEFve");
   });
-  EXPECT_EQ(Listed(children),
-            "1|New snippet|role 43|state 0|Alt+N|Press|103,104 50x20\n"
-            "2||role 21|state 1|||153,104 8x20\n"
-            "3|Na\xEFve|role 44|state 100010||Uncheck|161,104 40x20\n");
+  ASSERT_EQ(children.size(), 3U);
+  EXPECT_EQ(children[0].name + children[0].shortcut + children[0].defaultAction, "New snippetAlt+NPress");
+  EXPECT_EQ(children[0].role, ROLE_SYSTEM_PUSHBUTTON);
+  EXPECT_EQ(children[1].role, ROLE_SYSTEM_SEPARATOR);
+  EXPECT_EQ(children[2].name + children[2].shortcut + children[2].defaultAction, "Na\xEFveUncheck");
+  EXPECT_EQ(children[2].state, STATE_SYSTEM_CHECKED | STATE_SYSTEM_FOCUSABLE);
   // The border is not part of the client area.
-  EXPECT_EQ(Listed({whole}), "0|Snippet bar|role 22|state 0|||101,101 198x38\n");
-  EXPECT_TRUE(pressed);
+  EXPECT_EQ(children[2].place, (Rect{161, 104, 40, 20}));
+  EXPECT_EQ(whole.place, (Rect{101, 101, 198, 38}));
+  EXPECT_EQ(whole.name, "Snippet bar");
+  EXPECT_EQ(whole.role, ROLE_SYSTEM_TOOLBAR);
   ASSERT_TRUE(WaitUntil([&] { return bar_->pressed == std::vector<int>{2}; }));
   EXPECT_EQ(bar_->pressedIn, GetCurrentThreadId());
-
-  bar_->items[2].name = children[2].name = "Wrap";
-  const ProgramResult listed = RunClientProgram(bar_->hWnd());
-  EXPECT_EQ(listed.exitCode, 0U);
-  EXPECT_EQ(listed.output, Listed(children));
-  EXPECT_EQ(RunClientProgram(bar_->hWnd(), "New snippet").exitCode, 0U);
-  ASSERT_TRUE(WaitUntil([&] { return bar_->pressed == std::vector<int>{2, 0}; }));
-  EXPECT_EQ(RunClientProgram(bar_->hWnd(), "No such button").exitCode, 1U);
 }
 
 TEST_F(AccessibleListTest, APressThatOpensSomethingModalDoesNotHoldTheClientUp) {
@@ -251,8 +230,7 @@ TEST_F(AccessibleListTest, APointOfTheScreenLeadsToItsItem) {
     return ChildTold(result, child);
   };
   const std::vector<std::pair<POINT, LONG>> cases = {
-      {{2, 3}, 1},   {{51, 22}, 1}, {{52, 3}, 2},  {{99, 22}, 3},  {{100, 22}, 0},
-      {{99, 23}, 0}, {{1, 3}, 0},   {{-1, 3}, -1}, {{50, 38}, -1}, {{198, 10}, -1},
+      {{2, 3}, 1}, {{51, 22}, 1}, {{52, 3}, 2}, {{100, 22}, 0}, {{99, 23}, 0}, {{-1, 3}, -1}, {{50, 38}, -1},
   };
   for (const auto& [at, child] : cases) EXPECT_EQ(childAt(at), child) << at.x << ", " << at.y;
   // What is cut off at the window's edge is not there to be pointed at.
@@ -425,67 +403,36 @@ TEST_F(AccessibleListTest, RefusesWhatIsNoChildAndWhatHasNoPlaceForTheAnswer) {
 }
 
 TEST_F(AccessibleListTest, IsTheObjectOfTheClientArea) {
-  const HWND window = bar_->hWnd();
-  const AccessibleClient client(window);
-  ComPtr<IDispatch> object;
-  EXPECT_EQ(client->get_accChild(Variant(1).get(), object.Put()), S_FALSE);
-  EXPECT_FALSE(object);
-  EXPECT_EQ(client->get_accChild(Variant(CHILDID_SELF).get(), object.Put()), S_OK);
-  EXPECT_EQ(object.get(), client.get());
-  ComPtr<IUnknown> other;
-  EXPECT_EQ(client->QueryInterface(__uuidof(IStream), other.PutVoid()), E_NOINTERFACE);
-  EXPECT_FALSE(other);
-
-  // Its parent is the window with its frame.
-  ASSERT_EQ(client->get_accParent(object.Put()), S_OK);
-  const ComPtr<IAccessible> parent = object.As<IAccessible>();
-  ASSERT_TRUE(parent);
+  const AccessibleClient client(bar_->hWnd());
+  ComPtr<IDispatch> parent;
+  ASSERT_EQ(client->get_accParent(parent.Put()), S_OK);
   EXPECT_NE(parent.get(), client.get());
-  for (IAccessible* const each : {parent.get(), client.get()}) {
-    HWND itsWindow = nullptr;
-    EXPECT_EQ(WindowFromAccessibleObject(each, &itsWindow), S_OK);
-    EXPECT_EQ(itsWindow, window);
-  }
-
-  for (const LPARAM number : {OBJID_WINDOW, OBJID_MENU})
-    EXPECT_EQ(SendMessageA(window, WM_GETOBJECT, 0, number), 0);
+  HWND itsWindow = nullptr;
+  EXPECT_EQ(WindowFromAccessibleObject(parent.As<IAccessible>().get(), &itsWindow), S_OK);
+  EXPECT_EQ(itsWindow, bar_->hWnd());
+  EXPECT_EQ(SendMessageA(bar_->hWnd(), WM_GETOBJECT, 0, OBJID_WINDOW), 0);
   // The object's number may be extended to 64 bits either way.
   for (const LPARAM number :
        {static_cast<LPARAM>(OBJID_CLIENT), static_cast<LPARAM>(static_cast<DWORD>(OBJID_CLIENT))}) {
     ComPtr<IAccessible> answer;
-    EXPECT_EQ(ObjectFromLresult(SendMessageA(window, WM_GETOBJECT, 0, number), __uuidof(IAccessible), 0,
-                                answer.PutVoid()),
-              S_OK);
+    const LRESULT told = SendMessageA(bar_->hWnd(), WM_GETOBJECT, 0, number);
+    EXPECT_EQ(ObjectFromLresult(told, __uuidof(IAccessible), 0, answer.PutVoid()), S_OK);
     EXPECT_EQ(answer.get(), client.get());
   }
-}
-
-TEST_F(AccessibleListTest, AScriptReadsByTheNameOfTheProperty) {
-  const AccessibleClient client(bar_->hWnd());
-  UINT count = 0;
-  EXPECT_EQ(client->GetTypeInfoCount(&count), S_OK);
-  EXPECT_EQ(count, 1U);
+  // A script asks by the name of the property.
   wchar_t name[] = L"accName";
   LPOLESTR names[] = {name};
   DISPID id = 0;
   ASSERT_EQ(client->GetIDsOfNames(GUID_NULL, names, 1, LOCALE_USER_DEFAULT, &id), S_OK);
-  EXPECT_EQ(id, DISPID_ACC_NAME);
   VARIANT child = Variant(1).Detach();
   DISPPARAMS arguments{&child, nullptr, 1, 0};
   Variant result;
   ASSERT_EQ(client->Invoke(id, GUID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &arguments, result.Put(),
                            nullptr, nullptr),
             S_OK);
-  ASSERT_EQ(result.get().vt, VT_BSTR);
   Bstr text;
   text.Reset(result.Detach().bstrVal);
   EXPECT_EQ(text.Text(), "New snippet");
-
-  wchar_t unknown[] = L"noSuchProperty";
-  names[0] = unknown;
-  EXPECT_EQ(client->GetIDsOfNames(GUID_NULL, names, 1, LOCALE_USER_DEFAULT, &id), DISP_E_UNKNOWNNAME);
-  ComPtr<ITypeInfo> typeInfo;
-  EXPECT_EQ(client->GetTypeInfo(1, LOCALE_USER_DEFAULT, typeInfo.Put()), DISP_E_BADINDEX);
 }
 
 /// Visits every block that is allocated on a heap of the process. `visit` must not allocate.
@@ -527,16 +474,13 @@ TEST_F(AccessibleListTest, AReferenceKeptBeyondTheWindowIsToldSo) {
       EXPECT_EQ(call.run(*client.get(), Variant(child).get()), CO_E_OBJNOTCONNECTED) << call.name;
     }
   }
-  bar_->accessible.Notify(EVENT_OBJECT_REORDER);
   bar_->accessible.Notify(EVENT_OBJECT_STATECHANGE, 0);
-
   // Made again it is a new window to clients.
   ASSERT_TRUE(bar_->CreateAt({100, 100, 200, 40}));
   EXPECT_EQ(CountOf(client), CO_E_OBJNOTCONNECTED);
   EXPECT_EQ(AccessibleClient(bar_->hWnd()).Children().size(), 3U);
 
   // Nobody else keeps it: with the last reference it goes.
-  EXPECT_EQ(References(client.get()), 1U);
   const void* const object = client.get();
   bar_.reset();
   EXPECT_TRUE(IsAllocated(object));
@@ -591,13 +535,11 @@ TEST_F(AccessibleListTest, NoExceptionReachesAClient) {
 TEST_F(AccessibleListTest, QueriesLeaveNothingBehind) {
   const AccessibleClient client(bar_->hWnd());
   const std::vector<Call> calls = Calls();
-  int queries = 0;
   const auto askEverything = [&](int times) {
     for (int i = 0; i < times; ++i) {
+      // Neither of the two can be pressed.
       for (const Call& call : calls) {
-        for (const LONG child : {0, 2})
-          call.run(*client.get(), Variant(child).get());  // Neither can be pressed.
-        queries += 2;
+        for (const LONG child : {0, 2}) call.run(*client.get(), Variant(child).get());
       }
       for (const auto method : {&IAccessible::get_accName, &IAccessible::get_accKeyboardShortcut,
                                 &IAccessible::get_accDefaultAction}) {
@@ -610,99 +552,71 @@ TEST_F(AccessibleListTest, QueriesLeaveNothingBehind) {
   askEverything(20);
   const ULONG references = References(client.get());
   const std::size_t before = BytesInUse();
-  constexpr int kRounds = 400;
-  queries = 0;
+  constexpr int kRounds = 200;
   askEverything(kRounds);
-  const std::size_t after = BytesInUse();
-  EXPECT_GE(queries, 10000);
   // A leak in a single one of the calls would be of kRounds allocations.
-  EXPECT_LT(after, before + std::size_t{8} * kRounds);
-
-  for (int i = 0; i < 1000; ++i) ASSERT_EQ(AccessibleClient(bar_->hWnd()).get(), client.get());
-  EXPECT_EQ(References(client.get()), references);
-  for (int round = 0; round < 3; ++round) {
-    InClientThread([&] {
-      const AccessibleClient reader(bar_->hWnd());
-      for (int i = 0; i < 200; ++i) reader.Child(1 + i % 3);
-    });
-  }
+  EXPECT_LT(BytesInUse(), before + std::size_t{8} * kRounds);
+  InClientThread([&] {
+    const AccessibleClient reader(bar_->hWnd());
+    for (int i = 0; i < 200; ++i) reader.Child(1 + i % 3);
+  });
   EXPECT_TRUE(WaitUntil([&] { return References(client.get()) == references; })) << References(client.get());
 }
 
-struct WinEvent {
-  DWORD event;
-  LONG object;
-  LONG child;
-  friend bool operator==(const WinEvent&, const WinEvent&) = default;
-};
-
-/// Collects the events of one window, out of context as screen readers do. The system's callback has no
-/// parameter for its owner, so that there is only one at a time.
+/// The events of one window that a screen reader hears, one after the other: "event child". The system's
+/// callback has no parameter for its owner, so that there is only one at a time.
 class WinEventRecorder {
  public:
-  explicit WinEventRecorder(HWND window) : window_(window) {
-    active = this;
-    constexpr DWORD kEvents[] = {EVENT_OBJECT_STATECHANGE,    EVENT_OBJECT_NAMECHANGE,
-                                 EVENT_OBJECT_FOCUS,          EVENT_OBJECT_REORDER,
-                                 EVENT_SYSTEM_MENUPOPUPSTART, EVENT_SYSTEM_MENUPOPUPEND};
-    for (const DWORD event : kEvents) {
-      hooks_.push_back(
-          SetWinEventHook(event, event, nullptr, &Receive, GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT));
-    }
+  explicit WinEventRecorder(HWND window) {
+    heard = {};
+    listenedTo = window;
+    hook_ = SetWinEventHook(EVENT_SYSTEM_MENUPOPUPSTART, EVENT_OBJECT_NAMECHANGE, nullptr, &Receive,
+                            GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
   }
-  ~WinEventRecorder() {
-    for (const HWINEVENTHOOK hook : hooks_) UnhookWinEvent(hook);
-    active = nullptr;
-  }
+  ~WinEventRecorder() { UnhookWinEvent(hook_); }
   WinEventRecorder(const WinEventRecorder&) = delete;
   WinEventRecorder& operator=(const WinEventRecorder&) = delete;
 
-  std::vector<WinEvent> events;
+  inline static std::vector<std::pair<DWORD, LONG>> heard;
 
  private:
   static void CALLBACK Receive(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD,
                                DWORD) {
-    if (active != nullptr && window == active->window_) active->events.push_back({event, object, child});
+    if (window == listenedTo && object == OBJID_CLIENT) heard.emplace_back(event, child);
   }
 
-  inline static WinEventRecorder* active = nullptr;
-  HWND window_;
-  std::vector<HWINEVENTHOOK> hooks_;
+  inline static HWND listenedTo;
+  HWINEVENTHOOK hook_;
 };
 
 TEST_F(AccessibleListTest, ChangesAreAnnounced) {
   AnswerMessages();
-  const HWND window = bar_->hWnd();
-  std::vector<WinEvent> events;
+  const std::vector<std::pair<DWORD, LONG>> events = {{EVENT_SYSTEM_MENUPOPUPSTART, CHILDID_SELF},
+                                                      {EVENT_OBJECT_FOCUS, 3},
+                                                      {EVENT_OBJECT_STATECHANGE, 1},
+                                                      {EVENT_OBJECT_NAMECHANGE, 2},
+                                                      {EVENT_OBJECT_REORDER, CHILDID_SELF},
+                                                      {EVENT_SYSTEM_MENUPOPUPEND, CHILDID_SELF}};
   std::atomic<bool> listening = false;
-  std::atomic<bool> heardAll = false;
   {
     const Driver driver([&] {
-      WinEventRecorder recorder(window);
+      const WinEventRecorder recorder(bar_->hWnd());
       listening = true;
-      heardAll = WaitUntil([&] { return recorder.events.size() >= 6; });
-      events = recorder.events;
+      WaitUntil([&] { return WinEventRecorder::heard.size() >= events.size(); });
     });
     EXPECT_TRUE(WaitUntil([&] { return listening.load(); }));
     // Wine: a thread learns of a new listener with the next message that it takes out of its queue.
     PostThreadMessageA(GetCurrentThreadId(), WM_NULL, 0, 0);
     AnswerMessages();
-    bar_->accessible.Notify(EVENT_SYSTEM_MENUPOPUPSTART);
-    bar_->accessible.Notify(EVENT_OBJECT_FOCUS, 2);
-    bar_->accessible.Notify(EVENT_OBJECT_STATECHANGE, 0);
-    bar_->accessible.Notify(EVENT_OBJECT_NAMECHANGE, 1);
-    bar_->accessible.Notify(EVENT_OBJECT_REORDER);
-    bar_->accessible.Notify(EVENT_SYSTEM_MENUPOPUPEND);
+    for (const auto& [event, child] : events) {
+      if (child == CHILDID_SELF) {
+        bar_->accessible.Notify(event);
+      } else {
+        bar_->accessible.Notify(event, static_cast<int>(child) - 1);
+      }
+    }
   }
-  EXPECT_TRUE(heardAll);
-  EXPECT_EQ(events, (std::vector<WinEvent>{
-                        {EVENT_SYSTEM_MENUPOPUPSTART, OBJID_CLIENT, CHILDID_SELF},
-                        {EVENT_OBJECT_FOCUS, OBJID_CLIENT, 3},
-                        {EVENT_OBJECT_STATECHANGE, OBJID_CLIENT, 1},
-                        {EVENT_OBJECT_NAMECHANGE, OBJID_CLIENT, 2},
-                        {EVENT_OBJECT_REORDER, OBJID_CLIENT, CHILDID_SELF},
-                        {EVENT_SYSTEM_MENUPOPUPEND, OBJID_CLIENT, CHILDID_SELF},
-                    }));
+  EXPECT_EQ(WinEventRecorder::heard, events);
 }
 
 }  // namespace

@@ -4,14 +4,13 @@
 
 #include <algorithm>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "platform/Com.h"
 #include "platform/Handle.h"
 #include "resources/resource.h"
-#include "tests/windows/AccessibleClientProgram.h"
+#include "tests/support/AccessibleClient.h"
 #include "tests/support/TestCanvas.h"
 #include "tests/support/TestDesktop.h"
 #include "tests/support/TestRegistry.h"
@@ -494,38 +493,47 @@ TEST_F(BnCommandBarTest, AScreenReaderReadsAndPressesTheButtons) {
   const ComApartment apartment;
   bar_.SetState(kToggle, 1);
   bar_.SetShortcut(kDropDown, ButtonPart::Push, "Ctrl+Enter");
-  const ProgramResult listed = RunClientProgram(bar_.hWnd());
-  ASSERT_EQ(listed.exitCode, 0U) << listed.output;
-  // Number, name, role, state, shortcut and default action; the place follows.
-  const std::vector<std::string> expected = {"1|Push me|role 43|state 0|Alt+P|Press|",
-                                             "2|Menu|role 57|state 40000000|Alt+M|Open|",
-                                             "3|Toggle|role 44|state 18|Alt+T|Uncheck|",
-                                             "4|Drop|role 43|state 0|Ctrl+Enter|Press|",
-                                             "5|Drop menu|role 56|state 40000000|Alt+D|Open|",
-                                             "6||role 21|state 0|||",
-                                             "7|Off|role 43|state 1|Alt+O||",
-                                             "8|Text|role 43|state 0|Alt+X|Press|"};
-  std::istringstream lines(listed.output);
-  std::string line;
-  for (const std::string& start : expected) {
-    ASSERT_TRUE(std::getline(lines, line));
-    EXPECT_TRUE(line.starts_with(start)) << line << " is not " << start;
+  const AccessibleClient reader(bar_.hWnd());
+  struct Told {
+    const char* name;
+    LONG role;
+    LONG state;
+    const char* shortcut;
+    const char* action;
+  };
+  const std::vector<Told> expected = {
+      {"Push me", ROLE_SYSTEM_PUSHBUTTON, 0, "Alt+P", "Press"},
+      {"Menu", ROLE_SYSTEM_BUTTONMENU, STATE_SYSTEM_HASPOPUP, "Alt+M", "Open"},
+      {"Toggle", ROLE_SYSTEM_CHECKBUTTON, 0x18, "Alt+T", "Uncheck"},
+      {"Drop", ROLE_SYSTEM_PUSHBUTTON, 0, "Ctrl+Enter", "Press"},
+      {"Drop menu", ROLE_SYSTEM_BUTTONDROPDOWN, STATE_SYSTEM_HASPOPUP, "Alt+D", "Open"},
+      {"", ROLE_SYSTEM_SEPARATOR, 0, "", ""},
+      {"Off", ROLE_SYSTEM_PUSHBUTTON, STATE_SYSTEM_UNAVAILABLE, "Alt+O", ""},
+      {"Text", ROLE_SYSTEM_PUSHBUTTON, 0, "Alt+X", "Press"}};
+  const std::vector<AccessibleChild> children = reader.Children();
+  ASSERT_EQ(children.size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i) {
+    SCOPED_TRACE(expected[i].name);
+    EXPECT_EQ(children[i].name, expected[i].name);
+    EXPECT_EQ(children[i].role, expected[i].role);
+    EXPECT_EQ(children[i].state, expected[i].state);
+    EXPECT_EQ(children[i].shortcut, expected[i].shortcut);
+    EXPECT_EQ(children[i].defaultAction, expected[i].action);
   }
   const Rect area = bar_.buttons().Find(kPush)->Area();
   POINT corner{area.left, area.top};
   ClientToScreen(bar_.hWnd(), &corner);
-  const std::string place = std::to_string(corner.x) + "," + std::to_string(corner.y) + " " +
-                            std::to_string(area.width) + "x" + std::to_string(area.height);
-  EXPECT_NE(listed.output.find("|" + place), std::string::npos) << place;
+  EXPECT_EQ(children[0].place,
+            (Rect{static_cast<int>(corner.x), static_cast<int>(corner.y), area.width, area.height}));
 
-  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Push me").exitCode, 0U);
+  EXPECT_TRUE(reader.Press("Push me"));
   EXPECT_TRUE(Logged("click 0"));
-  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Toggle").exitCode, 0U);
+  EXPECT_TRUE(reader.Press("Toggle"));
   ASSERT_TRUE(Logged("click 2"));
   EXPECT_EQ(bar_.state(kToggle), 0);
-  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Drop menu").exitCode, 0U);
+  EXPECT_TRUE(reader.Press("Drop menu"));
   EXPECT_TRUE(Logged("dropdown 3"));
-  EXPECT_EQ(RunClientProgram(bar_.hWnd(), "Off").exitCode, 1U);
+  EXPECT_FALSE(reader.Press("Off"));
 }
 
 TEST_F(BnCommandBarTest, TheAboutBoxNamesTheControl) {

@@ -57,24 +57,16 @@ class Target : public Window {
   }
 };
 
-struct WindowCount {
-  std::string className;
-  int found = 0;
-};
-
-BOOL CALLBACK CountOfClass(HWND window, LPARAM parameter) {
-  auto& count = *reinterpret_cast<WindowCount*>(parameter);
-  char name[64]{};
-  GetClassNameA(window, name, sizeof name);
-  if (count.className == name) ++count.found;
-  return TRUE;
-}
-
 /// Windows of this thread of a class, shown or not.
-int CountWindows(const char* className) {
-  WindowCount count{className};
-  EnumThreadWindows(GetCurrentThreadId(), &CountOfClass, reinterpret_cast<LPARAM>(&count));
-  return count.found;
+int CountWindows(const std::string& className) {
+  std::pair<const std::string&, int> count(className, 0);
+  const auto compare = [](HWND window, LPARAM parameter) -> BOOL {
+    auto& [name, found] = *reinterpret_cast<std::pair<const std::string&, int>*>(parameter);
+    found += ClassOf(window) == name ? 1 : 0;
+    return TRUE;
+  };
+  EnumThreadWindows(GetCurrentThreadId(), compare, reinterpret_cast<LPARAM>(&count));
+  return count.second;
 }
 
 void SendMouse(DWORD flags) {
@@ -357,19 +349,6 @@ TEST_F(MenuWindowTest, AClickIsReportedAfterTheMenuIsHidden) {
   ExpectFocusStayed();
 }
 
-TEST_F(MenuWindowTest, DisabledItemsAndSeparatorsKeepItOpen) {
-  Open();
-  for (const int item : {kDelete, kSeparator, kSeparator}) {
-    Hover(item);
-    PressMouse();
-    ReleaseMouse();
-  }
-  Hover(kRename);
-  EXPECT_EQ(menu_->input().State(), MenuState::Docked);
-  EXPECT_EQ(std::count(log_.begin(), log_.end(), "hide"), 0);
-  EXPECT_EQ(GetCapture(), menu_->hWnd());
-}
-
 TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTarget) {
   Open();
   POINT place{200, 300};
@@ -500,28 +479,13 @@ TEST_F(MenuWindowTest, TheCloseBoxSinksAndClosesATornOffMenu) {
   TearOff();
   log_.clear();
   const Rect box = menu_->input().Layout().CloseBox();
-  const auto cross = [&] { return Pixels(box, COLOR_BTNTEXT); };
-  EXPECT_EQ(box.right(), menu_->input().Layout().DragBar().width - 2);
   EXPECT_EQ(Pixel({box.left - 4, 5}), GetSysColor(COLOR_ACTIVECAPTION));
-  EXPECT_GT(cross(), 3);
-  const auto picture = [&] {
-    std::vector<COLORREF> pixels;
-    for (int y = box.top; y < box.bottom(); ++y) {
-      for (int x = box.left; x < box.right(); ++x) pixels.push_back(Pixel({x, y}));
-    }
-    return pixels;
-  };
-  const std::vector<COLORREF> raised = picture();
+  EXPECT_GT(Pixels(box, COLOR_BTNTEXT), 3);
+  const auto isRaised = [&] { return Pixel({box.left, box.top}) == GetSysColor(COLOR_BTNHIGHLIGHT); };
+  EXPECT_TRUE(isRaised());
   Move(OnScreen(Centre(box)));
   PressMouse();
-  EXPECT_TRUE(Until([&] { return menu_->input().CloseBoxPushed(); }));
-  EXPECT_NE(picture(), raised);
-  // Off it and back on.
-  Move(CentreOf(kSeparator));
-  EXPECT_TRUE(Until([&] { return !menu_->input().CloseBoxPushed(); }));
-  EXPECT_EQ(picture(), raised);
-  Move(OnScreen(Centre(box)));
-  EXPECT_TRUE(Until([&] { return menu_->input().CloseBoxPushed(); }));
+  EXPECT_TRUE(Until([&] { return menu_->input().CloseBoxPushed() && !isRaised(); }));
   ReleaseMouse();
   ASSERT_TRUE(Closed());
   EXPECT_EQ(log_.back(), "hide");
@@ -577,18 +541,6 @@ TEST_F(MenuWindowTest, WithoutItemsNothingShows) {
   EXPECT_EQ(log_, Log{});
   menu_->Unload();
   EXPECT_EQ(menu_->hWnd(), nullptr);
-}
-
-TEST_F(MenuWindowTest, FlagsAreKeptByPlace) {
-  EXPECT_EQ(menu_->iCount(), 5);
-  EXPECT_TRUE(menu_->IChecked(kEdit));
-  EXPECT_FALSE(menu_->IEnabled(kDelete));
-  menu_->SetIEnabled(kDelete, true);
-  menu_->SetIChecked(kEdit, false);
-  menu_->SetIEnabled(99, true);
-  EXPECT_TRUE(menu_->IEnabled(kDelete));
-  EXPECT_FALSE(menu_->IChecked(kEdit));
-  EXPECT_FALSE(menu_->IEnabled(99));
 }
 
 TEST_F(MenuWindowTest, TheOwnerMayEndTheMenuInAnyEvent) {
@@ -658,9 +610,7 @@ std::vector<std::string>* heardEvents = nullptr;
 
 void CALLBACK HearEvent(HWINEVENTHOOK /*hook*/, DWORD event, HWND window, LONG /*object*/, LONG child,
                         DWORD /*thread*/, DWORD /*time*/) {
-  char name[32]{};
-  GetClassNameA(window, name, sizeof name);
-  if (heardEvents == nullptr || std::string(name) != "frmMenu") return;
+  if (heardEvents == nullptr || ClassOf(window) != "frmMenu") return;
   if (event == EVENT_SYSTEM_MENUPOPUPSTART) heardEvents->emplace_back("start");
   if (event == EVENT_SYSTEM_MENUPOPUPEND) heardEvents->emplace_back("end");
   if (event == EVENT_OBJECT_FOCUS) heardEvents->push_back("focus " + std::to_string(child));
@@ -683,7 +633,7 @@ TEST_F(MenuWindowTest, AssistiveProgramsHearOfOpeningFocusAndEnd) {
 }
 
 TEST_F(MenuWindowTest, OpeningTearingOffAndClosingLeavesNothingBehind) {
-  constexpr int kCycles = 200;
+  constexpr int kCycles = 20;
   const auto cycle = [&] {
     Open();
     // Pressed and released on the bar: the drag ends where it began.

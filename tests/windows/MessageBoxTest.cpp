@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "platform/Win32Text.h"
-#include "tests/support/TestDesktop.h"
+#include "platform/Window.h"
+#include "resources/resource.h"
+#include "tests/support/ModalWindow.h"
 #include "tests/support/TestRegistry.h"
 #include "ui/commandbar/SystemSounds.h"
 #include "ui/dialogs/frmMsg.h"
@@ -30,59 +30,38 @@ class MessageBoxTest : public testing::Test {
                           REG_SZ);
   }
 
-  /// Shows a box while `script` works on it from another thread; the script has to close it. When it cannot,
-  /// the box is closed so that the test ends.
+  /// Shows a box while `script` works on it; the script has to close it.
   MessageResult Show(const std::string& prompt, int style, const std::function<void(HWND)>& script,
                      const std::string& title = kTitle) {
-    const Driver driver([&] {
-      const std::string shownTitle = title.empty() ? "Brennic Snipstore 2.0" : title;
-      const HWND box = WaitForWindow(shownTitle);
-      EXPECT_NE(box, nullptr);
-      if (box == nullptr) return;
-      EXPECT_TRUE(WaitUntil([&] { return IsForeground(box); }));
-      script(box);
-      if (WaitUntil([&] { return IsWindow(box) == 0; })) return;
-      ADD_FAILURE() << "the box stayed open";
-      PostMessageA(box, WM_CLOSE, 0, 0);
-    });
-    return ShowMessage(sounds_, prompt, style, title);
-  }
-
-  static std::vector<std::string> ButtonCaptions(HWND box) {
-    std::vector<std::string> captions;
-    for (const int id : {1, 2, 6, 7}) {
-      const HWND button = GetDlgItem(box, id);
-      if (button != nullptr) captions.push_back(WindowText(button));
-    }
-    return captions;
+    auto result = MessageResult::Ok;
+    const auto show = [&] { result = ShowMessage(sounds_, prompt, style, title); };
+    DriveModal(title.empty() ? "Brennic Snipstore 2.0" : title, show, script);
+    return result;
   }
 };
 
-TEST_F(MessageBoxTest, StyleChoosesButtonsAndSound) {
+TEST_F(MessageBoxTest, StyleChoosesSignAndSound) {
   struct Case {
     int style;
-    std::vector<std::string> buttons;
+    int icon;
     std::string sound;
   };
-  const std::vector<Case> cases = {
-      {0, {"OK"}, "SystemAsterisk"},        {1, {"OK", "Cancel"}, "SystemAsterisk"},
-      {2, {"OK"}, "SystemAsterisk"},        {3, {"OK", "Cancel"}, "SystemAsterisk"},
-      {4, {"Yes", "No"}, "SystemAsterisk"}, {5, {"Yes", "No"}, "SystemAsterisk"},
-      {16, {"OK"}, "SystemHand"},           {36, {"Yes", "No"}, "SystemQuestion"},
-      {48, {"OK"}, "SystemQuestion"},       {64, {"OK"}, "SystemAsterisk"},
-  };
-  for (const char* event : {"SystemAsterisk", "SystemHand", "SystemQuestion", "SystemExclamation"})
-    AssignSound(event);
-  for (const Case& expected : cases) {
-    SCOPED_TRACE(expected.style);
+  for (const char* event : {"SystemAsterisk", "SystemHand", "SystemQuestion"}) AssignSound(event);
+  for (const auto& [style, icon, sound] :
+       std::vector<Case>{{0, IDI_MESSAGE_INFORMATION, "SystemAsterisk"},
+                         {16, IDI_MESSAGE_CRITICAL, "SystemHand"},
+                         {36, IDI_MESSAGE_QUESTION, "SystemQuestion"},
+                         {48, IDI_MESSAGE_QUESTION, "SystemQuestion"},
+                         {64, IDI_MESSAGE_INFORMATION, "SystemAsterisk"}}) {
+    SCOPED_TRACE(style);
     played_.clear();
-    Show("A question", expected.style, [&](HWND box) {
-      EXPECT_EQ(ButtonCaptions(box), expected.buttons);
+    Show("A question", style, [wanted = SharedIcon(icon, SM_CXICON)](HWND box) {
       EXPECT_EQ(WindowText(GetDlgItem(box, frmMsg::kLabelId)), "A question");
-      EXPECT_NE(SendDlgItemMessageA(box, frmMsg::kImageId, STM_GETICON, 0, 0), 0);
+      EXPECT_EQ(SendDlgItemMessageA(box, frmMsg::kImageId, STM_GETICON, 0, 0),
+                reinterpret_cast<LRESULT>(wanted));
       PostMessageA(box, WM_CLOSE, 0, 0);
     });
-    EXPECT_EQ(played_, std::vector<std::string>{expected.sound});
+    EXPECT_EQ(played_, std::vector<std::string>{sound});
   }
 }
 
@@ -132,25 +111,22 @@ TEST_F(MessageBoxTest, PromptsOfAnyLengthFitTheBoxAndTheScreen) {
        {std::string("No"), paragraph, lines, std::string(4000, 'W'), std::string()}) {
     SCOPED_TRACE(prompt.substr(0, 20));
     Show(prompt, 36, [&](HWND box) {
-      RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+      const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+      const auto isWithin = [](RECT inner, const RECT& outer) {
+        RECT common{};
+        IntersectRect(&common, &inner, &outer);
+        return EqualRect(&common, &inner) != 0 || inner.right == inner.left;
+      };
       RECT place{};
       GetWindowRect(box, &place);
-      RECT common{};
-      IntersectRect(&common, &place, &screen);
-      EXPECT_NE(EqualRect(&common, &place), 0) << "the box is not whole on the screen";
+      EXPECT_TRUE(isWithin(place, screen));
       EXPECT_EQ(WindowText(GetDlgItem(box, frmMsg::kLabelId)), prompt);
-      RECT client{};
-      GetClientRect(box, &client);
-      MapWindowPoints(box, nullptr, reinterpret_cast<POINT*>(&client), 2);
+      GetClientRect(box, &place);
+      MapWindowPoints(box, nullptr, reinterpret_cast<POINT*>(&place), 2);
       for (const int id : {frmMsg::kLabelId, frmMsg::kImageId, 6, 7}) {
         RECT child{};
         GetWindowRect(GetDlgItem(box, id), &child);
-        IntersectRect(&common, &child, &client);
-        const bool inside = EqualRect(&common, &child) != 0;
-        EXPECT_TRUE(inside || child.right == child.left)
-            << "control " << id << " is cut off: " << child.left << ',' << child.top << ' ' << child.right
-            << ',' << child.bottom << " of " << client.right << ',' << client.bottom << " for "
-            << prompt.substr(0, 9);
+        EXPECT_TRUE(isWithin(child, place)) << "control " << id << " is cut off";
       }
       PostMessageA(GetDlgItem(box, 6), BM_CLICK, 0, 0);
     });
@@ -158,15 +134,7 @@ TEST_F(MessageBoxTest, PromptsOfAnyLengthFitTheBoxAndTheScreen) {
 }
 
 TEST_F(MessageBoxTest, TheOwnerTakesNoInputWhileTheBoxIsOpen) {
-  struct WindowDestroyer {
-    void operator()(HWND window) const { DestroyWindow(window); }
-  };
-  using Owned = std::unique_ptr<std::remove_pointer_t<HWND>, WindowDestroyer>;
-  const auto make = [](DWORD exStyle, const char* title, HWND owner) {
-    return Owned(CreateWindowExA(exStyle, "STATIC", title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
-                                 owner, nullptr, nullptr, nullptr));
-  };
-  const Owned owner = make(0, "owner", nullptr);
+  const TestOwner owner;
   ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == owner.get(); }));
   const auto showOver = [&](HWND expected) {
     Show("Wait", 0, [&](HWND box) {
@@ -180,7 +148,8 @@ TEST_F(MessageBoxTest, TheOwnerTakesNoInputWhileTheBoxIsOpen) {
 
   // In the background no window is the active one; a palette or a tip that lies above is not what is asked
   // about.
-  const Owned palette = make(WS_EX_TOOLWINDOW, "palette", owner.get());
+  CreateWindowExA(WS_EX_TOOLWINDOW, "STATIC", "palette", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
+                  owner.get(), nullptr, nullptr, nullptr);
   SetForegroundWindow(GetDesktopWindow());
   ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == nullptr; }));
   showOver(owner.get());

@@ -45,22 +45,17 @@ class Registry32Test : public testing::Test {
   }
 
   static bool KeyExists(const std::string& path) {
-    HKEY key = nullptr;
-    if (RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-    RegCloseKey(key);
-    return true;
+    return !RegistryContents(HKEY_CURRENT_USER, path).empty();
   }
 };
 
-TEST_F(Registry32Test, ASettingThatWasNeverWrittenReadsEmptyAndLeavesItsKeyBehind) {
-  EXPECT_EQ(registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", "FontName"), "");
-  EXPECT_TRUE(KeyExists("Software\\Brennic\\BnSnipstore\\2.0\\Settings"));
-  EXPECT_TRUE(messages_.empty());
-}
-
 TEST_F(Registry32Test, SettingsReadBackTrimmedUpTo254Characters) {
+  const auto read = [&] {
+    return registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", "Value");
+  };
+  EXPECT_EQ(read(), "") << "never written";
+  EXPECT_TRUE(KeyExists("Software\\Brennic\\BnSnipstore\\2.0\\Settings"));
   const std::vector<std::pair<std::string, std::string>> cases = {
-      {"Yes", "Yes"},
       {"  two words ", "two words"},
       {"", ""},
       {"   ", ""},
@@ -69,77 +64,83 @@ TEST_F(Registry32Test, SettingsReadBackTrimmedUpTo254Characters) {
       {std::string(254, 'x'), std::string(254, 'x')},
   };
   for (const auto& [stored, expected] : cases) {
-    SCOPED_TRACE(stored);
-    registry_.SaveRegSetting("Brennic", "BnSnipstore", "2.0", "Value", stored);
-    EXPECT_EQ(registry_.GetRegSetting("Brennic", "BnSnipstore", "2.0", "Value"), expected);
+    registry_.SaveRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", "Value", stored);
+    EXPECT_EQ(read(), expected) << stored;
   }
   EXPECT_TRUE(messages_.empty());
-}
-
-TEST_F(Registry32Test, AValueTooLongForTheBufferIsReportedAndReadsEmpty) {
-  registry_.SaveRegSetting("Brennic", "BnSnipstore", "2.0", "Value", std::string(255, 'x'));
-  EXPECT_EQ(registry_.GetRegSetting("Brennic", "BnSnipstore", "2.0", "Value"), "");
+  registry_.SaveRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", "Value", std::string(255, 'x'));
+  EXPECT_EQ(read(), "");
   EXPECT_EQ(messages_, std::vector<std::string>{"Undefined key error code! -- 234"});
 }
 
 TEST_F(Registry32Test, QueryRegStringGivesTheTextOrTheDefault) {
-  const UniqueRegKey key = Key();
-  WriteRaw(key, "", REG_SZ, "default value\0"s);
-  WriteRaw(key, "text", REG_SZ, " kept as it is \0"s);
-  WriteRaw(key, "long", REG_SZ, std::string(3000, 'y') + '\0');
-  WriteRaw(key, "empty", REG_SZ, "\0"s);
-  WriteRaw(key, "no data", REG_SZ, "");
-  WriteRaw(key, "number", REG_DWORD, "\x01\0\0\0"s);
-  WriteRaw(key, "expand", REG_EXPAND_SZ, "%PATH%\0"s);
-  const auto query = [&](const std::string& name) {
-    return registry_.QueryRegString(HKEY_CURRENT_USER, "Software\\Values", name, "none");
+  struct Case {
+    const char* name;
+    DWORD type;
+    std::string stored;
+    std::string read;
   };
-  EXPECT_EQ(query(""), "default value");
-  EXPECT_EQ(query("text"), " kept as it is ");
-  EXPECT_EQ(query("long"), std::string(3000, 'y'));
-  EXPECT_EQ(query("empty"), "");
-  EXPECT_EQ(query("no data"), " ");
-  EXPECT_EQ(query("number"), "none");
-  EXPECT_EQ(query("expand"), "none");
-  EXPECT_EQ(query("missing"), "none");
-  EXPECT_EQ(registry_.QueryRegString(HKEY_CURRENT_USER, "Software\\Missing", "", "none"), "none");
+  const UniqueRegKey key = Key();
+  for (const auto& [name, type, stored, read] : std::vector<Case>{
+           {"", REG_SZ, "default value\0"s, "default value"},
+           {"text", REG_SZ, " kept as it is \0"s, " kept as it is "},
+           {"long", REG_SZ, std::string(3000, 'y') + '\0', std::string(3000, 'y')},
+           {"empty", REG_SZ, "\0"s, ""},
+           {"no data", REG_SZ, "", " "},
+           {"number", REG_DWORD, "\x01\0\0\0"s, "none"},
+           {"expand", REG_EXPAND_SZ, "%PATH%\0"s, "none"},
+       }) {
+    WriteRaw(key, name, type, stored);
+    EXPECT_EQ(registry_.QueryRegString(HKEY_CURRENT_USER, "Software\\Values", name, "none"), read) << name;
+  }
+  for (const char* path : {"Software\\Values", "Software\\Missing"}) {
+    EXPECT_EQ(registry_.QueryRegString(HKEY_CURRENT_USER, path, "missing", "none"), "none");
+  }
   EXPECT_FALSE(KeyExists("Software\\Missing"));
   EXPECT_TRUE(messages_.empty());
 }
 
 TEST_F(Registry32Test, WritesEachTypeInItsLayout) {
+  struct Case {
+    DWORD type;
+    const char* text;
+    std::string stored;
+  };
   const UniqueRegKey key = Key();
   const std::vector<std::string> extras = {"two", "", "\0"s, "three"};
-  registry_.SetRegValue("text", key, "sz", REG_SZ);
-  registry_.SetRegValue("%a%", key, "expand", REG_EXPAND_SZ);
-  registry_.SetRegValue("123456", key, "digits", REG_DWORD);
-  registry_.SetRegValue("-7", key, "short", REG_DWORD);
-  registry_.SetRegValue("one", key, "multi", REG_MULTI_SZ, extras);
-  EXPECT_EQ(RawData(key, "sz", REG_SZ), "text\0"s);
-  EXPECT_EQ(RawData(key, "expand", REG_EXPAND_SZ), "%a%\0"s);
-  EXPECT_EQ(RawData(key, "digits", REG_DWORD), "1234");
-  EXPECT_EQ(RawData(key, "short", REG_DWORD), "-7\0\0"s);
-  EXPECT_EQ(RawData(key, "multi", REG_MULTI_SZ), "one\0two\0three\0\0"s);
+  for (const auto& [type, text, stored] : std::vector<Case>{{REG_SZ, "text", "text\0"s},
+                                                            {REG_EXPAND_SZ, "%a%", "%a%\0"s},
+                                                            {REG_DWORD, "123456", "1234"},
+                                                            {REG_DWORD, "-7", "-7\0\0"s},
+                                                            {REG_MULTI_SZ, "one", "one\0two\0three\0\0"s}}) {
+    registry_.SetRegValue(text, key, "value", type, extras);
+    EXPECT_EQ(RawData(key, "value", type), stored);
+  }
   EXPECT_TRUE(messages_.empty());
 }
 
 TEST_F(Registry32Test, ReadsEachTypeAsText) {
-  const UniqueRegKey key = Key();
-  WriteRaw(key, "sz", REG_SZ, "text\0"s);
-  WriteRaw(key, "binary", REG_BINARY, "\x01\xAB\0"s);
-  WriteRaw(key, "multi", REG_MULTI_SZ, "one\0two\0\0"s);
-  WriteRaw(key, "emptyMulti", REG_MULTI_SZ, "\0"s);
-  const auto query = [&](const std::string& name, DWORD type, std::vector<std::string>* strings = nullptr) {
-    return registry_.QueryRegValue(key, name, type, strings);
+  struct Case {
+    DWORD type;
+    std::string stored;
+    DWORD asked;
+    std::string read;
   };
-  EXPECT_EQ(query("sz", REG_SZ), "text");
-  EXPECT_EQ(query("sz", REG_EXPAND_SZ), "text");
-  EXPECT_EQ(query("binary", REG_BINARY), "01AB00");
+  const UniqueRegKey key = Key();
   std::vector<std::string> strings;
-  EXPECT_EQ(query("multi", REG_MULTI_SZ, &strings), "one");
+  for (const auto& [type, stored, asked, read] :
+       std::vector<Case>{{REG_SZ, "text\0"s, REG_SZ, "text"},
+                         {REG_SZ, "text\0"s, REG_EXPAND_SZ, "text"},
+                         {REG_BINARY, "\x01\xAB\0"s, REG_BINARY, "01AB00"},
+                         {REG_MULTI_SZ, "\0"s, REG_MULTI_SZ, ""},
+                         {REG_MULTI_SZ, "one\0two\0\0"s, REG_MULTI_SZ, "one"}}) {
+    WriteRaw(key, "value", type, stored);
+    DWORD wanted = asked;
+    EXPECT_EQ(registry_.QueryRegValue(key, "value", wanted, &strings), read);
+  }
   EXPECT_EQ(strings, (std::vector<std::string>{"one", "two"}));
-  EXPECT_EQ(query("emptyMulti", REG_MULTI_SZ), "");
-  EXPECT_EQ(query("missing", REG_SZ), std::string(254, ' '));
+  DWORD text = REG_SZ;
+  EXPECT_EQ(registry_.QueryRegValue(key, "missing", text), std::string(254, ' '));
   EXPECT_TRUE(messages_.empty());
 }
 

@@ -1,0 +1,614 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "resources/resource.h"
+#include "tests/support/TestCanvas.h"
+#include "ui/commandbar/ButtonPainter.h"
+#include "ui/commandbar/PaintEffects.h"
+#include "ui/commandbar/Picture.h"
+
+// Pictures, what is made of them, and the parts of a button, drawn as letters.
+
+namespace snip::test {
+namespace {
+
+constexpr COLORREF kMask = RGB(0xC0, 0xC0, 0xC0);
+constexpr COLORREF kGround = RGB(20, 40, 160);
+constexpr COLORREF kDark = RGB(90, 10, 30);
+constexpr COLORREF kLight = RGB(255, 240, 120);
+constexpr COLORREF kStripe = RGB(250, 130, 5);
+constexpr COLORREF kMagenta = RGB(120, 0, 120);  // dark, as masks go
+constexpr COLORREF kHighlight = RGB(3, 230, 90);
+constexpr COLORREF kShadow = RGB(70, 80, 95);
+constexpr COLORREF kBack = RGB(230, 220, 200);
+constexpr COLORREF kFore = RGB(10, 90, 60);
+constexpr COLORREF kFace = RGB(153, 101, 250);
+
+using Rows = std::vector<std::string>;
+
+/// "F", "E", "A" and "T" are the system's colours of a button: face, edge of light, edge of shadow, text.
+const Legend& Colors() {
+  static const Legend legend = {{'.', kMask},
+                                {'o', kGround},
+                                {'d', kDark},
+                                {'l', kLight},
+                                {'s', kStripe},
+                                {'m', kMagenta},
+                                {'k', RGB(0, 0, 0)},
+                                {'w', RGB(255, 255, 255)},
+                                {'H', kHighlight},
+                                {'S', kShadow},
+                                {'b', kBack},
+                                {'f', kFore},
+                                {'F', GetSysColor(COLOR_BTNFACE)},
+                                {'E', GetSysColor(COLOR_BTNHIGHLIGHT)},
+                                {'A', GetSysColor(COLOR_BTNSHADOW)},
+                                {'T', GetSysColor(COLOR_BTNTEXT)}};
+  return legend;
+}
+
+Image Drawn(const Rows& rows) {
+  return Draw(rows, Colors());
+}
+
+Picture BitmapPicture(const Rows& rows) {
+  return Picture(BitmapOf(Drawn(rows)));
+}
+
+/// Transparent at the dots.
+Picture IconPicture(const Rows& rows) {
+  return Picture(IconOf(Drawn(rows), kMask));
+}
+
+TestCanvas PlainCanvas(int width, int height, TestCanvas::Kind kind = TestCanvas::Kind::DibSection) {
+  return {width, height, kGround, kind};
+}
+
+using Paint = std::function<void(const PaintEffects& effects, HDC dc, const Picture* picture)>;
+
+// The effects with all that they are given but the picture.
+
+Paint Normal(int x, int y, int width, int height, int fromX, int fromY) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.PaintNormalStdPic(dc, x, y, width, height, picture, fromX, fromY);
+  };
+}
+Paint Transparent(int x, int y, int width, int height, int fromX, int fromY, COLORREF mask = kMask,
+                  HPALETTE palette = nullptr) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.PaintTransparentStdPic(dc, x, y, width, height, picture, fromX, fromY, mask, palette);
+  };
+}
+Paint Disabled(int x, int y, int width, int height, int fromX, int fromY, COLORREF mask = kMask,
+               COLORREF highlight = kHighlight, COLORREF shadow = kShadow, HPALETTE palette = nullptr) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.PaintDisabledStdPic(dc, x, y, width, height, picture, fromX, fromY, mask, highlight, shadow,
+                                palette);
+  };
+}
+Paint BySystem(int x, int y, int width, int height) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.PaintDisabledStdPic2(dc, x, y, width, height, picture);
+  };
+}
+Paint OnFace(int x, int y, int width, int height, int fromX, int fromY) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.PaintDisabledStdPic3(dc, x, y, width, height, picture, fromX, fromY);
+  };
+}
+Paint Tiles(int beginX, int beginY, int width, int height, int tileWidth = 2, int tileHeight = 2) {
+  return [=](const PaintEffects& effects, HDC dc, const Picture* picture) {
+    effects.BoxStdPic(dc, beginX, beginY, width, height, picture, tileWidth, tileHeight);
+  };
+}
+
+/// Every effect that takes a picture.
+std::vector<Paint> Effects(int width = 4, int height = 4) {
+  return {Normal(1, 1, width, height, 0, 0),   Transparent(1, 1, width, height, 0, 0),
+          Disabled(1, 1, width, height, 0, 0), BySystem(1, 1, width, height),
+          OnFace(1, 1, width, height, 0, 0),   Tiles(0, 0, 4, 4, std::min(width, 2), std::min(height, 2))};
+}
+
+TEST(PaintEffectsTest, DrawsAPictureInEachWay) {
+  const Rows icon = {"d..l", ".ks.", "l..d"};
+  const Rows tile = {"dlw", "smw", "www"};
+  struct Case {
+    const char* name;
+    Picture picture;
+    Paint paint;
+    Rows painted;
+  };
+  std::vector<Case> cases;
+  const auto bitmap = [&](const char* name, const Rows& rows, Paint paint, const Rows& painted) {
+    cases.push_back({name, BitmapPicture(rows), std::move(paint), painted});
+  };
+  const auto ofIcon = [&](const char* name, const Rows& rows, Paint paint, const Rows& painted) {
+    cases.push_back({name, IconPicture(rows), std::move(paint), painted});
+  };
+  bitmap("part of a bitmap", {"kkkkk", "kdl.k", "kw.dk", "kkkkk"}, Normal(2, 1, 3, 2, 1, 1),
+         {"oooooo", "oodl.o", "oow.do", "oooooo"});
+  ofIcon("an icon in its own size", {"d..d", ".ll.", "k..w"}, Normal(1, 1, 2, 1, 0, 0),
+         {"oooooo", "odoodo", "oolloo", "okoowo"});
+  bitmap("transparent", {"kkkkk", "kd.lk", "k.w.k", "kkk.k"}, Transparent(2, 1, 3, 3, 1, 1),
+         {"oooooo", "oodolo", "ooowoo", "ookkoo"});
+  bitmap("transparent in a system colour", {"TdT.", "dTTd"},
+         Transparent(0, 0, 4, 2, 0, 0, SystemColor(COLOR_BTNTEXT)), {"odo.", "dood"});
+  for (const COLORREF mask : {kMask, kMagenta, kHighlight}) {
+    ofIcon("an icon whatever the mask", icon, Transparent(1, 1, 4, 3, 0, 0, mask),
+           {"oooooo", "odoolo", "ooksoo", "oloodo"});
+  }
+  ofIcon("part of an icon", icon, Transparent(1, 1, 2, 2, 2, 1), {"oooo", "osoo", "oodo", "oooo"});
+  bitmap("embossed", {"mmmmmm", "mddlmm", "mdwwdm", "mmlkmm", "mmmmmm"}, Disabled(1, 2, 4, 3, 1, 1, kMagenta),
+         {"ooooooo", "ooooooo", "oSSoooo", "oSHHSoo", "ooHSoHo", "ooooHoo"});
+  // The mask is the colour of text: without it, it would be the darkest shape of all.
+  bitmap("embossed in system colours", {"TTTT", "TddT", "TdlT", "TTTT"},
+         Disabled(1, 1, 4, 4, 0, 0, SystemColor(COLOR_BTNTEXT), SystemColor(COLOR_BTNHIGHLIGHT),
+                  SystemColor(COLOR_BTNSHADOW)),
+         {"oooooo", "oooooo", "ooAAoo", "ooAEEo", "oooEoo", "oooooo"});
+  bitmap("part of a bitmap embossed", {"dddd", "d.dd", "dd.d"}, Disabled(0, 1, 2, 2, 1, 1),
+         {"oooo", "oSoo", "SoHo", "oHoo"});
+  bitmap("on a button's face", {"kkkkkk", "kd.d.k", "klddwk", "k..dkk"}, OnFace(2, 1, 4, 3, 1, 1),
+         {"oooooooo", "ooAFAFoo", "ooFAAEoo", "ooFFAAoo", "oooooEEo", "oooooooo"});
+  ofIcon("an icon on a button's face", {"kkkk", "d..k", "l.dk"}, OnFace(1, 1, 3, 2, 0, 1),
+         {"oooooo", "oAFFoo", "oFEAoo", "ooooEo"});
+  // The tile that begins just at the width is still drawn, and whole.
+  bitmap("tiles up to a place", tile, Tiles(0, 0, 4, 1), {"dldldlooo", "smsmsmooo", "ooooooooo"});
+  bitmap("rows of tiles", tile, Tiles(0, 0, 3, 2), {"dldlo", "smsmo", "dldlo", "smsmo", "ooooo"});
+  bitmap("tiles from a number on", tile, Tiles(1, 2, 5, 4),
+         {"ooooooooo", "ooooooooo", "ooooooooo", "ooooooooo", "oodldlooo", "oosmsmooo"});
+  bitmap("no tiles", tile, Tiles(2, 0, 3, 5), {"ooooooooo", "ooooooooo"});
+  for (const Case& expected : cases) {
+    SCOPED_TRACE(expected.name);
+    const int width = static_cast<int>(expected.painted.front().size());
+    const int height = static_cast<int>(expected.painted.size());
+    for (const auto kind : {TestCanvas::Kind::DibSection, TestCanvas::Kind::ScreenBitmap}) {
+      const TestCanvas canvas = PlainCanvas(width, height, kind);
+      expected.paint(PaintEffects(), canvas.dc(), &expected.picture);
+      EXPECT_EQ(canvas.Read(), Drawn(expected.painted));
+    }
+  }
+}
+
+TEST(PaintEffectsTest, AMonochromeSourceHasItsContextsColours) {
+  const WORD bits[] = {0x00A0, 0x0050};  // 1010 and 0101: the first byte of a row is the low one
+  const UniqueBitmap bitmap(CreateBitmap(4, 2, 1, 1, bits));
+  const MemoryDC source(bitmap.get());
+  const PaintEffects effects;
+  SetTextColor(source.get(), kDark);
+  SetBkColor(source.get(), kLight);
+  const TestCanvas canvas = PlainCanvas(4, 2);
+  effects.PaintTransparentDC(canvas.dc(), 0, 0, 4, 2, source.get(), 0, 0, kMask);
+  EXPECT_EQ(canvas.Read(), Drawn({"ldld", "dldl"}));
+  effects.PaintTransparentDC(canvas.dc(), 0, 0, 4, 1, source.get(), 0, 1, kLight);
+  EXPECT_EQ(canvas.Read(), Drawn({"dddd", "dldl"}));
+}
+
+TEST(PaintEffectsTest, TransparentChangesTheDestinationOnce) {
+  const Picture picture = BitmapPicture({"d..l", ".ld."});
+  const HDC recorder = CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr);
+  Transparent(0, 0, 4, 2, 0, 0)(PaintEffects(), recorder, &picture);
+  const UniqueMetafile record(CloseEnhMetaFile(recorder));
+  int copies = 0;
+  const auto count = [](HDC, HANDLETABLE*, const ENHMETARECORD* step, int, LPARAM counter) CALLBACK -> int {
+    if (step->iType == EMR_BITBLT || step->iType == EMR_STRETCHBLT) ++*reinterpret_cast<int*>(counter);
+    return 1;
+  };
+  EnumEnhMetaFile(nullptr, record.get(), count, &copies, nullptr);
+  EXPECT_EQ(copies, 1);
+}
+
+TEST(PaintEffectsTest, ADisabledIconComesInTheSystemsIconSize) {
+  const int size = GetSystemMetrics(SM_CXICON);
+  ASSERT_EQ(size, 2 * 16);
+  Image small{16, 16, std::vector<COLORREF>(256, kDark)};
+  Image large{size, size, std::vector<COLORREF>(static_cast<std::size_t>(size * size), kMask)};
+  for (const POINT& dot : {POINT{3, 2}, POINT{4, 2}, POINT{20, 30}, POINT{31, 31}})
+    large.At(dot.x, dot.y) = kDark;
+  for (const POINT& dot : {POINT{10, 10}, POINT{3, 3}}) large.At(dot.x, dot.y) = kLight;
+  const Picture picture(IconOf(large, kMask));
+  const TestCanvas canvas = PlainCanvas(40, 40);
+  const Image ground = canvas.Read();
+  Disabled(2, 3, size, size, 0, 0, kMagenta)(PaintEffects(), canvas.dc(), &picture);
+  EXPECT_EQ(canvas.Read(), Emboss(ground, large, kDark, 2, 3, kHighlight, kShadow));
+  const Picture stretched(IconOf(small, kMask));
+  const TestCanvas other = PlainCanvas(40, 40);
+  Disabled(0, 0, size, size, 0, 0)(PaintEffects(), other.dc(), &stretched);
+  EXPECT_EQ(other.Read().At(size - 1, size - 1), kShadow);
+  EXPECT_EQ(other.Read().At(size, size), kHighlight);
+}
+
+TEST(PaintEffectsTest, ThePictureOrTheAreaMayBeMissing) {
+  const Picture empty;
+  const Picture metafile(
+      UniqueMetafile(CloseEnhMetaFile(CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr))));
+  const Picture bitmap = BitmapPicture({"dddd", "dddd", "dddd", "dddd"});
+  const Picture icon = IconPicture({"dddd", "dddd", "dddd", "dddd"});
+  const PaintEffects effects;
+  const TestCanvas canvas = PlainCanvas(6, 6);
+  const Image ground = canvas.Read();
+  std::string failed;
+  for (const Paint& paint : Effects()) {
+    paint(effects, canvas.dc(), nullptr);
+    paint(effects, canvas.dc(), &empty);
+    try {
+      paint(effects, canvas.dc(), &metafile);
+      failed += '-';
+    } catch (const InvalidPicture& error) {
+      failed += error.Number() == 481 ? 'x' : '?';
+    }
+  }
+  EXPECT_EQ(failed, "xxxx--");
+  for (const auto& [width, height] : {SIZE{0, 4}, SIZE{4, 0}, SIZE{-2, 2}, SIZE{2, -2}}) {
+    for (const Picture* picture : {&bitmap, &icon}) {
+      for (const std::size_t effect : {1U, 2U, 4U, 5U})
+        Effects(width, height)[effect](effects, canvas.dc(), picture);
+    }
+  }
+  EXPECT_EQ(canvas.Read(), ground);
+}
+
+/// Colours given as an index show which palette the images are seen through, on a screen that needs none too.
+TEST(PaintEffectsTest, ImagesAreSeenThroughTheCallersPaletteOrElseTheHalftoneOne) {
+  constexpr UINT kIndex = 1;
+  struct {
+    LOGPALETTE head;
+    PALETTEENTRY second;
+  } description{};
+  description.head.palVersion = 0x300;
+  description.head.palNumEntries = 2;
+  description.second = {GetRValue(kMagenta), GetGValue(kMagenta), GetBValue(kMagenta), 0};
+  const UniquePalette palette(CreatePalette(&description.head));
+  const UniquePalette halftone(CreateHalftonePalette(WindowDC(nullptr).get()));
+  PALETTEENTRY entry{};
+  ASSERT_EQ(GetPaletteEntries(halftone.get(), kIndex, 1, &entry), 1U);
+  Legend legend = Colors();
+  legend['h'] = RGB(entry.peRed, entry.peGreen, entry.peBlue);
+  const Image image = Draw({"mlhl", "llll"}, legend);
+  const Picture bitmap(BitmapOf(image));
+  const Picture icon(IconOf(image, kMask));
+  for (const bool given : {true, false}) {
+    SCOPED_TRACE(given);
+    const HPALETTE through = given ? palette.get() : nullptr;
+    for (const Picture* picture : {&bitmap, &icon}) {
+      const TestCanvas canvas = PlainCanvas(4, 2);
+      Transparent(0, 0, 4, 2, 0, 0, PALETTEINDEX(kIndex), through)(PaintEffects(), canvas.dc(), picture);
+      EXPECT_EQ(canvas.Read(), Draw({given ? "olhl" : "mlol", "llll"}, legend));
+    }
+    const TestCanvas canvas = PlainCanvas(4, 2);
+    Disabled(0, 0, 4, 2, 0, 0, PALETTEINDEX(kIndex), kHighlight, kShadow, through)(PaintEffects(),
+                                                                                   canvas.dc(), &bitmap);
+    EXPECT_EQ(canvas.Read(), given ? Drawn({"ooSo", "oooH"}) : Drawn({"Sooo", "oHoo"}));
+  }
+  EXPECT_EQ(GetObjectType(palette.get()), static_cast<DWORD>(OBJ_PAL));
+}
+
+class ButtonPainterTest : public testing::Test {
+ protected:
+  ButtonPainter On(const TestCanvas& canvas) const {
+    return {canvas.dc(),
+            effects_,
+            {.back = kBack, .fore = kFore, .face = kFace, .highlight = kHighlight, .shadow = kShadow}};
+  }
+
+  PaintEffects effects_;
+  // Without smoothed edges, so that every pixel of a letter has the text's colour.
+  const UniqueFont font_{CreateFontA(-16, 0, 0, 0, FW_NORMAL, 0, 0, 0, ANSI_CHARSET, OUT_DEFAULT_PRECIS,
+                                     CLIP_DEFAULT_PRECIS, NONANTIALIASED_QUALITY, DEFAULT_PITCH, "Tahoma")};
+};
+
+TEST_F(ButtonPainterTest, DrawsTheParts) {
+  const auto arrow = Picture::FromResource(IDB_DROP_ARROW);
+  ASSERT_NE(arrow, nullptr);
+  const Picture picture = BitmapPicture({".d.", "lm.", "kw."});
+  const Picture empty;
+  using Part = std::function<void(const ButtonPainter&)>;
+  struct Case {
+    const char* name;
+    Part draw;
+    Rows painted;
+  };
+  const Rows bordered = {"HHHHS", "HoooS", "HoooS", "SSSSS"};
+  const Rows nothing = {"ooooo", "ooooo", "ooooo", "ooooo", "ooooo"};
+  const auto border = [](int style) -> Part {
+    return [=](const auto& on) { on.DrawBorder({0, 0, 5, 4}, style); };
+  };
+  for (const Case& expected : std::vector<Case>{
+           {"erased",
+            [](const auto& on) {
+              on.Erase({1, 1, 3, 2});
+            },
+            {"ooooo", "obbbo", "obbbo", "ooooo"}},
+           {"raised",
+            [](const auto& on) {
+              on.DrawEdge({1, 1, 4, 3}, on.Raised());
+            },
+            {"oooooo", "oHHHSo", "oHooSo", "oSSSSo", "oooooo"}},
+           {"sunken",
+            [](const auto& on) {
+              on.DrawEdge({1, 1, 4, 3}, on.Sunken());
+            },
+            {"oooooo", "oSSSHo", "oSooHo", "oHHHHo", "oooooo"}},
+           {"flat takes an earlier edge away",
+            [](const auto& on) {
+              on.DrawEdge({1, 1, 4, 3}, on.Sunken()), on.DrawEdge({1, 1, 4, 3}, on.Flat());
+            },
+            {"oooooo", "obbbbo", "oboobo", "obbbbo", "oooooo"}},
+           {"separators",
+            [](const auto& on) {
+              on.DrawSeparator({1, 1, 5, 3}), on.DrawSeparator({7, 1, 6, 3});
+            },
+            {"oooooooooooooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "oooooooooooooo"}},
+           {"the grip",
+            [](const auto& on) { on.DrawGrip(6); },
+            {"ooooooooooo", "ooooooooooo", "oooHHSHHSoo", "oooHoSHoSoo", "oooHoSHoSoo", "oooSSSSSSoo",
+             "ooooooooooo"}},
+           {"no border", border(0), {"ooooo", "ooooo", "ooooo", "ooooo"}},
+           {"a border", border(1), bordered},
+           {"any other border", border(-1), bordered},
+           {"the arrow in the caption's colour",
+            [&](const auto& on) {
+              on.DrawArrow(arrow.get(), {1, 1, arrow->size().width, arrow->size().height});
+            },
+            {"ooooooo", "offfffo", "oofffoo", "ooofooo", "ooooooo"}},
+           {"the ground at the mask colour",
+            [&](const auto& on) {
+              on.DrawPicture(&picture, {1, 1, 3, 3}, kMask, true);
+            },
+            {"ooooo", "oodoo", "olmoo", "okwoo", "ooooo"}},
+           {"another mask colour",
+            [&](const auto& on) {
+              on.DrawPicture(&picture, {1, 1, 3, 3}, kMagenta, true);
+            },
+            {"ooooo", "o.d.o", "olo.o", "okw.o", "ooooo"}},
+           {"no picture",
+            [&](const auto& on) {
+              for (const Picture* none : {static_cast<const Picture*>(nullptr), &empty}) {
+                for (const bool enabled : {true, false}) on.DrawPicture(none, {1, 1, 3, 3}, kMask, enabled);
+                on.DrawArrow(none, {1, 1, 3, 3});
+              }
+            },
+            nothing},
+       }) {
+    const TestCanvas canvas = PlainCanvas(static_cast<int>(expected.painted.front().size()),
+                                          static_cast<int>(expected.painted.size()));
+    expected.draw(On(canvas));
+    EXPECT_EQ(canvas.Read(), Drawn(expected.painted)) << expected.name;
+  }
+  const TestCanvas canvas = PlainCanvas(8, 3);
+  const ButtonPainter painter(canvas.dc(), effects_);
+  painter.Erase({0, 0, 8, 3});
+  painter.DrawEdge({0, 0, 4, 3}, painter.Raised());
+  painter.DrawEdge({4, 0, 4, 3}, painter.Sunken());
+  EXPECT_EQ(canvas.Read(), Drawn({"EEEAAAAE", "EFFAAFFE", "AAAAEEEE"}))
+      << "the system's colours unless given";
+}
+
+TEST_F(ButtonPainterTest, ACheckedFaceIsAFifthLighter) {
+  const auto lighter = [](int channel) {
+    return static_cast<BYTE>(std::min(255L, std::lround(channel + channel * 0.2)));
+  };
+  for (const COLORREF face : {RGB(153, 101, 250), RGB(0, 212, 213), RGB(1, 2, 3), RGB(4, 254, 128)}) {
+    const TestCanvas canvas = PlainCanvas(4, 3);
+    ButtonPainter(canvas.dc(), effects_, {.face = face}).FillChecked({1, 1, 2, 1});
+    Legend legend = Colors();
+    legend['L'] = RGB(lighter(GetRValue(face)), lighter(GetGValue(face)), lighter(GetBValue(face)));
+    EXPECT_EQ(canvas.Read(), Draw({"oooo", "oLLo", "oooo"}, legend));
+  }
+}
+
+TEST_F(ButtonPainterTest, ACaptionIsDrawnOnceWithinItsAreaAndEtchedWhenDisabled) {
+  for (const std::string caption :
+       {"&Copy", "Save && close", "two\r\nlines", "Much too long a caption", ""}) {
+    SCOPED_TRACE(caption);
+    const TestCanvas canvas = PlainCanvas(140, 40);
+    const Image ground = canvas.Read();
+    On(canvas).DrawCaption(caption, {5, 3, 90, 9}, font_.get(), true);
+
+    const TestCanvas reference = PlainCanvas(140, 40);
+    const SelectedObject font(reference.dc(), font_.get());
+    SetBkMode(reference.dc(), TRANSPARENT);
+    SetTextColor(reference.dc(), kFore);
+    RECT area{5, 3, 95, 12};
+    DrawTextA(reference.dc(), caption.c_str(), -1, &area, DT_SINGLELINE);
+    const Image letters = reference.Read();
+    EXPECT_EQ(std::ranges::count(letters.pixels, kFore) > 0, !caption.empty());
+    EXPECT_EQ(canvas.Read(), letters);
+  }
+  const TestCanvas enabled = PlainCanvas(140, 40);
+  const Image ground = enabled.Read();
+  On(enabled).DrawCaption("&Rename", {5, 3, 120, 30}, font_.get(), true);
+  const TestCanvas disabled = PlainCanvas(140, 40);
+  On(disabled).DrawCaption("&Rename", {5, 3, 120, 30}, font_.get(), false);
+  EXPECT_EQ(disabled.Read(), Emboss(ground, enabled.Read(), kFore, 0, 0, kHighlight, kShadow));
+}
+
+TEST_F(ButtonPainterTest, ADisabledPictureIsItsDarkPixelsInTheSystemsStyle) {
+  const auto bySystem = [](const Picture& picture, LPARAM handle, UINT type) {
+    const TestCanvas reference = PlainCanvas(9, 8);
+    DrawStateA(reference.dc(), nullptr, nullptr, handle, 0, 2, 2, picture.size().width, picture.size().height,
+               type | DSS_DISABLED);
+    const Image drawn = reference.Read();
+    EXPECT_NE(drawn, PlainCanvas(9, 8).Read());
+    return drawn;
+  };
+  // On white, which the system takes for the ground; here the mask colour, light or dark, has to be it.
+  const Picture shape = BitmapPicture({"wwwww", "wkkkw", "wkwww", "wwwww"});
+  const Image expected = bySystem(shape, reinterpret_cast<LPARAM>(shape.bitmap()), DST_BITMAP);
+  for (const char mask : {'.', 'd'}) {
+    SCOPED_TRACE(mask);
+    Rows rows = {"?????", "?kkk?", "?kll?", "??w??"};
+    for (std::string& row : rows) std::ranges::replace(row, '?', mask);
+    const Picture picture = BitmapPicture(rows);
+    const TestCanvas canvas = PlainCanvas(9, 8);
+    On(canvas).DrawPicture(&picture, {2, 2, 5, 4}, Colors().at(mask), false);
+    EXPECT_EQ(canvas.Read(), expected);
+  }
+  const TestCanvas whole = PlainCanvas(9, 8);
+  BySystem(2, 2, 5, 4)(effects_, whole.dc(), &shape);
+  EXPECT_EQ(whole.Read(), expected);
+
+  const Picture icon = IconPicture({".....", ".kkk.", ".k...", "....."});
+  const Image ofIcon = bySystem(icon, reinterpret_cast<LPARAM>(icon.icon()), DST_ICON);
+  for (const bool byPainter : {true, false}) {
+    const TestCanvas canvas = PlainCanvas(9, 8);
+    if (byPainter) {
+      On(canvas).DrawPicture(&icon, {2, 2, 5, 4}, kMask, false);
+    } else {
+      BySystem(2, 2, 5, 4)(effects_, canvas.dc(), &icon);
+    }
+    EXPECT_EQ(canvas.Read(), ofIcon);
+  }
+}
+
+/// All that a painting routine could leave changed in a device context.
+std::vector<const void*> StateOf(HDC dc) {
+  std::vector<const void*> state;
+  for (const UINT type : {OBJ_BRUSH, OBJ_PEN, OBJ_FONT, OBJ_BITMAP, OBJ_PAL}) {
+    state.push_back(GetCurrentObject(dc, type));
+  }
+  for (const COLORREF value : {GetTextColor(dc), GetBkColor(dc), static_cast<COLORREF>(GetBkMode(dc))}) {
+    state.push_back(reinterpret_cast<const void*>(static_cast<ULONG_PTR>(value)));
+  }
+  return state;
+}
+
+TEST_F(ButtonPainterTest, TenThousandPaintsLeaveContextsAsTheyWereAndNoObjectBehind) {
+  const Rows rows = {"dl.d", "l.dd", ".ddl", "ddl."};
+  const Picture bitmap = BitmapPicture(rows);
+  const Picture icon = IconPicture(rows);
+  const auto arrow = Picture::FromResource(IDB_DROP_ARROW);
+  const UniqueBitmap sourceBitmap = BitmapOf(Drawn(rows));
+  const MemoryDC source(sourceBitmap.get());
+  const UniquePalette palette(CreateHalftonePalette(source.get()));
+  const TestCanvas canvas = PlainCanvas(60, 30);
+  for (const HDC dc : {canvas.dc(), source.get()}) {
+    SetTextColor(dc, kStripe);
+    SetBkColor(dc, kDark);
+  }
+  const auto before = StateOf(canvas.dc());
+  const auto sourceBefore = StateOf(source.get());
+  const std::vector<Paint> effects = Effects();
+  const ButtonPainter painter = On(canvas);
+  const auto paintAll = [&] {
+    const PaintEffects own;
+    painter.Erase({0, 0, 60, 30});
+    painter.FillChecked({0, 0, 60, 30});
+    for (const Picture* picture : {&bitmap, &icon}) {
+      for (const Paint& paint : effects) {
+        paint(own, canvas.dc(), picture);
+        ASSERT_EQ(StateOf(canvas.dc()), before);
+      }
+      for (const bool enabled : {true, false}) painter.DrawPicture(picture, {2, 2, 4, 4}, kMask, enabled);
+    }
+    own.PaintTransparentDC(canvas.dc(), 0, 0, 4, 4, source.get(), 0, 0, kMask, palette.get());
+    own.PaintDisabledDC(canvas.dc(), 0, 0, 4, 4, source.get(), 0, 0, kMask, kHighlight, kShadow,
+                        palette.get());
+    for (const bool enabled : {true, false})
+      painter.DrawCaption("&Copy", {20, 2, 40, 20}, font_.get(), enabled);
+    painter.DrawArrow(arrow.get(), {40, 5, 5, 3});
+    painter.DrawEdge({0, 0, 60, 30}, painter.Raised());
+    painter.DrawSeparator({50, 2, 5, 20});
+    painter.DrawGrip(28);
+    painter.DrawBorder({0, 0, 60, 30}, 1);
+    ASSERT_EQ(StateOf(canvas.dc()), before);
+    ASSERT_EQ(StateOf(source.get()), sourceBefore);
+  };
+  paintAll();  // what the system itself makes on first use
+  const int free = FreeGdiHandles();
+  for (int paints = 0; paints < 10000; paints += 27) paintAll();
+  EXPECT_EQ(FreeGdiHandles(), free);
+}
+
+Image PixelsOf(const Picture& picture) {
+  const TestCanvas canvas(picture.size().width, picture.size().height, kDark);
+  const MemoryDC source(picture.bitmap());
+  BitBlt(canvas.dc(), 0, 0, picture.size().width, picture.size().height, source.get(), 0, 0, SRCCOPY);
+  return canvas.Read();
+}
+
+TEST(PictureTest, KnowsItsTypeAndSizeAndReleasesWhatItOwns) {
+  EXPECT_TRUE(Picture().empty());
+  EXPECT_EQ(static_cast<int>(Picture().type()), 0);
+  EXPECT_EQ(Picture().size(), Size{});
+  EXPECT_TRUE(Picture(UniqueBitmap()).empty() && Picture(UniqueIcon()).empty() &&
+              Picture(UniqueMetafile()).empty());
+  const Rows rows = {"dk.dk", "k.dkk"};
+  HBITMAP bitmapHandle = nullptr;
+  HICON iconHandle = nullptr;
+  ICONINFO description{};
+  {
+    const Picture bitmap = BitmapPicture(rows);
+    const Picture icon = IconPicture(rows);
+    EXPECT_EQ(static_cast<int>(bitmap.type()), 1);
+    EXPECT_EQ(static_cast<int>(icon.type()), 3);
+    EXPECT_EQ(bitmap.size(), (Size{5, 2}));
+    EXPECT_EQ(icon.size(), (Size{5, 2}));
+    EXPECT_EQ(bitmap.icon(), nullptr);
+    EXPECT_EQ(icon.bitmap(), nullptr);
+    bitmapHandle = bitmap.bitmap();
+    iconHandle = icon.icon();
+    ASSERT_NE(GetIconInfo(iconHandle, &description), 0);
+    const UniqueBitmap color(description.hbmColor);
+    const UniqueBitmap mask(description.hbmMask);
+    EXPECT_EQ(GetObjectType(bitmapHandle), static_cast<DWORD>(OBJ_BITMAP));
+  }
+  EXPECT_EQ(GetObjectType(bitmapHandle), 0U);
+  EXPECT_EQ(GetIconInfo(iconHandle, &description), 0);
+  // An icon in black and white is half as high as its mask.
+  const UniqueBitmap masks(CreateBitmap(16, 24, 1, 1, nullptr));
+  description = {TRUE, 0, 0, masks.get(), nullptr};
+  EXPECT_EQ(Picture(UniqueIcon(CreateIconIndirect(&description))).size(), (Size{16, 12}));
+}
+
+TEST(PictureTest, ToolbarPicturesAreResources) {
+  for (int id = IDB_PASTE_TO_CODE; id <= IDB_SYNTAX_HIGHLIGHTING; ++id) {
+    const auto picture = Picture::FromResource(id);
+    ASSERT_NE(picture, nullptr) << id;
+    EXPECT_EQ(picture->type(), Picture::Type::Bitmap) << id;
+    EXPECT_EQ(picture->size(), (Size{16, 16})) << id;
+  }
+  EXPECT_EQ(PixelsOf(*Picture::FromResource(IDB_DROP_ARROW)), Drawn({"kkkkk", ".kkk.", "..k.."}));
+  // A whole multiple repeats every pixel.
+  EXPECT_EQ(PixelsOf(*Picture::FromResource(IDB_DROP_ARROW, {10, 6})),
+            Drawn({"kkkkkkkkkk", "kkkkkkkkkk", "..kkkkkk..", "..kkkkkk..", "....kk....", "....kk...."}));
+  EXPECT_EQ(Picture::FromResource(32000), nullptr);
+  EXPECT_EQ(Picture::FromResource(32000, {16, 16}), nullptr);
+}
+
+TEST(PictureTest, ScalingMakesNoNewColours) {
+  // The toolbar's picture size at 120, 144 and 192 dpi, and a smaller one.
+  for (const int side : {20, 24, 32, 12}) {
+    for (const int id : {IDB_CUT, IDB_SAVE_LIBRARY, IDB_WEB_PAGE}) {
+      SCOPED_TRACE(std::to_string(id) + " at " + std::to_string(side));
+      const Image original = PixelsOf(*Picture::FromResource(id));
+      const Image pixels = PixelsOf(*Picture::FromResource(id, {side, side}));
+      ASSERT_EQ(pixels.width, side);
+      int strange = 0;
+      for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x) {
+          // The pixel that is there in the original, or a neighbour where the grids do not meet.
+          bool found = false;
+          for (const auto& [dx, dy] :
+               {POINT{0, 0}, {1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, 1}, {-1, -1}}) {
+            const int originalX = x * 16 / side + static_cast<int>(dx);
+            const int originalY = y * 16 / side + static_cast<int>(dy);
+            found |= original.Contains(originalX, originalY) &&
+                     original.At(originalX, originalY) == pixels.At(x, y);
+          }
+          strange += found ? 0 : 1;
+        }
+      }
+      EXPECT_EQ(strange, 0);
+      const auto masked = std::ranges::count(pixels.pixels, kMask);
+      EXPECT_TRUE(masked > 0 && masked < side * side);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace snip::test
