@@ -1,23 +1,19 @@
 #!/usr/bin/env python3
 """Checks the snippet libraries that ship beside the program.
 
-    check_starter_libraries.py FOLDER
+    check_starter_libraries.py BNS FOLDER
 
-Every .bns file in the folder is read strictly: the bytes, the order of the
-lines, and the Visual Basic 5 code in each snippet as far as that can be judged
-without a compiler. Each fault is printed as FILE:LINE: TEXT and makes the exit
-code 1. When all is well, one line with counts is printed.
+The files themselves are checked by the program BNS, strictly; here it is their number, that each snippet is
+whole, and the Visual Basic 5 code in it as far as that can be judged without a compiler. Each fault is printed
+as FILE: SNIPPET: LINE: TEXT, the line counted in the snippet's code, and makes the exit code 1. When all is
+well, one line with counts is printed.
 """
 
+import json
 import re
+import subprocess
 import sys
 from pathlib import Path
-
-HEADER = "BNS2.0"
-CODE_MARKER = "(,)"
-SNIPPET_MARKER = "(.)"
-END_MARKER = "..."
-MARKERS = (CODE_MARKER, SNIPPET_MARKER, END_MARKER)
 
 MIN_LIBRARIES = 4
 MIN_SNIPPETS = 40
@@ -40,122 +36,6 @@ PROCEDURES = {"sub", "function", "property"}
 MODIFIERS = {"public", "private", "friend", "static", "global"}
 
 STRING = re.compile(r'"((?:[^"]|"")*)"')
-
-
-class Fault(Exception):
-    """The file cannot be read any further."""
-
-    def __init__(self, line, text):
-        super().__init__(text)
-        self.line = line
-        self.text = text
-
-
-class Snippet:
-    def __init__(self, line, name):
-        self.line = line
-        self.name = name
-        self.description = []
-        self.code = []  # pairs of line number and text
-
-
-# --- Bytes and lines ---------------------------------------------------------
-
-
-def decode_lines(data):
-    """Returns the lines of a file without their line ends."""
-    lines = data.split(b"\r\n")
-    # The last line end leaves an empty piece behind it; anything else there
-    # is a last line without its end.
-    if lines[-1] != b"":
-        raise Fault(len(lines), "the last line is not ended by CR LF")
-    texts = []
-    for number, raw in enumerate(lines[:-1], 1):
-        if b"\r" in raw or b"\n" in raw:
-            raise Fault(number, "a line end is not CR LF")
-        try:
-            text = raw.decode("cp1252")
-        except UnicodeDecodeError as error:
-            byte = raw[error.start]
-            raise Fault(number, f"byte {byte:02X} is no character of code page 1252")
-        texts.append(text)
-    return texts
-
-
-def spacing_faults(lines):
-    for number, text in enumerate(lines, 1):
-        if text != text.rstrip():
-            yield number, "white space at the end of the line"
-
-
-# --- The order of the lines --------------------------------------------------
-
-
-def read_until(lines, at, wanted, what):
-    """Collects numbered lines from index at up to one of the wanted markers.
-
-    Returns them with the index of the marker. A line that a reader would take
-    for any other marker after trimming is a fault.
-    """
-    collected = []
-    while at < len(lines):
-        text = lines[at]
-        if text in wanted:
-            return collected, at
-        if text.strip() in MARKERS:
-            raise Fault(at + 1, f'marker "{text.strip()}" inside the {what}')
-        collected.append((at + 1, text))
-        at += 1
-    if END_MARKER in wanted:
-        raise Fault(len(lines), f'the end marker "{END_MARKER}" is missing')
-    raise Fault(len(lines), f"the file ends inside the {what}")
-
-
-def read_name(lines, at):
-    if at >= len(lines):
-        raise Fault(len(lines), "the file ends where a snippet should begin")
-    name = lines[at]
-    if name.strip() == "":
-        raise Fault(at + 1, "empty name")
-    if name.strip() in MARKERS:
-        raise Fault(at + 1, f'marker "{name.strip()}" in place of a name')
-    if at + 1 >= len(lines) or lines[at + 1] != "":
-        raise Fault(at + 2, "the attachment line is not empty")
-    return name
-
-
-def read_snippets(lines):
-    """Takes the lines of a library apart, or raises a Fault."""
-    if not lines or lines[0] != HEADER:
-        raise Fault(1, f'the first line is not "{HEADER}"')
-    snippets = []
-    at = 1
-    while True:
-        snippet = Snippet(at + 1, read_name(lines, at))
-        snippet.description, at = read_until(
-            lines, at + 2, (CODE_MARKER,), "description")
-        snippet.code, at = read_until(
-            lines, at + 1, (SNIPPET_MARKER, END_MARKER), "code")
-        snippets.append(snippet)
-        if lines[at] == END_MARKER:
-            break
-        at += 1
-    if at + 1 < len(lines):
-        raise Fault(at + 2, "something follows the end marker")
-    return snippets
-
-
-def content_faults(snippets):
-    seen = set()
-    for snippet in snippets:
-        key = snippet.name.strip().lower()
-        if key in seen:
-            yield snippet.line, f'the name "{snippet.name}" is there twice'
-        seen.add(key)
-        if not any(text.strip() for _, text in snippet.description):
-            yield snippet.line, f'"{snippet.name}" has no description'
-        if not any(text.strip() for _, text in snippet.code):
-            yield snippet.line, f'"{snippet.name}" has no code'
 
 
 # --- From lines of code to statements ----------------------------------------
@@ -362,10 +242,10 @@ def scripting_faults(line, text):
         yield line, "the Scripting library is no part of Visual Basic 5"
 
 
-def code_faults(snippet):
+def code_faults(code):
     blocks = BlockChecker()
     faults = []
-    for line, text in logical_lines(snippet.code):
+    for line, text in logical_lines(enumerate(code.splitlines(), 1)):
         stripped, closed = strip_literals(text)
         if not closed:
             faults.append((line, "a string is not closed"))
@@ -380,50 +260,55 @@ def code_faults(snippet):
 # --- Files and the folder ----------------------------------------------------
 
 
-def check_library(data):
-    """Returns the snippets of a library and its faults."""
-    try:
-        lines = decode_lines(data)
-        faults = list(spacing_faults(lines))
-        snippets = read_snippets(lines)
-    except Fault as fault:
-        return [], [(fault.line, fault.text)]
-    faults += content_faults(snippets)
-    for snippet in snippets:
-        faults += code_faults(snippet)
-    return snippets, sorted(faults)
+def ask(bns, *arguments):
+    """What the program BNS answers in JSON."""
+    said = subprocess.run([bns, *arguments, "--json"], check=True, capture_output=True)
+    return json.loads(said.stdout)
 
 
-def check_folder(folder):
-    """Checks all libraries; returns the counts and the messages of faults."""
-    files = sorted(p for p in folder.iterdir() if p.suffix.lower() == ".bns")
-    messages, snippet_count, code_count = [], 0, 0
-    for path in files:
-        snippets, faults = check_library(path.read_bytes())
-        messages += [f"{path.name}:{line}: {text}" for line, text in faults]
-        snippet_count += len(snippets)
-        code_count += sum(len(snippet.code) for snippet in snippets)
-    if len(files) < MIN_LIBRARIES:
-        messages.append(f"{folder}: only {len(files)} libraries, "
-                        f"at least {MIN_LIBRARIES} are needed")
-    # A file that could not be read has its own message already.
-    if snippet_count < MIN_SNIPPETS:
-        messages.append(f"{folder}: only {snippet_count} snippets, "
-                        f"at least {MIN_SNIPPETS} are needed")
-    return len(files), snippet_count, code_count, messages
+def snippets_in(bns, library):
+    for listed in ask(bns, "list", library):
+        yield ask(bns, "show", library, f"#{listed['position']}")
+
+
+def content_faults(snippet):
+    if snippet["attachment"]:
+        yield 0, "it has an attachment, which nobody else has"
+    for part in ("name", "description", "code"):
+        if not snippet[part].strip():
+            yield 0, f"it has no {part}"
+
+
+def check_folder(bns, folder):
+    """Checks all libraries; returns what they hold and the messages of faults."""
+    libraries = sorted(folder.glob("*.bns"))
+    check = subprocess.run([bns, "check", "--strict", *libraries], capture_output=True, text=True)
+    messages = check.stdout.splitlines() + check.stderr.splitlines()
+    if check.returncode != 0:
+        return len(libraries), [], messages or ["the program fails"]
+    snippets = []
+    for library in libraries:
+        for snippet in snippets_in(bns, library):
+            snippets.append(snippet)
+            for line, text in [*content_faults(snippet), *code_faults(snippet["code"])]:
+                messages.append(f"{library.name}: {snippet['name']}: {line}: {text}")
+    if len(libraries) < MIN_LIBRARIES or len(snippets) < MIN_SNIPPETS:
+        messages.append(f"{folder}: {len(libraries)} libraries and {len(snippets)} snippets, "
+                        f"not {MIN_LIBRARIES} and {MIN_SNIPPETS}")
+    return len(libraries), snippets, messages
 
 
 def main(arguments):
-    if len(arguments) != 1 or not Path(arguments[0]).is_dir():
-        print("usage: check_starter_libraries.py FOLDER", file=sys.stderr)
+    if len(arguments) != 2 or not Path(arguments[1]).is_dir():
+        print("usage: check_starter_libraries.py BNS FOLDER", file=sys.stderr)
         return 2
-    files, snippets, lines, messages = check_folder(Path(arguments[0]))
+    libraries, snippets, messages = check_folder(arguments[0], Path(arguments[1]))
     for message in messages:
         print(message)
     if messages:
         return 1
-    print(f"starter libraries: {files} libraries, {snippets} snippets, "
-          f"{lines} lines of code, no fault")
+    lines = sum(len(snippet["code"].splitlines()) for snippet in snippets)
+    print(f"starter libraries: {libraries} libraries, {len(snippets)} snippets, {lines} lines of code, no fault")
     return 0
 
 
