@@ -35,7 +35,9 @@ Names TextsIn(HWND list, UINT countMessage, UINT lengthMessage, UINT textMessage
   Names texts;
   const LRESULT count = SendMessageW(list, countMessage, 0, 0);
   for (WPARAM row = 0; static_cast<LRESULT>(row) < count; ++row) {
-    std::wstring wide(static_cast<std::size_t>(SendMessageW(list, lengthMessage, row, 0)) + 1, L'\0');
+    // Less than nothing when the row has gone meanwhile.
+    const LRESULT length = std::max<LRESULT>(SendMessageW(list, lengthMessage, row, 0), 0);
+    std::wstring wide(static_cast<std::size_t>(length) + 1, L'\0');
     SendMessageW(list, textMessage, row, reinterpret_cast<LPARAM>(wide.data()));
     wide.pop_back();
     texts.push_back(FromWide(wide));

@@ -21,25 +21,20 @@ namespace {
 constexpr COLORREF kBlue = 0xFF0000;
 constexpr COLORREF kSilver = 0xC0C0C0;
 constexpr COLORREF kWhite = RGB(255, 255, 255);
+constexpr DWORD kDialog = WS_POPUP | WS_CAPTION | WS_SYSMENU;
 
 /// Counts the messages that come to its own procedure.
 class Frame : public Window {
  public:
   ~Frame() override { Destroy(); }
-  bool Make(const Rect& place, DWORD style = WS_OVERLAPPEDWINDOW, DWORD exStyle = 0) {
+  bool Make(const Rect& place, DWORD style = WS_OVERLAPPEDWINDOW, DWORD exStyle = 0, HWND owner = nullptr) {
     return Create({.className = "CaptionTestFrame",
                    .title = "Gradient",
                    .style = style | WS_VISIBLE,
                    .exStyle = exStyle,
                    .place = place,
+                   .parent = owner,
                    .iconId = IDI_SNIPSTORE});
-  }
-  bool MakeDialogOf(HWND owner, const Rect& place) {
-    return Create({.className = "CaptionTestFrame",
-                   .title = "Dialog",
-                   .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_VISIBLE,
-                   .place = place,
-                   .parent = owner});
   }
   std::multiset<UINT> seen;
 
@@ -78,18 +73,20 @@ bool HasGradient(HWND window, COLORREF end) {
          GetRValue(middle) == (end == kBlue ? 0 : half);
 }
 
-/// How many pixels of the columns from `left` have that colour.
-int Count(const Image& bar, COLORREF color, int left, int right) {
+/// How many pixels of the columns from `left` fit.
+template <class Fits>
+int Count(HWND window, int left, int right, Fits fits) {
+  const Image bar = CaptionOf(window);
   int count = 0;
   for (int y = 0; y < bar.height; ++y) {
-    for (int x = left; x < right; ++x) count += bar.At(x, y) == color ? 1 : 0;
+    for (int x = left; x < right; ++x) count += fits(bar.At(x, y)) ? 1 : 0;
   }
   return count;
 }
 
 int TextPixels(HWND window) {
   const Image bar = CaptionOf(window);
-  return Count(bar, kWhite, bar.height + 4, bar.width / 2);
+  return Count(window, bar.height + 4, bar.width / 2, [](COLORREF color) { return color == kWhite; });
 }
 
 class CaptionTest : public testing::Test {
@@ -142,7 +139,7 @@ TEST_F(CaptionTest, AnOwnerLooksActiveWhileItsHookedDialogIs) {
   CaptionHook hook;
   {
     Frame dialog;
-    ASSERT_TRUE(dialog.MakeDialogOf(frame_.hWnd(), {120, 320, 200, 100}));
+    ASSERT_TRUE(dialog.Make({120, 320, 200, 100}, kDialog, 0, frame_.hWnd()));
     ASSERT_TRUE(WaitUntil([&] { return HasGradient(frame_.hWnd(), kSilver); })) << "not hooked yet";
     hook.Install(dialog.hWnd(), painter_);
     SetActiveWindow(frame_.hWnd());
@@ -165,13 +162,9 @@ TEST_F(CaptionTest, AnOwnerLooksActiveWhileItsHookedDialogIs) {
 TEST_F(CaptionTest, ShowsIconAndText) {
   const int text = TextPixels(frame_.hWnd());
   EXPECT_GT(text, 20);
-  const Image bar = CaptionOf(frame_.hWnd());
   // Nothing else at the left end is other than a shade of blue.
-  int iconPixels = 0;
-  for (int y = 0; y < bar.height; ++y) {
-    for (int x = 0; x < bar.height; ++x) iconPixels += (bar.At(x, y) & 0x00FFFF) != 0 ? 1 : 0;
-  }
-  EXPECT_GT(iconPixels, 50);
+  const int side = CaptionOf(frame_.hWnd()).height;
+  EXPECT_GT(Count(frame_.hWnd(), 0, side, [](COLORREF color) { return (color & 0x00FFFF) != 0; }), 50);
 
   SetWindowTextA(frame_.hWnd(), "Gradient Gradient");
   EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
@@ -270,32 +263,28 @@ TEST_F(CaptionTest, ShowsTheCursorsOfTheUpperEdges) {
 }
 
 TEST(CaptionHook, HooksAndUnhooksInAnyOrder) {
-  for (const bool firstGoesFirst : {true, false}) {
+  for (const int first : {0, 1}) {
     Frame frames[2];
     CaptionPainter painter;
     CaptionHook hooks[2];
-    for (int i : {0, 1}) {
+    WNDPROC own = nullptr;
+    for (const int i : {0, 1}) {
       ASSERT_TRUE(frames[i].Make({100 + 300 * i, 100, 250, 100}));
-      const WNDPROC own = ProcedureOf(frames[i].hWnd());
+      own = ProcedureOf(frames[i].hWnd());
       hooks[i].Install(frames[i].hWnd(), painter);
       EXPECT_NE(ProcedureOf(frames[i].hWnd()), own);
       EXPECT_EQ(GetPropA(frames[i].hWnd(), "OldMeProc"), reinterpret_cast<HANDLE>(own));
     }
-    const auto own = reinterpret_cast<WNDPROC>(GetPropA(frames[0].hWnd(), "OldMeProc"));
-    const int first = firstGoesFirst ? 0 : 1;
+    const HWND removed = frames[first].hWnd();
+    const HWND last = frames[1 - first].hWnd();
     hooks[first].Remove();
-    EXPECT_EQ(ProcedureOf(frames[first].hWnd()), own);
-    EXPECT_EQ(GetPropA(frames[first].hWnd(), "OldMeProc"), nullptr);
-    const int last = 1 - first;
+    EXPECT_EQ(ProcedureOf(removed), own);
+    EXPECT_EQ(GetPropA(removed, "OldMeProc"), nullptr);
+    EXPECT_TRUE(WaitUntil([&] { return HasGradient(last, IsForeground(last) ? kBlue : kSilver); }));
     EXPECT_TRUE(WaitUntil([&] {
-      return HasGradient(frames[last].hWnd(), IsForeground(frames[last].hWnd()) ? kBlue : kSilver);
-    }));
-    EXPECT_TRUE(WaitUntil([&] {
-      const Image bar = CaptionOf(frames[first].hWnd());
+      const Image bar = CaptionOf(removed);
       return bar.At(0, 0) == bar.At(bar.width - 1, 0);
     }));
-    hooks[last].Remove();
-    EXPECT_EQ(ProcedureOf(frames[last].hWnd()), own);
   }
 }
 
@@ -355,15 +344,14 @@ TEST(CaptionHook, PaintsEveryKindOfFrame) {
     DWORD exStyle;
     Rect place;
   };
-  const DWORD dialog = WS_POPUP | WS_CAPTION | WS_SYSMENU;
   const std::vector<Case> cases = {
-      {"dialog", dialog, WS_EX_DLGMODALFRAME, {100, 100, 300, 100}},
-      {"tool window", dialog, WS_EX_TOOLWINDOW, {100, 100, 300, 100}},
+      {"dialog", kDialog, WS_EX_DLGMODALFRAME, {100, 100, 300, 100}},
+      {"tool window", kDialog, WS_EX_TOOLWINDOW, {100, 100, 300, 100}},
       {"sizeable tool window", WS_OVERLAPPEDWINDOW, WS_EX_TOOLWINDOW, {100, 100, 300, 100}},
       {"without buttons", WS_POPUP | WS_CAPTION, 0, {100, 100, 300, 100}},
       {"scroll bars", WS_OVERLAPPEDWINDOW | WS_VSCROLL | WS_HSCROLL, WS_EX_CLIENTEDGE, {100, 100, 300, 100}},
       {"partly off the screen", WS_OVERLAPPEDWINDOW, 0, {-100, 100, 300, 100}},
-      {"narrow", dialog, 0, {100, 100, 60, 100}},
+      {"narrow", kDialog, 0, {100, 100, 60, 100}},
   };
   CaptionPainter painter;
   for (const Case& kind : cases) {
@@ -375,7 +363,7 @@ TEST(CaptionHook, PaintsEveryKindOfFrame) {
     EXPECT_TRUE(WaitUntil([&] { return HasGradient(frame.hWnd(), kBlue); }, 3000));
   }
   Frame tiny;
-  ASSERT_TRUE(tiny.Make({100, 100, 1, 1}, WS_POPUP | WS_CAPTION | WS_SYSMENU));
+  ASSERT_TRUE(tiny.Make({100, 100, 1, 1}, kDialog));
   CaptionHook hook;
   hook.Install(tiny.hWnd(), painter);
   SendMessageA(tiny.hWnd(), WM_NCPAINT, 1, 0);
