@@ -2,17 +2,237 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
 #include <vector>
 
-#include "tests/unit/MenuUnderTest.h"
 #include "tests/unit/Script.h"
 #include "tests/unit/TestMenu.h"
 
 namespace snip::test {
 namespace {
+
+/// For std::visit.
+template <typename... Functions>
+struct Overloaded : Functions... {
+  using Functions::operator()...;
+};
+template <typename... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+std::string Said(Point at) {
+  return std::to_string(at.x) + "," + std::to_string(at.y);
+}
+
+std::string Said(const MenuEffect::Any& effect) {
+  using namespace MenuEffect;
+  return std::visit(
+      Overloaded{
+          [](const PaintRow& e) { return "paint row " + std::to_string(e.index); },
+          [](const PaintDragBar&) { return std::string("paint drag bar"); },
+          [](const PaintCloseBox&) { return std::string("close box"); },
+          [](const PaintAll&) { return std::string("paint all"); },
+          [](const RaiseSelected& e) { return "Selected " + std::to_string(e.ID); },
+          [](const RaiseClicked& e) { return "Clicked " + std::to_string(e.ID); },
+          [](const RaiseHideMenu&) { return std::string("HideMenu"); },
+          [](const PlaySystemSound& e) { return "play " + std::to_string(e.index); },
+          [](const PlayOfficeSound& e) { return "play " + std::string(e.eventName); },
+          [](const Load&) { return std::string("load"); },
+          [](const MenuEffect::Unfold& e) {
+            const Size size = e.unfolding.sizes.back();
+            return "unfold at " + Said(e.unfolding.corner) + " to " + Said(Point{size.width, size.height});
+          },
+          [](const Hide&) { return std::string("hide"); },
+          [](const BecomeOwned&) { return std::string("owned"); },
+          [](const BecomeUnowned&) { return std::string("unowned"); },
+          [](const DropTopmost&) { return std::string("not topmost"); },
+          [](const SetHeight& e) { return "height " + std::to_string(e.height); },
+          [](const StartSystemDrag& e) { return "drag from " + Said(e.screen); },
+          [](const RunPendingEvents&) { return std::string("pending events"); },
+          [](const ReleaseParts&) { return std::string("release parts"); },
+          [](const Destroy&) { return std::string("destroy"); },
+          [](const TakeCapture&) { return std::string("take capture"); },
+          [](const ReleaseCapture&) { return std::string("release capture"); },
+          [](const PostClick& e) {
+            return "post " + std::to_string(e.message) + " with " + std::to_string(e.keys) + " at " +
+                   Said(e.screen);
+          },
+          [](const StartTimer&) { return std::string("start timer"); },
+          [](const StopTimer&) { return std::string("stop timer"); },
+          [](const ShowTip& e) { return "tip: " + std::string(e.text); },
+          [](const HideTip&) { return std::string("hide tip"); },
+      },
+      effect);
+}
+
+/// Lets others act, so that it has to come last.
+bool GivesControl(const MenuEffect::Any& effect) {
+  using namespace MenuEffect;
+  return std::holds_alternative<RaiseSelected>(effect) || std::holds_alternative<RaiseClicked>(effect) ||
+         std::holds_alternative<RaiseHideMenu>(effect) || std::holds_alternative<RunPendingEvents>(effect) ||
+         std::holds_alternative<StartSystemDrag>(effect) || std::holds_alternative<Destroy>(effect) ||
+         std::holds_alternative<MenuEffect::Unfold>(effect) ||
+         std::holds_alternative<MenuEffect::Load>(effect);
+}
+
+constexpr Point kCorner{200, 100};  ///< Screen pixels of the menu.
+
+/// A menu with a window that only keeps track of its own state.
+class MenuUnderTest {
+ public:
+  explicit MenuUnderTest(std::string_view kinds) : metrics(MetricsAt(96)), items(MenuOf(kinds)) {}
+
+  void Apply(MenuReaction reaction) {
+    for (;;) {
+      for (std::size_t i = 0; i < reaction.effects.size(); ++i) {
+        const MenuEffect::Any& effect = reaction.effects[i];
+        if (GivesControl(effect)) {
+          EXPECT_EQ(i + 1, reaction.effects.size()) << Said(effect);
+        }
+        Follow(effect);
+        log.push_back(Said(effect));
+        if (log.back() == "close box") log.back() += input.CloseBoxPushed() ? " in" : " out";
+        if (GivesControl(effect) && others) others(log.back());
+      }
+      if (!reaction.then) return;
+      reaction = reaction.then();
+    }
+  }
+
+  /// What was done since the last call.
+  std::vector<std::string> Log() { return std::exchange(log, {}); }
+
+  PopupRequest Request(bool allowDetach) const {
+    return {.X = kCorner.x * 15,
+            .Y = kCorner.y * 15,
+            .AllowDetach = allowDetach,
+            .cursor = {900, 700},
+            .screen = {0, 0, 1024, 768}};
+  }
+  void Popup(bool allowDetach = true) { Apply(input.Popup(Request(allowDetach))); }
+  /// Opens the menu and forgets how.
+  void Open(bool allowDetach = true) {
+    Popup(allowDetach);
+    log.clear();
+  }
+  /// Opens the menu and tears it off.
+  void Float() {
+    Open();
+    Move(kBar);
+    Down(kBar);
+    ASSERT_EQ(input.State(), MenuState::Floating);
+    log.clear();
+  }
+
+  static MenuMouse Mouse(Point at, int button, bool shift = false) {
+    return {button, shift, at, {at.x + kCorner.x, at.y + kCorner.y}};
+  }
+  void Move(Point at, int held = 0) { Apply(input.MouseMove(Mouse(at, held))); }
+  void Down(Point at, int button = MouseButton::kLeft, bool shift = false) {
+    Apply(input.MouseDown(Mouse(at, button, shift)));
+  }
+  void Up(Point at, int button = MouseButton::kLeft) { Apply(input.MouseUp(Mouse(at, button))); }
+  void Tick(int times = 1) {
+    for (; times > 0; --times) Apply(input.tClose_Timer());
+  }
+
+  /// On the row of an item, by where it is painted and where it is hit.
+  Point On(int index) const {
+    const Rect row = input.Layout().Row(index);
+    return {5, row.top + row.height / 2 + 1};
+  }
+
+  static constexpr Point kBar{30, 3};
+  static constexpr Point kOutside{-40, -50};
+  /// On a torn-off menu: the items of all tests are 73 pixels wide.
+  static constexpr Point kCloseBox{66, 6};
+
+  MenuMetrics metrics;
+  MenuItems items;
+  MenuInput input{items, metrics};
+  /// Called in every event and whenever others may act; the effect is passed as it is logged.
+  std::function<void(const std::string&)> others;
+  std::vector<std::string> log;
+
+  // The window.
+  bool window = false;
+  bool parts = false;
+  bool visible = false;
+  bool captured = false;
+  bool timer = false;
+  bool tip = false;
+  bool owned = false;
+  int unloads = 0;
+  int hideMenus = 0;
+
+ private:
+  void Follow(const MenuEffect::Any& effect) {
+    using namespace MenuEffect;
+    std::visit(Overloaded{
+                   [&](const MenuEffect::Load&) {
+                     EXPECT_FALSE(parts);
+                     window = parts = true;
+                   },
+                   [&](const MenuEffect::Unfold& e) {
+                     EXPECT_TRUE(window && parts);
+                     visible = true;
+                     client_ = e.unfolding.sizes.back();
+                     input.Resized(client_);
+                   },
+                   [&](const Hide&) {
+                     EXPECT_TRUE(visible);
+                     EXPECT_FALSE(captured);
+                     visible = false;
+                   },
+                   [&](const SetHeight& e) {
+                     client_.height = e.height;
+                     input.Resized(client_);
+                   },
+                   [&](const ReleaseParts&) {
+                     EXPECT_TRUE(parts);
+                     EXPECT_FALSE(visible);
+                     EXPECT_FALSE(timer);
+                     EXPECT_FALSE(tip);
+                     EXPECT_FALSE(owned);
+                     parts = false;
+                     ++unloads;
+                   },
+                   [&](const Destroy&) {
+                     EXPECT_TRUE(window);
+                     EXPECT_FALSE(parts);
+                     window = false;
+                   },
+                   [&](const RaiseHideMenu&) { ++hideMenus; },
+                   [&](const BecomeOwned&) { owned = true; },
+                   [&](const BecomeUnowned&) { owned = false; },
+                   [&](const TakeCapture&) {
+                     EXPECT_TRUE(visible);
+                     captured = true;
+                   },
+                   [&](const ReleaseCapture&) { captured = false; },
+                   [&](const StartTimer&) { timer = true; },
+                   [&](const StopTimer&) { timer = false; },
+                   [&](const ShowTip&) {
+                     EXPECT_FALSE(tip);
+                     tip = true;
+                   },
+                   [&](const HideTip&) {
+                     EXPECT_TRUE(tip);
+                     tip = false;
+                   },
+                   [](const auto&) {},
+               },
+               effect);
+  }
+
+  Size client_;
+};
 
 /// A menu that obeys commands.
 class ScriptedMenu {
@@ -65,59 +285,46 @@ class ScriptedMenu {
                         : button == "middle" ? MouseButton::kMiddle
                         : button == "none"   ? 0
                                              : MouseButton::kLeft;
-    if (verb == "popup") {
-      PopupRequest request = menu_.Request(first != "plain");
-      if (button == "here") request.cursor = kCorner;
-      menu_.Apply(menu_.input.Popup(request));
-    } else if (verb == "hover") {
-      menu_.Move(Place(first));
-    } else if (verb == "move") {
-      menu_.Move(Place(first), pressed);
-    } else if (verb == "down") {
-      menu_.Down(Place(first), pressed, shift == "shift");
-    } else if (verb == "up") {
-      menu_.Up(Place(first), pressed);
-    } else if (verb == "leave") {
-      menu_.Apply(menu_.input.MouseLeave());
-    } else if (verb == "tick") {
-      menu_.Tick(std::stoi(first));
-    } else if (verb == "key") {
-      menu_.Apply(menu_.input.KeyDown(static_cast<MenuKey>(std::stoi(first, nullptr, 16))));
-    } else if (verb == "act") {
-      menu_.Apply(menu_.input.DoDefaultAction(std::stoi(first)));
-    } else if (verb == "lose") {
-      menu_.captured = false;
-      menu_.Apply(menu_.input.CaptureLost());
-    } else if (verb == "deactivate") {
-      menu_.Apply(menu_.input.Deactivated());
-    } else if (verb == "query") {
-      menu_.Apply(menu_.input.QueryUnload(static_cast<CloseReason>(std::stoi(first))));
-    } else if (verb == "unload") {
-      menu_.Apply(menu_.input.Unload());
-    } else if (verb == "load") {
-      menu_.input.Load();
-      menu_.window = menu_.parts = true;
-    } else if (verb == "items") {
-      menu_.items = MenuOf(first);
-    } else if (verb == "add") {
-      menu_.items.Add({.Caption = "Cut", .ID = std::stoi(first)}, menu_.metrics, SevenPixels);
-    } else if (verb == "height") {
-      menu_.metrics.ItemHeight = std::stoi(first) * 15;
-    } else if (verb == "allow") {
-      menu_.input.AllowRightClick = true;
-    } else if (verb == "on") {
-      // What others do when they next see an effect; "&" stands between their commands.
-      const std::vector<std::string> parts = Split(command.substr(3), ':');
-      reactions_[parts.at(0)] = parts.at(1);
-    } else if (verb == "hot") {
-      return std::to_string(menu_.input.HotItem());
-    } else if (verb == "state") {
-      return State();
-    } else if (verb == "ended") {
-      return std::to_string(menu_.hideMenus) + " of " + std::to_string(menu_.unloads);
-    } else {
-      ADD_FAILURE() << "no such command: " << command;
-    }
+    const std::map<std::string, std::function<void()>> verbs = {
+        {"popup",
+         [&] {
+           PopupRequest request = menu_.Request(first != "plain");
+           if (button == "here") request.cursor = kCorner;
+           menu_.Apply(menu_.input.Popup(request));
+         }},
+        {"hover", [&] { menu_.Move(Place(first)); }},
+        {"move", [&] { menu_.Move(Place(first), pressed); }},
+        {"down", [&] { menu_.Down(Place(first), pressed, shift == "shift"); }},
+        {"up", [&] { menu_.Up(Place(first), pressed); }},
+        {"leave", [&] { menu_.Apply(menu_.input.MouseLeave()); }},
+        {"tick", [&] { menu_.Tick(std::stoi(first)); }},
+        {"key",
+         [&] { menu_.Apply(menu_.input.KeyDown(static_cast<MenuKey>(std::stoi(first, nullptr, 16)))); }},
+        {"act", [&] { menu_.Apply(menu_.input.DoDefaultAction(std::stoi(first))); }},
+        {"lose",
+         [&] {
+           menu_.captured = false;
+           menu_.Apply(menu_.input.CaptureLost());
+         }},
+        {"deactivate", [&] { menu_.Apply(menu_.input.Deactivated()); }},
+        {"query", [&] { menu_.Apply(menu_.input.QueryUnload(static_cast<CloseReason>(std::stoi(first)))); }},
+        {"unload", [&] { menu_.Apply(menu_.input.Unload()); }},
+        {"items", [&] { menu_.items = MenuOf(first); }},
+        {"add",
+         [&] { menu_.items.Add({.Caption = "Cut", .ID = std::stoi(first)}, menu_.metrics, SevenPixels); }},
+        {"height", [&] { menu_.metrics.ItemHeight = std::stoi(first) * 15; }},
+        {"allow", [&] { menu_.input.AllowRightClick = true; }},
+        // What others do when they next see an effect; "&" stands between their commands.
+        {"on",
+         [&] {
+           const std::vector<std::string> parts = Split(command.substr(3), ':');
+           reactions_[parts.at(0)] = parts.at(1);
+         }},
+    };
+    if (verb == "hot") return std::to_string(menu_.input.HotItem());
+    if (verb == "state") return State();
+    if (verb == "ended") return std::to_string(menu_.hideMenus) + " of " + std::to_string(menu_.unloads);
+    verbs.at(verb)();
     return "";
   }
 
@@ -129,7 +336,7 @@ class ScriptedMenu {
     if (input.Mode().allowDetach) state += " detachable";
     if (input.Mode().floating) state += " torn";
     if (input.CloseBoxPushed()) state += " pushed";
-    if (input.Loaded()) state += " loaded";
+    if (menu_.parts) state += " loaded";
     if (menu_.window) state += " window";
     if (menu_.captured) state += " captured";
     if (menu_.timer) state += " timer";
@@ -140,305 +347,11 @@ class ScriptedMenu {
   std::map<std::string, std::string> reactions_;
 };
 
-void Play(const std::vector<ScriptCase>& cases) {
-  for (const ScriptCase& script : cases) {
-    ScriptedMenu menu(script.subject);
-    PlayScript(script, [&](const std::string& command) { return menu(command); });
-  }
+TEST(MenuInput, ObeysTheScripts) {
+  PlayScripts<ScriptedMenu>("menu.txt");
 }
 
-TEST(MenuInput, Opening) {
-  Play({
-      // 315 * 3 - 225 + 165 + 120 twips high.
-      {"docked", "i-i", R"(
-       popup -> load, release capture, start timer, unfold at 200,100 to 73,67, play 9, pending events,
-         take capture
-       state -> docked detachable loaded window captured timer
-       hot -> -2
-       key 1B; popup -> load, release capture, start timer, unfold at 200,100 to 73,67, play 9,
-         pending events, take capture)"},
-      {"without detaching, the form being there", "i-i", R"(
-       load; popup plain -> release capture, start timer, unfold at 200,100 to 73,56, play 9,
-         pending events, take capture
-       state -> docked loaded window captured timer)"},
-      {"with the metrics of the form that was loaded", "i", R"(
-       on load: height 30
-       popup plain -> load, release capture, start timer, unfold at 200,100 to 73,38, play 9,
-         pending events, take capture)"},
-      {"without items", "", R"(
-       popup -> load, release capture, start timer
-       tick 20 ->
-       hover 5,5; down 5,5 ->
-       up 5,5 ->
-       down out ->
-       state -> hidden detachable loaded window timer)"},
-      {"anew", "o iii", R"(
-       hover bar; tick 12
-       popup -> release capture, hide tip, hide, pending events, release capture, start timer,
-         unfold at 200,100 to 73,82, play 9, pending events, take capture
-       hot -> -2)"},
-      {"anew, torn off", "f iii", R"(
-       popup plain -> unowned, hide, pending events, release capture, start timer,
-         unfold at 200,100 to 73,71, play 9, pending events, take capture
-       state -> docked loaded window captured timer)"},
-      {"anew, emptied", "o iii", R"(
-       items; popup -> release capture, hide, pending events, release capture, start timer
-       state -> hidden detachable loaded window timer)"},
-      {"closed meanwhile", "iii", R"(
-       on pending events: deactivate
-       popup -> load, release capture, start timer, unfold at 200,100 to 73,82, play 9, pending events,
-         hide, unload
-       state -> hidden detachable)"},
-      {"torn off meanwhile", "iii", R"(
-       on pending events: down bar
-       popup; state -> floating detachable torn loaded window)"},
-      {"unloaded while unfolding", "iii", R"(
-       on unfold: unload
-       popup -> load, release capture, start timer, unfold at 200,100 to 73,82, hide, unload)"},
-  });
-}
-
-TEST(MenuInput, Moving) {
-  Play({
-      {"makes items hot", "o i-d", R"(
-       hover 0 -> paint row 0, Selected 0
-       hover 0 ->
-       hover 1 -> paint row 0, paint row 1, Selected 1
-       hover 2 -> paint row 1, paint row 2, Selected 2
-       hover bar -> paint row 2, paint drag bar
-       hot -> -1
-       hover out -> paint drag bar
-       hot -> -10)"},
-      {"tells the ID", "o i", R"(
-       add 77; hover 1 -> paint row 1, Selected 77)"},
-      {"with the right button when allowed", "o ii", R"(
-       move 0 right ->
-       move 0 left -> paint row 0, Selected 0
-       allow; move 1 right -> paint row 0, paint row 1, Selected 1)"},
-      {"without items", "o ii", R"(
-       hover 1; items; hot -> -10
-       hover bar ->)"},
-      {"from an item that is gone", "o iii", R"(
-       hover 2; items i; hover 0 -> paint row 0, Selected 0)"},
-      {"off a torn-off menu", "f iii", R"(
-       hover 1; leave -> paint row 1
-       hot -> -10
-       hover 1; down 1; leave ->)"},
-  });
-}
-
-TEST(MenuInput, Choosing) {
-  Play({
-      {"docked", "o i-i", R"(
-       hover 2; down 2; up 2 -> take capture, play 8, release capture, hide, HideMenu, Clicked 2, unload
-       state -> hidden detachable)"},
-      {"without a press", "o ii", R"(
-       move 1 left; up 1 -> take capture, play 8, release capture, hide, HideMenu, Clicked 1, unload)"},
-      {"torn off", "f i-i", R"(
-       hover 2; down 2 -> take capture
-       up 2 -> release capture, play ToolbarClick, Clicked 2
-       hover 2; down 2; up 2 -> release capture, play ToolbarClick, Clicked 2
-       down 1; up 1 -> release capture
-       items i-d; down 2 -> take capture
-       up 2 -> release capture
-       down 0; up out -> release capture
-       state -> floating detachable torn loaded window)"},
-      {"what cannot be chosen", "o i-d", R"(
-       hover 1; down 1 ->
-       up 1 -> take capture
-       up 1 -> take capture
-       hover 2; down 2 ->
-       up 2 -> take capture
-       state -> docked detachable loaded window captured timer)"},
-      {"between the items", "o ii", R"(
-       hover 30,9; up 30,9 -> take capture
-       hover 30,57; up 30,57 -> take capture
-       hover bar; up bar -> take capture
-       hover 70,3; up 70,3 -> take capture)"},
-      {"outside", "o ii", R"(
-       down 0; up out -> take capture, release capture, hide, unload)"},
-      {"a row below the window", "o i", R"(
-       items iiiiii; down 0; up 5 -> take capture
-       state -> docked detachable loaded window captured timer)"},
-      {"with other buttons when allowed", "o ii", R"(
-       down 1 right; up 1 right -> take capture
-       up out middle -> take capture
-       allow; down 1 middle; up 1 middle -> take capture, play 8, release capture, hide, HideMenu,
-         Clicked 1, unload)"},
-      {"with other buttons, torn off", "f ii", R"(
-       down 1 right ->
-       up 1 right ->
-       down bar right ->
-       up box right ->
-       allow; down 1 right; up 1 right -> release capture, play ToolbarClick, Clicked 1)"},
-      {"without items", "o ii", R"(
-       down 0; items; up out -> take capture
-       state -> docked detachable loaded window captured timer)"},
-      {"without items, torn off", "f ii", R"(
-       down 0; items; up box -> release capture
-       state -> floating detachable torn loaded window)"},
-      // The pointer is where the menu comes up, on its first item.
-      {"the release of the press that opened the menu", "ii", R"(
-       popup plain here; up 4,4 -> take capture
-       up 4,4 -> take capture, play 8, release capture, hide, HideMenu, Clicked 0, unload)"},
-      {"moved before", "ii", R"(
-       popup plain here; move 5,0 left; up 0,0 -> take capture, play 8, release capture, hide, HideMenu,
-         Clicked 0, unload)"},
-      {"pressed before", "ii", R"(
-       popup plain here; down 0,0; up 0,0 -> take capture, play 8, release capture, hide, HideMenu,
-         Clicked 0, unload)"},
-      {"released elsewhere", "ii", R"(
-       popup plain here; up 5,5 -> take capture, play 8, release capture, hide, HideMenu, Clicked 0,
-         unload)"},
-      {"cleared in HideMenu", "o ii", R"(
-       on HideMenu: items
-       down 1; up 1 -> take capture, play 8, release capture, hide, HideMenu, Clicked 1, unload)"},
-      {"opened in HideMenu", "o ii", R"(
-       on HideMenu: popup
-       down 1; up 1 -> take capture, play 8, release capture, hide, HideMenu, release capture, start timer,
-         unfold at 200,100 to 73,61, play 9, pending events, take capture, Clicked 1
-       state -> docked detachable loaded window captured timer)"},
-      {"unloaded in HideMenu", "o ii", R"(
-       on HideMenu: unload
-       down 1; up 1 -> take capture, play 8, release capture, hide, HideMenu, unload, Clicked 1
-       state -> hidden detachable)"},
-      {"opened in Clicked", "o ii", R"(
-       on Clicked 1: popup
-       down 1; up 1; state -> docked detachable loaded window captured timer
-       ended -> 1 of 0)"},
-      {"by assistive programs", "i-di", R"(
-       act 0 ->
-       popup; act 1 ->
-       act 2 ->
-       act -1 ->
-       act 4 ->
-       act 3 -> play 8, release capture, hide, HideMenu, Clicked 3, unload)"},
-  });
-}
-
-TEST(MenuInput, ClicksOutside) {
-  Play({
-      {"left", "o ii", "down out -> release capture, hide, post 513 with 1 at 160,50, HideMenu, unload"},
-      {"Shift", "o ii",
-       "down out left shift -> release capture, hide, post 513 with 5 at 160,50, HideMenu, unload"},
-      {"right", "o ii",
-       "down out right -> release capture, hide, post 516 with 2 at 160,50, HideMenu, unload"},
-      {"right Shift", "o ii",
-       "down out right shift -> release capture, hide, post 516 with 6 at 160,50, HideMenu, unload"},
-      {"middle", "o ii",
-       "down out middle -> release capture, hide, post 516 with 2 at 160,50, HideMenu, unload"},
-      {"left edge", "o ii",
-       "down 0,20 ->\ndown -1,20 -> release capture, hide, post 513 with 1 at 199,120, HideMenu, unload"},
-      {"right edge", "o ii",
-       "down 72,20 ->\ndown 73,20 -> release capture, hide, post 513 with 1 at 273,120, HideMenu, unload"},
-      {"top edge", "o ii",
-       "down 0,0 ->\ndown 0,-1 -> release capture, hide, post 513 with 1 at 200,99, HideMenu, unload"},
-      {"bottom edge", "o ii",
-       "down 20,60 ->\ndown 20,61 -> release capture, hide, post 513 with 1 at 220,161, HideMenu, unload"},
-      {"torn off", "f ii", "down out ->"},
-      // The former end is told first.
-      {"opening the menu again", "o ii", R"(
-       on pending events: popup
-       down out -> release capture, hide, post 513 with 1 at 160,50, HideMenu, unowned, stop timer, release parts,
-         pending events, HideMenu, load, release capture, start timer, unfold at 200,100 to 73,61, play 9,
-         pending events, take capture
-       state -> docked detachable loaded window captured timer)"},
-      {"opening it when the end is told", "o ii", R"(
-       on HideMenu: popup
-       down out; state -> docked detachable loaded window captured timer
-       ended -> 1 of 0)"},
-      {"of two openings the later holds", "o ii", R"(
-       on HideMenu: popup plain; on pending events: popup
-       down out; state -> docked detachable loaded window captured timer)"},
-  });
-}
-
-TEST(MenuInput, TearingOff) {
-  Play({
-      // 3 * 315 + 435 - 195 twips.
-      {"makes a palette and hands it to the system", "o i-i", R"(
-       hover bar; tick 12
-       down bar -> hide tip, owned, not topmost, height 79, paint all, play ToolbarUndock, HideMenu,
-         stop timer, release capture, drag from 230,103
-       state -> floating detachable torn loaded window
-       down 59,10 -> stop timer, release capture, drag from 259,110)"},
-      {"where the bar can be held", "o ii", R"(
-       down 0,3 ->
-       down 60,3 ->
-       down 30,6 ->
-       down bar right ->
-       down bar middle ->
-       down 1,5; state -> floating detachable torn loaded window)"},
-      {"with other buttons when allowed", "o ii", R"(
-       allow; down bar right; state -> floating detachable torn loaded window)"},
-      {"without a bar", "ii", R"(
-       popup plain; hover bar; down bar; state -> docked loaded window captured timer)"},
-      {"opened in HideMenu", "o ii", R"(
-       on HideMenu: popup
-       down bar -> owned, not topmost, height 71, paint all, play ToolbarUndock, HideMenu, unowned,
-         release capture, hide, pending events, release capture, start timer, unfold at 200,100 to 73,61,
-         play 9, pending events, take capture)"},
-      {"unloaded in HideMenu", "o ii", R"(
-       on HideMenu: unload
-       down bar -> owned, not topmost, height 71, paint all, play ToolbarUndock, HideMenu, release capture,
-         hide, unload)"},
-  });
-}
-
-TEST(MenuInput, TheCloseBox) {
-  Play({
-      {"follows the press and closes on release", "f ii", R"(
-       hover box; down box -> take capture, close box in
-       state -> floating detachable torn pushed loaded window captured
-       move 50,6 left -> close box out
-       move box left -> close box in
-       up box -> release capture, close box out, play ToolbarClose, hide, unload)"},
-      {"with a button that acts", "f ii", R"(
-       hover box; move box middle ->
-       down box right ->
-       allow; down box right -> take capture, close box in
-       up box right; state -> hidden detachable)"},
-      {"released beside it", "f ii", R"(
-       down box; up 59,6 -> release capture, close box out
-       down box; up 73,6 -> release capture, close box out
-       down box; up 66,-1 -> release capture, close box out
-       down box; up 66,15 -> release capture, close box out
-       down box; up 66,66 -> release capture, close box out)"},
-      {"the mouse is lost", "f ii", R"(
-       down box; lose -> close box out
-       state -> floating detachable torn loaded window)"},
-      {"unloaded while it is pushed", "f ii", R"(
-       down box; unload; state -> hidden detachable)"},
-  });
-}
-
-TEST(MenuInput, Keys) {
-  Play({
-      {"down and up", "o i-di", R"(
-       key 28 -> paint row 0, Selected 0
-       key 28 -> paint row 0, paint row 1, Selected 1
-       key 28; key 28; hot -> 3
-       key 28 ->
-       key 26 -> paint row 3, paint row 2, Selected 2
-       key 26; key 26; hot -> 0
-       key 26 ->)"},
-      {"up from nothing", "o i-di", "key 26 -> paint row 0, Selected 0"},
-      {"down from no item", "o i-di", "hover out; key 28 -> paint row 0, Selected 0"},
-      {"up from no item", "o i-di", "hover out; key 26 -> paint row 0, Selected 0"},
-      {"down from the bar", "o i-di", "hover bar; key 28 -> paint drag bar, paint row 0, Selected 0"},
-      {"up from the bar", "o i-di", "hover bar; key 26 -> paint drag bar, paint row 0, Selected 0"},
-      {"without items", "o ii", R"(
-       items; key 28 ->
-       key 26 ->)"},
-      {"from an item that is gone", "o iii", "hover 2; items ii; key 26 -> paint row 0, Selected 0"},
-      {"Escape", "o ii", "key 1B -> release capture, hide, unload"},
-      {"torn off", "f ii", R"(
-       key 1B ->
-       key 28 -> paint drag bar, paint row 0, Selected 0)"},
-      {"closed", "ii", R"(
-       load; key 28 ->
-       key 1B ->)"},
-  });
+TEST(MenuInput, KnowsThreeKeys) {
   ScriptedMenu menu("o ii");
   menu("hover 0");
   for (int code = 0; code < 256; ++code) {
@@ -449,54 +362,198 @@ TEST(MenuInput, Keys) {
   }
 }
 
-TEST(MenuInput, TheTip) {
-  Play({
-      {"once in a visit of the bar", "o ii", R"(
-       hover bar; tick 11 ->
-       tick 1 -> tip: Drag to make this menu float
-       tick 100 ->
-       hover 0; tick 1 -> hide tip
-       tick 1 ->
-       hover bar; tick 12 -> tip: Drag to make this menu float
-       key 1B -> release capture, hide tip, hide, unload)"},
-      {"counted from the beginning of the visit", "o ii", R"(
-       hover bar; tick 8; hover 0; tick 1; hover bar; tick 11 ->)"},
-      {"counted anew when the menu is opened", "o ii", R"(
-       hover bar; tick 8; popup; hover bar; tick 11 ->)"},
-      {"none torn off", "f ii", R"(
-       hover bar; tick 20 ->)"},
-  });
-}
+/// What a user, the system and an owner can do, at random. An owner also acts in events, though not
+/// forever.
+class RandomWalk : Chance {
+ public:
+  explicit RandomWalk(unsigned seed) : Chance(seed) {
+    Refill();
+    menu_.others = [this](const std::string& effect) {
+      if (effect.starts_with("Clicked")) CheckClicked(effect);
+      if (effect == "load" || effect.starts_with("unfold") || effect == "destroy") return;
+      // Only so often, or no course of events would ever end undisturbed.
+      if (depth_ >= 3 || !Once(4)) return;
+      ++depth_;
+      if (Once(2)) {
+        OwnerActs();
+      } else {
+        UserActs();
+      }
+      --depth_;
+    };
+  }
 
-TEST(MenuInput, Closing) {
-  Play({
-      {"the user turns elsewhere", "o ii", R"(
-       deactivate -> release capture, hide, unload
-       deactivate ->)"},
-      {"the mouse is lost", "o ii", "lose -> hide, unload"},
-      {"torn off", "f ii", R"(
-       lose ->
-       deactivate ->
-       state -> floating detachable torn loaded window)"},
-      {"the mouse is not taken yet", "ii", R"(
-       lose ->
-       on pending events: lose
-       popup; state -> docked detachable loaded window captured timer)"},
-      {"asked by the user", "o ii", "query 0 ->\nquery 3 ->\nquery 4 ->"},
-      {"by the program", "o ii", "query 1 -> release capture, hide, unload"},
-      {"by Windows", "o ii", "query 2 -> release capture, hide, unload"},
-      {"torn off, asked by the user", "f ii", "query 0 ->\nquery 3 ->\nquery 4 ->"},
-      {"torn off, by the program", "f ii", "query 1 -> hide, unload"},
-      {"torn off, by Windows", "f ii", "query 2 -> hide, unload"},
-      {"unloading needs a form", "ii", R"(
-       unload ->
-       load; unload -> unload
-       unload ->)"},
-      {"unloaded again in its last events", "o ii", R"(
-       on pending events: popup & unload; on HideMenu: unload
-       deactivate; ended -> 2 of 2
-       state -> hidden detachable)"},
-  });
+  void Step() {
+    tornOff_ = menu_.input.State() == MenuState::Floating;
+    if (menu_.input.State() == MenuState::Hidden && Once(2)) {
+      endAllowed_ = true;
+      menu_.Popup();
+    } else if (Once(12)) {
+      OwnerActs();
+    } else {
+      UserActs();
+    }
+    Check();
+    menu_.Log();
+  }
+
+  int clicks() const { return clicks_; }
+  int floats() const { return floats_; }
+  int unloads() const { return menu_.unloads; }
+
+ private:
+  /// Items that can be clicked have even IDs.
+  void Refill() {
+    menu_.items.Clear();
+    const int count = Any(7);
+    for (int i = 0; i < count; ++i) {
+      MenuItem item;
+      const int kind = Any(4);
+      item.Caption = kind == 0 ? "-" : "Item";
+      item.Enabled = kind != 1;
+      lastId_ += 2;
+      item.ID = item.CanBeClicked() ? lastId_ : lastId_ + 1;
+      menu_.items.Add(item, menu_.metrics, SevenPixels);
+    }
+  }
+
+  void CheckClicked(const std::string& effect) {
+    ++clicks_;
+    EXPECT_EQ(std::stoi(effect.substr(8)) % 2, 0) << effect;
+  }
+
+  void OwnerActs() {
+    switch (Any(6)) {
+      case 0:
+        Refill();
+        break;
+      case 1:
+      case 2:
+      case 3:
+        endAllowed_ = true;
+        menu_.Popup(!Once(4));
+        break;
+      case 4:
+        menu_.input.AllowRightClick = Once(2);
+        break;
+      default:
+        endAllowed_ = true;
+        menu_.Apply(Once(2) ? menu_.input.Unload() : menu_.input.QueryUnload(CloseReason::WindowsEnds));
+    }
+  }
+
+  Point Somewhere() {
+    switch (Any(6)) {
+      case 0:
+        return MenuUnderTest::kBar;
+      case 1:
+        return MenuUnderTest::kCloseBox;
+      default:
+        return {Any(90) - 8, Any(190) - 8};
+    }
+  }
+
+  void UserActs() {
+    const int button = 1 << (Any(5) < 3 ? 0 : Any(3));
+    switch (Any(12)) {
+      case 0:
+      case 1:
+      case 2:
+        menu_.Move(Somewhere(), Once(2) ? 0 : button);
+        break;
+      case 3:
+      case 4:
+        menu_.Down(Somewhere(), button, Once(2));
+        break;
+      case 5:
+      case 6: {
+        const Point at = Somewhere();
+        // The only thing a user can do to end a torn-off menu.
+        endAllowed_ = endAllowed_ || menu_.input.Layout().OnCloseBox(at);
+        menu_.Up(at, button);
+        break;
+      }
+      case 7:
+        menu_.Apply(menu_.input.KeyDown(Once(8) ? MenuKey::Escape : Once(2) ? MenuKey::Up : MenuKey::Down));
+        break;
+      case 8:
+        menu_.Tick(Any(15));
+        break;
+      case 9:
+        if (Once(5)) menu_.Apply(menu_.input.Deactivated());
+        menu_.Apply(menu_.input.QueryUnload(CloseReason::TaskManager));
+        break;
+      case 10:
+        if (Once(5)) {
+          menu_.captured = false;
+          menu_.Apply(menu_.input.CaptureLost());
+        }
+        menu_.Apply(menu_.input.MouseLeave());
+        break;
+      default:
+        menu_.Apply(menu_.input.DoDefaultAction(Any(8) - 1));
+    }
+  }
+
+  /// What holds whenever nobody is acting.
+  void Check() {
+    const MenuState state = menu_.input.State();
+    EXPECT_EQ(menu_.visible, state != MenuState::Hidden);
+    EXPECT_EQ(menu_.window, menu_.parts);
+    EXPECT_EQ(menu_.owned, state == MenuState::Floating);
+    if (state == MenuState::Docked) {
+      EXPECT_TRUE(menu_.captured);
+      EXPECT_TRUE(menu_.timer);
+    } else {
+      EXPECT_FALSE(menu_.tip);
+    }
+    if (state == MenuState::Hidden) {
+      EXPECT_FALSE(menu_.captured);
+    }
+    if (state == MenuState::Floating) {
+      EXPECT_FALSE(menu_.timer);
+    }
+    if (!menu_.parts) {
+      EXPECT_FALSE(menu_.timer);
+    }
+    EXPECT_GE(menu_.hideMenus, menu_.unloads);
+    if (menu_.input.CloseBoxPushed()) {
+      EXPECT_TRUE(menu_.captured || state == MenuState::Floating);
+    }
+    if (tornOff_ && !endAllowed_) {
+      EXPECT_EQ(state, MenuState::Floating);
+    }
+    if (!tornOff_ && state == MenuState::Floating) ++floats_;
+    endAllowed_ = false;
+  }
+
+  MenuUnderTest menu_{""};
+  int lastId_ = 0;
+  int depth_ = 0;
+  bool tornOff_ = false;
+  bool endAllowed_ = false;
+  int clicks_ = 0;
+  int floats_ = 0;
+};
+
+TEST(MenuRandomWalk, KeepsItsPromises) {
+  int clicks = 0;
+  int floats = 0;
+  int unloads = 0;
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    RandomWalk walk(seed);
+    for (int step = 0; step < 1000; ++step) {
+      walk.Step();
+      ASSERT_FALSE(testing::Test::HasFailure()) << "seed " << seed << ", step " << step;
+    }
+    clicks += walk.clicks();
+    floats += walk.floats();
+    unloads += walk.unloads();
+  }
+  // The walks did get around.
+  EXPECT_GT(clicks, 200);
+  EXPECT_GT(floats, 100);
+  EXPECT_GT(unloads, 1000);
 }
 
 }  // namespace

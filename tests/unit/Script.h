@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <fstream>
+#include <optional>
+#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -21,27 +23,35 @@ inline std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
-/// Commands with what they lead to, for tables of cases. On each line stand commands with ";" between them;
-/// what follows a "->" is what the last of them has to answer, going on in the next line after a ",".
-struct ScriptCase {
-  const char* name;
-  const char* subject;  ///< What the commands are for, in the test's own notation.
-  const char* script;
-};
-
-inline void PlayScript(const ScriptCase& script, const std::function<std::string(const std::string&)>& run) {
+/// Plays a file of scripts/. A line "[a case's name] what it is about" makes a subject of the second part;
+/// every other line is commands for it with ";" between them, and what follows a "->" is what the last of
+/// them has to answer, going on in the next line after a ",". A line that begins with "#" is a comment.
+template <class Subject>
+void PlayScripts(const std::string& file) {
+  std::ifstream in(std::string(SNIPSTORE_SCRIPTS "/") + file);
+  std::optional<Subject> subject;
+  std::string name;
   std::string line;
-  for (const std::string& part : Split(script.script, '\n')) {
-    line += line.empty() ? part : ' ' + part;
+  for (std::string part; std::getline(in, part);) {
+    if (part.ends_with('\r')) part.pop_back();
+    if (part.empty() || part.starts_with('#')) continue;
+    if (part.starts_with('[')) {
+      const std::size_t end = part.find(']');
+      name = part.substr(1, end - 1);
+      subject.emplace(Trimmed(part.substr(end + 1)));
+      continue;
+    }
+    line += line.empty() ? part : ' ' + Trimmed(part);
     if (line.ends_with(',')) continue;
     const std::size_t arrow = line.find("->");
     std::string answer;
-    for (const std::string& command : Split(line.substr(0, arrow), ';')) answer = run(command);
+    for (const std::string& command : Split(line.substr(0, arrow), ';')) answer = subject.value()(command);
     if (arrow != std::string::npos) {
-      EXPECT_EQ(answer, Trimmed(line.substr(arrow + 2))) << script.name << ": " << line;
+      EXPECT_EQ(answer, Trimmed(line.substr(arrow + 2))) << name << ": " << line;
     }
     line.clear();
   }
+  EXPECT_TRUE(subject.has_value() && line.empty()) << file << " is missing or ends in mid-line";
 }
 
 inline std::string Joined(const std::vector<std::string>& parts) {
@@ -49,5 +59,17 @@ inline std::string Joined(const std::vector<std::string>& parts) {
   for (const std::string& part : parts) all += (all.empty() ? "" : ", ") + part;
   return all;
 }
+
+/// What random walks decide by.
+class Chance {
+ protected:
+  explicit Chance(unsigned seed) : random_(seed) {}
+  /// From 0 up to, not including, `end`.
+  int Any(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
+  bool Once(int in) { return Any(in) == 0; }
+
+ private:
+  std::mt19937 random_;
+};
 
 }  // namespace snip::test

@@ -507,7 +507,6 @@ TEST_F(MenuWindowTest, ATornOffMenuGoesAndComesBackWithItsOwner) {
   EXPECT_EQ(menu_->hWnd(), nullptr);
   EXPECT_EQ(log_, (Log{"hide"}));
   EXPECT_EQ(CountWindows("frmTip"), 0);
-  EXPECT_FALSE(menu_->input().Loaded());
 }
 
 TEST_F(MenuWindowTest, ADockedMenuClosesWhenItsOwnerIsLeft) {

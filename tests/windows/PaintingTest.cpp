@@ -188,17 +188,18 @@ TEST(PaintEffectsTest, AMonochromeSourceHasItsContextsColours) {
   EXPECT_EQ(canvas.Read(), Drawn({"dddd", "dldl"}));
 }
 
+int CALLBACK CountCopy(HDC, HANDLETABLE*, const ENHMETARECORD* step, int, LPARAM counter) {
+  if (step->iType == EMR_BITBLT || step->iType == EMR_STRETCHBLT) ++*reinterpret_cast<int*>(counter);
+  return 1;
+}
+
 TEST(PaintEffectsTest, TransparentChangesTheDestinationOnce) {
   const Picture picture = BitmapPicture({"d..l", ".ld."});
   const HDC recorder = CreateEnhMetaFileA(nullptr, nullptr, nullptr, nullptr);
   Transparent(0, 0, 4, 2, 0, 0)(PaintEffects(), recorder, &picture);
   const UniqueMetafile record(CloseEnhMetaFile(recorder));
   int copies = 0;
-  const auto count = [](HDC, HANDLETABLE*, const ENHMETARECORD* step, int, LPARAM counter) CALLBACK -> int {
-    if (step->iType == EMR_BITBLT || step->iType == EMR_STRETCHBLT) ++*reinterpret_cast<int*>(counter);
-    return 1;
-  };
-  EnumEnhMetaFile(nullptr, record.get(), count, &copies, nullptr);
+  EnumEnhMetaFile(nullptr, record.get(), &CountCopy, &copies, nullptr);
   EXPECT_EQ(copies, 1);
 }
 

@@ -4,9 +4,7 @@
 
 #include <array>
 #include <cmath>
-#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "platform/Drawing.h"
 #include "platform/Fonts.h"
@@ -71,7 +69,7 @@ BnCommandBar::BnCommandBar(Services services, Events events)
                     [](std::string_view a, std::string_view b) {
                       return SameTextIgnoringCase(std::string(a), std::string(b));
                     }}),
-      input_(buttons_, properties_),
+      input_(buttons_, properties_, *this),
       // Never scaled: the part it lies in is eight pixels wide on every screen.
       drop_(Picture::FromResource(IDB_DROP_ARROW)) {}
 
@@ -91,7 +89,7 @@ bool BnCommandBar::CreateIn(HWND parent, int id, const std::string& name, const 
                             .parent = parent,
                             .id = id,
                             .classStyle = CS_DBLCLKS | CS_OWNDC});
-  if (made) Apply(input_.Show(runMode));
+  if (made) Tell(&CommandBarInput::Show, runMode);
   return made;
 }
 
@@ -165,8 +163,7 @@ void BnCommandBar::RedrawButton(int index) {
   const BarButton* button = buttons_.Find(index);
   if (button == nullptr || !input_.InRunMode()) return;
   if (IsWindowVisible(hWnd()) == 0) return;  // painted when it is shown
-  const WindowDC dc(hWnd());
-  PaintButton(dc.get(), index, RedrawLook(*button));
+  PaintButton(index, RedrawLook(*button));
 }
 
 void BnCommandBar::Refresh() {
@@ -222,7 +219,7 @@ void BnCommandBar::SetOLEDropMode(std::int16_t mode) {
 bool BnCommandBar::AccessKeyPress(char key) {
   const auto code = static_cast<std::int16_t>(static_cast<unsigned char>(key));
   if (buttons_.IndexFromAccessKey(code) < 0) return false;
-  Apply(input_.AccessKeyPress(code));
+  Tell(&CommandBarInput::AccessKeyPress, code);
   return true;
 }
 
@@ -255,55 +252,25 @@ bool BnCommandBar::Apply(const BarChange& change) {
   return true;
 }
 
-void BnCommandBar::Apply(BarReaction reaction) {
-  const std::weak_ptr<const bool> alive = alive_;
-  for (;;) {
-    for (const BarEffect::Any& effect : reaction.effects) {
-      ApplyEffect(effect);
-      if (alive.expired() || hWnd() == nullptr) return;
-    }
-    if (!reaction.then) break;
-    reaction = reaction.then();
-  }
-  AnnounceStates();
+void BnCommandBar::ShowTip(const std::string& text, Point screen) {
+  if (services_.tip == nullptr) return;
+  services_.tip->ShowTip(text, screen.x, screen.y);
+  showsTip_ = true;
 }
 
-void BnCommandBar::ApplyEffect(const BarEffect::Any& effect) {
-  std::visit(
-      [this](const auto& asked) {
-        using Effect = std::decay_t<decltype(asked)>;
-        if constexpr (std::is_same_v<Effect, BarEffect::PaintButton>) {
-          const WindowDC dc(hWnd());
-          PaintButton(dc.get(), asked.button, asked.look);
-        } else if constexpr (std::is_same_v<Effect, BarEffect::PaintBar>) {
-          Refresh();
-        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseMouse>) {
-          Raise(asked.event, asked.mouse);
-        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseButton>) {
-          Raise(asked.event, asked.button);
-        } else if constexpr (std::is_same_v<Effect, BarEffect::RaiseDblClick>) {
-          Call(events_.DblClick);
-        } else if constexpr (std::is_same_v<Effect, BarEffect::PlayClick>) {
-          services_.sounds.PlayOfficeSound("ToolbarClick");
-        } else if constexpr (std::is_same_v<Effect, BarEffect::ShowTip>) {
-          if (services_.tip == nullptr) return;
-          services_.tip->ShowTip(asked.text, asked.screen.x, asked.screen.y);
-          showsTip_ = true;
-        } else if constexpr (std::is_same_v<Effect, BarEffect::HideTip>) {
-          if (services_.tip != nullptr) services_.tip->Hide();
-          showsTip_ = false;
-        } else if constexpr (std::is_same_v<Effect, BarEffect::TakeCapture>) {
-          SetCapture(hWnd());
-        } else if constexpr (std::is_same_v<Effect, BarEffect::ReleaseCapture>) {
-          if (GetCapture() == hWnd()) ::ReleaseCapture();
-        } else if constexpr (std::is_same_v<Effect, BarEffect::StartHoverTimer>) {
-          SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr);
-        } else {
-          static_assert(std::is_same_v<Effect, BarEffect::StopHoverTimer>);
-          KillTimer(hWnd(), kHoverTimer);
-        }
-      },
-      effect);
+void BnCommandBar::HideTip() {
+  if (services_.tip != nullptr) services_.tip->Hide();
+  showsTip_ = false;
+}
+
+bool BnCommandBar::TakeCapture() {
+  const std::weak_ptr<const bool> alive = alive_;
+  SetCapture(hWnd());
+  return !alive.expired() && hWnd() != nullptr;
+}
+
+void BnCommandBar::ReleaseCapture() {
+  if (GetCapture() == hWnd()) ::ReleaseCapture();
 }
 
 template <class Handler, class... Arguments>
@@ -314,19 +281,19 @@ bool BnCommandBar::Call(const Handler& handler, const Arguments&... arguments) {
   return !alive.expired();
 }
 
-void BnCommandBar::Raise(BarButtonEvent event, int button) {
-  Call(event == BarButtonEvent::ButtonClicked ? events_.ButtonClicked
-       : event == BarButtonEvent::Dropdown    ? events_.Dropdown
-       : event == BarButtonEvent::MouseHover  ? events_.MouseHover
-                                              : events_.MouseLeave,
-       button);
+bool BnCommandBar::Raise(BarButtonEvent event, int button) {
+  return CallAsWindow(event == BarButtonEvent::ButtonClicked ? events_.ButtonClicked
+                      : event == BarButtonEvent::Dropdown    ? events_.Dropdown
+                      : event == BarButtonEvent::MouseHover  ? events_.MouseHover
+                                                             : events_.MouseLeave,
+                      button);
 }
 
-void BnCommandBar::Raise(BarMouseEvent event, const BarMouse& mouse) {
-  Call(event == BarMouseEvent::MouseDown   ? events_.MouseDown
-       : event == BarMouseEvent::MouseMove ? events_.MouseMove
-                                           : events_.MouseUp,
-       mouse);
+bool BnCommandBar::Raise(BarMouseEvent event, const BarMouse& mouse) {
+  return CallAsWindow(event == BarMouseEvent::MouseDown   ? events_.MouseDown
+                      : event == BarMouseEvent::MouseMove ? events_.MouseMove
+                                                          : events_.MouseUp,
+                      mouse);
 }
 
 bool BnCommandBar::PropertyChanged(const char* name) {
@@ -410,14 +377,15 @@ void BnCommandBar::UserControl_Paint(HDC dc) {
 }
 
 /// Draws a button beside the screen and shows it in one go, so that it never flickers.
-void BnCommandBar::PaintButton(HDC dc, int index, const ButtonLook& look) {
+void BnCommandBar::PaintButton(int index, const ButtonLook& look) {
   const BarButton* button = buttons_.Find(index);
-  if (button == nullptr) return;
+  if (button == nullptr || hWnd() == nullptr) return;
   const Rect area = button->Area();
   const Canvas canvas({area.width, area.height});
   SetViewportOrgEx(canvas.dc(), -area.left, -area.top, nullptr);
   DrawBarButton(canvas.dc(), painter_, *button, look, Style());
-  BitBlt(dc, area.left, area.top, area.width, area.height, canvas.dc(), area.left, area.top, SRCCOPY);
+  BitBlt(WindowDC(hWnd()).get(), area.left, area.top, area.width, area.height, canvas.dc(), area.left,
+         area.top, SRCCOPY);
 }
 
 BarStyle BnCommandBar::Style() const {
@@ -431,7 +399,7 @@ BarStyle BnCommandBar::Style() const {
 void BnCommandBar::tHitTest_Timer() {
   if (input_.HotButton() < 0 && !showsTip_ && !look_.Needed(hWnd())) {
     // As it is most of the time: there is nothing to be left, and where exactly the pointer is matters not.
-    Apply(input_.tHitTest_Timer(std::nullopt, {}));
+    Tell(&CommandBarInput::tHitTest_Timer, std::nullopt, Point{});
     return;
   }
   POINT screen{};
@@ -444,7 +412,7 @@ void BnCommandBar::tHitTest_Timer() {
     ScreenToClient(hWnd(), &place);
     client = Point{static_cast<int>(place.x), static_cast<int>(place.y)};
   }
-  Apply(input_.tHitTest_Timer(client, at));
+  Tell(&CommandBarInput::tHitTest_Timer, client, at);
 }
 
 LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -466,23 +434,23 @@ LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN:
-      Apply(input_.MouseDown(MouseArguments(MouseButton(message), wParam, lParam)));
+      Tell(&CommandBarInput::MouseDown, MouseArguments(MouseButton(message), wParam, lParam));
       return 0;
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
-      Apply(input_.MouseUp(MouseArguments(MouseButton(message), wParam, lParam)));
+      Tell(&CommandBarInput::MouseUp, MouseArguments(MouseButton(message), wParam, lParam));
       return 0;
     case WM_LBUTTONDBLCLK:
     case WM_RBUTTONDBLCLK:
     case WM_MBUTTONDBLCLK:
-      Apply(input_.DblClick());
+      Tell(&CommandBarInput::DblClick);
       return 0;
     case WM_MOUSEMOVE:
-      Apply(input_.MouseMove(MouseArguments(HeldButtons(wParam), wParam, lParam)));
+      Tell(&CommandBarInput::MouseMove, MouseArguments(HeldButtons(wParam), wParam, lParam));
       return 0;
     case WM_CAPTURECHANGED:
-      if (reinterpret_cast<HWND>(lParam) != hWnd()) Apply(input_.CaptureLost());
+      if (reinterpret_cast<HWND>(lParam) != hWnd()) Tell(&CommandBarInput::CaptureLost);
       return 0;
     case WM_SETCURSOR:
       return LOWORD(lParam) == HTCLIENT && SetPointer() ? TRUE : Default(message, wParam, lParam);
@@ -490,7 +458,7 @@ LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
       Refresh();
       return 0;
     case WM_DESTROY:
-      Apply(input_.Show(false));  // takes the tip away and forgets what was hot and pressed
+      Tell(&CommandBarInput::Show, false);  // takes the tip away and forgets what was hot and pressed
       return 0;
     default:
       return Default(message, wParam, lParam);

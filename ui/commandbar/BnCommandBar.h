@@ -14,9 +14,9 @@
 #include "platform/Twips.h"
 #include "platform/Window.h"
 #include "ui/commandbar/BarButtonDrawing.h"
+#include "ui/commandbar/BarPort.h"
 #include "ui/commandbar/CommandBarAccessible.h"
 #include "ui/commandbar/CommandBarButtons.h"
-#include "ui/commandbar/CommandBarEffects.h"
 #include "ui/commandbar/CommandBarInput.h"
 #include "ui/commandbar/CommandBarProperties.h"
 #include "ui/commandbar/OleDragDrop.h"
@@ -29,9 +29,9 @@ namespace snip {
 /// The toolbar control. It knows nothing of what its buttons are for: a container adds them and reacts to the
 /// events. Coordinates are client pixels unless said otherwise; buttons are numbered from 0.
 ///
-/// The decisions are taken by CommandBarButtons and CommandBarInput; this window decodes messages, applies
-/// the effects that come back, and paints.
-class BnCommandBar : public Window {
+/// The decisions are taken by CommandBarButtons and CommandBarInput; this window decodes messages, does
+/// what it is asked for as their BarPort, and paints.
+class BnCommandBar : public Window, private BarPort {
  public:
   /// What a container may react to. All are optional; any of them may change or destroy the bar.
   struct Events {
@@ -114,11 +114,11 @@ class BnCommandBar : public Window {
   void Refresh();
   /// Begins the hover timer's interval anew, in step with others that are started at the same moment.
   void RestartHoverTimer() {
-    if (input_.InRunMode()) SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr);
+    if (input_.InRunMode()) StartHoverTimer();
   }
-  void Freeze() { Apply(input_.Freeze()); }
+  void Freeze() { Tell(&CommandBarInput::Freeze); }
   /// Paints the whole bar at once.
-  void Thaw() { Apply(input_.Thaw()); }
+  void Thaw() { Tell(&CommandBarInput::Thaw); }
 
   // The whole control.
   bool Enabled() const { return properties_.Enabled; }
@@ -148,7 +148,7 @@ class BnCommandBar : public Window {
   bool AccessKeyPress(char key);
   /// Does what a click on the button's part would; for assistive programs.
   void DoDefaultAction(int index, ButtonPart part = ButtonPart::Push) {
-    Apply(input_.DoDefaultAction(index, part));
+    Tell(&CommandBarInput::DoDefaultAction, index, part);
   }
 
   /// The bar's device context, the same for its whole life; it needs no release.
@@ -169,15 +169,36 @@ class BnCommandBar : public Window {
 
   /// False when an event that came of it has ended the bar: then nothing of it is to be touched any more.
   bool Apply(const BarChange& change);
-  void Apply(BarReaction reaction);
-  void ApplyEffect(const BarEffect::Any& effect);
-  void Raise(BarButtonEvent event, int button);
-  void Raise(BarMouseEvent event, const BarMouse& mouse);
   bool PropertyChanged(const char* name);
   /// Calls a handler, which may end the bar together with the handler itself; false when it did.
   template <class Handler, class... Arguments>
   bool Call(const Handler& handler, const Arguments&... arguments);
+  /// The same; false also when it has ended the bar's window alone.
+  template <class Handler, class... Arguments>
+  bool CallAsWindow(const Handler& handler, const Arguments&... arguments) {
+    return Call(handler, arguments...) && hWnd() != nullptr;
+  }
+  /// Hands an input on, and announces what has become of the buttons by it.
+  template <class... Parameters, class... Arguments>
+  void Tell(void (CommandBarInput::*what)(Parameters...), const Arguments&... arguments) {
+    const std::weak_ptr<const bool> alive = alive_;
+    (input_.*what)(arguments...);
+    if (!alive.expired() && hWnd() != nullptr) AnnounceStates();
+  }
   void AnnounceStates();
+
+  void PaintButton(int button, const ButtonLook& look) override;
+  void PaintBar() override { Refresh(); }
+  void PlayClick() override { services_.sounds.PlayOfficeSound("ToolbarClick"); }
+  void ShowTip(const std::string& text, Point screen) override;
+  void HideTip() override;
+  void StartHoverTimer() override { SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr); }
+  void StopHoverTimer() override { KillTimer(hWnd(), kHoverTimer); }
+  bool TakeCapture() override;
+  void ReleaseCapture() override;
+  bool Raise(BarMouseEvent event, const BarMouse& mouse) override;
+  bool Raise(BarButtonEvent event, int button) override;
+  bool RaiseDblClick() override { return CallAsWindow(events_.DblClick); }
 
   BarMetrics Metrics() const;
   void MakeFont();
@@ -185,7 +206,6 @@ class BnCommandBar : public Window {
   void LayOut();
   void UserControl_Resize();
   void UserControl_Paint(HDC dc);
-  void PaintButton(HDC dc, int index, const ButtonLook& look);
   BarStyle Style() const;
   void tHitTest_Timer();
   bool SetPointer() const;

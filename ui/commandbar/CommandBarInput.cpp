@@ -1,270 +1,216 @@
 #include "ui/commandbar/CommandBarInput.h"
 
 #include <limits>
+#include <tuple>
 #include <utility>
 
 namespace snip {
-namespace {
 
-/// The reaction to its end, and then the next one.
-BarReaction Afterwards(BarReaction reaction, std::function<BarReaction()> next) {
-  if (!reaction.then) {
-    reaction.then = std::move(next);
-  } else {
-    reaction.then = [then = std::move(reaction.then), next = std::move(next)] {
-      return Afterwards(then(), next);
-    };
-  }
-  return reaction;
-}
-
-}  // namespace
-
-BarReaction CommandBarInput::Show(bool runMode) {
-  BarReaction reaction;
+void CommandBarInput::Show(bool runMode) {
   runMode_ = runMode;
   if (runMode_) {
-    reaction.effects.emplace_back(BarEffect::StartHoverTimer{});
-    return reaction;
+    port_.StartHoverTimer();
+    return;
   }
-  HideTip(reaction);
-  ReleaseMouse(reaction);
   EndPress();
   hot_ = ButtonId::None;
-  reaction.effects.emplace_back(BarEffect::StopHoverTimer{});
-  return reaction;
+  HideTip();
+  ReleaseMouse();
+  port_.StopHoverTimer();
 }
 
-BarReaction CommandBarInput::tHitTest_Timer(std::optional<Point> client, Point screen) {
-  BarReaction reaction;
-  if (!runMode_ || frozen_) return reaction;
+void CommandBarInput::tHitTest_Timer(std::optional<Point> client, Point screen) {
+  if (!runMode_ || frozen_) return;
   const int hit = client ? buttons_.BtnFromPoint(client->x, client->y) : -1;
-  if (deadPress_) return reaction;
-
-  if (buttons_.IdOf(hit) != hot_) return Follow(buttons_.IdOf(hit));
-  Rest(hit, screen, reaction);
-  return reaction;
+  if (deadPress_) return;
+  if (buttons_.IdOf(hit) == hot_) {
+    Rest(hit, screen);
+  } else {
+    std::ignore = Follow(buttons_.IdOf(hit));
+  }
 }
 
-/// The mouse came from the hot button, or from none, to another, or to none.
-BarReaction CommandBarInput::Follow(ButtonId hitId) {
-  BarReaction reaction;
-  HideTip(reaction);
+/// The mouse came from the hot button, or from none, to another, or to none. False when the bar is gone.
+bool CommandBarInput::Follow(ButtonId hitId) {
+  HideTip();
   hoverTicks_ = 0;
   const int left = HotButton();  // -1 also when it was removed: then there is no button left to name
   hot_ = ButtonId::None;
-  if (left < 0) {
-    EnterButton(hitId, reaction);
-    return reaction;
-  }
-  if (left == PressedButton()) pressed_.over = false;
-  if (!buttons_.Find(left)->IsToggledOn()) PaintCurrent(left, reaction);
-  // Raised for every button that was hot, a disabled one included: a container clears by it what it shows
-  // about the button.
-  reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::MouseLeave, left});
-  reaction.then = [this, hitId] {
-    BarReaction next;
+  if (left >= 0) {
+    if (left == PressedButton()) pressed_.over = false;
+    if (!buttons_.Find(left)->IsToggledOn()) PaintCurrent(left);
+    // Raised for every button that was hot, a disabled one included: a container clears by it what it shows
+    // about the button.
+    if (!port_.Raise(BarButtonEvent::MouseLeave, left)) return false;
     // While the container handled MouseLeave, another tick may have found the button under the mouse already,
     // or the bar may have stopped following the mouse.
-    if (hot_ == ButtonId::None && runMode_ && !frozen_ && !deadPress_) EnterButton(hitId, next);
-    return next;
-  };
-  return reaction;
+    if (hot_ != ButtonId::None || !runMode_ || frozen_ || deadPress_) return true;
+  }
+  return EnterButton(hitId);
 }
 
 /// The mouse rests on the hot button, or on none.
-void CommandBarInput::Rest(int index, Point screen, BarReaction& reaction) {
+void CommandBarInput::Rest(int index, Point screen) {
   // The count does not start again by itself: the tip is shown once in a visit.
   if (hoverTicks_ < std::numeric_limits<std::int16_t>::max()) ++hoverTicks_;
   const BarButton* button = buttons_.Find(index);
   if (hoverTicks_ != kTicksToTip || button == nullptr || button->DisplayType != DisplayType::Picture) return;
   tipShown_ = true;
-  reaction.effects.emplace_back(BarEffect::ShowTip{button->Caption, screen});
+  port_.ShowTip(button->Caption, screen);
 }
 
-void CommandBarInput::EnterButton(ButtonId id, BarReaction& reaction) {
+/// False when the bar is gone.
+bool CommandBarInput::EnterButton(ButtonId id) {
   const int index = buttons_.IndexOf(id);
-  if (index < 0) return;
+  if (index < 0) return true;
   hot_ = id;
-  if (!buttons_.Find(index)->Enabled) return;
-  PaintCurrent(index, reaction);
-  reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::MouseHover, index});
+  if (!buttons_.Find(index)->Enabled) return true;
+  PaintCurrent(index);
+  return port_.Raise(BarButtonEvent::MouseHover, index);
 }
 
-BarReaction CommandBarInput::MouseDown(const BarMouse& mouse) {
+void CommandBarInput::MouseDown(const BarMouse& mouse) {
   // The timer may not have seen the mouse yet: a finger comes and goes within one tick.
   if (runMode_ && !frozen_ && !deadPress_) {
     const ButtonId hit = buttons_.IdOf(buttons_.BtnFromPoint(mouse.at.x, mouse.at.y));
-    if (hit != hot_) return Afterwards(Follow(hit), [this, mouse] { return StartPress(mouse); });
+    if (hit != hot_ && !Follow(hit)) return;
   }
-  return StartPress(mouse);
-}
-
-BarReaction CommandBarInput::StartPress(const BarMouse& mouse) {
-  BarReaction reaction;
   if (runMode_) {
     mouseHeld_ = true;
-    reaction.effects.emplace_back(BarEffect::TakeCapture{});
-    reaction.then = [this, at = mouse.at] { return PressAt(at); };
+    if (!port_.TakeCapture()) return;
   }
-  reaction.effects.emplace_back(BarEffect::RaiseMouse{BarMouseEvent::MouseDown, mouse});
-  return reaction;
+  if (port_.Raise(BarMouseEvent::MouseDown, mouse)) PressAt(mouse.at);
 }
 
-BarReaction CommandBarInput::PressAt(Point at) {
-  BarReaction reaction;
-  HideTip(reaction);
-  // The container's MouseDown may have taken the mouse away, by a message box for example.
-  if (!mouseHeld_) return reaction;
+void CommandBarInput::PressAt(Point at) {
+  HideTip();
+  // At design time nothing is pressed; and the container's MouseDown may have taken the mouse away, by a
+  // message box for example.
+  if (!mouseHeld_) return;
 
   const Press before = EndPress();
   const int hit = buttons_.BtnFromPoint(at.x, at.y);
   const BarButton* button = buttons_.Find(hit);
   // A second mouse button pressed during a press begins another one.
-  if (buttons_.IdOf(hit) != before.button) LetGo(before, reaction);
+  if (buttons_.IdOf(hit) != before.button) LetGo(before);
   if (button == nullptr || !button->Enabled) {
     deadPress_ = true;
-    return reaction;
+    return;
   }
 
   pressed_ = {button->Id, button->PartAt(at.x), true};
   if (pressed_.part == ButtonPart::Arrow || button->Is(ButtonType::Menu)) {
-    OpenDropdown(pressed_, reaction);
+    OpenDropdown(pressed_);
   } else {
-    PaintCurrent(hit, reaction);
-    PlayClick(reaction);
+    PaintCurrent(hit);
+    PlayClick();
   }
-  return reaction;
 }
 
 /// Draws a button pressed, raises its `Dropdown`, and draws it at rest once the menu is closed.
-void CommandBarInput::OpenDropdown(const Press& press, BarReaction& reaction) {
+void CommandBarInput::OpenDropdown(Press press) {
   const int index = buttons_.IndexOf(press.button);
   const Press outer = std::exchange(droppedDown_, press);  // a menu may be opened while another is open
-  PaintCurrent(index, reaction);
-  reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::Dropdown, index});
-  reaction.then = [this, id = press.button, outer] {
-    BarReaction next;
-    droppedDown_ = outer;
-    if (pressed_.button == id) pressed_.over = false;
-    const int rested = buttons_.IndexOf(id);
-    if (rested >= 0 && !frozen_) {
-      next.effects.emplace_back(BarEffect::PaintButton{rested, RedrawLook(*buttons_.Find(rested))});
-    }
-    return next;
-  };
+  PaintCurrent(index);
+  if (!port_.Raise(BarButtonEvent::Dropdown, index)) return;
+  droppedDown_ = outer;
+  if (pressed_.button == press.button) pressed_.over = false;
+  const int rested = buttons_.IndexOf(press.button);
+  if (rested >= 0 && !frozen_) port_.PaintButton(rested, RedrawLook(*buttons_.Find(rested)));
 }
 
-BarReaction CommandBarInput::MouseMove(const BarMouse& mouse) {
-  BarReaction reaction;
-  reaction.effects.emplace_back(BarEffect::RaiseMouse{BarMouseEvent::MouseMove, mouse});
-  if (runMode_) {
-    reaction.then = [this, mouse] { return mouse.Button != 0 ? DragTo(mouse.at) : MovedFreely(mouse.at); };
+void CommandBarInput::MouseMove(const BarMouse& mouse) {
+  if (!port_.Raise(BarMouseEvent::MouseMove, mouse) || !runMode_) return;
+  const int hit = buttons_.BtnFromPoint(mouse.at.x, mouse.at.y);
+  if (mouse.Button != 0) {
+    DragTo(hit);
+    return;
   }
-  return reaction;
-}
-
-BarReaction CommandBarInput::DragTo(Point at) {
-  BarReaction reaction;
-  const int hit = buttons_.BtnFromPoint(at.x, at.y);
-  const BarButton* button = buttons_.Find(PressedButton());
-  if (button == nullptr) return reaction;
-  pressed_.over = hit == PressedButton() && button->Enabled;
-  PaintCurrent(PressedButton(), reaction);
-  return reaction;
-}
-
-/// No mouse button is held: a press that is still known was released where the bar could not see it.
-BarReaction CommandBarInput::MovedFreely(Point at) {
-  BarReaction reaction;
-  buttons_.BtnFromPoint(at.x, at.y);
-  ReleaseMouse(reaction);
-  LetGo(EndPress(), reaction);
-  return reaction;
-}
-
-BarReaction CommandBarInput::MouseUp(const BarMouse& mouse) {
-  BarReaction reaction;
-  ReleaseMouse(reaction);
-  if (runMode_) Release(mouse.at, reaction);
-  // Unlike the other mouse events this one comes last: the click first, then the release that made it.
-  reaction.effects.emplace_back(BarEffect::RaiseMouse{BarMouseEvent::MouseUp, mouse});
-  return reaction;
-}
-
-void CommandBarInput::Release(Point at, BarReaction& reaction) {
+  // No mouse button is held: a press that is still known was released where the bar could not see it.
   const Press press = EndPress();
+  ReleaseMouse();
+  LetGo(press);
+}
+
+void CommandBarInput::DragTo(int hit) {
+  const BarButton* button = buttons_.Find(PressedButton());
+  if (button == nullptr) return;
+  pressed_.over = hit == PressedButton() && button->Enabled;
+  PaintCurrent(PressedButton());
+}
+
+void CommandBarInput::MouseUp(const BarMouse& mouse) {
+  const Press press = EndPress();
+  ReleaseMouse();
+  if (runMode_ && !Release(press, mouse.at)) return;
+  // Unlike the other mouse events this one comes last: the click first, then the release that made it.
+  std::ignore = port_.Raise(BarMouseEvent::MouseUp, mouse);
+}
+
+/// False when the bar is gone.
+bool CommandBarInput::Release(const Press& press, Point at) {
   const int hit = buttons_.BtnFromPoint(at.x, at.y);
   const BarButton* button = buttons_.Find(hit);
-  const bool clicked = button != nullptr && button->Enabled && button->Id == hot_ &&
-                       button->Id == press.button && press.part == ButtonPart::Push;
-  if (clicked) {
-    Click(hit, reaction);
-  } else {
-    LetGo(press, reaction);
+  if (button != nullptr && button->Enabled && button->Id == hot_ && button->Id == press.button &&
+      press.part == ButtonPart::Push) {
+    return Click(hit);
   }
+  LetGo(press);
+  return true;
 }
 
-void CommandBarInput::Click(int index, BarReaction& reaction) {
+/// False when the bar is gone.
+bool CommandBarInput::Click(int index) {
   const BarButton& button = *buttons_.Find(index);
   // The redraw that a changed State asks for is the paint below: the button as it looks under the mouse.
   if (button.Is(ButtonType::Toggle)) buttons_.SetState(index, button.IsToggledOn() ? 0 : 1);
   if (button.Is(ButtonType::DropDown)) buttons_.SetState(index, 0);
-  PaintCurrent(index, reaction);
-  reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::ButtonClicked, index});
+  PaintCurrent(index);
+  return port_.Raise(BarButtonEvent::ButtonClicked, index);
 }
 
-BarReaction CommandBarInput::DblClick() {
-  return {{BarEffect::RaiseDblClick{}}, nullptr};
+void CommandBarInput::DblClick() {
+  std::ignore = port_.RaiseDblClick();
 }
 
-BarReaction CommandBarInput::CaptureLost() {
-  BarReaction reaction;
+void CommandBarInput::CaptureLost() {
   mouseHeld_ = false;
-  LetGo(EndPress(), reaction);
-  return reaction;
+  LetGo(EndPress());
 }
 
-BarReaction CommandBarInput::AccessKeyPress(std::int16_t characterCode) {
-  BarReaction reaction;
+void CommandBarInput::AccessKeyPress(std::int16_t characterCode) {
   const int index = buttons_.IndexFromAccessKey(characterCode);
   const BarButton* button = buttons_.Find(index);
-  if (!runMode_ || button == nullptr || !button->Enabled) return reaction;
-  if (button->Is(ButtonType::Menu) || button->Is(ButtonType::DropDown)) {
-    reaction.effects.emplace_back(BarEffect::PaintButton{index, RedrawLook(*button)});
-    PlayClick(reaction);
-    reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::Dropdown, index});
-  } else {
-    // Neither drawn nor flipped, a toggle button either: the container that gives one a key sets its state.
-    reaction.effects.emplace_back(BarEffect::RaiseButton{BarButtonEvent::ButtonClicked, index});
+  if (!runMode_ || button == nullptr || !button->Enabled) return;
+  const bool dropsDown = button->Is(ButtonType::Menu) || button->Is(ButtonType::DropDown);
+  // A button without a menu is neither drawn nor flipped, a toggle button either: the container that gives
+  // one a key sets its state.
+  if (dropsDown) {
+    port_.PaintButton(index, RedrawLook(*button));
+    PlayClick();
   }
-  return reaction;
+  std::ignore = port_.Raise(dropsDown ? BarButtonEvent::Dropdown : BarButtonEvent::ButtonClicked, index);
 }
 
-BarReaction CommandBarInput::DoDefaultAction(int index, ButtonPart part) {
-  BarReaction reaction;
+void CommandBarInput::DoDefaultAction(int index, ButtonPart part) {
   const BarButton* button = buttons_.Find(index);
-  if (!runMode_ || button == nullptr || !button->Enabled || button->Is(ButtonType::Separator))
-    return reaction;
+  if (!runMode_ || button == nullptr || !button->Enabled || button->Is(ButtonType::Separator)) return;
   if (button->Is(ButtonType::Menu) || part == ButtonPart::Arrow) {
-    OpenDropdown({button->Id, part, true}, reaction);
-    return reaction;
+    OpenDropdown({button->Id, part, true});
+    return;
   }
-  PlayClick(reaction);
-  Click(index, reaction);
-  return reaction;
+  PlayClick();
+  std::ignore = Click(index);
 }
 
-BarReaction CommandBarInput::Freeze() {
-  BarReaction reaction;
+void CommandBarInput::Freeze() {
   frozen_ = true;
-  HideTip(reaction);
-  return reaction;
+  HideTip();
 }
 
-BarReaction CommandBarInput::Thaw() {
+void CommandBarInput::Thaw() {
   frozen_ = false;
-  return {{BarEffect::PaintBar{}}, nullptr};
+  port_.PaintBar();
 }
 
 /// Forgets the press, a dead one too, and returns it.
@@ -275,28 +221,25 @@ CommandBarInput::Press CommandBarInput::EndPress() {
 
 /// Draws a button that was pressed as it looks without the press. A frozen bar is painted as a whole when it
 /// thaws, and a button with an open menu when the menu is closed.
-void CommandBarInput::LetGo(const Press& press, BarReaction& reaction) const {
-  if (press.over && !frozen_ && press.button != droppedDown_.button) {
-    PaintCurrent(buttons_.IndexOf(press.button), reaction);
-  }
+void CommandBarInput::LetGo(const Press& press) const {
+  if (press.over && !frozen_ && press.button != droppedDown_.button)
+    PaintCurrent(buttons_.IndexOf(press.button));
 }
 
-void CommandBarInput::ReleaseMouse(BarReaction& reaction) {
-  if (std::exchange(mouseHeld_, false)) reaction.effects.emplace_back(BarEffect::ReleaseCapture{});
+void CommandBarInput::ReleaseMouse() {
+  if (std::exchange(mouseHeld_, false)) port_.ReleaseCapture();
 }
 
-void CommandBarInput::PlayClick(BarReaction& reaction) const {
-  if (properties_.SoundEffects) reaction.effects.emplace_back(BarEffect::PlayClick{});
+void CommandBarInput::PlayClick() const {
+  if (properties_.SoundEffects) port_.PlayClick();
 }
 
-void CommandBarInput::HideTip(BarReaction& reaction) {
-  if (std::exchange(tipShown_, false)) reaction.effects.emplace_back(BarEffect::HideTip{});
+void CommandBarInput::HideTip() {
+  if (std::exchange(tipShown_, false)) port_.HideTip();
 }
 
-void CommandBarInput::PaintCurrent(int index, BarReaction& reaction) const {
-  if (const BarButton* button = buttons_.Find(index)) {
-    reaction.effects.emplace_back(BarEffect::PaintButton{index, CurrentLook(*button)});
-  }
+void CommandBarInput::PaintCurrent(int index) const {
+  if (const BarButton* button = buttons_.Find(index)) port_.PaintButton(index, CurrentLook(*button));
 }
 
 ButtonLook CommandBarInput::CurrentLook(const BarButton& button) const {

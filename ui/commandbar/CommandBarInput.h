@@ -4,14 +4,15 @@
 #include <optional>
 
 #include "platform/Geometry.h"
+#include "ui/commandbar/BarPort.h"
 #include "ui/commandbar/ButtonLook.h"
 #include "ui/commandbar/CommandBarButtons.h"
-#include "ui/commandbar/CommandBarEffects.h"
 #include "ui/commandbar/CommandBarProperties.h"
 
 namespace snip {
 
-/// How the bar follows the mouse and the keyboard, without a window: input in, effects out.
+/// How the bar follows the mouse and the keyboard, without a window: what it asks of one goes through a
+/// BarPort.
 ///
 /// A button is flat, raised while the mouse is on it (as the hover timer sees it), sunken while it is pressed
 /// with the pointer over it, and raised again when it is released there, which clicks it. The hover timer
@@ -26,45 +27,44 @@ class CommandBarInput {
   static constexpr int kTicksToTip = 8;
 
   /// Reads the SoundEffects property each time a button could sound.
-  CommandBarInput(CommandBarButtons& buttons, const CommandBarProperties& properties)
-      : buttons_(buttons), properties_(properties) {}
+  CommandBarInput(CommandBarButtons& buttons, const CommandBarProperties& properties, BarPort& port)
+      : buttons_(buttons), properties_(properties), port_(port) {}
   CommandBarInput(const CommandBarInput&) = delete;
   CommandBarInput& operator=(const CommandBarInput&) = delete;
 
   /// The bar is shown by a container in run mode or at design time. Until it is, and at design time, no
   /// timer runs and the bar shows no buttons, so that nothing can be hovered or pressed; the mouse events
   /// alone are raised.
-  BarReaction Show(bool runMode);
+  void Show(bool runMode);
 
   /// One tick of the hover timer. `screen` is the cursor; `client` is the same place in client pixels when
   /// the window under the cursor is the bar, or the tip that the bar itself shows: it comes up right under
   /// the cursor and must not count as having left the button. Otherwise `client` is empty.
-  BarReaction tHitTest_Timer(std::optional<Point> client, Point screen);
+  void tHitTest_Timer(std::optional<Point> client, Point screen);
 
-  BarReaction MouseDown(const BarMouse& mouse);
-  BarReaction MouseMove(const BarMouse& mouse);
-  BarReaction MouseUp(const BarMouse& mouse);
+  void MouseDown(const BarMouse& mouse);
+  void MouseMove(const BarMouse& mouse);
+  void MouseUp(const BarMouse& mouse);
   /// The second press of a double click, which the platform reports instead of a mouse-down. It presses
   /// nothing, so that its release clicks nothing.
-  BarReaction DblClick();
+  void DblClick();
   /// The mouse went to another window in mid-press, to a menu for example: the press is cancelled.
-  BarReaction CaptureLost();
+  void CaptureLost();
 
   /// An access key, by the code of its lower-case character. It is the first button with this key or none: a
   /// disabled one ends the search without effect.
-  BarReaction AccessKeyPress(std::int16_t characterCode);
+  void AccessKeyPress(std::int16_t characterCode);
 
   /// What a click on the button would do, for assistive programs: sounds, flips a toggle button, raises
   /// `ButtonClicked` (or `Dropdown` of a menu button or an arrow), but no mouse events. Needs no hovering.
-  BarReaction DoDefaultAction(int index, ButtonPart part = ButtonPart::Push);
+  void DoDefaultAction(int index, ButtonPart part = ButtonPart::Push);
 
   /// While frozen the bar does not follow the mouse, and a button whose menu was open keeps the look it has.
-  BarReaction Freeze();
-  BarReaction Thaw();
+  void Freeze();
+  void Thaw();
 
   int HotButton() const { return buttons_.IndexOf(hot_); }
   int PressedButton() const { return buttons_.IndexOf(pressed_.button); }
-  bool Frozen() const { return frozen_; }
   bool InRunMode() const { return runMode_; }
 
  private:
@@ -75,26 +75,25 @@ class CommandBarInput {
     bool over = false;  ///< The pointer is over the button, which is drawn pressed.
   };
 
-  BarReaction Follow(ButtonId hitId);
-  BarReaction StartPress(const BarMouse& mouse);
-  void Rest(int index, Point screen, BarReaction& reaction);
-  void EnterButton(ButtonId id, BarReaction& reaction);
-  BarReaction PressAt(Point at);
-  BarReaction DragTo(Point at);
-  BarReaction MovedFreely(Point at);
-  void Release(Point at, BarReaction& reaction);
-  void Click(int index, BarReaction& reaction);
-  void OpenDropdown(const Press& press, BarReaction& reaction);
+  bool Follow(ButtonId hitId);
+  void Rest(int index, Point screen);
+  bool EnterButton(ButtonId id);
+  void PressAt(Point at);
+  void DragTo(int hit);
+  bool Release(const Press& press, Point at);
+  bool Click(int index);
+  void OpenDropdown(Press press);
   Press EndPress();
-  void LetGo(const Press& press, BarReaction& reaction) const;
-  void ReleaseMouse(BarReaction& reaction);
-  void PlayClick(BarReaction& reaction) const;
-  void HideTip(BarReaction& reaction);
-  void PaintCurrent(int index, BarReaction& reaction) const;
+  void LetGo(const Press& press) const;
+  void ReleaseMouse();
+  void PlayClick() const;
+  void HideTip();
+  void PaintCurrent(int index) const;
   ButtonLook CurrentLook(const BarButton& button) const;
 
   CommandBarButtons& buttons_;
   const CommandBarProperties& properties_;
+  BarPort& port_;
   // Buttons are kept by identity, as the container may remove and move them at any time.
   ButtonId hot_ = ButtonId::None;
   Press pressed_;

@@ -21,123 +21,86 @@ namespace MenuEffect {
 
 struct PaintRow {
   int index = 0;
-  friend bool operator==(const PaintRow&, const PaintRow&) = default;
 };
 
 /// With the close box, if there is one.
-struct PaintDragBar {
-  friend bool operator==(const PaintDragBar&, const PaintDragBar&) = default;
-};
+struct PaintDragBar {};
 
-struct PaintCloseBox {
-  bool pushed = false;
-  friend bool operator==(const PaintCloseBox&, const PaintCloseBox&) = default;
-};
+struct PaintCloseBox {};
 
-struct PaintAll {
-  friend bool operator==(const PaintAll&, const PaintAll&) = default;
-};
+struct PaintAll {};
 
 // ---- Events. The owner may do anything in them.
 
 struct RaiseSelected {
   std::int32_t ID = 0;
-  friend bool operator==(const RaiseSelected&, const RaiseSelected&) = default;
 };
 
 struct RaiseClicked {
   std::int32_t ID = 0;
-  friend bool operator==(const RaiseClicked&, const RaiseClicked&) = default;
 };
 
-struct RaiseHideMenu {
-  friend bool operator==(const RaiseHideMenu&, const RaiseHideMenu&) = default;
-};
+struct RaiseHideMenu {};
 
 // ---- Sounds. They play whatever the user's choice about the sounds of toolbars is.
 
 struct PlaySystemSound {
   std::int16_t index = 0;  ///< See SystemSounds.h.
-  friend bool operator==(const PlaySystemSound&, const PlaySystemSound&) = default;
 };
 
 struct PlayOfficeSound {
   std::string_view eventName;  ///< A constant.
-  friend bool operator==(const PlayOfficeSound&, const PlayOfficeSound&) = default;
 };
 
 // ---- The window.
 
 /// Make the form, hidden, or what is missing of it: the window, the tip, the picture painter, the metrics.
-struct Load {
-  friend bool operator==(const Load&, const Load&) = default;
-};
+struct Load {};
 
 /// Put the form at the corner with no size, show it (SW_SHOWNORMAL), make it topmost without moving or sizing
 /// it, then give it one size after the other, each painted and each after its wait. Nothing else of the
 /// thread may run in between.
 struct Unfold {
   Unfolding unfolding;
-  friend bool operator==(const Unfold&, const Unfold&) = default;
 };
 
-struct Hide {
-  friend bool operator==(const Hide&, const Hide&) = default;
-};
+struct Hide {};
 
 /// Make the window that was given to `Popup` the form's owner, so that the form stays above it and goes with
 /// it when it is minimized.
-struct BecomeOwned {
-  friend bool operator==(const BecomeOwned&, const BecomeOwned&) = default;
-};
+struct BecomeOwned {};
 
 /// Have no owner.
-struct BecomeUnowned {
-  friend bool operator==(const BecomeUnowned&, const BecomeUnowned&) = default;
-};
+struct BecomeUnowned {};
 
-struct DropTopmost {
-  friend bool operator==(const DropTopmost&, const DropTopmost&) = default;
-};
+struct DropTopmost {};
 
 /// Of the whole window, in pixels. Place and width stay.
 struct SetHeight {
   int height = 0;
-  friend bool operator==(const SetHeight&, const SetHeight&) = default;
 };
 
 /// Have the system drag the form with the held mouse: WM_NCLBUTTONDOWN on the caption, at a place in screen
 /// pixels. It returns when the mouse is released.
 struct StartSystemDrag {
   Point screen;
-  friend bool operator==(const StartSystemDrag&, const StartSystemDrag&) = default;
 };
 
 /// Let the messages that wait be handled.
-struct RunPendingEvents {
-  friend bool operator==(const RunPendingEvents&, const RunPendingEvents&) = default;
-};
+struct RunPendingEvents {};
 
 /// Give back the tip and the picture painter.
-struct ReleaseParts {
-  friend bool operator==(const ReleaseParts&, const ReleaseParts&) = default;
-};
+struct ReleaseParts {};
 
 /// Destroy the window.
-struct Destroy {
-  friend bool operator==(const Destroy&, const Destroy&) = default;
-};
+struct Destroy {};
 
 // ---- Mouse, timer, tip.
 
-struct TakeCapture {
-  friend bool operator==(const TakeCapture&, const TakeCapture&) = default;
-};
+struct TakeCapture {};
 
 /// Whichever window of the thread holds it.
-struct ReleaseCapture {
-  friend bool operator==(const ReleaseCapture&, const ReleaseCapture&) = default;
-};
+struct ReleaseCapture {};
 
 /// Post a click to the window at a place in screen pixels, as the part of it that is there expects one: its
 /// client area with the place in client pixels, any other part with the part's number.
@@ -145,27 +108,19 @@ struct PostClick {
   std::uint32_t message = 0;  ///< WM_LBUTTONDOWN or WM_RBUTTONDOWN.
   std::uint32_t keys = 0;     ///< MK_LBUTTON or MK_RBUTTON, and perhaps MK_SHIFT.
   Point screen;
-  friend bool operator==(const PostClick&, const PostClick&) = default;
 };
 
 /// `tClose`, every MenuInput::kCloseInterval milliseconds.
-struct StartTimer {
-  friend bool operator==(const StartTimer&, const StartTimer&) = default;
-};
+struct StartTimer {};
 
-struct StopTimer {
-  friend bool operator==(const StopTimer&, const StopTimer&) = default;
-};
+struct StopTimer {};
 
 /// At the tip's own choice of place: below the mouse pointer.
 struct ShowTip {
   std::string_view text;  ///< A constant.
-  friend bool operator==(const ShowTip&, const ShowTip&) = default;
 };
 
-struct HideTip {
-  friend bool operator==(const HideTip&, const HideTip&) = default;
-};
+struct HideTip {};
 
 using Any =
     std::variant<PaintRow, PaintDragBar, PaintCloseBox, PaintAll, RaiseSelected, RaiseClicked, RaiseHideMenu,

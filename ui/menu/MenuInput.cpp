@@ -327,7 +327,7 @@ void MenuInput::PaintHot(MenuReaction& reaction) const {
 
 void MenuInput::PushCloseBox(bool pushed, MenuReaction& reaction) {
   if (std::exchange(closeBoxPushed_, pushed) != pushed) {
-    reaction.effects.emplace_back(MenuEffect::PaintCloseBox{pushed});
+    reaction.effects.emplace_back(MenuEffect::PaintCloseBox{});
   }
 }
 

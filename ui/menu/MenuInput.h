@@ -60,9 +60,6 @@ class MenuInput {
   /// with any button.
   bool AllowRightClick = false;
 
-  /// To be called when the form was made other than by the effect `Load`, for its text metrics for example.
-  void Load() { loaded_ = true; }
-
   /// Opens the menu, docked, wherever it is and whatever state it is in. A menu without items shows nothing,
   /// but its timer runs.
   MenuReaction Popup(const PopupRequest& request);
@@ -94,13 +91,10 @@ class MenuInput {
   MenuReaction Unload();
 
   MenuState State() const { return state_; }
-  bool Loaded() const { return loaded_; }
-  bool HasCapture() const { return captured_; }
   MenuMode Mode() const { return {allowDetach_, state_ == MenuState::Floating}; }
   /// The place of an item, or one of MenuHot.
   int HotItem() const { return hot_ < items_.iCount() ? hot_ : MenuHot::kNoItem; }
   bool CloseBoxPushed() const { return closeBoxPushed_; }
-  bool TipShown() const { return tipShown_; }
   MenuLayout Layout() const { return {items_, metrics_, Mode(), client_}; }
 
  private:
