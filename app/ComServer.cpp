@@ -4,6 +4,7 @@
 
 #include "platform/Com.h"
 #include "platform/ComObject.h"
+#include "platform/Guarded.h"
 
 namespace snip {
 namespace {
@@ -16,11 +17,7 @@ class ClassFactory final : public ComObject<IClassFactory> {
     if (object == nullptr) return E_POINTER;
     *object = nullptr;
     if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-    try {
-      return maker_(iid, object);
-    } catch (...) {
-      return E_OUTOFMEMORY;
-    }
+    return GuardedMethod([&] { return maker_(iid, object); });
   }
 
   HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/AddInIdentity.h"
+#include "platform/Guarded.h"
 
 namespace snip {
 namespace {
@@ -19,17 +20,6 @@ constexpr DISPID kOnStartupCompleteMember = 4;
 // The dispatch ids of the members that Connect offers by name.
 constexpr DISPID kShowMember = 0x60030000;
 constexpr DISPID kHideMember = 0x60030001;
-
-/// No exception leaves a function that COM calls.
-template <class Function>
-HRESULT Guarded(const Function& function) {
-  try {
-    function();
-    return S_OK;
-  } catch (...) {
-    return E_OUTOFMEMORY;
-  }
-}
 
 /// Entries that an environment has kept from an earlier time, when it ended before they could be taken away.
 void RemoveStaleEntries(const host::CommandBarControls& controls, const std::string& caption) {
@@ -81,7 +71,7 @@ void Connect::KeepForWindow() {
 HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*AddInInst*/,
                               SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  return Guarded([&] {
+  return GuardedMethod([&] {
     Disconnect();
     if (VBInst == nullptr) return;
     const auto session = std::make_shared<Session>(*this, VBInst);
@@ -102,7 +92,7 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
 
 HRESULT Connect::OnDisconnection(LONG /*RemoveMode*/, SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  return Guarded([this] { Disconnect(); });
+  return GuardedMethod([this] { Disconnect(); });
 }
 
 HRESULT Connect::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
@@ -253,9 +243,9 @@ HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WOR
     case kOnStartupCompleteMember:
       return arguments == 1 ? S_OK : DISP_E_BADPARAMCOUNT;
     case kShowMember:
-      return Guarded([this] { Show(); });
+      return GuardedMethod([this] { Show(); });
     case kHideMember:
-      return Guarded([this] { Hide(); });
+      return GuardedMethod([this] { Hide(); });
     default:
       return DISP_E_MEMBERNOTFOUND;
   }

@@ -43,14 +43,8 @@ class ConnectionWindow : public Window {
   /// Gives a process that is just ending `patienceMs` for it. This may be deleted meanwhile.
   bool HostGone(DWORD patienceMs) const;
 
-  struct ProcessTraits {
-    using Type = HANDLE;
-    static Type Empty() { return nullptr; }
-    static void Close(Type handle) { CloseHandle(handle); }
-  };
-
   Owner& owner_;
-  UniqueHandle<ProcessTraits> process_;
+  UniqueKernelObject process_;
 };
 
 }  // namespace snip

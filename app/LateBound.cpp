@@ -38,12 +38,6 @@ class ExceptionInfo {
   EXCEPINFO info_{};
 };
 
-struct EventTraits {
-  using Type = HANDLE;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { CloseHandle(handle); }
-};
-
 bool MeansGone(HRESULT result) {
   constexpr std::array kGone{RPC_E_DISCONNECTED,
                              RPC_E_SERVER_DIED,
@@ -71,7 +65,7 @@ HRESULT CallPatiently(const Function& call) {
     const HRESULT result = call();
     if (!MeansBusy(result) || GetTickCount() - start >= kBusyPatienceMs) return result;
     // Nothing signals it: this only waits, while other calls come in.
-    const UniqueHandle<EventTraits> never(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    const UniqueKernelObject never(CreateEventA(nullptr, TRUE, FALSE, nullptr));
     HANDLE handles[] = {never.get()};
     DWORD index = 0;
     CoWaitForMultipleHandles(0, kBusyPauseMs, 1, handles, &index);

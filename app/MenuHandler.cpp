@@ -5,6 +5,7 @@
 #include "app/IDTExtensibility.h"
 #include "app/LateBound.h"
 #include "platform/ComObject.h"
+#include "platform/Guarded.h"
 
 namespace snip {
 
@@ -33,8 +34,9 @@ class MenuHandler::Sink final : public ComObject<CommandBarControlEvents, IDispa
                                    UINT* /*badArgument*/) override {
     if (member != kClickEvent) return DISP_E_MEMBERNOTFOUND;
     // What the environment does on its own account stays as it is: "handled" and "cancel" are left alone.
-    if (click_) click_();
-    return S_OK;
+    return GuardedMethod([this] {
+      if (click_) click_();
+    });
   }
 
  private:

@@ -11,22 +11,15 @@
 namespace snip {
 namespace {
 
-struct TokenTraits {
-  using Type = HANDLE;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { CloseHandle(handle); }
-};
-using UniqueToken = UniqueHandle<TokenTraits>;
-
-UniqueToken OwnToken(DWORD access) {
+UniqueKernelObject OwnToken(DWORD access) {
   HANDLE token = nullptr;
   OpenProcessToken(GetCurrentProcess(), access, &token);
-  return UniqueToken(token);
+  return UniqueKernelObject(token);
 }
 
 /// A number that the system tells of the process's token; nothing on systems that do not know it.
 std::optional<DWORD> TokenNumber(TOKEN_INFORMATION_CLASS what) {
-  const UniqueToken token = OwnToken(TOKEN_QUERY);
+  const UniqueKernelObject token = OwnToken(TOKEN_QUERY);
   DWORD number = 0;
   DWORD size = 0;
   if (!token || GetTokenInformation(token.get(), what, &number, sizeof number, &size) == 0)
@@ -41,13 +34,13 @@ bool UserIsAlsoOrdinary() {
 
 /// The process's own rights without those of administrators, to ask the system with. Somebody who is an
 /// administrator in all that he does is left out as well: what remains are the groups that everybody is in.
-UniqueToken OrdinaryToken() {
-  const UniqueToken own = OwnToken(TOKEN_DUPLICATE | TOKEN_QUERY | TOKEN_ASSIGN_PRIMARY);
+UniqueKernelObject OrdinaryToken() {
+  const UniqueKernelObject own = OwnToken(TOKEN_DUPLICATE | TOKEN_QUERY | TOKEN_ASSIGN_PRIMARY);
   SID_IDENTIFIER_AUTHORITY authority = SECURITY_NT_AUTHORITY;
   PSID administrators = nullptr;
   if (!own || AllocateAndInitializeSid(&authority, 2, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS, 0,
                                        0, 0, 0, 0, 0, &administrators) == 0) {
-    return UniqueToken();
+    return UniqueKernelObject();
   }
   alignas(TOKEN_USER) BYTE user[sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE]{};
   DWORD size = 0;
@@ -58,13 +51,13 @@ UniqueToken OrdinaryToken() {
   CreateRestrictedToken(own.get(), DISABLE_MAX_PRIVILEGE, UserIsAlsoOrdinary() ? 1 : 2, denied, 0, nullptr, 0,
                         nullptr, &restricted);
   FreeSid(administrators);
-  const UniqueToken owner(restricted);
+  const UniqueKernelObject owner(restricted);
   HANDLE asking = nullptr;
   if (owner) DuplicateToken(restricted, SecurityIdentification, &asking);
-  return UniqueToken(asking);
+  return UniqueKernelObject(asking);
 }
 
-bool Allows(const UniqueToken& token, const std::wstring& path, std::initializer_list<DWORD> rights) {
+bool Allows(const UniqueKernelObject& token, const std::wstring& path, std::initializer_list<DWORD> rights) {
   constexpr SECURITY_INFORMATION kParts =
       OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION | DACL_SECURITY_INFORMATION;
   DWORD size = 0;
@@ -98,7 +91,7 @@ bool WritesAreVirtual() {
 }
 
 bool ReplaceableByOrdinaryUsers(const std::wstring& file) {
-  const UniqueToken token = OrdinaryToken();
+  const UniqueKernelObject token = OrdinaryToken();
   if (!token) return false;
   const std::wstring folder = file.substr(0, file.find_last_of(L'\\') + 1);
   return Allows(token, file, {FILE_WRITE_DATA, DELETE, WRITE_DAC}) ||

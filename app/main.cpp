@@ -20,7 +20,6 @@
 #include "platform/Com.h"
 #include "platform/Registry32.h"
 #include "platform/Win32Text.h"
-#include "ui/commandbar/OleDragDrop.h"
 #include "ui/commandbar/SoundEffects.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/frmAddIn.h"

@@ -9,7 +9,6 @@
 
 #include "benches/WindowBenches.h"
 #include "platform/Com.h"
-#include "ui/commandbar/OleDragDrop.h"
 
 int main(int count, char** arguments) {
   using namespace snip;

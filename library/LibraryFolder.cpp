@@ -8,6 +8,7 @@
 #include "library/Library.h"
 #include "platform/Handle.h"
 #include "platform/Text.h"
+#include "platform/Win32Text.h"
 
 namespace snip {
 namespace {
@@ -25,9 +26,8 @@ constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
 /// A path as the system takes it without its old limit of 260 characters, if it is one that can be given so.
 std::wstring LongPath(const std::string& path) {
-  const int size = MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(size), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), wide.data(), size);
+  const std::u16string utf16 = Utf16FromAnsi(path);
+  const std::wstring wide(utf16.begin(), utf16.end());
   const bool onDrive =
       path.size() > 2 && path[1] == ':' && path[2] == '\\' && path.find('/') == std::string::npos;
   return onDrive ? L"\\\\?\\" + wide : wide;

@@ -3,6 +3,8 @@
 #include <new>
 
 #include "platform/ComObject.h"
+#include "platform/Guarded.h"
+#include "platform/Rects.h"
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
@@ -239,7 +241,7 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
                                         VARIANT child) override {
     if (!Start(left) || !Start(top) || !Start(width) || !Start(height)) return E_POINTER;
     const auto give = [&](const Rect& place) {
-      RECT screen{place.left, place.top, place.right(), place.bottom()};
+      RECT screen = ToRECT(place);
       MapWindowPoints(window_, HWND_DESKTOP, reinterpret_cast<POINT*>(&screen), 2);
       *left = screen.left;
       *top = screen.top;
@@ -256,7 +258,7 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
     return Ask([&](AccessibleItems& items) {
       POINT client{x, y};
       ScreenToClient(window_, &client);
-      const Point at{client.x, client.y};
+      const Point at = ToPoint(client);
       if (!Contains(ClientArea(window_), at)) return S_FALSE;
       const int count = items.AccessibleCount();
       for (int item = 0; item < count; ++item) {
@@ -329,13 +331,7 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   template <class Query>
   HRESULT Ask(Query query) const noexcept {
     if (items_ == nullptr) return CO_E_OBJNOTCONNECTED;
-    try {
-      return query(*items_);
-    } catch (const std::bad_alloc&) {
-      return E_OUTOFMEMORY;
-    } catch (...) {
-      return E_FAIL;
-    }
+    return GuardedMethod([&] { return query(*items_); });
   }
 
   /// The same for a question about the whole or about one item, whichever `child` names.

@@ -1,7 +1,8 @@
 #include "platform/Clipboard.h"
 
-#include <cstring>
+#include <cstddef>
 
+#include "platform/GlobalMemory.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -30,28 +31,11 @@ class OpenedClipboard {
   bool open_ = false;
 };
 
-/// A block of the kind that the clipboard takes over; freed when it does not.
-HGLOBAL MovableCopy(const void* data, std::size_t size) {
-  const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, size);
-  if (block == nullptr) return nullptr;
-  void* target = GlobalLock(block);
-  if (target == nullptr) {
-    GlobalFree(block);
-    return nullptr;
-  }
-  std::memcpy(target, data, size);
-  GlobalUnlock(block);
-  return block;
-}
-
 bool PutData(UINT format, const void* data, std::size_t size) {
-  const HGLOBAL block = MovableCopy(data, size);
-  if (block == nullptr) return false;
-  if (SetClipboardData(format, block) != nullptr) return true;
-  // The clipboard owns the block only when it took it.
-  // cppcheck-suppress doubleFree
-  GlobalFree(block);
-  return false;
+  UniqueGlobal block = MakeGlobal({static_cast<const char*>(data), size});
+  if (SetClipboardData(format, block.get()) == nullptr) return false;
+  block.Release();  // the clipboard has taken it over
+  return true;
 }
 
 }  // namespace
@@ -76,12 +60,7 @@ std::string ClipboardText(HWND owner) {
   // In Unicode, since the system makes that of all text; what it makes of Unicode is in the keyboard's code
   // page.
   const HANDLE block = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;  // stays the clipboard's
-  const auto* text = block == nullptr ? nullptr : static_cast<const char16_t*>(GlobalLock(block));
-  if (text == nullptr) return {};
-  const std::u16string_view units(text, GlobalSize(block) / sizeof(char16_t));
-  std::string copy = AnsiFromUtf16(units.substr(0, units.find(u'\0')));
-  GlobalUnlock(block);
-  return copy;
+  return AnsiFromUtf16(LockedGlobal(block).Utf16());
 }
 
 }  // namespace snip

@@ -1,8 +1,7 @@
 #pragma once
 
 #include <windows.h>
-#include <objbase.h>
-#include <oleauto.h>
+#include <ole2.h>
 
 #include <string>
 #include <utility>
@@ -19,6 +18,21 @@ class ComApartment {
   }
   ComApartment(const ComApartment&) = delete;
   ComApartment& operator=(const ComApartment&) = delete;
+
+ private:
+  HRESULT entered_;
+};
+
+/// Readies the thread for dragging and dropping for as long as it lives. Drop targets and drags come and go
+/// within.
+class OleThread {
+ public:
+  OleThread() : entered_(OleInitialize(nullptr)) {}
+  ~OleThread() {
+    if (SUCCEEDED(entered_)) OleUninitialize();
+  }
+  OleThread(const OleThread&) = delete;
+  OleThread& operator=(const OleThread&) = delete;
 
  private:
   HRESULT entered_;

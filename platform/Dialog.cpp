@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "platform/Fonts.h"
+#include "platform/Guarded.h"
+#include "platform/Rects.h"
 #include "platform/Window.h"
 
 namespace snip {
@@ -33,28 +35,28 @@ INT_PTR CALLBACK Dialog::DialogProc(HWND window, UINT message, WPARAM wParam, LP
   }
   auto* self = reinterpret_cast<Dialog*>(GetWindowLongPtrA(window, DWLP_USER));
   if (self == nullptr) return FALSE;
-  try {
-    switch (message) {
-      case WM_INITDIALOG:
-        self->OnInit();
-        return FALSE;  // OnInit has put the focus where it belongs
-      case WM_COMMAND:
-        self->OnCommand(LOWORD(wParam), HIWORD(wParam));
-        return TRUE;
-      case WM_CLOSE:
-        self->OnClose();
-        return TRUE;
-      case WM_DESTROY:
-        self->OnDestroy();
-        return FALSE;
-      case WM_NCDESTROY:
-        self->hWnd_ = nullptr;
-        return FALSE;
-      default:
-        return self->OnMessage(message, wParam, lParam);
-    }
-  } catch (...) {
-    return FALSE;  // nothing may unwind through the system's frames
+  return Guarded(INT_PTR{FALSE}, [&] { return self->Handle(message, wParam, lParam); });
+}
+
+INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_INITDIALOG:
+      OnInit();
+      return FALSE;  // OnInit has put the focus where it belongs
+    case WM_COMMAND:
+      OnCommand(LOWORD(wParam), HIWORD(wParam));
+      return TRUE;
+    case WM_CLOSE:
+      OnClose();
+      return TRUE;
+    case WM_DESTROY:
+      OnDestroy();
+      return FALSE;
+    case WM_NCDESTROY:
+      hWnd_ = nullptr;
+      return FALSE;
+    default:
+      return OnMessage(message, wParam, lParam);
   }
 }
 
@@ -111,8 +113,7 @@ Rect WorkArea(HWND window) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;
   GetMonitorInfoA(MonitorFromWindow(window, MONITOR_DEFAULTTOPRIMARY), &monitor);
-  const RECT& work = monitor.rcWork;
-  return {work.left, work.top, work.right - work.left, work.bottom - work.top};
+  return ToRect(monitor.rcWork);
 }
 
 }  // namespace snip

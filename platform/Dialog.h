@@ -62,6 +62,8 @@ class Dialog {
  private:
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+  INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
+
   HWND hWnd_ = nullptr;
   UniqueFont font_;
   Size character_;

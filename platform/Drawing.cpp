@@ -1,9 +1,11 @@
 #include "platform/Drawing.h"
 
+#include "platform/Rects.h"
+
 namespace snip {
 
 void FillArea(HDC dc, const Rect& area, COLORREF color) {
-  const RECT bounds{area.left, area.top, area.right(), area.bottom()};
+  const RECT bounds = ToRECT(area);
   const UniqueBrush brush(CreateSolidBrush(color));
   FillRect(dc, &bounds, brush.get());
 }

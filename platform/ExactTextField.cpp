@@ -1,7 +1,5 @@
 #include "platform/ExactTextField.h"
 
-#include <commctrl.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -20,22 +18,14 @@ void Paste(HWND control) {
   SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
-LRESULT CALLBACK FieldProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                           DWORD_PTR /*unused*/) {
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(control, &FieldProc, id);
-  if (message != WM_PASTE) return DefSubclassProc(control, message, wParam, lParam);
-  try {
-    Paste(control);
-  } catch (...) {
-    // Memory ran out: nothing was pasted.
-  }
-  return 0;
-}
-
 }  // namespace
 
-ExactTextField::ExactTextField(HWND control) : control_(control) {
-  SetWindowSubclass(control, &FieldProc, 0, 0);
+ExactTextField::ExactTextField(HWND control) : control_(control), pasting_(std::make_unique<Subclass>()) {
+  pasting_->Start(control, [](const Subclass::Message& message) -> LRESULT {
+    if (message.id != WM_PASTE) return message.PassOn();
+    Paste(message.window);
+    return 0;
+  });
 }
 
 void ExactTextField::SetText(const std::string& text) {

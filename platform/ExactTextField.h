@@ -2,9 +2,11 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "platform/Subclass.h"
 #include "platform/TextFieldBytes.h"
 
 namespace snip {
@@ -24,6 +26,7 @@ class ExactTextField {
 
  private:
   HWND control_ = nullptr;
+  std::unique_ptr<Subclass> pasting_;
   std::string original_;
   TextFieldBytes bytes_;
 };

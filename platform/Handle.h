@@ -3,19 +3,17 @@
 #include <windows.h>
 #include <shellapi.h>
 
+#include <cstdint>
 #include <utility>
 
 namespace snip {
 
-/// Owns one handle of the system and closes it once. `Traits` names the handle's type, its empty value and
-/// how it is closed.
-template <class Traits>
+/// Owns one handle of the system and closes it once. `Empty` is the number of the handle that is none.
+template <class Handle, auto Close, std::intptr_t Empty = 0>
 class UniqueHandle {
  public:
-  using Type = typename Traits::Type;
-
   UniqueHandle() = default;
-  explicit UniqueHandle(Type handle) : handle_(handle) {}
+  explicit UniqueHandle(Handle handle) : handle_(handle) {}
   UniqueHandle(UniqueHandle&& other) noexcept : handle_(other.Release()) {}
   UniqueHandle& operator=(UniqueHandle&& other) noexcept {
     if (this != &other) Reset(other.Release());
@@ -25,100 +23,37 @@ class UniqueHandle {
   UniqueHandle& operator=(const UniqueHandle&) = delete;
   ~UniqueHandle() { Reset(); }
 
-  Type get() const { return handle_; }
-  explicit operator bool() const { return handle_ != Traits::Empty(); }
+  Handle get() const { return handle_; }
+  explicit operator bool() const { return handle_ != None(); }
 
-  Type Release() { return std::exchange(handle_, Traits::Empty()); }
-  void Reset(Type handle = Traits::Empty()) {
-    if (handle_ != Traits::Empty()) Traits::Close(handle_);
+  Handle Release() { return std::exchange(handle_, None()); }
+  void Reset(Handle handle = None()) {
+    if (handle_ != None()) Close(handle_);
     handle_ = handle;
   }
 
  private:
-  Type handle_ = Traits::Empty();
+  static Handle None() { return reinterpret_cast<Handle>(Empty); }
+
+  Handle handle_ = None();
 };
 
-struct FileTraits {
-  using Type = HANDLE;
-  static Type Empty() { return INVALID_HANDLE_VALUE; }
-  static void Close(Type handle) { CloseHandle(handle); }
-};
-using UniqueFile = UniqueHandle<FileTraits>;
-
-struct FindTraits {
-  using Type = HANDLE;
-  static Type Empty() { return INVALID_HANDLE_VALUE; }
-  static void Close(Type handle) { FindClose(handle); }
-};
-using UniqueFind = UniqueHandle<FindTraits>;
-
-struct DropTraits {
-  using Type = HDROP;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DragFinish(handle); }
-};
-using UniqueDrop = UniqueHandle<DropTraits>;
-
-struct RegKeyTraits {
-  using Type = HKEY;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { RegCloseKey(handle); }
-};
-using UniqueRegKey = UniqueHandle<RegKeyTraits>;
-
-template <class Object>
-struct GdiObjectTraits {
-  using Type = Object;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DeleteObject(handle); }
-};
-using UniqueBitmap = UniqueHandle<GdiObjectTraits<HBITMAP>>;
-using UniqueBrush = UniqueHandle<GdiObjectTraits<HBRUSH>>;
-using UniqueFont = UniqueHandle<GdiObjectTraits<HFONT>>;
-using UniquePalette = UniqueHandle<GdiObjectTraits<HPALETTE>>;
-using UniqueRegion = UniqueHandle<GdiObjectTraits<HRGN>>;
-
-struct MetafileTraits {
-  using Type = HENHMETAFILE;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DeleteEnhMetaFile(handle); }
-};
-using UniqueMetafile = UniqueHandle<MetafileTraits>;
-
-struct MemoryContextTraits {
-  using Type = HDC;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DeleteDC(handle); }
-};
-using UniqueMemoryContext = UniqueHandle<MemoryContextTraits>;
-
-struct IconTraits {
-  using Type = HICON;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DestroyIcon(handle); }
-};
-using UniqueIcon = UniqueHandle<IconTraits>;
-
-struct AcceleratorTraits {
-  using Type = HACCEL;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DestroyAcceleratorTable(handle); }
-};
-using UniqueAccelerators = UniqueHandle<AcceleratorTraits>;
-
-struct CursorTraits {
-  using Type = HCURSOR;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DestroyCursor(handle); }
-};
-using UniqueCursor = UniqueHandle<CursorTraits>;
-
-struct MenuTraits {
-  using Type = HMENU;
-  static Type Empty() { return nullptr; }
-  static void Close(Type handle) { DestroyMenu(handle); }
-};
-using UniqueMenu = UniqueHandle<MenuTraits>;
+using UniqueFile = UniqueHandle<HANDLE, &CloseHandle, -1>;
+using UniqueKernelObject = UniqueHandle<HANDLE, &CloseHandle>;  ///< A process, an event and the like.
+using UniqueFind = UniqueHandle<HANDLE, &FindClose, -1>;
+using UniqueDrop = UniqueHandle<HDROP, &DragFinish>;
+using UniqueRegKey = UniqueHandle<HKEY, &RegCloseKey>;
+using UniqueBitmap = UniqueHandle<HBITMAP, &DeleteObject>;
+using UniqueBrush = UniqueHandle<HBRUSH, &DeleteObject>;
+using UniqueFont = UniqueHandle<HFONT, &DeleteObject>;
+using UniquePalette = UniqueHandle<HPALETTE, &DeleteObject>;
+using UniqueRegion = UniqueHandle<HRGN, &DeleteObject>;
+using UniqueMetafile = UniqueHandle<HENHMETAFILE, &DeleteEnhMetaFile>;
+using UniqueMemoryContext = UniqueHandle<HDC, &DeleteDC>;
+using UniqueIcon = UniqueHandle<HICON, &DestroyIcon>;
+using UniqueAccelerators = UniqueHandle<HACCEL, &DestroyAcceleratorTable>;
+using UniqueCursor = UniqueHandle<HCURSOR, &DestroyCursor>;
+using UniqueMenu = UniqueHandle<HMENU, &DestroyMenu>;
 
 /// The device context of a window, or of the whole screen for a null window.
 class WindowDC {

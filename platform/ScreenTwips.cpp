@@ -1,6 +1,7 @@
 #include "platform/ScreenTwips.h"
 
 #include "platform/Handle.h"
+#include "platform/Rects.h"
 
 namespace snip {
 
@@ -13,9 +14,8 @@ TwipsPerPixel ScreenTwips() {
 Rect ScreenAt(Point point) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof monitor;
-  GetMonitorInfoA(MonitorFromPoint({point.x, point.y}, MONITOR_DEFAULTTONEAREST), &monitor);
-  const RECT& area = monitor.rcMonitor;
-  return {area.left, area.top, area.right - area.left, area.bottom - area.top};
+  GetMonitorInfoA(MonitorFromPoint(ToPOINT(point), MONITOR_DEFAULTTONEAREST), &monitor);
+  return ToRect(monitor.rcMonitor);
 }
 
 }  // namespace snip

@@ -21,6 +21,15 @@ Text ModulePath(Function* fileName) {
   }
 }
 
+std::string EntryText(HWND control, UINT lengthMessage, UINT textMessage, int entry) {
+  const LRESULT length = SendMessageA(control, lengthMessage, static_cast<WPARAM>(entry), 0);
+  if (length < 0) return {};
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  SendMessageA(control, textMessage, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
 }  // namespace
 
 std::optional<std::string> FieldText(HWND control) {
@@ -42,6 +51,14 @@ std::optional<std::string> FieldText(HWND control) {
 
 std::string WindowText(HWND window) {
   return FieldText(window).value_or(std::string());
+}
+
+std::string ListBoxText(HWND list, int entry) {
+  return EntryText(list, LB_GETTEXTLEN, LB_GETTEXT, entry);
+}
+
+std::string ComboBoxText(HWND combo, int entry) {
+  return EntryText(combo, CB_GETLBTEXTLEN, CB_GETLBTEXT, entry);
 }
 
 std::u16string Utf16FromAnsi(std::string_view text) {

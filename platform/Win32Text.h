@@ -16,6 +16,10 @@ std::optional<std::string> FieldText(HWND control);
 /// The text of a window, to be shown or compared: empty as well when it cannot be told.
 std::string WindowText(HWND window);
 
+/// The text of an entry of a list box or a combo box, counted from 0; empty when there is no such entry.
+std::string ListBoxText(HWND list, int entry);
+std::string ComboBoxText(HWND combo, int entry);
+
 std::u16string Utf16FromAnsi(std::string_view text);
 /// What the code page lacks becomes "?" or its closest letter.
 std::string AnsiFromUtf16(std::u16string_view text);

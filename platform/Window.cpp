@@ -2,6 +2,11 @@
 
 #include <windowsx.h>
 
+#include <optional>
+
+#include "platform/Guarded.h"
+#include "platform/Rects.h"
+
 namespace snip {
 namespace {
 
@@ -85,16 +90,12 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
   // Some messages come before WM_NCCREATE and some could come after WM_NCDESTROY.
   if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
 
-  LRESULT result = 0;
-  try {
-    result = self->HandleMessage(message, wParam, lParam);
-  } catch (...) {
-    // An exception must not unwind through the system's frames. What threw it was mostly memory running out:
-    // the message has no further effect, and the program goes on.
-    // The default would close the window and let the session end, and what was not saved would be lost.
-    const bool ends = message == WM_CLOSE || message == WM_QUERYENDSESSION;
-    result = ends ? 0 : DefWindowProcA(window, message, wParam, lParam);
-  }
+  const auto answer = Guarded(std::optional<LRESULT>(),
+                              [&] { return std::optional(self->HandleMessage(message, wParam, lParam)); });
+  // A message that failed has no further effect. The default would close the window and let the session end,
+  // and what was not saved would be lost.
+  const bool ends = message == WM_CLOSE || message == WM_QUERYENDSESSION;
+  const LRESULT result = answer ? *answer : ends ? 0 : DefWindowProcA(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) {
     SetWindowLongPtrA(window, GWLP_USERDATA, 0);
     self->hWnd_ = nullptr;
@@ -141,7 +142,7 @@ Rect PlaceInParent(HWND window) {
   RECT place{};
   GetWindowRect(window, &place);
   MapWindowPoints(HWND_DESKTOP, GetAncestor(window, GA_PARENT), reinterpret_cast<POINT*>(&place), 2);
-  return {place.left, place.top, place.right - place.left, place.bottom - place.top};
+  return ToRect(place);
 }
 
 bool LiesAt(HWND window, POINT screen) {

@@ -9,8 +9,7 @@
 
 namespace snip {
 
-/// A window of a class of our own. Binds the C++ object to the handle while the handle lives and is the only
-/// place that stops an exception from crossing into the system.
+/// A window of a class of our own. Binds the C++ object to the handle while the handle lives.
 ///
 /// The object may live longer than its window; `hWnd` is null before `Create` and after the window is gone. A
 /// class that answers messages with its own members destroys its window in its own destructor, while it still

@@ -14,9 +14,9 @@
 #include "platform/Clipboard.h"
 #include "platform/ExactTextField.h"
 #include "platform/OleColor.h"
+#include "platform/OleDragSource.h"
 #include "platform/Win32Text.h"
 #include "tests/support/TestDesktop.h"
-#include "ui/commandbar/OleDragDrop.h"
 #include "ui/editor/PlainTextOnly.h"
 #include "ui/editor/RichEditText.h"
 

@@ -1,4 +1,4 @@
-#include "ui/commandbar/OleDragDrop.h"
+#include "platform/OleDragSource.h"
 
 #include <gtest/gtest.h>
 
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Clipboard.h"
+#include "platform/OleDropTarget.h"
 #include "tests/support/TestDesktop.h"
 
 namespace snip::test {
@@ -18,7 +19,7 @@ using Log = std::vector<std::string>;
 
 constexpr DWORD kCopyOrMove = DROPEFFECT_COPY | DROPEFFECT_MOVE;
 
-std::string Entry(const char* event, DWORD effect, const BarMouse& mouse) {
+std::string Entry(const char* event, DWORD effect, const MouseState& mouse) {
   return std::string(event) + " effect " + std::to_string(effect) + " button " +
          std::to_string(mouse.Button) + " shift " + std::to_string(mouse.Shift) + " at " +
          std::to_string(mouse.at.x) + "," + std::to_string(mouse.at.y);
@@ -43,7 +44,7 @@ class OleDragDropTest : public testing::Test {
 
   OleDropTarget::Listener Logging() {
     return {.dragOver =
-                [this](OleData& data, DWORD& effect, const BarMouse& mouse, OleDragState state) {
+                [this](OleData& data, DWORD& effect, const MouseState& mouse, OleDragState state) {
                   log_.push_back(Entry("over", effect, mouse) + " state " +
                                  std::to_string(static_cast<int>(state)) +
                                  (data.GetFormat(CF_TEXT) ? " text" : ""));
@@ -51,7 +52,7 @@ class OleDragDropTest : public testing::Test {
                   effect = answer_;
                 },
             .dragDrop =
-                [this](OleData& data, DWORD& effect, const BarMouse& mouse) {
+                [this](OleData& data, DWORD& effect, const MouseState& mouse) {
                   log_.push_back(Entry("drop", effect, mouse) + " " + data.GetText());
                   effect = answer_;
                 }};
@@ -140,7 +141,7 @@ TEST_F(OleDragDropTest, ATargetOutlivesNeitherItsWindowNorItsRegistration) {
   OleDropTarget second;
   EXPECT_FALSE(second.Register(onto_, Logging())) << "a window has one target";
   EXPECT_FALSE(second.Register(nullptr, Logging()));
-  const auto throws = [](OleData&, DWORD&, const BarMouse&) { throw std::runtime_error("no"); };
+  const auto throws = [](OleData&, DWORD&, const MouseState&) { throw std::runtime_error("no"); };
   ASSERT_TRUE(target_.Register(onto_, {.dragOver = {}, .dragDrop = throws}));
   EXPECT_EQ(Drop(Registered(), E_UNEXPECTED), DWORD{DROPEFFECT_NONE});
   for (const bool destroys : {false, true}) {
@@ -164,7 +165,7 @@ TEST_F(OleDragDropTest, AListenerMayEndTheWindowAndTheTarget) {
   const auto held = std::make_shared<int>(7);
   int seen = 0;
   ASSERT_TRUE(target->Register(
-      onto_, {.dragOver = {}, .dragDrop = [&, held](OleData& data, DWORD& effect, const BarMouse&) {
+      onto_, {.dragOver = {}, .dragDrop = [&, held](OleData& data, DWORD& effect, const MouseState&) {
                 DestroyWindow(onto_);
                 target.reset();
                 // The listener itself and what it was given are still there.
@@ -351,7 +352,7 @@ TEST_F(OleRealDragTest, WithTheEventsTheDragEnds) {
   auto events = std::make_shared<const OleDragEvents>(Logging());
   target_.Revoke();
   ASSERT_TRUE(target_.Register(onto_, {.dragOver =
-                                           [&](OleData&, DWORD&, const BarMouse&, OleDragState) {
+                                           [&](OleData&, DWORD&, const MouseState&, OleDragState) {
                                              ++told_;
                                              events.reset();
                                            },

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/Guarded.h"
 #include "ui/caption/ClassicFrame.h"
 
 namespace snip {
@@ -193,12 +194,8 @@ LRESULT CaptionHook::OnNcPaint(WNDPROC previous, WPARAM updateRegion, LPARAM lPa
   GetWindowRect(window, &place);
   const UniqueRegion rest(CreateRectRgnIndirect(&place));
   if (updateRegion > 1) CombineRgn(rest.get(), reinterpret_cast<HRGN>(updateRegion), nullptr, RGN_COPY);
-  try {
-    const UniqueRegion covered = painter_->Covered(window);
-    CombineRgn(rest.get(), rest.get(), covered.get(), RGN_DIFF);
-  } catch (...) {
-    // Out of memory: drawn twice, then.
-  }
+  // Without memory for the region it is drawn twice.
+  Guarded([&] { CombineRgn(rest.get(), rest.get(), painter_->Covered(window).get(), RGN_DIFF); });
   const LRESULT result =
       CallWindowProcA(previous, window, WM_NCPAINT, reinterpret_cast<WPARAM>(rest.get()), lParam);
   PaintAgain(window);
@@ -224,11 +221,8 @@ void CaptionHook::TakeOverFrame(bool take) {
 void CaptionHook::PaintAgain(HWND window) {
   CaptionHook* hook = Of(window);
   if (hook == nullptr) return;
-  try {
-    hook->Paint();
-  } catch (...) {
-    // Must not unwind through the system's frames. Memory ran out: the title bar stays as it is.
-  }
+  // When memory runs out the title bar stays as it is.
+  Guarded([&] { hook->Paint(); });
 }
 
 void CaptionHook::Paint() {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Drawing.h"
+#include "platform/Rects.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -50,10 +51,6 @@ CaptionLayout LayoutOf(HWND window, bool hasIcon) {
   return CaptionLayout(parts);
 }
 
-RECT Bounds(const Rect& area) {
-  return {area.left, area.top, area.right(), area.bottom()};
-}
-
 }  // namespace
 
 CaptionPainter::CaptionPainter() {
@@ -79,10 +76,10 @@ bool CaptionPainter::CanPaint(HWND window) const {
 
 UniqueRegion CaptionPainter::Covered(HWND window) const {
   const CaptionLayout layout = LayoutOf(window, false);
-  const RECT area = Bounds(layout.Area());
+  const RECT area = ToRECT(layout.Area());
   UniqueRegion region(CreateRectRgnIndirect(&area));
   for (const Rect& button : layout.Buttons()) {
-    const RECT bounds = Bounds(button);
+    const RECT bounds = ToRECT(button);
     const UniqueRegion hole(CreateRectRgnIndirect(&bounds));
     CombineRgn(region.get(), region.get(), hole.get(), RGN_DIFF);
   }
@@ -106,7 +103,7 @@ void CaptionPainter::Paint(HWND window, bool isActive, HICON icon) const {
     DrawIconEx(dc, place.left, place.top, icon, place.width, place.height, 0, nullptr, DI_NORMAL);
   }
   const std::string text = WindowText(window);
-  RECT bounds = Bounds(layout.Text());
+  RECT bounds = ToRECT(layout.Text());
   {
     const SelectedObject font(dc, (IsToolWindow(window) ? smallFont_ : font_).get());
     SetBkMode(dc, TRANSPARENT);

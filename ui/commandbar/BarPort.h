@@ -4,16 +4,12 @@
 #include <string>
 
 #include "platform/Geometry.h"
+#include "platform/Mouse.h"
 #include "ui/commandbar/ButtonLook.h"
 
 namespace snip {
 
-/// The arguments of the bar's mouse events, in the host's numbers.
-struct BarMouse {
-  std::int16_t Button = 0;  ///< 1 left, 2 right, 4 middle; in a move the sum of those that are held.
-  std::int16_t Shift = 0;   ///< 1 Shift, 2 Ctrl, 4 Alt, added up.
-  Point at;                 ///< Client pixels.
-};
+using BarMouse = MouseState;
 
 enum class BarMouseEvent { MouseDown, MouseMove, MouseUp };
 enum class BarButtonEvent { ButtonClicked, Dropdown, MouseHover, MouseLeave };

@@ -8,6 +8,8 @@
 
 #include "platform/Drawing.h"
 #include "platform/Fonts.h"
+#include "platform/MouseMessage.h"
+#include "platform/Rects.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
@@ -29,33 +31,9 @@ const std::array<LPCSTR, 16> kPointers = {
 constexpr std::int16_t kManualDrop = 1;      ///< OLEDropMode: the container handles what is dropped.
 constexpr std::int16_t kCustomPointer = 99;  ///< The cursor of MouseIcon.
 
-std::int16_t MouseButton(UINT message) {
-  switch (message) {
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP:
-      return 2;
-    case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP:
-      return 4;
-    default:
-      return 1;
-  }
-}
-
-std::int16_t HeldButtons(WPARAM keys) {
-  int held = 0;
-  if ((keys & MK_LBUTTON) != 0) held |= 1;
-  if ((keys & MK_RBUTTON) != 0) held |= 2;
-  if ((keys & MK_MBUTTON) != 0) held |= 4;
-  return static_cast<std::int16_t>(held);
-}
-
 BarMouse MouseArguments(std::int16_t button, WPARAM keys, LPARAM lParam) {
-  int shift = 0;
-  if ((keys & MK_SHIFT) != 0) shift |= 1;
-  if ((keys & MK_CONTROL) != 0) shift |= 2;
-  if (GetKeyState(VK_MENU) < 0) shift |= 4;
-  return {button, static_cast<std::int16_t>(shift), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}};
+  return {
+      button, HeldShiftKeys(keys, GetKeyState(VK_MENU) < 0), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)}};
 }
 
 }  // namespace
@@ -224,7 +202,7 @@ bool BnCommandBar::AccessKeyPress(char key) {
 }
 
 int BnCommandBar::PopupMenu(HMENU menu, Point at) const {
-  POINT screen{at.x, at.y};
+  POINT screen = ToPOINT(at);
   ClientToScreen(hWnd(), &screen);
   return TrackPopupMenu(menu, TPM_RETURNCMD | TPM_NONOTIFY, screen.x, screen.y, 0,
                         GetAncestor(hWnd(), GA_ROOT), nullptr);
@@ -405,12 +383,12 @@ void BnCommandBar::tHitTest_Timer() {
   POINT screen{};
   GetCursorPos(&screen);
   look_.Found(screen);
-  const Point at{static_cast<int>(screen.x), static_cast<int>(screen.y)};
+  const Point at = ToPoint(screen);
   std::optional<Point> client;
   if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Hides(hWnd(), at))) {
     POINT place = screen;
     ScreenToClient(hWnd(), &place);
-    client = Point{static_cast<int>(place.x), static_cast<int>(place.y)};
+    client = ToPoint(place);
   }
   Tell(&CommandBarInput::tHitTest_Timer, client, at);
 }
@@ -434,12 +412,12 @@ LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN:
-      Tell(&CommandBarInput::MouseDown, MouseArguments(MouseButton(message), wParam, lParam));
+      Tell(&CommandBarInput::MouseDown, MouseArguments(ButtonOf(message), wParam, lParam));
       return 0;
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
-      Tell(&CommandBarInput::MouseUp, MouseArguments(MouseButton(message), wParam, lParam));
+      Tell(&CommandBarInput::MouseUp, MouseArguments(ButtonOf(message), wParam, lParam));
       return 0;
     case WM_LBUTTONDBLCLK:
     case WM_RBUTTONDBLCLK:

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Drawing.h"
+#include "platform/Rects.h"
 #include "ui/commandbar/ButtonLook.h"
 #include "ui/commandbar/DarkPixels.h"
 
@@ -41,7 +42,7 @@ void ButtonPainter::DrawCaption(const std::string& caption, const Rect& area, HF
   const int previousMode = SetBkMode(dc_, TRANSPARENT);
   const COLORREF previousColor = GetTextColor(dc_);
   const auto draw = [&](int shift, OLE_COLOR color) {
-    RECT bounds{area.left + shift, area.top + shift, area.right() + shift, area.bottom() + shift};
+    RECT bounds = ToRECT({area.left + shift, area.top + shift, area.width, area.height});
     SetTextColor(dc_, TranslateColor(color));
     DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE);
   };

@@ -35,8 +35,8 @@ void StartProgram(const std::string& stored) {
                      &process) == 0) {
     return;
   }
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
+  const UniqueKernelObject thread(process.hThread);
+  const UniqueKernelObject running(process.hProcess);
 }
 
 /// With the names of environment variables between percent signs replaced by what they hold.

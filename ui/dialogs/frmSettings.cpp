@@ -20,15 +20,6 @@ void Tick(HWND dialog, int id, bool ticked) {
   CheckDlgButton(dialog, id, ticked ? BST_CHECKED : BST_UNCHECKED);
 }
 
-std::string EntryText(HWND combo, WPARAM entry) {
-  const LRESULT length = SendMessageA(combo, CB_GETLBTEXTLEN, entry, 0);
-  if (length < 0) return {};
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  SendMessageA(combo, CB_GETLBTEXT, entry, reinterpret_cast<LPARAM>(text.data()));
-  text.pop_back();
-  return text;
-}
-
 }  // namespace
 
 void frmSettings::ShowMe(HWND owner) {
@@ -111,12 +102,7 @@ void frmSettings::lstFontName_Click() {
     ShowSample();
     return;
   }
-  const auto entry = static_cast<WPARAM>(selected);
-  std::string name(static_cast<std::size_t>(SendMessageA(Item(lstFontName), LB_GETTEXTLEN, entry, 0)) + 1,
-                   '\0');
-  SendMessageA(Item(lstFontName), LB_GETTEXT, entry, reinterpret_cast<LPARAM>(name.data()));
-  name.pop_back();
-  choices_.font.Name = name;
+  choices_.font.Name = ListBoxText(Item(lstFontName), static_cast<int>(selected));
   ShowSample();
 }
 
@@ -127,7 +113,7 @@ void frmSettings::cboFontSize_Change() {
 void frmSettings::cboFontSize_Click() {
   // The field does not hold the entry's text yet.
   const LRESULT selected = SendMessageA(Item(cboFontSize), CB_GETCURSEL, 0, 0);
-  TakeFontSize(EntryText(Item(cboFontSize), static_cast<WPARAM>(selected)));
+  TakeFontSize(ComboBoxText(Item(cboFontSize), static_cast<int>(selected)));
 }
 
 void frmSettings::TakeFontSize(const std::string& text) {

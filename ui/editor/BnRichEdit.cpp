@@ -8,6 +8,7 @@
 
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
+#include "platform/Guarded.h"
 #include "platform/OleColor.h"
 #include "platform/ScreenTwips.h"
 #include "platform/SystemLibrary.h"
@@ -354,13 +355,8 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
 }
 
 LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-  try {
-    auto* self = reinterpret_cast<BnRichEdit*>(GetWindowLongPtrA(control, GWLP_USERDATA));
-    return self->OnControlMessage(control, message, wParam, lParam);
-  } catch (...) {
-    // What threw was mostly memory running out. The message has no further effect.
-    return 0;
-  }
+  auto* self = reinterpret_cast<BnRichEdit*>(GetWindowLongPtrA(control, GWLP_USERDATA));
+  return Guarded(LRESULT{0}, [&] { return self->OnControlMessage(control, message, wParam, lParam); });
 }
 
 /// The control tells that its text has changed.

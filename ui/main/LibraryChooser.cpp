@@ -83,12 +83,7 @@ int LibraryChooser::FileCount() const {
 }
 
 std::string LibraryChooser::FileText(int entry) const {
-  const LRESULT length = Send(CB_GETLBTEXTLEN, static_cast<WPARAM>(entry));
-  if (length < 0) return {};
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  Send(CB_GETLBTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<std::size_t>(length));
-  return text;
+  return ComboBoxText(cboFiles_, entry);
 }
 
 int LibraryChooser::SelectedFile() const {

@@ -1,6 +1,8 @@
 #include "ui/main/ListTips.h"
 
 #include "platform/Fonts.h"
+#include "platform/Rects.h"
+#include "platform/Win32Text.h"
 
 namespace snip {
 
@@ -32,18 +34,13 @@ std::int32_t ListTips::EntryAtPointer() const {
 }
 
 std::string ListTips::EntryText(std::int32_t entry) const {
-  const LRESULT length = SendMessageA(list_, LB_GETTEXTLEN, static_cast<WPARAM>(entry), 0);
-  if (length < 0) return {};
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  SendMessageA(list_, LB_GETTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<std::size_t>(length));
-  return text;
+  return ListBoxText(list_, entry);
 }
 
 Point ListTips::OnScreen(int y) const {
   POINT place{0, y};
   ClientToScreen(list_, &place);
-  return {static_cast<int>(place.x), static_cast<int>(place.y)};
+  return ToPoint(place);
 }
 
 int ListTips::TopEntry() const {

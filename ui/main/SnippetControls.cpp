@@ -5,6 +5,7 @@
 
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
+#include "platform/Rects.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
@@ -82,7 +83,7 @@ void SnippetControls::txtName_Change() const {
   RECT inside{};
   SendMessageA(txtName_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inside));
   Rect place = PlaceInParent(txtName_);
-  const int around = place.width - static_cast<int>(inside.right - inside.left);
+  const int around = place.width - ToRect(inside).width;
   // With room for one more letter.
   const Size text = TextSize(FontOf(txtName_), WindowText(txtName_) + "M");
   const int most = ClientSize(window).width - place.left;
@@ -212,9 +213,8 @@ Rect SnippetControls::NameBoxPlace() const {
   MapWindowPoints(lstCode_, GetParent(txtName_), reinterpret_cast<POINT*>(&place), 2);
   // The box has a border of its own around the text, which otherwise would cover the row's letters.
   const int border = GetSystemMetrics(SM_CYBORDER);
-  return {static_cast<int>(place.left), static_cast<int>(place.top) - border,
-          static_cast<int>(place.right - place.left),
-          static_cast<int>(place.bottom - place.top) + 2 * border};
+  const Rect row = ToRect(place);
+  return {row.left, row.top - border, row.width, row.height + 2 * border};
 }
 
 bool SnippetControls::KeepNameBoxOnRow() const {

@@ -90,10 +90,8 @@ void frmAddIn::LoadSettings() {
   if (settings.DescriptionHeight) {
     descriptionHeight_ = std::max(*settings.DescriptionHeight, kLeastDescriptionHeight);
   }
-  RECT place{};
-  GetWindowRect(hWnd(), &place);
-  const Size design = twips_.ToTwips(
-      {static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)});
+  const Rect place = PlaceInParent(hWnd());
+  const Size design = twips_.ToTwips({place.width, place.height});
   const Rect wanted{RoundHalfToEven(settings.Left), RoundHalfToEven(settings.Top),
                     settings.Width.value_or(design.width), settings.Height.value_or(design.height)};
   MoveTo(hWnd(), twips_.ToPixels(wanted));
@@ -108,14 +106,13 @@ void frmAddIn::LoadSettings() {
 void frmAddIn::CloseSettings() {
   // The place that is kept is that of the window as it is neither minimised nor maximised.
   if (IsIconic(hWnd()) != 0 || IsZoomed(hWnd()) != 0) ShowWindow(hWnd(), SW_SHOWNOACTIVATE);
-  RECT place{};
-  GetWindowRect(hWnd(), &place);
+  const Rect place = PlaceInParent(hWnd());
   services_.settings.SaveWindow({.KeepOnTop = cmd_.state(MainButton::kKeepOnTop),
                                  .ColorSyntax = cmdEdit_.state(EditButton::kSyntaxHighlighting),
                                  .Top = place.top * twips_.y,
                                  .Left = place.left * twips_.x,
-                                 .Width = (place.right - place.left) * twips_.x,
-                                 .Height = (place.bottom - place.top) * twips_.y,
+                                 .Width = place.width * twips_.x,
+                                 .Height = place.height * twips_.y,
                                  .LeftPaneWidth = static_cast<double>(leftPaneWidth_),
                                  .DescriptionHeight = static_cast<double>(descriptionHeight_)});
 }

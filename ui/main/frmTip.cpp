@@ -4,6 +4,7 @@
 
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
+#include "platform/Rects.h"
 #include "platform/ScreenTwips.h"
 #include "ui/main/TipPlacement.h"
 
@@ -39,7 +40,7 @@ void frmTip::Show(const std::string& text, std::optional<int> x, std::optional<i
   if (text.empty() || (hWnd() == nullptr && !Load())) return;
   POINT cursor{};
   GetCursorPos(&cursor);
-  const Point pointer{static_cast<int>(cursor.x), static_cast<int>(cursor.y)};
+  const Point pointer = ToPoint(cursor);
   const Rect place = PlaceTip({.x = x,
                                .y = y,
                                .pointer = pointer,
@@ -60,7 +61,7 @@ void frmTip::Hide() {
 }
 
 bool frmTip::Hides(HWND window, Point screen) {
-  const POINT place{screen.x, screen.y};
+  const POINT place = ToPOINT(screen);
   if (!LiesAt(hWnd(), place)) return false;
   const FlagScope lookedThrough(lookedThrough_);
   return LiesAt(window, place);

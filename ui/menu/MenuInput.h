@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "platform/Geometry.h"
+#include "platform/Mouse.h"
 #include "ui/menu/MenuEffects.h"
 #include "ui/menu/MenuItems.h"
 #include "ui/menu/MenuLayout.h"
@@ -10,13 +11,6 @@
 #include "ui/menu/MenuPlacement.h"
 
 namespace snip {
-
-/// The mouse buttons, to be added up where several are held.
-namespace MouseButton {
-constexpr int kLeft = 1;
-constexpr int kRight = 2;
-constexpr int kMiddle = 4;
-}  // namespace MouseButton
 
 struct MenuMouse {
   /// The one that was pressed or released; in a move all that are held, 0 for none.

@@ -3,6 +3,7 @@
 #include "platform/Drawing.h"
 #include "platform/Handle.h"
 #include "platform/OleColor.h"
+#include "platform/Rects.h"
 
 namespace snip {
 namespace {
@@ -73,7 +74,7 @@ void MenuPainter::DrawCaption(int index, const std::string& caption, const MenuI
   const COLORREF previousColor = GetTextColor(dc_);
   const Rect area = layout_.Caption(index);
   const auto draw = [&](int shift, MenuColor color) {
-    RECT bounds{area.left + shift, area.top + shift, area.right() + shift, area.bottom() + shift};
+    RECT bounds = ToRECT({area.left + shift, area.top + shift, area.width, area.height});
     SetTextColor(dc_, ColorOf(color));
     DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE | DT_VCENTER);
   };
@@ -92,8 +93,7 @@ void MenuPainter::DrawDragBar() const {
   FillArea(dc_, layout_.DragBar(),
            ColorOf(DragBarColor(view_.hot == MenuHot::kDragBar, view_.mode.floating)));
   if (!view_.mode.floating) return;
-  const Rect box = layout_.CloseBox();
-  RECT bounds{box.left, box.top, box.right(), box.bottom()};
+  RECT bounds = ToRECT(layout_.CloseBox());
   DrawFrameControl(dc_, &bounds, DFC_CAPTION, DFCS_CAPTIONCLOSE | (view_.closeBoxPushed ? DFCS_PUSHED : 0U));
 }
 

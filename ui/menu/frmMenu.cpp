@@ -9,6 +9,8 @@
 #include "platform/Drawing.h"
 #include "platform/Fonts.h"
 #include "platform/Handle.h"
+#include "platform/MouseMessage.h"
+#include "platform/Rects.h"
 #include "platform/ScreenTwips.h"
 #include "ui/menu/MenuPainter.h"
 
@@ -20,36 +22,17 @@ constexpr UINT_PTR kCloseTimer = 1;
 constexpr UINT kAnswerTime = 500;  ///< Milliseconds for another window to say what part of it is clicked.
 constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 
-int ButtonOf(UINT message) {
-  switch (message) {
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP:
-      return MouseButton::kRight;
-    case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP:
-      return MouseButton::kMiddle;
-    default:
-      return MouseButton::kLeft;
-  }
-}
-
-int HeldButtons(WPARAM keys) {
-  return ((keys & MK_LBUTTON) != 0 ? MouseButton::kLeft : 0) |
-         ((keys & MK_RBUTTON) != 0 ? MouseButton::kRight : 0) |
-         ((keys & MK_MBUTTON) != 0 ? MouseButton::kMiddle : 0);
-}
-
 MenuMouse MouseArguments(HWND window, int button, WPARAM keys, LPARAM lParam) {
   POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-  const Point at{screen.x, screen.y};
+  const Point at = ToPoint(screen);
   ClientToScreen(window, &screen);
-  return {button, (keys & MK_SHIFT) != 0, at, {screen.x, screen.y}};
+  return {button, (keys & MK_SHIFT) != 0, at, ToPoint(screen)};
 }
 
 Point Pointer() {
   POINT pointer{};
   GetCursorPos(&pointer);
-  return {pointer.x, pointer.y};
+  return ToPoint(pointer);
 }
 
 }  // namespace
@@ -96,7 +79,11 @@ void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
   // with.
   if (destroying_ && hWnd() != nullptr) return;
   owner_ = MsgWnd != nullptr ? GetAncestor(MsgWnd, GA_ROOT) : nullptr;
-  watch_.Start(owner_, [this](UINT message, WPARAM wParam) { OwnerMessage(message, wParam); });
+  watch_.Start(owner_, [this](const Subclass::Message& message) {
+    const LRESULT result = message.PassOn();
+    if (!message.stopped) OwnerMessage(message.id, message.wParam);
+    return result;
+  });
   lastMove_.reset();
   const Point pointer = Pointer();
   const bool atPointer = X == -1 && Y == -1;
@@ -285,9 +272,7 @@ void frmMenu::Unfold(const Unfolding& unfolding) {
 }
 
 void frmMenu::SetHeight(int height) {
-  RECT place{};
-  GetWindowRect(hWnd(), &place);
-  SetWindowPos(hWnd(), nullptr, 0, 0, place.right - place.left, height,
+  SetWindowPos(hWnd(), nullptr, 0, 0, PlaceInParent(hWnd()).width, height,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -317,7 +302,7 @@ void frmMenu::ReleaseParts() {
 }
 
 void frmMenu::PostClick(const MenuEffect::PostClick& click) const {
-  POINT place{click.screen.x, click.screen.y};
+  POINT place = ToPOINT(click.screen);
   const HWND target = WindowFromPoint(place);
   if (target == nullptr) return;
   DWORD_PTR part = HTCLIENT;  // also where a window that hangs does not say
@@ -333,7 +318,7 @@ void frmMenu::PostClick(const MenuEffect::PostClick& click) const {
 }
 
 void frmMenu::Repaint(const Rect& area) const {
-  const RECT bounds{area.left, area.top, area.right(), area.bottom()};
+  const RECT bounds = ToRECT(area);
   if (hWnd() != nullptr) RedrawWindow(hWnd(), &bounds, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
 }
 

@@ -11,6 +11,7 @@
 
 #include "platform/AccessibleList.h"
 #include "platform/Geometry.h"
+#include "platform/Subclass.h"
 #include "platform/TipWindow.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PaintEffects.h"
@@ -20,7 +21,6 @@
 #include "ui/menu/MenuInput.h"
 #include "ui/menu/MenuItems.h"
 #include "ui/menu/MenuMetrics.h"
-#include "ui/menu/OwnerWatch.h"
 
 namespace snip {
 
@@ -136,7 +136,7 @@ class frmMenu : public Window {
   MenuInput input_{items_, metrics_};
 
   HWND owner_ = nullptr;  ///< Of a torn-off menu; a top-level window.
-  OwnerWatch watch_;
+  Subclass watch_;        ///< Of the owner.
   std::unique_ptr<TipWindow> tip_;
   std::optional<PaintEffects> painter_;
 
