@@ -13,6 +13,7 @@
 #include "platform/Rects.h"
 #include "platform/ScreenTwips.h"
 #include "ui/menu/MenuPainter.h"
+#include "ui/menu/OwnerStacking.h"
 
 namespace snip {
 namespace {
@@ -20,7 +21,6 @@ namespace {
 constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which came after the system this is built for.
 constexpr UINT_PTR kCloseTimer = 1;
 constexpr UINT kAnswerTime = 500;  ///< Milliseconds for another window to say what part of it is clicked.
-constexpr UINT kPlaceOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
 
 MenuMouse MouseArguments(HWND window, int button, WPARAM keys, LPARAM lParam) {
   POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
@@ -167,15 +167,12 @@ void frmMenu::ApplyEffect(const MenuEffect::Any& effect) {
           ShowWindow(hWnd(), SW_HIDE);
           AnnounceEnd();
         } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeOwned>) {
-          // Not topmost any more before it is owned: not every system takes an owned window out of the
-          // topmost ones while another of its owner's windows, like a tip, is among them.
-          DropTopmost();
-          BecomeOwned();
+          MakeOwned(hWnd(), owner_);
           AnnounceEnd();
         } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeUnowned>) {
-          BecomeUnowned();
+          if (hWnd() != nullptr && !destroying_) MakeUnowned(hWnd());
         } else if constexpr (std::is_same_v<Effect, MenuEffect::DropTopmost>) {
-          DropTopmost();
+          DropTopmost(hWnd());
         } else if constexpr (std::is_same_v<Effect, MenuEffect::SetHeight>) {
           SetHeight(asked.height);
         } else if constexpr (std::is_same_v<Effect, MenuEffect::StartSystemDrag>) {
@@ -232,36 +229,14 @@ void frmMenu::LoadForm() {
   }
   destroying_ = false;
   // It cannot be made as a child window: it would have to have a parent.
-  SetStyle(WS_POPUP, WS_CHILD);
-}
-
-void frmMenu::SetStyle(DWORD without, DWORD with) {
-  const auto style = static_cast<DWORD>(GetWindowLongA(hWnd(), GWL_STYLE));
-  SetWindowLongA(hWnd(), GWL_STYLE, static_cast<LONG>((style & ~without) | with));
-}
-
-/// The system never activates a window that looks like a child window, but it hides and shows only pop-up
-/// windows along with their owner. So a menu is the one while it is docked and the other when it is torn off.
-void frmMenu::BecomeOwned() {
-  SetStyle(WS_CHILD, WS_POPUP);
-  SetWindowLongPtrA(hWnd(), GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner_));
-}
-
-void frmMenu::DropTopmost() {
-  SetWindowPos(hWnd(), HWND_NOTOPMOST, 0, 0, 0, 0, kPlaceOnly);
-}
-
-void frmMenu::BecomeUnowned() {
-  if (hWnd() == nullptr || destroying_) return;
-  SetWindowLongPtrA(hWnd(), GWLP_HWNDPARENT, 0);
-  SetStyle(WS_POPUP, WS_CHILD);
+  MakeUnowned(hWnd());
 }
 
 void frmMenu::Unfold(const Unfolding& unfolding) {
   const Point corner = unfolding.corner;
   MoveTo(hWnd(), {corner.x, corner.y, 0, 0});
   ShowWindow(hWnd(), SW_SHOWNORMAL);
-  SetWindowPos(hWnd(), HWND_TOPMOST, 0, 0, 0, 0, kPlaceOnly);
+  MakeTopmost(hWnd());
   for (const Size& size : unfolding.sizes) {
     Sleep(Unfolding::kStepMilliseconds);
     MoveTo(hWnd(), {corner.x, corner.y, size.width, size.height});
@@ -358,23 +333,12 @@ void frmMenu::Form_MouseMove(const MenuMouse& mouse, WPARAM keys) {
   Apply(input_.MouseMove(mouse));
 }
 
-/// Not every system raises owned windows along with their owner.
 void frmMenu::KeepAboveOwner() {
-  if (input_.State() != MenuState::Floating || owner_ == nullptr) return;
-  const auto topmost = [](HWND window) { return (GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
-  HWND place = HWND_TOP;
-  if (topmost(owner_) != topmost(hWnd())) {
-    place = topmost(owner_) ? HWND_TOPMOST : HWND_NOTOPMOST;
-  } else {
-    for (HWND above = owner_; above != nullptr; above = GetWindow(above, GW_HWNDPREV)) {
-      if (above == hWnd()) return;
-    }
-  }
-  SetWindowPos(hWnd(), place, 0, 0, 0, 0, kPlaceOnly);
+  if (input_.State() == MenuState::Floating && owner_ != nullptr) snip::KeepAboveOwner(hWnd(), owner_);
 }
 
 void frmMenu::StayInFront() const {
-  if (input_.State() == MenuState::Floating) SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, kPlaceOnly);
+  if (input_.State() == MenuState::Floating) BringToFront(hWnd());
 }
 
 void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {

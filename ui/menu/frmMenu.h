@@ -106,10 +106,6 @@ class frmMenu : public Window {
   void ApplyEffect(const MenuEffect::Any& effect);
 
   void LoadForm();
-  void SetStyle(DWORD without, DWORD with);
-  void BecomeOwned();
-  void BecomeUnowned();
-  void DropTopmost();
   void KeepAboveOwner();
   void Unfold(const Unfolding& unfolding);
   void SetHeight(int height);
