@@ -1,8 +1,9 @@
+#include "ui/dialogs/frmNew.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
 
-#include "library/frmNew.h"
 #include "platform/Win32Text.h"
 #include "tests/support/ModalWindow.h"
 

@@ -5,9 +5,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "library/frmNew.h"
+#include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/dialogs/CommonDialog.h"
+#include "ui/dialogs/frmNew.h"
 
 namespace snip {
 

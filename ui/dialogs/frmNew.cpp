@@ -1,4 +1,4 @@
-#include "library/frmNew.h"
+#include "ui/dialogs/frmNew.h"
 
 #include "platform/Fonts.h"
 
