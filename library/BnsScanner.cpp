@@ -26,7 +26,7 @@ BnsEnding BnsScanner::Scan(BnsEvents& events) {
   if (lines_.AtEnd()) return BnsEnding::FirstLine;
   for (bool first = true;; first = false) {
     if (lines_.AtEnd()) return BnsEnding::FileEndTooEarly;
-    lines_.Mark();
+    Mark();
     const std::string_view line = lines_.Next();
     const bool listEnds = IsMarker(line, listEnd_);
     events.OnLine(listEnds ? BnsSection::ListEnd : BnsSection::Name, line, lines_.SinceMark());
@@ -42,9 +42,14 @@ BnsEnding BnsScanner::Scan(BnsEvents& events) {
   }
 }
 
+void BnsScanner::Mark() {
+  lines_.Mark();
+  lineNumber_ = lines_.lineNumber();
+}
+
 void BnsScanner::ScanLine(BnsSection section) {
   if (lines_.AtEnd()) return;
-  lines_.Mark();
+  Mark();
   const std::string_view line = lines_.Next();
   events_->OnLine(section, line, lines_.SinceMark());
 }
@@ -56,8 +61,9 @@ bool BnsScanner::ScanBlock(BnsSection section, BnsSection endSection, std::strin
     if (plain > 0) events_->OnPlainLines(section, lines_.SinceMark().substr(0, plain));
     plain = 0;
   };
-  lines_.Mark();
+  Mark();
   while (!lines_.AtEnd()) {
+    const std::size_t lineNumber = lines_.lineNumber();
     const std::string_view line = lines_.Next();
     const std::string_view sinceMark = lines_.SinceMark();
     const bool ends = IsMarker(line, marker);
@@ -70,12 +76,13 @@ bool BnsScanner::ScanBlock(BnsSection section, BnsSection endSection, std::strin
     } else {
       const std::string_view lineInFile = sinceMark.substr(plain);
       reportPlain();
+      lineNumber_ = lineNumber;
       events_->OnLine(text ? section : ends ? endSection : BnsSection::ListEnd, line, lineInFile);
       if (ends) return true;
       ending_ = BnsEnding::ListEnd;
       if (listEnds) return false;
     }
-    lines_.Mark();
+    Mark();
   }
   reportPlain();
   ending_ = section == BnsSection::Code ? BnsEnding::InCode : BnsEnding::InDescription;

@@ -89,12 +89,17 @@ class BnsScanner {
   /// Whether lines end with LF instead of CR LF.
   bool unixLines() const { return lines_.unixLines(); }
 
+  /// During a report the number of its first line in the file, from 1, if every LF ended a line.
+  std::size_t lineNumber() const { return lineNumber_; }
+
   /// Reports all lines of the list, the first line included. To be called once, for a file with a version.
   BnsEnding Scan(BnsEvents& events);
   /// Whether lines follow the end of the list.
   bool HasMore() { return !lines_.AtEnd(); }
 
  private:
+  /// Marks where the next report begins.
+  void Mark();
   void ScanLine(BnsSection section);
   /// Reports lines up to and including `marker`; false at the end of the list or of the file.
   bool ScanBlock(BnsSection section, BnsSection endSection, std::string_view marker);
@@ -104,6 +109,7 @@ class BnsScanner {
   std::string_view lineInFile_;  ///< The first line with its line end.
   std::optional<BnsVersion> version_;
   std::string_view listEnd_ = bns::kListEnd;
+  std::size_t lineNumber_ = 1;
   BnsEvents* events_ = nullptr;
   BnsEnding ending_ = BnsEnding::FirstLine;
 };

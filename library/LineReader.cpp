@@ -34,6 +34,7 @@ std::string_view LineReader::Next() {
     const bool atEnd = lineFeed == end_ && !Refill();
     lineFeed = at_ + length;  // Refill moves the bytes
     if (!atEnd && bytes_[lineFeed] == '\n') {
+      ++lineNumber_;
       const bool afterReturn = length > 0 && bytes_[lineFeed - 1] == '\r';
       if (afterReturn || unixLines_) return Take(length - (afterReturn ? 1 : 0), length + 1);
       ++lineFeed;

@@ -27,6 +27,9 @@ class LineReader {
   std::string_view Next();
   std::string_view NextOrEmpty() { return AtEnd() ? std::string_view{} : Next(); }
 
+  /// The number of the next line in the file, from 1, if every LF ended a line.
+  std::size_t lineNumber() const { return lineNumber_; }
+
   /// Keeps what follows the last line in the buffer until the next mark.
   void Mark() { mark_ = at_; }
   /// The lines since then as they are in the file, with their line ends; valid as long as a line.
@@ -43,6 +46,7 @@ class LineReader {
   std::size_t mark_ = 0;
   std::size_t at_ = 0;  ///< Where the next line starts.
   std::size_t end_ = 0;
+  std::size_t lineNumber_ = 1;
   bool unixLines_ = false;
 };
 

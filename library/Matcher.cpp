@@ -59,6 +59,15 @@ bool LooksAround(std::string_view expression) {
   return false;
 }
 
+/// The index of the character that stops a search for it least often, because few texts have it.
+std::size_t RarestAt(std::string_view pattern) {
+  constexpr std::string_view mostCommonFirst = " etaoinsrldcumhpfgybwvkxjqz";
+  const auto rarest = std::max_element(pattern.begin(), pattern.end(), [&](char a, char b) {
+    return mostCommonFirst.find(a) < mostCommonFirst.find(b);
+  });
+  return static_cast<std::size_t>(rarest - pattern.begin());
+}
+
 std::optional<Match> Search(std::string_view text, std::size_t from, const Regex& regex) {
   boost::cmatch found;
   const auto flags = boost::match_not_dot_newline | boost::match_prev_avail;
@@ -83,6 +92,12 @@ Matcher::Matcher(Pattern pattern, const LetterTable& letters)
     : pattern_(std::move(pattern)), letters_(letters) {
   if (!pattern_.regularExpression) {
     if (pattern_.ignoreCase) pattern_.text = letters.Lower(pattern_.text);
+    if (pattern_.text.empty()) return;
+    rareAt_ = RarestAt(pattern_.text);
+    for (int byte = 0; byte < 256; ++byte) {
+      const char variant = static_cast<char>(byte);
+      if (letters.Lower(variant) == pattern_.text[rareAt_]) rareVariants_ += variant;
+    }
     return;
   }
   expression_ = std::make_unique<Expression>();
@@ -104,15 +119,23 @@ bool Matcher::IsWholeWord(std::string_view text, const Match& match) const {
          (end == text.size() || !letters_.IsWord(text[end]));
 }
 
+std::string_view Matcher::Fold(std::string_view text, std::string& room) const {
+  if (!pattern_.ignoreCase || expression_ || pattern_.text.empty()) return text;
+  // Making small letters takes longer than finding that a text lacks one character.
+  const auto isThere = [&](char byte) { return text.find(byte) != std::string_view::npos; };
+  if (std::none_of(rareVariants_.begin(), rareVariants_.end(), isThere)) return {};
+  room.resize(text.size());
+  std::transform(text.begin(), text.end(), room.begin(), [this](char byte) { return letters_.Lower(byte); });
+  return room;
+}
+
 std::optional<Match> Matcher::FindPlain(std::string_view text, std::size_t from) const {
-  const auto same = [this](char there, char wanted) {
-    return (pattern_.ignoreCase ? letters_.Lower(there) : there) == wanted;
-  };
+  const std::string_view fromRare = std::string_view(pattern_.text).substr(rareAt_);
   for (Match match{.at = from, .length = pattern_.text.size()};; ++match.at) {
-    const auto begin = text.begin() + static_cast<std::ptrdiff_t>(match.at);
-    const auto found = std::search(begin, text.end(), pattern_.text.begin(), pattern_.text.end(), same);
-    match.at = static_cast<std::size_t>(found - text.begin());
-    if (match.at == text.size()) return std::nullopt;
+    const std::size_t found = text.find(fromRare, match.at + rareAt_);
+    if (found == std::string_view::npos) return std::nullopt;
+    match.at = found - rareAt_;
+    if (!text.substr(match.at).starts_with(pattern_.text)) continue;
     if (!pattern_.wholeWord || IsWholeWord(text, match)) return match;
   }
 }

@@ -39,7 +39,11 @@ class Matcher {
   Matcher(const Matcher&) = delete;
   Matcher& operator=(const Matcher&) = delete;
 
-  /// The first match that begins at or after `from` and is within one line. Throws ExpressionTooSlow.
+  /// The text as Find searches it: in small letters, made in `room`, if the pattern ignores case;
+  /// empty if it cannot have a match.
+  std::string_view Fold(std::string_view text, std::string& room) const;
+  /// The first match that begins at or after `from` and is within one line. `text` comes
+  /// from Fold. Throws ExpressionTooSlow.
   std::optional<Match> Find(std::string_view text, std::size_t from) const;
 
  private:
@@ -50,6 +54,8 @@ class Matcher {
   std::optional<Match> FindExpression(std::string_view text, std::size_t from) const;
 
   Pattern pattern_;
+  std::size_t rareAt_ = 0;    ///< The place in a plain pattern that the search begins with.
+  std::string rareVariants_;  ///< The characters that match there if case is ignored.
   const LetterTable& letters_;
   std::unique_ptr<Expression> expression_;
 };

@@ -47,6 +47,12 @@ class Search : public Command {
     std::size_t total = 0;
     for (const std::string& path : libraries_) {
       InputFile file = session_.Open(path);
+      // A library cannot hold a pattern with characters outside its code page.
+      bool canHaveHits = pattern.lost == 0;
+      if (canHaveHits && file.Rewind()) {
+        canHaveHits = CanHaveHits(file, matcher);
+        file.Rewind();
+      }
       BnsScanner scanner(file);
       if (!scanner.version()) throw MalformedFile(path, Malformed(1, WhyNotALibrary(scanner)));
       prefix_ = libraries_.size() > 1 ? NameOf(path) + ": " : "";
@@ -56,8 +62,7 @@ class Search : public Command {
         ++count;
         Print(hit, path);
       };
-      // A library cannot hold a pattern with characters outside its code page.
-      if (pattern.lost == 0) SearchLibrary(scanner, matcher, texts, take);
+      if (canHaveHits) SearchLibrary(scanner, matcher, texts, take);
       if (countOnly_ && !session_.json) session_.WriteLine(prefix_ + std::to_string(count));
       total += count;
     }

@@ -52,6 +52,14 @@ std::size_t InputFile::Read(std::span<char> room) {
   return static_cast<std::size_t>(stream_->gcount());
 }
 
+bool InputFile::Rewind() {
+  if (stream_ != &file_) return false;
+  file_.clear();
+  const bool done = !file_.seekg(0).fail();
+  file_.clear();
+  return done;
+}
+
 std::string InputFile::ReadAll() {
   // Neither a library nor another tool's file is larger, and a 32-bit process could not hold it twice.
   constexpr std::size_t largest = std::size_t{256} << 20U;

@@ -129,8 +129,10 @@ TEST(BnsCheckTest, ThereIsRoomForSoManySnippets) {
 
 std::vector<std::size_t> Places(const Pattern& pattern, const std::string& text) {
   const Matcher matcher(pattern, kPage);
+  std::string room;
+  const std::string_view folded = matcher.Fold(text, room);
   std::vector<std::size_t> places;
-  for (auto match = matcher.Find(text, 0); match; match = matcher.Find(text, match->at + 1))
+  for (auto match = matcher.Find(folded, 0); match; match = matcher.Find(folded, match->at + 1))
     places.push_back(match->at);
   return places;
 }
@@ -205,8 +207,23 @@ TEST(BnsSearchTest, HitsTellTextAndLine) {
                std::to_string(hit.line) + "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) +
                ";";
     });
+    BytesInMemory again(file);
+    EXPECT_TRUE(CanHaveHits(again, matcher));
     EXPECT_EQ(found, "one x/1/1/one x/4;one x/3/2/x/0;one x/5/2/x x/0;two/5/1/ax/1;");
   }
+}
+
+TEST(BnsSearchTest, FileWithoutHitsIsToldFromPieces) {
+  for (std::size_t before = 65520; before < 65550; ++before) {
+    const std::string file = std::string(before, '\n') + "at Needle\nend";
+    for (const auto& [text, found] : {std::pair{"needle", true}, {"needles", false}, {"ND", true}}) {
+      BytesInMemory bytes(file);
+      EXPECT_EQ(CanHaveHits(bytes, Matcher({.text = text, .ignoreCase = true}, kPage)), found) << before;
+    }
+  }
+  const std::string longLine(300000, 'x');
+  BytesInMemory bytes(longLine);
+  EXPECT_TRUE(CanHaveHits(bytes, Matcher({.text = "y"}, kPage)));
 }
 
 }  // namespace

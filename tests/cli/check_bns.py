@@ -289,6 +289,20 @@ def failing_writes():
         fails(readonly, "add", "--create", os.path.join(readonly, "new.bns"), "x")
 
 
+def shortened_file():
+    """What becomes shorter while a search reads it ends there, and a pipe is searched like a file."""
+    lines = b"needle in a haystack\r\n" * 200000
+    write("l.bns", b"BNS2.0\r\nOne\r\n\r\n\r\n(,)\r\n" + lines + b"...\r\n")
+    with subprocess.Popen(BNS + ["search", "needle", "l.bns"], stdout=subprocess.PIPE) as search:
+        search.stdout.read(1)  # the rest fills the pipe, and the search waits within the file
+        os.truncate("l.bns", 50)
+        found = search.stdout.read().count(b"\n")
+        expect(search.wait() == DONE and found < 200000, f"shortened file: {search.returncode} with {found} lines")
+    piped = subprocess.run(["bash", "-c", '"$1" search -n nothing <(cat)', "bash", *BNS], input=LIBRARY,
+                           capture_output=True, check=False)
+    expect(piped.stdout == b"1\n", f"search in a pipe: {piped}")
+
+
 def shell_completion():
     """Completes command lines as bash does."""
     shutil.copy(STARTER, "Strings.bns")
@@ -315,7 +329,7 @@ def main():
     # Wine's server ends when nothing runs, and whatever starts at that moment fails: one process waits for input.
     waiting = WINE and subprocess.Popen(BNS + ["list", "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shell_completion])
+    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shortened_file, shell_completion])
     for part in parts:
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)
