@@ -2,119 +2,116 @@
 
 #include <array>
 #include <memory>
-#include <span>
 #include <utility>
 
 #include "platform/ScreenTwips.h"
-#include "resources/resource.h"
 #include "ui/commandbar/Picture.h"
-#include "ui/main/MainToolbars.h"
 #include "ui/main/frmTip.h"
 
 namespace snip {
 namespace {
 
-struct Item {
-  const char* caption;
-  int picture = 0;  ///< Resource number, 0 for none.
-};
+constexpr CommandItem kSeparator{"-"};
 
-constexpr Item kSeparator{"-"};
-
-constexpr std::array kOutputItems{
-    Item{kPasteToCodeWindow, IDB_PASTE_TO_CODE},
-    Item{kCopyToClipboard, IDB_COPY},
-    Item{kCreateNewModule, IDB_NEW_MODULE},
-};
 constexpr std::array kSnippetsItems{
-    Item{"Rename Snippet"},
+    CommandItem{"Rename Snippet", 0, Command::kRenameSnippet},
     kSeparator,
-    Item{"Edit Snippet", IDB_EDIT_SNIPPET},
-    Item{"Delete Snippet", IDB_DELETE_SNIPPET},
+    CommandItem{"Edit Snippet", IDB_EDIT_SNIPPET, Command::kEditSnippet},
+    CommandItem{"Delete Snippet", IDB_DELETE_SNIPPET, Command::kDeleteSnippet},
     kSeparator,
-    Item{"Paste to Code Window", IDB_PASTE_TO_CODE},
-    Item{kCopyToClipboard, IDB_COPY},
+    CommandItem{"Paste to Code Window", IDB_PASTE_TO_CODE, Command::kPasteCode},
+    CommandItem{"Copy to Clipboard", IDB_COPY, Command::kCopyToClipboard},
 };
 constexpr std::array kAttachItems{
-    Item{"View Attachment", IDB_VIEW_ATTACHMENT},
-    Item{"Set Attachment..."},
+    CommandItem{"View Attachment", IDB_VIEW_ATTACHMENT, Command::kViewAttachment},
+    CommandItem{"Set Attachment...", 0, Command::kSetAttachment},
 };
 constexpr std::array kEditItems{
     // The blanks at its end tell it from the item of the list's menu.
-    Item{"Edit Snippet   ", IDB_EDIT_SNIPPET},
+    CommandItem{"Edit Snippet   ", IDB_EDIT_SNIPPET, Command::kEditSnippet},
     kSeparator,
-    Item{"Undo", IDB_UNDO},
+    CommandItem{"Undo", IDB_UNDO, Command::kUndo},
     kSeparator,
-    Item{"Cut", IDB_CUT},
-    Item{"Copy", IDB_COPY},
-    Item{"Paste", IDB_PASTE},
+    CommandItem{"Cut", IDB_CUT, Command::kCut},
+    CommandItem{"Copy", IDB_COPY, Command::kCopy},
+    CommandItem{"Paste", IDB_PASTE, Command::kPaste},
     kSeparator,
-    Item{"Select All", IDB_SELECT_ALL},
+    CommandItem{"Select All", IDB_SELECT_ALL, Command::kSelectAll},
 };
 
 /// The side of a picture, in twips.
 constexpr int kPicture = 240;
 
-void FillMenu(frmMenu& menu, std::span<const Item> items) {
+void Fill(frmMenu& menu, std::span<const CommandItem> items) {
   if (menu.iCount() == static_cast<int>(items.size())) return;
   menu.Clear();  // what was left when memory ran out
   const TwipsPerPixel twips = ScreenTwips();
   const Size pictureSize{twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)};
-  for (const Item& item : items) {
+  for (const CommandItem& item : items) {
     menu.Add(item.caption, true, false,
              item.picture != 0 ? Picture::FromResource(item.picture, pictureSize) : nullptr);
   }
 }
 
-frmMenu::Services MenuServices(const SoundEffects& sounds,
-                               const std::function<bool(MSG& message)>& preTranslate) {
-  return {.sounds = sounds,
-          .makeTip = [](HWND) -> std::unique_ptr<TipWindow> {
-            auto tip = std::make_unique<frmTip>();
-            return tip->Load() ? std::move(tip) : nullptr;
-          },
-          .preTranslate = preTranslate};
-}
-
-frmMenu::Events MenuEvents(std::function<void(int index)> clicked, std::function<void()> hidden = {}) {
-  return {.Clicked = std::move(clicked), .Selected = {}, .HideMenu = std::move(hidden)};
+std::unique_ptr<TipWindow> MakeTip(HWND /*owner*/) {
+  auto tip = std::make_unique<frmTip>();
+  return tip->Load() ? std::move(tip) : nullptr;
 }
 
 }  // namespace
 
-MainMenus::MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& message)>& preTranslate,
-                     Events events)
-    : mnuModFuncs("Output", MenuServices(sounds, preTranslate),
-                  MenuEvents(std::move(events.mnuModFuncs_Clicked), std::move(events.mnuModFuncs_HideMenu))),
-      mnuSnippets("Snippets", MenuServices(sounds, preTranslate),
-                  MenuEvents(std::move(events.mnuSnippets_Clicked))),
-      mnuAttach("Attachment", MenuServices(sounds, preTranslate),
-                MenuEvents(std::move(events.mnuAttach_Clicked))),
-      mnuEdit("Edit", MenuServices(sounds, preTranslate), MenuEvents(std::move(events.mnuEdit_Clicked))) {}
+MainMenus::Menu::Menu(const char* title, std::span<const CommandItem> itemsShown, const SoundEffects& sounds,
+                      const MainMenus::Events& events, std::function<void()> hidden)
+    : frmMenu(title, {.sounds = sounds, .makeTip = &MakeTip, .preTranslate = events.preTranslate},
+              {.Clicked = [itemsShown, clicked = events.Clicked](
+                              int index) { clicked(itemsShown[static_cast<std::size_t>(index)].command); },
+               .Selected = {},
+               .HideMenu = std::move(hidden)}),
+      items(itemsShown) {}
 
-void MainMenus::Fill() {
-  FillMenu(mnuModFuncs, kOutputItems);
-  FillMenu(mnuSnippets, kSnippetsItems);
-  FillMenu(mnuAttach, kAttachItems);
-  FillMenu(mnuEdit, kEditItems);
+MainMenus::MainMenus(const SoundEffects& sounds, const Events& events)
+    : mnuModFuncs("Output", kOutputModes, sounds, events, events.mnuModFuncs_HideMenu),
+      mnuSnippets("Snippets", kSnippetsItems, sounds, events),
+      mnuAttach("Attachment", kAttachItems, sounds, events),
+      mnuEdit("Edit", kEditItems, sounds, events),
+      isEnabled_(events.isEnabled) {}
+
+void MainMenus::Prepare() {
+  for (Menu* menu : All()) {
+    Fill(*menu, menu->items);
+    Update(*menu);
+  }
   // As everywhere, what a right click opens takes right clicks.
   mnuSnippets.SetAllowRightClick(true);
   mnuEdit.SetAllowRightClick(true);
 }
 
-void MainMenus::Unload() {
-  for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) menu->Unload();
+void MainMenus::UpdateTornOff() {
+  for (Menu* menu : All()) {
+    if (menu->input().State() == MenuState::Floating) Update(*menu);
+  }
 }
 
-void MainMenus::StayInFront() const {
-  for (const frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) menu->StayInFront();
+void MainMenus::Update(Menu& menu) const {
+  for (std::size_t place = 0; place < menu.items.size(); ++place) {
+    const int command = menu.items[place].command;
+    const auto item = static_cast<int>(place);
+    const bool enabled = command == 0 || isEnabled_(command);
+    // Torn off, a menu repaints itself and tells assistive programs, which is for changes only.
+    if (menu.IEnabled(item) != enabled) menu.SetIEnabled(item, enabled);
+  }
+}
+
+void MainMenus::Unload() {
+  for (Menu* menu : All()) menu->Unload();
+}
+
+void MainMenus::StayInFront() {
+  for (const Menu* menu : All()) menu->StayInFront();
 }
 
 bool MainMenus::PreTranslate(const MSG& message) {
-  for (frmMenu* menu : {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}) {
-    if (menu->PreTranslate(message)) return true;
-  }
-  return false;
+  return std::ranges::any_of(All(), [&message](Menu* menu) { return menu->PreTranslate(message); });
 }
 
 }  // namespace snip

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <array>
 #include <functional>
+#include <span>
 
 #include "ui/commandbar/SoundEffects.h"
+#include "ui/main/MainWindowCommands.h"
 #include "ui/menu/frmMenu.h"
 
 namespace snip {
@@ -10,40 +13,41 @@ namespace snip {
 /// The four pop-up menus of the main window.
 class MainMenus {
  public:
-  /// Called with the index of the chosen item; separators count.
   struct Events {
-    std::function<void(int index)> mnuModFuncs_Clicked;
+    std::function<bool(MSG& message)> preTranslate;  ///< Of the window's message loop.
+    std::function<void(int command)> Clicked;
+    std::function<bool(int command)> isEnabled;
     std::function<void()> mnuModFuncs_HideMenu;
-    std::function<void(int index)> mnuSnippets_Clicked;
-    std::function<void(int index)> mnuAttach_Clicked;
-    std::function<void(int index)> mnuEdit_Clicked;
   };
 
-  /// `preTranslate` is that of the window's message loop.
-  MainMenus(const SoundEffects& sounds, const std::function<bool(MSG& message)>& preTranslate, Events events);
+  /// `items` are those that it shows once it is prepared.
+  struct Menu : frmMenu {
+    Menu(const char* title, std::span<const CommandItem> itemsShown, const SoundEffects& sounds,
+         const MainMenus::Events& events, std::function<void()> hidden = {});
+    std::span<const CommandItem> items;
+  };
 
-  /// To be called before a menu is opened: the pictures are loaded for whoever opens one.
-  void Fill();
+  MainMenus(const SoundEffects& sounds, const Events& events);
+
+  /// To be called before a menu is opened: the pictures are loaded with the first that is.
+  void Prepare();
+  /// Torn-off menus follow what is possible now.
+  void UpdateTornOff();
   void Unload();
-  void StayInFront() const;
+  void StayInFront();
   /// For the message loop: whether the message was for an open menu.
   bool PreTranslate(const MSG& message);
 
-  frmMenu mnuModFuncs;
-  frmMenu mnuSnippets;
-  frmMenu mnuAttach;
-  frmMenu mnuEdit;
-};
+  Menu mnuModFuncs;
+  Menu mnuSnippets;
+  Menu mnuAttach;
+  Menu mnuEdit;
 
-/// The items by their index; the numbers left out are separators.
-namespace SnippetsItem {
-enum : int { kRename = 0, kEdit = 2, kDelete = 3, kPaste = 5, kCopy = 6 };
-}  // namespace SnippetsItem
-namespace AttachItem {
-enum : int { kView = 0, kSet = 1 };
-}  // namespace AttachItem
-namespace EditItem {
-enum : int { kEdit = 0, kUndo = 2, kCut = 4, kCopy = 5, kPaste = 6, kSelectAll = 8 };
-}  // namespace EditItem
+ private:
+  std::array<Menu*, 4> All() { return {&mnuModFuncs, &mnuSnippets, &mnuAttach, &mnuEdit}; }
+  void Update(Menu& menu) const;
+
+  std::function<bool(int command)> isEnabled_;
+};
 
 }  // namespace snip

@@ -1,63 +1,34 @@
 #include "ui/main/MainToolbars.h"
 
-#include <algorithm>
-#include <array>
 #include <span>
+#include <utility>
 
-#include "resources/resource.h"
+#include "platform/ScreenTwips.h"
 #include "ui/commandbar/Picture.h"
+#include "ui/commandbar/PropertyFont.h"
 #include "ui/main/MainWindowKeys.h"
 
 namespace snip {
 namespace {
 
-struct Button {
-  const char* caption;
-  ButtonType type;
-  int picture;  ///< Resource number, 0 for none.
-};
+/// The side of a picture, in twips.
+constexpr int kPicture = 240;
 
-constexpr Button kSeparator{"", ButtonType::Separator, 0};
+PictureRef BarPicture(int resource) {
+  const TwipsPerPixel twips = ScreenTwips();
+  return resource == 0
+             ? nullptr
+             : Picture::FromResource(resource, {twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)});
+}
 
-constexpr std::array kMainButtons{
-    Button{"New Library", ButtonType::Push, IDB_NEW_LIBRARY},
-    Button{kSaveLibrary, ButtonType::Push, IDB_SAVE_LIBRARY},
-    Button{"Rename Library", ButtonType::Push, IDB_RENAME_LIBRARY},
-    kSeparator,
-    Button{kPasteToCodeWindow, ButtonType::DropDown, IDB_PASTE_TO_CODE},
-    kSeparator,
-    Button{"New Snippet", ButtonType::Push, IDB_NEW_SNIPPET},
-    Button{"Edit Snippet", ButtonType::Push, IDB_EDIT_SNIPPET},
-    Button{"Delete Snippet", ButtonType::Push, IDB_DELETE_SNIPPET},
-    kSeparator,
-    Button{"Settings...", ButtonType::Push, IDB_SETTINGS},
-    Button{"Keep on Top", ButtonType::Toggle, IDB_KEEP_ON_TOP},
-    kSeparator,
-    Button{"About...", ButtonType::Push, IDB_ABOUT},
-    Button{"Visual Basic Documentation on the Web", ButtonType::Push, IDB_WEB_PAGE},
-    kSeparator,
-};
-
-constexpr std::array kEditButtons{
-    Button{"Commit", ButtonType::Push, IDB_COMMIT},
-    kSeparator,
-    Button{"Syntax Highlighting", ButtonType::Toggle, IDB_SYNTAX_HIGHLIGHTING},
-};
-
-constexpr std::array kOutputModes{
-    OutputMode{kPasteToCodeWindow, IDB_PASTE_TO_CODE},
-    OutputMode{kCopyToClipboard, IDB_COPY},
-    OutputMode{kCreateNewModule, IDB_NEW_MODULE},
-};
-
-/// The first button has the command `firstCommand`, and so on.
-void Fill(BnCommandBar& bar, std::span<const Button> buttons, int firstCommand, DisplayType display,
-          Size pictureSize) {
+void Create(BnCommandBar& bar, HWND parent, int id, const char* name, HFONT font,
+            std::span<const ToolbarButton> buttons, int firstCommand, DisplayType display) {
+  LOGFONTA logFont{};
+  GetObjectA(font, sizeof logFont, &logFont);
+  bar.CreateIn(parent, id, name, FontPropertyOf(logFont, ScreenTwips()));
   while (bar.ButtonCount() > 0) bar.RemoveButton(0);  // those of the window's last time
-  for (const Button& button : buttons) {
-    const PictureRef picture =
-        button.picture != 0 ? Picture::FromResource(button.picture, pictureSize) : nullptr;
-    bar.AddButton(button.caption, picture, button.type, display);
+  for (const ToolbarButton& button : buttons) {
+    bar.AddButton(button.caption, BarPicture(button.picture), button.type, display);
     const int index = bar.ButtonCount() - 1;
     bar.SetShortcut(index, ButtonPart::Push, KeysOf(firstCommand + index));
   }
@@ -65,25 +36,64 @@ void Fill(BnCommandBar& bar, std::span<const Button> buttons, int firstCommand, 
 
 }  // namespace
 
-const OutputMode& OutputModeAt(int index) {
-  return kOutputModes[static_cast<std::size_t>(
-      std::clamp(index, 0, static_cast<int>(kOutputModes.size()) - 1))];
-}
+MainToolbars::MainToolbars(const SoundEffects& sounds, const ShowMessageFunction& showMessage,
+                           const LibraryOperations& operations, Events events)
+    : cmd({.sounds = sounds, .tip = &tip_, .showMessage = showMessage},
+          {.ButtonClicked =
+               [clicked = events.Clicked](int index) {
+                 clicked(kMainButtons[static_cast<std::size_t>(index)].command);
+               },
+           .Dropdown = [dropdown = std::move(events.Dropdown)](int) { dropdown(); },
+           .Resize = std::move(events.Resize)}),
+      cmdEdit({.sounds = sounds, .tip = &tip_, .showMessage = showMessage},
+              {.ButtonClicked =
+                   [clicked = std::move(events.Clicked)](int index) {
+                     clicked(kEditButtons[static_cast<std::size_t>(index)].command);
+                   }}),
+      tip_(operations) {}
 
-void FillMainToolbar(BnCommandBar& cmd, Size pictureSize) {
-  Fill(cmd, kMainButtons, Command::kMainButton, DisplayType::Picture, pictureSize);
+void MainToolbars::CreateMain(HWND parent, int id, HFONT font) {
+  tip_.SetFont(font);
+  Create(cmd, parent, id, "Main toolbar", font, kMainButtons, Command::kMainButton, DisplayType::Picture);
   cmd.SetShortcut(MainButton::kOutput, ButtonPart::Arrow, KeysOf(Command::kOutputMenu));
 }
 
-void FillEditToolbar(BnCommandBar& cmdEdit, Size pictureSize) {
-  Fill(cmdEdit, kEditButtons, Command::kEditButton, DisplayType::PictureAndCaption, pictureSize);
+void MainToolbars::CreateEdit(HWND parent, int id, HFONT font) {
+  Create(cmdEdit, parent, id, "Editor toolbar", font, kEditButtons, Command::kEditButton,
+         DisplayType::PictureAndCaption);
 }
 
-void GrayLibraryButtons(BnCommandBar& cmd, bool grayed) {
+int MainToolbars::OutputMode() const {
+  return std::ranges::find(kOutputModes, cmd.Caption(MainButton::kOutput), &CommandItem::caption)->command;
+}
+
+void MainToolbars::SetOutputMode(int command) {
+  const CommandItem& mode = *std::ranges::find(kOutputModes, command, &CommandItem::command);
+  SetLook(MainButton::kOutput, mode.caption, mode.picture);
+}
+
+void MainToolbars::SetEditingDisabled(bool disabled) {
   // A new library can always be made, and the rest has nothing to do with the library.
   for (int index = MainButton::kSaveLibrary; index <= MainButton::kDeleteSnippet; ++index) {
-    cmd.SetGrayed(index, grayed);
+    cmd.SetGrayed(index, disabled);
   }
+}
+
+void MainToolbars::SetEditMode(bool editing) {
+  SetLook(MainButton::kEditSnippet, kMainButtons[MainButton::kEditSnippet].caption,
+          editing ? IDB_COMMIT : IDB_EDIT_SNIPPET);
+}
+
+void MainToolbars::SetLook(int button, const char* caption, int picture) {
+  cmd.SetCaption(button, caption);
+  cmd.SetPicture(button, BarPicture(picture));
+  cmd.RedrawButton(button);
+}
+
+void MainToolbars::Tip::ShowTip(const std::string& text, int x, int y) {
+  const bool saves = text == kMainButtons[MainButton::kSaveLibrary].caption;
+  const std::string file = saves ? operations_.SavedElsewhere() : std::string();
+  frmTip::ShowTip(file.empty() ? text : text + ": " + file, x, y);
 }
 
 }  // namespace snip

@@ -1,49 +1,57 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/Geometry.h"
 #include "ui/commandbar/BnCommandBar.h"
+#include "ui/main/LibraryOperations.h"
+#include "ui/main/MainWindowCommands.h"
+#include "ui/main/frmTip.h"
 
 namespace snip {
 
-/// The buttons of the main toolbar `cmd`, by their index; the numbers left out are separators.
-namespace MainButton {
-enum : int {
-  kNewLibrary = 0,
-  kSaveLibrary = 1,
-  kRenameLibrary = 2,
-  kOutput = 4,
-  kNewSnippet = 6,
-  kEditSnippet = 7,
-  kDeleteSnippet = 8,
-  kSettings = 10,
-  kKeepOnTop = 11,
-  kAbout = 13,
-  kWebPage = 14,
+/// The two toolbars of the main window, and their tip.
+class MainToolbars {
+ public:
+  struct Events {
+    std::function<void(int command)> Clicked;  ///< A button; which, by its command.
+    std::function<void()> Dropdown;            ///< The output button's arrow.
+    std::function<void()> Resize;              ///< The main toolbar's.
+  };
+
+  MainToolbars(const SoundEffects& sounds, const ShowMessageFunction& showMessage,
+               const LibraryOperations& operations, Events events);
+
+  void CreateMain(HWND parent, int id, HFONT font);
+  void CreateEdit(HWND parent, int id, HFONT font);
+  void Destroy() { tip_.Destroy(); }
+
+  /// What the output button does: the command of one of `kOutputModes`.
+  int OutputMode() const;
+  void SetOutputMode(int command);
+
+  /// Greys what works on the library, or makes it available again.
+  void SetEditingDisabled(bool disabled);
+  /// The edit button shows what it does next: to edit, or to commit the edit.
+  void SetEditMode(bool editing);
+
+  BnCommandBar cmd;
+  BnCommandBar cmdEdit;
+
+ private:
+  class Tip : public frmTip {
+   public:
+    explicit Tip(const LibraryOperations& operations) : operations_(operations) {}
+    /// "Save Library" also tells which file it writes, when that is another than the chooser shows.
+    void ShowTip(const std::string& text, int x, int y) override;
+
+   private:
+    const LibraryOperations& operations_;
+  };
+
+  void SetLook(int button, const char* caption, int picture);
+
+  Tip tip_;
 };
-}  // namespace MainButton
-
-/// The buttons of the editor toolbar `cmdEdit`.
-namespace EditButton {
-enum : int { kCommit = 0, kSyntaxHighlighting = 2 };
-}  // namespace EditButton
-
-/// What the output button can do, in the order of its menu. Its caption is what tells its mode.
-struct OutputMode {
-  const char* caption;
-  int picture;  ///< Resource number.
-};
-inline constexpr const char* kSaveLibrary = "Save Library";
-inline constexpr const char* kPasteToCodeWindow = "Paste to Current Code Window";
-inline constexpr const char* kCopyToClipboard = "Copy to Clipboard";
-inline constexpr const char* kCreateNewModule = "Create New Module (All Snippets)";
-/// The mode of a place in the menu; a place behind the last stands for the last.
-const OutputMode& OutputModeAt(int index);
-
-/// Pictures are brought to `pictureSize`, in pixels.
-void FillMainToolbar(BnCommandBar& cmd, Size pictureSize);
-void FillEditToolbar(BnCommandBar& cmdEdit, Size pictureSize);
-
-/// Greys what works on the library, or makes it available again.
-void GrayLibraryButtons(BnCommandBar& cmd, bool grayed);
 
 }  // namespace snip

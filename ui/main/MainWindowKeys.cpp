@@ -1,50 +1,38 @@
 #include "ui/main/MainWindowKeys.h"
 
-#include <algorithm>
-#include <array>
+#include <span>
+#include <vector>
 
 namespace snip {
 namespace {
 
-constexpr BYTE kPlain = FVIRTKEY;
-constexpr BYTE kControl = FVIRTKEY | FCONTROL;
-constexpr BYTE kShift = FVIRTKEY | FSHIFT;
-constexpr BYTE kAltShift = FVIRTKEY | FALT | FSHIFT;
-constexpr BYTE kControlShift = FVIRTKEY | FCONTROL | FSHIFT;
-
-constexpr ACCEL Main(BYTE held, WORD key, int button) {
-  return {held, key, static_cast<WORD>(Command::kMainButton + button)};
-}
-
-constexpr ACCEL Edit(BYTE held, WORD key, int button) {
-  return {held, key, static_cast<WORD>(Command::kEditButton + button)};
-}
-
-constexpr std::array kKeys{
-    Main(kControlShift, 'N', MainButton::kNewLibrary),
-    Main(kControl, 'S', MainButton::kSaveLibrary),
-    Main(kShift, VK_F2, MainButton::kRenameLibrary),
-    Main(kControl, VK_RETURN, MainButton::kOutput),
-    Main(kControl, 'N', MainButton::kNewSnippet),
-    Main(kControl, 'E', MainButton::kEditSnippet),
-    Main(kPlain, VK_F9, MainButton::kSettings),
-    Main(kControl, 'T', MainButton::kKeepOnTop),
-    Main(kPlain, VK_F1, MainButton::kAbout),
-    Main(kControl, VK_F1, MainButton::kWebPage),
-    Edit(kControl, 'K', EditButton::kCommit),
-    Edit(kControl, 'H', EditButton::kSyntaxHighlighting),
-    ACCEL{kControlShift, VK_RETURN, Command::kOutputMenu},
-    ACCEL{kControlShift, 'C', Command::kCopyCode},
-    ACCEL{kControlShift, 'A', Command::kAttachmentMenu},
-    ACCEL{kControlShift, 'P', Command::kPasteCode},
-    ACCEL{kControlShift, 'M', Command::kNewModule},
-    ACCEL{kControl, 'O', Command::kViewAttachment},
-    ACCEL{kControlShift, 'O', Command::kSetAttachment},
-    ACCEL{kAltShift, VK_LEFT, Command::kNarrowList},
-    ACCEL{kAltShift, VK_RIGHT, Command::kWidenList},
-    ACCEL{kAltShift, VK_UP, Command::kLowerDescription},
-    ACCEL{kAltShift, VK_DOWN, Command::kHeightenDescription},
+constexpr std::array kOtherKeys{
+    ACCEL{kControlShiftKey, VK_RETURN, Command::kOutputMenu},
+    ACCEL{kControlShiftKey, 'C', Command::kCopyCode},
+    ACCEL{kControlShiftKey, 'A', Command::kAttachmentMenu},
+    // What a menu has also needs a key: an opened one knows Up, Down and Escape alone.
+    ACCEL{kControlShiftKey, 'P', Command::kPasteCode},
+    ACCEL{kControlShiftKey, 'M', Command::kNewModule},
+    ACCEL{kControlKey, 'O', Command::kViewAttachment},
+    ACCEL{kControlShiftKey, 'O', Command::kSetAttachment},
+    ACCEL{kAltShiftKey, VK_LEFT, Command::kNarrowList},
+    ACCEL{kAltShiftKey, VK_RIGHT, Command::kWidenList},
+    ACCEL{kAltShiftKey, VK_UP, Command::kLowerDescription},
+    ACCEL{kAltShiftKey, VK_DOWN, Command::kHeightenDescription},
 };
+
+std::vector<ACCEL> AllKeys() {
+  std::vector<ACCEL> keys(kOtherKeys.begin(), kOtherKeys.end());
+  const auto add = [&keys](std::span<const ToolbarButton> buttons, int command) {
+    for (const ToolbarButton& button : buttons) {
+      if (button.key != 0) keys.push_back({button.held, button.key, static_cast<WORD>(command)});
+      ++command;
+    }
+  };
+  add(kMainButtons, Command::kMainButton);
+  add(kEditButtons, Command::kEditButton);
+  return keys;
+}
 
 std::string NameOf(WORD key) {
   if (key == VK_RETURN) return "Enter";
@@ -55,13 +43,14 @@ std::string NameOf(WORD key) {
 }  // namespace
 
 UniqueAccelerators MakeAccelerators() {
-  auto keys = kKeys;
+  std::vector<ACCEL> keys = AllKeys();
   return UniqueAccelerators(CreateAcceleratorTableA(keys.data(), static_cast<int>(keys.size())));
 }
 
 std::string KeysOf(int command) {
-  const auto* const found = std::ranges::find(kKeys, static_cast<WORD>(command), &ACCEL::cmd);
-  if (found == kKeys.end()) return {};
+  const std::vector<ACCEL> all = AllKeys();
+  const auto found = std::ranges::find(all, static_cast<WORD>(command), &ACCEL::cmd);
+  if (found == all.end()) return {};
   std::string keys;
   if ((found->fVirt & FCONTROL) != 0) keys += "Ctrl+";
   if ((found->fVirt & FALT) != 0) keys += "Alt+";

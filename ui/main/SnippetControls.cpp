@@ -34,8 +34,9 @@ std::size_t LongestLine(const std::string& text) {
 
 }  // namespace
 
-SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, Commands commands)
-    : commands_(std::move(commands)), txtCode_(std::move(codeEvents)), twips_(ScreenTwips()) {}
+SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& toolbars,
+                                 const LibraryChooser& chooser)
+    : toolbars_(toolbars), chooser_(chooser), txtCode_(std::move(codeEvents)), twips_(ScreenTwips()) {}
 
 void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
   NameNextControl(window, "Snippet name");
@@ -255,7 +256,7 @@ void SnippetControls::HideNameBox() {
 void SnippetControls::SetEditingDisabled(bool disabled) {
   editingDisabled_ = disabled;
   LockDescription();
-  commands_.setEditingDisabled(disabled);
+  toolbars_.SetEditingDisabled(disabled);
 }
 
 void SnippetControls::SetEditMode(bool editing) {
@@ -265,7 +266,8 @@ void SnippetControls::SetEditMode(bool editing) {
   // While the code is edited Tab belongs to it.
   SetTabStop(lstCode_, !editing);
   SetTabStop(txtDesc_, !editing);
-  commands_.setEditMode(editing);
+  SetTabStop(chooser_.cboFiles(), !editing);
+  toolbars_.SetEditMode(editing);
 }
 
 void SnippetControls::SetWaitCursor(bool waiting) {

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -11,6 +10,8 @@
 #include "platform/Twips.h"
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/BnRichEdit.h"
+#include "ui/main/LibraryChooser.h"
+#include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowViews.h"
 
 namespace snip {
@@ -23,13 +24,9 @@ class SnippetControls : public SnippetView {
     int txtDesc;
     int txtCode;
   };
-  /// What the toolbar or menu shows of the editing state.
-  struct Commands {
-    std::function<void(bool disabled)> setEditingDisabled;
-    std::function<void(bool editing)> setEditMode;
-  };
 
-  SnippetControls(BnRichEdit::Events codeEvents, Commands commands);
+  /// The toolbars and the chooser show the state of the editing, too.
+  SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& toolbars, const LibraryChooser& chooser);
 
   /// `txtName` lies on the window itself, so that it can become wider than the list, and is made before the
   /// panes, which it lies over.
@@ -91,7 +88,8 @@ class SnippetControls : public SnippetView {
     return SendMessageA(lstCode_, message, wParam, lParam);
   }
 
-  Commands commands_;
+  MainToolbars& toolbars_;
+  const LibraryChooser& chooser_;
   BnRichEdit txtCode_;
   TwipsPerPixel twips_;
   FontProperty font_{.Name = "Courier New", .Size = 10};

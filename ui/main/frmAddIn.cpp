@@ -10,7 +10,6 @@
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
-#include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowKeys.h"
 
 namespace snip {
@@ -20,9 +19,6 @@ namespace {
 constexpr Size kDesignSize{10800, 7200};
 constexpr int kDesignLeftPaneWidth = 3000;
 constexpr int kDesignDescriptionHeight = 800;
-
-/// How far a key moves a splitter, in twips.
-constexpr int kSplitterStep = 150;
 
 constexpr UINT_PTR kTipTimer = 1;
 
@@ -37,38 +33,25 @@ constexpr UINT kLoadFiles = WM_APP + 2;
 frmAddIn::frmAddIn(Services services)
     : services_(std::move(services)),
       twips_(ScreenTwips()),
-      cmd_({.sounds = services_.sounds, .tip = &barTip_, .showMessage = services_.showMessage},
-           {.ButtonClicked = [this](int index) { cmd_ButtonClicked(index); },
-            .Dropdown = [this](int) { cmd_Dropdown(); },
-            .Resize = [this] { cmd_Resize(); }}),
-      cmdEdit_({.sounds = services_.sounds, .tip = &barTip_, .showMessage = services_.showMessage},
-               {.ButtonClicked = [this](int index) { cmdEdit_ButtonClicked(index); }}),
+      bars_(services_.sounds, services_.showMessage, operations_,
+            {.Clicked = [this](int command) { Do(command); },
+             .Dropdown = [this] { cmd_Dropdown(); },
+             .Resize = [this] { cmd_Resize(); }}),
       picSplt_(Splitter::Divides::Columns, [this](int left) { picSplt_MouseUp(left); }),
       picHSplt_(Splitter::Divides::Rows, [this](int top) { picHSplt_MouseUp(top); }),
-      controls_({.gotFocus = [] {},
-                 .lostFocus = [this] { PostMessageA(hWnd(), kFieldLeft, 0, 0); },
+      controls_({.lostFocus = [this] { PostMessageA(hWnd(), kFieldLeft, 0, 0); },
                  .keyPress = [this](char key) { editing_.txtCode_KeyPress(key); },
                  .dblClick = [this] { editing_.txtCode_DblClick(); },
                  .mouseDown = [this](int button, POINT screen) { txtCode_MouseDown(button, screen); },
-                 .contextMenu = [this](POINT screen) { OpenEditMenu(screen); }},
-                {.setEditingDisabled = [this](bool disabled) { GrayLibraryButtons(cmd_, disabled); },
-                 .setEditMode =
-                     [this](bool editing) {
-                       // The button shows what it does next: to edit, or to commit the edit.
-                       cmd_.SetPicture(MainButton::kEditSnippet,
-                                       BarPicture(editing ? IDB_COMMIT : IDB_EDIT_SNIPPET));
-                       cmd_.RedrawButton(MainButton::kEditSnippet);
-                       SetTabStop(chooser_.cboFiles(), !editing);
-                     }}),
-      menus_(services_.sounds, [this](MSG& message) { return PreTranslate(message); },
-             {.mnuModFuncs_Clicked = [this](int index) { mnuModFuncs_Clicked(index); },
-              .mnuModFuncs_HideMenu =
-                  [this] {
-                    if (!openingOutputMenu_) cmd_.Thaw();
-                  },
-              .mnuSnippets_Clicked = [this](int index) { mnuSnippets_Clicked(index); },
-              .mnuAttach_Clicked = [this](int index) { mnuAttach_Clicked(index); },
-              .mnuEdit_Clicked = [this](int index) { mnuEdit_Clicked(index); }}),
+                 .contextMenu = [this](POINT screen) { PopUp(menus_.mnuEdit, screen); }},
+                bars_, chooser_),
+      menus_(services_.sounds, {.preTranslate = [this](MSG& message) { return PreTranslate(message); },
+                                .Clicked = [this](int command) { Do(command); },
+                                .isEnabled = [this](int command) { return IsEnabled(command); },
+                                .mnuModFuncs_HideMenu =
+                                    [this] {
+                                      if (!openingOutputMenu_) bars_.cmd.Thaw();
+                                    }}),
       editing_(library_, controls_, services_.showMessage, &SameTextIgnoringCase),
       operations_(library_, editing_, controls_, chooser_, services_.store, services_.showMessage,
                   &SameTextIgnoringCase),
@@ -139,8 +122,8 @@ void frmAddIn::ShowForQuestion() {
 void frmAddIn::StartTimers() {
   static_assert(ListTips::kIntervalMs == CommandBarInput::kHoverInterval);
   SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
-  cmd_.RestartHoverTimer();
-  cmdEdit_.RestartHoverTimer();
+  bars_.cmd.RestartHoverTimer();
+  bars_.cmdEdit.RestartHoverTimer();
 }
 
 bool frmAddIn::Form_Load() {
@@ -178,7 +161,7 @@ void frmAddIn::Form_Unload() {
   KillTimer(hWnd(), kTipTimer);
   menus_.Unload();
   tTip_.Unload();
-  barTip_.Destroy();
+  bars_.Destroy();
   captionHook_.Remove();
   CloseSettings();
   // The window may be made again: it then starts from its files.
@@ -191,65 +174,15 @@ void frmAddIn::Form_Unload() {
 
 // --- Keys and fields --------------------------------------------------------------------------------------
 
-void frmAddIn::OnKeyCommand(int command) {
+/// A key of a button presses it, as a click does.
+void frmAddIn::OnKey(int command) {
   using namespace Command;
   if (command >= kEditButton && command < kRenameSnippet) {
-    cmdEdit_.DoDefaultAction(command - kEditButton);
-    return;
-  }
-  if (command >= kMainButton && command < kEditButton) {
-    cmd_.DoDefaultAction(command - kMainButton);
-    return;
-  }
-  const int splitterStep = twips_.ToPixelsX(kSplitterStep);
-  switch (command) {
-    case kRenameSnippet:
-      editing_.lstCode_DblClick();
-      break;
-    case kDeleteSnippet:
-      cmd_ButtonClicked(MainButton::kDeleteSnippet);
-      break;
-    case kCopyCode:
-      CopyCode();
-      break;
-    case kOutputMenu:
-      if (!cmd_.Grayed(MainButton::kOutput)) cmd_Dropdown();
-      break;
-    case kAttachmentMenu:
-      cmdAttach_Click();
-      break;
-    case kPasteCode:
-    case kNewModule:
-      mnuModFuncs_Clicked(command == kPasteCode ? 0 : 2);
-      break;
-    case kViewAttachment:
-      attachments_.ViewAttachment();
-      break;
-    case kSetAttachment:
-      attachments_.SetAttachment();
-      break;
-    case kNarrowList:
-    case kWidenList:
-      picSplt_.Move(command == kWidenList ? splitterStep : -splitterStep);
-      break;
-    case kLowerDescription:
-    case kHeightenDescription:
-      picHSplt_.Move(command == kHeightenDescription ? splitterStep : -splitterStep);
-      break;
-    case kAcceptName:
-      editing_.SettleName();
-      break;
-    case kCancelName:
-      editing_.txtName_Cancel();
-      break;
-    case kAcceptFileName:
-      naming_.AcceptName();
-      break;
-    case kCancelFileName:
-      naming_.txtFileName_LostFocus();
-      break;
-    default:
-      break;
+    bars_.cmdEdit.DoDefaultAction(command - kEditButton);
+  } else if (command >= kMainButton && command < kEditButton) {
+    bars_.cmd.DoDefaultAction(command - kMainButton);
+  } else {
+    Do(command);
   }
 }
 
@@ -383,10 +316,7 @@ void frmAddIn::Tick() {
   if (snippetTips_) ShowListTip();
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
-  const auto tornOff = [](const frmMenu& menu) { return menu.input().State() == MenuState::Floating; };
-  if (tornOff(menus_.mnuSnippets)) UpdateSnippetsMenu();
-  if (tornOff(menus_.mnuAttach)) UpdateAttachMenu();
-  if (tornOff(menus_.mnuEdit)) UpdateEditMenu();
+  menus_.UpdateTornOff();
 }
 
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
@@ -418,7 +348,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_COMMAND:
       if (lParam == 0) {
-        OnKeyCommand(GET_WM_COMMAND_ID(wParam, lParam));
+        OnKey(GET_WM_COMMAND_ID(wParam, lParam));
       } else {
         OnCommand(GET_WM_COMMAND_ID(wParam, lParam), GET_WM_COMMAND_CMD(wParam, lParam));
       }
@@ -438,7 +368,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_SYSCOLORCHANGE:
     case WM_SETTINGCHANGE:
-      for (const HWND part : {cmd_.hWnd(), cmdEdit_.hWnd(), controls_.txtCode().hWnd()}) {
+      for (const HWND part : {bars_.cmd.hWnd(), bars_.cmdEdit.hWnd(), controls_.txtCode().hWnd()}) {
         SendMessageA(part, message, wParam, lParam);
       }
       return 0;

@@ -11,7 +11,6 @@
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"
 #include "ui/caption/CaptionHook.h"
-#include "ui/commandbar/BnCommandBar.h"
 #include "ui/dialogs/SettingsTarget.h"
 #include "ui/main/Attachments.h"
 #include "ui/main/CodeOutput.h"
@@ -20,6 +19,7 @@
 #include "ui/main/LibraryOperations.h"
 #include "ui/main/ListTips.h"
 #include "ui/main/MainMenus.h"
+#include "ui/main/MainToolbars.h"
 #include "ui/main/Pane.h"
 #include "ui/main/SnippetControls.h"
 #include "ui/main/SnippetEditing.h"
@@ -78,8 +78,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  private:
   bool Form_Load();
   void MakeControls();
-  Size BarPictureSize() const;  ///< In pixels.
-  PictureRef BarPicture(int resource) const;
   void LoadSettings();
   void Form_Resize();
   void cmd_Resize();
@@ -96,19 +94,11 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void picSplt_MouseUp(int left);
   void picHSplt_MouseUp(int top);
 
-  void cmd_ButtonClicked(int index);
+  void Do(int command);
+  bool IsEnabled(int command) const;
   void cmd_Dropdown();
-  void cmdEdit_ButtonClicked(int index);
-  void mnuModFuncs_Clicked(int index);
-  void mnuSnippets_Clicked(int index);
-  void mnuAttach_Clicked(int index);
-  void mnuEdit_Clicked(int index);
   void cmdAttach_Click();
-  void UpdateSnippetsMenu();
-  void UpdateAttachMenu();
-  void UpdateEditMenu();
   void OpenSnippetsMenu(POINT screen, bool byKey);
-  void OpenEditMenu(POINT screen);
   void PopUp(frmMenu& menu, POINT screen);
 
   void Output();
@@ -121,7 +111,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void DropFiles(HDROP files);
 
   void OnCommand(int id, int notification);
-  void OnKeyCommand(int command);
+  void OnKey(int command);
   std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
   void TypeAhead(const MSG& message);
@@ -139,24 +129,13 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   // SettingsTarget; MinimizeOnView is that of AttachmentView as well
   bool AllowMenuDrag() const override { return allowMenuDrag_; }
   void SetAllowMenuDrag(bool allow) override { allowMenuDrag_ = allow; }
-  bool PlaysSounds() const override { return cmd_.PlaysSounds(); }
-  void SetPlaysSounds(bool plays) override { cmd_.SetPlaysSounds(plays); }
+  bool PlaysSounds() const override { return bars_.cmd.PlaysSounds(); }
+  void SetPlaysSounds(bool plays) override { bars_.cmd.SetPlaysSounds(plays); }
   void SetMinimizeOnView(bool minimize) override { minimizeOnView_ = minimize; }
   bool SnippetTips() const override { return snippetTips_; }
   void SetSnippetTips(bool tips) override;
   FontProperty CodeFont() const override { return controls_.Font(); }
   void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
-
-  /// The tip of the toolbars.
-  class BarTip : public frmTip {
-   public:
-    explicit BarTip(const LibraryOperations& operations) : operations_(operations) {}
-    /// "Save Library" also tells which file it writes, when that is another than the chooser shows.
-    void ShowTip(const std::string& text, int x, int y) override;
-
-   private:
-    const LibraryOperations& operations_;
-  };
 
   Library library_;
   Services services_;
@@ -164,9 +143,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   UniqueFont font_;
   CaptionHook captionHook_;
-  BarTip barTip_{operations_};
-  BnCommandBar cmd_;
-  BnCommandBar cmdEdit_;
+  MainToolbars bars_;
   Pane leftPane_;
   Pane rightPane_;
   Pane picAttach_;

@@ -8,76 +8,146 @@
 #include "platform/Clipboard.h"
 #include "platform/FlagScope.h"
 #include "platform/Shell.h"
-#include "resources/resource.h"
 #include "ui/dialogs/CommonDialog.h"
 #include "ui/dialogs/frmAbout.h"
 #include "ui/dialogs/frmSettings.h"
-#include "ui/main/MainToolbars.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip {
 namespace {
 
-constexpr const char* kWebPage =
+constexpr const char* kWebAddress =
     "https://learn.microsoft.com/en-us/previous-versions/visualstudio/visual-basic-6/"
     "visual-basic-6.0-documentation";
 
-/// Torn off, a menu repaints itself and tells assistive programs, which is for changes only.
-void Enable(frmMenu& menu, int item, bool enabled) {
-  if (menu.IEnabled(item) != enabled) menu.SetIEnabled(item, enabled);
-}
+/// How far a key moves a splitter, in twips.
+constexpr int kSplitterStep = 150;
 
 }  // namespace
 
-void frmAddIn::cmd_ButtonClicked(int index) {
-  switch (index) {
-    case MainButton::kNewLibrary:
-      naming_.GetNewLib();
-      break;
-    case MainButton::kSaveLibrary:
-      operations_.SaveLibrary();
-      break;
-    case MainButton::kRenameLibrary:
-      naming_.RenameLibrary();
-      break;
-    case MainButton::kOutput:
-      Output();
-      break;
-    case MainButton::kNewSnippet:
-      editing_.NewSnippet();
-      break;
-    case MainButton::kEditSnippet:
-      editing_.EditSnippet();
-      break;
-    case MainButton::kDeleteSnippet:
-      editing_.DeleteSelectedSnippet();
-      break;
-    case MainButton::kSettings:
+void frmAddIn::Do(int command) {
+  using namespace Command;
+  BnRichEdit& code = controls_.txtCode();
+  const int splitterStep = twips_.ToPixelsX(kSplitterStep);
+  switch (command) {
+    case kNewLibrary:
+      return naming_.GetNewLib();
+    case kSaveLibrary:
+      return operations_.SaveLibrary();
+    case kRenameLibrary:
+      return naming_.RenameLibrary();
+    case kOutput:
+      return Output();
+    case kOutputMenu:
+      if (!bars_.cmd.Grayed(MainButton::kOutput)) cmd_Dropdown();
+      return;
+    case kPasteCode:
+    case kCopyToClipboard:
+    case kNewModule:
+      bars_.SetOutputMode(command);
+      // Also while the button itself is greyed, because it takes nothing from a library that must not be
+      // changed.
+      return Output();
+    case kCopyCode:
+      return CopyCode();
+    case kNewSnippet:
+      return editing_.NewSnippet();
+    case kEditSnippet:
+      return editing_.EditSnippet();
+    case kRenameSnippet:
+      return editing_.lstCode_DblClick();
+    case kDeleteSnippet:
+      return editing_.DeleteSelectedSnippet();
+    case kCommit:
+      editing_.txtCode_LostFocus();
+      return;
+    case kSyntaxHighlighting:
+      return code.SetSyntaxColors(bars_.cmdEdit.state(EditButton::kSyntaxHighlighting) != 0);
+    case kAcceptName:
+      editing_.SettleName();
+      return;
+    case kCancelName:
+      return editing_.txtName_Cancel();
+    case kAcceptFileName:
+      return naming_.AcceptName();
+    case kCancelFileName:
+      return naming_.txtFileName_LostFocus();
+    case kAttachmentMenu:
+      return cmdAttach_Click();
+    case kViewAttachment:
+      return attachments_.ViewAttachment();
+    case kSetAttachment:
+      return attachments_.SetAttachment();
+    case kSettings:
       frmSettings(*this, services_.settings, services_.caption).ShowMe(hWnd());
-      tTip_.TakeListFont();
-      break;
-    case MainButton::kAbout:
+      return tTip_.TakeListFont();
+    case kAbout:
       frmAbout(services_.showMessage, services_.caption).ShowMe(hWnd());
-      break;
-    case MainButton::kKeepOnTop:
-      SetKeepOnTop(cmd_.state(MainButton::kKeepOnTop) == 1);
-      break;
-    case MainButton::kWebPage:
-      snip::ShellOpen(kWebPage);
-      break;
+      return;
+    case kKeepOnTop:
+      return SetKeepOnTop(bars_.cmd.state(MainButton::kKeepOnTop) == 1);
+    case kWebPage:
+      snip::ShellOpen(kWebAddress);
+      return;
+    case kNarrowList:
+    case kWidenList:
+      return picSplt_.Move(command == kWidenList ? splitterStep : -splitterStep);
+    case kLowerDescription:
+    case kHeightenDescription:
+      return picHSplt_.Move(command == kHeightenDescription ? splitterStep : -splitterStep);
+    case kUndo:
+      return code.Undo();
+    case kCut:
+      // A torn-off menu shows what was possible a moment ago.
+      if (!IsEnabled(kCut)) return;
+      if (const auto text = code.SelText(); text && Copy(*text)) code.ReplaceSelection("");
+      return;
+    case kCopy:
+      if (const auto text = code.SelText()) Copy(*text);
+      return;
+    case kPaste:
+      if (code.locked()) return;
+      if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
+      return;
+    case kSelectAll:
+      return code.SetSelection(0, code.TextLength());
     default:
-      break;
+      return;
+  }
+}
+
+/// Whether a menu offers a command.
+bool frmAddIn::IsEnabled(int command) const {
+  using namespace Command;
+  const BnRichEdit& code = controls_.txtCode();
+  switch (command) {
+    case kRenameSnippet:
+    case kEditSnippet:
+    case kDeleteSnippet:
+      return !editing_.editingDisabled();
+    case kViewAttachment:
+      return attachments_.CanView();
+    case kSetAttachment:
+      return !attachments_.Locked();
+    case kUndo:
+      return !code.locked() && code.CanUndo();
+    case kCut:
+      return !code.locked() && code.SelLength() > 0;
+    case kPaste:
+      return !code.locked() && ClipboardHasText();
+    default:
+      return true;
   }
 }
 
 void frmAddIn::Output() {
-  const std::string mode = cmd_.Caption(MainButton::kOutput);
-  if (mode == kCopyToClipboard) return CopyCode();
+  const int mode = bars_.OutputMode();
+  if (mode == Command::kCopyToClipboard) return CopyCode();
   // What was pressed while the environment took its time over the last delivery is not meant for another one.
   const bool queued = InSendMessage() == 0;
   if (queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0)
     return;
-  if (mode == kPasteToCodeWindow) {
+  if (mode == Command::kPasteCode) {
     output_.PasteCode();
   } else {
     if (!editing_.StoreShownCode()) return;  // an edit in progress belongs to what the user sees
@@ -112,39 +182,23 @@ void frmAddIn::SetSnippetTips(bool tips) {
 }
 
 void frmAddIn::PopUp(frmMenu& menu, POINT screen) {
+  menus_.Prepare();
   menu.Popup(twips_.ToTwipsX(static_cast<int>(screen.x)), twips_.ToTwipsY(static_cast<int>(screen.y)), hWnd(),
              allowMenuDrag_);
 }
 
 void frmAddIn::cmd_Dropdown() {
-  const auto place = cmd_.GetMenuPos(MainButton::kOutput);
+  const auto place = bars_.cmd.GetMenuPos(MainButton::kOutput);
   if (!place) return;
   POINT screen{place->x, place->y};
-  ClientToScreen(cmd_.hWnd(), &screen);
-  cmd_.Freeze();  // so that the arrow stays pressed until the menu closes
+  ClientToScreen(bars_.cmd.hWnd(), &screen);
+  bars_.cmd.Freeze();  // so that the arrow stays pressed until the menu closes
   {
     // Pressed again while the menu was open: that the menu closes for that is no reason to let the arrow go.
     const FlagScope opening(openingOutputMenu_);
-    menus_.Fill();
     PopUp(menus_.mnuModFuncs, screen);
   }
-  if (menus_.mnuModFuncs.input().State() != MenuState::Docked) cmd_.Thaw();
-}
-
-void frmAddIn::mnuModFuncs_Clicked(int index) {
-  const OutputMode& mode = OutputModeAt(index);
-  cmd_.SetCaption(MainButton::kOutput, mode.caption);
-  cmd_.SetPicture(MainButton::kOutput, BarPicture(mode.picture));
-  cmd_.RedrawButton(MainButton::kOutput);
-  // Also while the button itself is greyed, because it takes nothing from a library that must not be changed.
-  Output();
-}
-
-void frmAddIn::cmdEdit_ButtonClicked(int index) {
-  if (index == EditButton::kCommit) editing_.txtCode_LostFocus();
-  if (index == EditButton::kSyntaxHighlighting) {
-    controls_.txtCode().SetSyntaxColors(cmdEdit_.state(EditButton::kSyntaxHighlighting) != 0);
-  }
+  if (menus_.mnuModFuncs.input().State() != MenuState::Docked) bars_.cmd.Thaw();
 }
 
 void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
@@ -169,55 +223,13 @@ void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
       editing_.lstCode_Click(LOWORD(entry));
     }
   }
-  menus_.Fill();
-  UpdateSnippetsMenu();
   PopUp(menus_.mnuSnippets, screen);
 }
 
-void frmAddIn::UpdateSnippetsMenu() {
-  for (const int item : {SnippetsItem::kRename, SnippetsItem::kEdit, SnippetsItem::kDelete}) {
-    Enable(menus_.mnuSnippets, item, !editing_.editingDisabled());
-  }
-}
-
-void frmAddIn::mnuSnippets_Clicked(int index) {
-  switch (index) {
-    case SnippetsItem::kRename:
-      editing_.lstCode_DblClick();
-      break;
-    case SnippetsItem::kEdit:
-      cmd_ButtonClicked(MainButton::kEditSnippet);
-      break;
-    case SnippetsItem::kDelete:
-      cmd_ButtonClicked(MainButton::kDeleteSnippet);
-      break;
-    case SnippetsItem::kPaste:
-      mnuModFuncs_Clicked(0);
-      break;
-    case SnippetsItem::kCopy:
-      mnuModFuncs_Clicked(1);
-      break;
-    default:
-      break;
-  }
-}
-
 void frmAddIn::cmdAttach_Click() {
-  menus_.Fill();
-  UpdateAttachMenu();
   RECT place{};
   GetWindowRect(cmdAttach_, &place);
   PopUp(menus_.mnuAttach, {place.left, place.bottom});
-}
-
-void frmAddIn::UpdateAttachMenu() {
-  Enable(menus_.mnuAttach, AttachItem::kView, attachments_.CanView());
-  Enable(menus_.mnuAttach, AttachItem::kSet, !attachments_.Locked());
-}
-
-void frmAddIn::mnuAttach_Clicked(int index) {
-  if (index == AttachItem::kView) attachments_.ViewAttachment();
-  if (index == AttachItem::kSet) attachments_.SetAttachment();
 }
 
 void frmAddIn::ShellOpen(const std::string& path) {
@@ -234,11 +246,6 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
-void frmAddIn::BarTip::ShowTip(const std::string& text, int x, int y) {
-  const std::string file = text == kSaveLibrary ? operations_.SavedElsewhere() : std::string();
-  frmTip::ShowTip(file.empty() ? text : text + ": " + file, x, y);
-}
-
 void frmAddIn::ShowListTip() {
   // The box over the row that is renamed would be covered, and under a dialog the list takes no clicks.
   if (IsWindowVisible(controls_.txtName()) != 0 || IsWindowEnabled(hWnd()) == 0) {
@@ -250,51 +257,7 @@ void frmAddIn::ShowListTip() {
 
 void frmAddIn::txtCode_MouseDown(int button, POINT screen) {
   constexpr int right = 2;
-  if (button == right) OpenEditMenu(screen);
-}
-
-void frmAddIn::OpenEditMenu(POINT screen) {
-  menus_.Fill();
-  UpdateEditMenu();
-  PopUp(menus_.mnuEdit, screen);
-}
-
-void frmAddIn::UpdateEditMenu() {
-  const BnRichEdit& code = controls_.txtCode();
-  frmMenu& menu = menus_.mnuEdit;
-  Enable(menu, EditItem::kEdit, !editing_.editingDisabled());
-  Enable(menu, EditItem::kUndo, !code.locked() && code.CanUndo());
-  Enable(menu, EditItem::kCut, !code.locked() && code.SelLength() > 0);
-  Enable(menu, EditItem::kPaste, !code.locked() && ClipboardHasText());
-}
-
-void frmAddIn::mnuEdit_Clicked(int index) {
-  BnRichEdit& code = controls_.txtCode();
-  switch (index) {
-    case EditItem::kEdit:
-      cmd_ButtonClicked(MainButton::kEditSnippet);
-      break;
-    case EditItem::kUndo:
-      code.Undo();
-      break;
-    case EditItem::kCut:
-      // A torn-off menu shows what was possible a moment ago.
-      if (code.locked() || code.SelLength() == 0) break;
-      if (const auto text = code.SelText(); text && Copy(*text)) code.ReplaceSelection("");
-      break;
-    case EditItem::kCopy:
-      if (const auto text = code.SelText()) Copy(*text);
-      break;
-    case EditItem::kPaste:
-      if (code.locked()) break;
-      if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
-      break;
-    case EditItem::kSelectAll:
-      code.SetSelection(0, code.TextLength());
-      break;
-    default:
-      break;
-  }
+  if (button == right) PopUp(menus_.mnuEdit, screen);
 }
 
 void frmAddIn::DropFiles(HDROP files) {

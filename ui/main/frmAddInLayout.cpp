@@ -3,8 +3,6 @@
 
 #include "platform/ScreenTwips.h"
 #include "settings/SettingsText.h"
-#include "ui/commandbar/PropertyFont.h"
-#include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowLayout.h"
 #include "ui/main/frmAddIn.h"
 
@@ -13,7 +11,6 @@ namespace {
 
 // In twips.
 constexpr int kBarHeight = 390;
-constexpr int kBarPicture = 240;
 constexpr int kAttachPanelWidth = 1500;
 constexpr Size kAttachButton{1320, 345};
 
@@ -27,16 +24,10 @@ constexpr int kFrameInset = 15;
 }  // namespace
 
 void frmAddIn::MakeControls() {
-  LOGFONTA font{};
-  GetObjectA(font_.get(), sizeof font, &font);
-  const FontProperty barFont = FontPropertyOf(font, twips_);
-
   captionHook_.Install(hWnd(), services_.caption);
-  barTip_.SetFont(font_.get());
   // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
-  cmd_.CreateIn(hWnd(), kMainBarId, "Main toolbar", barFont);
-  FillMainToolbar(cmd_, BarPictureSize());
+  bars_.CreateMain(hWnd(), kMainBarId, font_.get());
   controls_.CreateNameBox(hWnd(), kNameId, font_.get());
   picSplt_.CreateIn(hWnd(), "Width of the snippet list");
   leftPane_.CreateIn(hWnd(), "Snippets", [this](HDC dc) { LeftPane_Paint(dc); });
@@ -48,21 +39,12 @@ void frmAddIn::MakeControls() {
   cmdAttach_ = CreateControl(picAttach_.hWnd(), "BUTTON", "Attachment",
                              WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, kAttachId, font_.get(),
                              twips_.ToPixels({0, 0, kAttachButton.width, kAttachButton.height}));
-  cmdEdit_.CreateIn(rightPane_.hWnd(), kEditBarId, "Editor toolbar", barFont);
-  FillEditToolbar(cmdEdit_, BarPictureSize());
+  bars_.CreateEdit(rightPane_.hWnd(), kEditBarId, font_.get());
   // Tab goes through the siblings from the top: to the attachment before the code.
   SetWindowPos(picAttach_.hWnd(), controls_.txtDesc(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 
   tTip_.Attach(leftPane_.hWnd(), controls_.lstCode());
   tTip_.TakeListFont();
-}
-
-Size frmAddIn::BarPictureSize() const {
-  return {twips_.ToPixelsX(kBarPicture), twips_.ToPixelsY(kBarPicture)};
-}
-
-PictureRef frmAddIn::BarPicture(int resource) const {
-  return Picture::FromResource(resource, BarPictureSize());
 }
 
 // --- What is kept -----------------------------------------------------------------------------------------
@@ -71,11 +53,11 @@ void frmAddIn::LoadSettings() {
   const Settings settings = services_.settings.Load();
   if (settings.KeepOnTop) {
     SetKeepOnTop(true);
-    cmd_.SetState(MainButton::kKeepOnTop, 1);
+    bars_.cmd.SetState(MainButton::kKeepOnTop, 1);
   }
   allowMenuDrag_ = settings.AllowMenuDrag;
-  cmd_.SetPlaysSounds(settings.UseSounds);
-  cmdEdit_.SetPlaysSounds(cmd_.PlaysSounds());
+  bars_.cmd.SetPlaysSounds(settings.UseSounds);
+  bars_.cmdEdit.SetPlaysSounds(bars_.cmd.PlaysSounds());
   minimizeOnView_ = settings.MinimizeOnView;
   snippetTips_ = settings.SnippetTips;
 
@@ -83,8 +65,8 @@ void frmAddIn::LoadSettings() {
   if (settings.FontName) font.Name = *settings.FontName;
   if (settings.FontSize) font.Size = *settings.FontSize;
   controls_.SetFont(font);
-  cmdEdit_.SetState(EditButton::kSyntaxHighlighting, settings.ColorSyntax);
-  controls_.txtCode().SetSyntaxColors(cmdEdit_.state(EditButton::kSyntaxHighlighting) != 0);
+  bars_.cmdEdit.SetState(EditButton::kSyntaxHighlighting, settings.ColorSyntax);
+  controls_.txtCode().SetSyntaxColors(bars_.cmdEdit.state(EditButton::kSyntaxHighlighting) != 0);
 
   if (settings.LeftPaneWidth) leftPaneWidth_ = std::max(*settings.LeftPaneWidth, kLeastLeftPaneWidth);
   if (settings.DescriptionHeight) {
@@ -107,8 +89,8 @@ void frmAddIn::CloseSettings() {
   // The place that is kept is that of the window as it is neither minimised nor maximised.
   if (IsIconic(hWnd()) != 0 || IsZoomed(hWnd()) != 0) ShowWindow(hWnd(), SW_SHOWNOACTIVATE);
   const Rect place = PlaceInParent(hWnd());
-  services_.settings.SaveWindow({.KeepOnTop = cmd_.state(MainButton::kKeepOnTop),
-                                 .ColorSyntax = cmdEdit_.state(EditButton::kSyntaxHighlighting),
+  services_.settings.SaveWindow({.KeepOnTop = bars_.cmd.state(MainButton::kKeepOnTop),
+                                 .ColorSyntax = bars_.cmdEdit.state(EditButton::kSyntaxHighlighting),
                                  .Top = place.top * twips_.y,
                                  .Left = place.left * twips_.x,
                                  .Width = place.width * twips_.x,
@@ -122,7 +104,7 @@ void frmAddIn::CloseSettings() {
 void frmAddIn::Form_Resize() {
   if (IsIconic(hWnd()) != 0) return;
   const Size pixels = ClientSize(hWnd());
-  MoveTo(cmd_.hWnd(), {0, 0, pixels.width, twips_.ToPixelsY(kBarHeight)});
+  MoveTo(bars_.cmd.hWnd(), {0, 0, pixels.width, twips_.ToPixelsY(kBarHeight)});
   const auto places = LayOutMainWindow({.client = twips_.ToTwips(pixels),
                                         .barHeight = kBarHeight,
                                         .leftPaneWidth = leftPaneWidth_,
@@ -143,8 +125,8 @@ void frmAddIn::Form_Resize() {
 }
 
 void frmAddIn::cmd_Resize() {
-  chooser_.Place({.left = twips_.ToPixelsX(cmd_.NextButtonX()),
-                  .bar = ClientSize(cmd_.hWnd()),
+  chooser_.Place({.left = twips_.ToPixelsX(bars_.cmd.NextButtonX()),
+                  .bar = ClientSize(bars_.cmd.hWnd()),
                   .rightMargin = twips_.ToPixelsX(kChooserRightMargin),
                   .boxInset = twips_.ToPixelsX(kFileNameInset),
                   .boxNarrower = twips_.ToPixelsX(kFileNameNarrower)});
@@ -171,7 +153,7 @@ void frmAddIn::RightPane_Resize(bool evenIfTooLow) {
   if (!places) return;
   MoveTo(picAttach_.hWnd(), twips_.ToPixels(places->attachPanel));
   MoveTo(controls_.txtDesc(), twips_.ToPixels(places->description));
-  MoveTo(cmdEdit_.hWnd(), twips_.ToPixels(places->editBar));
+  MoveTo(bars_.cmdEdit.hWnd(), twips_.ToPixels(places->editBar));
   MoveTo(controls_.txtCode().hWnd(), twips_.ToPixels(places->code));
   MoveTo(picHSplt_.hWnd(), twips_.ToPixels(places->splitter));
 

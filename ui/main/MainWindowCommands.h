@@ -1,0 +1,141 @@
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+
+#include "resources/resource.h"
+#include "ui/commandbar/CommandBarButtons.h"
+
+namespace snip {
+
+/// What the user can ask of the main window by a button, a menu or a key; 0 is no command.
+namespace Command {
+enum : int {
+  // Pressing a button of a toolbar has the number of the button above one of these. They are above the
+  // numbers that the dialog manager sends for Enter and Escape (IDOK, IDCANCEL).
+  kMainButton = 100,
+  kEditButton = 200,
+  kRenameSnippet = 300,
+  kDeleteSnippet,
+  kCopyCode,
+  kOutputMenu,
+  kAttachmentMenu,
+  // The output modes.
+  kPasteCode,
+  kNewModule,
+  kViewAttachment,
+  kSetAttachment,
+  kNarrowList,
+  kWidenList,
+  kLowerDescription,
+  kHeightenDescription,
+  kAcceptName,
+  kCancelName,
+  kAcceptFileName,
+  kCancelFileName,
+  kNewLibrary,
+  kSaveLibrary,
+  kRenameLibrary,
+  kOutput,
+  kCopyToClipboard,
+  kNewSnippet,
+  kEditSnippet,
+  kSettings,
+  kKeepOnTop,
+  kAbout,
+  kWebPage,
+  kCommit,
+  kSyntaxHighlighting,
+  kUndo,
+  kCut,
+  kCopy,
+  kPaste,
+  kSelectAll,
+};
+}  // namespace Command
+
+/// An item of a menu. Those of the output button's menu are also its modes, which its caption tells apart.
+struct CommandItem {
+  const char* caption;
+  int picture = 0;  ///< Resource number, 0 for none.
+  int command = 0;  ///< 0 for a separator.
+};
+
+inline constexpr std::array kOutputModes{
+    CommandItem{"Paste to Current Code Window", IDB_PASTE_TO_CODE, Command::kPasteCode},
+    CommandItem{"Copy to Clipboard", IDB_COPY, Command::kCopyToClipboard},
+    CommandItem{"Create New Module (All Snippets)", IDB_NEW_MODULE, Command::kNewModule},
+};
+
+inline constexpr BYTE kPlainKey = FVIRTKEY;
+inline constexpr BYTE kControlKey = FVIRTKEY | FCONTROL;
+inline constexpr BYTE kShiftKey = FVIRTKEY | FSHIFT;
+inline constexpr BYTE kAltShiftKey = FVIRTKEY | FALT | FSHIFT;
+inline constexpr BYTE kControlShiftKey = FVIRTKEY | FCONTROL | FSHIFT;
+
+struct ToolbarButton {
+  const char* caption = "";
+  int picture = 0;  ///< Resource number, 0 for none.
+  int command = 0;  ///< 0 for a separator.
+  BYTE held = 0;    ///< With `key`, what does the same as a click.
+  WORD key = 0;
+  ButtonType type = ButtonType::Push;
+};
+
+inline constexpr ToolbarButton kButtonSeparator{.type = ButtonType::Separator};
+
+/// The buttons of the main toolbar `cmd`.
+inline constexpr std::array kMainButtons{
+    ToolbarButton{"New Library", IDB_NEW_LIBRARY, Command::kNewLibrary, kControlShiftKey, 'N'},
+    ToolbarButton{"Save Library", IDB_SAVE_LIBRARY, Command::kSaveLibrary, kControlKey, 'S'},
+    ToolbarButton{"Rename Library", IDB_RENAME_LIBRARY, Command::kRenameLibrary, kShiftKey, VK_F2},
+    kButtonSeparator,
+    ToolbarButton{kOutputModes[0].caption, kOutputModes[0].picture, Command::kOutput, kControlKey, VK_RETURN,
+                  ButtonType::DropDown},
+    kButtonSeparator,
+    ToolbarButton{"New Snippet", IDB_NEW_SNIPPET, Command::kNewSnippet, kControlKey, 'N'},
+    ToolbarButton{"Edit Snippet", IDB_EDIT_SNIPPET, Command::kEditSnippet, kControlKey, 'E'},
+    ToolbarButton{"Delete Snippet", IDB_DELETE_SNIPPET, Command::kDeleteSnippet},
+    kButtonSeparator,
+    ToolbarButton{"Settings...", IDB_SETTINGS, Command::kSettings, kPlainKey, VK_F9},
+    ToolbarButton{"Keep on Top", IDB_KEEP_ON_TOP, Command::kKeepOnTop, kControlKey, 'T', ButtonType::Toggle},
+    kButtonSeparator,
+    ToolbarButton{"About...", IDB_ABOUT, Command::kAbout, kPlainKey, VK_F1},
+    ToolbarButton{"Visual Basic Documentation on the Web", IDB_WEB_PAGE, Command::kWebPage, kControlKey,
+                  VK_F1},
+    kButtonSeparator,
+};
+
+/// The buttons of the editor toolbar `cmdEdit`.
+inline constexpr std::array kEditButtons{
+    ToolbarButton{"Commit", IDB_COMMIT, Command::kCommit, kControlKey, 'K'},
+    kButtonSeparator,
+    ToolbarButton{"Syntax Highlighting", IDB_SYNTAX_HIGHLIGHTING, Command::kSyntaxHighlighting, kControlKey,
+                  'H', ButtonType::Toggle},
+};
+
+consteval int PlaceOf(const auto& buttons, int command) {
+  return static_cast<int>(std::ranges::find(buttons, command, &ToolbarButton::command) - buttons.begin());
+}
+
+/// Where in their toolbars buttons are, for those that are spoken of by their place.
+namespace MainButton {
+inline constexpr int kNewLibrary = PlaceOf(kMainButtons, Command::kNewLibrary);
+inline constexpr int kSaveLibrary = PlaceOf(kMainButtons, Command::kSaveLibrary);
+inline constexpr int kRenameLibrary = PlaceOf(kMainButtons, Command::kRenameLibrary);
+inline constexpr int kOutput = PlaceOf(kMainButtons, Command::kOutput);
+inline constexpr int kNewSnippet = PlaceOf(kMainButtons, Command::kNewSnippet);
+inline constexpr int kEditSnippet = PlaceOf(kMainButtons, Command::kEditSnippet);
+inline constexpr int kDeleteSnippet = PlaceOf(kMainButtons, Command::kDeleteSnippet);
+inline constexpr int kSettings = PlaceOf(kMainButtons, Command::kSettings);
+inline constexpr int kKeepOnTop = PlaceOf(kMainButtons, Command::kKeepOnTop);
+inline constexpr int kAbout = PlaceOf(kMainButtons, Command::kAbout);
+}  // namespace MainButton
+namespace EditButton {
+inline constexpr int kCommit = PlaceOf(kEditButtons, Command::kCommit);
+inline constexpr int kSyntaxHighlighting = PlaceOf(kEditButtons, Command::kSyntaxHighlighting);
+}  // namespace EditButton
+
+}  // namespace snip
