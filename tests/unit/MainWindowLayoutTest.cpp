@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "platform/Twips.h"
@@ -32,26 +33,21 @@ TEST(MainWindowLayoutTest, PanesAndSplitterStandBelowTheBarWithTheirOneTwipOffse
 }
 
 TEST(MainWindowLayoutTest, AWindowThatIsTooSmallKeepsItsLastLayout) {
-  MainWindowSizes sizes = kWindow;
-  sizes.client = {3075 + 360, 515 + 500};
-  const auto smallest = LayOutMainWindow(sizes);
-  ASSERT_TRUE(smallest.has_value());
-  EXPECT_EQ(smallest->rightPane, (Rect{3079, 515, 352, 475}));
-
-  sizes.client = {3075 + 359, 7200};
-  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
-  sizes.client = {10800, 515 + 499};
-  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
-  sizes.client = {0, 0};
-  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
-
-  // What counts is where the parts are, not where they would go.
-  sizes = kWindow;
-  sizes.splitterRight = 10800 - 359;
-  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
-  sizes = kWindow;
-  sizes.rightPaneTop = 7200 - 499;
-  EXPECT_FALSE(LayOutMainWindow(sizes).has_value());
+  struct Case {
+    Size client;
+    int rightPaneTop, splitterRight;  // what counts is where the parts are, not where they would go
+    bool laidOut;
+  };
+  for (const auto& [client, top, right, laidOut] :
+       {Case{{3075 + 360, 515 + 500}, 515, 3075, true}, Case{{3075 + 359, 7200}, 515, 3075, false},
+        Case{{10800, 515 + 499}, 515, 3075, false}, Case{{10800, 7200}, 515, 10800 - 359, false},
+        Case{{10800, 7200}, 7200 - 499, 3075, false}}) {
+    MainWindowSizes sizes = kWindow;
+    sizes.client = client;
+    sizes.rightPaneTop = top;
+    sizes.splitterRight = right;
+    EXPECT_EQ(LayOutMainWindow(sizes).has_value(), laidOut) << client.width << " " << client.height;
+  }
 }
 
 TEST(MainWindowLayoutTest, TheRightPaneHoldsDescriptionBarAndCode) {
@@ -65,39 +61,27 @@ TEST(MainWindowLayoutTest, TheRightPaneHoldsDescriptionBarAndCode) {
 }
 
 TEST(MainWindowLayoutTest, ARightPaneThatIsTooLowKeepsItsLastLayout) {
-  RightPaneSizes sizes = kRightPane;
-  sizes.inner.height = 875 + 360;
-  EXPECT_TRUE(LayOutRightPane(sizes).has_value());
-  sizes.inner.height = 875 + 359;
-  EXPECT_FALSE(LayOutRightPane(sizes).has_value());
-
-  sizes.splitterBottom = 75;
-  sizes.inner.height = 450;
-  EXPECT_TRUE(LayOutRightPane(sizes).has_value());
-  sizes.inner.height = 449;
-  EXPECT_FALSE(LayOutRightPane(sizes).has_value());
+  for (const auto& [splitterBottom, height, laidOut] :
+       {std::tuple(875, 875 + 360, true), std::tuple(875, 875 + 359, false), std::tuple(75, 450, true),
+        std::tuple(75, 449, false)}) {
+    RightPaneSizes sizes = kRightPane;
+    sizes.splitterBottom = splitterBottom;
+    sizes.inner.height = height;
+    EXPECT_EQ(LayOutRightPane(sizes).has_value(), laidOut) << height;
+  }
 }
 
 TEST(MainWindowLayoutTest, SplittersStopShortOfTheEdges) {
-  struct Case {
-    int dropped, extent, size;
-  };
-  for (const auto& [dropped, extent, size] : std::vector<Case>{{100, 10800, 450},
-                                                               {-500, 10800, 450},
-                                                               {449, 10800, 450},
-                                                               {450, 10800, 450},
-                                                               {10150, 10800, 10150},
-                                                               {10151, 10800, 10150},
-                                                               {20000, 10800, 10150},
-                                                               {500, 600, 0}}) {
+  using Rows = std::vector<std::tuple<int, int, int>>;
+  for (const auto& [dropped, extent, size] : Rows{{-500, 10800, 450},
+                                                  {449, 10800, 450},
+                                                  {10150, 10800, 10150},
+                                                  {10151, 10800, 10150},
+                                                  {500, 600, 0}}) {
     EXPECT_EQ(LeftPaneWidthAfterDrop(dropped, extent), size) << dropped;
   }
-  for (const auto& [dropped, extent, size] : std::vector<Case>{{10, 6000, 250},
-                                                               {-9, 6000, 250},
-                                                               {250, 6000, 250},
-                                                               {5750, 6000, 5750},
-                                                               {5751, 6000, 5750},
-                                                               {300, 200, 0}}) {
+  for (const auto& [dropped, extent, size] :
+       Rows{{-9, 6000, 250}, {249, 6000, 250}, {5750, 6000, 5750}, {5751, 6000, 5750}, {300, 200, 0}}) {
     EXPECT_EQ(DescriptionHeightAfterDrop(dropped, extent), size) << dropped;
   }
 }

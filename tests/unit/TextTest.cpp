@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <utility>
+
+#include "ui/commandbar/SystemSounds.h"
 
 namespace snip::test {
 namespace {
@@ -38,6 +41,27 @@ TEST(TextTest, CaseIsIgnoredForTheLettersAToZOnly) {
   EXPECT_FALSE(EqualsIgnoringAsciiCase("[", "{"));
   EXPECT_FALSE(EqualsIgnoringAsciiCase("\xC4", "\xE4"));
   EXPECT_FALSE(EqualsIgnoringAsciiCase("a\0b"sv, "a\0c"sv));
+}
+
+TEST(SystemSoundsTest, NumbersHaveTheirNamesAndNamesTheirKeys) {
+  for (const auto& [number, name] :
+       std::initializer_list<std::pair<int, const char*>>{{0, "Buddy In"},
+                                                          {21, "You've Got Mail"},
+                                                          {22, ""},
+                                                          {32767, ""},
+                                                          {-1, ""},
+                                                          {-32768, ""},
+                                                          {SystemSound::kMenuCommand, "MenuCommand"},
+                                                          {SystemSound::kMenuPopup, "MenuPopup"},
+                                                          {SystemSound::kAsterisk, "SystemAsterisk"},
+                                                          {SystemSound::kExclamation, "SystemExclamation"},
+                                                          {SystemSound::kHand, "SystemHand"},
+                                                          {SystemSound::kQuestion, "SystemQuestion"}}) {
+    EXPECT_EQ(SystemSoundEventName(static_cast<std::int16_t>(number)), name) << number;
+  }
+  EXPECT_EQ(DefaultSchemeSoundKey("MenuPopup"), "AppEvents\\Schemes\\Apps\\.Default\\MenuPopup\\.Current");
+  EXPECT_EQ(OfficeSchemeSoundKey("ToolbarClick"),
+            "AppEvents\\Schemes\\Apps\\Office97\\Office97-ToolbarClick\\.Current");
 }
 
 }  // namespace

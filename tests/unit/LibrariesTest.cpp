@@ -1,10 +1,10 @@
-#include "ui/main/LibraryOperations.h"
-
 #include <gtest/gtest.h>
 
 #include <map>
 #include <mutex>
+#include <new>
 
+#include "library/BnsFormat.h"
 #include "tests/unit/FakeMainWindow.h"
 
 namespace snip::test {
@@ -18,6 +18,8 @@ constexpr auto kNo = MessageResult::No;
 const std::string kStrings = "C:\\Snip\\Strings.bns";
 const std::string kDates = "C:\\Snip\\Dates.bns";
 const std::string kOther = "C:\\Snip\\Other.bns";  ///< A third library, where a test has one.
+const std::string kNew = "C:\\Snip\\My New Lib.bns";
+const std::string kTaken = "64 [Brennic Snipstore 2.x] This file already exists. Please choose another name.";
 const std::string kOutside = "D:\\Else\\Outside.bns";
 
 const std::string kStringsFile =
@@ -59,9 +61,9 @@ class CountedStore : public FakeStore {
   mutable std::mutex mutex_;
 };
 
-class LibraryOperationsTest : public FakeMainWindow {
+class LibrariesTest : public FakeMainWindow {
  protected:
-  LibraryOperationsTest() {
+  LibrariesTest() {
     store.names = {"Strings", "Dates"};
     store.files = {{kStrings, kStringsFile}, {kDates, kDatesFile}, {kOutside, kOutsideFile}};
   }
@@ -85,6 +87,22 @@ class LibraryOperationsTest : public FakeMainWindow {
     TypeCode("Right$(s, 2)\r\n'two");
   }
 
+  void LoadChanged() {
+    Load();
+    TypeDescription("changed");
+    changed = library;
+    changedBytes = WriteBns(library.Snippets);
+  }
+  /// What typing does to the box: the text changes, and the change is answered.
+  void TypeFileName(const std::string& text) {
+    chooser.fileNameText = text;
+    chooser.fileNameSelected = false;
+    naming.txtFileName_Change();
+  }
+
+  Library changed;
+  std::string changedBytes;
+
   void ExpectOpened(const std::string& libraryName, const Rows& rows) const {
     EXPECT_EQ(library.LibraryName, libraryName);
     EXPECT_EQ(view.rows, rows);
@@ -93,7 +111,7 @@ class LibraryOperationsTest : public FakeMainWindow {
   }
 };
 
-TEST_F(LibraryOperationsTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother) {
+TEST_F(LibrariesTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother) {
   for (const bool anotherComesFirst : {false, true}) {
     CountedStore counted(calls);
     counted.names = store.names;
@@ -117,7 +135,7 @@ TEST_F(LibraryOperationsTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother
   operations.ReadAhead();
 }
 
-TEST_F(LibraryOperationsTest, TheFoldersLibrariesAreListedAndTheFirstIsOpened) {
+TEST_F(LibrariesTest, TheFoldersLibrariesAreListedAndTheFirstIsOpened) {
   operations.LoadFiles();
   EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)"}));
   EXPECT_EQ(chooser.selected, 0);
@@ -128,7 +146,7 @@ TEST_F(LibraryOperationsTest, TheFoldersLibrariesAreListedAndTheFirstIsOpened) {
   EXPECT_TRUE(library.Saved);
 }
 
-TEST_F(LibraryOperationsTest, AnEmptyFolderIsSaidAndLeavesNothingToDo) {
+TEST_F(LibrariesTest, AnEmptyFolderIsSaidAndLeavesNothingToDo) {
   store.names.clear();
   operations.LoadFiles();
   EXPECT_EQ(calls, Calls{"64 [Brennic Snipstore 2.x] There are no BNS files in the BnSnipstore directory."});
@@ -141,15 +159,7 @@ TEST_F(LibraryOperationsTest, AnEmptyFolderIsSaidAndLeavesNothingToDo) {
   EXPECT_EQ(calls.size(), 1U);
 }
 
-TEST_F(LibraryOperationsTest, ASavedLibraryIsLeftWithoutAQuestion) {
-  Load();
-  ChooseFile(1);
-  EXPECT_EQ(calls, Calls{"read " + kDates});
-  ExpectOpened("Dates", {"Today"});
-  EXPECT_EQ(chooser.fileNameText, "Dates");
-}
-
-TEST_F(LibraryOperationsTest, ChangesAreCommittedThenAskedAboutThenWrittenBeforeTheNextLibraryIsOpened) {
+TEST_F(LibrariesTest, ChangesAreCommittedThenAskedAboutThenWrittenBeforeTheNextLibraryIsOpened) {
   Load();
   ChangeStrings();
   answers = {kYes};
@@ -172,36 +182,49 @@ TEST_F(LibraryOperationsTest, ChangesAreCommittedThenAskedAboutThenWrittenBefore
   EXPECT_TRUE(library.Saved);
 }
 
-TEST_F(LibraryOperationsTest, WithoutAYesTheChangesAreGoneAndTheFileStays) {
-  for (const MessageResult answer : {kNo, MessageResult::Ok /* the box was closed */}) {
-    Load();
-    ChangeStrings();
-    answers = {answer};
+TEST_F(LibrariesTest, ALibraryIsLeftByTheAnswerToTheQuestion) {
+  struct Way {
+    bool changed;
+    int entry;
+    MessageResult answer;
+    Calls after;
+    std::string opened;
+  };
+  const std::string writes = "write " + kStrings;
+  for (const Way& way : {Way{false, 1, kNo, {"read " + kDates}, "Dates"},
+                         {true, 0, kYes, {kAskStrings, writes, "read " + kStrings}, "Strings"},
+                         {true, 1, kNo, {kAskStrings, "read " + kDates}, "Dates"},
+                         {true, 1, MessageResult::Ok, {kAskStrings, "read " + kDates}, "Dates"},
+                         {true, 2, kNo, {kAskStrings, "read " + kOther}, "Strings"},  // no library
+                         {true, 3, kYes, {kAskStrings, writes, "browse", "read " + kStrings}, "Strings"}}) {
+    SCOPED_TRACE(way.entry);
+    store.files[kStrings] = kStringsFile;
+    LoadWithOther("no library");
+    if (way.changed) ChangeStrings();
+    answers = {way.answer};
+    ChooseFile(way.entry);
+    EXPECT_EQ(calls, way.after);
+    EXPECT_EQ(library.LibraryName, way.opened);
+    EXPECT_EQ(store.files[kStrings], way.changed && way.answer == kYes ? kChangedStringsFile : kStringsFile);
+    EXPECT_EQ(store.files[kOther], "no library");
+    // What was not saved in place of a file that is none is offered again, and goes into its own file.
+    answers = {kYes};
+    calls.clear();
     ChooseFile(1);
-    EXPECT_EQ(calls, (Calls{kAskStrings, "read " + kDates}));
-    EXPECT_EQ(store.files[kStrings], kStringsFile);
-    ChooseFile(0);
-    EXPECT_EQ(library.Snippets[1].Code, "Right$(s, 1)");
-    EXPECT_TRUE(library.Saved);
+    EXPECT_EQ(store.files[kDates], kDatesFile);
+    if (way.entry == 2) {
+      EXPECT_EQ(calls, (Calls{kAskStrings, writes, "read " + kDates}));
+    }
   }
 }
 
-TEST_F(LibraryOperationsTest, ChoosingTheSameLibraryAgainReadsWhatWasJustWritten) {
-  Load();
-  ChangeStrings();
-  answers = {kYes};
-  ChooseFile(0);
-  EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "read " + kStrings}));
-  EXPECT_EQ(library.Snippets[1].Description, "right end");
-}
-
-TEST_F(LibraryOperationsTest, ANamelessLibraryIsNotAskedAbout) {
+TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {
   library.Saved = false;
   operations.LoadFiles();
   EXPECT_EQ(calls, Calls{"read " + kStrings});
 }
 
-TEST_F(LibraryOperationsTest, AnInvalidFileLeavesTheOldLibraryInMemoryUnderItsName) {
+TEST_F(LibrariesTest, AnInvalidFileLeavesTheOldLibraryInMemoryUnderItsName) {
   LoadWithOther("");
   for (const auto& bytes :
        {std::optional("[Settings]\r\n"s), std::optional(""s), std::optional<std::string>()}) {
@@ -226,20 +249,7 @@ TEST_F(LibraryOperationsTest, AnInvalidFileLeavesTheOldLibraryInMemoryUnderItsNa
   }
 }
 
-TEST_F(LibraryOperationsTest, ChangesFromBeforeAnInvalidFileAreOfferedAgainAndGoIntoTheirOwnFile) {
-  LoadWithOther("no library");
-  ChangeStrings();
-  answers = {kNo, kYes};
-  ChooseFile(2);
-  ChooseFile(1);
-  EXPECT_EQ(calls,
-            (Calls{kAskStrings, "read " + kOther, kAskStrings, "write " + kStrings, "read " + kDates}));
-  EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
-  EXPECT_EQ(store.files[kOther], "no library");
-  ExpectOpened("Dates", {"Today"});
-}
-
-TEST_F(LibraryOperationsTest, WhatWasSavedOnAYesIsNotAskedAboutAgain) {
+TEST_F(LibrariesTest, WhatWasSavedOnAYesIsNotAskedAboutAgain) {
   LoadWithOther("no library");
   for (const int entry : {2 /* invalid */, 3 /* browsing, cancelled */}) {
     ChooseFile(0);
@@ -258,7 +268,7 @@ TEST_F(LibraryOperationsTest, WhatWasSavedOnAYesIsNotAskedAboutAgain) {
   EXPECT_TRUE(answers.empty()) << "what could not be written is offered again";
 }
 
-TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSaved) {
+TEST_F(LibrariesTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSaved) {
   LoadWithOther("BNS1.0\r\na\r\nfirst\r\ncode\r\n.\r\nb\r\nsecond\r\nmore\r\ncode\r\n..\r\n");
   const std::string announcement =
       "0 [] This file was saved in a previous version of Brennic Snipstore. When it is saved it will be "
@@ -287,7 +297,7 @@ TEST_F(LibraryOperationsTest, AVersion1LibraryIsAnnouncedAndConvertedWhenItIsSav
   EXPECT_TRUE(library.Saved);
 }
 
-TEST_F(LibraryOperationsTest, AVersion1LibraryThatConversionWouldCutShortIsLockedAndNeverWritten) {
+TEST_F(LibrariesTest, AVersion1LibraryThatConversionWouldCutShortIsLockedAndNeverWritten) {
   for (const char* bytes : {"BNS1.0\r\n...\r\nd\r\nc\r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
                             "BNS1.0\r\na\r\n(,)\r\nc\r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
                             "BNS1.0\r\na\r\nd\r\nc\r\n ... \r\n.\r\nb\r\nd\r\nc\r\n..\r\n",
@@ -309,7 +319,7 @@ TEST_F(LibraryOperationsTest, AVersion1LibraryThatConversionWouldCutShortIsLocke
   EXPECT_FALSE(library.Saved) << "blanks at the end of lines are not kept anyway";
 }
 
-TEST_F(LibraryOperationsTest, AnEmptyLibraryHasItsOwnNameAndCanBeFilled) {
+TEST_F(LibrariesTest, AnEmptyLibraryHasItsOwnNameAndCanBeFilled) {
   LoadWithOther("BNS2.0\r\n");
   ChooseFile(2);
   ExpectOpened("Other", {});
@@ -323,7 +333,7 @@ TEST_F(LibraryOperationsTest, AnEmptyLibraryHasItsOwnNameAndCanBeFilled) {
   EXPECT_EQ(store.files[kStrings], kStringsFile);
 }
 
-TEST_F(LibraryOperationsTest, AnOverfullFileIsLockedAndNeverWritten) {
+TEST_F(LibrariesTest, AnOverfullFileIsLockedAndNeverWritten) {
   for (const bool version1 : {false, true}) {
     SCOPED_TRACE(version1 ? "version 1" : "version 2");
     const std::string bytes = BigFile(version1, 32769);
@@ -360,7 +370,7 @@ TEST_F(LibraryOperationsTest, AnOverfullFileIsLockedAndNeverWritten) {
   EXPECT_FALSE(editing.editingDisabled()) << "a full library is one like any other";
 }
 
-TEST_F(LibraryOperationsTest, AChosenFileIsListedAtTheTopOpenedByItsPathAndSavedIntoTheFolder) {
+TEST_F(LibrariesTest, AChosenFileIsListedAtTheTopOpenedByItsPathAndSavedIntoTheFolder) {
   Load();
   chooser.chosenPath = kOutside;
   ChooseFile(2);
@@ -390,7 +400,7 @@ TEST_F(LibraryOperationsTest, AChosenFileIsListedAtTheTopOpenedByItsPathAndSaved
   EXPECT_EQ(store.files[kOutside], kOutsideFile);
 }
 
-TEST_F(LibraryOperationsTest, ALibraryFromElsewhereThatIsSavedOnLeavingIsListedAndTheChosenOneOpened) {
+TEST_F(LibrariesTest, ALibraryFromElsewhereThatIsSavedOnLeavingIsListedAndTheChosenOneOpened) {
   for (const bool ending : {false, true}) {
     Load();
     operations.OpenOutside(kOutside);
@@ -403,7 +413,7 @@ TEST_F(LibraryOperationsTest, ALibraryFromElsewhereThatIsSavedOnLeavingIsListedA
   }
 }
 
-TEST_F(LibraryOperationsTest, AFileThatIsChosenAgainIsListedOnce) {
+TEST_F(LibrariesTest, AFileThatIsChosenAgainIsListedOnce) {
   Load();
   chooser.chosenPath = kOutside;
   ChooseFile(2);
@@ -421,27 +431,7 @@ TEST_F(LibraryOperationsTest, AFileThatIsChosenAgainIsListedOnce) {
   EXPECT_EQ(chooser.selected, 0);
 }
 
-TEST_F(LibraryOperationsTest, CancellingTheDialogOpensTheFirstEntryAgain) {
-  Load();
-  ChooseFile(1);
-  calls.clear();
-  ChooseFile(2);
-  EXPECT_EQ(calls, (Calls{"browse", "read " + kStrings}));
-  EXPECT_EQ(chooser.selected, 0);
-  EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)"}));
-  ExpectOpened("Strings", {"Left", "Right"});
-}
-
-TEST_F(LibraryOperationsTest, ChangesAreOfferedBeforeBrowsing) {
-  Load();
-  ChangeStrings();
-  answers = {kYes};
-  chooser.chosenPath = kOutside;
-  ChooseFile(2);
-  EXPECT_EQ(calls, (Calls{kAskStrings, "write " + kStrings, "browse", "read " + kOutside}));
-}
-
-TEST_F(LibraryOperationsTest, SavingTakesTheShownCodeWithoutEndingTheEdit) {
+TEST_F(LibrariesTest, SavingTakesTheShownCodeWithoutEndingTheEdit) {
   Load();
   ChangeStrings();
   operations.SaveLibrary();
@@ -456,7 +446,7 @@ TEST_F(LibraryOperationsTest, SavingTakesTheShownCodeWithoutEndingTheEdit) {
   EXPECT_EQ(calls[1], kAskStrings);
 }
 
-TEST_F(LibraryOperationsTest, SavingWithoutASelectionStoresNoCode) {
+TEST_F(LibrariesTest, SavingWithoutASelectionStoresNoCode) {
   Load();
   ClickRow(1);
   editing.DeleteSelectedSnippet();
@@ -465,7 +455,7 @@ TEST_F(LibraryOperationsTest, SavingWithoutASelectionStoresNoCode) {
   EXPECT_EQ(store.files[kStrings], "BNS2.0\r\nLeft\r\n\r\nleft part\r\n(,)\r\nLeft$(s, 1)\r\n...\r\n");
 }
 
-TEST_F(LibraryOperationsTest, SavingAndSwitchingTakeATypedNameFirst) {
+TEST_F(LibrariesTest, SavingAndSwitchingTakeATypedNameFirst) {
   Load();
   TypeName("Links");
   operations.SaveLibrary();
@@ -476,26 +466,7 @@ TEST_F(LibraryOperationsTest, SavingAndSwitchingTakeATypedNameFirst) {
   EXPECT_EQ(calls, (Calls{"write " + kStrings, kAskStrings, "read " + kDates}));
 }
 
-TEST_F(LibraryOperationsTest, AnotherSnippetsNameIsNotSaved) {
-  Load();
-  TypeName("right");
-  operations.SaveLibrary();
-  ASSERT_EQ(calls.size(), 1U);
-  EXPECT_TRUE(
-      calls[0].starts_with("64 [Brennic Snipstore 2.x] A snippet in this library already has this name."));
-}
-
-TEST_F(LibraryOperationsTest, WritingTheFileAloneSaysNothingAboutItsBeingSaved) {
-  Load();
-  for (const bool saved : {false, true}) {
-    library.Saved = saved;
-    operations.SaveCurFile();
-    EXPECT_EQ(library.Saved, saved);
-  }
-  EXPECT_EQ(store.files[kStrings], kStringsFile);
-}
-
-TEST_F(LibraryOperationsTest, AFailedWriteLeavesTheLibraryWholeToBeSavedAgain) {
+TEST_F(LibrariesTest, AFailedWriteLeavesTheLibraryWholeToBeSavedAgain) {
   Load();
   ChangeStrings();
   store.failing = true;
@@ -506,6 +477,224 @@ TEST_F(LibraryOperationsTest, AFailedWriteLeavesTheLibraryWholeToBeSavedAgain) {
   store.failing = false;
   operations.SaveLibrary();
   EXPECT_EQ(store.files[kStrings], kChangedStringsFile);
+}
+
+TEST_F(LibrariesTest, ANewLibraryIsWrittenAppendedAndOpened) {
+  Load();
+  naming.RenameLibrary();
+  naming.GetNewLib();  // cancelled
+  EXPECT_EQ(calls, Calls{"name"});
+  calls.clear();
+  chooser.names = {"My New Lib"};
+  naming.GetNewLib();
+  EXPECT_FALSE(chooser.fileNameBoxShown) << "it would rename the new library";
+  EXPECT_EQ(calls, (Calls{"name", "write " + kNew, "read " + kNew}));
+  EXPECT_EQ(store.files[kNew], NewLibraryBns());
+  EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)", "My New Lib"}));
+  EXPECT_EQ(chooser.selected, 3);
+  EXPECT_EQ(library.LibraryName, "My New Lib");
+  EXPECT_TRUE(library.Saved);
+  EXPECT_EQ(view.rows, (Rows{"New Snippet"}));
+  EXPECT_EQ(view.code, "'Insert code here.");
+}
+
+TEST_F(LibrariesTest, InAnEmptyFolderANewLibraryUnlocksTheFields) {
+  Load();
+  store.names.clear();
+  store.files.clear();
+  chooser.files.clear();
+  chooser.selected = -1;
+  library = {};
+  operations.LoadFiles();
+  ASSERT_TRUE(editing.editingDisabled());
+  chooser.names = {"My New Lib"};
+  naming.GetNewLib();
+  EXPECT_EQ(chooser.files, (Rows{"My New Lib"}));
+  EXPECT_FALSE(editing.editingDisabled());
+}
+
+TEST_F(LibrariesTest, TakenAndImpossibleNamesAreAskedForAgain) {
+  Load();
+  chooser.names = {"Dates", "(Browse...)", "My New Lib"};
+  naming.GetNewLib();
+  EXPECT_EQ(Calls(calls.begin(), calls.begin() + 6),
+            (Calls{"name", kTaken, "name Dates", kTaken, "name (Browse...)", "write " + kNew}));
+  EXPECT_EQ(library.LibraryName, "My New Lib");
+
+  store.failing = true;
+  calls.clear();
+  chooser.names = {"Fails"};
+  naming.GetNewLib();
+  EXPECT_EQ(calls, (Calls{"name", "write C:\\Snip\\Fails.bns",
+                          "64 [Brennic Snipstore 2.x] A file of this name cannot be made. Please choose "
+                          "another name.",
+                          "name Fails"}));
+  EXPECT_EQ(library.LibraryName, "My New Lib") << "nothing is left before there is something new";
+  EXPECT_EQ(view.rows, (Rows{"New Snippet"}));
+}
+
+TEST_F(LibrariesTest, AWindowThatEndsMeanwhileIsNotAskedOn) {
+  Load();
+  chooser.names = {"Dates", "My New Lib"};
+  whileShown = [&] { chooser.gone = true; };
+  naming.GetNewLib();
+  EXPECT_EQ(calls, (Calls{"name", kTaken}));
+}
+
+TEST_F(LibrariesTest, AnEditInProgressBelongsToTheLibraryThatIsLeft) {
+  Load();
+  TypeCode("changed");
+  chooser.names = {"My New Lib"};
+  answers = {MessageResult::Yes};
+  naming.GetNewLib();
+  EXPECT_NE(store.files[kStrings].find("changed"), std::string::npos);
+  EXPECT_EQ(store.files[kNew], NewLibraryBns());
+}
+
+TEST_F(LibrariesTest, AnEditThatCannotBeReadKeepsTheWindowAndItsLibrary) {
+  Load();
+  TypeCode("typed");
+  view.silent = true;
+  chooser.names = {"My New Lib"};
+  const std::vector<std::function<void()>> leaving = {
+      [&] { naming.GetNewLib(); }, [&] { ChooseFile(1); }, [&] { operations.OpenOutside(kDates); },
+      [&] { operations.SaveLibrary(); }, [&] { EXPECT_FALSE(operations.OfferToSave()); }};
+  for (const auto& leave : leaving) {
+    calls.clear();
+    leave();
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_TRUE(calls[0].starts_with("64 [Brennic Snipstore 2.x] The code cannot be read")) << calls[0];
+    EXPECT_EQ(library.LibraryName, "Strings");
+    EXPECT_EQ(chooser.selected, 0);
+    EXPECT_EQ(chooser.files.size(), 3U);
+  }
+  view.silent = false;
+  answers = {MessageResult::Yes};
+  EXPECT_TRUE(operations.OfferToSave());
+  EXPECT_NE(store.files[kStrings].find("typed"), std::string::npos);
+}
+
+TEST_F(LibrariesTest, RenamingMovesTheFileButNotTheNameThatIsSavedTo) {
+  Load();
+  naming.RenameLibrary();
+  ASSERT_TRUE(chooser.fileNameBoxShown);
+  EXPECT_EQ(chooser.fileNameText, "Strings");
+  TypeFileName("My New Lib");
+  naming.AcceptName();
+  EXPECT_FALSE(chooser.fileNameBoxShown);
+  EXPECT_EQ(calls, (Calls{"rename " + kStrings + " to " + kNew}));
+  EXPECT_EQ(chooser.files, (Rows{"My New Lib", "Dates", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 0);
+  EXPECT_EQ(library.LibraryName, "Strings");
+  EXPECT_EQ(operations.SavedElsewhere(), kStrings);
+  operations.SaveLibrary();
+  EXPECT_TRUE(store.files.contains(kStrings));
+  EXPECT_EQ(chooser.files, (Rows{"My New Lib", "Dates", "Strings", "(Browse...)"}));
+  EXPECT_EQ(chooser.selected, 2) << "the file that was written";
+  EXPECT_EQ(operations.SavedElsewhere(), "");
+}
+
+TEST_F(LibrariesTest, ANameThatTheFileSystemRefusesChangesNothingAndSaysNothing) {
+  Load();
+  naming.RenameLibrary();
+  TypeFileName("Dates");
+  naming.AcceptName();
+  EXPECT_EQ(calls, (Calls{"rename " + kStrings + " to " + kDates}));
+  EXPECT_EQ(chooser.files, (Rows{"Strings", "Dates", "(Browse...)"}));
+  EXPECT_FALSE(chooser.fileNameBoxShown);
+}
+
+TEST_F(LibrariesTest, TheBoxIsNeverEmptyAndLeavingItGivesUp) {
+  Load();
+  naming.RenameLibrary();
+  for (const char* blank : {"", "   "}) {
+    TypeFileName(blank);
+    EXPECT_EQ(chooser.fileNameText, "Strings");
+    EXPECT_TRUE(chooser.fileNameSelected);
+  }
+  TypeFileName(" F");
+  EXPECT_EQ(chooser.fileNameText, " F");
+  naming.txtFileName_LostFocus();
+  EXPECT_EQ(chooser.fileNameText, "Strings");
+  EXPECT_FALSE(chooser.fileNameBoxShown);
+  EXPECT_EQ(calls, Calls{});
+}
+
+TEST_F(LibrariesTest, AnotherLibraryEndsTheRenaming) {
+  Load();
+  naming.RenameLibrary();
+  operations.OpenOutside(kDates);  // dropped
+  EXPECT_FALSE(chooser.fileNameBoxShown);
+}
+
+TEST_F(LibrariesTest, WithoutASelectedSnippetThereIsNoRenaming) {
+  Load();
+  editing.ShowNothing("");
+  naming.RenameLibrary();
+  EXPECT_FALSE(chooser.fileNameBoxShown);
+}
+
+TEST_F(LibrariesTest, ADiskThatIsFullAtAnyByteLeavesTheLibraryInMemoryWhole) {
+  LoadChanged();
+  for (std::size_t room = 0; room < changedBytes.size(); ++room) {
+    store.room = room;
+    library.Saved = false;
+    operations.SaveLibrary();
+    ASSERT_EQ(store.files[kStrings], changedBytes.substr(0, room));
+    ASSERT_EQ(library.Snippets, changed.Snippets);
+    ASSERT_EQ(library.LibraryName, "Strings");
+    // A failed save counts as one; the next makes the file whole.
+    ASSERT_TRUE(library.Saved);
+    store.room = std::string::npos;
+    operations.SaveLibrary();
+    ASSERT_EQ(store.files[kStrings], changedBytes);
+  }
+}
+
+TEST_F(LibrariesTest, AQuestionAnsweredYesThatCannotBeFulfilledLeadsOnAndClaimsNothing) {
+  LoadChanged();
+  store.failing = true;
+  answers = {MessageResult::Yes};
+  operations.OfferToSave();
+  EXPECT_FALSE(library.Saved);
+  EXPECT_EQ(library.Snippets, changed.Snippets);
+
+  answers = {MessageResult::Yes};
+  ChooseFile(1);
+  EXPECT_EQ(library.LibraryName, "Dates");
+  EXPECT_TRUE(library.Saved);
+}
+
+TEST_F(LibrariesTest, WhatIsThrownWhileSavingLeavesTheLibraryUnsaved) {
+  LoadChanged();
+  store.whileBusy = [] { throw std::bad_alloc(); };
+  EXPECT_THROW(operations.SaveLibrary(), std::bad_alloc);
+  EXPECT_FALSE(library.Saved);
+  EXPECT_FALSE(view.waiting);
+  EXPECT_EQ(library.Snippets, changed.Snippets);
+}
+
+TEST_F(LibrariesTest, MemoryThatRunsOutWhileALibraryIsOpenedNeverGivesOneLibraryTheNameOfAnother) {
+  for (const std::string& name : store.names) {
+    store.files[store.PathOf(name)] = WriteBns(std::vector{Snippet{name, "", "x", "about"}});
+  }
+  Load();
+  bool opened = false;
+  for (int texts = 0; !opened; ++texts) {
+    SCOPED_TRACE(texts);
+    ASSERT_LT(texts, 20);
+    library.Saved = true;
+    chooser.textsBeforeMemoryRunsOut = -1;
+    ChooseFile(0);
+    chooser.textsBeforeMemoryRunsOut = texts;
+    try {
+      ChooseFile(1);
+      opened = true;
+    } catch (const std::bad_alloc&) {
+    }
+    ASSERT_FALSE(library.Snippets.empty());
+    EXPECT_EQ(library.Snippets[0].Name, library.LibraryName);
+  }
 }
 
 TEST(LibraryNameTest, AFullPathStandsForItsBareFileName) {
