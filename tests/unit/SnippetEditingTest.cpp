@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <sstream>
+
 #include "tests/unit/FakeMainWindow.h"
 
 namespace snip::test {
@@ -22,7 +27,6 @@ Snippet Placeholder(const std::string& attachment) {
 }
 
 const Snippets kThree = {Named("one"), Named("two"), Named("three")};
-const std::string kNoSelection = "64 [Brennic Snipstore 2.x] No snippet selected.";
 
 class SnippetEditingTest : public FakeMainWindow {
  protected:
@@ -33,6 +37,52 @@ class SnippetEditingTest : public FakeMainWindow {
     library.LibraryName = "Numbers";
     library.Saved = true;
     editing.ShowLibrary();
+  }
+
+  /// Runs steps like "row 1; rename; name deux; enter".
+  void Do(const std::string& script) {
+    const std::map<std::string, std::function<void(const std::string&)>> steps = {
+        {"row", [&](const std::string& row) { ClickRow(std::stoi(row)); }},
+        {"hold", [&](const std::string& row) { view.selected = std::stoi(row); }},  // not told yet
+        {"edit", [&](const std::string&) { editing.EditSnippet(); }},
+        {"double", [&](const std::string&) { editing.txtCode_DblClick(); }},
+        {"code", [&](const std::string& text) { view.code = text; }},
+        {"store", [&](const std::string&) { editing.StoreShownCode(); }},
+        {"leave", [&](const std::string&) { editing.txtCode_LostFocus(); }},
+        {"describe", [&](const std::string& text) { TypeDescription(text); }},
+        {"rename", [&](const std::string&) { editing.lstCode_DblClick(); }},
+        {"name", [&](const std::string& text) { view.nameBoxText = text; }},
+        {"enter", [&](const std::string&) { editing.SettleName(); }},
+        {"escape", [&](const std::string&) { editing.txtName_Cancel(); }},
+        {"new", [&](const std::string&) { editing.NewSnippet(); }},
+        {"delete", [&](const std::string&) { editing.DeleteSelectedSnippet(); }},
+        {"remove", [&](const std::string& row) { editing.DeleteSnippet(std::stoi(row)); }},
+        {"only", [&](const std::string& name) { Open({Named(name)}); }},
+        {"empty", [&](const std::string&) { Open({}); }}};
+    std::istringstream lines(script);
+    for (std::string step; std::getline(lines >> std::ws, step, ';');) {
+      const std::size_t blank = std::min(step.find(' '), step.size());
+      steps.at(step.substr(0, blank))(step.substr(std::min(blank + 1, step.size())));
+    }
+  }
+  /// The rows, the selected one marked; the fields; what is going on; snippets that are not as they came, or
+  /// as a new one is; messages.
+  std::string State() const {
+    std::string state;
+    for (int row = 0; row < view.RowCount(); ++row) {
+      state += (row == view.selected ? ">" : "") + view.rows[static_cast<std::size_t>(row)] + " ";
+    }
+    state += "| " + view.code + " | " + view.description;
+    if (!view.locked) state += " | editing";
+    if (view.nameBoxRow) state += " | naming " + std::to_string(*view.nameBoxRow) + " " + view.nameBoxText;
+    for (const Snippet& snippet : library.Snippets) {
+      if (snippet == Named(snippet.Name) || snippet == Placeholder("")) continue;
+      state +=
+          " | " + snippet.Name + "=" + snippet.Code + "," + snippet.Description + "," + snippet.Attachment;
+    }
+    if (!library.Saved) state += " | changed";
+    for (const std::string& call : calls) state += " ! " + call.substr(27, 12);
+    return state;
   }
 
   /// The list and the library hold these names, in this order.
@@ -54,19 +104,85 @@ class SnippetEditingTest : public FakeMainWindow {
   }
 };
 
-TEST_F(SnippetEditingTest, ALibraryIsShownWithItsFirstSnippet) {
-  ExpectNames({"one", "two", "three"});
-  ExpectShown(0, "'one", "about one");
-  EXPECT_TRUE(view.codeSetWhileWaiting);
-  EXPECT_FALSE(view.waiting);
-
-  ClickRow(2);
-  ExpectShown(2, "'three", "about three");
-  ExpectUntouched(kThree);
-
-  Open({});
-  ExpectNames({});
-  ExpectShown(-1, "", "");
+TEST_F(SnippetEditingTest, Scripts) {
+  struct Case {
+    const char* script;
+    const char* state;
+  };
+  const Case cases[] = {
+      {"", ">one two three | 'one | about one"},
+      {"row 2", "one two >three | 'three | about three"},
+      {"empty", "|  | "},
+      // Editing the code again commits it; a double click in it selects a word.
+      {"row 1; edit", "one >two three | 'two | about two | editing"},
+      {"row 1; edit; code typed; edit",
+       "one >two three | typed | about two | two=typed,about two,C:\\two | changed"},
+      {"double; code typed; double", ">one two three | typed | about one | editing"},
+      {"edit; code typed; leave",
+       ">one two three | typed | about one | one=typed,about one,C:\\one | changed"},
+      {"edit; code 'one; leave", ">one two three | 'one | about one"},
+      {"code typed; leave", ">one two three | typed | about one"},
+      {"row 1; edit; code typed; row 2",
+       "one two >three | 'three | about three | two=typed,about two,C:\\two | changed"},
+      {"edit; code typed; store",
+       ">one two three | typed | about one | editing | one=typed,about one,C:\\one | changed"},
+      {"edit; code typed; store; code more; leave",
+       ">one two three | more | about one | one=more,about one,C:\\one | changed"},
+      // A description is stored as it is typed, unless it is emptied.
+      {"row 1; describe about two; describe ; row 0", ">one two three | 'one | about one"},
+      {"row 1; describe new; row 0", ">one two three | 'one | about one | two='two,new,C:\\two | changed"},
+      // A name is taken by Enter and by leaving its box.
+      {"row 1; rename", "one >two three | 'two | about two | naming 1 two"},
+      {"row 1; rename; name deux; enter",
+       "one >deux three | 'two | about two | deux='two,about two,C:\\two | changed"},
+      {"rename; name typed; escape; enter", ">one two three | 'one | about one"},
+      {"rename; name eins; row 2",
+       "eins two >three | 'three | about three | eins='one,about one,C:\\one | changed"},
+      {"rename; name ONE; enter", ">ONE two three | 'one | about one | ONE='one,about one,C:\\one | changed"},
+      {"rename; name three; enter", ">one two three | 'one | about one | naming 0 three ! A snippet in"},
+      {"rename; name Two; enter", ">one two three | 'one | about one | naming 0 Two ! A snippet in"},
+      {"rename; name ...; enter", ">one two three | 'one | about one | naming 0 ... ! A line of th"},
+      {"rename; name   ... ; enter", ">one two three | 'one | about one | naming 0   ...  ! A line of th"},
+      {"rename; name two; new", ">one two three | 'one | about one | naming 0 two ! A snippet in"},
+      {"rename; name eins; new",
+       "eins two three >New Snippet | 'Insert code here. | <description goes here> | naming 3 New Snippet | "
+       "eins='one,about one,C:\\one | changed"},
+      {"edit; code typed; new",
+       "one two three >New Snippet | 'Insert code here. | <description goes here> | naming 3 New Snippet | "
+       "one=typed,about one,C:\\one | changed"},
+      {"empty; new",
+       ">New Snippet | 'Insert code here. | <description goes here> | naming 0 New Snippet | changed"},
+      // After a deletion the first snippet is shown; behind the last one there is none to move up.
+      {"row 1; edit; code typed; rename; name typed; delete", ">one three | 'one | about one | changed"},
+      {"delete; delete", ">three | 'three | about three | changed"},
+      {"row 2; delete", "one two | 'three | about three | changed"},
+      {"row 2; delete; describe x; code x; store; rename; edit; double; delete; remove 2",
+       "one two | x | x | changed ! No snippet s ! No snippet s ! No snippet s ! No snippet s"},
+      {"row 2; edit; code typed; remove 0",
+       ">two three | 'two | about two | three=typed,about three,C:\\three | changed"},
+      {"only one; delete",
+       ">New Snippet | 'Insert code here. | <description goes here> | New Snippet='Insert code "
+       "here.,<description goes here>,C:\\one | changed"},
+      // With the mouse held on another row everything is about the snippet that is shown.
+      {"edit; code typed; hold 2; describe new; store; code more; leave",
+       "one two >three | more | new | one=more,new,C:\\one | changed"},
+      {"hold 2; edit", ">one two three | 'one | about one | editing"},
+      {"hold 2; rename", "one two >three | 'one | about one | naming 0 one"},
+      {"hold 2; delete", ">two three | 'two | about two | changed"},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.script);
+    calls.clear();
+    Open(kThree);
+    Do(test.script);
+    EXPECT_EQ(State(), test.state);
+    EXPECT_EQ(view.codeSetWhileWaiting, !view.code.empty());
+    EXPECT_FALSE(view.waiting);
+    EXPECT_EQ(view.focus == Focus::NameBox, view.nameBoxRow.has_value());
+    Rows names;
+    for (const Snippet& snippet : library.Snippets) names.push_back(snippet.Name);
+    EXPECT_EQ(view.rows, names);
+  }
 }
 
 TEST_F(SnippetEditingTest, WhatAFieldDoesNotTellIsNotStored) {
@@ -115,94 +231,6 @@ TEST_F(SnippetEditingTest, ALibraryThatIsShownTakesNoEditsFromTheOneBefore) {
   ExpectUntouched(others);
 }
 
-TEST_F(SnippetEditingTest, WithoutASelectionNothingCanBeDone) {
-  ClickRow(2);
-  editing.DeleteSelectedSnippet();  // behind the last row there is none to select
-  library.Saved = true;
-  TypeDescription("typed");
-  view.code = "typed";
-  editing.lstCode_Click(-1);
-  EXPECT_EQ(view.code, "typed");
-  editing.StoreShownCode();
-  editing.lstCode_DblClick();
-  EXPECT_FALSE(view.nameBoxRow.has_value());
-  EXPECT_EQ(calls, Calls{});
-
-  editing.EditSnippet();
-  editing.txtCode_DblClick();
-  editing.DeleteSelectedSnippet();
-  editing.DeleteSnippet(2);
-  EXPECT_EQ(calls, Calls(4, kNoSelection));
-  EXPECT_TRUE(view.locked);
-  ExpectUntouched({kThree[0], kThree[1]});
-}
-
-TEST_F(SnippetEditingTest, TheShownSnippetIsMeantWhileTheMouseIsHeldOnAnotherRow) {
-  TypeCode("typed");
-  view.selected = 2;  // the list tells of it when the button is let go
-  TypeDescription("typed");
-  editing.StoreShownCode();
-  view.code = "typed more";
-  editing.txtCode_LostFocus();
-  EXPECT_EQ(library.Snippets[0].Code + library.Snippets[0].Description, "typed moretyped");
-  EXPECT_EQ(library.Snippets[2], kThree[2]);
-  editing.EditSnippet();
-  EXPECT_EQ(view.selected, 0);
-  editing.txtCode_LostFocus();
-  view.selected = 2;
-  TypeName("eins");
-  EXPECT_EQ(view.nameBoxRow, 0);
-  editing.SettleName();
-  ExpectNames({"eins", "two", "three"});
-  view.selected = 2;
-  editing.DeleteSelectedSnippet();
-  ExpectNames({"two", "three"});
-}
-
-TEST_F(SnippetEditingTest, EditingUnlocksTheCodeAndEditingAgainCommitsIt) {
-  ClickRow(1);
-  editing.EditSnippet();
-  EXPECT_FALSE(view.locked);
-  EXPECT_EQ(view.focus, Focus::Code);
-
-  view.code = "typed";
-  editing.EditSnippet();
-  ExpectShown(1, "typed", "about two");
-  EXPECT_EQ(library.Snippets[1].Code, "typed");
-
-  editing.txtCode_DblClick();
-  EXPECT_FALSE(view.locked);
-  view.code = "more";
-  editing.txtCode_DblClick();
-  EXPECT_FALSE(view.locked) << "a double click selects a word in the edited code";
-}
-
-TEST_F(SnippetEditingTest, LeavingTheCodeCommitsTheEdit) {
-  TypeCode("pasted");
-  EXPECT_TRUE(library.Saved);
-  editing.txtCode_LostFocus();
-  ExpectShown(0, "pasted", "about one");
-  EXPECT_EQ(library.Snippets[0].Code, "pasted");
-  EXPECT_FALSE(library.Saved) << "changes that were not typed count when they are committed";
-
-  library.Saved = true;
-  TypeCode("pasted");
-  editing.txtCode_LostFocus();
-  EXPECT_TRUE(library.Saved) << "an edit that changed nothing is no change";
-  view.code = "not edited";
-  editing.txtCode_LostFocus();
-  EXPECT_EQ(library.Snippets[0].Code, "pasted");
-}
-
-TEST_F(SnippetEditingTest, SelectingAnotherSnippetCommitsTheEditWhereItBelongs) {
-  ClickRow(1);
-  TypeCode("typed");
-  ClickRow(2);
-  EXPECT_EQ(library.Snippets[1].Code, "typed");
-  EXPECT_EQ(library.Snippets[2], kThree[2]);
-  ExpectShown(2, "'three", "about three");
-}
-
 TEST_F(SnippetEditingTest, KeysThatTypeMakeTheLibraryUnsaved) {
   for (const char key : "\r aZ~\x7F\x80\xA0\xE9\xFF"s) {
     Open(kThree);
@@ -218,128 +246,6 @@ TEST_F(SnippetEditingTest, KeysThatTypeMakeTheLibraryUnsaved) {
     editing.txtCode_KeyPress(key);
     EXPECT_TRUE(library.Saved) << static_cast<int>(key);
   }
-}
-
-TEST_F(SnippetEditingTest, StoringTheShownCodeLetsTheEditGoOn) {
-  ClickRow(1);
-  TypeCode("typed");
-  editing.StoreShownCode();
-  EXPECT_EQ(library.Snippets[1].Code, "typed");
-  EXPECT_FALSE(view.locked);
-
-  view.code = "typed more";
-  editing.txtCode_LostFocus();
-  EXPECT_EQ(library.Snippets[1].Code, "typed more");
-}
-
-TEST_F(SnippetEditingTest, ADescriptionIsStoredAsItIsTypedUnlessItIsEmptied) {
-  ClickRow(1);
-  TypeDescription("about two");
-  TypeDescription("");
-  ExpectUntouched(kThree);
-  ClickRow(0);
-  ClickRow(1);
-  ExpectShown(1, "'two", "about two");
-
-  TypeDescription("new\r\ntext");
-  EXPECT_EQ(library.Snippets[1].Description, "new\r\ntext");
-  EXPECT_EQ(library.Snippets[0], kThree[0]);
-  EXPECT_FALSE(library.Saved);
-}
-
-TEST_F(SnippetEditingTest, ASnippetIsRenamedInABoxOverItsRow) {
-  ClickRow(1);
-  editing.lstCode_DblClick();
-  EXPECT_EQ(view.nameBoxRow, 1);
-  EXPECT_EQ(view.nameBoxText, "two");
-  EXPECT_EQ(view.focus, Focus::NameBox);
-
-  view.nameBoxText = "deux";
-  editing.SettleName();
-  ExpectNames({"one", "deux", "three"});
-  EXPECT_FALSE(view.nameBoxRow.has_value());
-  EXPECT_EQ(view.selected, 1);
-  EXPECT_FALSE(library.Saved);
-}
-
-TEST_F(SnippetEditingTest, ACancelledRenameChangesNothing) {
-  TypeName("typed");
-  editing.txtName_Cancel();
-  EXPECT_FALSE(view.nameBoxRow.has_value());
-  editing.SettleName();
-  ExpectNames({"one", "two", "three"});
-  ExpectUntouched(kThree);
-}
-
-TEST_F(SnippetEditingTest, LeavingTheBoxForAnotherRowRenamesTheRowItStoodOver) {
-  TypeName("eins");
-  ClickRow(2);
-  ExpectNames({"eins", "two", "three"});
-  EXPECT_FALSE(view.nameBoxRow.has_value());
-  ExpectShown(2, "'three", "about three");
-}
-
-TEST_F(SnippetEditingTest, ANameThatAnotherSnippetHasIsRefusedInAnyCase) {
-  for (const std::string& name : {"three"s, "THREE"s, "two"s, "Two"s}) {
-    calls.clear();
-    TypeName(name);
-    editing.SettleName();
-    EXPECT_EQ(calls,
-              Calls{"64 [Brennic Snipstore 2.x] A snippet in this library already has this name. Please "
-                    "use a different name for this snippet."});
-    ExpectNames({"one", "two", "three"});
-    ExpectUntouched(kThree);
-    EXPECT_EQ(view.nameBoxRow, 0);
-    EXPECT_EQ(view.focus, Focus::NameBox);
-    editing.txtName_Cancel();
-  }
-  calls.clear();
-  for (const std::string& name : {"one"s, "ONE"s, "four"s}) {  // its own name is no other's
-    TypeName(name);
-    editing.SettleName();
-    ExpectNames({name, "two", "three"});
-    EXPECT_FALSE(view.nameBoxRow.has_value());
-  }
-  EXPECT_EQ(calls, Calls{});
-}
-
-TEST_F(SnippetEditingTest, ANameThatWouldEndTheListInTheFileIsRefused) {
-  for (const std::string& name : {"..."s, "  ... "s}) {
-    calls.clear();
-    TypeName(name);
-    EXPECT_FALSE(editing.SettleName());
-    EXPECT_EQ(calls.size(), 1U);
-    ExpectNames({"one", "two", "three"});
-    EXPECT_EQ(view.focus, Focus::NameBox);
-    editing.txtName_Cancel();
-  }
-}
-
-TEST_F(SnippetEditingTest, WhatFollowsATypedNameTakesItFirstOrWaitsForABetterOne) {
-  TypeName("eins");
-  editing.NewSnippet();
-  ExpectNames({"eins", "two", "three", "New Snippet"});
-  TypeName("two");
-  editing.NewSnippet();
-  ExpectNames({"eins", "two", "three", "New Snippet"});
-  EXPECT_EQ(view.nameBoxText, "two") << "still there to be changed";
-}
-
-TEST_F(SnippetEditingTest, ANewSnippetIsAppendedSelectedAndReadyToBeNamed) {
-  TypeCode("typed");
-  editing.NewSnippet();
-  EXPECT_EQ(library.Snippets[0].Code, "typed");
-  ExpectNames({"one", "two", "three", "New Snippet"});
-  EXPECT_EQ(library.Snippets[3], Placeholder(""));
-  ExpectShown(3, "'Insert code here.", "<description goes here>");
-  EXPECT_EQ(view.nameBoxRow, 3);
-  EXPECT_EQ(view.nameBoxText, "New Snippet");
-
-  Open({});
-  editing.NewSnippet();
-  ExpectNames({"New Snippet"});
-  ExpectShown(0, "'Insert code here.", "<description goes here>");
-  EXPECT_FALSE(library.Saved);
 }
 
 TEST_F(SnippetEditingTest, AFullLibraryRefusesAnotherSnippet) {
@@ -366,66 +272,6 @@ TEST_F(SnippetEditingTest, AFullLibraryRefusesAnotherSnippet) {
   editing.NewSnippet();
   EXPECT_EQ(library.Snippets[5].Code, "typed") << "an edit is committed all the same";
   EXPECT_TRUE(view.locked);
-}
-
-TEST_F(SnippetEditingTest, AfterADeletionTheFirstSnippetIsShown) {
-  ClickRow(1);
-  editing.EditSnippet();
-  editing.DeleteSelectedSnippet();
-  ExpectNames({"one", "three"});
-  ExpectShown(0, "'one", "about one");
-  EXPECT_EQ(view.focus, Focus::List);
-  EXPECT_FALSE(library.Saved);
-
-  editing.DeleteSelectedSnippet();
-  ExpectNames({"three"});
-  ExpectShown(0, "'three", "about three");
-}
-
-TEST_F(SnippetEditingTest, AfterTheLastSnippetIsDeletedNoneIsSelected) {
-  ClickRow(2);
-  editing.DeleteSelectedSnippet();
-  ExpectNames({"one", "two"});
-  ExpectShown(-1, "'three", "about three");  // the fields stay as they were
-  EXPECT_FALSE(library.Saved);
-}
-
-TEST_F(SnippetEditingTest, TheOnlySnippetIsResetAndKeepsItsAttachment) {
-  Open({Named("one")});
-  editing.DeleteSelectedSnippet();
-  ExpectNames({"New Snippet"});
-  EXPECT_EQ(library.Snippets[0], Placeholder("C:\\one"));
-  ExpectShown(0, "'Insert code here.", "<description goes here>");
-  EXPECT_FALSE(library.Saved);
-}
-
-TEST_F(SnippetEditingTest, EditsGoWithTheirSnippetAndNotIntoAnother) {
-  for (const int row : {0, 1, 2}) {
-    SCOPED_TRACE(row);
-    Snippets rest = kThree;
-    rest.erase(rest.begin() + row);
-    Open(kThree);
-    ClickRow(row);
-    TypeCode("typed");
-    TypeName("typed");
-    editing.DeleteSelectedSnippet();
-    EXPECT_TRUE(view.locked);
-    EXPECT_FALSE(view.nameBoxRow.has_value());
-    editing.txtCode_LostFocus();
-    editing.SettleName();
-    ClickRow(1);
-    EXPECT_EQ(library.Snippets, rest);
-  }
-}
-
-TEST_F(SnippetEditingTest, AnEditIsKeptWhenAnotherSnippetIsDeleted) {
-  ClickRow(2);
-  TypeCode("typed");
-  editing.DeleteSnippet(0);
-  ExpectNames({"two", "three"});
-  EXPECT_EQ(library.Snippets[0], kThree[1]);
-  EXPECT_EQ(library.Snippets[1].Code, "typed");
-  ExpectShown(0, "'two", "about two");
 }
 
 TEST_F(SnippetEditingTest, WhileEditingIsDisabledNothingCanBeChanged) {
