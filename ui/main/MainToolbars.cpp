@@ -39,18 +39,21 @@ void Create(BnCommandBar& bar, HWND parent, int id, const char* name, HFONT font
 MainToolbars::MainToolbars(const SoundEffects& sounds, const ShowMessageFunction& showMessage,
                            const LibraryOperations& operations, Events events)
     : cmd({.sounds = sounds, .tip = &tip_, .showMessage = showMessage},
-          {.ButtonClicked =
-               [clicked = events.Clicked](int index) {
-                 clicked(kMainButtons[static_cast<std::size_t>(index)].command);
-               },
+          {.ButtonClicked = [this](int index) { cmd_ButtonClicked(index); },
            .Dropdown = [dropdown = std::move(events.Dropdown)](int) { dropdown(); },
            .Resize = std::move(events.Resize)}),
       cmdEdit({.sounds = sounds, .tip = &tip_, .showMessage = showMessage},
-              {.ButtonClicked =
-                   [clicked = std::move(events.Clicked)](int index) {
-                     clicked(kEditButtons[static_cast<std::size_t>(index)].command);
-                   }}),
-      tip_(operations) {}
+              {.ButtonClicked = [this](int index) { cmdEdit_ButtonClicked(index); }}),
+      tip_(operations),
+      clicked_(std::move(events.Clicked)) {}
+
+void MainToolbars::cmd_ButtonClicked(int index) const {
+  clicked_(kMainButtons[static_cast<std::size_t>(index)].command);
+}
+
+void MainToolbars::cmdEdit_ButtonClicked(int index) const {
+  clicked_(kEditButtons[static_cast<std::size_t>(index)].command);
+}
 
 void MainToolbars::CreateMain(HWND parent, int id, HFONT font) {
   tip_.SetFont(font);

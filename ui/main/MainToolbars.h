@@ -49,9 +49,12 @@ class MainToolbars {
     const LibraryOperations& operations_;
   };
 
+  void cmd_ButtonClicked(int index) const;
+  void cmdEdit_ButtonClicked(int index) const;
   void SetLook(int button, const char* caption, int picture);
 
   Tip tip_;
+  std::function<void(int command)> clicked_;
 };
 
 }  // namespace snip

@@ -101,6 +101,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void OpenSnippetsMenu(POINT screen, bool byKey);
   void PopUp(frmMenu& menu, POINT screen);
 
+  void mnuModFuncs_Clicked(int command);
   void Output();
   void CopyCode();
   bool Copy(const std::string& text);

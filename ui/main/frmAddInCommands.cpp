@@ -44,10 +44,7 @@ void frmAddIn::Do(int command) {
     case kPasteCode:
     case kCopyToClipboard:
     case kNewModule:
-      bars_.SetOutputMode(command);
-      // Also while the button itself is greyed, because it takes nothing from a library that must not be
-      // changed.
-      return Output();
+      return mnuModFuncs_Clicked(command);
     case kCopyCode:
       return CopyCode();
     case kNewSnippet:
@@ -138,6 +135,12 @@ bool frmAddIn::IsEnabled(int command) const {
     default:
       return true;
   }
+}
+
+void frmAddIn::mnuModFuncs_Clicked(int command) {
+  bars_.SetOutputMode(command);
+  // Also while the button itself is greyed, because it changes nothing in a locked library.
+  Output();
 }
 
 void frmAddIn::Output() {
