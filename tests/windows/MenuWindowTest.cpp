@@ -57,15 +57,18 @@ class Target : public Window {
   }
 };
 
+using ClassCount = std::pair<const std::string&, int>;
+
+BOOL CALLBACK CountIfOfClass(HWND window, LPARAM parameter) {
+  auto& [name, found] = *reinterpret_cast<ClassCount*>(parameter);
+  found += ClassOf(window) == name ? 1 : 0;
+  return TRUE;
+}
+
 /// Windows of this thread of a class, shown or not.
 int CountWindows(const std::string& className) {
-  std::pair<const std::string&, int> count(className, 0);
-  const auto compare = [](HWND window, LPARAM parameter) -> BOOL {
-    auto& [name, found] = *reinterpret_cast<std::pair<const std::string&, int>*>(parameter);
-    found += ClassOf(window) == name ? 1 : 0;
-    return TRUE;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), compare, reinterpret_cast<LPARAM>(&count));
+  ClassCount count(className, 0);
+  EnumThreadWindows(GetCurrentThreadId(), &CountIfOfClass, reinterpret_cast<LPARAM>(&count));
   return count.second;
 }
 
