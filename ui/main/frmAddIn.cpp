@@ -10,6 +10,7 @@
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
+#include "ui/editor/CodeColours.h"
 #include "ui/main/MainWindowKeys.h"
 
 namespace snip {
@@ -321,8 +322,10 @@ void frmAddIn::Tick() {
 
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
   const LRESULT brush = Default(message, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(field));
-  // The description stands out while it is edited, in a colour that the system keeps readable.
-  if (field == controls_.txtDesc() && descriptionEdited_) SetTextColor(dc, GetSysColor(COLOR_HOTLIGHT));
+  // The description stands out while it is edited. The hot colour is near white in some colour schemes.
+  if (field == controls_.txtDesc() && descriptionEdited_) {
+    SetTextColor(dc, CodeColoursOn(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT)).keyword);
+  }
   return brush;
 }
 
