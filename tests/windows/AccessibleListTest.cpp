@@ -567,11 +567,11 @@ TEST_F(AccessibleListTest, QueriesLeaveNothingBehind) {
 /// callback has no parameter for its owner, so that there is only one at a time.
 class WinEventRecorder {
  public:
-  explicit WinEventRecorder(HWND window) {
+  explicit WinEventRecorder(HWND window)
+      : hook_(SetWinEventHook(EVENT_SYSTEM_MENUPOPUPSTART, EVENT_OBJECT_NAMECHANGE, nullptr, &Receive,
+                              GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT)) {
     heard = {};
     listenedTo = window;
-    hook_ = SetWinEventHook(EVENT_SYSTEM_MENUPOPUPSTART, EVENT_OBJECT_NAMECHANGE, nullptr, &Receive,
-                            GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
   }
   ~WinEventRecorder() { UnhookWinEvent(hook_); }
   WinEventRecorder(const WinEventRecorder&) = delete;

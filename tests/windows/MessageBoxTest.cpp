@@ -148,8 +148,9 @@ TEST_F(MessageBoxTest, TheOwnerTakesNoInputWhileTheBoxIsOpen) {
 
   // In the background no window is the active one; a palette or a tip that lies above is not what is asked
   // about.
-  CreateWindowExA(WS_EX_TOOLWINDOW, "STATIC", "palette", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200,
-                  owner.get(), nullptr, nullptr, nullptr);
+  ASSERT_NE(CreateWindowExA(WS_EX_TOOLWINDOW, "STATIC", "palette", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10,
+                            300, 200, owner.get(), nullptr, nullptr, nullptr),
+            nullptr);
   SetForegroundWindow(GetDesktopWindow());
   ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == nullptr; }));
   showOver(owner.get());

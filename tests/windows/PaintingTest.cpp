@@ -318,63 +318,64 @@ TEST_F(ButtonPainterTest, DrawsTheParts) {
   const auto border = [](int style) -> Part {
     return [=](const auto& on) { on.DrawBorder({0, 0, 5, 4}, style); };
   };
-  for (const Case& expected : std::vector<Case>{
-           {"erased",
-            [](const auto& on) {
-              on.Erase({1, 1, 3, 2});
-            },
-            {"ooooo", "obbbo", "obbbo", "ooooo"}},
-           {"raised",
-            [](const auto& on) {
-              on.DrawEdge({1, 1, 4, 3}, on.Raised());
-            },
-            {"oooooo", "oHHHSo", "oHooSo", "oSSSSo", "oooooo"}},
-           {"sunken",
-            [](const auto& on) {
-              on.DrawEdge({1, 1, 4, 3}, on.Sunken());
-            },
-            {"oooooo", "oSSSHo", "oSooHo", "oHHHHo", "oooooo"}},
-           {"flat takes an earlier edge away",
-            [](const auto& on) {
-              on.DrawEdge({1, 1, 4, 3}, on.Sunken()), on.DrawEdge({1, 1, 4, 3}, on.Flat());
-            },
-            {"oooooo", "obbbbo", "oboobo", "obbbbo", "oooooo"}},
-           {"separators",
-            [](const auto& on) {
-              on.DrawSeparator({1, 1, 5, 3}), on.DrawSeparator({7, 1, 6, 3});
-            },
-            {"oooooooooooooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "oooooooooooooo"}},
-           {"the grip",
-            [](const auto& on) { on.DrawGrip(6); },
-            {"ooooooooooo", "ooooooooooo", "oooHHSHHSoo", "oooHoSHoSoo", "oooHoSHoSoo", "oooSSSSSSoo",
-             "ooooooooooo"}},
-           {"no border", border(0), {"ooooo", "ooooo", "ooooo", "ooooo"}},
-           {"a border", border(1), bordered},
-           {"any other border", border(-1), bordered},
-           {"the arrow in the caption's colour",
-            [&](const auto& on) {
-              on.DrawArrow(arrow.get(), {1, 1, arrow->size().width, arrow->size().height});
-            },
-            {"ooooooo", "offfffo", "oofffoo", "ooofooo", "ooooooo"}},
-           {"the ground at the mask colour",
-            [&](const auto& on) {
-              on.DrawPicture(&picture, {1, 1, 3, 3}, kMask, true);
-            },
-            {"ooooo", "oodoo", "olmoo", "okwoo", "ooooo"}},
-           {"another mask colour",
-            [&](const auto& on) {
-              on.DrawPicture(&picture, {1, 1, 3, 3}, kMagenta, true);
-            },
-            {"ooooo", "o.d.o", "olo.o", "okw.o", "ooooo"}},
-           {"no picture",
-            [&](const auto& on) {
-              for (const Picture* none : {static_cast<const Picture*>(nullptr), &empty}) {
-                for (const bool enabled : {true, false}) on.DrawPicture(none, {1, 1, 3, 3}, kMask, enabled);
-                on.DrawArrow(none, {1, 1, 3, 3});
-              }
-            },
-            nothing},
-       }) {
+  const std::vector<Case> cases{
+      {"erased",
+       [](const auto& on) {
+         on.Erase({1, 1, 3, 2});
+       },
+       {"ooooo", "obbbo", "obbbo", "ooooo"}},
+      {"raised",
+       [](const auto& on) {
+         on.DrawEdge({1, 1, 4, 3}, on.Raised());
+       },
+       {"oooooo", "oHHHSo", "oHooSo", "oSSSSo", "oooooo"}},
+      {"sunken",
+       [](const auto& on) {
+         on.DrawEdge({1, 1, 4, 3}, on.Sunken());
+       },
+       {"oooooo", "oSSSHo", "oSooHo", "oHHHHo", "oooooo"}},
+      {"flat takes an earlier edge away",
+       [](const auto& on) {
+         on.DrawEdge({1, 1, 4, 3}, on.Sunken()), on.DrawEdge({1, 1, 4, 3}, on.Flat());
+       },
+       {"oooooo", "obbbbo", "oboobo", "obbbbo", "oooooo"}},
+      {"separators",
+       [](const auto& on) {
+         on.DrawSeparator({1, 1, 5, 3}), on.DrawSeparator({7, 1, 6, 3});
+       },
+       {"oooooooooooooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "ooSHoooooSHooo", "oooooooooooooo"}},
+      {"the grip",
+       [](const auto& on) { on.DrawGrip(6); },
+       {"ooooooooooo", "ooooooooooo", "oooHHSHHSoo", "oooHoSHoSoo", "oooHoSHoSoo", "oooSSSSSSoo",
+        "ooooooooooo"}},
+      {"no border", border(0), {"ooooo", "ooooo", "ooooo", "ooooo"}},
+      {"a border", border(1), bordered},
+      {"any other border", border(-1), bordered},
+      {"the arrow in the caption's colour",
+       [&](const auto& on) {
+         on.DrawArrow(arrow.get(), {1, 1, arrow->size().width, arrow->size().height});
+       },
+       {"ooooooo", "offfffo", "oofffoo", "ooofooo", "ooooooo"}},
+      {"the ground at the mask colour",
+       [&](const auto& on) {
+         on.DrawPicture(&picture, {1, 1, 3, 3}, kMask, true);
+       },
+       {"ooooo", "oodoo", "olmoo", "okwoo", "ooooo"}},
+      {"another mask colour",
+       [&](const auto& on) {
+         on.DrawPicture(&picture, {1, 1, 3, 3}, kMagenta, true);
+       },
+       {"ooooo", "o.d.o", "olo.o", "okw.o", "ooooo"}},
+      {"no picture",
+       [&](const auto& on) {
+         for (const Picture* none : {static_cast<const Picture*>(nullptr), &empty}) {
+           for (const bool enabled : {true, false}) on.DrawPicture(none, {1, 1, 3, 3}, kMask, enabled);
+           on.DrawArrow(none, {1, 1, 3, 3});
+         }
+       },
+       nothing},
+  };
+  for (const Case& expected : cases) {
     const TestCanvas canvas = PlainCanvas(static_cast<int>(expected.painted.front().size()),
                                           static_cast<int>(expected.painted.size()));
     expected.draw(On(canvas));

@@ -1,6 +1,7 @@
 #include "ui/dialogs/SystemInformation.h"
 
 #include <array>
+#include <cstring>
 
 #include "platform/Handle.h"
 #include "version.h"
@@ -43,7 +44,8 @@ void StartProgram(const std::string& stored) {
 std::string Expanded(const std::string& text) {
   std::string expanded(ExpandEnvironmentStringsA(text.c_str(), nullptr, 0) + 1, '\0');
   ExpandEnvironmentStringsA(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
-  return expanded.c_str();
+  expanded.resize(std::strlen(expanded.c_str()));
+  return expanded;
 }
 
 }  // namespace
