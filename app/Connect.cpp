@@ -45,6 +45,8 @@ Connect::Session::Session(Connect& connect, IDispatch* vbInst)
 Connect::Connect(ServerLife& life, AddInWindow& window) : ServerObject(life), life_(life), window_(window) {}
 
 Connect::~Connect() {
+  // While the window asks whether to save, nothing may refer to this again: it would end a second time.
+  watch_.reset();
   Disconnect();
   window_.Forget(*this);
 }

@@ -84,6 +84,13 @@ class AddInTest : public testing::Test {
     EXPECT_EQ(host.Ask("references"), "0") << "of the environment's objects";
     host.Ask("release");
   }
+  static bool Connected() {
+    return FindWindowExA(HWND_MESSAGE, nullptr, "SnipstoreConnection", nullptr) != nullptr;
+  }
+  static void Describe(HWND window) {
+    SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
+                 reinterpret_cast<LPARAM>("changed "));
+  }
   static void Paste(HWND window) { PostMessageA(window, WM_COMMAND, Command::kPasteCode, 0); }
   /// Pastes the first snippet into Form1, which makes it `text`.
   static void PasteInto(HostProcess& host, HWND window, const std::string& text) {
@@ -166,24 +173,40 @@ TEST_F(AddInTest, ChoosingTheEntryOpensTheWindowAndClosingHidesIt) {
 }
 
 TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
-  for (const bool released : {false, true}) {
-    SCOPED_TRACE(released);
+  enum class End { Disconnection, Close, DeathDuringTheQuestion };
+  for (const End end : {End::Disconnection, End::Close, End::DeathDuringTheQuestion}) {
+    SCOPED_TRACE(static_cast<int>(end));
+    const bool released = end != End::Disconnection;
     HostProcess host(LibraryPath());
     host.Ask("module Form1 1 a");
     EXPECT_EQ(host.Ask("connect 2"), "0");
     if (released) host.Ask("release");
     const HWND window = program_.MainWindow();
     ASSERT_NE(window, nullptr);
+    const UniqueKernelObject server(OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, ServerIds().at(0)));
     EXPECT_EQ(host.Ask("entries"), "");
     PasteInto(host, window, "Sub A()|  Beep|End Sub|a|");
+    if (end == End::DeathDuringTheQuestion) Describe(window);
     if (!released) {
       Disconnect(host);
     } else {
       PostMessageA(window, WM_CLOSE, 0, 0);
     }
+    if (end == End::DeathDuringTheQuestion) {
+      EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 1U; }));
+      host.Kill();
+      EXPECT_TRUE(WaitUntil([] { return !Connected(); }));
+      EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
+    }
     EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
-    EXPECT_EQ(host.Ask("references"), "0");
+    DWORD exitCode = STILL_ACTIVE;
+    GetExitCodeProcess(server.get(), &exitCode);
+    EXPECT_EQ(exitCode, 0U);
+    if (end != End::DeathDuringTheQuestion) {
+      EXPECT_EQ(host.Ask("references"), "0");
+    }
   }
+  EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
 }
 
 TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
@@ -257,8 +280,7 @@ TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
 TEST_F(AddInTest, ADisconnectionOffersToSave) {
   HostProcess host(LibraryPath());
   const HWND window = OpenWindow(host);
-  SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
-               reinterpret_cast<LPARAM>("changed "));
+  Describe(window);
   PostMessageA(window, WM_CLOSE, 0, 0);
   EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(window) == 0; })) << "hidden without a question";
   host.Send("disconnect 1");
@@ -289,8 +311,7 @@ TEST_F(AddInTest, ADisconnectionClosesWhateverIsOpen) {
   }
   // A question whether to save does not wait any more, for the disconnection asks it again.
   const HWND window = OpenWindow(host);
-  SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
-               reinterpret_cast<LPARAM>("changed "));
+  Describe(window);
   const HWND chooser = FindControl(window, frmAddIn::kFilesId);
   PostMessageA(GetParent(chooser), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
                reinterpret_cast<LPARAM>(chooser));
@@ -307,23 +328,19 @@ TEST_F(AddInTest, ADisconnectionClosesWhateverIsOpen) {
 
 TEST_F(AddInTest, TheQuestionOfASessionsEndOutlivesTheEnvironment) {
   std::string changed = "d1";
-  const auto connected = [] {
-    return FindWindowExA(HWND_MESSAGE, nullptr, "SnipstoreConnection", nullptr) != nullptr;
-  };
   for (const auto& [disconnects, ends] : {std::pair{true, true}, {true, false}, {false, true}}) {
     SCOPED_TRACE(disconnects ? "the environment disconnects" : "the environment dies");
     SCOPED_TRACE(ends ? "the session ends" : "another program stops it");
     HostProcess host(LibraryPath());
     const HWND window = OpenWindow(host);
-    SendMessageA(FindControl(window, frmAddIn::kDescriptionId), EM_REPLACESEL, FALSE,
-                 reinterpret_cast<LPARAM>("changed "));
+    Describe(window);
     SendNotifyMessageA(window, WM_QUERYENDSESSION, 0, 0);
     EXPECT_TRUE(WaitUntil([&] { return WindowsOver(window).size() == 1U; }));
-    EXPECT_TRUE(connected());
+    EXPECT_TRUE(Connected());
     if (disconnects) Disconnect(host);
     host.Kill();
     // One that has died is missed when it is looked for, and its connection then goes with its window.
-    EXPECT_TRUE(WaitUntil([&] { return !connected(); }));
+    EXPECT_TRUE(WaitUntil([&] { return !Connected(); }));
     EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
     changed.insert(0, "changed ");
     EXPECT_TRUE(WaitUntil(
