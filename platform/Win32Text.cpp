@@ -25,8 +25,9 @@ std::string EntryText(HWND control, UINT lengthMessage, UINT textMessage, int en
   const LRESULT length = SendMessageA(control, lengthMessage, static_cast<WPARAM>(entry), 0);
   if (length < 0) return {};
   std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  SendMessageA(control, textMessage, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
-  text.resize(static_cast<std::size_t>(length));
+  const LRESULT size =
+      SendMessageA(control, textMessage, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(std::clamp<LRESULT>(size, 0, length)));  // it may have told too much
   return text;
 }
 

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -116,6 +117,26 @@ class BnRichEditTest : public testing::Test {
   HWND frame_ = nullptr;
   HWND other_ = nullptr;
 };
+
+/// In double-byte code pages the system may tell a length that would do for any entry of as many characters.
+LRESULT CALLBACK TellDoubleLength(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(list, GWLP_USERDATA));
+  const bool asksLength = message == LB_GETTEXTLEN || message == CB_GETLBTEXTLEN;
+  return CallWindowProcA(own, list, message, wParam, lParam) * (asksLength ? 2 : 1);
+}
+
+TEST_F(BnRichEditTest, ListsTellTheirEntriesAsTheyAre) {
+  const std::string entry = Letters() + "x";
+  for (const auto& [name, add, textOf] : {std::tuple{"LISTBOX", UINT{LB_ADDSTRING}, &ListBoxText},
+                                          {"COMBOBOX", UINT{CB_ADDSTRING}, &ComboBoxText}}) {
+    const HWND list = CreateControl(frame_, name, "", CBS_DROPDOWNLIST, 0, 7, nullptr, {0, 0, 90, 90});
+    SetWindowLongPtrA(list, GWLP_USERDATA,
+                      SetWindowLongPtrA(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&TellDoubleLength)));
+    SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+    EXPECT_EQ(textOf(list, 0), entry);
+    EXPECT_EQ(textOf(list, 1), "");
+  }
+}
 
 TEST_F(BnRichEditTest, UntouchedTextComesBackByteForByte) {
   std::string allBytes;
