@@ -83,6 +83,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"Text = Output: Open f For Output As #1", "...............KKKK...KKK.KKKKKK.KK..N"},
       {"Declare Sub Beep Lib \"kernel32\" Alias \"b\"", "KKKKKKK.KKK......KKK.SSSSSSSSSS.KKKKK.SSS"},
       {"lib = alias", "..........."},
+      {"Declare Sub Beep Lib _", "KKKKKKK.KKK......KKK..", statement},
       {"Open f For Binary _", "KKKK...KKK.KKKKKK..", LineState::InOpen},
       {"Access Read Write _", "KKKKKK.KKKK.KKKKK..", LineState::InOpen, LineState::InOpen},
       {"Lock Read As #1", "KKKK.KKKK.KK..N", LineState::Fresh, LineState::InOpen},

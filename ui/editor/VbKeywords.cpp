@@ -69,7 +69,8 @@ bool IsAlwaysKeyword(std::string_view word) {
 bool IsKeyword(std::string_view word, const KeywordPlace& place) {
   if (IsAlwaysKeyword(word)) return true;
   const LowerWord lower(word);
-  if (lower.text() == "alias" || lower.text() == "lib") return place.next == '"';
+  // The text may follow on the next line; no name begins with "_".
+  if (lower.text() == "alias" || lower.text() == "lib") return place.next == '"' || place.next == '_';
   // "Name a As b" renames a file; elsewhere, as in "Name = b" and "x.Name", it is a name.
   if (lower.text() == "name") {
     return place.beginsStatement && place.next != '\0' &&
