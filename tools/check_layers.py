@@ -15,6 +15,7 @@ import sys
 LAYERS = [
     ["app", "cli"],
     ["ui/main"],
+    ["find"],
     ["library", "ui/dialogs", "ui/menu", "ui/editor"],
     ["ui/commandbar"],
     ["ui/caption"],

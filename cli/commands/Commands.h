@@ -10,14 +10,15 @@ namespace snip {
 using MakeCommand = std::unique_ptr<Command>(CLI::App& app, Session& session);
 
 // Each in the file of the command.
-MakeCommand MakeList, MakeShow, MakeSearch, MakeCheck, MakeStats;
+MakeCommand MakeList, MakeShow, MakeFind, MakeSearch, MakeTags, MakeCheck, MakeStats;
 MakeCommand MakeAdd, MakeEdit, MakeRemove, MakeRename, MakeMove, MakeConvert;
 MakeCommand MakeMerge, MakeExport, MakeImport;
 MakeCommand MakeCompletion, MakeManual;
 
 /// In the order of the help.
-inline constexpr MakeCommand* kCommands[] = {
-    MakeList,   MakeShow, MakeSearch,  MakeCheck, MakeStats,  MakeAdd,    MakeEdit,       MakeRemove,
-    MakeRename, MakeMove, MakeConvert, MakeMerge, MakeExport, MakeImport, MakeCompletion, MakeManual};
+inline constexpr MakeCommand* kCommands[] = {MakeList,   MakeShow,       MakeFind,    MakeSearch, MakeTags,
+                                             MakeCheck,  MakeStats,      MakeAdd,     MakeEdit,   MakeRemove,
+                                             MakeRename, MakeMove,       MakeConvert, MakeMerge,  MakeExport,
+                                             MakeImport, MakeCompletion, MakeManual};
 
 }  // namespace snip

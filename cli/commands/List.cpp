@@ -1,5 +1,7 @@
 #include "cli/commands/Commands.h"
+#include "cli/commands/FoundLibraries.h"
 #include "cli/exchange/Json.h"
+#include "find/Tags.h"
 
 namespace snip {
 namespace {
@@ -9,14 +11,18 @@ class List : public Command {
   List(CLI::App& app, Session& session) : Command(app, session, "list", "list the snippets of a library") {
     AddLibrary(library_);
     AddFlag("-l,--long", details_, "with the first line of the description, and the attachment");
+    AddOption("--tag", tag_, "TAG", "only snippets with that tag");
     AddJson();
   }
 
   ExitCode Run() override {
     const LibraryFile library(session_, library_);
+    const Folding folding = FoldingOf(session_.page);
+    const Needle tag(Tag(), folding);
     OrderedJson list = OrderedJson::array();
     for (std::size_t i = 0; i < library.snippets.size(); ++i) {
       const Snippet& snippet = library.snippets[i];
+      if (tag_ && !HasTag(snippet.Description, tag, true, folding)) continue;
       if (session_.json) {
         OrderedJson entry = SnippetAsJson(snippet, i + 1, session_.page);
         entry.erase("code");
@@ -35,7 +41,14 @@ class List : public Command {
   }
 
  private:
+  /// Without the "#" that it may be given with.
+  std::string Tag() const {
+    const std::string tag = session_.Argument(tag_.value_or(""));
+    return tag.starts_with('#') ? tag.substr(1) : tag;
+  }
+
   std::string library_;
+  std::optional<std::string> tag_;
   bool details_ = false;
 };
 

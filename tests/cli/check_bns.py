@@ -75,6 +75,18 @@ def refuse(code, *arguments, says="", **more):
     expect(before == after, f"{arguments}: files changed: {set(before.items()) ^ set(after.items())}")
 
 
+def finding():
+    write("l.bns", LIBRARY)
+    write("tags.bns", LIBRARY.replace(b"First", b"#Best, #caf\xe9").replace(b"nothing", b"one"))
+    both = ("l.bns", "tags.bns")
+    expect(bns(DONE, "find", "one", *both).out == b"One - l.bns\nOne - tags.bns\nTwo - tags.bns\n", "find: order")
+    expect(json.loads(bns(DONE, "find", "--json", "-n1", "FIRST E in:l", *both).out) ==
+           [{"library": "l.bns", "position": 1, "name": "One", "part": "description"}], "find: as JSON")
+    expect(bns(DONE, "tags", *both).out == "#Best 1\n#café 1\n".encode(), "tags")
+    expect(bns(DONE, "list", "--tag", "#CAFE", "tags.bns").out == b"One\n", "list --tag")
+    expect(bns(NO, "find", "\u2603", *both).out == bns(NO, "tags", "l.bns").out == b"", "nothing to find")
+
+
 def reading():
     write("l.bns", LIBRARY)
     expect(bns(DONE, "list", "l.bns").out == b"One\nTwo\n", "list")
@@ -319,7 +331,7 @@ def shell_completion():
         offered = subprocess.run(["bash", "-c", script, "bash", *words], capture_output=True, check=False, text=True,
                                  env={**os.environ, "BNS": BNS[0]})
         expect(offered.stdout.strip() == wanted, f"completing {words}: {offered.stdout}{offered.stderr}")
-    for command in re.findall(r"^  (\w+)", bns(DONE, "--help").out.decode().split("Subcommands:")[1], re.M)[:16]:
+    for command in re.findall(r"^  (\w+)", bns(DONE, "--help").out.decode().split("Subcommands:")[1], re.M)[:18]:
         table = re.search(rf"\['{command}'\]='(.*)'", read("completion").decode())
         named = set(re.findall(r"--[a-z-]+", bns(DONE, command, "--help").out.decode()))
         expect(table and set(table[1].split()) == named, f"{command}: {table and table[1]} completed, {named} in the help")
@@ -329,7 +341,7 @@ def main():
     # Wine's server ends when nothing runs, and whatever starts at that moment fails: one process waits for input.
     waiting = WINE and subprocess.Popen(BNS + ["list", "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-    parts = [reading, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shortened_file, shell_completion])
+    parts = [reading, finding, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shortened_file, shell_completion])
     for part in parts:
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "find/NameMatch.h"
+#include "find/Query.h"
+#include "find/SearchedLibrary.h"
+
+namespace snip {
+
+/// A snippet that was found.
+struct Found {
+  std::uint32_t library = 0;        ///< Its place among the libraries.
+  std::uint32_t snippet = 0;        ///< From 0.
+  HitPlace place = HitPlace::None;  ///< Of the words the one that was found worst.
+
+  friend bool operator==(const Found&, const Found&) = default;
+};
+
+/// Finds snippets in libraries, the best first: a snippet is as good as the worst place of its words, then
+/// as all of them, then the later it was used.
+class Finder {
+ public:
+  /// `folding` must outlive this.
+  explicit Finder(const Folding& folding) : folding_(folding) {}
+
+  const Folding& folding() const { return folding_; }
+  const std::vector<SearchedLibraryPtr>& libraries() const { return libraries_; }
+  void SetLibraries(std::vector<SearchedLibraryPtr> libraries);
+
+  /// What matches the text, in order. Valid until the next search or other libraries.
+  const std::vector<Found>& Search(std::string_view text);
+  const std::vector<Found>& found() const { return found_; }
+  const Query& query() const { return query_; }
+  const Snippet& SnippetOf(const Found& found) const {
+    return libraries_[found.library]->snippets()[found.snippet];
+  }
+
+  /// The snippet was used: among equals it comes first from the next search on.
+  void Use(const Found& found);
+
+  // What of a text was looked for, in its order and without overlap.
+  std::vector<TextRange> PlacesInName(std::string_view name) const;
+  std::vector<TextRange> PlacesInDescription(std::string_view description) const;
+  std::vector<TextRange> PlacesInCode(std::string_view code) const;
+
+ private:
+  struct Used {
+    std::string library;  ///< Its path.
+    std::string name;
+  };
+  struct Rank;
+
+  bool MatchTerm(const QueryTerm& term, const SearchedLibrary& library, std::size_t snippet,
+                 Rank& rank) const;
+  std::optional<HitPlace> BestPlace(const QueryTerm& term, const SearchedLibrary& library,
+                                    std::size_t snippet) const;
+  bool Matches(const SearchedLibrary& library, std::size_t snippet, Rank& rank) const;
+  bool IsWanted(const SearchedLibrary& library) const;
+  std::uint64_t LatenessOf(const Found& found) const;
+  void FindUsed();
+  std::vector<TextRange> Places(std::string_view text, QueryTerm::Where where) const;
+
+  const Folding& folding_;
+  std::vector<SearchedLibraryPtr> libraries_;
+  Query query_;
+  std::vector<Needle> joined_;  ///< All words as they were typed, if there are several.
+  std::vector<Found> found_;
+  bool narrows_ = false;        ///< `found_` is all that `query_` finds.
+  std::vector<Used> used_;      ///< The last one first.
+  std::vector<Found> usedNow_;  ///< Those of them that are there, in the same order.
+};
+
+}  // namespace snip

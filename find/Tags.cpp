@@ -1,0 +1,60 @@
+#include "find/Tags.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+namespace snip {
+namespace {
+
+bool IsDigit(char byte) {
+  return byte >= '0' && byte <= '9';
+}
+
+}  // namespace
+
+void ForEachTag(std::string_view description, const Folding& folding,
+                const std::function<bool(std::string_view tag, TextRange place)>& take) {
+  for (std::size_t at = description.find('#'); at < description.size(); at = description.find('#', at + 1)) {
+    const std::size_t begin = at + 1;
+    const auto isWord = [&](std::size_t i) {
+      return i < description.size() && folding.IsWord(description[i]);
+    };
+    if ((at > 0 && isWord(at - 1)) || !isWord(begin) || IsDigit(description[begin])) continue;
+    std::size_t end = begin;
+    while (isWord(end) || (end < description.size() && description[end] == '-' && isWord(end + 1))) ++end;
+    if (!take(description.substr(begin, end - begin), {at, end})) return;
+  }
+}
+
+bool HasTag(std::string_view description, const Needle& tag, bool wholeTag, const Folding& folding) {
+  bool has = false;
+  ForEachTag(description, folding, [&](std::string_view one, TextRange) {
+    has = tag.MatchesAt(one, 0) && (!wholeTag || one.size() == tag.folded().size());
+    return !has;
+  });
+  return has;
+}
+
+std::vector<TagCount> CountTags(const std::vector<SearchedLibraryPtr>& libraries, const Folding& folding) {
+  std::map<std::string, TagCount> counts;
+  std::map<std::string, std::string_view> ofSnippet;
+  for (const SearchedLibraryPtr& library : libraries) {
+    for (const Snippet& snippet : library->snippets()) {
+      ofSnippet.clear();
+      ForEachTag(snippet.Description, folding, [&](std::string_view tag, TextRange) {
+        ofSnippet.emplace(folding.Fold(tag), tag);
+        return true;
+      });
+      for (const auto& [folded, tag] : ofSnippet) {
+        TagCount& count = counts.try_emplace(folded, std::string(tag)).first->second;
+        ++count.count;
+      }
+    }
+  }
+  std::vector<TagCount> tags;
+  for (auto& [folded, count] : counts) tags.push_back(std::move(count));
+  return tags;
+}
+
+}  // namespace snip
