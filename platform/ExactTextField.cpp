@@ -16,6 +16,7 @@ void Paste(HWND control) {
   if ((style & ES_READONLY) != 0 || text.empty()) return;
   if ((style & ES_MULTILINE) == 0) text.resize(std::min(text.find('\r'), text.size()));
   SendMessageA(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+  SendMessageA(control, EM_SETMODIFY, TRUE, 0);  // no documentation says that the control does
 }
 
 }  // namespace

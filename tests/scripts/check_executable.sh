@@ -25,6 +25,7 @@ if [ "$format" = pei-i386 ]; then
     FNR == NR && /^#/ { next }
     FNR == NR { if (sub(/:$/, "", $1)) { dll = $1; $1 = "" } for (i = 1; i <= NF; ++i) known[dll, $i]; next }
     /DLL Name:/ { dll = tolower($3) }
+    $3 == "<none>" { $3 = $2 }  # imported by number
     NF == 3 && $1 ~ /^[0-9a-f]+$/ && $2 ~ /^[0-9]+$/ && !((dll, $3) in known) { printf "%s of %s, ", $3, dll }
   ' "$(dirname "$0")/windows_xp_exports.txt" - <<<"$dump")
   [ -z "$lacking" ] || fault "imports ${lacking%, }, which windows_xp_exports.txt does not list"
