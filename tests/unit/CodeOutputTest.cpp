@@ -69,7 +69,7 @@ std::unique_ptr<HostModule> FakeHost::AddStandardModule() {
   return Call("add"), std::make_unique<FakeModule>(*this);
 }
 
-class CodeOutputTest : public FakeMainWindow {
+class CodeOutputTest : public testing::Test, protected FakeMainWindow {
  protected:
   void Run(bool all) {
     library.Snippets = {{"A", "", "one", ""}, {"B", "", "two", ""}};

@@ -199,11 +199,12 @@ class FakeStore : public LibraryStore {
 };
 
 /// The logic of the main window with fakes all around, and what a user does with it.
-class FakeMainWindow : public testing::Test {
- protected:
+struct FakeMainWindow {
   FakeMainWindow() {
     view.nameBoxLeft = [this] { editing.SettleName(); };
   }
+  FakeMainWindow(const FakeMainWindow&) = delete;
+  FakeMainWindow& operator=(const FakeMainWindow&) = delete;
 
   /// That a field was left comes to the logic after the row was chosen, as a posted message does.
   void ClickRow(int row) {
@@ -219,11 +220,6 @@ class FakeMainWindow : public testing::Test {
   void TypeDescription(const std::string& text) {
     view.description = text;
     editing.txtDesc_Change();
-  }
-  void TypeName(const std::string& text) {
-    editing.lstCode_DblClick();
-    ASSERT_TRUE(view.nameBoxRow.has_value());
-    view.nameBoxText = text;
   }
   void ChooseFile(int entry) {
     view.MoveFocus(Focus::Elsewhere);

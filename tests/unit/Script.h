@@ -47,7 +47,7 @@ void PlayScripts(const std::string& file) {
     std::string answer;
     for (const std::string& command : Split(line.substr(0, arrow), ';')) answer = subject.value()(command);
     if (arrow != std::string::npos) {
-      EXPECT_EQ(answer, Trimmed(line.substr(arrow + 2))) << name << ": " << line;
+      EXPECT_EQ(Trimmed(answer), Trimmed(line.substr(arrow + 2))) << name << ": " << line;
     }
     line.clear();
   }
