@@ -14,7 +14,7 @@
 #include "tests/app/Program.h"
 #include "tests/host/HostProcess.h"
 #include "tests/host/HostTypeLibrary.h"
-#include "tests/soak/SoakHands.h"
+#include "tests/app/MainWindowUser.h"
 #include "tests/support/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/MainWindowKeys.h"

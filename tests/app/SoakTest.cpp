@@ -15,7 +15,7 @@ void Replays(const Script& script) {
                         << failure->difference;
 }
 
-TEST(Soak, ScriptsShowNoDifference) {
+TEST(Soak, ScriptsShowWhatTheySay) {
   int scripts = 0;
   for (const auto& file : std::filesystem::directory_iterator(SNIPSTORE_SCRIPTS)) {
     SCOPED_TRACE(file.path().filename().string());

@@ -26,8 +26,8 @@ struct RunOptions {
   std::function<void(std::size_t done)> progress{};
 };
 
-/// Carries a script out in a fresh folder until the program differs from the model; at the end the program
-/// must close by itself. `measured`, unless null, gets what the process held.
+/// Carries a script out in a fresh folder until something is not as it must be; at the end the
+/// program must close by itself. `measured`, unless null, gets what the process held.
 std::optional<Failure> Replay(const Script& script, const RunOptions& options = {},
                               Measurement* measured = nullptr);
 

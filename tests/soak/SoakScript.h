@@ -27,6 +27,10 @@ namespace snip::test {
 ///     split 0 40, size 500 300, minimise, maximise
 ///     close, kill             and starts the program again
 ///
+///     saved "x", libraries, clipboard    look at a file, the list of libraries, the clipboard
+///
+/// Behind " -> " is what is to be seen after the line: the rows, the selected one marked; the code, the
+/// description, the boxes for names, the library, where the focus is; what goes on; the messages that came.
 /// At the end of a line, "/ no" is the answer to the questions that come of it. The lines `file "x" "a" "b"`
 /// and `elsewhere "x" "a"` at the start of a script make libraries of snippets with these names, `files` some
 /// odd ones.
