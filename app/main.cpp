@@ -16,6 +16,8 @@
 #include "app/ServerLife.h"
 #include "app/StartMode.h"
 #include "app/StartUp.h"
+#include "history/LibraryKeeper.h"
+#include "history/SystemFiles.h"
 #include "library/LibraryFolder.h"
 #include "platform/Com.h"
 #include "platform/Registry32.h"
@@ -115,11 +117,17 @@ class Application {
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
   LibraryFolder folder_{ProgramDirectory()};
+  SystemFiles files_;
+  LibraryKeeper keeper_{{.folder = folder_,
+                         .files = files_,
+                         .root = HistoryRoot(),
+                         .pathForFiles = &Utf8FromAnsi,
+                         .pathFromFiles = &AnsiFromUtf8}};
   SettingsStore settings_{registry_};
   CaptionPainter captions_;
   bool serving_ = false;
   AddInWindow addInWindow_{mainWindow_};
-  frmAddIn mainWindow_{{.store = folder_,
+  frmAddIn mainWindow_{{.store = keeper_,
                         .settings = settings_,
                         .sounds = sounds_,
                         .caption = captions_,

@@ -45,6 +45,11 @@ class BnsBytes : public ByteSource {
 
   std::size_t Read(std::span<char> room) override;
   bool Failed() const override { return false; }
+  bool Rewind() override {
+    step_ = 0;
+    ahead_ = {};
+    return true;
+  }
 
  private:
   bool TakeNext();

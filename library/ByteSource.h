@@ -20,12 +20,14 @@ class ByteSource {
   virtual std::size_t Read(std::span<char> room) = 0;
   /// Whether reading failed, so that the end was not the bytes' own.
   virtual bool Failed() const = 0;
+  /// Goes back to the beginning; false when that is not possible.
+  virtual bool Rewind() { return false; }
 };
 
 /// Bytes that are in memory already, and stay there as long as this.
 class BytesInMemory : public ByteSource {
  public:
-  explicit BytesInMemory(std::string_view bytes) : rest_(bytes) {}
+  explicit BytesInMemory(std::string_view bytes) : all_(bytes), rest_(bytes) {}
 
   std::size_t Read(std::span<char> room) override {
     const std::size_t got = rest_.copy(room.data(), room.size());
@@ -33,8 +35,13 @@ class BytesInMemory : public ByteSource {
     return got;
   }
   bool Failed() const override { return false; }
+  bool Rewind() override {
+    rest_ = all_;
+    return true;
+  }
 
  private:
+  std::string_view all_;
   std::string_view rest_;
 };
 

@@ -7,6 +7,7 @@
 
 #include "library/Library.h"
 #include "platform/Handle.h"
+#include "platform/PatientFile.h"
 #include "platform/Text.h"
 #include "platform/Win32Text.h"
 
@@ -24,13 +25,9 @@ bool IsLibrary(const WIN32_FIND_DATAA& entry) {
 /// No library is that large, and a 32-bit process has no room for much more.
 constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
-/// A path as the system takes it without its old limit of 260 characters, if it is one that can be given so.
-std::wstring LongPath(const std::string& path) {
+std::wstring SystemPath(const std::string& path) {
   const std::u16string utf16 = Utf16FromAnsi(path);
-  const std::wstring wide(utf16.begin(), utf16.end());
-  const bool onDrive =
-      path.size() > 2 && path[1] == ':' && path[2] == '\\' && path.find('/') == std::string::npos;
-  return onDrive ? L"\\\\?\\" + wide : wide;
+  return LongPath(std::wstring(utf16.begin(), utf16.end()));
 }
 
 /// The bytes of an open file.
@@ -51,19 +48,15 @@ class FileBytes : public ByteSource {
   bool failed_ = false;
 };
 
-/// Opens a file for one that reads with others, or writes alone. Whoever stands in the way mostly goes in a
-/// moment: another instance that saves or opens the same library, or a program that looks through new and
-/// changed files and may still hold the one just deleted, whose name is only free when it lets go.
+/// Opens a file for one that reads with others, or writes alone. The name of one just deleted is only free
+/// when the last program that has it open lets go.
 UniqueFile OpenPatiently(const std::wstring& path, DWORD access, DWORD disposition) {
-  constexpr int attempts = 10;
-  constexpr DWORD pauseMs = 20;
   UniqueFile file;
-  for (int attempt = 0; attempt < attempts && !file; ++attempt) {
-    if (attempt > 0) Sleep(pauseMs);
+  Patiently([&] {
     file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
                            FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!file && GetLastError() != ERROR_ACCESS_DENIED && GetLastError() != ERROR_SHARING_VIOLATION) break;
-  }
+    return static_cast<bool>(file);
+  });
   return file;
 }
 
@@ -109,11 +102,11 @@ bool LibraryFolder::IsInFolder(const std::string& path) const {
 }
 
 bool LibraryFolder::Exists(const std::string& path) const {
-  return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+  return GetFileAttributesW(SystemPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
-  UniqueFile file = OpenPatiently(LongPath(path), GENERIC_READ, OPEN_EXISTING);
+  UniqueFile file = OpenPatiently(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};
   if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return nullptr;
   return std::make_unique<FileBytes>(std::move(file));
@@ -122,7 +115,7 @@ std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
 bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   if (!IsInFolder(path)) return false;
   const std::unique_ptr<char[]> piece(new char[ByteSource::kWrittenPiece]);
-  const std::wstring longPath = LongPath(path);
+  const std::wstring longPath = SystemPath(path);
   DeleteFileW(longPath.c_str());
   const UniqueFile file = OpenPatiently(longPath, GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
@@ -130,12 +123,12 @@ bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
     DWORD written = 0;
     if (WriteFile(file.get(), piece.get(), size, &written, nullptr) == 0 || written != size) return false;
   }
-  return !bytes.Failed();
+  return FlushFileBuffers(file.get()) != 0 && !bytes.Failed();
 }
 
 bool LibraryFolder::Rename(const std::string& path, const std::string& newPath) {
   if (!IsInFolder(newPath)) return false;
-  return MoveFileW(LongPath(path).c_str(), LongPath(newPath).c_str()) != 0;
+  return MoveFileW(SystemPath(path).c_str(), SystemPath(newPath).c_str()) != 0;
 }
 
 }  // namespace snip

@@ -24,6 +24,11 @@ class LibraryStore {
   virtual bool Replace(const std::string& path, ByteSource&& bytes) = 0;
   /// False, and nothing is changed, when there is a file of the new name already or the system refuses.
   virtual bool Rename(const std::string& path, const std::string& newPath) = 0;
+
+  /// From now on the library in memory is that file's: it has been read from there, or saved there.
+  virtual void OpenedOrSaved(const std::string& /*path*/) {}
+  /// The open library is left, and its changes, which these bytes hold, are in no file.
+  virtual void ThrownAway(ByteSource&& /*bytes*/) {}
 };
 
 }  // namespace snip

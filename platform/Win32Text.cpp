@@ -31,6 +31,16 @@ std::string EntryText(HWND control, UINT lengthMessage, UINT textMessage, int en
   return text;
 }
 
+std::u16string Utf16From(UINT codePage, std::string_view text) {
+  const int bytes = static_cast<int>(text.size());
+  std::u16string wide(text.size(), u'\0');
+  // On the platform both are UTF-16.
+  const int size =
+      MultiByteToWideChar(codePage, 0, text.data(), bytes, reinterpret_cast<wchar_t*>(wide.data()), bytes);
+  wide.resize(static_cast<std::size_t>(size));
+  return wide;
+}
+
 }  // namespace
 
 std::optional<std::string> FieldText(HWND control) {
@@ -63,13 +73,21 @@ std::string ComboBoxText(HWND combo, int entry) {
 }
 
 std::u16string Utf16FromAnsi(std::string_view text) {
-  const int bytes = static_cast<int>(text.size());
-  std::u16string wide(text.size(), u'\0');
-  // On the platform both are UTF-16.
-  const int size =
-      MultiByteToWideChar(CP_ACP, 0, text.data(), bytes, reinterpret_cast<wchar_t*>(wide.data()), bytes);
-  wide.resize(static_cast<std::size_t>(size));
-  return wide;
+  return Utf16From(CP_ACP, text);
+}
+
+std::string Utf8FromAnsi(const std::string& text) {
+  const std::u16string utf16 = Utf16FromAnsi(text);
+  std::string utf8(utf16.size() * 3, '\0');
+  const int size = WideCharToMultiByte(CP_UTF8, 0, reinterpret_cast<const wchar_t*>(utf16.data()),
+                                       static_cast<int>(utf16.size()), utf8.data(),
+                                       static_cast<int>(utf8.size()), nullptr, nullptr);
+  utf8.resize(static_cast<std::size_t>(size));
+  return utf8;
+}
+
+std::string AnsiFromUtf8(const std::string& text) {
+  return AnsiFromUtf16(Utf16From(CP_UTF8, text));
 }
 
 std::string AnsiFromUtf16(std::u16string_view text) {

@@ -24,6 +24,9 @@ std::u16string Utf16FromAnsi(std::string_view text);
 /// What the code page lacks becomes "?" or its closest letter.
 std::string AnsiFromUtf16(std::u16string_view text);
 
+std::string Utf8FromAnsi(const std::string& text);
+std::string AnsiFromUtf8(const std::string& text);
+
 /// Equality without regard to letter case in the system's ANSI code page, upper half included.
 bool SameTextIgnoringCase(const std::string& a, const std::string& b);
 

@@ -15,7 +15,8 @@ import sys
 LAYERS = [
     ["app", "cli"],
     ["ui/main"],
-    ["find"],
+    ["ui/history"],
+    ["find", "history"],
     ["library", "ui/dialogs", "ui/menu", "ui/editor"],
     ["ui/commandbar"],
     ["ui/caption"],

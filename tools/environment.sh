@@ -11,7 +11,7 @@ export LC_ALL=C.UTF-8
 build_packages=(
   cmake ninja-build ccache g++ python3 googletest librsvg2-bin
   g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
-  libboost1.81-dev libcli11-dev librapidxml-dev libutfcpp-dev nlohmann-json3-dev)
+  libboost1.81-dev libcli11-dev librapidxml-dev libutfcpp-dev libxxhash-dev nlohmann-json3-dev)
 display_packages=(fonts-wine fonts-liberation2 locales xvfb xdotool x11-utils imagemagick)
 wine_packages=(wine wine64 "${display_packages[@]}")
 wine_arch=win64

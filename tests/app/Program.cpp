@@ -81,6 +81,7 @@ Program::Program() {
   if (CopyFileA(ExecutablePath().c_str(), folder_.File("BnSnipstore2.exe").c_str(), TRUE) == 0) {
     throw std::runtime_error("no executable at " + ExecutablePath());
   }
+  folder_.Write("portable.txt", "");  // its histories go with the folder
 }
 
 Program::~Program() {

@@ -101,6 +101,7 @@ void LibraryOperations::cboFiles_Click() {
     library_.Saved = true;
     ListCurrentLibrary();
   }
+  Leave();
   if (view_.Gone()) return;
 
   const int entry = view_.SelectedFile();
@@ -176,6 +177,7 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
   } else {
     TakeContents(std::move(*contents));
   }
+  if (!view_.Gone()) store_.OpenedOrSaved(path);
 }
 
 void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
@@ -226,8 +228,19 @@ void LibraryOperations::ReportOmitted(std::size_t omitted) {
 
 bool LibraryOperations::SaveCurFile() {
   const WaitCursorScope wait(snippetView_);
-  // There is deliberately no word about a failure: the library stays whole in memory and can be saved again.
-  return store_.Replace(store_.PathOf(library_.LibraryName), BnsBytes(library_.Snippets));
+  // There is deliberately no message about a failure: the library stays whole in memory and can be saved
+  // again.
+  const std::string path = store_.PathOf(library_.LibraryName);
+  const bool written = store_.Replace(path, BnsBytes(library_.Snippets));
+  saveFailed_ = !written;
+  if (written) store_.OpenedOrSaved(path);
+  return written;
+}
+
+void LibraryOperations::Leave() {
+  if (library_.LibraryName.empty() || (library_.Saved && !saveFailed_)) return;
+  store_.ThrownAway(BnsBytes(library_.Snippets));
+  saveFailed_ = false;
 }
 
 std::string LibraryOperations::FileOf(const std::string& entry) const {

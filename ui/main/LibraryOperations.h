@@ -42,6 +42,8 @@ class LibraryOperations {
   /// window. False when the window has to stay, since something typed cannot be taken: the user has been
   /// told.
   bool OfferToSave();
+  /// Hands changes that are in no file to the store before the library is left.
+  void Leave();
   /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:
   /// of a library from elsewhere, or one that was renamed. Empty else, and while nothing can be saved.
   std::string SavedElsewhere() const;
@@ -72,7 +74,8 @@ class LibraryOperations {
   ShowMessageFunction showMessage_;
   SnippetEditing::TextEquality sameName_;  ///< As the file system compares names, too.
   std::optional<LibraryAhead> ahead_;
-  int openEntry_ = -1;  ///< Of the chooser; the user has another one selected there when he tells of it.
+  bool saveFailed_ = false;  ///< The last one, though the library counts as saved since.
+  int openEntry_ = -1;       ///< Of the chooser; the user has another one selected there when he tells of it.
 };
 
 /// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it, or on a server, is a full

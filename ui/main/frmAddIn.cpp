@@ -165,6 +165,7 @@ void frmAddIn::Form_Unload() {
   bars_.Destroy();
   captionHook_.Remove();
   CloseSettings();
+  operations_.Leave();
   // The window may be made again: it then starts from its files.
   library_ = {};
   editing_.Reset();

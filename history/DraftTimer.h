@@ -1,0 +1,31 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+
+namespace snip {
+
+/// When changes that are not saved are to be written as a draft: after a pause, and during steady work now
+/// and then. Times are milliseconds of any clock that does not go back.
+class DraftTimer {
+ public:
+  static constexpr std::uint64_t kPauseMs = 10000;
+  static constexpr std::uint64_t kLongestMs = 60000;
+
+  void Changed(std::uint64_t now) {
+    last_ = now;
+    if (!first_) first_ = now;
+  }
+  bool Due(std::uint64_t now) const {
+    return first_ && now >= std::min(last_ + kPauseMs, *first_ + kLongestMs);
+  }
+  /// A draft is written, or there is nothing to be written any more.
+  void Done() { first_.reset(); }
+
+ private:
+  std::optional<std::uint64_t> first_;  ///< The first change that no draft holds.
+  std::uint64_t last_ = 0;
+};
+
+}  // namespace snip

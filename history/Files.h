@@ -1,0 +1,67 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace snip {
+
+using UtcTime = std::chrono::sys_time<std::chrono::milliseconds>;
+
+/// What tells that a file has not changed, without reading it.
+struct FileStamp {
+  bool exists = false;
+  std::uint64_t size = 0;
+  std::int64_t changed = 0;  ///< In units of 100 ns since 1970, UTC.
+
+  UtcTime time() const { return UtcTime(std::chrono::milliseconds(changed / 10000)); }
+  friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+struct FileEntry {
+  std::string name;
+  std::uint64_t size = 0;
+};
+
+/// Something of the system's that is given back when this goes.
+class Held {
+ public:
+  Held() = default;
+  virtual ~Held() = default;
+  Held(const Held&) = delete;
+  Held& operator=(const Held&) = delete;
+};
+
+/// The files and the clock as the history uses them. Paths are full, in UTF-8, with "/" or the system's own
+/// separator. Any call may fail, and may be made in any thread.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// Nothing when it cannot be told whether there is such a file.
+  virtual std::optional<FileStamp> Stamp(const std::string& path) = 0;
+  virtual std::optional<std::string> Read(const std::string& path) = 0;
+  /// Makes or overwrites a file, and returns when the bytes are on the disk.
+  virtual bool Write(const std::string& path, std::string_view bytes) = 0;
+  /// Renames a file and replaces one of the new name in one step.
+  virtual bool Move(const std::string& from, const std::string& to) = 0;
+  virtual bool Remove(const std::string& path) = 0;
+  /// Makes a folder, and those around it. True also when there is one.
+  virtual bool MakeFolder(const std::string& path) = 0;
+  /// What a folder holds, in any order; nothing when there is none.
+  virtual std::vector<FileEntry> List(const std::string& folder) = 0;
+  virtual UtcTime Now() = 0;
+  /// One text for all ways to write the path of a file.
+  virtual std::string Identity(const std::string& path) = 0;
+  /// Keeps other programs from working at `path` as long as the result lives. Waits for them for some
+  /// seconds; null when they go on, or the system refuses. Belongs to the thread that asked.
+  virtual std::unique_ptr<Held> Lock(const std::string& path) = 0;
+  /// Null when another program, or this one, holds the claim to `path` already.
+  virtual std::unique_ptr<Held> Claim(const std::string& path) = 0;
+};
+
+}  // namespace snip

@@ -1,0 +1,252 @@
+#include "history/LibraryKeeper.h"
+
+#include <array>
+#include <exception>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "history/ContentHash.h"
+#include "library/Library.h"
+
+namespace snip {
+namespace {
+
+constexpr std::string_view kDraft = "draft";
+
+std::string DraftName(int number) {
+  return std::string(kDraft) + (number == 0 ? "" : "-" + std::to_string(number)) + ".bns";
+}
+
+std::string ReadAll(ByteSource& source) {
+  std::string bytes;
+  std::size_t size = 0;
+  for (;;) {
+    bytes.resize(size + ByteSource::kWrittenPiece);
+    const std::size_t got = source.Read({bytes.data() + size, ByteSource::kWrittenPiece});
+    size += got;
+    if (got == 0) break;
+  }
+  bytes.resize(size);
+  return bytes;
+}
+
+}  // namespace
+
+/// Tells the keeper what a library's file holds once it is read to its end.
+class LibraryKeeper::WatchedBytes : public ByteSource {
+ public:
+  WatchedBytes(std::unique_ptr<ByteSource> bytes, std::function<void(std::uint64_t)> read)
+      : bytes_(std::move(bytes)), read_(std::move(read)) {}
+  ~WatchedBytes() override {
+    // A library ends before its file may do.
+    try {
+      std::array<char, 4096> rest{};
+      while (Read(rest) > 0) continue;
+      if (!bytes_->Failed()) read_(hash_.Value());
+    } catch (const std::exception&) {
+      return;  // nothing is known of the file then
+    }
+  }
+  WatchedBytes(const WatchedBytes&) = delete;
+  WatchedBytes& operator=(const WatchedBytes&) = delete;
+
+  std::size_t Read(std::span<char> room) override {
+    const std::size_t got = bytes_->Read(room);
+    hash_.Add({room.data(), got});
+    return got;
+  }
+  bool Failed() const override { return bytes_->Failed(); }
+
+ private:
+  std::unique_ptr<ByteSource> bytes_;
+  std::function<void(std::uint64_t)> read_;
+  RunningHash hash_;
+};
+
+LibraryKeeper::LibraryKeeper(Parts parts) : parts_(std::move(parts)) {}
+
+LibraryKeeper::~LibraryKeeper() {
+  if (drafting_.valid()) drafting_.wait();
+}
+
+VersionFolder LibraryKeeper::HistoryOf(const std::string& path) const {
+  return VersionFolder(parts_.files, parts_.root, parts_.pathForFiles(path));
+}
+
+void LibraryKeeper::Tell(LibraryEvent event) const {
+  const std::lock_guard lock(mutex_);
+  if (event.kind == LibraryEvent::Kind::HistoryFailed && std::exchange(historyFailed_, true)) return;
+  events_.push_back(std::move(event));
+  hasEvents_ = true;
+}
+
+std::vector<LibraryEvent> LibraryKeeper::TakeEvents() {
+  const std::lock_guard lock(mutex_);
+  hasEvents_ = false;
+  return std::exchange(events_, {});
+}
+
+void LibraryKeeper::Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const {
+  const std::lock_guard lock(mutex_);
+  known_[path] = {stamp, hash};
+}
+
+std::optional<KnownContent> LibraryKeeper::Known(const std::string& path) const {
+  const std::lock_guard lock(mutex_);
+  const auto found = known_.find(path);
+  return found == known_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) const {
+  const Recovery recovery = RecoverSave(parts_.files, folder, [&](std::string_view bytes) {
+    return parts_.folder.Replace(path, BytesInMemory(bytes));
+  });
+  if (recovery.kind == Recovery::Kind::Completed) Tell({LibraryEvent::Kind::SaveCompleted, path});
+  if (recovery.kind == Recovery::Kind::Unsaved) {
+    Tell({LibraryEvent::Kind::UnsavedFound, path, folder.Versions().front()});
+  }
+}
+
+/// A library whose save was interrupted may be missing, and would not be listed.
+std::vector<std::string> LibraryKeeper::Names() const {
+  const std::string anyLibrary = parts_.pathForFiles(parts_.folder.PathOf("x"));
+  const std::string identity = parts_.files.Identity(anyLibrary);
+  const std::string mark =
+      MarkOfFolder(std::string_view(identity).substr(0, identity.find_last_of("/\\") + 1));
+  for (const FileEntry& entry : parts_.files.List(parts_.root)) {
+    if (!entry.name.ends_with(mark)) continue;
+    const auto label = parts_.files.Read(parts_.root + "/" + entry.name + "/path.txt");
+    if (!label || !label->ends_with("\r\n")) continue;
+    const std::string library = label->substr(0, label->size() - 2);
+    VersionFolder folder(parts_.files, parts_.root, library);
+    if (!HasPendingSave(parts_.files, folder)) continue;
+    // The store knows its libraries by their names in its own spelling.
+    std::string_view name = std::string_view(library).substr(library.find_last_of("/\\") + 1);
+    if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
+    const std::string path = parts_.folder.PathOf(parts_.pathFromFiles(std::string(name)));
+    if (parts_.files.Identity(parts_.pathForFiles(path)) == parts_.files.Identity(library))
+      Recover(folder, path);
+  }
+  return parts_.folder.Names();
+}
+
+std::unique_ptr<ByteSource> LibraryKeeper::Open(const std::string& path) const {
+  VersionFolder folder = HistoryOf(path);
+  Recover(folder, path);
+  const auto stamp = parts_.files.Stamp(folder.library());
+  auto bytes = parts_.folder.Open(path);
+  if (bytes == nullptr || !stamp) return bytes;
+  return std::make_unique<WatchedBytes>(
+      std::move(bytes), [this, path, stamp = *stamp](std::uint64_t hash) { Learn(path, stamp, hash); });
+}
+
+bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
+  std::string all;
+  try {
+    all = ReadAll(bytes);
+  } catch (const std::bad_alloc&) {
+    if (!bytes.Rewind()) throw;
+    return parts_.folder.Replace(path, std::move(bytes));
+  }
+  VersionFolder folder = HistoryOf(path);
+  std::optional<KnownContent> known = Known(path);
+  const SaveOutcome outcome = SaveSafely(
+      parts_.files, folder, all,
+      [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known,
+      parts_.limits);
+  if (!outcome.written) {
+    Tell({LibraryEvent::Kind::SaveFailed, path});
+    return false;
+  }
+  if (known) Learn(path, known->stamp, known->hash);
+  if (!outcome.kept) Tell({LibraryEvent::Kind::HistoryFailed, path});
+  return true;
+}
+
+void LibraryKeeper::OpenedOrSaved(const std::string& path) {
+  DropDraft();
+  draftClaim_.reset();
+  draftPath_.clear();
+  openPath_ = path;
+  VersionFolder folder = HistoryOf(path);
+  TakeAbandonedDrafts(folder);
+  constexpr int mostPrograms = 16;
+  for (int number = 0; number < mostPrograms && !draftClaim_; ++number) {
+    draftClaim_ = parts_.files.Claim(folder.File(DraftName(number)));
+    if (draftClaim_) draftPath_ = folder.File(DraftName(number));
+  }
+}
+
+/// Drafts of programs that have ended without saving or answering No.
+void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
+  for (const FileEntry& entry : parts_.files.List(folder.path())) {
+    if (!entry.name.starts_with(kDraft) || !entry.name.ends_with(kLibraryExtension)) continue;
+    const std::string path = folder.File(entry.name);
+    const auto claim = parts_.files.Claim(path);
+    const auto stamp = parts_.files.Stamp(path);
+    const auto draft = parts_.files.Read(path);
+    if (!claim || !stamp || !draft) continue;
+    const auto known = Known(openPath_);
+    const bool saved = known && known->hash == ContentHash(*draft);
+    if (saved || draft->empty()) {
+      parts_.files.Remove(path);
+    } else if (folder.KeepFile(entry.name, *draft, VersionTag::Unsaved, stamp->time())) {
+      Tell({LibraryEvent::Kind::UnsavedFound, openPath_, folder.Versions().front()});
+    }
+  }
+}
+
+void LibraryKeeper::ThrownAway(ByteSource&& bytes) {
+  if (openPath_.empty()) return;
+  VersionFolder folder = HistoryOf(openPath_);
+  const std::string all = ReadAll(bytes);
+  if (folder.Make() && folder.Keep(all, VersionTag::Unsaved)) {
+    folder.Prune(parts_.limits);
+    DropDraft();
+  } else {
+    Tell({LibraryEvent::Kind::HistoryFailed, openPath_});
+  }
+}
+
+bool LibraryKeeper::WriteDraft(std::string bytes) {
+  if (draftPath_.empty()) return true;
+  if (drafting_.valid() && drafting_.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+    return false;
+  VersionFolder folder = HistoryOf(openPath_);
+  try {
+    drafting_ = std::async(std::launch::async, [&files = parts_.files, folder, path = draftPath_,
+                                                text = std::move(bytes)]() mutable {
+      const std::string unfinished = path + ".tmp";
+      return folder.Make() && files.Write(unfinished, text) && files.Move(unfinished, path);
+    });
+  } catch (const std::system_error&) {
+    return false;  // no thread to be had: the next time
+  }
+  return true;
+}
+
+void LibraryKeeper::DropDraft() {
+  if (!drafting_.valid()) return;
+  drafting_.wait();
+  drafting_ = {};
+  parts_.files.Remove(draftPath_);
+}
+
+void LibraryKeeper::LookForOutsideChange() {
+  const auto known = Known(openPath_);
+  if (openPath_.empty() || !known) return;
+  const std::string path = parts_.pathForFiles(openPath_);
+  const auto stamp = parts_.files.Stamp(path);
+  if (!stamp || !stamp->exists || *stamp == known->stamp) return;
+  const auto bytes = parts_.files.Read(path);
+  if (!bytes) return;  // in use: it is looked at again
+  const std::uint64_t hash = ContentHash(*bytes);
+  Learn(openPath_, *stamp, hash);
+  if (hash == known->hash) return;
+  VersionFolder folder = HistoryOf(openPath_);
+  if (folder.Make()) folder.Keep(*bytes, VersionTag::Outside, stamp->time());
+  Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
+}
+
+}  // namespace snip

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "history/SafeSave.h"
+#include "library/LibraryStore.h"
+
+namespace snip {
+
+/// Something about a library that its user may want to know.
+struct LibraryEvent {
+  enum class Kind {
+    SaveFailed,      ///< The file is not what was saved.
+    SaveCompleted,   ///< An interrupted save has been completed.
+    UnsavedFound,    ///< Changes that were never saved are the history's version of that time.
+    ChangedOutside,  ///< Another program has changed the file of the open library.
+    HistoryFailed,   ///< The history cannot be written. Told once.
+  };
+  Kind kind = Kind::SaveFailed;
+  std::string path;  ///< The library's, as its store writes it.
+  std::optional<Version> version{};
+};
+
+/// The library folder with a history of every library beside it. Files are saved, read and listed as the
+/// folder does it; before and after that versions are kept and interrupted saves completed. When the history
+/// fails, the folder works as without it.
+///
+/// Libraries may be opened in another thread; all else belongs to the window's.
+class LibraryKeeper : public LibraryStore {
+ public:
+  struct Parts {
+    LibraryStore& folder;
+    Files& files;
+    std::string root;  ///< Where the histories are, as `Files` takes it.
+    /// A path of the library store as `Files` takes it.
+    std::function<std::string(const std::string&)> pathForFiles;
+    std::function<std::string(const std::string&)> pathFromFiles;  ///< The other way.
+    HistoryLimits limits{};
+  };
+
+  explicit LibraryKeeper(Parts parts);
+  ~LibraryKeeper() override;
+
+  std::vector<std::string> Names() const override;
+  std::string PathOf(const std::string& name) const override { return parts_.folder.PathOf(name); }
+  bool Exists(const std::string& path) const override { return parts_.folder.Exists(path); }
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override;
+  bool Replace(const std::string& path, ByteSource&& bytes) override;
+  bool Rename(const std::string& path, const std::string& newPath) override {
+    return parts_.folder.Rename(path, newPath);
+  }
+  void OpenedOrSaved(const std::string& path) override;
+  void ThrownAway(ByteSource&& bytes) override;
+
+  /// The file of the open library; empty before one is open.
+  const std::string& openPath() const { return openPath_; }
+  /// The history of a library.
+  VersionFolder HistoryOf(const std::string& path) const;
+
+  /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
+  bool WriteDraft(std::string bytes);
+  /// The library is saved or left: there is nothing more to be drafted.
+  void DropDraft();
+
+  /// Looks whether another program has changed the open library's file since it was read or written here.
+  void LookForOutsideChange();
+
+  /// What has happened since the last call, the oldest first.
+  std::vector<LibraryEvent> TakeEvents();
+  bool hasEvents() const { return hasEvents_; }
+
+ private:
+  class WatchedBytes;
+
+  void Tell(LibraryEvent event) const;
+  void Recover(VersionFolder& folder, const std::string& path) const;
+  void TakeAbandonedDrafts(VersionFolder& folder);
+  void Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const;
+  std::optional<KnownContent> Known(const std::string& path) const;
+
+  Parts parts_;
+  std::string openPath_;
+  std::unique_ptr<Held> draftClaim_;
+  std::string draftPath_;  ///< Empty when none can be written.
+  std::future<bool> drafting_;
+  mutable std::mutex mutex_;  ///< Of the following.
+  mutable std::map<std::string, KnownContent> known_;
+  mutable std::vector<LibraryEvent> events_;
+  mutable std::atomic<bool> hasEvents_ = false;
+  mutable bool historyFailed_ = false;
+};
+
+}  // namespace snip

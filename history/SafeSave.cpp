@@ -1,0 +1,93 @@
+#include "history/SafeSave.h"
+
+#include <string>
+
+#include "history/ContentHash.h"
+#include "library/BnsScanner.h"
+
+namespace snip {
+namespace {
+
+constexpr std::string_view kPending = "pending.new";
+constexpr std::string_view kUnfinished = "pending.tmp";
+
+struct IgnoredLines : BnsEvents {
+  void OnLine(BnsSection, std::string_view, std::string_view) override {}
+  void OnPlainLines(BnsSection, std::string_view) override {}
+};
+
+/// Makes a version of the file that the save is about to delete. False when it could not.
+bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known) {
+  const auto stamp = files.Stamp(folder.library());
+  if (stamp && !stamp->exists) return true;
+  const auto old = files.Read(folder.library());
+  if (!stamp || !old) return false;
+  const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
+  return folder.Keep(*old, foreign ? VersionTag::Outside : VersionTag::Saved, stamp->time());
+}
+
+}  // namespace
+
+bool IsWholeLibrary(std::string_view bytes) {
+  BytesInMemory source(bytes);
+  BnsScanner scanner(source);
+  IgnoredLines ignored;
+  return scanner.version() && scanner.Scan(ignored) == BnsEnding::ListEnd && bytes.ends_with('\n');
+}
+
+SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
+                       std::optional<KnownContent>* known, const HistoryLimits& limits) {
+  SaveOutcome outcome;
+  const bool made = folder.Make();
+  const auto lock = made ? files.Lock(folder.path()) : nullptr;
+  const bool oldKept = made && KeepOldFile(files, folder, known);
+  // An earlier pending save is only replaced by a whole one.
+  const bool pending = made && files.Write(folder.File(kUnfinished), bytes) &&
+                       files.Move(folder.File(kUnfinished), folder.File(kPending));
+  const bool done = write(bytes);
+  const auto stamp = files.Stamp(folder.library());
+  const auto there = files.Read(folder.library());
+  outcome.written = there ? *there == bytes : done;
+  if (outcome.written && known != nullptr)
+    *known = KnownContent{stamp.value_or(FileStamp{}), ContentHash(bytes)};
+  outcome.kept = pending && oldKept;
+  if (outcome.written && pending) {
+    outcome.kept = folder.KeepFile(kPending, bytes, VersionTag::Saved) && oldKept;
+    folder.Prune(limits);
+  }
+  return outcome;
+}
+
+bool HasPendingSave(Files& files, const VersionFolder& folder) {
+  const auto stamp = files.Stamp(folder.File(kPending));
+  return stamp && stamp->exists;
+}
+
+Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& write) {
+  if (!HasPendingSave(files, folder)) return {};
+  // Another program may be in the middle of this very save.
+  const auto lock = files.Lock(folder.path());
+  const auto pendingStamp = files.Stamp(folder.File(kPending));
+  if (!lock || !pendingStamp || !pendingStamp->exists) return {};
+  const auto pending = files.Read(folder.File(kPending));
+  const auto stamp = files.Stamp(folder.library());
+  const auto library = stamp && !stamp->exists ? std::string() : files.Read(folder.library());
+  if (!pending || !stamp || !library) return {};
+  if (*library == *pending) {
+    folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time());
+    return {};
+  }
+  const bool cutOff = pending->starts_with(*library) && IsWholeLibrary(*pending);
+  if (!cutOff) {
+    const VersionTag tag = IsWholeLibrary(*pending) ? VersionTag::Unsaved : VersionTag::Cut;
+    if (!folder.KeepFile(kPending, *pending, tag, pendingStamp->time()) || tag == VersionTag::Cut) return {};
+    return {Recovery::Kind::Unsaved, pendingStamp->time()};
+  }
+  if (!library->empty()) folder.Keep(*library, VersionTag::Cut, stamp->time());
+  write(*pending);
+  if (files.Read(folder.library()) != pending) return {};
+  folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time());
+  return {Recovery::Kind::Completed, pendingStamp->time()};
+}
+
+}  // namespace snip

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "history/Files.h"
+
+namespace snip {
+
+/// The files of this machine (WindowsFiles.cpp, PosixFiles.cpp).
+class SystemFiles : public Files {
+ public:
+  std::optional<FileStamp> Stamp(const std::string& path) override;
+  std::optional<std::string> Read(const std::string& path) override;
+  bool Write(const std::string& path, std::string_view bytes) override;
+  bool Move(const std::string& from, const std::string& to) override;
+  bool Remove(const std::string& path) override;
+  bool MakeFolder(const std::string& path) override;
+  std::vector<FileEntry> List(const std::string& folder) override;
+  UtcTime Now() override;
+  std::string Identity(const std::string& path) override;
+  std::unique_ptr<Held> Lock(const std::string& path) override;
+  std::unique_ptr<Held> Claim(const std::string& path) override;
+};
+
+/// Where the histories of all libraries are: "History" beside the program when the file "portable.txt" is
+/// there too, otherwise in the user's own folder for what programs keep. Empty when the system has none.
+std::string HistoryRoot();
+
+}  // namespace snip

@@ -1,0 +1,142 @@
+#include "history/VersionFolder.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "history/ContentHash.h"
+#include "library/Library.h"
+
+namespace snip {
+namespace {
+
+constexpr std::size_t kReadableLength = 24;
+
+std::size_t NameBegin(std::string_view path) {
+  return path.find_last_of("/\\") + 1;
+}
+
+/// A beginning that any file system takes and people recognise.
+std::string Readable(std::string_view file) {
+  if (HasLibraryExtension(file)) file.remove_suffix(kLibraryExtension.size());
+  std::string name;
+  for (const char c : file.substr(0, kReadableLength)) {
+    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
+    name += plain ? c : '_';
+  }
+  return name;
+}
+
+}  // namespace
+
+std::string MarkOfFolder(std::string_view identityOfFolder) {
+  return "-" + HexDigits(ContentHash(identityOfFolder));
+}
+
+VersionFolder::VersionFolder(Files& files, const std::string& root, std::string library)
+    : files_(files), library_(std::move(library)) {
+  const std::string identity = files.Identity(library_);
+  const std::size_t name = NameBegin(identity);
+  path_ = root + "/" + Readable(std::string_view(library_).substr(NameBegin(library_))) + "-" +
+          HexDigits(ContentHash(std::string_view(identity).substr(name))) +
+          MarkOfFolder(std::string_view(identity).substr(0, name));
+}
+
+bool VersionFolder::Make() {
+  const auto label = files_.Stamp(File("path.txt"));
+  if (label && label->exists) return true;
+  return files_.MakeFolder(path_) && files_.Write(File("path.txt"), library_ + "\r\n");
+}
+
+std::vector<Version> VersionFolder::Versions() {
+  std::vector<Version> versions;
+  for (const FileEntry& entry : files_.List(path_)) {
+    if (auto version = VersionOfFileName(entry.name)) {
+      version->size = entry.size;
+      versions.push_back(*version);
+    }
+  }
+  std::ranges::sort(versions, std::ranges::greater(), &Version::time);
+  return versions;
+}
+
+std::optional<std::string> VersionFolder::Read(const Version& version) {
+  auto bytes = files_.Read(FileOf(version));
+  if (bytes) hashes_[FileNameOf(version)] = ContentHash(*bytes);
+  return bytes;
+}
+
+std::optional<std::uint64_t> VersionFolder::HashOf(const Version& version) {
+  const std::string name = FileNameOf(version);
+  if (!hashes_.contains(name) && !Read(version)) return std::nullopt;
+  return hashes_.at(name);
+}
+
+VersionFolder::Kept VersionFolder::Find(const std::vector<Version>& versions, std::string_view bytes,
+                                        std::uint64_t hash) {
+  for (const Version& version : versions) {
+    if (version.size == bytes.size() && HashOf(version) == hash)
+      return {version, version == versions.front()};
+  }
+  return {};
+}
+
+bool VersionFolder::Keeps(std::string_view bytes) {
+  return Find(Versions(), bytes, ContentHash(bytes)).version.has_value();
+}
+
+template <class Place>
+bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time, Place place) {
+  const std::vector<Version> versions = Versions();
+  const std::uint64_t hash = ContentHash(bytes);
+  const Kept kept = Find(versions, bytes, hash);
+  if (kept.newest || (kept.version && tag != VersionTag::Saved)) return true;
+  Version version{.time = time.value_or(files_.Now()), .tag = tag, .size = bytes.size()};
+  if (!versions.empty()) {
+    version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));
+  }
+  if (!place(FileOf(version))) return false;
+  hashes_[FileNameOf(version)] = hash;
+  if (kept.version) files_.Remove(FileOf(*kept.version));
+  return true;
+}
+
+bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time) {
+  return Keep(bytes, tag, time, [&](const std::string& file) {
+    // A version is whole or not there at all.
+    const std::string unfinished = File("version.tmp");
+    return files_.Write(unfinished, bytes) && files_.Move(unfinished, file);
+  });
+}
+
+bool VersionFolder::KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
+                             std::optional<UtcTime> time) {
+  bool moved = false;
+  const bool kept =
+      Keep(bytes, tag, time, [&](const std::string& file) { return moved = files_.Move(File(name), file); });
+  return kept && (moved || files_.Remove(File(name)));
+}
+
+void VersionFolder::Prune(const HistoryLimits& limits) {
+  const std::vector<Version> versions = Versions();
+  using Day = std::chrono::sys_days;
+  std::set<Day, std::greater<>> days;
+  for (const Version& version : versions) days.insert(std::chrono::floor<std::chrono::days>(version.time));
+  if (days.size() > limits.days) {
+    days.erase(std::next(days.begin(), static_cast<std::ptrdiff_t>(limits.days)), days.end());
+  }
+  std::uint64_t room = limits.bytes;
+  for (std::size_t i = 0; i < versions.size(); ++i) {
+    const Day day = std::chrono::floor<std::chrono::days>(versions[i].time);
+    const bool firstOfDay =
+        i + 1 == versions.size() || std::chrono::floor<std::chrono::days>(versions[i + 1].time) != day;
+    const bool wanted = i < limits.versions || (firstOfDay && days.contains(day));
+    if (i == 0 || (wanted && versions[i].size <= room)) {
+      room -= std::min(room, versions[i].size);
+    } else {
+      files_.Remove(FileOf(versions[i]));
+    }
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,134 @@
+#pragma once
+
+#include <algorithm>
+#include <limits>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "history/Files.h"
+#include "library/LibraryStore.h"
+#include "tests/unit/AllBytes.h"
+
+namespace snip::test {
+
+/// The program ends in the middle of a call.
+struct Killed {};
+
+/// Files in memory, of which any call can fail or end the program.
+class FakeFiles : public Files {
+ public:
+  static constexpr int kNever = std::numeric_limits<int>::max();
+
+  std::map<std::string, std::string> bytes;
+  std::map<std::string, std::int64_t> changed;
+  std::set<std::string> held;
+  UtcTime now = std::chrono::sys_days(std::chrono::year(2026) / 7 / 9) + std::chrono::hours(14);
+  int calls = 0;  ///< That change something.
+  int killAt = kNever, failFrom = kNever, failUntil = kNever;
+  double written = 0.5;  ///< How much of its bytes a write that does not end leaves.
+
+  std::optional<FileStamp> Stamp(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
+    const auto file = bytes.find(path);
+    return file == bytes.end() ? FileStamp{} : FileStamp{true, file->second.size(), changed[path]};
+  }
+  std::optional<std::string> Read(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
+    const auto file = bytes.find(path);
+    return file == bytes.end() ? std::nullopt : std::optional(file->second);
+  }
+  bool Write(const std::string& path, std::string_view text) override {
+    const std::lock_guard lock(mutex_);
+    const int call = ++calls;
+    const bool whole = call < killAt && !Fails(call);
+    bytes[path] =
+        text.substr(0, whole ? text.size() : static_cast<std::size_t>(written * double(text.size())));
+    changed[path] = now.time_since_epoch().count() * 10000 + call;
+    if (call == killAt) throw Killed();
+    return whole;
+  }
+  bool Move(const std::string& from, const std::string& to) override {
+    const std::lock_guard lock(mutex_);
+    if (!Does() || !bytes.contains(from)) return false;
+    bytes[to] = std::exchange(bytes[from], {});
+    changed[to] = changed[from];
+    bytes.erase(from);
+    return true;
+  }
+  bool Remove(const std::string& path) override {
+    const std::lock_guard lock(mutex_);
+    return Does() && bytes.erase(path) > 0;
+  }
+  bool MakeFolder(const std::string&) override { return Does(); }
+  std::vector<FileEntry> List(const std::string& folder) override {
+    const std::lock_guard lock(mutex_);
+    std::map<std::string, std::uint64_t> entries;
+    for (const auto& [path, text] : bytes) {
+      if (!path.starts_with(folder + "/")) continue;
+      const std::string name = path.substr(folder.size() + 1);
+      entries[name.substr(0, name.find('/'))] = name.find('/') == std::string::npos ? text.size() : 0;
+    }
+    std::vector<FileEntry> list;
+    for (const auto& [name, size] : entries) list.push_back({name, size});
+    return list;
+  }
+  UtcTime Now() override { return now += std::chrono::milliseconds(1); }
+  std::string Identity(const std::string& path) override { return path; }
+  std::unique_ptr<Held> Lock(const std::string& path) override { return Hold("lock " + path); }
+  std::unique_ptr<Held> Claim(const std::string& path) override { return Hold("claim " + path); }
+
+ private:
+  struct Hold_ : Held {
+    Hold_(std::set<std::string>& all, std::string own) : held(all), name(std::move(own)) {
+      held.insert(name);
+    }
+    ~Hold_() override { held.erase(name); }
+    std::set<std::string>& held;
+    std::string name;
+  };
+
+  std::unique_ptr<Held> Hold(const std::string& name) {
+    return held.contains(name) ? nullptr : std::make_unique<Hold_>(held, name);
+  }
+  static inline std::mutex mutex_;  ///< Drafts are written in the background.
+
+  bool Fails(int call) const { return call >= failFrom && call <= failUntil; }
+  bool Does() {
+    const int call = ++calls;
+    if (call == killAt) throw Killed();
+    return !Fails(call);
+  }
+};
+
+/// A library folder that deletes and writes as the real one does.
+class FakeFolder : public LibraryStore {
+ public:
+  explicit FakeFolder(FakeFiles& files) : files_(files) {}
+
+  std::vector<std::string> Names() const override {
+    std::vector<std::string> names;
+    for (const FileEntry& entry : files_.List("/lib"))
+      names.push_back(entry.name.substr(0, entry.name.size() - 4));
+    return names;
+  }
+  std::string PathOf(const std::string& name) const override { return "/lib/" + name + ".bns"; }
+  bool Exists(const std::string& path) const override { return files_.bytes.contains(path); }
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
+    const auto file = files_.bytes.find(path);
+    return file == files_.bytes.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);
+  }
+  bool Replace(const std::string& path, ByteSource&& bytes) override {
+    files_.Remove(path);
+    return files_.Write(path, AllBytes(bytes));
+  }
+  bool Rename(const std::string&, const std::string&) override { return false; }
+
+ private:
+  FakeFiles& files_;
+};
+
+}  // namespace snip::test

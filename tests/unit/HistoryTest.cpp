@@ -1,0 +1,345 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "history/DraftTimer.h"
+#include "history/LibraryKeeper.h"
+#include "library/BnsFormat.h"
+#include "tests/unit/FakeFiles.h"
+
+namespace snip::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Kind = LibraryEvent::Kind;
+
+const std::string kLib = "/lib/Strings.bns";
+
+/// A library that says which one it is; later ones are longer.
+std::string Text(int number) {
+  Snippet snippet = DefaultSnippet();
+  snippet.Description = "state " + std::to_string(number);
+  snippet.Code = std::string(static_cast<std::size_t>(number) + 1, 'x');
+  return WriteBns(std::vector{snippet});
+}
+
+class HistoryTest : public testing::Test {
+ protected:
+  FakeFiles files;
+  FakeFolder folder{files};
+  std::unique_ptr<LibraryKeeper> keeper = Program();
+
+  std::unique_ptr<LibraryKeeper> Program() {
+    const auto same = [](const std::string& path) { return path; };
+    return std::make_unique<LibraryKeeper>(LibraryKeeper::Parts{folder, files, "/history", same, same, {}});
+  }
+  /// The program starts, or starts again after its end, and opens the library. Its events in words.
+  std::vector<Kind> Start() {
+    files.killAt = files.failFrom = FakeFiles::kNever;
+    keeper.reset();
+    keeper = Program();
+    keeper->Names();
+    Load();
+    return Events();
+  }
+  void Load() {
+    if (const auto bytes = keeper->Open(kLib)) AllBytes(*bytes);
+    keeper->OpenedOrSaved(kLib);
+  }
+  bool Save(const std::string& bytes) {
+    const bool done = keeper->Replace(kLib, BytesInMemory(bytes));
+    if (done) keeper->OpenedOrSaved(kLib);
+    return done;
+  }
+  void Draft(const std::string& bytes) {
+    ASSERT_TRUE(keeper->WriteDraft(bytes));
+    while (!keeper->WriteDraft(bytes)) continue;  // until the first is written
+  }
+  std::vector<Kind> Events() {
+    std::vector<Kind> kinds;
+    for (const LibraryEvent& event : keeper->TakeEvents()) kinds.push_back(event.kind);
+    return kinds;
+  }
+  std::string File() const { return files.bytes.contains(kLib) ? files.bytes.at(kLib) : "missing"; }
+  /// The tags and contents of the versions, the newest first.
+  std::vector<std::pair<VersionTag, std::string>> Kept() const {
+    VersionFolder history = keeper->HistoryOf(kLib);
+    std::vector<std::pair<VersionTag, std::string>> kept;
+    for (const Version& version : history.Versions()) kept.emplace_back(version.tag, *history.Read(version));
+    return kept;
+  }
+  bool Keeps(const std::string& bytes) const { return keeper->HistoryOf(kLib).Keeps(bytes); }
+  std::string Pending() const { return keeper->HistoryOf(kLib).File("pending.new"); }
+};
+
+TEST_F(HistoryTest, AVersionsFileNameTellsItAndNothingElseIsAVersion) {
+  const UtcTime time = std::chrono::sys_days(std::chrono::year(2024) / 2 / 29) + 23h + 59min + 58s + 7ms;
+  for (const auto& [tag, name] : {std::pair(VersionTag::Saved, "20240229-235958007.bns"),
+                                  {VersionTag::Outside, "20240229-235958007-outside.bns"},
+                                  {VersionTag::Cut, "20240229-235958007-cut.bns"},
+                                  {VersionTag::Unsaved, "20240229-235958007-unsaved.bns"}}) {
+    EXPECT_EQ(FileNameOf({.time = time, .tag = tag}), name);
+    EXPECT_EQ(VersionOfFileName(name), (Version{.time = time, .tag = tag}));
+  }
+  for (const char* name :
+       {"", ".bns", "draft.bns", "pending.new", "20240230-000000000.bns", "20240229-240000000.bns",
+        "20240229-006000000.bns", "20240229-235960000.bns", "20240229-23595800.bns",
+        "20240229-235958007-old.bns", "20240229-235958007.txt", "2024022x-235958007.bns"}) {
+    EXPECT_EQ(VersionOfFileName(name), std::nullopt) << name;
+  }
+}
+
+TEST_F(HistoryTest, WhateverEndsTheProgramDuringASaveTheNextStartFindsOneOfTheLastTwo) {
+  for (const double written : {0.0, 0.4, 1.0}) {
+    for (int call = 1;; ++call) {
+      SCOPED_TRACE(std::to_string(call) + " " + std::to_string(written));
+      files = {};
+      files.written = written;
+      files.bytes[kLib] = Text(1);
+      Start();
+      ASSERT_TRUE(Save(Text(2)));
+      files.killAt = files.calls + call;
+      bool killed = false;
+      try {
+        Save(Text(3));
+      } catch (const Killed&) {
+        killed = true;
+      }
+      const bool damaged = File() != Text(2) && File() != Text(3);
+      const auto events = Start();
+      EXPECT_TRUE(File() == Text(2) || File() == Text(3)) << File();
+      if (damaged) {
+        EXPECT_EQ(events, std::vector{Kind::SaveCompleted});
+      }
+      if (damaged) {
+        EXPECT_EQ(File(), Text(3));
+      }
+      EXPECT_TRUE(Keeps(Text(1)) && Keeps(Text(2)));
+      // What was on the disk of the new state before the library was touched is offered.
+      if (killed && events == std::vector{Kind::UnsavedFound}) {
+        EXPECT_EQ(Kept().front().second, Text(3));
+      }
+      EXPECT_EQ(Start(), std::vector<Kind>{}) << "told once";
+      EXPECT_FALSE(files.bytes.contains(Pending()));
+      if (!killed) break;
+      ASSERT_LT(call, 50);
+    }
+  }
+}
+
+TEST_F(HistoryTest, AHistoryThatFailsAtAnyCallNeverKeepsTheLibraryFromBeingSaved) {
+  for (const bool forever : {false, true}) {
+    for (int call = 1; call < 12; ++call) {
+      SCOPED_TRACE(std::to_string(call) + (forever ? " for ever" : " once"));
+      files = {};
+      files.bytes[kLib] = Text(1);
+      Start();
+      files.failFrom = files.calls + call;
+      files.failUntil = forever ? FakeFiles::kNever : files.failFrom;
+      const bool saved = Save(Text(2));
+      EXPECT_EQ(saved, File() == Text(2));
+      const auto events = Events();
+      if (!saved) {
+        EXPECT_EQ(events.front(), Kind::SaveFailed);
+      }
+      EXPECT_LE(events.size(), 1U);
+      // The state before is on the disk as long as the new one is not.
+      if (!saved && !forever) {
+        EXPECT_TRUE(Keeps(Text(1)) && files.bytes.at(Pending()) == Text(2));
+      }
+      files.failFrom = FakeFiles::kNever;
+      EXPECT_TRUE(Save(Text(2)));
+      EXPECT_EQ(File(), Text(2));
+    }
+  }
+}
+
+TEST_F(HistoryTest, AnInterruptedSaveIsCompletedOnlyForAFileThatItLeft) {
+  const std::string next = Text(2);
+  struct Case {
+    std::string library;  ///< "missing" for none.
+    std::vector<Kind> events;
+    std::string after;
+  };
+  std::vector<Case> cases{{"missing", {Kind::SaveCompleted}, next},
+                          {Text(1), {Kind::UnsavedFound}, Text(1)},
+                          {next + "more", {Kind::UnsavedFound}, next + "more"},
+                          {next, {}, next}};
+  for (std::size_t size = 0; size < next.size(); ++size)
+    cases.push_back({next.substr(0, size), {Kind::SaveCompleted}, next});
+  for (const Case& scene : cases) {
+    files = {};
+    files.bytes[Pending()] = next;
+    files.bytes[keeper->HistoryOf(kLib).File("path.txt")] = kLib + "\r\n";
+    if (scene.library != "missing") files.bytes[kLib] = scene.library;
+    EXPECT_EQ(Start(), scene.events) << scene.library;
+    EXPECT_EQ(File(), scene.after);
+    EXPECT_TRUE(Keeps(next));
+    const bool damaged = scene.after != scene.library && !scene.library.empty() && scene.library != "missing";
+    EXPECT_TRUE(!damaged || Keeps(scene.library));
+  }
+}
+
+TEST_F(HistoryTest, APendingSaveOrDraftThatIsCutAtAnyByteTouchesNoLibrary) {
+  const std::string next = Text(2);
+  for (const char* name : {"pending.new", "draft.bns"}) {
+    for (std::size_t size = 0; size < next.size(); ++size) {
+      for (const std::string& library : {Text(1), std::string("missing")}) {
+        files = {};
+        files.bytes[keeper->HistoryOf(kLib).File(name)] = next.substr(0, size);
+        if (library != "missing") files.bytes[kLib] = library;
+        files.bytes[keeper->HistoryOf(kLib).File("path.txt")] = kLib + "\r\n";
+        Start();
+        EXPECT_EQ(File(), library) << name << size;
+        EXPECT_TRUE(size == 0 || Keeps(next.substr(0, size))) << name << size;
+        EXPECT_EQ(Start(), std::vector<Kind>{});
+      }
+    }
+  }
+}
+
+TEST_F(HistoryTest, DraftsAreOfferedAfterACrashAndGoWithASaveOrAnAnswer) {
+  files.bytes[kLib] = Text(1);
+  Start();
+  Draft(Text(2));
+  const auto other =
+      Program();  // a second instance leaves the draft of the first alone, and has one of its own
+  other->OpenedOrSaved(kLib);
+  EXPECT_TRUE(other->TakeEvents().empty());
+  ASSERT_TRUE(other->WriteDraft(Text(3)));
+  other->DropDraft();
+  EXPECT_EQ(Start(), std::vector{Kind::UnsavedFound});
+  EXPECT_EQ(Kept(), (std::vector<std::pair<VersionTag, std::string>>{{VersionTag::Unsaved, Text(2)}}));
+  EXPECT_EQ(Start(), std::vector<Kind>{});
+
+  Draft(Text(4));
+  ASSERT_TRUE(Save(Text(4)));
+  EXPECT_EQ(Start(), std::vector<Kind>{});
+  Draft(Text(5));
+  keeper->ThrownAway(BytesInMemory(Text(6)));
+  EXPECT_EQ(Start(), std::vector<Kind>{});
+  EXPECT_EQ(Kept().front(), (std::pair(VersionTag::Unsaved, Text(6))));
+}
+
+TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsNot) {
+  files.bytes[kLib] = Text(1);
+  Start();
+  Save(Text(2));
+  keeper->LookForOutsideChange();
+  EXPECT_EQ(Events(), std::vector<Kind>{});
+  files.Write(kLib, Text(2));  // the same bytes at another time
+  keeper->LookForOutsideChange();
+  EXPECT_EQ(Events(), std::vector<Kind>{});
+  files.Write(kLib, Text(7));
+  keeper->LookForOutsideChange();
+  keeper->LookForOutsideChange();
+  EXPECT_EQ(Events(), std::vector{Kind::ChangedOutside});
+  files.Write(kLib, Text(8));  // and once more, without anybody looking
+  Save(Text(3));
+  EXPECT_EQ(Kept(), (std::vector<std::pair<VersionTag, std::string>>{{VersionTag::Saved, Text(3)},
+                                                                     {VersionTag::Outside, Text(8)},
+                                                                     {VersionTag::Outside, Text(7)},
+                                                                     {VersionTag::Saved, Text(2)},
+                                                                     {VersionTag::Saved, Text(1)}}));
+}
+
+TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
+  VersionFolder history = keeper->HistoryOf(kLib);
+  int number = 0;
+  const auto keep = [&](UtcTime time) { history.Keep(Text(++number), VersionTag::Saved, time); };
+  const UtcTime start = files.now;
+  for (int day = 0; day < 4; ++day)
+    for (int hour = 0; hour < 3; ++hour) keep(start + day * 24h + hour * 1h);
+  const auto left = [&] {
+    std::vector<int> ages;
+    for (const Version& version : history.Versions())
+      ages.push_back(static_cast<int>((version.time - start) / 1h));
+    return ages;
+  };
+  history.Prune({.versions = 4, .days = 3, .bytes = 1000000});
+  EXPECT_EQ(left(), (std::vector{74, 73, 72, 50, 48, 24}));
+  history.Prune({.versions = 4, .days = 3, .bytes = Text(12).size() + Text(11).size()});
+  EXPECT_EQ(left(), (std::vector{74, 73}));
+  history.Prune({.versions = 0, .days = 0, .bytes = 0});
+  EXPECT_EQ(left(), (std::vector{74})) << "the newest always";
+  // A clock that goes back does not make a new state the oldest; equal contents are kept once.
+  keep(start);
+  history.Keep(Text(12), VersionTag::Saved);
+  EXPECT_EQ(Kept(), (std::vector<std::pair<VersionTag, std::string>>{{VersionTag::Saved, Text(12)},
+                                                                     {VersionTag::Saved, Text(13)}}));
+  EXPECT_EQ(history.Versions().front().time, start + 74h + 2ms);
+}
+
+TEST_F(HistoryTest, DraftsFollowAPauseAndSteadyWorkNowAndThen) {
+  DraftTimer timer;
+  EXPECT_FALSE(timer.Due(1000000));
+  timer.Changed(1000);
+  EXPECT_FALSE(timer.Due(10999));
+  EXPECT_TRUE(timer.Due(11000));
+  timer.Done();
+  EXPECT_FALSE(timer.Due(1000000));
+  for (std::uint64_t now = 2000; now < 62000; now += 5000) {
+    timer.Changed(now);
+    EXPECT_FALSE(timer.Due(now + 4999));
+  }
+  EXPECT_TRUE(timer.Due(62000));
+}
+
+TEST_F(HistoryTest, NoSequenceOfSavesKillsAndChangesLosesAState) {
+  for (unsigned seed = 1; seed <= 40; ++seed) {
+    std::mt19937 random(seed);
+    files = {};
+    files.bytes[kLib] = Text(0);
+    Start();
+    std::set<std::string> states{Text(0)};  // that were in the file, or thrown away
+    std::string memory = Text(0);
+    for (int step = 1; step <= 40; ++step) {
+      SCOPED_TRACE("seed " + std::to_string(seed) + " step " + std::to_string(step));
+      files.now += std::chrono::minutes(static_cast<int>(random() % 400) - 60);
+      const auto what = random() % 6;
+      if (what <= 1) {
+        memory = Text(static_cast<int>(random() % 30));
+        ASSERT_TRUE(Save(memory));
+        states.insert(memory);
+      } else if (what == 2) {
+        const std::string next = Text(static_cast<int>(random() % 30));
+        files.killAt = files.calls + 1 + static_cast<int>(random() % 14);
+        files.written = static_cast<double>(random() % 101) / 100;
+        try {
+          Save(next);
+          states.insert(next);
+        } catch (const Killed&) {
+        }
+        const std::string before = memory;
+        Start();
+        memory = File();
+        ASSERT_TRUE(memory == before || memory == next) << memory;
+      } else if (what == 3) {
+        files.Write(kLib, Text(static_cast<int>(random() % 30)));
+        keeper->LookForOutsideChange();
+        keeper->ThrownAway(BytesInMemory(memory));  // as the window does that loads the file again
+        states.insert(memory = File());
+        Load();
+      } else if (what == 4) {
+        const std::string thrown = Text(static_cast<int>(random() % 30));
+        keeper->ThrownAway(BytesInMemory(thrown));
+        states.insert(thrown);
+      } else if (!Kept().empty()) {
+        const auto kept = Kept();
+        memory = kept[random() % kept.size()].second;  // restored
+        ASSERT_TRUE(Save(memory));
+      }
+      std::set<std::string> there{File()};
+      for (const auto& [tag, bytes] : Kept()) there.insert(bytes);
+      ASSERT_TRUE(std::ranges::includes(there, states));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace snip::test
