@@ -21,6 +21,7 @@
 #include "benches/Comparison.h"
 #include "benches/GeneratedLibrary.h"
 #include "library/BnsFormat.h"
+#include "library/LibraryMerge.h"
 
 namespace snip::bench {
 namespace {
@@ -28,6 +29,7 @@ namespace {
 constexpr int kRuns = 21;
 constexpr double kReadLimit = 2.5;
 constexpr double kWriteLimit = 2;
+constexpr double kMergeLimit = 3;
 constexpr double kPeakPerFile = 1.5;
 constexpr double kPeakFixedMb = 16;
 constexpr double kMb = 1 << 20;
@@ -149,6 +151,41 @@ void RunAlone(const std::string& program, const std::string& option, const std::
   Require(waitpid(child, &status, 0) == child && status == 0, "a process of its own");
 }
 
+/// A version of a library: some snippets renamed, removed, added and moved, and many changed.
+std::vector<Snippet> ChangedVersion(std::vector<Snippet> snippets, std::size_t changeEach, bool atEnd) {
+  for (std::size_t i = changeEach; i < snippets.size(); i += changeEach) {
+    std::string& code = snippets[i].Code;
+    code = atEnd ? code + "\r\n' changed" : "' changed\r\n" + code;
+    if (i % 100 == 0) snippets[i].Name += " renamed";
+    if (i % 210 == 0) snippets[i].Name = "Added";
+    if (i % 501 == 0) std::swap(snippets[i], snippets[i / 2]);
+  }
+  return snippets;
+}
+
+/// Merging two versions of a library, beside reading the three files and writing one.
+void MeasureMerge(const std::string& path, const std::vector<Snippet>& snippets, const std::string& suffix) {
+  WriteLibrary(path + ".ours", ChangedVersion(snippets, 2, true));
+  WriteLibrary(path + ".theirs", ChangedVersion(snippets, 3, false));
+  const auto merge = [&](bool merging) {
+    BnsContents versions[3];
+    MergedLibrary merged;
+    return ProcessorMilliseconds([&] {
+      versions[0] = ReadLibrary(path);
+      versions[1] = ReadLibrary(path + ".ours");
+      versions[2] = ReadLibrary(path + ".theirs");
+      if (merging) {
+        merged = MergeLibraries(versions[0].snippets, versions[1].snippets, versions[2].snippets);
+      }
+      WriteLibrary(path + ".merged", merging ? merged.snippets : versions[0].snippets);
+    });
+  };
+  PrintRatio("merge libraries" + suffix,
+             Compare(
+                 kRuns, [&] { return merge(true); }, [&] { return merge(false); }),
+             kMergeLimit);
+}
+
 void Measure(const std::string& program, const std::string& folder, int count) {
   const std::string suffix = ", " + std::to_string(count) + " snippets";
   const std::string path = folder + "/" + std::to_string(count) + ".bns";
@@ -175,6 +212,8 @@ void Measure(const std::string& program, const std::string& folder, int count) {
       kRuns, [&] { return ProcessorMilliseconds([&] { WriteLibrary(path + ".new", snippets); }); },
       [&] { return ProcessorMilliseconds([&] { WriteBytes(path + ".reference", bytes); }); });
   PrintRatio("write a library" + suffix, writing, kWriteLimit);
+
+  MeasureMerge(path, snippets, suffix);
 }
 
 int Main(std::span<char*> arguments) {

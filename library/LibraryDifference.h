@@ -9,11 +9,15 @@
 
 namespace snip {
 
+enum class Renames { Follow, Ignore };
+
 /// Of each snippet of a library the position in another library of the snippet that it became; none if it was
-/// removed. Snippets are the same if they have the same name, or else the same texts, or else at least half
-/// of their text. Of several with one name those with the same texts belong together, then those in order.
+/// removed. Snippets are the same if they have the same name; where renames are followed, or else the same
+/// texts, or else at least half of their text. Of several with one name those with the same texts belong
+/// together, then those in order.
 std::vector<std::optional<std::size_t>> MatchSnippets(std::span<const Snippet> older,
-                                                      std::span<const Snippet> newer);
+                                                      std::span<const Snippet> newer,
+                                                      Renames renames = Renames::Follow);
 
 /// Which of these positions are not in a longest increasing subsequence: the snippets that were moved, as few
 /// as possible. An empty position is not a moved one.

@@ -2,37 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <random>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "library/LibraryMerge.h"
 #include "library/LineDifference.h"
+#include "library/LineMerge.h"
 
 namespace snip {
 namespace {
 
 using Lines = std::vector<std::string_view>;
-
-std::size_t ChangedLines(const std::vector<LineChange>& changes) {
-  std::size_t count = 0;
-  for (const LineChange& change : changes) count += change.oldCount + change.newCount;
-  return count;
-}
-
-/// The new text, from the old one and the changes alone, but for the lines that these add.
-Lines Apply(const std::vector<LineChange>& changes, const Lines& oldLines, const Lines& newLines) {
-  Lines made;
-  auto old = oldLines.begin();
-  for (const LineChange& change : changes) {
-    made.insert(made.end(), old, oldLines.begin() + static_cast<std::ptrdiff_t>(change.oldFirst));
-    EXPECT_EQ(made.size(), change.newFirst);
-    const auto first = newLines.begin() + static_cast<std::ptrdiff_t>(change.newFirst);
-    made.insert(made.end(), first, first + static_cast<std::ptrdiff_t>(change.newCount));
-    old = oldLines.begin() + static_cast<std::ptrdiff_t>(change.oldFirst + change.oldCount);
-  }
-  made.insert(made.end(), old, oldLines.end());
-  return made;
-}
 
 std::size_t LongestCommonSubsequence(const Lines& a, const Lines& b) {
   std::vector<std::size_t> row(b.size() + 1);
@@ -47,47 +33,54 @@ std::size_t LongestCommonSubsequence(const Lines& a, const Lines& b) {
   return row.back();
 }
 
-TEST(LineDifferenceTest, HasAsFewLinesAsPossible) {
+TEST(LineDifferenceTest, IsRightAndAsSmallAsPossible) {
   EXPECT_EQ(SplitLines("a\r\n\r\nb\rc\n"), (Lines{"a", "", "b\rc\n"}));
   EXPECT_EQ(SplitLines(""), Lines{""});
   std::mt19937 random(1);
-  for (int round = 0; round < 3000; ++round) {
+  for (int round = 0; round < 2000; ++round) {
+    // The last texts are so long and so different that the search for the smallest difference is cut short.
+    const std::size_t most = round < 1998 ? 20 : 4000;
     const auto lines = [&, kinds = 1 + random() % 8] {
-      Lines made(random() % 20);
+      Lines made(most == 20 ? random() % most : most);
       for (std::string_view& line : made) line = std::string_view("abcdefgh").substr(random() % kinds, 1);
       return made;
     };
     const Lines oldLines = lines();
     const Lines newLines = lines();
-    const auto changes = CompareLines(oldLines, newLines);
-    ASSERT_EQ(Apply(changes, oldLines, newLines), newLines) << round;
-    ASSERT_EQ(ChangedLines(changes),
-              oldLines.size() + newLines.size() - 2 * LongestCommonSubsequence(oldLines, newLines))
-        << round;
+    Lines made;
+    std::size_t old = 0;
+    std::size_t changed = 0;
+    const auto append = [&](const Lines& from, std::size_t first, std::size_t end) {
+      for (; first < end; ++first) made.push_back(from[first]);
+    };
+    for (const LineChange& change : CompareLines(oldLines, newLines)) {
+      append(oldLines, old, change.oldFirst);
+      ASSERT_EQ(made.size(), change.newFirst);
+      append(newLines, change.newFirst, change.newFirst + change.newCount);
+      old = change.oldFirst + change.oldCount;
+      changed += change.oldCount + change.newCount;
+    }
+    append(oldLines, old, oldLines.size());
+    ASSERT_EQ(made, newLines) << round;
+    if (most > 20) continue;
+    ASSERT_EQ(changed, oldLines.size() + newLines.size() - 2 * LongestCommonSubsequence(oldLines, newLines));
   }
 }
 
-TEST(LineDifferenceTest, IsRightWhereTheSearchIsCutShort) {
-  std::mt19937 random(2);
-  const auto lines = [&] {
-    Lines made(4000);
-    for (std::string_view& line : made) line = std::string_view("0123456789abcdef").substr(random() % 16, 1);
-    return made;
-  };
-  const Lines oldLines = lines();
-  const Lines newLines = lines();
-  EXPECT_EQ(Apply(CompareLines(oldLines, newLines), oldLines, newLines), newLines);
+/// Lines of one letter each, as text.
+std::string Text(const std::string& letters) {
+  std::string text;
+  for (const char letter : letters) text += (text.empty() ? "" : "\r\n") + std::string(1, letter);
+  return text;
 }
 
-/// A library of one letter a snippet: its name, which `name=text` separates from its code.
-std::vector<Snippet> LibraryOf(const std::vector<std::string>& snippets) {
+/// "a=xy,b=" is a library of the snippet "a" with the code lines x and y, and the snippet "b" without code.
+std::vector<Snippet> LibraryOf(const std::string& text) {
   std::vector<Snippet> library;
-  for (const std::string& snippet : snippets) {
-    const std::size_t sign = snippet.find('=');
-    library.push_back({.Name = snippet.substr(0, sign),
-                       .Attachment = "",
-                       .Code = sign == std::string::npos ? "code of " + snippet : snippet.substr(sign + 1),
-                       .Description = ""});
+  std::istringstream parts(text);
+  for (std::string part; std::getline(parts, part, ',');) {
+    const auto sign = part.find('=');
+    library.push_back({part.substr(0, sign), "", Text(part.substr(sign + 1)), ""});
   }
   return library;
 }
@@ -100,45 +93,86 @@ std::string Described(const std::vector<SnippetChange>& changes) {
   std::string text;
   for (const SnippetChange& change : changes) {
     text += (text.empty() ? "" : " ") + number(change.oldPosition) + ">" + number(change.newPosition);
-    text += change.renamed ? "r" : "";
-    text += change.moved ? "m" : "";
-    text += change.attachment ? "a" : "";
-    text += change.description ? "d" : "";
-    text += change.code ? "c" : "";
+    for (const auto& [is, letter] :
+         {std::pair(change.renamed, "r"), std::pair(change.moved, "m"), std::pair(change.attachment, "a"),
+          std::pair(change.description, "d"), std::pair(change.code, "c")}) {
+      text += is ? letter : "";
+    }
   }
   return text;
 }
 
 TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
-  const std::string lines = "first line\r\nsecond line\r\nthird line";
-  struct Case {
-    std::vector<std::string> older, newer;
-    std::string changes;
-  };
-  for (const Case& c : std::vector<Case>{
-           {{"a", "b"}, {"a", "b"}, ""},
-           {{}, {"a"}, "->0"},
-           {{"a", "b", "c", "d"}, {"a", "d"}, "1>- 2>-"},
-           {{"a", "b"}, {"b"}, "0>-"},
-           {{"a", "b"}, {"a=x", "b"}, "0>0c"},
-           {{"a", "b=x"}, {"a", "c=x"}, "1>1r"},
-           {{"a", "b", "c"}, {"c", "a", "b"}, "2>0m"},
-           {{"a", "b", "c"}, {"c=x", "n", "a", "b"}, "2>0mc ->1"},
-           {{"a", "b=" + lines}, {"c=" + lines + "\r\nfourth", "a"}, "1>0rc 0>1m"},
-           {{"b=" + lines}, {"c=" + lines.substr(12)}, "0>0rc"},
-           {{"b=" + lines}, {"c=third line\r\nanother"}, "0>- ->0"},
-           // The most similar one is the renamed one.
-           {{"a=" + lines}, {"b=x\r\n" + lines, "c=" + lines}, "->0 0>1r"},
-           // Equal names: first those with equal texts, then by order.
-           {{"a=1", "a=2", "a=3"}, {"a=2", "a=4"}, "2>- 0>1mc"},
-           {{"a=", "a=", "a="}, {"a=", "a="}, "2>-"},
+  for (const auto& [older, newer, changes] : std::vector<std::array<std::string, 3>>{
+           {"a=1,b=2", "a=1,b=2", ""},
+           {"", "a=", "->0"},
+           {"a=1,b=2,c=3,d=4", "a=1,d=4", "1>- 2>-"},
+           {"a=1,b=2", "b=2", "0>-"},
+           {"a=1,b=2", "a=3,b=2", "0>0c"},
+           {"a=1,b=2", "a=1,c=2", "1>1r"},
+           {"a=1,b=2,c=3", "c=3,a=1,b=2", "2>0m"},
+           {"a=1,b=2,c=3", "c=4,n=5,a=1,b=2", "2>0mc ->1"},
+           {"a=1,b=234", "c=2345,a=1", "1>0rc 0>1m"},
+           {"b=123", "c=23", "0>0rc"},
+           {"b=123", "c=3xy", "0>- ->0"},
+           {"a=123", "b=x123,c=123", "->0 0>1r"},    // the most similar one is the renamed one
+           {"a=1,a=2,a=3", "a=2,a=4", "2>- 0>1mc"},  // equal names: first equal texts, then by order
+           {"a=,a=,a=", "a=,a=", "2>-"},
        }) {
-    EXPECT_EQ(Described(CompareLibraries(LibraryOf(c.older), LibraryOf(c.newer))), c.changes);
+    EXPECT_EQ(Described(CompareLibraries(LibraryOf(older), LibraryOf(newer))), changes);
   }
-  auto other = LibraryOf({"a"});
-  other[0].Attachment = "x";
-  other[0].Description = "x";
-  EXPECT_EQ(Described(CompareLibraries(LibraryOf({"a"}), other)), "0>0ad");
+  EXPECT_EQ(Described(CompareLibraries(LibraryOf("a="), std::vector<Snippet>{{"a", "x", "", "x"}})), "0>0ad");
+}
+
+TEST(LibraryMergeTest, MergesLinesOfBothSides) {
+  for (const auto& [base, ours, theirs, mergedOurs, mergedTheirs] : std::vector<std::array<std::string, 5>>{
+           {"abc", "xbc", "abz", "xbz", "xbz"},
+           {"abc", "xbc", "ybc", "xbc", "ybc"},
+           {"abcd", "axcd", "abyd", "axyd", "axyd"},  // changes beside each other
+           {"abcd", "acd", "abyd", "ayd", "ayd"},
+           {"abcd", "xabcd", "ycd", "xycd", "xycd"},  // added before replaced
+           {"abc", "abcx", "abcy", "abcx", "abcy"},   // added at one place
+           {"abc", "abcx", "yabc", "yabcx", "yabcx"},
+           {"abcdefgh", "ABcdefGh", "aBcdefgH", "ABcdefGH", "aBcdefGH"},
+           {"abcdef", "aXf", "aBcdEf", "aXf", "aBcdEf"},  // one change of ours reaches two of theirs
+           {"abc", "ac", "aXc", "ac", "aXc"},
+       }) {
+    const MergedText merged = MergeLines(Text(base), Text(ours), Text(theirs));
+    const MergedText swapped = MergeLines(Text(base), Text(theirs), Text(ours));
+    EXPECT_EQ(merged.ours, Text(mergedOurs)) << base << ours << theirs;
+    EXPECT_EQ(merged.theirs, Text(mergedTheirs)) << base << ours << theirs;
+    EXPECT_TRUE(swapped.ours == merged.theirs && swapped.theirs == merged.ours);
+  }
+}
+
+TEST(LibraryMergeTest, MergesSnippetBySnippet) {
+  for (const auto& [base, ours, theirs, wanted, conflict] : std::vector<std::array<std::string, 5>>{
+           {"a=1,b=2", "a=1x,b=2", "a=1,b=3,c=4", "a=1x,b=3,c=4", ""},
+           {"a=1,b=2", "b=2", "a=1", "", ""},
+           {"a=12345", "b=12345", "a=12x45", "b=12x45", ""},  // renamed, changed
+           {"a=12345", "b=1234y", "a=x2345", "b=x234y", ""},  // renamed and changed, changed
+           {"a=1,b=2,c=3", "c=3,a=1,b=2", "a=1,b=2,c=4", "c=4,a=1,b=2", ""},
+           {"a=1,b=2,c=3", "a=1,b=2x,c=3", "c=3,a=1,b=2", "c=3,a=1,b=2x", ""},
+           {"a=1,b=2", "a=1,o=3,b=2", "a=1,t=4,u=5,b=2", "a=1,o=3,t=4,u=5,b=2", ""},
+           {"a=1", "a=1,n=2", "n=2,a=1", "a=1,n=2", ""},  // added by both
+           {"a=1,a=1,a=2", "a=1,a=2", "a=1,a=1,a=2x", "a=1,a=2x", ""},
+           {"", "a=1,a=1", "a=1,a=1", "a=1,a=1", ""},
+           {"a=1,b=2", "a=3,b=2", "a=4,b=2", "a=3,a (theirs)=4,b=2",
+            "'a' and 'a (theirs)': both sides changed the code"},
+           {"a=123,a (theirs)=9", "a=x23,a (theirs)=9", "a=y2z,a (theirs)=9",
+            "a=x2z,a (theirs 2)=y2z,a (theirs)=9", "'a' and 'a (theirs 2)': both sides changed the code"},
+           {"a=1", "b=1", "c=1", "b=1,c (theirs)=1", "'b' and 'c (theirs)': both sides changed the name"},
+           {"a=1", "", "a=2", "a=2", "'a': ours removed it, theirs changed it; it is kept"},
+           {"a=1", "a=2", "", "a=2", "'a': theirs removed it, ours changed it; it is kept"},
+           {"", "a=1", "a=2", "a=1,a (theirs)=2",
+            "'a' and 'a (theirs)': both sides added it, but differently: the code"},
+           {"a=12", "a=12,n=3", "n=12", "n (theirs)=12,n=3", "'n (theirs)': both sides have another 'n'"},
+       }) {
+    MergedLibrary merged = MergeLibraries(LibraryOf(base), LibraryOf(ours), LibraryOf(theirs));
+    EXPECT_EQ(merged.snippets, LibraryOf(wanted)) << base << " | " << ours << " | " << theirs;
+    for (std::string& each : merged.conflicts) std::replace(each.begin(), each.end(), '"', '\'');
+    EXPECT_EQ(merged.conflicts, conflict.empty() ? std::vector<std::string>{} : std::vector{conflict});
+  }
 }
 
 }  // namespace
