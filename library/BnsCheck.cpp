@@ -54,6 +54,9 @@ class Checker : public BnsEvents {
       Warn("ends with CR LF, but other lines end with LF");
     }
     if (std::any_of(line.begin(), line.end(), IsControl)) Warn("has control characters");
+    if (line.starts_with("<<<<<<< ") || line.starts_with(">>>>>>> ")) {
+      Warn("looks like a conflict of a merge as plain text; \"bns git-setup\" lets git merge by snippets");
+    }
     if (line.find_first_of("\r\n") != std::string_view::npos) Warn("has a CR or LF inside the line");
     lastSection_ = section;
   }

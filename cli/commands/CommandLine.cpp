@@ -15,7 +15,7 @@ namespace {
 constexpr const char* kFooter =
     "Exit codes:\n"
     "  0  done\n"
-    "  1  nothing found, problems found, or some snippets skipped\n"
+    "  1  nothing found, problems found, some snippets skipped, a difference, or a conflict\n"
     "  2  usage error\n"
     "  3  a file could not be read or written\n"
     "  4  a file does not have the expected format\n"

@@ -20,6 +20,12 @@ std::string Numbers(const std::vector<std::size_t>& positions) {
   return text;
 }
 
+void RequireRoom(const std::string& path, std::size_t count) {
+  if (count > Library::kMaxSnippets) {
+    throw Failure(ExitCode::Refused, NameOf(path) + ": a library can hold 32,767 snippets");
+  }
+}
+
 }  // namespace
 
 BnsContents ReadContents(Session& session, const std::string& path, std::string_view bytes) {
@@ -55,30 +61,28 @@ void CheckNothingIsLost(Session& session, const std::string& path, std::string_v
   }
 }
 
-LibraryFile::LibraryFile(Session& session, const std::string& path)
-    : LibraryFile(session, path, session.Read(path)) {}
-
-LibraryFile::LibraryFile(Session& session, const std::string& path, const std::string& bytes)
-    : session_(session), path_(path) {
+BnsContents ReadForChange(Session& session, const std::string& path, std::string_view bytes) {
   BnsContents contents = ReadContents(session, path, bytes);
-  snippets = std::move(contents.snippets);
-  version_ = contents.version;
+  if (contents.version == BnsVersion::Version1) {
+    throw Failure(ExitCode::Refused,
+                  NameOf(path) + ":1: the library is version 1; \"bns convert\" makes it version 2");
+  }
+  CheckNothingIsLost(session, path, bytes);
+  return contents;
 }
+
+LibraryFile::LibraryFile(Session& session, const std::string& path)
+    : LibraryFile(session, path, ReadContents(session, path, session.Read(path))) {}
+
+LibraryFile::LibraryFile(Session& session, const std::string& path, BnsContents contents)
+    : snippets(std::move(contents.snippets)), session_(session), path_(path), version_(contents.version) {}
 
 LibraryFile LibraryFile::ForChange(Session& session, const std::string& path, bool create) {
   std::error_code ignored;
-  if (create && path != "-" && !std::filesystem::exists(ToPath(path), ignored)) {
-    LibraryFile library(session, path, WriteBns({}));
-    library.isNew_ = true;
-    return library;
-  }
-  const std::string bytes = session.Read(path);
-  LibraryFile library(session, path, bytes);
-  if (library.version() == BnsVersion::Version1) {
-    throw Failure(ExitCode::Refused,
-                  NameOf(path) + ": the library is version 1; \"bns convert\" makes it version 2");
-  }
-  CheckNothingIsLost(session, path, bytes);
+  const bool isNew = create && path != "-" && !std::filesystem::exists(ToPath(path), ignored);
+  LibraryFile library(session, path,
+                      isNew ? BnsContents{} : ReadForChange(session, path, session.Read(path)));
+  library.isNew_ = isNew;
   return library;
 }
 
@@ -107,23 +111,23 @@ std::size_t LibraryFile::Find(const std::string& which) const {
 }
 
 void LibraryFile::CheckRoom(std::size_t more) const {
-  if (snippets.size() + more > Library::kMaxSnippets) {
-    throw Failure(ExitCode::Refused, NameOf(path_) + ": a library can hold 32,767 snippets");
-  }
+  RequireRoom(path_, snippets.size() + more);
 }
 
-void LibraryFile::Save() {
+void WriteLibrary(Session& session, const std::string& path, const std::vector<Snippet>& snippets,
+                  bool isNew) {
+  RequireRoom(path, snippets.size());
   const std::string bytes = WriteBns(snippets);
   // The last check: the file must read back as the snippets.
   const auto read = ReadBns(bytes);
   const auto* contents = std::get_if<BnsContents>(&read);
   if (contents == nullptr || contents->snippets != snippets || contents->omitted > 0) {
-    throw Failure(ExitCode::Refused, NameOf(path_) + ": the library would not read back unchanged");
+    throw Failure(ExitCode::Refused, NameOf(path) + ": the library would not read back unchanged");
   }
-  if (path_ == "-") {
-    session_.terminal.WriteBytes(bytes);
+  if (path == "-") {
+    session.terminal.WriteBytes(bytes);
   } else {
-    WriteFileSafely(path_, bytes, isNew_ ? Existing::Keep : Existing::Replace);
+    WriteFileSafely(path, bytes, isNew ? Existing::Keep : Existing::Replace);
   }
 }
 

@@ -17,6 +17,15 @@ BnsContents ReadContents(Session& session, const std::string& path, std::string_
 /// lossy.
 void CheckNothingIsLost(Session& session, const std::string& path, std::string_view bytes);
 
+/// The contents of a library that is to be written: as ReadContents, but version 1 is refused, and so is what
+/// CheckNothingIsLost refuses.
+BnsContents ReadForChange(Session& session, const std::string& path, std::string_view bytes);
+
+/// Writes a library; throws a Failure if it would not read back as these snippets, or if there are too many.
+/// The path "-" is the standard output.
+void WriteLibrary(Session& session, const std::string& path, const std::vector<Snippet>& snippets,
+                  bool isNew = false);
+
 /// Drops the spaces at the snippet's line ends; throws a Failure if a library file cannot hold it.
 void RequireHeld(Session& session, Snippet& snippet);
 
@@ -42,10 +51,10 @@ class LibraryFile {
   /// Throws a Failure if there is no room for so many more snippets.
   void CheckRoom(std::size_t more) const;
 
-  void Save();
+  void Save() { WriteLibrary(session_, path_, snippets, isNew_); }
 
  private:
-  LibraryFile(Session& session, const std::string& path, const std::string& bytes);
+  LibraryFile(Session& session, const std::string& path, BnsContents contents);
 
   Session& session_;
   std::string path_;

@@ -9,7 +9,7 @@ namespace snip {
 /// What `bns` returns to its caller; scripts rely on these numbers.
 enum class ExitCode {
   Done = 0,
-  No = 1,         ///< Nothing found, problems found, or some snippets skipped.
+  No = 1,         ///< Nothing found, problems found, some snippets skipped, a difference, or a conflict.
   Usage = 2,      ///< The command line is wrong.
   File = 3,       ///< A file could not be read or written.
   Malformed = 4,  ///< A file does not have the expected format.

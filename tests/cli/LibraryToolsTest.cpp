@@ -104,6 +104,7 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
                             {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
                             {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "spaces"},
                             {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "missing"},
+                            {"BNS2.0\na\n\nd\n(,)\n<<<<<<< HEAD\n>>>>>>> x\n...\n", {6, 7}, "conflict"},
                             {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
     std::string file;
     for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);

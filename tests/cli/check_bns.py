@@ -233,6 +233,16 @@ def exchanging():
     write("old.bns", OLD)
     bns(DONE, "merge", "--create", "all.bns", "old.bns", "l2.bns", "--same-name", "number", says="merged 4")
     expect(bns(DONE, "list", "all.bns").out == b"One\nTwo\nOne (2)\nTwo (2)\n", "merge of several libraries")
+    write("cut.bns", LIBRARY[:60])
+    for name, code, says in (("cut.bns", REFUSED, "cut.bns:8: "), ("old.bns", REFUSED, "old.bns:1: "),
+                             ("t.json", MALFORMED, "t.json:1: "), ("none.bns", FILE, "none.bns")):
+        refuse(code, "merge", "--base", "l2.bns", name, "l2.bns", says=says)
+        refuse(code, "merge", "--base", "l2.bns", "l2.bns", name, "--label", name, says=says.replace(":", " (theirs):", 1))
+    refuse(REFUSED, "merge", "--base", "cut.bns", "l2.bns", "l2.bns", says="cut.bns:8: ")
+    refuse(USAGE, "diff", "l2.bns", "none.bns", says="none.bns")
+    refuse(DONE, "diff", "l2.bns", "l2.bns")
+    compared = json.loads(bns(NO, "diff", "--json", "l2.bns", "cut.bns", says="").out)
+    expect([(each["name"], each["change"]) for each in compared] == [("One", "changed"), ("Two", "removed")], f"diff {compared}")
     write("full.bns", b"BNS2.0\r\n" + b"(.)\r\n".join([b"\r\n\r\n\r\n(,)\r\n\r\n"] * 32766) + b"...\r\n")
     bns(NO, "merge", "full.bns", "l2.bns", says="merged 1, already there 0, skipped 1")
     bns(DONE, "export", "--force", "-s", "Two", "-s", "One", "l.bns", "l.json", says="exported 2")
@@ -331,7 +341,7 @@ def shell_completion():
         offered = subprocess.run(["bash", "-c", script, "bash", *words], capture_output=True, check=False, text=True,
                                  env={**os.environ, "BNS": BNS[0]})
         expect(offered.stdout.strip() == wanted, f"completing {words}: {offered.stdout}{offered.stderr}")
-    for command in re.findall(r"^  (\w+)", bns(DONE, "--help").out.decode().split("Subcommands:")[1], re.M)[:18]:
+    for command in re.findall(r"^  ([\w-]+)", bns(DONE, "--help").out.decode().split("Subcommands:")[1], re.M)[:20]:
         table = re.search(rf"\['{command}'\]='(.*)'", read("completion").decode())
         named = set(re.findall(r"--[a-z-]+", bns(DONE, command, "--help").out.decode()))
         expect(table and set(table[1].split()) == named, f"{command}: {table and table[1]} completed, {named} in the help")
