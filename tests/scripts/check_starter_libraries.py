@@ -3,10 +3,9 @@
 
     check_starter_libraries.py BNS FOLDER
 
-The files themselves are checked by the program BNS, strictly; here it is their number, that each snippet is
-whole, and the Visual Basic 5 code in it as far as that can be judged without a compiler. Each fault is printed
-as FILE: SNIPPET: LINE: TEXT, the line counted in the snippet's code, and makes the exit code 1. When all is
-well, one line with counts is printed.
+The program BNS checks the files themselves, strictly. This script checks their number, that each snippet is whole,
+and the Visual Basic 5 code in it as far as that can be judged without a compiler. It prints each fault as
+FILE: SNIPPET: LINE: TEXT, the line counted in the snippet's code, and exits with 1 if there are any.
 """
 
 import json
@@ -18,299 +17,137 @@ from pathlib import Path
 MIN_LIBRARIES = 4
 MIN_SNIPPETS = 40
 
-# These came with Visual Basic 6, so version 5 does not know them.
-NEWER_FUNCTIONS = {
-    "callbyname", "filter", "formatcurrency", "formatdatetime", "formatnumber",
-    "formatpercent", "instrrev", "join", "monthname", "replace", "round",
-    "split", "strreverse", "weekdayname",
-}
-NEWER_OBJECTS = {"dictionary", "filesystemobject"}
-
-# What a block is called by its closing statement, as "End ..." names it.
-END_BLOCKS = {"sub", "function", "property", "if", "select", "with", "type", "enum"}
-CLOSERS = {"loop": "do", "wend": "while", "#end": "#if"}
-# What may stand only right inside a block of the other kind.
-OWNERS = {"else": "if", "elseif": "if", "case": "select",
-          "#else": "#if", "#elseif": "#if"}
-PROCEDURES = {"sub", "function", "property"}
-MODIFIERS = {"public", "private", "friend", "static", "global"}
-
+# Visual Basic 6 introduced these. A member of that name, as in Recordset.Filter, is another thing.
+NEWER = re.compile(
+    r"(?:(?<![.!])|(?<=\bVBA\.))\b(CallByName|Filter|Format(?:Currency|DateTime|Number|Percent)|InStrRev|Join|"
+    r"MonthName|Replace|Round|Split|StrReverse|WeekdayName)\b|\b(Dictionary|FileSystemObject)\b", re.I)
+# A string; two quotes inside it stand for one.
 STRING = re.compile(r'"((?:[^"]|"")*)"')
 
-
-# --- From lines of code to statements ----------------------------------------
+# Statements that begin a block, with the word that names its kind, and for loops the variable.
+BEGINS = [re.compile(pattern, re.I) for pattern in (
+    r"(?:(?:Public|Private|Friend|Static|Global)\s+)*(?P<kind>Sub|Function|Property)\b",
+    r"(?:(?:Public|Private)\s+)*(?P<kind>Type|Enum)\s+\w+$",
+    r"(?P<kind>#?If)\b(?!.*\.\.\.$)",
+    r"(?P<kind>Select)\s+Case\b",
+    r"(?P<kind>With|While|Do)\b",
+    r"(?P<kind>For)\s+(?:Each\s+)?(?P<variable>\w+)")]
+ENDS = re.compile(r"(?:End\s+(?P<end>Sub|Function|Property|If|Select|With|Type|Enum)|(?P<word>Loop|Wend|#End))\b", re.I)
+CLOSES = {"loop": "do", "wend": "while", "#end": "#if"}
+# Statements that are valid only directly inside a block of the other kind.
+OWNERS = {"else": "if", "elseif": "if", "case": "select", "#else": "#if", "#elseif": "#if"}
 
 
 def logical_lines(code):
-    """Joins lines that go on with " _" and yields them with the first number."""
+    """Joins lines that go on with " _"; yields each with the number of its first line."""
     start, joined = 0, ""
-    for number, text in code:
-        start = start or number
+    for number, text in enumerate(code.splitlines() + [""], 1):
         body = text.strip()
-        if body == "_" or body.endswith(" _"):
-            joined += body[:-1]
-            continue
-        yield start, joined + body
-        start, joined = 0, ""
-    if start:
-        yield start, joined
+        start = start or number
+        joined += body.removesuffix("_")
+        if body != "_" and not body.endswith(" _"):
+            yield start, joined
+            start, joined = 0, ""
 
 
-def strip_literals(text):
-    """Removes the comment, and exchanges what stands in strings for "#".
+def statements(text):
+    """Splits a line without literals at its colons and at the Then of a short If.
 
-    Returns the text and whether each string has been closed. The length is
-    kept, so that an empty string can still be told from another.
+    "If a Then b Else c" gives "If a Then ...", "b" and "c": such an If has no End If.
     """
-    result, at = "", 0
-    # A remark may contain a single quote character.
-    if re.match(r"rem\b", text, re.I):
-        return "", True
-    while at < len(text):
-        letter = text[at]
-        if letter == "'":
-            break
-        if letter != '"':
-            result += letter
-            at += 1
-            continue
-        # Two quotes inside a string stand for one.
-        match = STRING.match(text, at)
-        if match is None:
-            return result, False
-        result += '"' + "#" * len(match.group(1)) + '"'
-        at = match.end()
-    return result, True
-
-
-def split_statements(text):
-    """Splits a stripped line at its colons and at the Then of a short If.
-
-    "If a Then b Else c" gives "If a Then ...", "b" and "c": the dots mark an
-    If that ends with its line and needs no End If.
-    """
-    # A line number would hide the first word.
     text = re.sub(r"^\d+:?\s+", "", text)
     # Date literals and named arguments contain colons of their own.
-    text = re.sub(r"#\d[\d/:. \-APMapm]*#", "0", text)
-    for part in re.split(r":(?!=)", text):
-        yield from split_short_if(part.strip())
+    for part in re.split(r":(?!=)", re.sub(r"#\d[\d/:. \-APMapm]*#", "0", text)):
+        short = re.match(r"\s*(If\b.*?\bThen\b)\s*(\S.*)$", part, re.I)
+        if short:
+            yield short[1] + " ..."
+            for branch in re.split(r"\bElse\b", short[2], flags=re.I):
+                yield from statements(branch)
+        elif part.strip() and not re.match(r"\s*Rem\b", part, re.I):
+            yield part.strip()
 
 
-def split_short_if(part):
-    if re.match(r"rem\b", part, re.I):
-        return
-    match = re.match(r"(If\b.*?\bThen\b)\s*(\S.*)$", part, re.I)
-    if match is None:
-        if part:
-            yield part
-        return
-    yield match.group(1) + " ..."
-    for branch in re.split(r"\bElse\b", match.group(2), flags=re.I):
-        yield from split_short_if(branch.strip())
-
-
-# --- Blocks ------------------------------------------------------------------
-
-
-class BlockChecker:
-    """Keeps the open blocks of one snippet while its statements go by."""
-
-    def __init__(self):
-        self.open = []  # kind, detail and line number of each open block
-        self.faults = []
-
-    def fault(self, line, text):
-        self.faults.append((line, text))
-
-    def take(self, line, statement):
-        # What begins with a dot is a member of a With block's object.
-        words = re.findall(r"[A-Za-z_#]\w*", statement.lower())
-        if not words or statement.startswith("."):
-            return
-        while len(words) > 1 and words[0] in MODIFIERS:
-            words.pop(0)
-        first, second = words[0], words[1] if len(words) > 1 else ""
-        if first == "end" and second in END_BLOCKS:
-            self.close(line, second)
-        elif self.open and self.open[-1][0] in ("type", "enum"):
-            # Members may be called like statements: Next As Long.
-            return
-        elif first == "end" and second != "":
-            self.fault(line, f'"{statement}" is no statement')
-        elif first == "exit":
-            self.leave(line, second)
-        elif first == "next":
-            self.close_loops(line, statement)
-        elif first in CLOSERS:
-            self.close(line, CLOSERS[first])
-        elif first in OWNERS:
-            self.inside(line, first)
-        else:
-            self.begin(line, first, second, statement)
-
-    def begin(self, line, first, second, statement):
-        if first in PROCEDURES:
-            if self.open:
-                self.fault(line, f"{first.title()} begins inside another block")
-            self.push(line, first)
-        elif first in ("type", "enum"):
-            # Only "Type Name": a variable may be called Type.
-            if re.search(r"\b(type|enum)\s+\w+$", statement, re.I):
-                self.push(line, first)
-        elif first in ("if", "#if"):
-            self.begin_if(line, first, statement)
-        elif first in ("with", "while", "do"):
-            self.push(line, first)
-        elif first == "select" and second == "case":
-            self.push(line, first)
-        elif first == "for":
-            variable = second if second != "each" else statement.split()[2].lower()
-            self.push(line, first, variable)
-
-    def begin_if(self, line, kind, statement):
-        if statement.endswith("..."):
-            return
-        if not re.search(r"\bthen$", statement, re.I):
-            self.fault(line, "If without Then")
-        self.push(line, kind)
-
-    def push(self, line, kind, detail=""):
-        self.open.append((kind, detail, line))
-
-    def close(self, line, kind):
-        if not self.open:
-            self.fault(line, f"the end of a {kind.title()} that was not begun")
-            return ""
-        opened, detail, start = self.open.pop()
-        if opened != kind:
-            self.fault(line, f"{opened.title()} of line {start} is not ended "
-                             f"where a {kind.title()} ends")
-        return detail
-
-    def close_loops(self, line, statement):
-        """Next i, j ends two loops, and a plain Next one of any variable."""
-        names = [name.strip().lower() for name in statement[4:].split(",")]
+def block_fault(blocks, statement):
+    """Follows the open blocks, a list of (kind, loop variable), over one statement; its fault or None."""
+    first = re.match(r"#?\w*", statement)[0].lower()
+    ends = ENDS.match(statement)
+    if ends or first == "next":
+        names = statement[4:].lower().replace(" ", "").split(",") if first == "next" else [""]
+        kind = "for" if first == "next" else CLOSES.get(first) or ends["end"].lower()
         for name in names:
-            variable = self.close(line, "for")
-            if name and variable and name != variable:
-                self.fault(line, f"Next {name} ends the loop of {variable}")
-
-    def leave(self, line, kind):
-        if kind not in [opened for opened, _, _ in self.open]:
-            self.fault(line, f"Exit {kind.title()} outside of one")
-
-    def inside(self, line, first):
-        """Else and Case may stand only right inside their own blocks."""
-        if not self.open or self.open[-1][0] != OWNERS[first]:
-            self.fault(line, f"{first.title()} outside of its block")
-
-    def finish(self):
-        for kind, _, line in self.open:
-            self.fault(line, f"{kind.title()} is never ended")
-        return self.faults
-
-
-# --- Single statements -------------------------------------------------------
-
-
-def newer_name_faults(line, statement):
-    """Names that version 5 does not have, unless they are members.
-
-    A recordset has a Filter of its own, so what follows a dot or an
-    exclamation mark is left alone; only after VBA it is the function again.
-    """
-    for match in re.finditer(r"(\bVBA\.|[.!])?\b([A-Za-z]\w*)", statement, re.I):
-        owner, name = match.group(1), match.group(2)
-        if name.lower() in NEWER_OBJECTS:
-            yield line, f"{name} is no object of Visual Basic 5"
-        elif name.lower() in NEWER_FUNCTIONS and owner not in (".", "!"):
-            yield line, f"{name} came only after Visual Basic 5"
-
-
-def declare_faults(line, statement):
-    match = re.match(r"(?:(?:Public|Private)\s+)?Declare\b(.*)", statement, re.I)
-    if match is None:
-        return
-    if not re.match(r'\s+(Sub|Function)\s+\w+\s+Lib\s+"#+"', match.group(1), re.I):
-        yield line, "Declare without its Lib"
-
-
-def scripting_faults(line, text):
-    """Objects made by name hide in a string, where no identifier is seen."""
-    if re.search(r'"Scripting\.', text, re.I):
-        yield line, "the Scripting library is no part of Visual Basic 5"
+            opened, variable = blocks.pop() if blocks else ("nothing", "")
+            if opened != kind or (name and name != variable):
+                return f"{statement} ends {opened.title()} {variable}"
+    elif blocks and blocks[-1][0] in ("type", "enum"):
+        return None  # members may be named like statements
+    elif re.match(r"End\s+\w", statement, re.I):
+        return f"{statement} is no statement"
+    elif first == "exit":
+        kind = statement[5:].strip().lower()
+        return None if kind in dict(blocks) else f"{statement} outside of one"
+    elif first in OWNERS:
+        return None if blocks and blocks[-1][0] == OWNERS[first] else f"{first.title()} outside of its block"
+    for begins in BEGINS if not ends and first != "next" else ():
+        if begun := begins.match(statement):
+            kind = begun["kind"].lower()
+            nested = kind in ("sub", "function", "property") and len(blocks) > 0
+            blocks.append((kind, (begun.groupdict().get("variable") or "").lower()))
+            if nested or (kind.endswith("if") and not re.search(r"\bThen$", statement, re.I)):
+                return f"{kind.title()} inside another block" if nested else "If without Then"
+    return None
 
 
 def code_faults(code):
-    blocks = BlockChecker()
-    faults = []
-    for line, text in logical_lines(enumerate(code.splitlines(), 1)):
-        stripped, closed = strip_literals(text)
-        if not closed:
-            faults.append((line, "a string is not closed"))
-        faults += scripting_faults(line, text)
-        for statement in split_statements(stripped):
-            blocks.take(line, statement)
-            faults += newer_name_faults(line, statement)
-            faults += declare_faults(line, statement)
-    return faults + blocks.finish()
-
-
-# --- Files and the folder ----------------------------------------------------
+    blocks = []
+    for line, text in logical_lines(code):
+        # Strings keep their length, so that an empty one can still be told from another.
+        bare = STRING.sub(lambda match: f'"{"#" * len(match[1])}"', text)
+        bare = "" if re.match(r"Rem\b", text, re.I) else re.sub(r'^((?:[^"\']|"[^"]*")*)\'.*', r"\1", bare)
+        if bare.count('"') % 2:
+            yield line, "a string is not closed"
+        if re.search(r'"Scripting\.', text, re.I):
+            yield line, "the Scripting library is no part of Visual Basic 5"
+        for statement in statements(bare):
+            if fault := block_fault(blocks, statement):
+                yield line, fault
+            if newer := NEWER.search(statement):
+                yield line, f"{newer[0]} came only after Visual Basic 5"
+            if re.match(r"((Public|Private)\s+)?Declare\b(?!\s+(Sub|Function)\s+\w+\s+Lib\s+\"#+\")", statement, re.I):
+                yield line, "Declare without its Lib"
+    for kind, _ in blocks:
+        yield 0, f"{kind.title()} is never ended"
 
 
 def ask(bns, *arguments):
     """What the program BNS answers in JSON."""
-    said = subprocess.run([bns, *arguments, "--json"], check=True, capture_output=True)
-    return json.loads(said.stdout)
+    return json.loads(subprocess.run([bns, *arguments, "--json"], check=True, capture_output=True).stdout)
 
 
-def snippets_in(bns, library):
-    for listed in ask(bns, "list", library):
-        yield ask(bns, "show", library, f"#{listed['position']}")
-
-
-def content_faults(snippet):
-    if snippet["attachment"]:
-        yield 0, "it has an attachment, which nobody else has"
-    for part in ("name", "description", "code"):
-        if not snippet[part].strip():
-            yield 0, f"it has no {part}"
-
-
-def check_folder(bns, folder):
-    """Checks all libraries; returns what they hold and the messages of faults."""
+def faults_in(bns, folder):
     libraries = sorted(folder.glob("*.bns"))
     check = subprocess.run([bns, "check", "--strict", *libraries], capture_output=True, text=True)
-    messages = check.stdout.splitlines() + check.stderr.splitlines()
     if check.returncode != 0:
-        return len(libraries), [], messages or ["the program fails"]
-    snippets = []
+        yield check.stdout + check.stderr + "the program finds faults"
+        return
+    snippets = 0
     for library in libraries:
-        for snippet in snippets_in(bns, library):
-            snippets.append(snippet)
-            for line, text in [*content_faults(snippet), *code_faults(snippet["code"])]:
-                messages.append(f"{library.name}: {snippet['name']}: {line}: {text}")
-    if len(libraries) < MIN_LIBRARIES or len(snippets) < MIN_SNIPPETS:
-        messages.append(f"{folder}: {len(libraries)} libraries and {len(snippets)} snippets, "
-                        f"not {MIN_LIBRARIES} and {MIN_SNIPPETS}")
-    return len(libraries), snippets, messages
+        for listed in ask(bns, "list", library):
+            snippets += 1
+            snippet = ask(bns, "show", library, f"#{listed['position']}")
+            faults = [(0, f"it has no {part}") for part in ("name", "description", "code") if not snippet[part].strip()]
+            if snippet["attachment"]:
+                faults.append((0, "it has an attachment, which nobody else has"))
+            for line, text in [*faults, *code_faults(snippet["code"])]:
+                yield f"{library.name}: {snippet['name']}: {line}: {text}"
+    if len(libraries) < MIN_LIBRARIES or snippets < MIN_SNIPPETS:
+        yield f"{len(libraries)} libraries and {snippets} snippets, not {MIN_LIBRARIES} and {MIN_SNIPPETS}"
 
 
-def main(arguments):
-    if len(arguments) != 2 or not Path(arguments[1]).is_dir():
-        print("usage: check_starter_libraries.py BNS FOLDER", file=sys.stderr)
-        return 2
-    libraries, snippets, messages = check_folder(arguments[0], Path(arguments[1]))
-    for message in messages:
-        print(message)
-    if messages:
-        return 1
-    lines = sum(len(snippet["code"].splitlines()) for snippet in snippets)
-    print(f"starter libraries: {libraries} libraries, {len(snippets)} snippets, {lines} lines of code, no fault")
-    return 0
+def main():
+    faults = list(faults_in(sys.argv[1], Path(sys.argv[2])))
+    print("\n".join(faults))
+    return 1 if faults else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1:]))
+    sys.exit(main())
