@@ -12,7 +12,7 @@
 namespace snip {
 namespace {
 
-/// Asks the window to press the item that wParam counts.
+/// Asks the window to press the child whose number is wParam.
 UINT PressMessage() {
   static const UINT message = RegisterWindowMessageA("BnAccessibleListPress");
   return message;
@@ -31,13 +31,6 @@ bool TakesInput(HWND window) {
   return true;
 }
 
-LONG WindowState(HWND window) {
-  LONG state = 0;
-  if (IsWindowVisible(window) == 0) state |= STATE_SYSTEM_INVISIBLE;
-  if (!TakesInput(window)) state |= STATE_SYSTEM_UNAVAILABLE;
-  return state;
-}
-
 bool Contains(const Rect& area, Point point) {
   return point.x >= area.left && point.x < area.right() && point.y >= area.top && point.y < area.bottom();
 }
@@ -51,17 +44,28 @@ Rect ClientArea(HWND window) {
   return {0, 0, size.width, size.height};
 }
 
-LONG ItemState(HWND window, const AccessibleItems& items, int item) {
-  const AccessibleItem description = items.DescribeItem(item);
-  LONG state = description.state | WindowState(window);
-  if (items.FocusedItem() == item) state |= STATE_SYSTEM_FOCUSED;
-  if (!Overlap(description.place, ClientArea(window))) state |= STATE_SYSTEM_OFFSCREEN;
-  return state;
+/// What is told of a child, with CHILDID_SELF of the window as a whole. Its state is complete.
+AccessibleItem Describe(HWND window, const AccessibleItems& items, LONG child) {
+  AccessibleItem told;
+  if (child == CHILDID_SELF) {
+    told.name = WindowText(window);
+    told.role = items.WholeRole();
+    told.place = ClientArea(window);
+    if (GetFocus() == window) told.state |= STATE_SYSTEM_FOCUSED;
+  } else {
+    told = items.DescribeItem(child - ChildId(0));
+    if (items.FocusedItem() == child - ChildId(0)) told.state |= STATE_SYSTEM_FOCUSED;
+    if (!Overlap(told.place, ClientArea(window))) told.state |= STATE_SYSTEM_OFFSCREEN;
+  }
+  if (IsWindowVisible(window) == 0) told.state |= STATE_SYSTEM_INVISIBLE;
+  if (!TakesInput(window)) told.state |= STATE_SYSTEM_UNAVAILABLE;
+  return told;
 }
 
-bool CanPress(HWND window, const AccessibleItems& items, int item) {
-  return item >= 0 && item < items.AccessibleCount() && !items.DescribeItem(item).defaultAction.empty() &&
-         (ItemState(window, items, item) & STATE_SYSTEM_UNAVAILABLE) == 0;
+bool CanPress(HWND window, const AccessibleItems& items, LONG child) {
+  if (child < ChildId(0) || child > items.AccessibleCount()) return false;
+  const AccessibleItem item = Describe(window, items, child);
+  return !item.defaultAction.empty() && (item.state & STATE_SYSTEM_UNAVAILABLE) == 0;
 }
 
 /// The text for a client to free; an empty one is told as "has none".
@@ -148,50 +152,29 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE get_accChild(VARIANT child, IDispatch** object) override {
     if (!Start(object)) return E_POINTER;
-    return AskAbout(
-        child,
-        [&](AccessibleItems&) {
-          *object = ComPtr<IDispatch>::Share(this).Detach();
-          return S_OK;
-        },
-        // Items are no objects of their own: they are asked for by their number.
-        [](AccessibleItems&, int) { return S_FALSE; });
+    return AskAbout(child, [&](AccessibleItems&, LONG asked) {
+      // Items are no objects of their own: they are asked for by their number.
+      if (asked != CHILDID_SELF) return S_FALSE;
+      *object = ComPtr<IDispatch>::Share(this).Detach();
+      return S_OK;
+    });
   }
 
   // Properties.
   HRESULT STDMETHODCALLTYPE get_accName(VARIANT child, BSTR* name) override {
-    if (!Start(name)) return E_POINTER;
-    return AskAbout(
-        child, [&](AccessibleItems& items) { return Give(items.DescribeWhole().name, name); },
-        [&](AccessibleItems& items, int item) { return Give(items.DescribeItem(item).name, name); });
+    return Tell(child, &AccessibleItem::name, name);
   }
   HRESULT STDMETHODCALLTYPE get_accRole(VARIANT child, VARIANT* role) override {
-    if (!Start(role)) return E_POINTER;
-    return AskAbout(
-        child, [&](AccessibleItems& items) { return Give(items.DescribeWhole().role, role); },
-        [&](AccessibleItems& items, int item) { return Give(items.DescribeItem(item).role, role); });
+    return Tell(child, &AccessibleItem::role, role);
   }
   HRESULT STDMETHODCALLTYPE get_accState(VARIANT child, VARIANT* state) override {
-    if (!Start(state)) return E_POINTER;
-    return AskAbout(
-        child,
-        [&](AccessibleItems& items) {
-          const LONG focused = GetFocus() == window_ ? STATE_SYSTEM_FOCUSED : 0;
-          return Give(items.DescribeWhole().state | WindowState(window_) | focused, state);
-        },
-        [&](AccessibleItems& items, int item) { return Give(ItemState(window_, items, item), state); });
+    return Tell(child, &AccessibleItem::state, state);
   }
   HRESULT STDMETHODCALLTYPE get_accKeyboardShortcut(VARIANT child, BSTR* shortcut) override {
-    if (!Start(shortcut)) return E_POINTER;
-    return AskAbout(child, &HasNone, [&](AccessibleItems& items, int item) {
-      return Give(items.DescribeItem(item).shortcut, shortcut);
-    });
+    return Tell(child, &AccessibleItem::shortcut, shortcut);
   }
   HRESULT STDMETHODCALLTYPE get_accDefaultAction(VARIANT child, BSTR* action) override {
-    if (!Start(action)) return E_POINTER;
-    return AskAbout(child, &HasNone, [&](AccessibleItems& items, int item) {
-      return Give(items.DescribeItem(item).defaultAction, action);
-    });
+    return Tell(child, &AccessibleItem::defaultAction, action);
   }
   HRESULT STDMETHODCALLTYPE get_accValue(VARIANT child, BSTR* value) override {
     return NotSupported(child, value);
@@ -224,34 +207,25 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
     return Ask([](AccessibleItems&) { return S_FALSE; });
   }
   HRESULT STDMETHODCALLTYPE accSelect(LONG flags, VARIANT child) override {
-    return AskAbout(
-        child, [&](AccessibleItems&) { return WithoutSelection(flags); },
-        [&](AccessibleItems& items, int item) {
-          if (flags != SELFLAG_TAKEFOCUS) return WithoutSelection(flags);
-          constexpr LONG kRelevant = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_UNAVAILABLE;
-          const LONG state = ItemState(window_, items, item) & kRelevant;
-          if (state != STATE_SYSTEM_FOCUSABLE) return DISP_E_MEMBERNOTFOUND;
-          items.FocusItem(item);
-          return S_OK;
-        });
+    return AskAbout(child, [&](AccessibleItems&, LONG) {
+      if ((flags & ~SELFLAG_VALID) != 0) return E_INVALIDARG;
+      return flags == SELFLAG_NONE ? S_OK : DISP_E_MEMBERNOTFOUND;
+    });
   }
 
   // Place.
   HRESULT STDMETHODCALLTYPE accLocation(LONG* left, LONG* top, LONG* width, LONG* height,
                                         VARIANT child) override {
     if (!Start(left) || !Start(top) || !Start(width) || !Start(height)) return E_POINTER;
-    const auto give = [&](const Rect& place) {
-      RECT screen = ToRECT(place);
+    return AskAbout(child, [&](AccessibleItems& items, LONG asked) {
+      RECT screen = ToRECT(Describe(window_, items, asked).place);
       MapWindowPoints(window_, HWND_DESKTOP, reinterpret_cast<POINT*>(&screen), 2);
       *left = screen.left;
       *top = screen.top;
       *width = screen.right - screen.left;
       *height = screen.bottom - screen.top;
       return S_OK;
-    };
-    return AskAbout(
-        child, [&](AccessibleItems&) { return give(ClientArea(window_)); },
-        [&](AccessibleItems& items, int item) { return give(items.DescribeItem(item).place); });
+    });
   }
   HRESULT STDMETHODCALLTYPE accHitTest(LONG x, LONG y, VARIANT* child) override {
     if (!Start(child)) return E_POINTER;
@@ -269,63 +243,42 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE accNavigate(LONG direction, VARIANT start, VARIANT* end) override {
     if (!Start(end)) return E_POINTER;
-    const auto give = [&](int item, int count) {
-      return item >= 0 && item < count ? Give(ChildId(item), end) : S_FALSE;
-    };
-    return AskAbout(
-        start,
-        [&](AccessibleItems& items) {
-          const int count = items.AccessibleCount();
-          switch (direction) {
-            case NAVDIR_FIRSTCHILD:
-              return give(0, count);
-            case NAVDIR_LASTCHILD:
-              return give(count - 1, count);
-            default:
-              // The windows beside this one are found through the parent.
-              return IsDirection(direction) ? S_FALSE : E_INVALIDARG;
-          }
-        },
-        [&](AccessibleItems& items, int item) {
-          const int count = items.AccessibleCount();
-          switch (direction) {
-            case NAVDIR_NEXT:
-              return give(item + 1, count);
-            case NAVDIR_PREVIOUS:
-              return give(item - 1, count);
-            case NAVDIR_FIRSTCHILD:
-            case NAVDIR_LASTCHILD:
-              return E_INVALIDARG;
-            default:
-              // Whether the items are a row or a column only their places tell.
-              return IsDirection(direction) ? DISP_E_MEMBERNOTFOUND : E_INVALIDARG;
-          }
-        });
+    return AskAbout(start, [&](AccessibleItems& items, LONG from) {
+      const LONG count = items.AccessibleCount();
+      const bool whole = from == CHILDID_SELF;
+      const auto give = [&](LONG child) {
+        return child >= ChildId(0) && child <= count ? Give(child, end) : S_FALSE;
+      };
+      switch (direction) {
+        case NAVDIR_FIRSTCHILD:
+          return whole ? give(ChildId(0)) : E_INVALIDARG;
+        case NAVDIR_LASTCHILD:
+          return whole ? give(count) : E_INVALIDARG;
+        case NAVDIR_NEXT:
+          return whole ? S_FALSE : give(from + 1);
+        case NAVDIR_PREVIOUS:
+          return whole ? S_FALSE : give(from - 1);
+        default:
+          if (direction <= NAVDIR_MIN || direction >= NAVDIR_MAX) return E_INVALIDARG;
+          // A client finds the windows beside this one through the parent, and what is above an item by the
+          // items' places.
+          return whole ? S_FALSE : DISP_E_MEMBERNOTFOUND;
+      }
+    });
   }
 
   // Action.
   HRESULT STDMETHODCALLTYPE accDoDefaultAction(VARIANT child) override {
-    return AskAbout(
-        child, [](AccessibleItems&) { return DISP_E_MEMBERNOTFOUND; },
-        [&](AccessibleItems& items, int item) {
-          if (!CanPress(window_, items, item)) return DISP_E_MEMBERNOTFOUND;
-          // Not done within the call: an action may open a menu or a message box, and the client would hang
-          // until a person closes it.
-          return PostMessageA(window_, PressMessage(), static_cast<WPARAM>(item), 0) != 0 ? S_OK : E_FAIL;
-        });
+    return AskAbout(child, [&](AccessibleItems& items, LONG asked) {
+      if (!CanPress(window_, items, asked)) return DISP_E_MEMBERNOTFOUND;
+      // Posted, because an action may open a menu or a message box: the client would hang until a person
+      // closes it.
+      return PostMessageA(window_, PressMessage(), static_cast<WPARAM>(asked), 0) != 0 ? S_OK : E_FAIL;
+    });
   }
 
  private:
   ~Object() override = default;
-
-  static bool IsDirection(LONG direction) { return direction > NAVDIR_MIN && direction < NAVDIR_MAX; }
-
-  static HRESULT HasNone(AccessibleItems& /*items*/) { return S_FALSE; }
-
-  static HRESULT WithoutSelection(LONG flags) {
-    if ((flags & ~SELFLAG_VALID) != 0) return E_INVALIDARG;
-    return flags == SELFLAG_NONE ? S_OK : DISP_E_MEMBERNOTFOUND;
-  }
 
   /// Has a question answered by the window, when there still is one. No exception gets out.
   template <class Query>
@@ -335,20 +288,25 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   }
 
   /// The same for a question about the whole or about one item, whichever `child` names.
-  template <class Whole, class Item>
-  HRESULT AskAbout(const VARIANT& child, Whole whole, Item item) const noexcept {
+  template <class Query>
+  HRESULT AskAbout(const VARIANT& child, Query query) const noexcept {
     return Ask([&](AccessibleItems& items) -> HRESULT {
-      if (child.vt != VT_I4) return E_INVALIDARG;
-      if (child.lVal == CHILDID_SELF) return whole(items);
-      if (child.lVal < ChildId(0) || child.lVal > items.AccessibleCount()) return E_INVALIDARG;
-      return item(items, static_cast<int>(child.lVal) - ChildId(0));
+      const bool isChild =
+          child.vt == VT_I4 && child.lVal >= CHILDID_SELF && child.lVal <= items.AccessibleCount();
+      return isChild ? query(items, child.lVal) : E_INVALIDARG;
+    });
+  }
+
+  template <class Part, class Result>
+  HRESULT Tell(const VARIANT& child, Part AccessibleItem::*part, Result* result) const noexcept {
+    if (!Start(result)) return E_POINTER;
+    return AskAbout(child, [&](AccessibleItems& items, LONG asked) {
+      return Give(Describe(window_, items, asked).*part, result);
     });
   }
 
   HRESULT NotSupported(const VARIANT& child) const {
-    return AskAbout(
-        child, [](AccessibleItems&) { return DISP_E_MEMBERNOTFOUND; },
-        [](AccessibleItems&, int) { return DISP_E_MEMBERNOTFOUND; });
+    return AskAbout(child, [](AccessibleItems&, LONG) { return DISP_E_MEMBERNOTFOUND; });
   }
   HRESULT NotSupported(const VARIANT& child, BSTR* text) const {
     return Start(text) ? NotSupported(child) : E_POINTER;
@@ -373,9 +331,9 @@ std::optional<LRESULT> AccessibleList::Answer(UINT message, WPARAM wParam, LPARA
   } else if (message == WM_NCDESTROY) {
     Disconnect();
   } else if (message == PressMessage()) {
-    const auto item = static_cast<int>(wParam);
+    const auto child = static_cast<LONG>(wParam);
     // Nothing of this object is touched after an action, which may have ended it.
-    if (CanPress(window_.hWnd(), items_, item)) items_.DoDefaultAction(item);
+    if (CanPress(window_.hWnd(), items_, child)) items_.DoDefaultAction(child - ChildId(0));
     return 0;
   }
   return std::nullopt;
@@ -403,10 +361,6 @@ void AccessibleList::Notify(DWORD event) const {
 
 void AccessibleList::Notify(DWORD event, int item) const {
   if (window_.hWnd() != nullptr) NotifyWinEvent(event, window_.hWnd(), OBJID_CLIENT, ChildId(item));
-}
-
-AccessibleWhole AccessiblePart::DescribeWhole() const {
-  return {.name = WindowText(window_.hWnd()), .role = role_};
 }
 
 }  // namespace snip

@@ -19,32 +19,24 @@ class Window;
 struct AccessibleItem {
   std::string name;  ///< As a person reads it, without "&".
   LONG role = ROLE_SYSTEM_PUSHBUTTON;
-  /// What only the window knows: pressed, checked, hot, unavailable, can be focused. That the item has the
-  /// focus, lies outside of the window, or belongs to a hidden or disabled one, is added.
+  /// What only the window knows: pressed, checked, hot, unavailable. AccessibleList adds whether the item
+  /// has the focus, is outside the window, or belongs to a hidden or disabled one.
   LONG state = 0;
   Rect place;                 ///< In client pixels.
   std::string shortcut;       ///< As a person reads it: "Alt+N".
   std::string defaultAction;  ///< What pressing it does, in a word or two; empty when it cannot be pressed.
 };
 
-/// The same of the window as a whole.
-struct AccessibleWhole {
-  std::string name;
-  LONG role = ROLE_SYSTEM_TOOLBAR;
-  LONG state = 0;
-};
-
 /// What a window with self-painted items tells about them. Items are counted from 0 in the order in which
 /// they are read. Only called in the window's thread, while it has its handle; may throw.
 class AccessibleItems {
  public:
-  virtual AccessibleWhole DescribeWhole() const = 0;
+  /// Of the window as a whole, whose name is its text.
+  virtual LONG WholeRole() const = 0;
   virtual int AccessibleCount() const = 0;
   virtual AccessibleItem DescribeItem(int item) const = 0;
   /// The item that the keyboard acts on, of a window that has one: the highlighted item of a menu.
   virtual std::optional<int> FocusedItem() const { return std::nullopt; }
-  /// Gives an item the focus. Asked only of items whose state is STATE_SYSTEM_FOCUSABLE.
-  virtual void FocusItem(int /*item*/) {}
   /// Does what pressing the item would do. It may run a modal loop and may destroy the window; what asked
   /// for it does not wait. The item may have changed since it was asked for, but exists and has an action.
   virtual void DoDefaultAction(int item) = 0;
@@ -87,10 +79,10 @@ class AccessibleList {
   ComPtr<Object> object_;  ///< Made when the first client asks.
 };
 
-/// Tells assistive programs what a window is that has no items. Its text is its name.
+/// Tells assistive programs what a window without items is.
 class AccessiblePart final : private AccessibleItems {
  public:
-  AccessiblePart(const Window& window, LONG role) : window_(window), role_(role), whole_(window, *this) {}
+  AccessiblePart(const Window& window, LONG role) : role_(role), whole_(window, *this) {}
 
   /// As that of a list.
   std::optional<LRESULT> Answer(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -98,12 +90,11 @@ class AccessiblePart final : private AccessibleItems {
   }
 
  private:
-  AccessibleWhole DescribeWhole() const override;
+  LONG WholeRole() const override { return role_; }
   int AccessibleCount() const override { return 0; }
   AccessibleItem DescribeItem(int) const override { return {}; }
   void DoDefaultAction(int) override {}
 
-  const Window& window_;
   LONG role_;
   AccessibleList whole_;
 };

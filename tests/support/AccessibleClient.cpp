@@ -2,11 +2,21 @@
 
 #include <stdexcept>
 
+#include "tests/support/TestDesktop.h"
+
 namespace snip::test {
 namespace {
 
 LONG NumberIn(const Variant& value) {
   return value.get().vt == VT_I4 ? value.get().lVal : -1;
+}
+
+std::string listenedTo;
+WinEvents heard;
+
+void CALLBACK Hear(HWINEVENTHOOK /*hook*/, DWORD event, HWND window, LONG object, LONG child,
+                   DWORD /*thread*/, DWORD /*time*/) {
+  if (object == OBJID_CLIENT && ClassOf(window) == listenedTo) heard.emplace_back(event, child);
 }
 
 }  // namespace
@@ -59,6 +69,18 @@ bool AccessibleClient::Press(const std::string& name) const {
     if (child.name == name) return object_->accDoDefaultAction(Variant(child.id).get()) == S_OK;
   }
   return false;
+}
+
+WinEventRecorder::WinEventRecorder(const std::string& className)
+    : hook_(SetWinEventHook(EVENT_MIN, EVENT_MAX, GetModuleHandleA(nullptr), &Hear, GetCurrentProcessId(),
+                            GetCurrentThreadId(), WINEVENT_INCONTEXT)) {
+  if (hook_ == nullptr) throw std::runtime_error("events cannot be heard");
+  listenedTo = className;
+  heard.clear();
+}
+
+const WinEvents& WinEventRecorder::Heard() const {
+  return heard;
 }
 
 }  // namespace snip::test

@@ -5,6 +5,7 @@
 #include <oleacc.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Com.h"
@@ -46,6 +47,23 @@ class AccessibleClient {
 
  private:
   ComPtr<IAccessible> object_;
+};
+
+using WinEvents = std::vector<std::pair<DWORD, LONG>>;  ///< Event and child.
+
+/// Hears what the client areas of a class's windows announce in this thread. The system's callback has no
+/// parameter for its owner, so there is only one recorder at a time.
+class WinEventRecorder {
+ public:
+  explicit WinEventRecorder(const std::string& className);
+  ~WinEventRecorder() { UnhookWinEvent(hook_); }
+  WinEventRecorder(const WinEventRecorder&) = delete;
+  WinEventRecorder& operator=(const WinEventRecorder&) = delete;
+
+  const WinEvents& Heard() const;
+
+ private:
+  HWINEVENTHOOK hook_;
 };
 
 }  // namespace snip::test

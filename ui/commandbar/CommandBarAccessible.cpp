@@ -48,10 +48,6 @@ std::string AccessKeyOf(const BarButton& button) {
 
 }  // namespace
 
-AccessibleWhole CommandBarAccessible::DescribeWhole() const {
-  return {.name = WindowText(bar_.hWnd()), .role = ROLE_SYSTEM_TOOLBAR, .state = 0};
-}
-
 int CommandBarAccessible::AccessibleCount() const {
   return ItemOf(bar_.ButtonCount());
 }

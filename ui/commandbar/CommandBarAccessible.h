@@ -15,7 +15,7 @@ class CommandBarAccessible final : public AccessibleItems {
  public:
   explicit CommandBarAccessible(BnCommandBar& bar) : bar_(bar) {}
 
-  AccessibleWhole DescribeWhole() const override;
+  LONG WholeRole() const override { return ROLE_SYSTEM_TOOLBAR; }
   int AccessibleCount() const override;
   AccessibleItem DescribeItem(int item) const override;
   void DoDefaultAction(int item) override;

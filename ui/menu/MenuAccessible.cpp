@@ -9,10 +9,6 @@
 
 namespace snip {
 
-AccessibleWhole MenuAccessible::DescribeWhole() const {
-  return {.name = WindowText(menu_.hWnd()), .role = ROLE_SYSTEM_MENUPOPUP, .state = 0};
-}
-
 int MenuAccessible::AccessibleCount() const {
   return menu_.iCount();
 }

@@ -14,7 +14,7 @@ class MenuAccessible final : public AccessibleItems {
  public:
   explicit MenuAccessible(frmMenu& menu) : menu_(menu) {}
 
-  AccessibleWhole DescribeWhole() const override;
+  LONG WholeRole() const override { return ROLE_SYSTEM_MENUPOPUP; }
   int AccessibleCount() const override;
   AccessibleItem DescribeItem(int item) const override;
   /// The hot item of a docked menu, which the arrow keys move; a torn-off one does not have the keyboard.
