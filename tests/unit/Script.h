@@ -67,6 +67,9 @@ class Chance {
   /// From 0 up to, not including, `end`.
   int Any(int end) { return std::uniform_int_distribution<int>(0, end - 1)(random_); }
   bool Once(int in) { return Any(in) == 0; }
+  std::string OneOf(const std::vector<std::string>& choices) {
+    return choices[static_cast<std::size_t>(Any(static_cast<int>(choices.size())))];
+  }
 
  private:
   std::mt19937 random_;

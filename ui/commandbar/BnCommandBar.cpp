@@ -217,13 +217,13 @@ void BnCommandBar::ShowAboutBox() const {
 }
 
 bool BnCommandBar::Apply(const BarChange& change) {
-  const std::weak_ptr<const bool> alive = alive_;
+  const Lifetime::Watch watch = lifetime_.Begin();
   const Size size = ClientSize(hWnd());
   if (change.ownWidth && *change.ownWidth != size.width) {
     // The bar answers its new size itself, by laying out and repainting.
     SetWindowPos(hWnd(), nullptr, 0, 0, *change.ownWidth, size.height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    return !alive.expired();
+    return !watch.Ended();
   }
   if (change.redrawButton) RedrawButton(*change.redrawButton);
   if (change.refresh) Refresh();
@@ -242,21 +242,13 @@ void BnCommandBar::HideTip() {
 }
 
 bool BnCommandBar::TakeCapture() {
-  const std::weak_ptr<const bool> alive = alive_;
+  const Lifetime::Watch watch = lifetime_.Begin();
   SetCapture(hWnd());
-  return !alive.expired() && hWnd() != nullptr;
+  return !watch.Ended() && hWnd() != nullptr;
 }
 
 void BnCommandBar::ReleaseCapture() {
   if (GetCapture() == hWnd()) ::ReleaseCapture();
-}
-
-template <class Handler, class... Arguments>
-bool BnCommandBar::Call(const Handler& handler, const Arguments&... arguments) {
-  const std::weak_ptr<const bool> alive = alive_;
-  const Handler kept = handler;  // lives on when the bar is deleted meanwhile
-  if (kept) kept(arguments...);
-  return !alive.expired();
 }
 
 bool BnCommandBar::Raise(BarButtonEvent event, int button) {
@@ -275,7 +267,7 @@ bool BnCommandBar::Raise(BarMouseEvent event, const BarMouse& mouse) {
 }
 
 bool BnCommandBar::PropertyChanged(const char* name) {
-  return Call(events_.PropertyChanged, name);
+  return lifetime_.Call(events_.PropertyChanged, name);
 }
 
 /// Tells assistive programs of every item whose state is another than the one they were told last.
@@ -338,7 +330,7 @@ void BnCommandBar::LayOut() {
 void BnCommandBar::UserControl_Resize() {
   const BarChange change = buttons_.LayOut(Metrics());
   const bool sizedAnew = change.ownWidth && *change.ownWidth != ClientSize(hWnd()).width;
-  if (Apply(change) && !sizedAnew) Call(events_.Resize);
+  if (Apply(change) && !sizedAnew) lifetime_.Call(events_.Resize);
 }
 
 void BnCommandBar::UserControl_Paint(HDC dc) {

@@ -9,6 +9,7 @@
 
 #include "platform/AccessibleList.h"
 #include "platform/Handle.h"
+#include "platform/Lifetime.h"
 #include "platform/MessageFunction.h"
 #include "platform/OleDragSource.h"
 #include "platform/OleDropTarget.h"
@@ -171,20 +172,17 @@ class BnCommandBar : public Window, private BarPort {
   /// False when an event that came of it has ended the bar: then nothing of it is to be touched any more.
   bool Apply(const BarChange& change);
   bool PropertyChanged(const char* name);
-  /// Calls a handler, which may end the bar together with the handler itself; false when it did.
-  template <class Handler, class... Arguments>
-  bool Call(const Handler& handler, const Arguments&... arguments);
-  /// The same; false also when it has ended the bar's window alone.
+  /// Calls a handler; false when it has ended the bar, or its window alone.
   template <class Handler, class... Arguments>
   bool CallAsWindow(const Handler& handler, const Arguments&... arguments) {
-    return Call(handler, arguments...) && hWnd() != nullptr;
+    return lifetime_.Call(handler, arguments...) && hWnd() != nullptr;
   }
   /// Hands an input on, and announces what has become of the buttons by it.
   template <class... Parameters, class... Arguments>
   void Tell(void (CommandBarInput::*what)(Parameters...), const Arguments&... arguments) {
-    const std::weak_ptr<const bool> alive = alive_;
+    const Lifetime::Watch watch = lifetime_.Begin();
     (input_.*what)(arguments...);
-    if (!alive.expired() && hWnd() != nullptr) AnnounceStates();
+    if (!watch.Ended() && hWnd() != nullptr) AnnounceStates();
   }
   void AnnounceStates();
 
@@ -237,7 +235,7 @@ class BnCommandBar : public Window, private BarPort {
                                                           .OLEGiveFeedback = events_.OLEGiveFeedback,
                                                           .OLECompleteDrag = events_.OLECompleteDrag});
   OleDropTarget dropTarget_;
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace snip

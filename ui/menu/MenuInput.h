@@ -4,11 +4,11 @@
 
 #include "platform/Geometry.h"
 #include "platform/Mouse.h"
-#include "ui/menu/MenuEffects.h"
 #include "ui/menu/MenuItems.h"
 #include "ui/menu/MenuLayout.h"
 #include "ui/menu/MenuMetrics.h"
 #include "ui/menu/MenuPlacement.h"
+#include "ui/menu/MenuPort.h"
 
 namespace snip {
 
@@ -32,7 +32,8 @@ enum class MenuState {
   Floating  ///< Torn off: a palette that stays until its close box is pressed.
 };
 
-/// How a menu follows the mouse and the keyboard, without a window: input in, effects out.
+/// How a menu follows the mouse and the keyboard, without a window: what it asks of one goes through a
+/// MenuPort.
 ///
 /// There is no input for the mouse wheel: the window swallows it.
 class MenuInput {
@@ -46,7 +47,8 @@ class MenuInput {
   static constexpr int kStillPixels = 4;
 
   /// The metrics may change with every `Load`, the items at any time.
-  MenuInput(const MenuItems& items, const MenuMetrics& metrics) : items_(items), metrics_(metrics) {}
+  MenuInput(const MenuItems& items, const MenuMetrics& metrics, MenuPort& port)
+      : items_(items), metrics_(metrics), port_(port) {}
   MenuInput(const MenuInput&) = delete;
   MenuInput& operator=(const MenuInput&) = delete;
 
@@ -56,33 +58,33 @@ class MenuInput {
 
   /// Opens the menu, docked, wherever it is and whatever state it is in. A menu without items shows nothing,
   /// but its timer runs.
-  MenuReaction Popup(const PopupRequest& request);
+  void Popup(const PopupRequest& request);
 
   /// The form has a new size: of its client area, in pixels. Where the pointer is to be looked up in it.
   void Resized(Size client) { client_ = client; }
 
-  MenuReaction MouseMove(const MenuMouse& mouse);
-  MenuReaction MouseDown(const MenuMouse& mouse);
-  MenuReaction MouseUp(const MenuMouse& mouse);
+  void MouseMove(const MenuMouse& mouse);
+  void MouseDown(const MenuMouse& mouse);
+  void MouseUp(const MenuMouse& mouse);
   /// The pointer has left the window while the menu did not have the capture, which only a torn-off menu is
   /// told (WM_MOUSELEAVE).
-  MenuReaction MouseLeave();
+  void MouseLeave();
   /// Another window has the mouse now. Not to be called when the menu's window takes the capture that it has.
-  MenuReaction CaptureLost();
+  void CaptureLost();
 
-  MenuReaction KeyDown(MenuKey key);
-  MenuReaction tClose_Timer();
+  void KeyDown(MenuKey key);
+  void tClose_Timer();
 
   /// What a release on the item does, for assistive programs.
-  MenuReaction DoDefaultAction(int index);
+  void DoDefaultAction(int index);
 
   /// The form or its owner was deactivated or lost the focus. A click outside the program is seen only in
   /// this way, as the capture does not reach that far.
-  MenuReaction Deactivated();
+  void Deactivated();
 
   /// Somebody asks for the menu to be closed. Only the program itself and the end of Windows are obeyed.
-  MenuReaction QueryUnload(CloseReason reason);
-  MenuReaction Unload();
+  void QueryUnload(CloseReason reason);
+  void Unload();
 
   MenuState State() const { return state_; }
   MenuMode Mode() const { return {allowDetach_, state_ == MenuState::Floating}; }
@@ -92,27 +94,22 @@ class MenuInput {
   MenuLayout Layout() const { return {items_, metrics_, Mode(), client_}; }
 
  private:
-  MenuReaction HideFormer(const PopupRequest& request);
-  MenuReaction Open(const PopupRequest& request);
-  MenuReaction Opened();
-  void TearOff(MenuReaction& reaction);
-  MenuReaction Drag(Point screen);
-  void ClickOutside(const MenuMouse& mouse, MenuReaction& reaction);
-  void Choose(const MenuItem& item, MenuReaction& reaction);
-  void CloseDocked(MenuReaction& reaction);
-  void BeginUnload(MenuReaction& reaction);
-  void SetHot(int hot, MenuReaction& reaction);
-  void PaintHot(MenuReaction& reaction) const;
-  void PushCloseBox(bool pushed, MenuReaction& reaction);
-  void LeaveScreen(MenuReaction& reaction);
-  void TakeCapture(MenuReaction& reaction);
-  void ReleaseCapture(MenuReaction& reaction);
-  void HideTip(MenuReaction& reaction);
+  bool TearOff();
+  void Drag(Point screen);
+  void ClickOutside(const MenuMouse& mouse);
+  void Choose(const MenuItem& item);
+  void BeginUnload();
+  void SetHot(int hot);
+  void PushCloseBox(bool pushed);
+  void LeaveScreen();
+  void TakeCapture();
+  void ReleaseCapture();
+  void HideTip();
   bool Acts(int buttons) const;
-  void RunThen(MenuReaction& reaction, std::function<MenuReaction()> next) const;
 
   const MenuItems& items_;
   const MenuMetrics& metrics_;
+  MenuPort& port_;
   Size client_;
   MenuState state_ = MenuState::Hidden;
   bool loaded_ = false;

@@ -2,9 +2,7 @@
 
 #include <windowsx.h>
 
-#include <type_traits>
 #include <utility>
-#include <variant>
 
 #include "platform/Drawing.h"
 #include "platform/Fonts.h"
@@ -19,7 +17,6 @@ namespace snip {
 namespace {
 
 constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which came after the system this is built for.
-constexpr UINT_PTR kCloseTimer = 1;
 constexpr UINT kAnswerTime = 500;  ///< Milliseconds for another window to say what part of it is clicked.
 
 MenuMouse MouseArguments(HWND window, int button, WPARAM keys, LPARAM lParam) {
@@ -43,7 +40,7 @@ frmMenu::frmMenu(std::string name, Services services, Events events)
 }
 
 frmMenu::~frmMenu() {
-  alive_.reset();
+  lifetime_.End();
   destroying_ = true;
   ReleaseParts();
   Destroy();
@@ -89,12 +86,11 @@ void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
   const bool atPointer = X == -1 && Y == -1;
   const TwipsPerPixel twips = ScreenTwips();
   const Point corner = atPointer ? pointer : Point{twips.ToPixelsX(X), twips.ToPixelsY(Y)};
-  Apply(input_.Popup(
-      {.X = X, .Y = Y, .AllowDetach = AllowDetach, .cursor = pointer, .screen = ScreenAt(corner)}));
+  input_.Popup({.X = X, .Y = Y, .AllowDetach = AllowDetach, .cursor = pointer, .screen = ScreenAt(corner)});
 }
 
 void frmMenu::Unload() {
-  Apply(input_.QueryUnload(CloseReason::Code));
+  input_.QueryUnload(CloseReason::Code);
 }
 
 void frmMenu::ResetInfo() {
@@ -112,7 +108,7 @@ bool frmMenu::PreTranslate(const MSG& message) {
   switch (message.message) {
     case WM_KEYDOWN:
     case WM_SYSKEYDOWN:
-      Apply(input_.KeyDown(static_cast<MenuKey>(message.wParam)));
+      input_.KeyDown(static_cast<MenuKey>(message.wParam));
       return true;
     case WM_MOUSEWHEEL:
     case kMouseTiltWheel:
@@ -122,96 +118,64 @@ bool frmMenu::PreTranslate(const MSG& message) {
   }
 }
 
-void frmMenu::Apply(MenuReaction reaction) {
-  // An event may end the menu: then nothing of it is touched any more. That its window is gone means nothing:
-  // the menu still has to report what it owes.
-  const std::weak_ptr<const bool> alive = alive_;
-  for (;;) {
-    for (const MenuEffect::Any& effect : reaction.effects) {
-      ApplyEffect(effect);
-      if (alive.expired()) return;
-    }
-    if (!reaction.then) return;
-    reaction = std::function<MenuReaction()>(std::move(reaction.then))();
-  }
+void frmMenu::PaintRow(int index) {
+  if (index < items_.iCount()) Repaint(input_.Layout().Row(index));
 }
 
-void frmMenu::ApplyEffect(const MenuEffect::Any& effect) {
-  std::visit(
-      [this](const auto& asked) {
-        using Effect = std::decay_t<decltype(asked)>;
-        // Events are called by a copy: the handler may end the menu, and its own members with it.
-        if constexpr (std::is_same_v<Effect, MenuEffect::PaintRow>) {
-          if (asked.index < items_.iCount()) Repaint(input_.Layout().Row(asked.index));
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::PaintDragBar> ||
-                             std::is_same_v<Effect, MenuEffect::PaintCloseBox>) {
-          Repaint(input_.Layout().DragBar());
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::PaintAll>) {
-          RepaintAll();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseSelected>) {
-          if (accessibleItems_.FocusedItem()) accessible_.Notify(EVENT_OBJECT_FOCUS, input_.HotItem());
-          if (const auto handler = events_.Selected) handler(asked.ID);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseClicked>) {
-          if (const auto handler = events_.Clicked) handler(asked.ID);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::RaiseHideMenu>) {
-          if (const auto handler = events_.HideMenu) handler();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::PlaySystemSound>) {
-          services_.sounds.PlaySystemSound(asked.index);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::PlayOfficeSound>) {
-          services_.sounds.PlayOfficeSound(asked.eventName);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::Load>) {
-          LoadForm();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::Unfold>) {
-          Unfold(asked.unfolding);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::Hide>) {
-          ShowWindow(hWnd(), SW_HIDE);
-          AnnounceEnd();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeOwned>) {
-          MakeOwned(hWnd(), owner_);
-          AnnounceEnd();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::BecomeUnowned>) {
-          if (hWnd() != nullptr && !destroying_) MakeUnowned(hWnd());
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::DropTopmost>) {
-          DropTopmost(hWnd());
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::SetHeight>) {
-          SetHeight(asked.height);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::StartSystemDrag>) {
-          // The system's move ends with the release of the left button only: without it held, the menu would
-          // stick to the pointer.
-          const int leftButton = GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
-          if (GetAsyncKeyState(leftButton) >= 0) return;
-          SendMessageA(hWnd(), WM_NCLBUTTONDOWN, HTCAPTION, MAKELPARAM(asked.screen.x, asked.screen.y));
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::RunPendingEvents>) {
-          RunPendingEvents();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::ReleaseParts>) {
-          ReleaseParts();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::Destroy>) {
-          if (!destroying_) Destroy();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::TakeCapture>) {
-          SetCapture(hWnd());
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::ReleaseCapture>) {
-          ::ReleaseCapture();
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::PostClick>) {
-          PostClick(asked);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::StartTimer>) {
-          if (hWnd() != nullptr) SetTimer(hWnd(), kCloseTimer, MenuInput::kCloseInterval, nullptr);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::StopTimer>) {
-          KillTimer(hWnd(), kCloseTimer);
-        } else if constexpr (std::is_same_v<Effect, MenuEffect::ShowTip>) {
-          if (tip_) tip_->ShowTip(std::string(asked.text), 0, 0);
-        } else {
-          static_assert(std::is_same_v<Effect, MenuEffect::HideTip>);
-          if (tip_) tip_->Hide();
-        }
-      },
-      effect);
+bool frmMenu::RaiseSelected(std::int32_t ID) {
+  if (accessibleItems_.FocusedItem()) accessible_.Notify(EVENT_OBJECT_FOCUS, input_.HotItem());
+  return lifetime_.Call(events_.Selected, ID);
 }
 
-void frmMenu::LoadForm() {
+void frmMenu::Hide() {
+  ShowWindow(hWnd(), SW_HIDE);
+  AnnounceEnd();
+}
+
+void frmMenu::BecomeOwned() {
+  MakeOwned(hWnd(), owner_);
+  AnnounceEnd();
+}
+
+void frmMenu::BecomeUnowned() {
+  if (hWnd() != nullptr && !destroying_) MakeUnowned(hWnd());
+}
+
+void frmMenu::DropTopmost() {
+  snip::DropTopmost(hWnd());
+}
+
+/// The system's move ends only with the release of the left button: without it held, the menu would stick to
+/// the pointer.
+bool frmMenu::StartSystemDrag(Point screen) {
+  const Lifetime::Watch watch = lifetime_.Begin();
+  const int leftButton = GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
+  if (GetAsyncKeyState(leftButton) >= 0) return true;
+  SendMessageA(hWnd(), WM_NCLBUTTONDOWN, HTCAPTION, MAKELPARAM(screen.x, screen.y));
+  return !watch.Ended();
+}
+
+void frmMenu::DestroyForm() {
+  if (!destroying_) Destroy();
+}
+
+void frmMenu::StartTimer() {
+  if (hWnd() != nullptr) SetTimer(hWnd(), kCloseTimer, MenuInput::kCloseInterval, nullptr);
+}
+
+void frmMenu::ShowTip(const std::string& text) {
+  if (tip_) tip_->ShowTip(text, 0, 0);
+}
+
+void frmMenu::HideTip() {
+  if (tip_) tip_->Hide();
+}
+
+bool frmMenu::Load() {
   ResetInfo();
   if (!painter_) painter_.emplace();
   if (!tip_ && services_.makeTip) tip_ = services_.makeTip(owner_);
-  if (hWnd() != nullptr && !destroying_) return;
+  if (hWnd() != nullptr && !destroying_) return true;
   tracksLeave_ = false;
   // A window that somebody else is just destroying cannot be replaced before it is gone.
   const bool made = hWnd() == nullptr &&
@@ -224,15 +188,18 @@ void frmMenu::LoadForm() {
                             .classStyle = CS_HREDRAW | CS_VREDRAW | CS_SAVEBITS | CS_DROPSHADOW});
   if (!made) {
     // Tells the owner that there is no drop-down, and leaves the menu ready for another try.
-    Apply(input_.Unload());
-    return;
+    const Lifetime::Watch watch = lifetime_.Begin();
+    input_.Unload();
+    return !watch.Ended();
   }
   destroying_ = false;
   // It cannot be made as a child window: it would have to have a parent.
   MakeUnowned(hWnd());
+  return true;
 }
 
-void frmMenu::Unfold(const Unfolding& unfolding) {
+bool frmMenu::Unfold(const Unfolding& unfolding) {
+  const Lifetime::Watch watch = lifetime_.Begin();
   const Point corner = unfolding.corner;
   MoveTo(hWnd(), {corner.x, corner.y, 0, 0});
   ShowWindow(hWnd(), SW_SHOWNORMAL);
@@ -241,9 +208,11 @@ void frmMenu::Unfold(const Unfolding& unfolding) {
     Sleep(Unfolding::kStepMilliseconds);
     MoveTo(hWnd(), {corner.x, corner.y, size.width, size.height});
     UpdateWindow(hWnd());
+    if (watch.Ended()) return false;
   }
   announced_ = true;
   accessible_.Notify(EVENT_SYSTEM_MENUPOPUPSTART);
+  return true;
 }
 
 void frmMenu::SetHeight(int height) {
@@ -251,23 +220,24 @@ void frmMenu::SetHeight(int height) {
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void frmMenu::RunPendingEvents() {
-  if (destroying_) return;
-  const std::weak_ptr<const bool> alive = alive_;
+bool frmMenu::RunPendingEvents() {
+  if (destroying_) return true;
+  const Lifetime::Watch watch = lifetime_.Begin();
   MSG message{};
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
     if (message.message == WM_QUIT) {
       // For the loop that this one runs in.
       PostQuitMessage(static_cast<int>(message.wParam));
-      return;
+      return true;
     }
     const bool done = services_.preTranslate ? services_.preTranslate(message) : PreTranslate(message);
     if (!done) {
       TranslateMessage(&message);
       DispatchMessageA(&message);
     }
-    if (alive.expired()) return;
+    if (watch.Ended()) return false;
   }
+  return true;
 }
 
 void frmMenu::ReleaseParts() {
@@ -276,20 +246,19 @@ void frmMenu::ReleaseParts() {
   painter_.reset();
 }
 
-void frmMenu::PostClick(const MenuEffect::PostClick& click) const {
-  POINT place = ToPOINT(click.screen);
+void frmMenu::PostClick(std::uint32_t message, std::uint32_t keys, Point screen) {
+  POINT place = ToPOINT(screen);
   const HWND target = WindowFromPoint(place);
   if (target == nullptr) return;
   DWORD_PTR part = HTCLIENT;  // also where a window that hangs does not say
   SendMessageTimeoutA(target, WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y), SMTO_ABORTIFHUNG, kAnswerTime,
                       &part);
   if (static_cast<LRESULT>(part) > HTCLIENT) {
-    PostMessageA(target, click.message - WM_LBUTTONDOWN + WM_NCLBUTTONDOWN, part,
-                 MAKELPARAM(place.x, place.y));
+    PostMessageA(target, message - WM_LBUTTONDOWN + WM_NCLBUTTONDOWN, part, MAKELPARAM(place.x, place.y));
     return;
   }
   ScreenToClient(target, &place);
-  PostMessageA(target, click.message, click.keys, MAKELPARAM(place.x, place.y));
+  PostMessageA(target, message, keys, MAKELPARAM(place.x, place.y));
 }
 
 void frmMenu::Repaint(const Rect& area) const {
@@ -330,7 +299,7 @@ void frmMenu::Form_MouseMove(const MenuMouse& mouse, WPARAM keys) {
     TRACKMOUSEEVENT track{sizeof track, TME_LEAVE, hWnd(), 0};
     tracksLeave_ = TrackMouseEvent(&track) != FALSE;
   }
-  Apply(input_.MouseMove(mouse));
+  input_.MouseMove(mouse);
 }
 
 void frmMenu::KeepAboveOwner() {
@@ -345,7 +314,7 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
   switch (message) {
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) {
-        Apply(input_.Deactivated());
+        input_.Deactivated();
       } else {
         KeepAboveOwner();
       }
@@ -354,19 +323,22 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
       KeepAboveOwner();
       break;
     case WM_ENABLE:
-      if (wParam == FALSE) Apply(input_.Deactivated());
-      // A dialog disables its owner only; the palette would go on working beneath it.
-      if (input_.State() == MenuState::Floating) EnableWindow(hWnd(), wParam != FALSE ? TRUE : FALSE);
+      if (input_.State() == MenuState::Floating) {
+        // A dialog disables its owner only; the palette would go on working beneath it.
+        EnableWindow(hWnd(), wParam != FALSE ? TRUE : FALSE);
+      } else if (wParam == FALSE) {
+        input_.Deactivated();
+      }
       break;
     case WM_SIZE:
-      if (wParam == SIZE_MINIMIZED) Apply(input_.Deactivated());
+      if (wParam == SIZE_MINIMIZED) input_.Deactivated();
       break;
     case WM_SHOWWINDOW:
-      if (wParam == FALSE) Apply(input_.Deactivated());
+      if (wParam == FALSE) input_.Deactivated();
       break;
     case WM_DESTROY:
       owner_ = nullptr;
-      Apply(input_.Deactivated());
+      input_.Deactivated();
       break;
     default:
       break;
@@ -377,7 +349,7 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
 void frmMenu::WindowGoes() {
   if (destroying_) return;
   destroying_ = true;
-  Apply(input_.Unload());
+  input_.Unload();
 }
 
 HFONT frmMenu::Font() const {
@@ -400,7 +372,7 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       input_.Resized({LOWORD(lParam), HIWORD(lParam)});
       return 0;
     case WM_TIMER:
-      if (wParam == kCloseTimer) Apply(input_.tClose_Timer());
+      if (wParam == kCloseTimer) input_.tClose_Timer();
       return 0;
     case WM_MOUSEMOVE:
       Form_MouseMove(MouseArguments(hWnd(), HeldButtons(wParam), wParam, lParam), wParam);
@@ -408,17 +380,17 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
     case WM_MBUTTONDOWN:
-      Apply(input_.MouseDown(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam)));
+      input_.MouseDown(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam));
       return 0;
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
     case WM_MBUTTONUP:
-      Apply(input_.MouseUp(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam)));
+      input_.MouseUp(MouseArguments(hWnd(), ButtonOf(message), wParam, lParam));
       return 0;
     case WM_MOUSELEAVE:
       tracksLeave_ = false;
       lastMove_.reset();
-      Apply(input_.MouseLeave());
+      input_.MouseLeave();
       return 0;
     case WM_MOUSEWHEEL:
     case kMouseTiltWheel:
@@ -429,10 +401,10 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       SendMessageA(hWnd(), WM_SYSCOMMAND, SC_MOVE | HTCAPTION, lParam);
       return 0;
     case WM_CAPTURECHANGED:
-      if (reinterpret_cast<HWND>(lParam) != hWnd()) Apply(input_.CaptureLost());
+      if (reinterpret_cast<HWND>(lParam) != hWnd()) input_.CaptureLost();
       return 0;
     case WM_KEYDOWN:
-      Apply(input_.KeyDown(static_cast<MenuKey>(wParam)));
+      input_.KeyDown(static_cast<MenuKey>(wParam));
       return 0;
     case WM_WINDOWPOSCHANGING:
       // Dragging raises the window, which must not take the focus from the owner.
@@ -441,23 +413,23 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
     case WM_ACTIVATE:
-      if (LOWORD(wParam) == WA_INACTIVE) Apply(input_.Deactivated());
+      if (LOWORD(wParam) == WA_INACTIVE) input_.Deactivated();
       return 0;
     case WM_ACTIVATEAPP:
-      if (wParam == FALSE) Apply(input_.Deactivated());
+      if (wParam == FALSE) input_.Deactivated();
       return 0;
     case WM_KILLFOCUS:
     case WM_DISPLAYCHANGE:
-      Apply(input_.Deactivated());
+      input_.Deactivated();
       return 0;
     case WM_SYSCOLORCHANGE:
       RepaintAll();
       return 0;
     case WM_CLOSE:
-      Apply(input_.QueryUnload(CloseReason::ControlMenu));
+      input_.QueryUnload(CloseReason::ControlMenu);
       return 0;
     case WM_ENDSESSION:
-      if (wParam != FALSE) Apply(input_.QueryUnload(CloseReason::WindowsEnds));
+      if (wParam != FALSE) input_.QueryUnload(CloseReason::WindowsEnds);
       return 0;
     case WM_DESTROY:
       WindowGoes();

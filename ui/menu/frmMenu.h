@@ -11,30 +11,31 @@
 
 #include "platform/AccessibleList.h"
 #include "platform/Geometry.h"
+#include "platform/Lifetime.h"
 #include "platform/Subclass.h"
 #include "platform/TipWindow.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PaintEffects.h"
 #include "ui/commandbar/SoundEffects.h"
 #include "ui/menu/MenuAccessible.h"
-#include "ui/menu/MenuEffects.h"
 #include "ui/menu/MenuInput.h"
 #include "ui/menu/MenuItems.h"
 #include "ui/menu/MenuMetrics.h"
+#include "ui/menu/MenuPort.h"
 
 namespace snip {
 
 /// A pop-up menu: a drop-down that can be torn off and then stays as a palette.
 ///
 /// The object keeps the items and may be opened any number of times; its window exists from `Popup` until
-/// the menu is closed. The decisions are taken by MenuInput; this window decodes messages, applies the
-/// effects that come back, and paints.
+/// the menu is closed. MenuInput takes the decisions; this window decodes messages, does what MenuInput asks
+/// for through MenuPort, and paints.
 ///
 /// A docked menu has the mouse but never the focus, so that the owner stays active and keeps its caret and
 /// selection. Keys go to the owner's focus, and the owner's message loop has to offer them to the menu:
 ///
 ///     if (menu.PreTranslate(message)) continue;
-class frmMenu : public Window {
+class frmMenu : public Window, MenuPort {
  public:
   /// What the owner may react to. All are optional; any of them may change, open, unload or destroy the menu.
   struct Events {
@@ -93,7 +94,7 @@ class frmMenu : public Window {
   bool PreTranslate(const MSG& message);
 
   /// Does what a click on the item would; for assistive programs.
-  void DoDefaultAction(int index) { Apply(input_.DoDefaultAction(index)); }
+  void DoDefaultAction(int index) { input_.DoDefaultAction(index); }
 
   const MenuItems& items() const { return items_; }
   const MenuInput& input() const { return input_; }
@@ -102,16 +103,37 @@ class frmMenu : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  void Apply(MenuReaction reaction);
-  void ApplyEffect(const MenuEffect::Any& effect);
+  static constexpr UINT_PTR kCloseTimer = 1;
 
-  void LoadForm();
+  // MenuPort.
+  void PaintRow(int index) override;
+  void PaintDragBar() override { Repaint(input_.Layout().DragBar()); }
+  void PaintAll() override { RepaintAll(); }
+  bool RaiseSelected(std::int32_t ID) override;
+  bool RaiseClicked(std::int32_t ID) override { return lifetime_.Call(events_.Clicked, ID); }
+  bool RaiseHideMenu() override { return lifetime_.Call(events_.HideMenu); }
+  void PlaySystemSound(std::int16_t index) override { services_.sounds.PlaySystemSound(index); }
+  void PlayOfficeSound(const char* eventName) override { services_.sounds.PlayOfficeSound(eventName); }
+  bool Load() override;
+  bool Unfold(const Unfolding& unfolding) override;
+  void Hide() override;
+  void BecomeOwned() override;
+  void BecomeUnowned() override;
+  void DropTopmost() override;
+  void SetHeight(int height) override;
+  bool StartSystemDrag(Point screen) override;
+  bool RunPendingEvents() override;
+  void ReleaseParts() override;
+  void DestroyForm() override;
+  void TakeCapture() override { SetCapture(hWnd()); }
+  void ReleaseCapture() override { ::ReleaseCapture(); }
+  void PostClick(std::uint32_t message, std::uint32_t keys, Point screen) override;
+  void StartTimer() override;
+  void StopTimer() override { KillTimer(hWnd(), kCloseTimer); }
+  void ShowTip(const std::string& text) override;
+  void HideTip() override;
+
   void KeepAboveOwner();
-  void Unfold(const Unfolding& unfolding);
-  void SetHeight(int height);
-  void RunPendingEvents();
-  void ReleaseParts();
-  void PostClick(const MenuEffect::PostClick& click) const;
   void Repaint(const Rect& area) const;
   void RepaintAll() const;
   void AnnounceEnd();
@@ -129,7 +151,7 @@ class frmMenu : public Window {
   HFONT font_ = nullptr;
   MenuItems items_;
   MenuMetrics metrics_;
-  MenuInput input_{items_, metrics_};
+  MenuInput input_{items_, metrics_, *this};
 
   HWND owner_ = nullptr;  ///< Of a torn-off menu; a top-level window.
   Subclass watch_;        ///< Of the owner.
@@ -149,7 +171,7 @@ class frmMenu : public Window {
   };
   std::optional<LastMove> lastMove_;
 
-  std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+  Lifetime lifetime_;
 };
 
 }  // namespace snip
