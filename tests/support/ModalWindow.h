@@ -9,20 +9,7 @@
 
 namespace snip::test {
 
-/// An active window of this thread for dialogs to belong to.
-class TestOwner {
- public:
-  TestOwner()
-      : window_(CreateWindowExA(0, "STATIC", "owner", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 600, 400,
-                                nullptr, nullptr, nullptr, nullptr)) {}
-  ~TestOwner() { DestroyWindow(window_); }
-  TestOwner(const TestOwner&) = delete;
-  TestOwner& operator=(const TestOwner&) = delete;
-  HWND get() const { return window_; }
-
- private:
-  HWND window_;
-};
+using TestOwner = TestFrame;  ///< That a dialog belongs to.
 
 /// Waits until a modal window of that title takes input, lets `script` work on it and sees it close; the
 /// script has to close it. To be run beside the window's thread.

@@ -6,6 +6,9 @@
 #include <stdexcept>
 #include <vector>
 
+#include "platform/Handle.h"
+#include "platform/Rects.h"
+
 namespace snip::test {
 namespace {
 
@@ -117,6 +120,13 @@ HWND WaitForWindow(const std::string& title, int milliseconds) {
   return window;
 }
 
+TestFrame::TestFrame(const char* title, const Rect& place)
+    : window_(CreateWindowExA(0, "STATIC", title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, place.left, place.top,
+                              place.width, place.height, nullptr, nullptr, nullptr, nullptr)) {
+  // Where no window manager does it, the window comes to the front with the next messages.
+  WaitUntil([&] { return GetActiveWindow() == window_ && IsForeground(window_); });
+}
+
 void PressKey(WORD virtualKey, std::initializer_list<WORD> held) {
   std::vector<INPUT> inputs;
   for (const WORD key : held) inputs.push_back(KeyInput(key, 0));
@@ -173,6 +183,18 @@ void PointAt(HWND window, POINT place) {
   if (!reached) throw std::runtime_error(ClassOf(window) + " is covered by " + ClassOf(there));
 }
 
+bool PointAtScreen(POINT screen, const std::function<void()>& answer) {
+  return WaitUntil(
+      [&] {
+        POINT pointer{};
+        GetCursorPos(&pointer);
+        if (pointer.x == screen.x && pointer.y == screen.y) return true;
+        MovePointer(screen);
+        return false;
+      },
+      5000, answer);
+}
+
 void ClickAt(HWND window, POINT place, int times, MouseButton button) {
   PointAt(window, place);
   for (int i = 0; i < times; ++i) {
@@ -185,6 +207,16 @@ void ClickCentre(HWND window, int times) {
   RECT client{};
   GetClientRect(window, &client);
   ClickAt(window, {client.right / 2, client.bottom / 2}, times);
+}
+
+Rect PlaceOf(HWND window) {
+  RECT place{};
+  GetWindowRect(window, &place);
+  return ToRect(place);
+}
+
+COLORREF ShownAt(HWND window, Point client) {
+  return GetPixel(WindowDC(window).get(), client.x, client.y);
 }
 
 bool IsForeground(HWND window) {

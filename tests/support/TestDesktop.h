@@ -7,6 +7,8 @@
 #include <string>
 #include <thread>
 
+#include "platform/Geometry.h"
+
 namespace snip::test {
 
 /// Dispatches the messages that wait for this thread, those aside that `preTranslate` uses up.
@@ -27,6 +29,19 @@ std::string ClassOf(HWND window);
 /// A window's control by its id, however deep it lies; null when there is none.
 HWND FindControl(HWND window, int id);
 
+/// A window of this thread with a caption, active once it is made.
+class TestFrame {
+ public:
+  explicit TestFrame(const char* title = "frame", const Rect& place = {10, 10, 600, 400});
+  ~TestFrame() { DestroyWindow(window_); }
+  TestFrame(const TestFrame&) = delete;
+  TestFrame& operator=(const TestFrame&) = delete;
+  HWND get() const { return window_; }
+
+ private:
+  HWND window_;
+};
+
 /// Real input: it goes where the system sends it, to the foreground window's focus or to the pointer's place.
 void PressKey(WORD virtualKey, std::initializer_list<WORD> held = {});
 /// Characters that a plain or shifted key gives.
@@ -37,9 +52,18 @@ void PressMouse(MouseButton button = MouseButton::Left);
 void ReleaseMouse(MouseButton button = MouseButton::Left);
 /// Moves to a place of a window, in its client pixels, once the window is what lies there on the screen.
 void PointAt(HWND window, POINT place);
+/// Moves to a place of the screen, sending the movement again until it has arrived: the system may lose one
+/// that is sent just as its own dragging ends. False when it does not arrive in time.
+bool PointAtScreen(
+    POINT screen, const std::function<void()>& answer = [] { AnswerMessages(); });
 /// Clicks there.
 void ClickAt(HWND window, POINT place, int times = 1, MouseButton button = MouseButton::Left);
 void ClickCentre(HWND window, int times = 1);
+
+/// Pixels of the screen.
+Rect PlaceOf(HWND window);
+/// What a place of a window's client area shows.
+COLORREF ShownAt(HWND window, Point client);
 
 /// Whether a window is the one that gets keys.
 bool IsForeground(HWND window);
