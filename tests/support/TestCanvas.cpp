@@ -32,12 +32,6 @@ UniqueBitmap MakeDibSection(int width, int height, DWORD*& pixels) {
   return bitmap;
 }
 
-UniqueBitmap MakeBitmap(int width, int height, TestCanvas::Kind kind) {
-  DWORD* pixels = nullptr;
-  if (kind == TestCanvas::Kind::DibSection) return MakeDibSection(width, height, pixels);
-  return UniqueBitmap(CreateCompatibleBitmap(WindowDC(nullptr).get(), width, height));
-}
-
 }  // namespace
 
 std::ostream& operator<<(std::ostream& stream, const Image& image) {
@@ -102,17 +96,14 @@ UniqueIcon IconOf(const Image& image, COLORREF transparent) {
   return UniqueIcon(CreateIconIndirect(&description));
 }
 
-TestCanvas::TestCanvas(int width, int height, COLORREF ground, Kind kind)
-    : width_(width), height_(height), bitmap_(MakeBitmap(width, height, kind)), dc_(bitmap_.get()) {
+TestCanvas::TestCanvas(int width, int height, COLORREF ground)
+    : width_(width),
+      height_(height),
+      bitmap_(CreateCompatibleBitmap(WindowDC(nullptr).get(), width, height)),
+      dc_(bitmap_.get()) {
   const RECT all{0, 0, width, height};
   const UniqueBrush brush(CreateSolidBrush(ground));
   FillRect(dc(), &all, brush.get());
-}
-
-TestCanvas::TestCanvas(const Image& ground, Kind kind) : TestCanvas(ground.width, ground.height, 0, kind) {
-  for (int y = 0; y < ground.height; ++y) {
-    for (int x = 0; x < ground.width; ++x) SetPixel(dc(), x, y, ground.At(x, y));
-  }
 }
 
 Image TestCanvas::Read() const {

@@ -46,10 +46,7 @@ UniqueIcon IconOf(const Image& image, COLORREF transparent);
 /// A device context to paint on, whose pixels can be read back.
 class TestCanvas {
  public:
-  enum class Kind { DibSection, ScreenBitmap };
-
-  TestCanvas(int width, int height, COLORREF ground, Kind kind = Kind::DibSection);
-  TestCanvas(const Image& ground, Kind kind = Kind::DibSection);
+  TestCanvas(int width, int height, COLORREF ground);
 
   HDC dc() const { return dc_.get(); }
   Image Read() const;
