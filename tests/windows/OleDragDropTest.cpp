@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -35,6 +37,7 @@ class OleDragDropTest : public testing::Test {
   ~OleDragDropTest() override {
     target_.Revoke();
     for (const HWND window : {onto_, from_}) DestroyWindow(window);
+    ReleaseMouse();
   }
 
   static HWND MakeWindow(const char* title, int left) {
@@ -50,6 +53,7 @@ class OleDragDropTest : public testing::Test {
                                  (data.GetFormat(CF_TEXT) ? " text" : ""));
                   ++told_;
                   effect = answer_;
+                  if (onOver_) onOver_();
                 },
             .dragDrop =
                 [this](OleData& data, DWORD& effect, const MouseState& mouse) {
@@ -80,6 +84,7 @@ class OleDragDropTest : public testing::Test {
   Log log_;
   std::atomic<int> told_ = 0;
   DWORD answer_ = DROPEFFECT_COPY;
+  std::function<void()> onOver_;
   OleDropTarget target_;
   /// What the tests call a target with.
   OleDragSource source_{std::weak_ptr<const OleDragEvents>()};
@@ -88,23 +93,19 @@ class OleDragDropTest : public testing::Test {
 TEST_F(OleDragDropTest, ATargetTellsEnteringMovingLeavingAndDropping) {
   ASSERT_TRUE(target_.Register(onto_, Logging()));
   IDropTarget* const target = Registered();
-  ASSERT_NE(target, nullptr);
   source_.Data().SetText("hello");
-  const ULONG before = References(source_.dataObject());
   IDataObject* const data = source_.dataObject();
-  DWORD effect = kCopyOrMove;
-  EXPECT_EQ(target->DragEnter(data, MK_LBUTTON, At(10, 20), &effect), S_OK);
-  EXPECT_EQ(effect, DWORD{DROPEFFECT_COPY});
-  effect = DROPEFFECT_COPY;
+  const ULONG before = References(data);
+  DWORD effects[] = {kCopyOrMove, DROPEFFECT_COPY, kCopyOrMove, kCopyOrMove};
+  EXPECT_EQ(target->DragEnter(data, MK_LBUTTON, At(10, 20), &effects[0]), S_OK);
   answer_ = DROPEFFECT_MOVE;
-  EXPECT_EQ(target->DragOver(MK_RBUTTON | MK_MBUTTON | MK_ALT, At(-1, 5), &effect), S_OK);
-  EXPECT_EQ(effect, DWORD{DROPEFFECT_NONE}) << "the source does not allow what the listener wants";
+  EXPECT_EQ(target->DragOver(MK_RBUTTON | MK_MBUTTON | MK_ALT, At(-1, 5), &effects[1]), S_OK);
   EXPECT_EQ(target->DragLeave(), S_OK);
-  effect = kCopyOrMove;
-  target->DragEnter(data, MK_RBUTTON, At(10, 20), &effect);
-  effect = kCopyOrMove;
-  EXPECT_EQ(target->Drop(data, MK_CONTROL, At(12, 21), &effect), S_OK);
-  EXPECT_EQ(effect, DWORD{DROPEFFECT_MOVE});
+  EXPECT_EQ(target->DragEnter(data, MK_RBUTTON, At(10, 20), &effects[2]), S_OK);
+  EXPECT_EQ(target->Drop(data, MK_CONTROL, At(12, 21), &effects[3]), S_OK);
+  // The second time the source does not allow what the listener wants.
+  const DWORD expected[] = {DROPEFFECT_COPY, DROPEFFECT_NONE, DROPEFFECT_MOVE, DROPEFFECT_MOVE};
+  EXPECT_TRUE(std::ranges::equal(effects, expected));
   EXPECT_EQ(References(data), before) << "what was dropped is let go";
   EXPECT_EQ(log_, (Log{"over effect 3 button 1 shift 0 at 10,20 state 0 text",
                        "over effect 1 button 6 shift 4 at -1,5 state 2 text",
@@ -243,41 +244,30 @@ TEST_F(OleDragDropTest, OfferedDataAreListedAndAskedForOnce) {
     for (int time = 0; time < 2; ++time) EXPECT_EQ(seen.GetText(CF_UNICODETEXT), "on demand");
     EXPECT_EQ(log_, (Log{"set 13"}));
   }
-  struct Case {
-    CLIPFORMAT format;
-    DWORD aspect;
-    DWORD medium;
-    HRESULT result;
-  };
-  for (const Case& asked : {Case{CF_TEXT, DVASPECT_CONTENT, TYMED_ISTREAM, DV_E_TYMED},
-                            {CF_TEXT, DVASPECT_ICON, TYMED_HGLOBAL, DV_E_DVASPECT},
-                            {CF_DIB, DVASPECT_CONTENT, TYMED_HGLOBAL, DV_E_FORMATETC},
-                            {CF_OEMTEXT, DVASPECT_CONTENT, TYMED_HGLOBAL, DV_E_FORMATETC}}) {
-    FORMATETC format{asked.format, nullptr, asked.aspect, -1, asked.medium};
+  const auto ask = [&](CLIPFORMAT id, DWORD aspect, DWORD storage) {
+    FORMATETC format{id, nullptr, aspect, -1, storage};
     STGMEDIUM medium{};
-    EXPECT_EQ(kept->GetData(&format, &medium), asked.result) << asked.format;
-  }
+    return kept->GetData(&format, &medium);
+  };
+  EXPECT_EQ(ask(CF_TEXT, DVASPECT_CONTENT, TYMED_ISTREAM), DV_E_TYMED);
+  EXPECT_EQ(ask(CF_TEXT, DVASPECT_ICON, TYMED_HGLOBAL), DV_E_DVASPECT);
+  for (const CLIPFORMAT missing : {CLIPFORMAT{CF_DIB}, CLIPFORMAT{CF_OEMTEXT}})
+    EXPECT_EQ(ask(missing, DVASPECT_CONTENT, TYMED_HGLOBAL), DV_E_FORMATETC);
   EXPECT_EQ(OleData(std::move(kept)).GetText(), "ready");
   EXPECT_EQ(log_, (Log{"set 13"})) << "the drag is over: nobody is asked any more";
 }
 
-/// Drags with the real mouse from one window to the other.
-class OleRealDragTest : public OleDragDropTest {
- protected:
-  void SetUp() override {
-    ASSERT_TRUE(target_.Register(onto_, OleDragDropTest::Logging()));
-    // A drag begins with a button held over the source.
-    PointAt(from_, {50, 50});
-    PressMouse();
-    ASSERT_TRUE(WaitUntil([] { return GetKeyState(VK_LBUTTON) < 0; }));
-  }
-  void TearDown() override {
-    ReleaseMouse();
-    WaitUntil([] { return GetKeyState(VK_LBUTTON) >= 0; });
-  }
-
-  OleDragEvents Logging() {
-    return {
+TEST_F(OleDragDropTest, ARealDragEndsWithADropWithEscapeOrWithItsEvents) {
+  ASSERT_TRUE(target_.Register(onto_, Logging()));
+  const std::vector<std::pair<std::string, Log>> ends = {
+      {"dropped", {"start", "over state 0", "feedback 1", "over state 2", "set 1", "drop", "complete 1"}},
+      {"given up", {"start", "over state 0", "feedback 1", "over state 2", "over state 1", "complete 0"}},
+      {"without events", {"start", "over state 0", "feedback 1", "over state 2", "over state 1"}}};
+  for (const auto& [end, expected] : ends) {
+    SCOPED_TRACE(end);
+    log_.clear();
+    told_ = 0;
+    auto events = std::make_shared<const OleDragEvents>(OleDragEvents{
         .OLEStartDrag =
             [this](OleData& data, DWORD& allowed) {
               EXPECT_EQ(allowed, DWORD{DROPEFFECT_NONE});
@@ -292,89 +282,49 @@ class OleRealDragTest : public OleDragDropTest {
             },
         .OLEGiveFeedback = [this](DWORD effect,
                                   bool&) { log_.push_back("feedback " + std::to_string(effect)); },
-        .OLECompleteDrag = [this](DWORD effect) { log_.push_back("complete " + std::to_string(effect)); }};
-  }
-
-  /// What happened, each kind of news once in a row. Feedback of no effect comes on the way, or not.
-  Log Course() const {
+        .OLECompleteDrag = [this](DWORD effect) { log_.push_back("complete " + std::to_string(effect)); }});
+    onOver_ = [&] {
+      if (end == "without events" && told_ > 1) events.reset();
+    };
+    // A drag begins with a button held over the source.
+    SetForegroundWindow(from_);
+    PointAt(from_, {50, 50});
+    PressMouse();
+    ASSERT_TRUE(WaitUntil([] { return GetKeyState(VK_LBUTTON) < 0; }));
+    std::atomic<bool> ended = false;
+    {
+      // The user beside the drag, which does not return before its end.
+      const Driver driver([&] {
+        POINT screen = Screen({40, 40});
+        // The system may not see every step.
+        const auto move = [&] {
+          MovePointer(screen);
+          screen.x ^= 1;
+        };
+        WaitUntil([&] { return told_ > 1; }, 5000, move);
+        if (end == "dropped") ReleaseMouse();
+        if (end == "given up") PressKey(VK_ESCAPE);
+        EXPECT_TRUE(WaitUntil([&] { return ended.load(); }, 10000, move)) << "the button may be held on";
+        ReleaseMouse();
+      });
+      OleDrag(events);
+      ended = true;
+    }
+    WaitUntil([] { return GetKeyState(VK_LBUTTON) >= 0; });
+    // Each kind of news once. Feedback of no effect comes on the way, or not; and where exactly the
+    // drop is depends on how much of the way the system has seen.
     Log course;
     for (const std::string& entry : log_) {
-      std::string kind = entry;
-      if (entry.starts_with("over")) kind = "over state " + entry.substr(entry.find("state ") + 6, 1);
-      const bool repeats = !course.empty() && course.back() == kind;
-      if (!repeats && kind != "feedback 0") course.push_back(kind);
+      const bool drop =
+          entry.starts_with("drop effect 3 button 1 shift 0 at ") && entry.ends_with(" dragged");
+      const std::string kind = drop ? "drop"
+                               : !entry.starts_with("over")
+                                   ? entry
+                                   : "over state " + entry.substr(entry.find("state ") + 6, 1);
+      if (std::ranges::count(course, kind) == 0 && kind != "feedback 0") course.push_back(kind);
     }
-    return course;
+    EXPECT_EQ(course, expected);
   }
-
-  /// Drags beside a user who ends the drag once it has reached the other window, and then lets the button go.
-  void Drag(const std::shared_ptr<const OleDragEvents>& events, const std::function<void()>& end) {
-    std::atomic<bool> ended = false;
-    const Driver driver([&] {
-      POINT screen = Screen({40, 40});
-      // The system may not see every step.
-      const auto move = [&] {
-        MovePointer(screen);
-        screen.x ^= 1;
-      };
-      WaitUntil([&] { return told_ > 1; }, 5000, move);
-      end();
-      WaitUntil([&] { return ended.load(); }, 5000, move);
-      ReleaseMouse();
-    });
-    OleDrag(events);
-    ended = true;
-  }
-};
-
-TEST_F(OleRealDragTest, ADragIsDroppedOnAnotherWindow) {
-  Drag(std::make_shared<const OleDragEvents>(Logging()), [] { ReleaseMouse(); });
-  Log course = Course();
-  ASSERT_GE(course.size(), 7U);
-  EXPECT_EQ(Log(course.begin(), course.begin() + 4),
-            (Log{"start", "over state 0", "feedback 1", "over state 2"}));
-  // Where exactly depends on how much of the way the system has seen by then.
-  const std::string& drop = course[course.size() - 2];
-  EXPECT_TRUE(drop.starts_with("drop effect 3 button 1 shift 0 at ") && drop.ends_with(" dragged")) << drop;
-  EXPECT_EQ(course[course.size() - 3], "set 1");
-  EXPECT_EQ(course.back(), "complete 1");
-}
-
-TEST_F(OleRealDragTest, EscapeGivesADragUp) {
-  SetForegroundWindow(from_);
-  Drag(std::make_shared<const OleDragEvents>(Logging()), [] { PressKey(VK_ESCAPE); });
-  const Log course = Course();
-  EXPECT_EQ(course.back(), "complete 0");
-  EXPECT_EQ(course[course.size() - 2], "over state 1") << "the target is told that the drag is off";
-}
-
-TEST_F(OleRealDragTest, WithTheEventsTheDragEnds) {
-  auto events = std::make_shared<const OleDragEvents>(Logging());
-  target_.Revoke();
-  ASSERT_TRUE(target_.Register(onto_, {.dragOver =
-                                           [&](OleData&, DWORD&, const MouseState&, OleDragState) {
-                                             ++told_;
-                                             events.reset();
-                                           },
-                                       .dragDrop = {}}));
-  std::atomic<bool> ended = false;
-  bool endedByItself = false;
-  {
-    const Driver driver([&] {
-      POINT screen = Screen({40, 40});
-      endedByItself = WaitUntil([&] { return ended.load(); }, 10000,
-                                [&] {
-                                  MovePointer(screen);
-                                  screen.x ^= 1;
-                                });
-      ReleaseMouse();
-    });
-    OleDrag(events);
-    ended = true;
-  }
-  EXPECT_TRUE(endedByItself) << "with the button still held";
-  EXPECT_EQ(Course().front(), "start");
-  EXPECT_NE(log_.back(), "complete 0") << "nobody is left to be told";
 }
 
 }  // namespace
