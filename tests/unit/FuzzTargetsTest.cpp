@@ -50,9 +50,9 @@ class Mutator {
         if (place < input.size()) input[place] = static_cast<char>(Below(256));
         return;
       case 3:
-        input.insert(
-            place,
-            std::vector<std::string>{"\r", "\n", " ", std::string(1, '\0'), "9", "(.)", "..."}.at(Below(7)));
+        input.insert(place, std::vector<std::string>{"\r", "\n", "\r\n", " ", std::string(1, '\0'), "9",
+                                                     "(,)", "(.)", "...", "|"}
+                                .at(Below(10)));
         return;
       default:
         input.insert(place, other.substr(Below(other.size() + 1), Below(20)));
