@@ -42,7 +42,7 @@ frmMenu::frmMenu(std::string name, Services services, Events events)
 frmMenu::~frmMenu() {
   lifetime_.End();
   destroying_ = true;
-  ReleaseParts();
+  frmMenu::ReleaseParts();
   Destroy();
 }
 
