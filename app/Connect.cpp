@@ -11,11 +11,12 @@ namespace {
 
 constexpr const char* kAddInsBar = "Add-Ins";
 
-// The environment's numbers of the functions of IDTExtensibility.
+// The environments' numbers of the functions of IDTExtensibility2.
 constexpr DISPID kOnConnectionMember = 1;
 constexpr DISPID kOnDisconnectionMember = 2;
 constexpr DISPID kOnAddInsUpdateMember = 3;
 constexpr DISPID kOnStartupCompleteMember = 4;
+constexpr DISPID kOnBeginShutdownMember = 5;
 
 // The dispatch ids of the members that Connect offers by name.
 constexpr DISPID kShowMember = 0x60030000;
@@ -102,6 +103,11 @@ HRESULT Connect::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
 }
 
 HRESULT Connect::OnStartupComplete(SAFEARRAY** /*custom*/) {
+  return S_OK;
+}
+
+/// The shutdown may still be cancelled: what is to be let go of waits for the disconnection.
+HRESULT Connect::OnBeginShutdown(SAFEARRAY** /*custom*/) {
   return S_OK;
 }
 
@@ -243,6 +249,7 @@ HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WOR
       return arguments == 2 ? OnDisconnection(0, nullptr) : DISP_E_BADPARAMCOUNT;
     case kOnAddInsUpdateMember:
     case kOnStartupCompleteMember:
+    case kOnBeginShutdownMember:
       return arguments == 1 ? S_OK : DISP_E_BADPARAMCOUNT;
     case kShowMember:
       return GuardedMethod([this] { Show(); });

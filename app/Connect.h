@@ -16,7 +16,7 @@ namespace snip {
 
 /// The add-in as the development environment sees it. The environment makes one object for each of its
 /// instances; they share the main window.
-class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
+class Connect final : public ServerObject<IDTExtensibility2, IDTExtensibility, IDispatch>,
                       private WindowUser,
                       private ConnectionWindow::Owner {
  public:
@@ -27,14 +27,15 @@ class Connect final : public ServerObject<IDTExtensibility, IDispatch>,
   void Show();
   void Hide();
 
-  // IDTExtensibility
+  // IDTExtensibility and IDTExtensibility2
   HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* AddInInst,
                                          SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnDisconnection(LONG RemoveMode, SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
 
-  // IDispatch: Show and Hide by name, and the functions of IDTExtensibility by their numbers
+  // IDispatch: Show and Hide by name, and the functions of IDTExtensibility2 by their numbers
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,

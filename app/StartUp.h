@@ -3,7 +3,6 @@
 #include <functional>
 #include <string>
 
-#include "app/RegistrationRules.h"
 #include "app/StartMode.h"
 #include "platform/MessageFunction.h"
 #include "platform/Registry32.h"
@@ -24,15 +23,5 @@ struct Registration {
 /// opens the main window.
 void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFunction& showMessage,
              const Registration& registration, const std::function<void()>& showMainWindow);
-
-/// Enters the program in "vbaddin.ini" of the Windows directory, listed but not loaded at the environment's
-/// start. Whether that could be written is not examined.
-void RegisterAddIn();
-/// Whether it is entered there, loaded at the start or not.
-bool AddInRegistered();
-/// For whom it is entered there, as far as can be found out.
-Entered WhereAddInIsRegistered();
-/// False when it is still there.
-bool UnregisterAddIn();
 
 }  // namespace snip

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/AddInIdentity.h"
+#include "app/AddInLists.h"
 #include "app/AddInWindow.h"
 #include "app/ComRegistration.h"
 #include "app/ComServer.h"
@@ -46,6 +47,7 @@ class Application {
             {.enter =
                  [] {
                    RegisterAddIn();
+                   RegisterForVisualBasic6();
                    return AfterEntering(EnterServer());
                  },
              .enterWhereMoved = [] { RegisterWhereMoved(RegistrationRoots()); }},
@@ -59,6 +61,7 @@ class Application {
     std::string remarks;
     if (mode == StartMode::Register) {
       if (!AddInRegistered()) RegisterAddIn();
+      RegisterForVisualBasic6();
       RegistrationFacts facts = EnterServer();
       facts.replaceable = RightsAreSplit() && RunsElevated() && ReplaceableByOrdinaryUsers(WideProgramPath());
       done = facts.server != Entered::Nowhere && facts.listed != Entered::Nowhere;

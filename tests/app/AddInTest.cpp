@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
+#include <shlwapi.h>
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -119,14 +120,15 @@ class AddInTest : public testing::Test {
 };
 
 TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
-  for (const bool byNumber : {false, true}) {
-    SCOPED_TRACE(byNumber);
+  for (const std::vector<const char*>& environment :
+       {std::vector<const char*>{}, {"bynumber"}, {"newer"}, {"newer", "bynumber"}}) {
     HostProcess host(LibraryPath());
-    if (byNumber) host.Ask("bynumber");
+    for (const char* trait : environment) host.Ask(trait);
+    SCOPED_TRACE(testing::PrintToString(environment));
     host.Ask("entry Brennic Snipstore 2.0");
     host.Ask("entry Other");
     host.Ask("entry Brennic Snipstore 2.0");
-    for (const char* step : {"connect 1", "complete", "update"}) {
+    for (const char* step : {"connect 1", "complete", "update", "shutdown"}) {
       EXPECT_EQ(host.Ask(step), "0") << step;
       EXPECT_EQ(host.Ask("entries"), std::string("[Other]") + kEntry) << step;
     }
@@ -508,7 +510,11 @@ TEST_F(AddInTest, AnEnvironmentThatDiesIsDisconnected) {
 }
 
 TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
-  const auto registry = [] { return RegistryContents(HKEY_LOCAL_MACHINE, "Software\\Classes"); };
+  constexpr const char* list = R"(Software\Microsoft\Visual Basic\6.0\Addins)";
+  const auto registry = [] {
+    return std::pair(RegistryContents(HKEY_LOCAL_MACHINE, "Software\\Classes"),
+                     RegistryContents(HKEY_CURRENT_USER, list));
+  };
   const auto run = [this](const char* argument) {
     program_.Start(std::string(argument) + " -Silent");
     EXPECT_TRUE(program_.WaitForEnd());
@@ -522,8 +528,15 @@ TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
   EXPECT_EQ(Program::ServerCommand(), "\"" + program_.folder().File("BnSnipstore2.exe") + "\"");
   // Who has had the environment load it at every start keeps that.
   WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "1", "vbaddin.ini");
+  const std::string key = std::string(list) + "\\BnSnipstore2.Connect";
+  DWORD load = 1;
+  SHSetValueA(HKEY_CURRENT_USER, key.c_str(), "LoadBehavior", REG_DWORD, &load, sizeof load);
   run("/regserver");
   EXPECT_EQ(Program::AddInEntry(), "1");
+  DWORD size = sizeof load;
+  EXPECT_EQ(SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "LoadBehavior", nullptr, &load, &size),
+            ERROR_SUCCESS);
+  EXPECT_EQ(load, 1U);
   run("/UnregServer");
   EXPECT_EQ(Program::AddInEntry(), "");
   EXPECT_TRUE(registry() == before);

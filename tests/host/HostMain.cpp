@@ -130,7 +130,10 @@ class Host {
     }
     return result;
   }
-  HRESULT Query() { return object_->QueryInterface(__uuidof(IDTExtensibility), addIn_.PutVoid()); }
+  HRESULT Query() {
+    return object_->QueryInterface(newer_ ? __uuidof(IDTExtensibility2) : __uuidof(IDTExtensibility),
+                                   addIn_.PutVoid());
+  }
 
   HRESULT ConnectAddIn(LONG mode, const ComPtr<IDispatch>& root) {
     HRESULT result = object_ ? S_OK : Create();
@@ -175,6 +178,12 @@ class Host {
   }
   HRESULT CompleteStartup() {
     return TellAddIn(4, [&](SAFEARRAY** custom) { return addIn_->OnStartupComplete(custom); });
+  }
+  HRESULT BeginShutdown() {
+    if (!newer_) return S_OK;
+    return TellAddIn(5, [&](SAFEARRAY** custom) {
+      return static_cast<IDTExtensibility2*>(addIn_.get())->OnBeginShutdown(custom);
+    });
   }
   HRESULT CallMember(const std::string& name) {
     ComPtr<IDispatch> object = addIn_.As<IDispatch>();
@@ -270,6 +279,7 @@ class Host {
         {"connectnothing", [&] { return Hex(ConnectAddIn(0, {})); }},
         {"complete", [&] { return Hex(CompleteStartup()); }},
         {"update", [&] { return Hex(UpdateAddIns()); }},
+        {"shutdown", [&] { return Hex(BeginShutdown()); }},
         {"disconnect", [&] { return Hex(DisconnectAddIn(std::stol(next()))); }},
         {"release",
          [&] {
@@ -295,6 +305,7 @@ class Host {
         {"hook", [&] { return Hook(words); }},
         {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
         {"bynumber", [&] { return byNumber_ = true, ""; }},
+        {"newer", [&] { return newer_ = true, ""; }},
         {"last", [&] { return model_.watch.last; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
         {"front", [&] { return GetForegroundWindow() == window_.hWnd() ? "yes" : "no"; }},
@@ -310,6 +321,7 @@ class Host {
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;
   ComPtr<IDTExtensibility> addIn_;
+  bool newer_ = false;     ///< Whether the environment is one that asks for IDTExtensibility2.
   bool byNumber_ = false;  ///< Whether the add-in's functions are called by their numbers.
 };
 

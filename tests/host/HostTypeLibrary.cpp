@@ -102,21 +102,26 @@ void MakeLibrary(const std::wstring& path) {
 
   const auto addIn = AddInterface(library.get(), L"AddIn", kAddInId, dispatch.get());
   Check(addIn->LayOut(), "LayOut");
-  const auto extensibility =
-      AddInterface(library.get(), L"IDTExtensibility", __uuidof(IDTExtensibility), dispatch.get());
   TYPEDESC addInType = Simple(VT_USERDEFINED);
-  Check(extensibility->AddRefTypeInfo(addIn.As<ITypeInfo>().get(), &addInType.hreftype), "AddRefTypeInfo");
   TYPEDESC variant = Simple(VT_VARIANT);
   TYPEDESC array = Of(VT_SAFEARRAY, variant);
   const ELEMDESC custom = In(Of(VT_PTR, array));
-  std::array connection{In(Simple(VT_DISPATCH)), In(Simple(VT_I4)), In(Of(VT_PTR, addInType)), custom};
   std::array disconnection{In(Simple(VT_I4)), custom};
   std::array notice{custom};
-  AddMethod(extensibility.get(), 0, L"OnConnection", connection);
-  AddMethod(extensibility.get(), 1, L"OnDisconnection", disconnection);
-  AddMethod(extensibility.get(), 2, L"OnAddInsUpdate", notice);
-  AddMethod(extensibility.get(), 3, L"OnStartupComplete", notice);
-  Check(extensibility->LayOut(), "LayOut");
+  for (const bool newer : {false, true}) {
+    const auto extensibility =
+        AddInterface(library.get(), newer ? L"IDTExtensibility2" : L"IDTExtensibility",
+                     newer ? __uuidof(IDTExtensibility2) : __uuidof(IDTExtensibility), dispatch.get());
+    Check(extensibility->AddRefTypeInfo(addIn.As<ITypeInfo>().get(), &addInType.hreftype), "AddRefTypeInfo");
+    std::array connection{In(Simple(VT_DISPATCH)), In(Simple(VT_I4)),
+                          In(newer ? Simple(VT_DISPATCH) : Of(VT_PTR, addInType)), custom};
+    AddMethod(extensibility.get(), 0, L"OnConnection", connection);
+    AddMethod(extensibility.get(), 1, L"OnDisconnection", disconnection);
+    AddMethod(extensibility.get(), 2, L"OnAddInsUpdate", notice);
+    AddMethod(extensibility.get(), 3, L"OnStartupComplete", notice);
+    if (newer) AddMethod(extensibility.get(), 4, L"OnBeginShutdown", notice);
+    Check(extensibility->LayOut(), "LayOut");
+  }
   Check(library->SaveAllChanges(), "SaveAllChanges");
 }
 

@@ -1,0 +1,85 @@
+#include "app/AddInLists.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "app/AddInIdentity.h"
+#include "app/Rights.h"
+#include "platform/Handle.h"
+
+namespace snip {
+namespace {
+
+constexpr const char* kAddInFile = "vbaddin.ini";
+constexpr const char* kAddInList = "Add-Ins32";
+
+// Visual Basic 6's list, with a key for each add-in by the name of its class.
+constexpr const char* kAddInKeys = R"(Software\Microsoft\Visual Basic\6.0\Addins)";
+
+bool HasEntry(const char* file) {
+  char text[2]{};
+  return GetPrivateProfileStringA(kAddInList, kAddInProgId, "", text, sizeof text, file) != 0;
+}
+
+/// Where the system keeps the user's own copy of the list.
+std::string VirtualAddInFile() {
+  char local[MAX_PATH]{};
+  char windows[MAX_PATH]{};
+  GetEnvironmentVariableA("LOCALAPPDATA", local, sizeof local);
+  if (GetWindowsDirectoryA(windows, sizeof windows) < 2) return {};
+  const char* const behindTheDrive = windows + 2;
+  return std::string(local) + "\\VirtualStore" + behindTheDrive + "\\" + kAddInFile;
+}
+
+std::string AddInKey() {
+  return std::string(kAddInKeys) + "\\" + kAddInProgId;
+}
+
+void SetText(HKEY key, const char* name, const std::string& text) {
+  RegSetValueExA(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                 static_cast<DWORD>(text.size() + 1));
+}
+
+void SetNumber(HKEY key, const char* name, DWORD number) {
+  RegSetValueExA(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
+}
+
+}  // namespace
+
+void RegisterAddIn() {
+  WritePrivateProfileStringA(kAddInList, kAddInProgId, "0", kAddInFile);
+}
+
+void RegisterForVisualBasic6() {
+  HKEY opened = nullptr;
+  DWORD disposition = 0;
+  if (RegCreateKeyExA(HKEY_CURRENT_USER, AddInKey().c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
+                      nullptr, &opened, &disposition) != ERROR_SUCCESS) {
+    return;
+  }
+  const UniqueRegKey key(opened);
+  if (disposition != REG_CREATED_NEW_KEY) return;
+  SetText(opened, "FriendlyName", kAddInName);
+  SetText(opened, "Description", "Keeps code snippets in libraries and puts them into modules.");
+  SetNumber(opened, "LoadBehavior", 0);     // loaded by its user alone
+  SetNumber(opened, "CommandLineSafe", 0);  // it has windows
+}
+
+bool AddInRegistered() {
+  return HasEntry(kAddInFile);
+}
+
+Entered WhereAddInIsRegistered() {
+  WritePrivateProfileStringA(nullptr, nullptr, nullptr, kAddInFile);  // has what was written reach the disk
+  if (WritesAreVirtual() && HasEntry(VirtualAddInFile().c_str())) return Entered::User;
+  return HasEntry(kAddInFile) ? Entered::All : Entered::Nowhere;
+}
+
+bool UnregisterAddIn() {
+  WritePrivateProfileStringA(kAddInList, kAddInProgId, nullptr, kAddInFile);
+  const LONG deleted = RegDeleteKeyA(HKEY_CURRENT_USER, AddInKey().c_str());
+  return !AddInRegistered() && (deleted == ERROR_SUCCESS || deleted == ERROR_FILE_NOT_FOUND);
+}
+
+}  // namespace snip

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "app/RegistrationRules.h"
+
+namespace snip {
+
+// Where the development environments look for add-ins: Visual Basic 5 in "vbaddin.ini" of the Windows
+// directory, Visual Basic 6 there and in the user's part of the registry.
+
+/// Enters the program in "vbaddin.ini", listed but not loaded at the environment's start. Whether that could
+/// be written is not examined.
+void RegisterAddIn();
+/// Enters it likewise in the registry. An entry that is there stays as its user has set it.
+void RegisterForVisualBasic6();
+/// Whether "vbaddin.ini" lists it, loaded at the start or not.
+bool AddInRegistered();
+/// For whom "vbaddin.ini" lists it, as far as can be found out.
+Entered WhereAddInIsRegistered();
+/// False when one of the lists still has it.
+bool UnregisterAddIn();
+
+}  // namespace snip
