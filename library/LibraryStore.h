@@ -20,7 +20,7 @@ class LibraryStore {
   virtual bool Exists(const std::string& path) const = 0;
   /// A file's bytes, or null when it cannot be read.
   virtual std::unique_ptr<ByteSource> Open(const std::string& path) const = 0;
-  /// Deletes what is at `path` and writes the bytes anew; tells whether all of them are there.
+  /// Deletes what is at `path` and writes the bytes there; tells whether all of them are there.
   virtual bool Replace(const std::string& path, ByteSource&& bytes) = 0;
   /// False, and nothing is changed, when there is a file of the new name already or the system refuses.
   virtual bool Rename(const std::string& path, const std::string& newPath) = 0;

@@ -22,7 +22,7 @@ class Dialog {
   HWND hWnd() const { return hWnd_; }
 
   /// Shows the dialog and returns when it has ended, with the value given to `End` (or -1 when it could not
-  /// be shown). The owner is disabled meanwhile.
+  /// be shown). The owner is disabled until it returns.
   INT_PTR ShowModal(HWND owner, DWORD style);
   void End(INT_PTR result) { EndDialog(hWnd_, result); }
 

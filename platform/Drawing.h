@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "platform/Geometry.h"
 #include "platform/Handle.h"
 
@@ -9,6 +11,16 @@ namespace snip {
 
 /// Fills an area, in the device context's own units, with one colour.
 void FillArea(HDC dc, const Rect& area, COLORREF color);
+
+/// Draws lines of one pixel, just inside `area`. The corners between the two belong to the second colour.
+void DrawEdgeLines(HDC dc, const Rect& area, COLORREF leftAndTop, COLORREF rightAndBottom);
+
+/// Draws a text of one line; an ampersand underlines what follows it. `format` is of DrawText.
+void DrawLabel(HDC dc, const std::string& text, const Rect& area, HFONT font, COLORREF color,
+               UINT format = 0);
+/// The same as the system etches disabled texts: the highlight takes one pixel more to the right and below.
+void DrawEtchedLabel(HDC dc, const std::string& text, const Rect& area, HFONT font, COLORREF highlight,
+                     COLORREF shadow, UINT format = 0);
 
 /// A bitmap in the screen's format.
 UniqueBitmap ScreenBitmap(Size size);

@@ -32,12 +32,12 @@ ExactTextField::ExactTextField(HWND control) : control_(control), pasting_(std::
 void ExactTextField::SetText(const std::string& text) {
   original_ = text;
   bytes_ = TextFieldBytes(text);
-  // Wine's control draws its scroll bar twice for WM_SETTEXT, and that takes it longer than all else.
+  // Not WM_SETTEXT: for that, Wine 8 draws the scroll bar twice, which takes longer than all else.
   SendMessageA(control_, EM_SETSEL, 0, -1);
   SendMessageA(control_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
   SendMessageA(control_, EM_SETSEL, 0, 0);
   SendMessageA(control_, EM_SCROLLCARET, 0, 0);
-  SendMessageA(control_, WM_HSCROLL, SB_LEFT, 0);  // of lines wider than 32,767 pixels Wine's loses its way
+  SendMessageA(control_, WM_HSCROLL, SB_LEFT, 0);  // Wine 8 loses its place in lines wider than 32,767 pixels
   SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
   SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
 }

@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// Owns one handle of the system and closes it once. `Empty` is the number of the handle that is none.
+/// Owns one handle of the system and closes it once. `Empty` is the value that means no handle.
 template <class Handle, auto Close, std::intptr_t Empty = 0>
 class UniqueHandle {
  public:

@@ -19,8 +19,8 @@ struct OleDragEvents {
   std::function<void(DWORD effect)> OLECompleteDrag;
 };
 
-/// The two objects that the platform drags with. Whoever keeps one of them longer than this lives finds the
-/// data set by then and nothing more.
+/// The two objects that the platform drags with. A program that keeps one of them longer than this lives
+/// finds the data set by then and nothing more.
 class OleDragSource {
  public:
   explicit OleDragSource(std::weak_ptr<const OleDragEvents> events);
@@ -41,7 +41,7 @@ class OleDragSource {
 
 /// Drags until the mouse button is let go or Escape pressed. OLEStartDrag says what is dragged and what may
 /// become of it: without it, or with its effects left at DROPEFFECT_NONE, no target takes a drop. When the
-/// events go meanwhile the drag is given up and none of them is raised any more.
+/// events go before its end, the drag is given up and none of them is raised any more.
 void OleDrag(const std::weak_ptr<const OleDragEvents>& events);
 
 }  // namespace snip

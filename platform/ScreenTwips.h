@@ -8,7 +8,7 @@ namespace snip {
 /// The screen's real twips per pixel. They stay the same while the process runs, which is system-DPI aware.
 TwipsPerPixel ScreenTwips();
 
-/// The area, in pixels, of the screen that a point lies on, or is nearest to when it lies on none.
+/// The area, in pixels, of the screen that a point is on, or of the nearest one.
 Rect ScreenAt(Point point);
 
 }  // namespace snip

@@ -7,8 +7,7 @@ namespace snip {
 
 /// Carries any bytes through an edit control, which ends its text at the first zero byte.
 ///
-/// Every line end is shown as CR LF, since rich-edit controls make something else of any other; whoever edits
-/// the text keeps the lines. A zero byte is shown as a control character that does not occur in the text and
+/// Every line end is shown as CR LF, because rich-edit controls change any other. A zero byte is shown as a control character that does not occur in the text and
 /// turned back when the text is read again, so that a damaged or foreign library keeps every byte it came
 /// with.
 class TextFieldBytes {
@@ -19,7 +18,7 @@ class TextFieldBytes {
   /// The text as the control is to hold it: without zero bytes, and with CR LF behind every line.
   const std::string& shown() const { return shown_; }
 
-  /// What `fieldText`, read back from the control, stands for.
+  /// The bytes of `fieldText`, which was read back from the control.
   std::string Restore(std::string fieldText) const;
 
  private:

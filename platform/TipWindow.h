@@ -8,13 +8,13 @@
 
 namespace snip {
 
-/// A tip as those see it who show one: the bars and the menus are given a tip window by whoever makes them.
+/// What bars and menus need of a tip window, which their maker gives them.
 class TipWindow {
  public:
   virtual ~TipWindow() = default;
 
   /// Shows `text`; an empty one does nothing. `x` and `y` are the tip's left and top in screen pixels; 0
-  /// stands for the pointer's x, and for a place 20 pixels below the pointer.
+  /// means the pointer's x, and for a place 20 pixels below the pointer.
   virtual void ShowTip(const std::string& text, int x, int y) = 0;
   virtual void Hide() = 0;
   virtual bool Visible() const = 0;

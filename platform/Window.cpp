@@ -146,7 +146,7 @@ Rect PlaceInParent(HWND window) {
 }
 
 bool LiesAt(HWND window, POINT screen) {
-  // To find the window at a place takes the system long. Wine finds those of a disabled window as well.
+  // WindowFromPoint is slow, so the bounds come first. Wine 8 finds children of a disabled window as well.
   return Within(window, screen) && IsWindowEnabled(GetAncestor(window, GA_ROOT)) != 0 &&
          WindowFromPoint(screen) == window;
 }

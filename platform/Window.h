@@ -74,23 +74,22 @@ Size ClientSize(HWND window);
 /// A window's place in pixels of its parent.
 Rect PlaceInParent(HWND window);
 
-/// Whether a window, none of its children and none that covers it, lies at a place of the screen. A window of
-/// a disabled one does not: it gets no mouse.
+/// Whether a window itself is what a place of the screen shows: no child of it and no window in front. A window
+/// in a disabled one does not count, because it gets no mouse.
 bool LiesAt(HWND window, POINT screen);
 
-/// Tells a timer's handler whether it has to look for the pointer in a window. Asking the system where the
-/// pointer is takes long; where it was when the message came costs nothing. But when it goes on to another
-/// program's window no message may tell that: a place found to be out of date is looked at again only now and
-/// then.
+/// Tells a timer's handler whether it has to look for the pointer in a window. GetCursorPos is slow, so the last
+/// message's position is used unless it is stale: a pointer that leaves to another program's window sends no
+/// message. A stale position is looked at again only now and then.
 class PointerQuery {
  public:
   /// Whether the pointer may be within the bounds of `window`.
   bool Needed(HWND window);
-  /// Where it was found then, on the screen.
+  /// Takes where it was found then, on the screen.
   void Found(POINT pointer);
 
  private:
-  std::optional<POINT> left_;  ///< The last place that was told of a pointer that has gone on.
+  std::optional<POINT> left_;  ///< The last message's position, once it is stale.
   int skipped_ = 0;            ///< How often it was not looked for since.
 };
 

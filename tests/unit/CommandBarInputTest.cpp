@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -121,57 +122,50 @@ class ScriptedBar : LoggedBar {
       const int y = number(10);
       for (; times > 0; --times) input_.tHitTest_Timer(Point{x, y}, Point{x + 1000, y + 500});
     };
-    const auto withIndex = [&](auto act) { return [&, act] { act(number()); }; };
-    const std::map<std::string, std::function<void()>> verbs = {
-        {"tick", [&] { tick(1); }},
-        {"rest", withIndex(tick)},
-        {"elsewhere",
-         [&] {
-           input_.tHitTest_Timer(std::nullopt, Point{5, 5});
-         }},
-        {"down", [&] { input_.MouseDown(mouse()); }},
-        {"move", [&] { input_.MouseMove(mouse()); }},
-        {"up", [&] { input_.MouseUp(mouse()); }},
-        {"dbl", [&] { input_.DblClick(); }},
-        {"lost", [&] { input_.CaptureLost(); }},
-        {"key",
-         [&] {
-           const std::string key = text();
-           input_.AccessKeyPress(static_cast<std::int16_t>(key.size() == 1 ? key[0] : std::stoi(key)));
-         }},
-        {"act", withIndex([&](int i) { input_.DoDefaultAction(i, static_cast<ButtonPart>(number())); })},
-        {"run", [&] { input_.Show(true); }},
-        {"design", [&] { input_.Show(false); }},
-        {"freeze", [&] { input_.Freeze(); }},
-        {"thaw", [&] { input_.Thaw(); }},
-        {"quiet", [&] { properties_.SoundEffects = false; }},
-        {"loud", [&] { properties_.SoundEffects = true; }},
-        {"gray", withIndex([&](int i) { buttons_.SetGrayed(i, true); })},
-        {"remove", withIndex([&](int i) { buttons_.Remove(i, Metrics()); })},
-        {"shift", withIndex([&](int i) { buttons_.Move(i, number(), Metrics()); })},
-        {"set", withIndex([&](int i) { buttons_.SetState(i, number()); })},
-        {"caption", withIndex([&](int i) { buttons_.SetCaption(i, text(), Metrics()); })},
-        {"add",
-         [&] {
-           char type = 0;
-           in >> type;
-           const auto display = static_cast<DisplayType>(number());
-           buttons_.Add({.Caption = text(), .ButtonType = TypeOf(type), .DisplayType = display}, Metrics());
-         }},
-        // What the container does when it first sees an effect; "&" stands between its commands.
-        {"on",
-         [&] {
-           const std::vector<std::string> parts = Split(text(), ':');
-           actsOn_ = parts.at(0);
-           acts_ = Split(parts.at(1), '&');
-         }},
-    };
+    if (verb.empty()) return "";
+    if (verb == "tick") return tick(1), "";
+    if (verb == "rest") return tick(number()), "";
+    if (verb == "elsewhere") return input_.tHitTest_Timer(std::nullopt, Point{5, 5}), "";
+    if (verb == "down") return input_.MouseDown(mouse()), "";
+    if (verb == "move") return input_.MouseMove(mouse()), "";
+    if (verb == "up") return input_.MouseUp(mouse()), "";
+    if (verb == "dbl") return input_.DblClick(), "";
+    if (verb == "lost") return input_.CaptureLost(), "";
+    if (verb == "run") return input_.Show(true), "";
+    if (verb == "design") return input_.Show(false), "";
+    if (verb == "freeze") return input_.Freeze(), "";
+    if (verb == "thaw") return input_.Thaw(), "";
+    if (verb == "quiet" || verb == "loud") return properties_.SoundEffects = verb == "loud", "";
     if (verb == "hot") return std::to_string(input_.HotButton());
     if (verb == "pressed") return std::to_string(input_.PressedButton());
-    if (verb == "state") return std::to_string(buttons_.State(number()));
     if (verb == "running") return input_.InRunMode() ? "yes" : "no";
-    if (!verb.empty()) verbs.at(verb)();
-    return "";
+    if (verb == "key") {
+      const std::string key = text();
+      return input_.AccessKeyPress(static_cast<std::int16_t>(key.size() == 1 ? key[0] : std::stoi(key))), "";
+    }
+    if (verb == "add") {
+      char type = 0;
+      in >> type;
+      const auto display = static_cast<DisplayType>(number());
+      buttons_.Add({.Caption = text(), .ButtonType = TypeOf(type), .DisplayType = display}, Metrics());
+      return "";
+    }
+    // What the container does when it first sees that; "&" separates its commands.
+    if (verb == "on") {
+      const std::vector<std::string> parts = Split(text(), ':');
+      actsOn_ = parts.at(0);
+      acts_ = Split(parts.at(1), '&');
+      return "";
+    }
+    const int index = number();
+    if (verb == "act") return input_.DoDefaultAction(index, static_cast<ButtonPart>(number())), "";
+    if (verb == "gray") return buttons_.SetGrayed(index, true), "";
+    if (verb == "remove") return buttons_.Remove(index, Metrics()), "";
+    if (verb == "shift") return buttons_.Move(index, number(), Metrics()), "";
+    if (verb == "set") return buttons_.SetState(index, number()), "";
+    if (verb == "caption") return buttons_.SetCaption(index, text(), Metrics()), "";
+    if (verb == "state") return std::to_string(buttons_.State(index));
+    throw std::invalid_argument(command);
   }
 
   std::vector<std::string> log_;

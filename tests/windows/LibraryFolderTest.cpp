@@ -33,32 +33,19 @@ class LibraryFolderTest : public testing::Test {
   static bool Replace(LibraryFolder& store, const std::string& path, const std::string& bytes) {
     return store.Replace(path, BytesInMemory(bytes));
   }
-  std::vector<std::string> SortedNames() const {
-    std::vector<std::string> names = store_.Names();
-    std::sort(names.begin(), names.end());
-    return names;
-  }
 };
 
 TEST_F(LibraryFolderTest, ListsLibrariesOnly) {
-  const std::string accents =
-      "Gr\xFC\xDF"
-      "e \xE9t\xE9";
-  const std::string longName(200, 'n');
-  for (const std::string& name :
-       {std::string("Strings.bns"), std::string("UPPER.BNS"), std::string("with blanks.bns"),
-        std::string("a.b.c.bns"), accents + ".bns", longName + ".bns", std::string(".bns"),
-        std::string("notes.bnsold"), std::string("bns"), std::string("x.bns.txt")}) {
-    folder_.Write(name, "x");
-  }
+  const std::vector<std::string> libraries = {"Strings", "with blanks", "a.b.c",
+                                              "Gr\xFC\xDF"
+                                              "e \xE9t\xE9",
+                                              std::string(200, 'n')};
+  for (const std::string& name : libraries) folder_.Write(name + ".bns", "x");
+  for (const char* other : {".bns", "notes.bnsold", "bns", "x.bns.txt"}) folder_.Write(other, "x");
+  MoveFileA(folder_.File("Strings.bns").c_str(), folder_.File("Strings.BNS").c_str());
   CreateDirectoryA(folder_.File("x.bns").c_str(), nullptr);
-  std::vector<std::string> expected = {"Strings", "UPPER", "with blanks", "a.b.c", accents, longName};
-  std::sort(expected.begin(), expected.end());
-  EXPECT_EQ(SortedNames(), expected);
-}
-
-TEST_F(LibraryFolderTest, FormsPathsWithOneBackslash) {
-  EXPECT_EQ(LibraryFolder("C:\\dir").PathOf("My Lib"), "C:\\dir\\My Lib.bns");
+  const std::vector<std::string> names = store_.Names();
+  EXPECT_TRUE(std::ranges::is_permutation(names, libraries)) << testing::PrintToString(names);
   EXPECT_EQ(LibraryFolder("C:\\").PathOf("x"), "C:\\x.bns");
 }
 

@@ -25,27 +25,19 @@ class Registry32Test : public testing::Test {
 
   UniqueRegKey Key() { return registry_.CreateRegKey(HKEY_CURRENT_USER, "Software\\Values"); }
 
-  static std::string RawData(const UniqueRegKey& key, const std::string& name, DWORD expectedType) {
+  /// A stored value: its type, a blank, and its bytes.
+  std::string Stored(const std::string& name) {
     std::string data(1000, '?');
     DWORD type = 0;
     auto size = static_cast<DWORD>(data.size());
-    EXPECT_EQ(RegQueryValueExA(key.get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
-                               &size),
-              ERROR_SUCCESS);
-    EXPECT_EQ(type, expectedType);
-    data.resize(size);
-    return data;
+    RegQueryValueExA(Key().get(), name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size);
+    return std::to_string(type) + ' ' + data.substr(0, size);
   }
 
-  static void WriteRaw(const UniqueRegKey& key, const std::string& name, DWORD type,
-                       const std::string& data) {
-    ASSERT_EQ(RegSetValueExA(key.get(), name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
+  void Store(const std::string& name, DWORD type, const std::string& data) {
+    ASSERT_EQ(RegSetValueExA(Key().get(), name.c_str(), 0, type, reinterpret_cast<const BYTE*>(data.data()),
                              static_cast<DWORD>(data.size())),
               ERROR_SUCCESS);
-  }
-
-  static bool KeyExists(const std::string& path) {
-    return !RegistryContents(HKEY_CURRENT_USER, path).empty();
   }
 };
 
@@ -54,7 +46,7 @@ TEST_F(Registry32Test, SettingsReadBackTrimmedUpTo254Characters) {
     return registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", "Value");
   };
   EXPECT_EQ(read(), "") << "never written";
-  EXPECT_TRUE(KeyExists("Software\\Brennic\\BnSnipstore\\2.0\\Settings"));
+  EXPECT_FALSE(RegistryContents(HKEY_CURRENT_USER, "Software\\Brennic\\BnSnipstore\\2.0\\Settings").empty());
   const std::vector<std::pair<std::string, std::string>> cases = {
       {"  two words ", "two words"},
       {"", ""},
@@ -80,7 +72,6 @@ TEST_F(Registry32Test, QueryRegStringGivesTheTextOrTheDefault) {
     std::string stored;
     std::string read;
   };
-  const UniqueRegKey key = Key();
   for (const auto& [name, type, stored, read] : std::vector<Case>{
            {"", REG_SZ, "default value\0"s, "default value"},
            {"text", REG_SZ, " kept as it is \0"s, " kept as it is "},
@@ -90,53 +81,45 @@ TEST_F(Registry32Test, QueryRegStringGivesTheTextOrTheDefault) {
            {"number", REG_DWORD, "\x01\0\0\0"s, "none"},
            {"expand", REG_EXPAND_SZ, "%PATH%\0"s, "none"},
        }) {
-    WriteRaw(key, name, type, stored);
+    Store(name, type, stored);
     EXPECT_EQ(registry_.QueryRegString(HKEY_CURRENT_USER, "Software\\Values", name, "none"), read) << name;
   }
   for (const char* path : {"Software\\Values", "Software\\Missing"}) {
     EXPECT_EQ(registry_.QueryRegString(HKEY_CURRENT_USER, path, "missing", "none"), "none");
   }
-  EXPECT_FALSE(KeyExists("Software\\Missing"));
+  EXPECT_TRUE(RegistryContents(HKEY_CURRENT_USER, "Software\\Missing").empty());
   EXPECT_TRUE(messages_.empty());
 }
 
-TEST_F(Registry32Test, WritesEachTypeInItsLayout) {
-  struct Case {
+TEST_F(Registry32Test, WritesAndReadsEachType) {
+  struct Written {
     DWORD type;
     const char* text;
     std::string stored;
   };
   const UniqueRegKey key = Key();
   const std::vector<std::string> extras = {"two", "", "\0"s, "three"};
-  for (const auto& [type, text, stored] : std::vector<Case>{{REG_SZ, "text", "text\0"s},
-                                                            {REG_EXPAND_SZ, "%a%", "%a%\0"s},
-                                                            {REG_DWORD, "123456", "1234"},
-                                                            {REG_DWORD, "-7", "-7\0\0"s},
-                                                            {REG_MULTI_SZ, "one", "one\0two\0three\0\0"s}}) {
+  for (const auto& [type, text, stored] :
+       {Written{REG_SZ, "text", "1 text\0"s}, Written{REG_EXPAND_SZ, "%a%", "2 %a%\0"s},
+        Written{REG_DWORD, "123456", "4 1234"}, Written{REG_DWORD, "-7", "4 -7\0\0"s},
+        Written{REG_MULTI_SZ, "one", "7 one\0two\0three\0\0"s}}) {
     registry_.SetRegValue(text, key, "value", type, extras);
-    EXPECT_EQ(RawData(key, "value", type), stored);
+    EXPECT_EQ(Stored("value"), stored);
   }
-  EXPECT_TRUE(messages_.empty());
-}
-
-TEST_F(Registry32Test, ReadsEachTypeAsText) {
-  struct Case {
+  struct Read {
     DWORD type;
     std::string stored;
     DWORD asked;
-    std::string read;
+    std::string text;
   };
-  const UniqueRegKey key = Key();
   std::vector<std::string> strings;
-  for (const auto& [type, stored, asked, read] :
-       std::vector<Case>{{REG_SZ, "text\0"s, REG_SZ, "text"},
-                         {REG_SZ, "text\0"s, REG_EXPAND_SZ, "text"},
-                         {REG_BINARY, "\x01\xAB\0"s, REG_BINARY, "01AB00"},
-                         {REG_MULTI_SZ, "\0"s, REG_MULTI_SZ, ""},
-                         {REG_MULTI_SZ, "one\0two\0\0"s, REG_MULTI_SZ, "one"}}) {
-    WriteRaw(key, "value", type, stored);
+  for (const auto& [type, stored, asked, text] :
+       {Read{REG_SZ, "text\0"s, REG_SZ, "text"}, Read{REG_SZ, "text\0"s, REG_EXPAND_SZ, "text"},
+        Read{REG_BINARY, "\x01\xAB\0"s, REG_BINARY, "01AB00"}, Read{REG_MULTI_SZ, "\0"s, REG_MULTI_SZ, ""},
+        Read{REG_MULTI_SZ, "one\0two\0\0"s, REG_MULTI_SZ, "one"}}) {
+    Store("value", type, stored);
     DWORD wanted = asked;
-    EXPECT_EQ(registry_.QueryRegValue(key, "value", wanted, &strings), read);
+    EXPECT_EQ(registry_.QueryRegValue(key, "value", wanted, &strings), text);
   }
   EXPECT_EQ(strings, (std::vector<std::string>{"one", "two"}));
   DWORD text = REG_SZ;
@@ -153,8 +136,7 @@ TEST_F(Registry32Test, TypesThatAreNotHandledGiveAMessageAndChangeNothing) {
   for (DWORD type : {0UL, 4UL, 5UL, 6UL, 8UL}) EXPECT_EQ(registry_.QueryRegValue(key, "value", type), "");
   EXPECT_EQ(messages_, std::vector<std::string>(
                            5, "Unable to query that type of data. Please contact KVR Development."));
-  DWORD size = 0;
-  EXPECT_EQ(RegQueryValueExA(key.get(), "value", nullptr, nullptr, nullptr, &size), ERROR_FILE_NOT_FOUND);
+  EXPECT_EQ(RegQueryValueExA(key.get(), "value", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(Registry32Test, WhatTheRegistryRefusesIsToldStepByStep) {

@@ -48,7 +48,7 @@ BnCommandBar::BnCommandBar(Services services, Events events)
                       return SameTextIgnoringCase(std::string(a), std::string(b));
                     }}),
       input_(buttons_, properties_, *this),
-      // Never scaled: the part it lies in is eight pixels wide on every screen.
+      // Never scaled, because its part of the button is eight pixels wide on every screen.
       drop_(Picture::FromResource(IDB_DROP_ARROW)) {}
 
 BnCommandBar::~BnCommandBar() {
@@ -62,7 +62,7 @@ bool BnCommandBar::CreateIn(HWND parent, int id, const std::string& name, const 
   MakeFont();
   const bool made = Create({.className = "BnCommandBar",
                             .title = name.c_str(),
-                            .style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,  // a control may lie on it
+                            .style = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS,  // a control may be on it
                             .place = {},
                             .parent = parent,
                             .id = id,
@@ -368,7 +368,7 @@ BarStyle BnCommandBar::Style() const {
 
 void BnCommandBar::tHitTest_Timer() {
   if (input_.HotButton() < 0 && !showsTip_ && !look_.Needed(hWnd())) {
-    // As it is most of the time: there is nothing to be left, and where exactly the pointer is matters not.
+    // Most of the time: no button is left or entered, so the pointer's exact place is not needed.
     Tell(&CommandBarInput::tHitTest_Timer, std::nullopt, Point{});
     return;
   }

@@ -114,7 +114,7 @@ class BnCommandBar : public Window, private BarPort {
   void EraseBtn(int index);
   void RedrawButton(int index);
   void Refresh();
-  /// Begins the hover timer's interval anew, in step with others that are started at the same moment.
+  /// Restarts the hover timer's interval, in step with others that are started at the same moment.
   void RestartHoverTimer() {
     if (input_.InRunMode()) StartHoverTimer();
   }

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "platform/Drawing.h"
-#include "platform/Rects.h"
 #include "ui/commandbar/ButtonLook.h"
 #include "ui/commandbar/DarkPixels.h"
 
@@ -27,33 +26,17 @@ void ButtonPainter::FillChecked(const Rect& area) const {
 }
 
 void ButtonPainter::DrawEdge(const Rect& area, const Edge& edge) const {
-  if (area.width <= 0 || area.height <= 0) return;  // a bar too low for its buttons
-  const COLORREF leftAndTop = TranslateColor(edge.leftAndTop);
-  const COLORREF rightAndBottom = TranslateColor(edge.rightAndBottom);
-  FillArea(dc_, {area.left, area.top, 1, area.height}, leftAndTop);
-  FillArea(dc_, {area.left, area.top, area.width, 1}, leftAndTop);
-  FillArea(dc_, {area.right() - 1, area.top, 1, area.height}, rightAndBottom);
-  FillArea(dc_, {area.left, area.bottom() - 1, area.width, 1}, rightAndBottom);
+  DrawEdgeLines(dc_, area, TranslateColor(edge.leftAndTop), TranslateColor(edge.rightAndBottom));
 }
 
 void ButtonPainter::DrawCaption(const std::string& caption, const Rect& area, HFONT font,
                                 bool enabled) const {
-  const SelectedObject selectedFont(dc_, font);
-  const int previousMode = SetBkMode(dc_, TRANSPARENT);
-  const COLORREF previousColor = GetTextColor(dc_);
-  const auto draw = [&](int shift, OLE_COLOR color) {
-    RECT bounds = ToRECT({area.left + shift, area.top + shift, area.width, area.height});
-    SetTextColor(dc_, TranslateColor(color));
-    DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE);
-  };
   if (enabled) {
-    draw(0, colors_.fore);
+    DrawLabel(dc_, caption, area, font, TranslateColor(colors_.fore));
   } else {
-    draw(1, colors_.highlight);
-    draw(0, colors_.shadow);
+    DrawEtchedLabel(dc_, caption, area, font, TranslateColor(colors_.highlight),
+                    TranslateColor(colors_.shadow));
   }
-  SetTextColor(dc_, previousColor);
-  SetBkMode(dc_, previousMode);
 }
 
 void ButtonPainter::DrawPicture(const Picture* picture, const Rect& area, OLE_COLOR mask,

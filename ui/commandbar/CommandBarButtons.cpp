@@ -8,13 +8,13 @@ namespace snip {
 namespace {
 
 constexpr int kFirstLeft = 3;
-constexpr int kFirstLeftDockable = 10;  // the grip stands before it
+constexpr int kFirstLeftDockable = 10;  // behind the grip
 constexpr int kTop = 2;
 constexpr int kBelow = 3;
 constexpr int kSeparatorWidth = 5;
 constexpr int kArrowPartWidth = 8;
 
-/// Coordinates are 16-bit numbers: what lies farther out than any screen stays at the end of their range.
+/// Coordinates are 16-bit numbers: a place farther out than any screen stays at the end of their range.
 std::int16_t Saturated(std::int64_t value) {
   using Limits = std::numeric_limits<std::int16_t>;
   return static_cast<std::int16_t>(std::clamp<std::int64_t>(value, Limits::min(), Limits::max()));
@@ -61,7 +61,7 @@ BarChange CommandBarButtons::Add(NewButton button, const BarMetrics& metrics) {
   added.Index = static_cast<std::int16_t>(buttons_.size());
   const auto ampersand = button.Caption.find('&');
   if (ampersand != std::string::npos) {
-    // Behind an "&" at the end stands the string's own zero: no key.
+    // Behind an "&" at the end is the string's zero: no key.
     added.AccessKey = static_cast<unsigned char>(letterCase_.toLower(button.Caption[ampersand + 1]));
   }
   if (button.Picture) {

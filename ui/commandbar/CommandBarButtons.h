@@ -18,7 +18,7 @@ namespace snip {
 class Picture;  ///< The painter's. The buttons keep pictures alive and hand them back, no more.
 using PictureRef = std::shared_ptr<const Picture>;
 
-/// Containers pass these as numbers: a number that is none of them is a push button.
+/// Containers pass these as numbers: any other number is a push button.
 enum class ButtonType : std::int32_t {
   Push = 0,
   Menu = 1,      ///< A press anywhere on it raises `Dropdown`.
@@ -27,7 +27,7 @@ enum class ButtonType : std::int32_t {
   Separator = 4,
 };
 
-/// A number that is none of these shows both.
+/// Any other number shows both.
 enum class DisplayType : std::int32_t { Picture = 0, Caption = 1, PictureAndCaption = 2 };
 
 /// The parts of a drop-down button; any other button is all push part. The numbers are those that the hit
@@ -102,7 +102,7 @@ struct LetterCase {
   std::function<bool(std::string_view, std::string_view)> sameText;
 };
 
-/// The buttons of a bar and how they lie along it.
+/// The buttons of a bar and their places along it.
 ///
 /// Buttons are named by their 0-based place; -1 says "none". A place that does not exist is no error: what
 /// is asked of it is answered empty, what is done to it does nothing.
@@ -118,7 +118,7 @@ class CommandBarButtons {
   /// Takes a button out and puts it in at `newIndex`. It asks for no refresh: a caller that moves several
   /// buttons refreshes once, at the end.
   BarChange Move(int index, int newIndex, const BarMetrics& metrics);
-  /// Lays all buttons out anew: after a change of `Dockable` and whenever the bar was sized. Access keys and
+  /// Lays all buttons out again: after a change of `Dockable` and whenever the bar was sized. Access keys and
   /// picture sizes stay what they were when the button was added.
   BarChange LayOut(const BarMetrics& metrics);
 

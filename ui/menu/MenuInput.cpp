@@ -139,7 +139,7 @@ void MenuInput::MouseUp(const MenuMouse& mouse) {
   PushCloseBox(false);
   const MenuLayout layout = Layout();
   if (const MenuItem* item = items_.Find(layout.HitTest(mouse.at))) {
-    // Rows that were added to the open menu may lie below its window.
+    // Rows that were added to the open menu may be below its window.
     if (item->CanBeClicked() && layout.Contains(mouse.at)) Choose(*item);
   } else if (layout.OnCloseBox(mouse.at)) {
     port_.PlayOfficeSound("ToolbarClose");

@@ -22,7 +22,7 @@ constexpr int kCloseColumns = 14;
 constexpr int kCloseBoxSide = 12;
 constexpr int kCloseBoxTop = 1;
 constexpr int kPictureSide = 16;
-/// Taken for the side of a picture when it is centred: it stands a pixel right of and below the middle.
+/// Taken for the side of a picture when it is centred: it is a pixel right of and below the middle.
 constexpr int kCentredSide = 14;
 constexpr int kFloatingTextShift = 2;
 

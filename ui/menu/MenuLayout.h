@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// What the hot item of a menu is when it is none of the items.
+/// The hot item's number while no item is hot.
 namespace MenuHot {
 constexpr int kDragBar = -1;
 constexpr int kNothingYet = -2;  ///< The menu was just opened.
@@ -24,8 +24,8 @@ struct MenuMode {
 /// Where the parts of an open menu are. Points and rectangles are client pixels; a rectangle is one to fill,
 /// and lines are drawn just inside it.
 ///
-/// Made for the items as they are at the moment, and to be made anew whenever they, the font, the mode or the
-/// size of the window change.
+/// Made for the items as they are at the moment, and to be made again whenever they, the font, the mode or
+/// the size of the window change.
 class MenuLayout {
  public:
   /// `client` is in pixels.
@@ -37,7 +37,7 @@ class MenuLayout {
 
   /// The place of an item, MenuHot::kDragBar or MenuHot::kNoItem.
   ///
-  /// With a drag bar, the rows that are hit lie a little below those that are painted: by one pixel on a
+  /// With a drag bar, the rows that are hit are a little below those that are painted: by one pixel on a
   /// docked menu at 96 dpi and two on a torn-off one (see HitTop).
   int HitTest(Point at) const;
 
@@ -53,7 +53,7 @@ class MenuLayout {
 
   /// The row of an item as it is painted. A separator's row is six pixels high on every screen.
   Rect Row(int index) const;
-  /// The square at the row's left that the picture stands in.
+  /// The square at the row's left around the picture.
   Rect PictureCell(int index) const;
   Rect PictureArea(int index) const;
   /// The caption is one line, vertically centred in this.

@@ -52,10 +52,7 @@ void MenuPainter::DrawSeparator(int index) const {
 void MenuPainter::DrawFrame(int index, const MenuItemLook& look) const {
   if (look.frame == MenuFrame::None) return;
   const Rect area = look.frame == MenuFrame::Row ? layout_.Row(index) : layout_.PictureCell(index);
-  FillArea(dc_, {area.left, area.top, 1, area.height}, ColorOf(look.light));
-  FillArea(dc_, {area.left, area.top, area.width, 1}, ColorOf(look.light));
-  FillArea(dc_, {area.right() - 1, area.top, 1, area.height}, ColorOf(look.dark));
-  FillArea(dc_, {area.left, area.bottom() - 1, area.width, 1}, ColorOf(look.dark));
+  DrawEdgeLines(dc_, area, ColorOf(look.light), ColorOf(look.dark));
 }
 
 void MenuPainter::DrawPicture(int index, const Picture& picture, bool embossed) const {
@@ -69,23 +66,12 @@ void MenuPainter::DrawPicture(int index, const Picture& picture, bool embossed) 
 }
 
 void MenuPainter::DrawCaption(int index, const std::string& caption, const MenuItemLook& look) const {
-  const SelectedObject font(dc_, view_.font);
-  const int previousMode = SetBkMode(dc_, TRANSPARENT);
-  const COLORREF previousColor = GetTextColor(dc_);
   const Rect area = layout_.Caption(index);
-  const auto draw = [&](int shift, MenuColor color) {
-    RECT bounds = ToRECT({area.left + shift, area.top + shift, area.width, area.height});
-    SetTextColor(dc_, ColorOf(color));
-    DrawTextA(dc_, caption.data(), static_cast<int>(caption.size()), &bounds, DT_SINGLELINE | DT_VCENTER);
-  };
   if (look.embossed) {
-    draw(1, look.light);
-    draw(0, look.dark);
+    DrawEtchedLabel(dc_, caption, area, view_.font, ColorOf(look.light), ColorOf(look.dark), DT_VCENTER);
   } else {
-    draw(0, look.text);
+    DrawLabel(dc_, caption, area, view_.font, ColorOf(look.text), DT_VCENTER);
   }
-  SetTextColor(dc_, previousColor);
-  SetBkMode(dc_, previousMode);
 }
 
 void MenuPainter::DrawDragBar() const {

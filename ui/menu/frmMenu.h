@@ -71,17 +71,17 @@ class frmMenu : public Window, MenuPort {
   void SetIChecked(int Index, bool isChecked) { items_.SetIChecked(Index, isChecked); }
 
   /// Opens the menu with its left top corner there, in twips of the screen; both -1 for the mouse pointer.
-  /// `MsgWnd` is a window of the owner; the top-level window that it lies in becomes the owner of a torn-off
+  /// `MsgWnd` is a window of the owner; the top-level window around it becomes the owner of a torn-off
   /// menu. `AllowDetach` gives the menu the bar to tear it off by.
   void Popup(int X, int Y, HWND MsgWnd, bool AllowDetach);
   /// Closes the menu, docked or torn off. A closed menu does nothing.
   void Unload();
 
   /// To be called when the focus went to another of the owner's controls: where no window manager does the
-  /// stacking, Wine then draws the owner over a torn-off menu.
+  /// stacking, Wine 8 then draws the owner over a torn-off menu.
   void StayInFront() const;
 
-  /// Measures anew, for another font. Items that were added before keep the width they were measured with.
+  /// Measures again, for another font. Items that were added before keep the width they were measured with.
   void ResetInfo();
   /// The font stays the caller's; null is the system's own for windows.
   void SetFont(HFONT font);
