@@ -35,6 +35,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"Dim a$, b As Long", "KKK.......KK.KKKK"},
       {"PUBLIC sub x()", "KKKKKK.KKK...."},
       {"endless = Ending", "................"},
+      {"zEnd = 1", ".......N"},
       {"x = \"a \"\"b\"\" 'c\" & y ' \"d\"", "....SSSSSSSSSSSS.....CCCCC"},
       {"x = \"open 'to the end", "....SSSSSSSSSSSSSSSSS"},
       {"x = \"ends _", "....SSSSSSS"},
