@@ -87,7 +87,8 @@ std::string Utf8FromAnsi(const std::string& text) {
 }
 
 std::string AnsiFromUtf8(const std::string& text) {
-  return AnsiFromUtf16(Utf16From(CP_UTF8, text));
+  const std::u16string wide = Utf16From(CP_UTF8, text);
+  return AnsiFromUtf16(wide);
 }
 
 std::string AnsiFromUtf16(std::u16string_view text) {
