@@ -41,6 +41,16 @@ std::u16string Utf16From(UINT codePage, std::string_view text) {
   return wide;
 }
 
+std::string FromUtf16(UINT codePage, const std::u16string& text) {
+  const auto* wide = reinterpret_cast<const wchar_t*>(text.c_str());
+  const int units = static_cast<int>(text.size());
+  std::string bytes(text.size() * 3, '\0');  // the most that a code page needs
+  const int size = WideCharToMultiByte(codePage, 0, wide, units, bytes.data(), static_cast<int>(bytes.size()),
+                                       nullptr, nullptr);
+  bytes.resize(static_cast<std::size_t>(size));
+  return bytes;
+}
+
 }  // namespace
 
 std::optional<std::string> FieldText(HWND control) {
@@ -77,27 +87,15 @@ std::u16string Utf16FromAnsi(std::string_view text) {
 }
 
 std::string Utf8FromAnsi(const std::string& text) {
-  const std::u16string utf16 = Utf16FromAnsi(text);
-  std::string utf8(utf16.size() * 3, '\0');
-  const int size = WideCharToMultiByte(CP_UTF8, 0, reinterpret_cast<const wchar_t*>(utf16.data()),
-                                       static_cast<int>(utf16.size()), utf8.data(),
-                                       static_cast<int>(utf8.size()), nullptr, nullptr);
-  utf8.resize(static_cast<std::size_t>(size));
-  return utf8;
+  return FromUtf16(CP_UTF8, Utf16FromAnsi(text));
 }
 
 std::string AnsiFromUtf8(const std::string& text) {
-  const std::u16string wide = Utf16From(CP_UTF8, text);
-  return AnsiFromUtf16(wide);
+  return FromUtf16(CP_ACP, Utf16From(CP_UTF8, text));
 }
 
 std::string AnsiFromUtf16(std::u16string_view text) {
-  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
-  const int units = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(CP_ACP, 0, wide, units, nullptr, 0, nullptr, nullptr);
-  std::string ansi(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_ACP, 0, wide, units, ansi.data(), size, nullptr, nullptr);
-  return ansi;
+  return FromUtf16(CP_ACP, std::u16string(text));
 }
 
 bool SameTextIgnoringCase(const std::string& a, const std::string& b) {
