@@ -27,6 +27,12 @@ std::string TextOf(IDispatch* object, std::wstring property) {
   return value.Text();
 }
 
+/// A property without arguments.
+template <class Make>
+ScriptObject::Member Get(const wchar_t* name, DISPID id, Make make) {
+  return {name, id, kGet, {}, [make](auto&, VARIANT& result) { return Answer(result, make()); }};
+}
+
 }  // namespace
 
 std::string Module::Text() const {
@@ -51,8 +57,7 @@ void Module::InsertLines(LONG line, const std::string& text) {
 }
 
 std::shared_ptr<Module> HostModel::FindModule(const std::string& name) const {
-  const auto found =
-      std::find_if(modules.begin(), modules.end(), [&](const auto& module) { return module->name == name; });
+  const auto found = std::ranges::find(modules, name, [](const auto& module) { return module->name; });
   return found == modules.end() ? nullptr : *found;
 }
 
@@ -63,93 +68,58 @@ IDispatch* HostModel::Object(std::string name, std::vector<ScriptObject::Member>
 ComPtr<IDispatch> HostModel::VBE() {
   return ComPtr<IDispatch>(Object(
       "VBE",
-      {{L"CommandBars",
-        108,
-        kGet,
-        {},
-        [this](auto&, VARIANT& result) { return Answer(result, CommandBars()); }},
-       {L"Events", 111, kGet, {}, [this](auto&, VARIANT& result) { return Answer(result, Events()); }},
-       {L"ActiveVBProject",
-        201,
-        kGet,
-        {},
-        [this](auto&, VARIANT& result) {
-          if (!projectOpen) return Answer(result, static_cast<IDispatch*>(nullptr));
-          return Answer(result, Object("VBProject",
-                                       {{L"VBComponents", 135, kGet, {}, [this](auto&, VARIANT& components) {
-                                           return Answer(components, Components());
-                                         }}}));
-        }},
-       {L"MainWindow",
-        204,
-        kGet,
-        {},
-        [this](auto&, VARIANT& result) {
-          return Answer(result, Object("Window", {{L"HWnd", 120, kGet, {}, [this](auto&, VARIANT& handle) {
-                                                     return Answer(handle, HandleToLong(window_));
-                                                   }}}));
-        }},
-       {L"ActiveCodePane", 206, kGet, {}, [this](auto&, VARIANT& result) {
-          return Answer(result, activeModule ? CodePane(activeModule) : nullptr);
-        }}}));
+      {Get(L"CommandBars", 108, [this] { return CommandBars(); }),
+       Get(L"Events", 111, [this] { return Events(); }),
+       Get(L"ActiveVBProject", 201,
+           [this]() -> IDispatch* {
+             if (!projectOpen) return nullptr;
+             return Object("VBProject", {Get(L"VBComponents", 135, [this] { return Components(); })});
+           }),
+       Get(L"MainWindow", 204,
+           [this] {
+             return Object("Window", {Get(L"HWnd", 120, [this] { return HandleToLong(window_); })});
+           }),
+       Get(L"ActiveCodePane", 206, [this] { return activeModule ? CodePane(activeModule) : nullptr; })}));
 }
 
 IDispatch* HostModel::CommandBars() {
   return Object("CommandBars",
                 {{L"Item", 0, kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
                     if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
-                    return Answer(
-                        result, Object("CommandBar",
-                                       {{L"Controls", 0x60040003, kGet, {}, [this](auto&, VARIANT& controls) {
-                                           return Answer(controls, Controls());
-                                         }}}));
+                    const auto controls = Get(L"Controls", 0x60040003, [this] { return Controls(); });
+                    return Answer(result, Object("CommandBar", {controls}));
                   }}});
 }
 
 IDispatch* HostModel::Controls() {
-  return Object(
-      "CommandBarControls",
-      {{L"Count",
-        0x60030001,
-        kGet,
-        {},
-        [this](auto&, VARIANT& result) { return Answer(result, static_cast<LONG>(entries.size())); }},
-       {L"Item",
-        0,
-        kGet,
-        {VT_I4},
-        [this](const Arguments& arguments, VARIANT& result) {
-          const LONG index = arguments.Number(0);
-          if (index < 1 || index > static_cast<LONG>(entries.size())) return kOutOfRange;
-          return Answer(result, Control(*std::next(entries.begin(), index - 1)));
-        }},
-       {L"Add", 0x60030000, kMethod, {VT_I4}, [this](const Arguments& arguments, VARIANT& result) {
-          if (arguments.Number(0) != 1) return E_INVALIDARG;
-          entries.push_back(std::make_shared<MenuEntry>());
-          return Answer(result, Control(entries.back()));
-        }}});
+  const auto item = [this](const Arguments& arguments, VARIANT& result) {
+    const LONG index = arguments.Number(0);
+    if (index < 1 || index > static_cast<LONG>(entries.size())) return kOutOfRange;
+    return Answer(result, Control(*std::next(entries.begin(), index - 1)));
+  };
+  const auto add = [this](const Arguments& arguments, VARIANT& result) {
+    if (arguments.Number(0) != 1) return E_INVALIDARG;
+    entries.push_back(std::make_shared<MenuEntry>());
+    return Answer(result, Control(entries.back()));
+  };
+  return Object("CommandBarControls",
+                {Get(L"Count", 0x60030001, [this] { return static_cast<LONG>(entries.size()); }),
+                 {L"Item", 0, kGet, {VT_I4}, item},
+                 {L"Add", 0x60030000, kMethod, {VT_I4}, add}});
 }
 
 IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
-  return Object("CommandBarControl",
-                {{L"Caption",
-                  0x60040003,
-                  kGet,
-                  {},
-                  [entry](auto&, VARIANT& result) { return Answer(result, entry->caption); }},
-                 {L"Caption",
-                  0x60040003,
-                  kPut,
-                  {VT_BSTR},
-                  [entry](const Arguments& arguments, VARIANT&) {
-                    entry->caption = arguments.Text(0);
-                    return S_OK;
-                  }},
-                 {L"Delete", 0x60040007, kMethod, {}, [this, entry](auto&, VARIANT&) {
-                    const std::size_t before = entries.size();
-                    entries.remove(entry);
-                    return entries.size() < before ? S_OK : E_FAIL;
-                  }}});
+  const auto rename = [entry](const Arguments& arguments, VARIANT&) {
+    return entry->caption = arguments.Text(0), S_OK;
+  };
+  const auto remove = [this, entry](auto&, VARIANT&) {
+    const std::size_t before = entries.size();
+    entries.remove(entry);
+    return entries.size() < before ? S_OK : E_FAIL;
+  };
+  return Object("CommandBarControl", {Get(L"Caption", 0x60040003, [entry] { return entry->caption; }),
+                                      {L"Caption", 0x60040003, kPut, {VT_BSTR}, rename},
+                                      {L"Delete", 0x60040007, kMethod, {}, remove}});
 }
 
 IDispatch* HostModel::Events() {
@@ -157,9 +127,8 @@ IDispatch* HostModel::Events() {
       "Events",
       {{L"CommandBarEvents", 205, kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
           const std::string wanted = TextOf(arguments.Object(0), L"Caption");
-          const auto entry = std::find_if(entries.begin(), entries.end(), [&](const auto& candidate) {
-            return candidate->caption == wanted;
-          });
+          const auto entry =
+              std::ranges::find(entries, wanted, [](const auto& each) { return each->caption; });
           if (entry == entries.end()) return E_INVALIDARG;
           result.vt = VT_UNKNOWN;
           result.punkVal = MakeClickSource(watch, (*entry)->sinks.emplace_back()).Detach();
@@ -190,75 +159,53 @@ void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
 
 IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
   const VARTYPE out = VT_BYREF | VT_I4;
-  return Object("CodePane",
-                {{L"GetSelection",
-                  0x60020003,
-                  kMethod,
-                  {out, out, out, out},
-                  [module](const Arguments& arguments, VARIANT&) {
-                    for (std::size_t i = 0; i < 4; ++i)
-                      *arguments[i].plVal = i % 2 == 0 ? module->cursorLine : 1;
-                    return S_OK;
-                  }},
-                 {L"CodeModule",
-                  0x60020008,
-                  kGet,
-                  {},
-                  [this, module](auto&, VARIANT& result) { return Answer(result, CodeModule(module)); }},
-                 {L"Show", 0x60020009, kMethod, {}, [this, module](auto&, VARIANT&) {
-                    module->shown = true;
-                    activeModule = module;
-                    return S_OK;
-                  }}});
+  const auto selection = [module](const Arguments& arguments, VARIANT&) {
+    for (std::size_t i = 0; i < 4; ++i) *arguments[i].plVal = i % 2 == 0 ? module->cursorLine : 1;
+    return S_OK;
+  };
+  const auto show = [this, module](auto&, VARIANT&) {
+    module->shown = true;
+    activeModule = module;
+    return S_OK;
+  };
+  return Object("CodePane", {{L"GetSelection", 0x60020003, kMethod, {out, out, out, out}, selection},
+                             Get(L"CodeModule", 0x60020008, [this, module] { return CodeModule(module); }),
+                             {L"Show", 0x60020009, kMethod, {}, show}});
 }
 
 IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
-  return Object("CodeModule", {{L"InsertLines",
-                                0x60020008,
-                                kMethod,
-                                {VT_I4, VT_BSTR},
-                                [module](const Arguments& arguments, VARIANT&) {
-                                  const LONG line = arguments.Number(0);
-                                  if (line < 1 || line > static_cast<LONG>(module->lines.size()) + 1)
-                                    return kOutOfRange;
-                                  module->InsertLines(line, arguments.Text(1));
-                                  return S_OK;
-                                }},
-                               {L"CodePane", 0x60020012, kGet, {}, [this, module](auto&, VARIANT& result) {
-                                  return Answer(result, CodePane(module));
-                                }}});
+  const auto insert = [module](const Arguments& arguments, VARIANT&) {
+    const LONG line = arguments.Number(0);
+    if (line < 1 || line > static_cast<LONG>(module->lines.size()) + 1) return kOutOfRange;
+    module->InsertLines(line, arguments.Text(1));
+    return S_OK;
+  };
+  return Object("CodeModule", {{L"InsertLines", 0x60020008, kMethod, {VT_I4, VT_BSTR}, insert},
+                               Get(L"CodePane", 0x60020012, [this, module] { return CodePane(module); })});
 }
 
 IDispatch* HostModel::Components() {
+  const auto add = [this](const Arguments& arguments, VARIANT& result) {
+    if (arguments.Number(0) != 1) return E_INVALIDARG;
+    modules.push_back(std::make_shared<Module>());
+    modules.back()->name = "Module" + std::to_string(++modulesAdded_);
+    return Answer(result, Component(modules.back()));
+  };
+  const auto remove = [this](const Arguments& arguments, VARIANT&) {
+    modules.remove(FindModule(TextOf(arguments.Object(0), L"Name")));
+    return S_OK;
+  };
   return Object("VBComponents",
-                {{L"Add",
-                  12,
-                  kMethod,
-                  {VT_I4},
-                  [this](const Arguments& arguments, VARIANT& result) {
-                    if (arguments.Number(0) != 1) return E_INVALIDARG;
-                    modules.push_back(std::make_shared<Module>());
-                    modules.back()->name = "Module" + std::to_string(++modulesAdded_);
-                    return Answer(result, Component(modules.back()));
-                  }},
-                 {L"Remove", 13, kMethod, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT&) {
-                    modules.remove(FindModule(TextOf(arguments.Object(0), L"Name")));
-                    return S_OK;
-                  }}});
+                {{L"Add", 12, kMethod, {VT_I4}, add}, {L"Remove", 13, kMethod, {VT_DISPATCH}, remove}});
 }
 
 IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
-  return Object(
-      "VBComponent",
-      {{L"Name", 48, kGet, {}, [module](auto&, VARIANT& result) { return Answer(result, module->name); }},
-       {L"Name",
-        48,
-        kPut,
-        {VT_BSTR},
-        [this, module](const Arguments& arguments, VARIANT&) { return Rename(*module, arguments.Text(0)); }},
-       {L"CodeModule", 50, kGet, {}, [this, module](auto&, VARIANT& result) {
-          return Answer(result, CodeModule(module));
-        }}});
+  const auto rename = [this, module](const Arguments& arguments, VARIANT&) {
+    return Rename(*module, arguments.Text(0));
+  };
+  return Object("VBComponent", {Get(L"Name", 48, [module] { return module->name; }),
+                                {L"Name", 48, kPut, {VT_BSTR}, rename},
+                                Get(L"CodeModule", 50, [this, module] { return CodeModule(module); })});
 }
 
 HRESULT HostModel::Rename(Module& module, const std::string& name) {

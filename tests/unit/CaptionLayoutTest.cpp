@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "tests/unit/Printing.h"
@@ -25,54 +26,27 @@ TEST(CaptionLayout, PlacesTheParts) {
   tool.titleBar.height = 16;
   tool.small = true;
   struct Case {
-    const char* name;
     CaptionParts parts;
-    Rect area;
-    std::vector<Rect> buttons;
-    Rect icon;
-    Rect text;
+    const char* places;  ///< The area, the icon and the text; then the buttons.
   };
   const std::vector<Case> cases = {
-      {"all",
-       Parts(300, 96, true, true),
-       {4, 4, 300, 18},
-       {{286, 6, 16, 14}, {268, 6, 16, 14}, {252, 6, 16, 14}},
-       {6, 5, 16, 16},
-       {26, 4, 224, 18}},
-      {"dialog",
-       Parts(300, 96, false, false),
-       {4, 4, 300, 18},
-       {{286, 6, 16, 14}},
-       {6, 13, 0, 0},
-       {6, 4, 278, 18}},
-      {"bare", bare, {4, 4, 300, 18}, {}, {6, 13, 0, 0}, {6, 4, 296, 18}},
-      {"tool", tool, {4, 4, 300, 15}, {{290, 6, 11, 11}}, {5, 11, 0, 0}, {5, 4, 284, 15}},
-      {"144 dpi",
-       Parts(300, 144, true, true),
-       {4, 4, 300, 27},
-       {{277, 6, 25, 23}, {250, 6, 25, 23}, {225, 6, 25, 23}},
-       {7, 5, 24, 24},
-       {37, 4, 185, 27}},
-      {"narrow",
-       Parts(20, 96, true, true),
-       {4, 4, 20, 18},
-       {{6, 6, 16, 14}, {-12, 6, 16, 14}, {-28, 6, 16, 14}},
-       {6, 5, 16, 16},
-       {26, 4, 0, 18}},
-      {"nothing",
-       Parts(-3, 96, false, false),
-       {4, 4, 0, 18},
-       {{-14, 6, 16, 14}},
-       {6, 13, 0, 0},
-       {6, 4, 0, 18}},
+      {Parts(300, 96, true, true), "4,4 300x18 6,5 16x16 26,4 224x18; 286,6 16x14 268,6 16x14 252,6 16x14"},
+      {Parts(300, 96, false, false), "4,4 300x18 6,13 0x0 6,4 278x18; 286,6 16x14"},
+      {bare, "4,4 300x18 6,13 0x0 6,4 296x18;"},
+      {tool, "4,4 300x15 5,11 0x0 5,4 284x15; 290,6 11x11"},
+      {Parts(300, 144, true, true), "4,4 300x27 7,5 24x24 37,4 185x27; 277,6 25x23 250,6 25x23 225,6 25x23"},
+      {Parts(20, 96, true, true), "4,4 20x18 6,5 16x16 26,4 0x18; 6,6 16x14 -12,6 16x14 -28,6 16x14"},
+      {Parts(-3, 96, false, false), "4,4 0x18 6,13 0x0 6,4 0x18; -14,6 16x14"},
+  };
+  const auto text = [](const Rect& rect) {
+    return std::to_string(rect.left) + "," + std::to_string(rect.top) + " " + std::to_string(rect.width) +
+           "x" + std::to_string(rect.height);
   };
   for (const Case& bar : cases) {
-    SCOPED_TRACE(bar.name);
     const CaptionLayout layout(bar.parts);
-    EXPECT_EQ(layout.Area(), bar.area);
-    EXPECT_EQ(layout.Buttons(), bar.buttons);
-    EXPECT_EQ(layout.Icon(), bar.icon);
-    EXPECT_EQ(layout.Text(), bar.text);
+    std::string places = text(layout.Area()) + " " + text(layout.Icon()) + " " + text(layout.Text()) + ";";
+    for (const Rect& button : layout.Buttons()) places += " " + text(button);
+    EXPECT_EQ(places, bar.places);
   }
 }
 

@@ -90,23 +90,5 @@ TEST(ColouredText, OnlyWhatAChangeConcernsIsColouredAnew) {
   }
 }
 
-TEST(ColouredText, WhatWentOrCameBesideItsLikeIsColouredWhicheverItWas) {
-  struct Case {
-    std::string text;
-    std::size_t begin, end;
-    std::string inserted;
-  };
-  for (const Case& change : {Case{"'x\rx", 1, 3, ""}, Case{"'x", 1, 1, "x\r"}, Case{"x\r'xx", 3, 4, ""}}) {
-    SCOPED_TRACE(change.text);
-    Field field;
-    field.Load(change.text);
-    field.Finish(0, 9);
-    field.Edit(change.begin, change.end, change.inserted, Hue::Fore);
-    field.model.ReplaceAll(field.text);
-    field.Finish(0, 9);
-    EXPECT_EQ(field.Seen(), ColoursFromScratch(field.text));
-  }
-}
-
 }  // namespace
 }  // namespace snip::test
