@@ -32,10 +32,9 @@ Settings ReadSettings(const ReadSetting& read) {
   Settings settings;
   // The pin alone is written as "1" and is off unless it says so.
   settings.KeepOnTop = setting(kKeepOnTop) == "1";
-  settings.AllowMenuDrag = FlagFromText(setting(kAllowMenuDrag));
-  settings.UseSounds = FlagFromText(setting(kUseSounds));
-  settings.MinimizeOnView = FlagFromText(setting(kMinimizeOnView));
-  settings.SnippetTips = FlagFromText(setting(kSnippetTips));
+  for (std::size_t i = 0; i < kSwitches.size(); ++i) {
+    settings.switches.Set(static_cast<Switch>(i), FlagFromText(setting(kSwitches[i].name)));
+  }
   if (const std::string name = setting(kFontName); !name.empty()) settings.FontName = name;
   if (const std::string size = setting(kFontSize); !size.empty()) settings.FontSize = Val(size);
   if (const std::string state = setting(kColorSyntax); !state.empty()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -16,10 +17,6 @@ constexpr const char* kPosition = "Position";
 /// The names of the stored values.
 namespace SettingName {
 constexpr const char* kKeepOnTop = "KeepOnTop";
-constexpr const char* kAllowMenuDrag = "AllowMenuDrag";
-constexpr const char* kUseSounds = "UseSounds";
-constexpr const char* kMinimizeOnView = "MinimizeOnView";
-constexpr const char* kSnippetTips = "SnippetTips";
 constexpr const char* kFontName = "FontName";
 constexpr const char* kFontSize = "FontSize";
 constexpr const char* kColorSyntax = "ColorSyntax";
@@ -31,6 +28,35 @@ constexpr const char* kLeftPane = "LeftPane";
 constexpr const char* kDescription = "Description";
 }  // namespace SettingName
 
+/// What the settings dialog switches on and off, in the order of its check boxes; at first all are on.
+enum class Switch : std::size_t { SnippetTips, MinimizeOnView, UseSounds, AllowMenuDrag };
+
+struct SwitchSetting {
+  const char* name;     ///< Of the stored value.
+  const char* caption;  ///< Of the check box.
+};
+
+inline constexpr std::array kSwitches{
+    SwitchSetting{"SnippetTips", "Show &tips on snippet list"},
+    SwitchSetting{"MinimizeOnView", "&Minimize Snipstore when viewing attachments"},
+    SwitchSetting{"UseSounds", "&Use sound effects for CommandBar buttons"},
+    SwitchSetting{"AllowMenuDrag", "&Allow dragging of dropdown menus"},
+};
+
+class Switches {
+ public:
+  bool operator[](Switch which) const { return on_[static_cast<std::size_t>(which)]; }
+  void Set(Switch which, bool on) { on_[static_cast<std::size_t>(which)] = on; }
+  friend bool operator==(const Switches&, const Switches&) = default;
+
+ private:
+  std::array<bool, kSwitches.size()> on_ = [] {
+    std::array<bool, kSwitches.size()> all{};
+    all.fill(true);
+    return all;
+  }();
+};
+
 /// Reads a value's text without blanks around it, empty when it is missing; writes one.
 using ReadSetting = std::function<std::string(const char* section, const char* name)>;
 using SaveSetting = std::function<void(const char* section, const char* name, const std::string& text)>;
@@ -38,10 +64,7 @@ using SaveSetting = std::function<void(const char* section, const char* name, co
 /// What is stored, as it reads; as it stands here, what an empty store gives.
 struct Settings {
   bool KeepOnTop = false;
-  bool AllowMenuDrag = true;
-  bool UseSounds = true;
-  bool MinimizeOnView = true;
-  bool SnippetTips = true;
+  Switches switches;
   std::optional<std::string> FontName{};  ///< Without one the window's own font stays.
   std::optional<double> FontSize{};       ///< In points; may be a size that no font has.
   std::int32_t ColorSyntax = 1;           ///< State of the toggle button: 0 is off.

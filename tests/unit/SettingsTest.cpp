@@ -26,7 +26,7 @@ TEST(Settings, AnEmptyStoreGivesTheDefaults) {
   EXPECT_EQ(Read({}), Settings());
   const Settings first;
   EXPECT_FALSE(first.KeepOnTop);
-  EXPECT_TRUE(first.AllowMenuDrag && first.UseSounds && first.MinimizeOnView && first.SnippetTips);
+  EXPECT_TRUE(first.switches[Switch::SnippetTips] && first.switches[Switch::AllowMenuDrag]);
   EXPECT_EQ(first.ColorSyntax, 1);
   EXPECT_EQ(first.Top, 0);
   EXPECT_FALSE(first.Width || first.Height || first.FontName || first.FontSize);
@@ -48,10 +48,12 @@ TEST(Settings, TheTextsOfSwitches) {
                                                          {"00", false, true}}) {
     SCOPED_TRACE(text);
     EXPECT_EQ(Read({{"Settings\\KeepOnTop", text}}).KeepOnTop, pin);
-    EXPECT_EQ(Read({{"Settings\\AllowMenuDrag", text}}).AllowMenuDrag, flag);
-    EXPECT_EQ(Read({{"Settings\\UseSounds", text}}).UseSounds, flag);
-    EXPECT_EQ(Read({{"Settings\\MinimizeOnView", text}}).MinimizeOnView, flag);
-    EXPECT_EQ(Read({{"Settings\\SnippetTips", text}}).SnippetTips, flag);
+    for (const auto& [which, name] : {std::pair(Switch::SnippetTips, "SnippetTips"),
+                                      {Switch::MinimizeOnView, "MinimizeOnView"},
+                                      {Switch::UseSounds, "UseSounds"},
+                                      {Switch::AllowMenuDrag, "AllowMenuDrag"}}) {
+      EXPECT_EQ(Read({{std::string("Settings\\") + name, text}}).switches[which], flag) << name;
+    }
   }
   EXPECT_EQ(FlagText(true), "-1");
   EXPECT_EQ(FlagText(false), "0");
@@ -166,13 +168,14 @@ TEST(SettingsChoicesTest, EachValueIsSavedRightAfterItIsApplied) {
   const auto save = [&](const char* name, const std::string& text) {
     target.log.push_back(std::string(name) + "=" + text);
   };
-  ApplySettings({.allowMenuDrag = true, .minimizeOnView = true}, target, save);
-  EXPECT_EQ(target.log, (std::vector<std::string>{"font", "FontName=Courier New", "FontSize=9.75", "drag",
-                                                  "AllowMenuDrag=-1", "sounds", "UseSounds=0", "minimize",
-                                                  "MinimizeOnView=-1", "tips", "SnippetTips=0"}));
+  SettingsChoices choices;
+  choices.switches.Set(Switch::SnippetTips, false);
+  ApplySettings(choices, target, save);
+  EXPECT_EQ(target.log, (std::vector<std::string>{"font", "FontName=Courier New", "FontSize=9.75", "switch 3",
+                                                  "AllowMenuDrag=-1", "switch 2", "UseSounds=-1", "switch 1",
+                                                  "MinimizeOnView=-1", "switch 0", "SnippetTips=0"}));
   EXPECT_EQ(target.font, (FontProperty{.Name = "Courier New", .Size = 9.75}));
-  EXPECT_TRUE(target.menuDrag && target.minimize);
-  EXPECT_FALSE(target.sounds || target.tips);
+  EXPECT_EQ(target.switches, choices.switches);
 }
 
 }  // namespace

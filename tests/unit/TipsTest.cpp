@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "ui/main/TipPlacement.h"
-
 namespace snip::test {
 namespace {
 

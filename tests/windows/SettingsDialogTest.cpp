@@ -60,7 +60,8 @@ class SettingsDialogTest : public testing::Test {
 };
 
 TEST_F(SettingsDialogTest, KeysAloneChangeEverythingAndOkAppliesAndSavesIt) {
-  target_.tips = target_.sounds = true;
+  for (const Switch which : {Switch::MinimizeOnView, Switch::AllowMenuDrag})
+    target_.switches.Set(which, false);
   Show([](HWND dialog) {
     EXPECT_NE(GetWindowLongA(dialog, GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
     EXPECT_EQ(SampleFont(dialog), "Verdana 16");
@@ -72,8 +73,6 @@ TEST_F(SettingsDialogTest, KeysAloneChangeEverythingAndOkAppliesAndSavesIt) {
     PressKey(VK_BACK), PressKey(VK_RETURN);
   });
   EXPECT_EQ(target_.font, (FontProperty{.Name = "Tahoma", .Size = 13}));
-  EXPECT_TRUE(target_.menuDrag && target_.minimize);
-  EXPECT_FALSE(target_.sounds || target_.tips);
   EXPECT_EQ(AllSaved(), "Tahoma|13|-1|0|-1|0|");
 }
 
@@ -84,7 +83,8 @@ TEST_F(SettingsDialogTest, WhatIsNotConfirmedIsNotApplied) {
   for (const auto& leave : ways) {
     Show([&](HWND dialog) {
       PressKey('T', {VK_MENU});
-      EXPECT_TRUE(WaitUntil([&] { return IsDlgButtonChecked(dialog, frmSettings::chkShowTips) != 0; }));
+      EXPECT_TRUE(
+          WaitUntil([&] { return IsDlgButtonChecked(dialog, frmSettings::IdOf(Switch::SnippetTips)) == 0; }));
       leave(dialog);
     });
   }
@@ -161,7 +161,7 @@ TEST_F(SettingsDialogTest, ARegistryThatRefusesIsReportedAndTheRestGoesOn) {
   RegOverridePredefKey(HKEY_CURRENT_USER, gone.get());
   Show([](HWND) { PressKey('T', {VK_MENU}), PressKey(VK_RETURN); });
   EXPECT_EQ(std::count(messages_.begin(), messages_.end(), "Undefined key error code! -- 1018"), 6);
-  EXPECT_TRUE(target_.tips);
+  EXPECT_FALSE(target_.switches[Switch::SnippetTips]);
 }
 
 }  // namespace

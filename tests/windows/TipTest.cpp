@@ -7,7 +7,7 @@
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "tests/support/TestDesktop.h"
-#include "ui/main/ListTips.h"
+#include "ui/main/frmTip.h"
 
 namespace snip::test {
 namespace {
@@ -57,18 +57,6 @@ TEST_F(TipTest, ShowsTheTextOnTopWithoutTakingTheFocus) {
   EXPECT_GT(Place().width, width);
   tip_.Hide();
   EXPECT_FALSE(tip_.Visible());
-}
-
-TEST_F(TipTest, WithoutAPlaceItComesBelowThePointer) {
-  MovePointer({321, 222});
-  ASSERT_TRUE(WaitUntil([] {
-    POINT pointer{};
-    GetCursorPos(&pointer);
-    return pointer.x == 321 && pointer.y == 222;
-  }));
-  tip_.ShowTip("x", 0, 0);
-  EXPECT_EQ(Place().left, 321);
-  EXPECT_EQ(Place().top, 242);
 }
 
 TEST_F(TipTest, PaintsFrameGroundAndText) {

@@ -26,14 +26,11 @@ void ApplySettings(const SettingsChoices& choices, SettingsTarget& target, const
   target.SetCodeFont(choices.font);
   save("FontName", choices.font.Name);
   save("FontSize", NumberText(choices.font.Size));
-  target.SetAllowMenuDrag(choices.allowMenuDrag);
-  save("AllowMenuDrag", FlagText(choices.allowMenuDrag));
-  target.SetPlaysSounds(choices.playsSounds);
-  save("UseSounds", FlagText(choices.playsSounds));
-  target.SetMinimizeOnView(choices.minimizeOnView);
-  save("MinimizeOnView", FlagText(choices.minimizeOnView));
-  target.SetSnippetTips(choices.snippetTips);
-  save("SnippetTips", FlagText(choices.snippetTips));
+  for (std::size_t i = kSwitches.size(); i-- > 0;) {
+    const auto which = static_cast<Switch>(i);
+    target.SetOn(which, choices.switches[which]);
+    save(kSwitches[i].name, FlagText(choices.switches[which]));
+  }
 }
 
 }  // namespace snip

@@ -12,10 +12,7 @@ namespace snip {
 struct SettingsChoices {
   /// The sample's font. Never bold or italic.
   FontProperty font{.Name = "Courier New", .Size = 9.75};
-  bool allowMenuDrag = false;
-  bool playsSounds = false;
-  bool minimizeOnView = false;
-  bool snippetTips = false;
+  Switches switches;
 };
 
 /// The entries of `lstFontName` and which of them is selected, from 0; -1 for none.

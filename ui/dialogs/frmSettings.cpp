@@ -12,13 +12,7 @@
 namespace snip {
 namespace {
 
-bool IsTicked(HWND dialog, int id) {
-  return IsDlgButtonChecked(dialog, id) == BST_CHECKED;
-}
-
-void Tick(HWND dialog, int id, bool ticked) {
-  CheckDlgButton(dialog, id, ticked ? BST_CHECKED : BST_UNCHECKED);
-}
+constexpr int kRow = 13;  // of a check box, in dialog units
 
 }  // namespace
 
@@ -31,33 +25,35 @@ void frmSettings::OnInit() {
   SetWindowTextA(hWnd(), "Settings");
   AddControls();
   Form_Load();
-  SetFocus(Item(chkShowTips));
+  SetFocus(Item(chkFirstSwitch));
 }
 
 void frmSettings::AddControls() {
-  AddButton("Show &tips on snippet list", chkShowTips, {7, 7, 206, 10}, BS_AUTOCHECKBOX | WS_GROUP);
-  AddButton("&Minimize Snipstore when viewing attachments", chkMinimize, {7, 20, 206, 10}, BS_AUTOCHECKBOX);
-  AddButton("&Use sound effects for CommandBar buttons", chkToolbarSounds, {7, 33, 206, 10}, BS_AUTOCHECKBOX);
-  AddButton("&Allow dragging of dropdown menus", chkMenuDrag, {7, 46, 206, 10}, BS_AUTOCHECKBOX);
+  int top = 7;
+  for (std::size_t i = 0; i < kSwitches.size(); ++i, top += kRow) {
+    AddButton(kSwitches[i].caption, IdOf(static_cast<Switch>(i)), {7, top, 206, 10},
+              BS_AUTOCHECKBOX | (i == 0 ? WS_GROUP : 0));
+  }
 
-  Add("BUTTON", "Code Window Font", BS_GROUPBOX | WS_GROUP, -1, {7, 62, 206, 118});
-  AddLabel("Font &Name:", {14, 74, 118, 8});
+  Add("BUTTON", "Code Window Font", BS_GROUPBOX | WS_GROUP, -1, {7, top + 3, 206, 118});
+  AddLabel("Font &Name:", {14, top + 15, 118, 8});
   Add("LISTBOX", "", WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, lstFontName,
-      {14, 84, 118, 56}, WS_EX_CLIENTEDGE);
-  AddLabel("Si&ze:", {139, 74, 67, 8});
+      {14, top + 25, 118, 56}, WS_EX_CLIENTEDGE);
+  AddLabel("Si&ze:", {139, top + 15, 67, 8});
   const HWND sizes = Add("COMBOBOX", "", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL,
-                         cboFontSize, {139, 84, 67, 80});
+                         cboFontSize, {139, top + 25, 67, 80});
   for (const char* size : {"10", "11", "12", "14", "16"}) {
     SendMessageA(sizes, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(size));
   }
-  AddButton("Choose &Font...", cmdFont, {139, 126, 67, 14});
-  AddLabel("Sample:", {14, 145, 118, 8});
-  Add("STATIC", " ABCXYZabcxyz", SS_LEFT | SS_CENTERIMAGE, lblDisp, {14, 155, 192, 18}, WS_EX_STATICEDGE);
+  AddButton("Choose &Font...", cmdFont, {139, top + 67, 67, 14});
+  AddLabel("Sample:", {14, top + 86, 118, 8});
+  Add("STATIC", " ABCXYZabcxyz", SS_LEFT | SS_CENTERIMAGE, lblDisp, {14, top + 96, 192, 18},
+      WS_EX_STATICEDGE);
 
-  Add("STATIC", "", SS_ETCHEDHORZ, -1, {7, 187, 206, 1});  // Line1
-  AddDefaultButton("OK", IDOK, {109, 195, 50, 14});
-  AddButton("Cancel", IDCANCEL, {163, 195, 50, 14});
-  SizeAndCentre({Across(220), Down(216)});
+  Add("STATIC", "", SS_ETCHEDHORZ, -1, {7, top + 128, 206, 1});  // Line1
+  AddDefaultButton("OK", IDOK, {109, top + 136, 50, 14});
+  AddButton("Cancel", IDCANCEL, {163, top + 136, 50, 14});
+  SizeAndCentre({Across(220), Down(top + 157)});
 }
 
 void frmSettings::Form_Load() {
@@ -71,10 +67,10 @@ void frmSettings::Form_Load() {
   SendMessageA(Item(lstFontName), LB_SETCURSEL, static_cast<WPARAM>(names.selected), 0);
   lstFontName_Click();
   SetFontSizeText(RoundHalfToEven(codeFont.Size));
-  Tick(hWnd(), chkMenuDrag, target_.AllowMenuDrag());
-  Tick(hWnd(), chkToolbarSounds, target_.PlaysSounds());
-  Tick(hWnd(), chkMinimize, target_.MinimizeOnView());
-  Tick(hWnd(), chkShowTips, target_.SnippetTips());
+  for (std::size_t i = 0; i < kSwitches.size(); ++i) {
+    const auto which = static_cast<Switch>(i);
+    CheckDlgButton(hWnd(), IdOf(which), target_.IsOn(which) ? BST_CHECKED : BST_UNCHECKED);
+  }
 }
 
 void frmSettings::OnCommand(int id, int notification) {
@@ -160,10 +156,10 @@ void frmSettings::cmdFont_Click() {
 }
 
 void frmSettings::cmdOK_Click() {
-  choices_.allowMenuDrag = IsTicked(hWnd(), chkMenuDrag);
-  choices_.playsSounds = IsTicked(hWnd(), chkToolbarSounds);
-  choices_.minimizeOnView = IsTicked(hWnd(), chkMinimize);
-  choices_.snippetTips = IsTicked(hWnd(), chkShowTips);
+  for (std::size_t i = 0; i < kSwitches.size(); ++i) {
+    const auto which = static_cast<Switch>(i);
+    choices_.switches.Set(which, IsDlgButtonChecked(hWnd(), IdOf(which)) == BST_CHECKED);
+  }
   ApplySettings(choices_, target_,
                 [this](const char* valueName, const std::string& text) { store_.Save(valueName, text); });
   End(IDOK);

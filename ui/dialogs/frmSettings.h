@@ -15,15 +15,14 @@ namespace snip {
 class frmSettings : public CaptionedDialog {
  public:
   enum Control : int {
-    chkShowTips = 100,
-    chkMinimize,
-    chkToolbarSounds,
-    chkMenuDrag,
-    lstFontName,
+    chkFirstSwitch = 100,
+    lstFontName = 200,
     cboFontSize,
     lblDisp,
     cmdFont,
   };
+
+  static constexpr int IdOf(Switch which) { return chkFirstSwitch + static_cast<int>(which); }
 
   frmSettings(SettingsTarget& target, const SettingsStore& store, CaptionPainter& caption)
       : CaptionedDialog(caption), target_(target), store_(store) {}

@@ -315,7 +315,7 @@ HWND frmAddIn::FocusTarget() const {
 /// the code field and the clipboard hold while a torn-off menu shows what can be done with it.
 void frmAddIn::Tick() {
   delivered_.reset();  // a timer's turn comes when no input waits any more
-  if (snippetTips_) ShowListTip();
+  if (switches_[Switch::SnippetTips]) ShowListTip();
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
   menus_.UpdateTornOff();

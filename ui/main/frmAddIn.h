@@ -17,7 +17,6 @@
 #include "ui/main/LibraryChooser.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
-#include "ui/main/ListTips.h"
 #include "ui/main/MainMenus.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/Pane.h"
@@ -123,18 +122,13 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   // AttachmentView
   std::optional<std::string> ChooseAttachment() override;
-  bool MinimizeOnView() const override { return minimizeOnView_; }
+  bool MinimizeOnView() const override { return switches_[Switch::MinimizeOnView]; }
   void Minimize() override { ShowWindow(hWnd(), SW_MINIMIZE); }
   void ShellOpen(const std::string& path) override;
 
-  // SettingsTarget; MinimizeOnView is that of AttachmentView as well
-  bool AllowMenuDrag() const override { return allowMenuDrag_; }
-  void SetAllowMenuDrag(bool allow) override { allowMenuDrag_ = allow; }
-  bool PlaysSounds() const override { return bars_.cmd.PlaysSounds(); }
-  void SetPlaysSounds(bool plays) override { bars_.cmd.SetPlaysSounds(plays); }
-  void SetMinimizeOnView(bool minimize) override { minimizeOnView_ = minimize; }
-  bool SnippetTips() const override { return snippetTips_; }
-  void SetSnippetTips(bool tips) override;
+  // SettingsTarget
+  bool IsOn(Switch which) const override { return switches_[which]; }
+  void SetOn(Switch which, bool on) override;
   FontProperty CodeFont() const override { return controls_.Font(); }
   void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
 
@@ -173,9 +167,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   /// When the last delivery to the environment ended, until what the user did before has been handled.
   std::optional<DWORD> delivered_;
   bool openingOutputMenu_ = false;
-  bool allowMenuDrag_ = true;
-  bool minimizeOnView_ = true;
-  bool snippetTips_ = true;
+  Switches switches_;
   int leftPaneWidth_;      ///< Twips.
   int descriptionHeight_;  ///< Twips.
 };

@@ -179,15 +179,16 @@ void frmAddIn::SetKeepOnTop(bool onTop) {
   SetWindowPos(hWnd(), onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
 
-void frmAddIn::SetSnippetTips(bool tips) {
-  snippetTips_ = tips;
-  if (!tips) tTip_.Hide();  // the timer does not look at it any more
+void frmAddIn::SetOn(Switch which, bool on) {
+  switches_.Set(which, on);
+  if (which == Switch::UseSounds) bars_.cmd.SetPlaysSounds(on);
+  if (which == Switch::SnippetTips && !on) tTip_.Hide();  // the timer does not look at it any more
 }
 
 void frmAddIn::PopUp(frmMenu& menu, POINT screen) {
   menus_.Prepare();
   menu.Popup(twips_.ToTwipsX(static_cast<int>(screen.x)), twips_.ToTwipsY(static_cast<int>(screen.y)), hWnd(),
-             allowMenuDrag_);
+             switches_[Switch::AllowMenuDrag]);
 }
 
 void frmAddIn::cmd_Dropdown() {

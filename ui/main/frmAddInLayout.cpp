@@ -55,11 +55,9 @@ void frmAddIn::LoadSettings() {
     SetKeepOnTop(true);
     bars_.cmd.SetState(MainButton::kKeepOnTop, 1);
   }
-  allowMenuDrag_ = settings.AllowMenuDrag;
-  bars_.cmd.SetPlaysSounds(settings.UseSounds);
-  bars_.cmdEdit.SetPlaysSounds(bars_.cmd.PlaysSounds());
-  minimizeOnView_ = settings.MinimizeOnView;
-  snippetTips_ = settings.SnippetTips;
+  switches_ = settings.switches;
+  bars_.cmd.SetPlaysSounds(switches_[Switch::UseSounds]);
+  bars_.cmdEdit.SetPlaysSounds(switches_[Switch::UseSounds]);
 
   FontProperty font = controls_.Font();
   if (settings.FontName) font.Name = *settings.FontName;
