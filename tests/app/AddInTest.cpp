@@ -26,6 +26,8 @@ namespace {
 
 constexpr const char* kEntry = "[Brennic Snipstore 2.0]";
 constexpr const char* kTitle = "Brennic Snipstore 2.x";
+/// After which what may have been lost is done once more.
+constexpr DWORD kAgainMs = 2000;
 
 /// The processes of the program.
 std::vector<DWORD> ServerIds() {
@@ -217,10 +219,15 @@ TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
   EXPECT_EQ(host.Ask("connect 0"), "0");
   for (const char* time : {"at first", "again"}) {
     SCOPED_TRACE(time);
-    host.Ask("click 0");
     HWND window = nullptr;
     HWND message = nullptr;
+    // Under Wine 8 the environment sometimes stays in front after a click: then it takes another one.
+    DWORD clicked = GetTickCount() - kAgainMs;
     EXPECT_TRUE(WaitUntil([&] {
+      if (GetTickCount() - clicked >= kAgainMs) {
+        host.Ask("click 0");
+        clicked = GetTickCount();
+      }
       window = FindWindowA("frmAddIn", nullptr);
       message = GetLastActivePopup(window);
       return IsWindowVisible(window) != 0 && message != window && IsForeground(message);
@@ -262,10 +269,9 @@ TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
       << host.Ask("modules") << host.Ask("text modMyGreatLib");
   // The name is taken now: the second one keeps its own. A press that comes while the first module is still
   // being made is ignored, so it is repeated, but not so often that it keeps the program from anything else.
-  constexpr DWORD again = 2000;  // milliseconds
-  DWORD pressed = GetTickCount() - again;
+  DWORD pressed = GetTickCount() - kAgainMs;
   EXPECT_TRUE(WaitUntil([&] {
-    if (GetTickCount() - pressed >= again) {
+    if (GetTickCount() - pressed >= kAgainMs) {
       PasteAll(window);
       pressed = GetTickCount();
     }
