@@ -37,7 +37,7 @@ std::string ClassKey() {
   return std::string(kClassIdsKey) + "\\" + ClassIdText();
 }
 
-/// By the class's name; both views of the registry share them. A key stands before those below it.
+/// By the class's name; both views of the registry share them. A key comes before those below it.
 std::vector<Entry> NameEntries() {
   const std::string progId = kAddInProgId;
   return {{progId, Wide(kAddInName)}, {progId + "\\CLSID", Wide(ClassIdText())}};

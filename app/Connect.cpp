@@ -149,7 +149,7 @@ host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, con
 }
 
 void Connect::MenuHandler_Click() {
-  // The environment waits until its click has been handled, and may not paint meanwhile.
+  // The environment waits until its click has been handled, and may not paint until then.
   if (session_) watch_->PostShow();
 }
 
@@ -197,14 +197,14 @@ void Connect::Disconnect() {
 }
 
 void Connect::OnHidden() {
-  const ComPtr<IUnknown> ended = std::move(displayed_);  // and this with it, when nobody else has it
+  const ComPtr<IUnknown> ended = std::move(displayed_);  // and this with it, unless another reference is left
 }
 
 void Connect::HostIsGone() {
   const auto alive = ComPtr<IUnknown>::Share(this);
   Disconnect();
   watch_.reset();
-  // Nobody is left to let go of this object.
+  // No client is left that could release this object.
   CoDisconnectObject(this, 0);
 }
 

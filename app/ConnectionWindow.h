@@ -40,7 +40,7 @@ class ConnectionWindow : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  /// Gives a process that is just ending `patienceMs` for it. This may be deleted meanwhile.
+  /// Gives a process that is just ending `patienceMs` for it. This may be deleted during the wait.
   bool HostGone(DWORD patienceMs) const;
 
   Owner& owner_;

@@ -26,7 +26,7 @@ enum class Entered { Nowhere, User, All };
 /// What came of entering or taking away the program.
 struct RegistrationFacts {
   Entered server = Entered::All;  ///< The class, in the registry.
-  Entered listed = Entered::All;  ///< The line in "vbaddin.ini"; User stands for that user's virtual store.
+  Entered listed = Entered::All;  ///< The line in "vbaddin.ini"; User is that user's virtual store.
   /// The system has administrators' programs look past what is entered for the user.
   bool hiddenFromAdministrators = false;
   /// Administrators' programs start a file now that ordinary users can write.

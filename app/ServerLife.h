@@ -86,7 +86,7 @@ class ServerLife : public Window {
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 /// An object that clients get. It ends on the thread that made it, where its windows are and whose loop is to
-/// be quit: COM may give up a reference on a thread of its own, as Wine's does with that of the last call.
+/// be quit: COM may give up a reference on a thread of its own, as Wine 8's does with that of the last call.
 template <class Interface, class... Bases>
 class ServerObject : public ComObject<Interface, Bases...> {
  public:

@@ -61,7 +61,7 @@ class Switches {
 using ReadSetting = std::function<std::string(const char* section, const char* name)>;
 using SaveSetting = std::function<void(const char* section, const char* name, const std::string& text)>;
 
-/// What is stored, as it reads; as it stands here, what an empty store gives.
+/// The stored settings. The defaults are what an empty store gives.
 struct Settings {
   bool KeepOnTop = false;
   Switches switches;

@@ -97,7 +97,7 @@ void CaptionHook::Detach() {
   if (current == &HookProc) {
     Replace(window, previous);
   } else {
-    // Whoever is in front of us will go on calling us; taking him out with us would break what he does.
+    // A later subclass still calls us; restoring the old procedure would unhook it as well.
     SetPropA(window, kPassOnProperty, ToHandle(previous));
   }
 }
@@ -128,7 +128,7 @@ LRESULT CALLBACK CaptionHook::HookProc(HWND window, UINT message, WPARAM wParam,
 }
 
 // The hook may be removed, and be gone, once the previous procedure has run: after each call of it, only
-// `PaintAgain` is to be called, which looks the hook up anew.
+// `PaintAgain` is to be called, which looks the hook up again.
 LRESULT CaptionHook::HandleMessage(WNDPROC previous, UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
   switch (message) {

@@ -12,7 +12,7 @@ namespace snip {
 /// own.
 ///
 /// The window's own procedure is kept in the window property "OldMeProc". When somebody has put a procedure
-/// in front of ours meanwhile, ours stays in the chain after the removal and only passes messages on.
+/// in front of ours since then, ours stays in the chain after the removal and only passes messages on.
 class CaptionHook {
  public:
   CaptionHook() = default;
@@ -22,7 +22,7 @@ class CaptionHook {
 
   /// Hooks a window of this thread, instead of the one hooked so far; does nothing for a window that another
   /// hook has. The painter has to live as long as the hook is installed; it may be shared, and reads its
-  /// metrics anew when the user changes them.
+  /// metrics again when the user changes them.
   void Install(HWND window, CaptionPainter& painter);
 
   /// Gives the window its own procedure and title bar back. Without effect when nothing is hooked, or the

@@ -24,7 +24,7 @@ void SetClassicFrame(HWND window, bool classic) {
   }
   static auto* const setTheme = SystemFunction<SetThemeFunction>("uxtheme.dll", "SetWindowTheme");
   if (setTheme != nullptr) {
-    // An empty name stands for no style, none for the user's.
+    // An empty name turns the style off, null restores the user's.
     const wchar_t* style = classic ? L"" : nullptr;
     setTheme(window, style, style);
   }

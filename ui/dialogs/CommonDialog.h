@@ -17,7 +17,7 @@ class CommonDialog {
 
   CommonDialog() { customColors_.fill(RGB(255, 255, 255)); }
 
-  /// Owner of the file dialogs. Null stands for the active window, which then is stored here.
+  /// Owner of the file dialogs. Null is the active window, which then is stored here.
   HWND hWnd = nullptr;
   /// The dialog's own flags (OFN_, CC_ or CF_), none of which is added.
   DWORD Flags = 0;

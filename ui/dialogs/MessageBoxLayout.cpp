@@ -80,7 +80,7 @@ MessageBoxLayout LayOutMessageBox(const MessageBoxStyle& style, const MessageBox
   const int contentWidth = std::max({promptLeft + promptWidth, marginX + buttonsWidth, across(110)});
   layout.client = {contentWidth + marginX, bodyHeight + 3 * marginY + button.height};
   layout.icon = {marginX, marginY, metrics.icon.width, metrics.icon.height};
-  // A prompt lower than the icon stands beside its middle, a higher one starts at its top.
+  // A prompt lower than the icon is centred beside it, a higher one starts at its top.
   layout.prompt = {promptLeft, marginY + (bodyHeight - promptHeight) / 2, contentWidth - promptLeft,
                    promptHeight};
 

@@ -17,7 +17,7 @@ BOOL CALLBACK TakeUsableWindow(HWND window, LPARAM result) {
 }
 
 /// The window that a message belongs to: the active one, else any visible one of this thread, so that a
-/// message never stands beside a window that still takes input.
+/// message is never shown beside a window that still takes input.
 HWND OwnerForMessage() {
   HWND owner = GetActiveWindow();
   if (owner == nullptr) {

@@ -15,7 +15,7 @@ class frmNew : public CaptionedDialog {
   explicit frmNew(CaptionPainter& caption) : CaptionedDialog(caption) {}
 
   /// Shows the dialog with `name` to begin with, all of it selected. Returns the name entered, empty when the
-  /// dialog was cancelled or closed. The owner is disabled meanwhile.
+  /// dialog was cancelled or closed. The owner is disabled until then.
   std::string ShowMe(HWND owner, const std::string& name = {});
 
  protected:

@@ -24,7 +24,7 @@ namespace {
 
 /// What a screen reader calls it.
 constexpr const char* kName = "Code";
-/// A longer text is replaced more quickly by making the control anew, and filled in more quickly without its
+/// A longer text is replaced more quickly with the control itself, and filled in more quickly without its
 /// colours: both take a time that grows with the square of the length.
 constexpr std::size_t kShortText = 16000;  ///< Characters.
 constexpr std::ptrdiff_t kShortTextLines = 200;
@@ -223,7 +223,7 @@ void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
 }
 
 void BnRichEdit::SetLocked(bool locked) {
-  if (locked_ == locked) return;  // Wine paints all edges of a control that is told
+  if (locked_ == locked) return;  // Wine 8 repaints all edges for EM_SETREADONLY
   locked_ = locked;
   SendMessageA(control_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
@@ -324,7 +324,7 @@ void BnRichEdit::Undo() {
 
 LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
   if (FilterInput(message, wParam, lParam)) return 0;
-  // An event may have made the control anew, or locked it.
+  // An event may have replaced the control, or locked it.
   const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
   if (!going && (control != control_ || (locked_ && !filling_ && ChangesText(message)))) return 0;
   if (message == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();

@@ -16,7 +16,7 @@ namespace snip {
 /// The code field: a window around the platform's rich-edit control, which it colours as Visual Basic code. A
 /// system without that control gets a plain edit control and no colours.
 ///
-/// It makes the control anew when another long text is to be shown, because replacing one takes the control
+/// It replaces the control when another long text is to be shown, because replacing one takes the control
 /// many times longer than filling it. The live control is always the window's first child.
 ///
 /// Places in the text count characters from 0 as the control does: a line end is one in a rich-edit control

@@ -88,7 +88,7 @@ void CodeColouring::FollowEdit(Caret before) {
   const CHARRANGE now = Selection(control_);
   const std::size_t length = ranges_.TextLength();
   const std::size_t oldLength = model_.text().size();
-  // What lies behind the caret and behind the former selection is as it was; so is what lies in front of
+  // What is behind the caret and behind the former selection is as it was; so is what is in front of
   // both.
   const std::size_t begin = std::min(before.begin, static_cast<std::size_t>(now.cpMin));
   const std::size_t tail = std::min(oldLength - std::min(oldLength, before.end),
@@ -128,7 +128,7 @@ void CodeColouring::ShowAsStored(std::size_t begin, std::u16string& characters) 
   const RichEditRanges::Unrecorded unrecorded(ranges_);
   for (std::size_t i = 0; i < stored.size(); ++i) {
     if (stored[i] == characters[i]) continue;
-    // By messages, since Wine's control fails when its object model changes the text.
+    // By messages, since Wine 8's control fails when its object model changes the text.
     const auto place = static_cast<LONG>(begin + i);
     Select(control_, {place, place + 1});
     const std::string bytes = AnsiFromUtf16(std::u16string_view(stored).substr(i, 1));

@@ -34,7 +34,7 @@ class CodeColouring {
   void ChangeLook(const std::function<void()>& change);
 
   const CodeColours& colours() const { return colours_; }
-  /// Takes the user's present colours. True when what is shown has to be coloured anew.
+  /// Takes the user's present colours. True when the shown text has to be coloured again.
   bool TakeColours(COLORREF fore);
 
   bool syntaxColors() const { return syntaxColors_; }
@@ -42,12 +42,12 @@ class CodeColouring {
 
   std::size_t TextLength() const { return ranges_.TextLength(); }
 
-  /// Starts anew with a text that the control does not show yet; gives what is to be coloured in it, for a
+  /// Starts over with a text that the control does not show yet; gives what is to be coloured in it, for a
   /// control that is filled in colours.
   std::vector<HueRun> Start(std::string columns);
   /// Whether the control made of a text what was expected; some texts a control takes otherwise.
   bool AgreesWithControl() const { return model_.text().size() == ranges_.TextLength(); }
-  /// Starts anew with a text that the control shows in the fore colour.
+  /// Starts over with a text that the control shows in the fore colour.
   void StartUncoloured(std::string columns);
   /// What the control shows: lines end in one CR, and characters from 0x80 on are some letter.
   const std::string& text() const { return model_.text(); }

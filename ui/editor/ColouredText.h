@@ -25,7 +25,7 @@ struct HueRun {
 /// field is one char here, those from 0x80 on whatever letter they are.
 class ColouredText {
  public:
-  /// Starts anew with a text that is all in the fore colour.
+  /// Starts over with a text that is all in the fore colour.
   void Load(std::string text);
 
   const std::string& text() const { return text_; }
@@ -34,7 +34,7 @@ class ColouredText {
   bool colouring() const { return colouring_; }
   void SetColouring(bool colouring);
 
-  /// Follows a change of the field: `inserted`, shown in `hue`, stands in place of [begin, end). Gives the
+  /// Follows a change of the field: `inserted`, shown in `hue`, replaces [begin, end). Gives the
   /// end of the lines, the first being that of `begin`, which may lack their colours by this.
   std::size_t Replace(std::size_t begin, std::size_t end, std::string_view inserted, Hue hue);
   /// Follows a change of which nothing is known, by comparing the whole text with what it was.
@@ -45,7 +45,7 @@ class ColouredText {
   void ForgetHues(std::size_t begin, std::size_t end);
 
   std::size_t lineCount() const { return lines_.size(); }
-  /// The line, from 0, in which a place lies.
+  /// The line of a place, from 0.
   std::size_t LineAt(std::size_t place) const;
   std::size_t LineStart(std::size_t line) const { return lines_[line].start; }
 

@@ -24,7 +24,7 @@ constexpr int kTabStops = 32;
 /// other than tab and CR would be lost.
 bool FitsRtf(std::u16string_view text);
 
-/// A text, with a CR behind each line, as RTF. What lies in no run has the fore colour; runs are in the
+/// A text, with a CR behind each line, as RTF. What is in no run has the fore colour; runs are in the
 /// text's order.
 std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const RtfLook& look);
 

@@ -14,10 +14,10 @@ struct KeywordPlace {
 /// Whether a word, in any letter case, is a keyword of Visual Basic 5 at its place.
 bool IsKeyword(std::string_view word, const KeywordPlace& place);
 
-/// Whether a word is a keyword wherever it stands.
+/// Whether a word is a keyword in any place.
 bool IsAlwaysKeyword(std::string_view word);
 
-/// Whether a word begins a line for the preprocessor when a number sign stands in front of it.
+/// Whether a word begins a line for the preprocessor behind a number sign.
 bool IsDirective(std::string_view word);
 
 bool IsRem(std::string_view word);

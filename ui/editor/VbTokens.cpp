@@ -191,7 +191,7 @@ class LineScanner {
       }
       ++end;
       if (At(end) != '"') break;
-      ++end;  // a doubled quote stands for one
+      ++end;  // a doubled quote is one
     }
     Take(end, TokenKind::String);
   }

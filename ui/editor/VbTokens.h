@@ -6,7 +6,7 @@
 
 namespace snip {
 
-/// What a part of a line of Visual Basic is. What lies in no token - names, operators, blanks - is plain
+/// What a part of a line of Visual Basic is. What is in no token - names, operators, blanks - is plain
 /// text.
 enum class TokenKind : unsigned char {
   Keyword,

@@ -15,7 +15,7 @@ namespace snip {
 void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   // The height is that of the opened list; the field's own follows the font.
   constexpr Rect openList{0, 0, 100, 300};
-  // The box first: it lies over the chooser.
+  // The box first: it covers the chooser.
   NameNextControl(parent, "Library name");
   txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);

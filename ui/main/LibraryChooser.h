@@ -64,7 +64,7 @@ class LibraryChooser : public LibraryView {
 
   CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
-  HWND txtFileName_ = nullptr;  ///< Lies over `cboFiles` while the library is renamed; hidden else.
+  HWND txtFileName_ = nullptr;  ///< Covers `cboFiles` while the library is renamed; hidden else.
   ExactTextField fileName_;
   HWND focusBefore_ = nullptr;  ///< Had the focus before the box.
   int openedAt_ = -1;           ///< The entry that was selected when the list was opened.

@@ -15,8 +15,8 @@ bool IsFullPath(const std::string& entry) {
   return entry.find(":\\") != std::string::npos || entry.starts_with("\\\\");
 }
 
-/// Lets the file go as soon as it is read: nobody can save it while it is open, which must not last as long
-/// as a message about it.
+/// Closes the file as soon as it is read: no program can save it while it is open, which must not last as
+/// long as a message about it.
 BnsResult ReadLibrary(const LibraryStore& store, const std::string& path) {
   const std::unique_ptr<ByteSource> bytes = store.Open(path);
   if (bytes == nullptr) return NotALibrary::Unreadable;

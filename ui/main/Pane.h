@@ -6,7 +6,7 @@
 
 namespace snip {
 
-/// A plain container. What its controls have to say goes on to the window it lies in, which knows what they
+/// A plain container. What its controls send goes on to the parent window, which knows what they
 /// are for.
 class Pane : public Window {
  public:

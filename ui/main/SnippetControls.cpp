@@ -185,7 +185,7 @@ void SnippetControls::SetDescription(const std::string& text) {
 void SnippetControls::LockDescription() const {
   const bool locked = editingDisabled_ || SelectedRow() < 0;
   const bool wasLocked = (GetWindowLongA(txtDesc_, GWL_STYLE) & ES_READONLY) != 0;
-  if (locked == wasLocked) return;  // Wine paints all edges of a control that is told
+  if (locked == wasLocked) return;  // Wine 8 repaints all edges for EM_SETREADONLY
   SendMessageA(txtDesc_, EM_SETREADONLY, locked ? TRUE : FALSE, 0);
 }
 

@@ -28,8 +28,8 @@ class SnippetControls : public SnippetView {
   /// The toolbars and the chooser show the state of the editing, too.
   SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& toolbars, const LibraryChooser& chooser);
 
-  /// `txtName` lies on the window itself, so that it can become wider than the list, and is made before the
-  /// panes, which it lies over.
+  /// `txtName` is a child of the window itself, so that it can become wider than the list, and is made before
+  /// the panes, which it covers.
   void CreateNameBox(HWND window, int id, HFONT listFont);
   void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
 

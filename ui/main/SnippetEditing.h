@@ -81,7 +81,7 @@ class SnippetEditing {
   bool listed_ = false;
   int shownIndex_ = -1;
   bool editing_ = false;           ///< The shown snippet's code is being edited.
-  std::optional<int> renamedRow_;  ///< The row that txtName stands over.
+  std::optional<int> renamedRow_;  ///< The row that txtName covers.
   bool editingDisabled_ = false;
 };
 

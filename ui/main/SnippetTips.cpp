@@ -44,11 +44,11 @@ void SnippetTips::tTip_Timer() {
   topEntry_ = surroundings_.TopEntry();
   const int top = (entry - topEntry_) * surroundings_.EntryHeight() - 1;
   const Point corner = surroundings_.OnScreen(top);
-  // The tip's frame and margin come before its text, which then lies on the entry's.
+  // The tip's text covers the entry's: its frame and margin come before it.
   surroundings_.ShowTip(text_, corner.x - 2, corner.y - 1);
 }
 
-/// Whether the list was scrolled or filled anew beneath the tip, which then lies over something else.
+/// Whether the list was scrolled or refilled beneath the tip, which then covers something else.
 bool SnippetTips::RowHasChanged() const {
   return surroundings_.TopEntry() != topEntry_ || surroundings_.EntryText(lastTipIndex_) != text_;
 }

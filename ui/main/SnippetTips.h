@@ -30,7 +30,7 @@ class TipSurroundings {
   /// The entry of the list where the pointer was just found; 65536 or more below the last one.
   virtual std::int32_t EntryAtPointer() const = 0;
   virtual std::string EntryText(std::int32_t entry) const = 0;
-  /// Left end, on the screen, of the list's line that lies `y` pixels below its top.
+  /// Left end, on the screen, of the list's line `y` pixels below its top.
   virtual Point OnScreen(int y) const = 0;
   virtual int TopEntry() const = 0;
   virtual int EntryHeight() const = 0;

@@ -23,10 +23,10 @@ constexpr int kDesignDescriptionHeight = 800;
 
 constexpr UINT_PTR kTipTimer = 1;
 
-/// Posted to the window itself when an edit field has lost the focus: only afterwards can be told where the
-/// focus went, and only then may a message box be shown.
+/// Posted to the window itself when an edit field has lost the focus: only afterwards the new focus is known,
+/// and only then may a message box be shown.
 constexpr UINT kFieldLeft = WM_APP + 1;
-/// Sent by `Show` to a new window: what it does is done as all else, in answer to a message.
+/// Sent by `Show` to a new window, so that loading runs inside the window procedure, which stops exceptions.
 constexpr UINT kLoadFiles = WM_APP + 2;
 
 }  // namespace
@@ -108,18 +108,18 @@ void frmAddIn::Unload() {
   SetHost(nullptr);
   if (hWnd() == nullptr || unloading_) return;
   ShowForQuestion();
-  // Another environment may have taken the window meanwhile.
+  // Another environment may have taken the window during the question.
   if (Form_QueryUnload() && host_ == nullptr) DestroyWindow(hWnd());
 }
 
-/// A question about a window that is not seen would be seen by nobody.
+/// Shows a hidden window that has something to ask: the question belongs to it.
 void frmAddIn::ShowForQuestion() {
-  if (!editing_.SettleName()) editing_.txtName_Cancel();  // nobody waits for another name
+  if (!editing_.SettleName()) editing_.txtName_Cancel();  // there is no time to ask for another name
   const bool taken = editing_.txtCode_LostFocus();
   if (!taken || (!library_.Saved && !library_.LibraryName.empty())) Show(host_);
 }
 
-/// All at the same moment: an idle program then wakes once in an interval, not three times.
+/// Starts all timers at the same moment, so that an idle program wakes once in an interval, not three times.
 void frmAddIn::StartTimers() {
   static_assert(ListTips::kIntervalMs == CommandBarInput::kHoverInterval);
   SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
@@ -223,7 +223,7 @@ void frmAddIn::FieldLeft() {
   if (!controls_.txtCode().HasFocus()) editing_.txtCode_LostFocus();
 }
 
-/// The command that a key stands for in the control that has the focus, if any.
+/// The command of a key in the focused control, if any.
 std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   const HWND focus = GetFocus();
   if (focus == controls_.txtName()) {
@@ -253,7 +253,7 @@ bool frmAddIn::PreTranslate(MSG& message) {
   if (!ours) return false;
   if (RememberFocus()) menus_.StayInFront();
   if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
-    // Everywhere else the system does this; Wine's combo box keeps the keys for itself.
+    // Everywhere else the system does this; Wine 8's combo box keeps the keys for itself.
     PostMessageA(hWnd(), WM_SYSCOMMAND, SC_CLOSE, 0);
     return true;
   }
@@ -281,9 +281,10 @@ bool frmAddIn::PreTranslate(MSG& message) {
   return IsDialogMessageA(hWnd(), &message) != 0;
 }
 
-/// Goes to the snippet whose name begins with what is being typed. Wine's list box knows only first letters.
+/// Selects the snippet whose name begins with the letters typed. Wine 8's list box compares first letters
+/// only.
 void frmAddIn::TypeAhead(const MSG& message) {
-  constexpr DWORD pause = 1000;  // milliseconds, after which a name is typed anew
+  constexpr DWORD pause = 1000;  // milliseconds, after which typing begins another name
   constexpr WPARAM controlBackspace = 0x7F;
   if (message.wParam < ' ' || message.wParam == controlBackspace || message.wParam > 0xFF) return;
   if (message.time - lastTyped_ > pause) typedName_.clear();
@@ -299,7 +300,7 @@ void frmAddIn::TypeAhead(const MSG& message) {
 bool frmAddIn::RememberFocus() {
   const HWND focus = GetFocus();
   if (IsChild(hWnd(), focus) == 0) return false;
-  // The code field may make its control anew meanwhile, and passes the focus on.
+  // The code field may replace its control, and passes the focus on.
   const HWND field = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
   if (std::exchange(lastFocus_, field) == field) return false;
   typedName_.clear();
@@ -311,8 +312,8 @@ HWND frmAddIn::FocusTarget() const {
                                                                               : controls_.lstCode();
 }
 
-/// What has no message of its own to be told by: where the pointer is, how far the list is scrolled, and what
-/// the code field and the clipboard hold while a torn-off menu shows what can be done with it.
+/// Looks at what no message tells: where the pointer is, how far the list is scrolled, and what the code
+/// field and the clipboard hold, for a torn-off menu to show what can be done with it.
 void frmAddIn::Tick() {
   delivered_.reset();  // a timer's turn comes when no input waits any more
   if (switches_[Switch::SnippetTips]) ShowListTip();

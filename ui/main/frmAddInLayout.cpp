@@ -1,4 +1,4 @@
-// The controls of the main window, where they lie, and what of that is kept in the settings.
+// The controls of the main window, their layout, and what of it the settings keep.
 #include <algorithm>
 
 #include "platform/ScreenTwips.h"
@@ -14,11 +14,11 @@ constexpr int kBarHeight = 390;
 constexpr int kAttachPanelWidth = 1500;
 constexpr Size kAttachButton{1320, 345};
 
-// Between the library chooser and the bar that it lies on, in twips.
+// Between the library chooser and the edges of its bar, in twips.
 constexpr int kChooserRightMargin = 40;
 constexpr int kFileNameInset = 60;
 constexpr int kFileNameNarrower = 330;
-/// The highlight along the list lies this far inside the pane, in twips.
+/// From the edge of the pane to the highlight along the list, in twips.
 constexpr int kFrameInset = 15;
 
 }  // namespace

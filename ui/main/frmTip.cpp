@@ -22,7 +22,7 @@ frmTip::~frmTip() {
 }
 
 bool frmTip::Load() {
-  // Without an owner: Wine does not let a window that owns topmost ones become topmost itself.
+  // Without an owner: Wine 8 does not let a window that owns topmost ones become topmost itself.
   return Create({.className = "frmTip",
                  .style = WS_POPUP,
                  .exStyle = WS_EX_TOOLWINDOW | WS_EX_TOPMOST,
@@ -97,7 +97,7 @@ HWND frmTip::Beneath(POINT screen) {
   if (ExtendsAt(screen)) return extended_;
   Hide();
   const HWND beneath = WindowFromPoint(screen);
-  // Another program's window, or a scroll bar, is not what the tip stands for.
+  // The tip belongs neither to another program's window nor to a scroll bar.
   if (beneath == nullptr || GetWindowThreadProcessId(beneath, nullptr) != GetCurrentThreadId())
     return nullptr;
   const bool inClientArea =

@@ -45,7 +45,7 @@ class frmTip : public Window, public TipWindow {
   std::string text_;
   HFONT font_ = nullptr;
   HWND extended_ = nullptr;
-  bool lookedThrough_ = false;  ///< Asked for what lies at a point, the tip says that it does not.
+  bool lookedThrough_ = false;  ///< Hit tests answer that the tip is not there.
 };
 
 /// The tips over the snippet list: the list box, the tip window and the mouse behind `SnippetTips`.
@@ -54,7 +54,7 @@ class ListTips : private TipSurroundings {
   /// How often the mouse is looked at.
   static constexpr UINT kIntervalMs = 55;
 
-  /// `pane` is what the list lies in.
+  /// `pane` contains the list.
   void Attach(HWND pane, HWND list);
   void Unload() { tip_.Destroy(); }
   /// Takes the font of the list.
