@@ -20,28 +20,15 @@ namespace {
 
 using Lines = std::vector<std::string_view>;
 
-std::size_t LongestCommonSubsequence(const Lines& a, const Lines& b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  for (const std::string_view line : a) {
-    std::size_t diagonal = 0;
-    for (std::size_t i = 0; i < b.size(); ++i) {
-      const std::size_t above = row[i + 1];
-      row[i + 1] = line == b[i] ? diagonal + 1 : std::max(above, row[i]);
-      diagonal = above;
-    }
-  }
-  return row.back();
-}
-
 TEST(LineDifferenceTest, IsRightAndAsSmallAsPossible) {
   EXPECT_EQ(SplitLines("a\r\n\r\nb\rc\n"), (Lines{"a", "", "b\rc\n"}));
   EXPECT_EQ(SplitLines(""), Lines{""});
   std::mt19937 random(1);
-  for (int round = 0; round < 2000; ++round) {
+  for (int round = 0; round < 1000; ++round) {
     // The last texts are so long and so different that the search for the smallest difference is cut short.
-    const std::size_t most = round < 1998 ? 20 : 4000;
+    const std::size_t size = round < 998 ? random() % 20 : 4000;
     const auto lines = [&, kinds = 1 + random() % 8] {
-      Lines made(most == 20 ? random() % most : most);
+      Lines made(size);
       for (std::string_view& line : made) line = std::string_view("abcdefgh").substr(random() % kinds, 1);
       return made;
     };
@@ -62,8 +49,16 @@ TEST(LineDifferenceTest, IsRightAndAsSmallAsPossible) {
     }
     append(oldLines, old, oldLines.size());
     ASSERT_EQ(made, newLines) << round;
-    if (most > 20) continue;
-    ASSERT_EQ(changed, oldLines.size() + newLines.size() - 2 * LongestCommonSubsequence(oldLines, newLines));
+    if (size > 20) continue;
+    std::vector<std::size_t> common(size + 1);  // for the longest common subsequence
+    for (const std::string_view line : oldLines) {
+      for (std::size_t i = 0, diagonal = 0; i < size; ++i) {
+        const std::size_t above = std::exchange(common[i + 1], std::max(common[i + 1], common[i]));
+        if (line == newLines[i]) common[i + 1] = diagonal + 1;
+        diagonal = above;
+      }
+    }
+    ASSERT_EQ(changed, 2 * (size - common.back()));
   }
 }
 
@@ -93,27 +88,21 @@ std::string Described(const std::vector<SnippetChange>& changes) {
   std::string text;
   for (const SnippetChange& change : changes) {
     text += (text.empty() ? "" : " ") + number(change.oldPosition) + ">" + number(change.newPosition);
-    for (const auto& [is, letter] :
-         {std::pair(change.renamed, "r"), std::pair(change.moved, "m"), std::pair(change.attachment, "a"),
-          std::pair(change.description, "d"), std::pair(change.code, "c")}) {
-      text += is ? letter : "";
-    }
+    text += std::string(change.renamed, 'r') + std::string(change.moved, 'm');
+    text += std::string(change.attachment, 'a') + std::string(change.description, 'd') +
+            std::string(change.code, 'c');
   }
   return text;
 }
 
 TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
   for (const auto& [older, newer, changes] : std::vector<std::array<std::string, 3>>{
-           {"a=1,b=2", "a=1,b=2", ""},
            {"", "a=", "->0"},
            {"a=1,b=2,c=3,d=4", "a=1,d=4", "1>- 2>-"},
-           {"a=1,b=2", "b=2", "0>-"},
            {"a=1,b=2", "a=3,b=2", "0>0c"},
            {"a=1,b=2", "a=1,c=2", "1>1r"},
-           {"a=1,b=2,c=3", "c=3,a=1,b=2", "2>0m"},
            {"a=1,b=2,c=3", "c=4,n=5,a=1,b=2", "2>0mc ->1"},
            {"a=1,b=234", "c=2345,a=1", "1>0rc 0>1m"},
-           {"b=123", "c=23", "0>0rc"},
            {"b=123", "c=3xy", "0>- ->0"},
            {"a=123", "b=x123,c=123", "->0 0>1r"},    // the most similar one is the renamed one
            {"a=1,a=2,a=3", "a=2,a=4", "2>- 0>1mc"},  // equal names: first equal texts, then by order
@@ -129,13 +118,10 @@ TEST(LibraryMergeTest, MergesLinesOfBothSides) {
            {"abc", "xbc", "abz", "xbz", "xbz"},
            {"abc", "xbc", "ybc", "xbc", "ybc"},
            {"abcd", "axcd", "abyd", "axyd", "axyd"},  // changes beside each other
-           {"abcd", "acd", "abyd", "ayd", "ayd"},
            {"abcd", "xabcd", "ycd", "xycd", "xycd"},  // added before replaced
            {"abc", "abcx", "abcy", "abcx", "abcy"},   // added at one place
-           {"abc", "abcx", "yabc", "yabcx", "yabcx"},
            {"abcdefgh", "ABcdefGh", "aBcdefgH", "ABcdefGH", "aBcdefGH"},
            {"abcdef", "aXf", "aBcdEf", "aXf", "aBcdEf"},  // one change of ours reaches two of theirs
-           {"abc", "ac", "aXc", "ac", "aXc"},
        }) {
     const MergedText merged = MergeLines(Text(base), Text(ours), Text(theirs));
     const MergedText swapped = MergeLines(Text(base), Text(theirs), Text(ours));
@@ -156,7 +142,6 @@ TEST(LibraryMergeTest, MergesSnippetBySnippet) {
            {"a=1,b=2", "a=1,o=3,b=2", "a=1,t=4,u=5,b=2", "a=1,o=3,t=4,u=5,b=2", ""},
            {"a=1", "a=1,n=2", "n=2,a=1", "a=1,n=2", ""},  // added by both
            {"a=1,a=1,a=2", "a=1,a=2", "a=1,a=1,a=2x", "a=1,a=2x", ""},
-           {"", "a=1,a=1", "a=1,a=1", "a=1,a=1", ""},
            {"a=1,b=2", "a=3,b=2", "a=4,b=2", "a=3,a (theirs)=4,b=2",
             "'a' and 'a (theirs)': both sides changed the code"},
            {"a=123,a (theirs)=9", "a=x23,a (theirs)=9", "a=y2z,a (theirs)=9",
