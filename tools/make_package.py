@@ -27,8 +27,10 @@ def windows_text(file):
 
 def contents(repository, machine):
     """The files of the package by their names in it."""
-    yield "BnSnipstore2.exe", (repository / "build" / machine / "BnSnipstore2.exe").read_bytes()
-    yield "README.txt", windows_text(repository / "resources" / "package" / "README.txt")
+    for program in ("BnSnipstore2.exe", "bns.exe"):
+        yield program, (repository / "build" / machine / program).read_bytes()
+    for text in ("README.txt", "bns.txt"):
+        yield text, windows_text(repository / "resources" / "package" / text)
     yield "LICENSE.txt", windows_text(repository / "LICENSE")
     for library in sorted((repository / "resources" / "starter").glob("*.bns")):
         yield library.name, library.read_bytes()

@@ -27,13 +27,15 @@ def faults_in(repository, machine):
     with zipfile.ZipFile(file) as package:
         contents = {pathlib.PurePosixPath(name).name: package.read(name) for name in package.namelist()}
         folders = {str(pathlib.PurePosixPath(name).parent) for name in package.namelist()}
+    if len(first) > 1.5 * 2**20:
+        yield f"it has {len(first)} bytes"
     if folders != {file.stem}:
         yield f"it unpacks into {sorted(folders)}"
     libraries = sorted(path.name for path in (repository / "resources" / "starter").glob("*.bns"))
-    expected = sorted(["BnSnipstore2.exe", "LICENSE.txt", "README.txt", *libraries])
+    expected = sorted(["BnSnipstore2.exe", "LICENSE.txt", "README.txt", "bns.exe", "bns.txt", *libraries])
     if sorted(contents) != expected:
         yield f"it holds {sorted(contents)}"
-    for name in ("LICENSE.txt", "README.txt"):
+    for name in ("LICENSE.txt", "README.txt", "bns.txt"):
         text = contents.get(name, b"")
         if text.count(b"\n") != text.count(b"\r\n"):
             yield f"{name} has lines that Notepad does not see"
