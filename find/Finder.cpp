@@ -147,7 +147,7 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
   };
   if (narrows) {
     for (const Found& found : found_) {
-      if (IsWanted(*libraries_[found.library])) consider(found.library, found.snippet);
+      if (Has(found) && IsWanted(*libraries_[found.library])) consider(found.library, found.snippet);
     }
   } else {
     for (std::uint32_t library = 0; library < libraries_.size(); ++library) {

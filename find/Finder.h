@@ -35,6 +35,10 @@ class Finder {
   const std::vector<Found>& Search(std::string_view text);
   const std::vector<Found>& found() const { return found_; }
   const Query& query() const { return query_; }
+  /// Whether the snippet is there: the open library may have changed since the search.
+  bool Has(const Found& found) const {
+    return found.library < libraries_.size() && found.snippet < libraries_[found.library]->snippets().size();
+  }
   const Snippet& SnippetOf(const Found& found) const {
     return libraries_[found.library]->snippets()[found.snippet];
   }

@@ -12,15 +12,16 @@ std::uint32_t SearchedLibrary::LetterBits(std::string_view text, const Folding& 
 
 SearchedLibrary::SearchedLibrary(std::string name, std::string path, std::vector<Snippet> snippets,
                                  const Folding& folding)
-    : SearchedLibrary(std::move(name), std::move(path), std::span<const Snippet>(snippets), folding) {
+    : SearchedLibrary(std::move(name), std::move(path), &snippets, folding) {
   own_ = std::move(snippets);
+  snippets_ = &own_;
 }
 
-SearchedLibrary::SearchedLibrary(std::string name, std::string path, std::span<const Snippet> snippets,
+SearchedLibrary::SearchedLibrary(std::string name, std::string path, const std::vector<Snippet>* shared,
                                  const Folding& folding)
-    : name_(std::move(name)), path_(std::move(path)), snippets_(snippets) {
-  letters_.reserve(snippets.size());
-  for (const Snippet& snippet : snippets) letters_.push_back(LetterBits(snippet.Name, folding));
+    : name_(std::move(name)), path_(std::move(path)), snippets_(shared) {
+  letters_.reserve(shared->size());
+  for (const Snippet& snippet : *shared) letters_.push_back(LetterBits(snippet.Name, folding));
 }
 
 }  // namespace snip

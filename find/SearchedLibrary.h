@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -16,15 +17,17 @@ class SearchedLibrary {
  public:
   /// One of which this keeps the snippets.
   SearchedLibrary(std::string name, std::string path, std::vector<Snippet> snippets, const Folding& folding);
-  /// One that its owner keeps, and does not change while it is searched.
-  SearchedLibrary(std::string name, std::string path, std::span<const Snippet> snippets,
+  /// One that its owner keeps, and may change: a search of it sees no more snippets than there were.
+  SearchedLibrary(std::string name, std::string path, const std::vector<Snippet>* shared,
                   const Folding& folding);
   SearchedLibrary(const SearchedLibrary&) = delete;
   SearchedLibrary& operator=(const SearchedLibrary&) = delete;
 
   const std::string& name() const { return name_; }
   const std::string& path() const { return path_; }
-  std::span<const Snippet> snippets() const { return snippets_; }
+  std::span<const Snippet> snippets() const {
+    return std::span(*snippets_).first(std::min(snippets_->size(), letters_.size()));
+  }
   /// Which letters the name of a snippet has, as LetterBits tells them.
   std::uint32_t lettersInName(std::size_t snippet) const { return letters_[snippet]; }
 
@@ -35,7 +38,7 @@ class SearchedLibrary {
   std::string name_;
   std::string path_;
   std::vector<Snippet> own_;
-  std::span<const Snippet> snippets_;
+  const std::vector<Snippet>* snippets_;
   std::vector<std::uint32_t> letters_;
 };
 

@@ -8,10 +8,11 @@
 
 namespace snip {
 
-/// The two groups that the stored values lie in.
+/// The groups that the stored values lie in.
 namespace SettingsSection {
 constexpr const char* kSettings = "Settings";
 constexpr const char* kPosition = "Position";
+constexpr const char* kMore = "More";  ///< Windows and keys beside the main window.
 }  // namespace SettingsSection
 
 /// The names of the stored values.

@@ -18,6 +18,14 @@ void SettingsStore::Save(const char* valueName, const std::string& text) const {
   SaveIn(SettingsSection::kSettings, valueName, text);
 }
 
+std::string SettingsStore::LoadMore(const char* valueName) const {
+  return registry_.GetRegSetting(kCompany, kApplication, SettingsSection::kMore, valueName);
+}
+
+void SettingsStore::SaveMore(const char* valueName, const std::string& text) const {
+  SaveIn(SettingsSection::kMore, valueName, text);
+}
+
 void SettingsStore::SaveWindow(const WindowSettings& settings) const {
   SaveWindowSettings(settings, [this](const char* section, const char* name, const std::string& text) {
     SaveIn(section, name, text);

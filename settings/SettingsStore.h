@@ -16,6 +16,9 @@ class SettingsStore {
   Settings Load() const;
   /// One of the values that the settings dialog edits, in the section "Settings".
   void Save(const char* valueName, const std::string& text) const;
+  /// A value of the section "More", empty when it is missing.
+  std::string LoadMore(const char* valueName) const;
+  void SaveMore(const char* valueName, const std::string& text) const;
   void SaveWindow(const WindowSettings& settings) const;
 
  private:

@@ -15,7 +15,7 @@ import sys
 LAYERS = [
     ["app", "cli"],
     ["ui/main"],
-    ["ui/history"],
+    ["ui/find", "ui/history"],
     ["find", "history"],
     ["library", "ui/dialogs", "ui/menu", "ui/editor"],
     ["ui/commandbar"],

@@ -1,6 +1,9 @@
 // What scripts/main-window.txt cannot say of the main window's logic: limits, failures and threads.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
+#include <iterator>
 #include <map>
 #include <mutex>
 #include <new>
@@ -90,6 +93,26 @@ TEST_F(LibrariesTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother) {
   }
   store.names.clear();
   operations.ReadAhead();
+}
+
+TEST_F(LibrariesTest, LibrariesAreReadForASearchWithoutTheWindow) {
+  CountedStore counted(calls);
+  counted.files = {{"s", BigFile(false, 2000)}, {"d", BigFile(false, 1)}, {"o", "no library"}};
+  const Folding folding = Folding::Utf8();
+  std::atomic<int> arrived = 0;
+  LibraryReading reading(counted, folding, [&] { ++arrived; });
+  for (int round = 0; round < 20; ++round) {
+    // What is asked for next drops what is still to come.
+    ASSERT_TRUE(reading.Read({{"Strings", "s"}, {"Gone", "gone"}}));
+    ASSERT_TRUE(reading.Read({{"Dates", "d"}, {"Other", "o"}}));
+    std::vector<LibraryReading::Result> read;
+    while (read.size() < 2) std::ranges::move(reading.Take(), std::back_inserter(read));
+    ASSERT_EQ(read.size(), 2U);
+    EXPECT_TRUE(read[0].library != nullptr && read[0].library->snippets().front().Name == "n1");
+    EXPECT_TRUE(read[1].library == nullptr && read[1].file == (NamedLibrary{"Other", "o"}));
+  }
+  EXPECT_GE(arrived, 39);  // the last one may be told of a moment later
+  ASSERT_TRUE(reading.Read({{"Strings", "s"}}));
 }
 
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {

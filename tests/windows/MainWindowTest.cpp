@@ -50,6 +50,35 @@ class MainWindowTest : public testing::Test {
     SendMessageA(List(), LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
     return text;
   }
+  /// Opens the palette, types, and waits until all libraries are read.
+  HWND Find(const std::string& text) {
+    PressKey('F', {VK_CONTROL});
+    HWND palette = nullptr;
+    EXPECT_TRUE(Until([&] { return IsForeground(palette = FindVisibleWindow("Find Snippets")); }));
+    TypeText(text);
+    EXPECT_TRUE(Until([&] {
+      return WindowText(GetDlgItem(palette, frmFind::kFieldId)).ends_with(text) &&
+             WindowText(GetDlgItem(palette, frmFind::kStatusId)).find("reading") == std::string::npos;
+    }));
+    return palette;
+  }
+  /// What a screen reader is told of the rows; the selected one behind ">".
+  static std::vector<std::string> FoundRows(HWND palette) {
+    std::vector<std::string> rows;
+    for (const AccessibleChild& row : AccessibleClient(GetDlgItem(palette, frmFind::kListId)).Children()) {
+      rows.push_back((row.Has(STATE_SYSTEM_SELECTED) ? ">" : "") + row.name);
+    }
+    return rows;
+  }
+  std::string SelectedCode() const {
+    char text[100]{};
+    SendMessageA(Code(), EM_GETSELTEXT, 0, reinterpret_cast<LPARAM>(text));
+    return text;
+  }
+  int CaretLine() const {
+    return static_cast<int>(SendMessageA(Code(), EM_LINEFROMCHAR, static_cast<WPARAM>(-1), 0));
+  }
+
   int Selected() const { return static_cast<int>(SendMessageA(List(), LB_GETCURSEL, 0, 0)); }
 
   void ClickRow(int row, MouseButton button = MouseButton::Left) {
@@ -513,6 +542,85 @@ TEST_F(MainWindowTest, ATinyWindowKeepsItsLayoutAndAGrownOneFillsIt) {
   EXPECT_EQ(codeSize(), before);
   SetWindowPos(window_.hWnd(), nullptr, 0, 0, 800, 600, SWP_NOZORDER);
   EXPECT_EQ(codeSize(), (Size{before.width + 100, before.height + 100}));
+}
+
+TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
+  const Snippet first{"Fill twice", "", "Sub A\r\n  Fill a\r\n  Fill b", ""};
+  const Snippet second{"Other", "", "fill c", "about a #tag"};
+  folder_.Write("Words.bns", WriteBns(std::vector{first, second}));
+  folder_.Write("Broken.bns", "no library");
+  Open();
+  const HWND palette = Find("fill");
+  EXPECT_EQ(FoundRows(palette),
+            (std::vector<std::string>{">Fill twice - Words", "Other - Words, in the code, line 1"}));
+  EXPECT_EQ(WindowText(GetDlgItem(palette, frmFind::kStatusId)), "2 snippets - cannot be read: Broken");
+  const HWND preview = GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
+  EXPECT_TRUE(Until([&] { return WindowText(preview) == first.Code; }));
+
+  PressKey(VK_RETURN);
+  ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()) && SelectedCode() == "Fill"; }));
+  EXPECT_EQ(WindowText(Code()), first.Code);
+  EXPECT_EQ(CaretLine(), 1);
+  PressKey(VK_F3);
+  EXPECT_TRUE(Until([&] { return CaretLine() == 2; }));
+  PressKey(VK_F3);
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == second.Code && SelectedCode() == "fill"; }));
+  PressKey(VK_F3, {VK_SHIFT});
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == first.Code && CaretLine() == 2; }));
+
+  // From the code, what is selected there is looked for in it first.
+  Find("");
+  EXPECT_EQ(
+      FoundRows(palette),
+      (std::vector<std::string>{"In this snippet", ">Fill a - line 2", "Fill b - line 3", "In all libraries",
+                                "Fill twice - Words", "Other - Words, in the code, line 1"}));
+  PressKey(VK_DOWN);
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(
+      Until([&] { return IsForeground(window_.hWnd()) && CaretLine() == 2 && SelectedCode() == "Fill"; }));
+  EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(MainWindowTest, FindSeesEditsAndTagsCopiesAndKeepsItsPlace) {
+  folder_.Write("Words.bns", WriteBns(std::vector{Snippet{"Word", "", "'word", "a #tag and #other"}}));
+  Open();
+  PressKey('E', {VK_CONTROL});
+  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
+  TypeText("unsaved ");
+  ASSERT_TRUE(Until([&] { return WindowText(Code()).starts_with("unsaved "); }));
+  SetFocus(List());
+  const HWND palette = Find("unsaved");
+  EXPECT_EQ(FoundRows(palette), (std::vector<std::string>{">one - Numbers, in the code, line 1"}));
+
+  PressKey('G', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] {
+    return FoundRows(palette) == std::vector<std::string>{">#other - 1 snippet", "#tag - 1 snippet"};
+  }));
+  PressKey(VK_DOWN);
+  PressKey(VK_RETURN);
+  const std::vector<std::string> word{">Word - Words, in the description"};
+  EXPECT_TRUE(Until([&] { return FoundRows(palette) == word; }));
+  PressKey('C', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return ClipboardText(window_.hWnd()) == "'word"; }));
+  // The file goes while the palette is open.
+  DeleteFileA(folder_.File("Words.bns").c_str());
+  PressKey(VK_RETURN);
+  EXPECT_TRUE(Until([&] {
+    return WindowText(GetDlgItem(palette, frmFind::kStatusId)).starts_with("\"Word\" is no longer in Words.");
+  }));
+
+  SetWindowPos(palette, nullptr, 40, 50, 500, 400, SWP_NOZORDER);
+  PressKey(VK_ESCAPE);
+  EXPECT_TRUE(Until([&] { return GetWindowTextLengthA(GetDlgItem(palette, frmFind::kFieldId)) == 0; }));
+  EXPECT_NE(IsWindowVisible(palette), 0);
+  PressKey(VK_ESCAPE);
+  EXPECT_TRUE(Until([&] { return IsForeground(window_.hWnd()); }));
+  window_.Unload();
+  ASSERT_TRUE(window_.Show());
+  ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()); }));
+  RECT place{};
+  GetWindowRect(Find(""), &place);
+  EXPECT_TRUE(place.left == 40 && place.top == 50 && place.right == 540 && place.bottom == 450);
 }
 
 }  // namespace

@@ -63,6 +63,12 @@ bool ChangesText(UINT message) {
   }
 }
 
+int LineEndsIn(std::string_view text) {
+  int count = 0;
+  for (auto at = text.find("\r\n"); at != std::string_view::npos; at = text.find("\r\n", at + 2)) ++count;
+  return count;
+}
+
 /// Messages that change the text at the caret, if at all.
 bool EditsAtCaret(UINT message, WPARAM wParam) {
   switch (message) {
@@ -292,6 +298,39 @@ int BnRichEdit::SelLength() const {
 void BnRichEdit::SetSelection(int start, int length) {
   SendMessageA(control_, EM_SETSEL, static_cast<WPARAM>(start), start + length);
   SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+}
+
+void BnRichEdit::ScrollToMiddle() const {
+  const LRESULT line = SendMessageA(control_, EM_LINEFROMCHAR, static_cast<WPARAM>(SelStart()), 0);
+  const LRESULT first = SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0);
+  const int inSight = ClientSize(control_).height / std::max(1, characterSize_.height);
+  SendMessageA(control_, EM_LINESCROLL, 0, line - first - inSight / 2);
+}
+
+int BnRichEdit::PlaceOfByte(std::size_t byte) const {
+  const std::string before = text().value_or(std::string()).substr(0, byte);
+  const auto characters = static_cast<int>(Utf16FromAnsi(before).size());
+  return hasRichEdit_ ? characters - LineEndsIn(before) : characters;
+}
+
+std::size_t BnRichEdit::ByteOfPlace(int place) const {
+  const std::u16string all = Utf16FromAnsi(text().value_or(std::string()));
+  std::size_t end = 0;
+  for (int passed = 0; passed < place && end < all.size(); ++passed) {
+    end += hasRichEdit_ && all.compare(end, 2, u"\r\n") == 0 ? 2 : 1;
+  }
+  return AnsiFromUtf16(all.substr(0, end)).size();
+}
+
+void BnRichEdit::MarkBytes(const std::vector<std::pair<std::size_t, std::size_t>>& parts,
+                           COLORREF colour) const {
+  const RichEditRanges ranges(hasRichEdit_ ? control_ : nullptr);
+  if (!ranges) return;
+  const RichEditRanges::Colouring marking(ranges);
+  for (const auto& [begin, end] : parts) {
+    marking.SetBackColor(static_cast<std::size_t>(PlaceOfByte(begin)),
+                         static_cast<std::size_t>(PlaceOfByte(end)), colour);
+  }
 }
 
 std::optional<std::string> BnRichEdit::SelText() const {

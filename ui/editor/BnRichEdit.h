@@ -3,6 +3,8 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/Handle.h"
 #include "platform/TextFieldBytes.h"
@@ -72,6 +74,13 @@ class BnRichEdit : public Window {
   int SelStart() const;
   int SelLength() const;
   void SetSelection(int start, int length);
+  /// Scrolls the line of the selection's start into the middle, as far as there are lines.
+  void ScrollToMiddle() const;
+  /// Where in the control a byte of `text()` is, and back.
+  int PlaceOfByte(std::size_t byte) const;
+  std::size_t ByteOfPlace(int place) const;
+  /// Shows these bytes of the text on that colour, until another text is shown. A plain control does not.
+  void MarkBytes(const std::vector<std::pair<std::size_t, std::size_t>>& parts, COLORREF colour) const;
   /// With CR LF at line ends.
   std::optional<std::string> SelText() const;
   /// As if typed: can be undone, and is not done while locked. Zero bytes are left out.

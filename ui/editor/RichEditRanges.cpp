@@ -62,4 +62,10 @@ void RichEditRanges::Colouring::SetColor(std::size_t begin, std::size_t end, COL
   ranges_.range_->SetFont(ranges_.look_.get());
 }
 
+void RichEditRanges::Colouring::SetBackColor(std::size_t begin, std::size_t end, COLORREF color) const {
+  if (FAILED(ranges_.range_->SetRange(static_cast<long>(begin), static_cast<long>(end)))) return;
+  ComPtr<ITextFont> look;
+  if (SUCCEEDED(ranges_.range_->GetFont(look.Put()))) look->SetBackColor(static_cast<long>(color));
+}
+
 }  // namespace snip

@@ -49,6 +49,8 @@ class RichEditRanges {
     Colouring& operator=(const Colouring&) = delete;
     /// Colours the characters [begin, end).
     void SetColor(std::size_t begin, std::size_t end, COLORREF color) const;
+    /// The colour behind them.
+    void SetBackColor(std::size_t begin, std::size_t end, COLORREF color) const;
 
    private:
     const RichEditRanges& ranges_;

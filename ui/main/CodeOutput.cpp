@@ -75,6 +75,19 @@ std::string Fill(HostModule& module, const std::string& name, const std::vector<
   return refusal;
 }
 
+void Insert(HostEnvironment& host, const std::string& code) {
+  const auto pane = ActiveCodePane(host);
+  pane->InsertLines(pane->SelectionStartLine(), code);
+}
+
+void MakeModule(HostEnvironment& host, const std::string& libraryText, const std::vector<Snippet>& snippets) {
+  const std::string name = ModuleName(libraryText);
+  const auto module = host.AddStandardModule();
+  if (!module) throw HostError("No project is currently open.");
+  const std::string shortcoming = Fill(*module, name, snippets);
+  if (!shortcoming.empty()) throw HostError(shortcoming);
+}
+
 }  // namespace
 
 std::string ModuleName(const std::string& libraryText) {
@@ -89,11 +102,12 @@ void CodeOutput::PasteCode() {
   Deliver([this](HostEnvironment& host) {
     if (editing_.Shown() == nullptr) throw HostError("No code snippet is currently selected.");
     // Read first: the window may be gone when the environment has answered.
-    const std::optional<std::string> code = view_.Code();
-    if (!code) return;
-    const auto pane = ActiveCodePane(host);
-    pane->InsertLines(pane->SelectionStartLine(), *code);
+    if (const std::optional<std::string> code = view_.Code()) Insert(host, *code);
   });
+}
+
+void CodeOutput::PasteCode(const std::string& code) {
+  Deliver([&code](HostEnvironment& host) { Insert(host, code); });
 }
 
 void CodeOutput::PasteToNewModule(const std::string& libraryText) {
@@ -101,15 +115,15 @@ void CodeOutput::PasteToNewModule(const std::string& libraryText) {
     // In place of a file that is no library, the one before is in memory and none is shown.
     if (!editing_.ListsSnippets() && !library_.Snippets.empty())
       throw HostError("No code snippet is currently selected.");
-    const std::string name = ModuleName(libraryText);
     // Taken before the environment is asked for anything: the library may be another one when it has
     // answered.
     const std::vector<Snippet> snippets = library_.Snippets;
-    const auto module = host.AddStandardModule();
-    if (!module) throw HostError("No project is currently open.");
-    const std::string shortcoming = Fill(*module, name, snippets);
-    if (!shortcoming.empty()) throw HostError(shortcoming);
+    MakeModule(host, libraryText, snippets);
   });
+}
+
+void CodeOutput::PasteToNewModule(const std::string& libraryText, const std::vector<Snippet>& snippets) {
+  Deliver([&](HostEnvironment& host) { MakeModule(host, libraryText, snippets); });
 }
 
 /// Runs a delivery, unless the user asks for it while another one waits for the environment.

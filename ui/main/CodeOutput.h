@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
@@ -22,10 +23,14 @@ class CodeOutput {
   /// Inserts the code that is shown into the active code window, before the line on which its selection
   /// starts.
   void PasteCode();
+  /// The same with some other code.
+  void PasteCode(const std::string& code);
   /// Writes every snippet of the library into a new module, which is named after `libraryText`, the text of
   /// `cboFiles`. A name that the environment refuses leaves the module under its first one; when a snippet
   /// cannot be written, the module is taken away again.
   void PasteToNewModule(const std::string& libraryText);
+  /// The same with the snippets of another library.
+  void PasteToNewModule(const std::string& libraryText, const std::vector<Snippet>& snippets);
 
  private:
   void Deliver(const std::function<void(HostEnvironment&)>& delivery);

@@ -1,5 +1,6 @@
 #include "ui/main/LibraryOperations.h"
 
+#include <algorithm>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -145,6 +146,34 @@ void LibraryOperations::OpenOutside(const std::string& path) {
   view_.SelectFile(entry);
   cboFiles_Click();
   view_.SetFileNameText(path);
+}
+
+std::vector<NamedLibrary> LibraryOperations::OtherLibraries() const {
+  std::vector<NamedLibrary> libraries;
+  const std::string open = OpenPath();
+  const auto add = [&](const std::string& entry) {
+    const NamedLibrary library{LibraryNameFromEntry(entry), FileOf(entry)};
+    const bool known = std::ranges::any_of(
+        libraries, [&](const NamedLibrary& one) { return sameName_(one.path, library.path); });
+    if (entry != kBrowseEntry && !known && !(editing_.ListsSnippets() && sameName_(library.path, open)))
+      libraries.push_back(library);
+  };
+  for (int entry = 0; entry < view_.FileCount(); ++entry) add(view_.FileText(entry));
+  for (const std::string& name : Names()) add(name);
+  return libraries;
+}
+
+bool LibraryOperations::Choose(const std::string& path) {
+  if (editing_.ListsSnippets() && path == OpenPath()) return true;
+  int entry = 0;
+  while (entry < view_.FileCount() && FileOf(view_.FileText(entry)) != path) ++entry;
+  if (entry == view_.FileCount()) {
+    OpenOutside(path);
+  } else {
+    view_.SelectFile(entry);
+    cboFiles_Click();
+  }
+  return !view_.Gone();
 }
 
 bool LibraryOperations::WantsToSave() {

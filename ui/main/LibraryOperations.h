@@ -3,7 +3,9 @@
 #include <future>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include "find/LibraryReading.h"
 #include "library/BnsFormat.h"
 #include "library/LibraryStore.h"
 #include "platform/MessageFunction.h"
@@ -30,6 +32,14 @@ class LibraryOperations {
 
   /// Opens a library by its full path and keeps it among the entries, at the top when it is new there.
   void OpenOutside(const std::string& path);
+
+  // For a search of all libraries.
+  /// The file that is open, or was to be opened.
+  std::string OpenPath() const { return openEntry_ < 0 ? std::string() : FileOf(view_.FileText(openEntry_)); }
+  /// All other libraries of the chooser and of the folder.
+  std::vector<NamedLibrary> OtherLibraries() const;
+  /// Opens a library as the chooser does, if it is not open; false when the window is gone.
+  bool Choose(const std::string& path);
 
   void OpenBNSFile(const std::string& path);
   /// Writes the library into the library folder under its name; false when not all of it is in the file. Does

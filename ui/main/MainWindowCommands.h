@@ -53,6 +53,9 @@ enum : int {
   kCopy,
   kPaste,
   kSelectAll,
+  kFind,
+  kFindNext,
+  kFindPrevious,
 };
 }  // namespace Command
 
@@ -67,6 +70,11 @@ inline constexpr std::array kOutputModes{
     CommandItem{"Paste to Current Code Window", IDB_PASTE_TO_CODE, Command::kPasteCode},
     CommandItem{"Copy to Clipboard", IDB_COPY, Command::kCopyToClipboard},
     CommandItem{"Create New Module (All Snippets)", IDB_NEW_MODULE, Command::kNewModule},
+};
+
+/// What the window's system menu offers besides the system's own.
+inline constexpr std::array kSystemMenu{
+    CommandItem{"&Find Snippets...", 0, Command::kFind},
 };
 
 inline constexpr BYTE kPlainKey = FVIRTKEY;

@@ -10,6 +10,9 @@ constexpr std::array kOtherKeys{
     ACCEL{kControlShiftKey, VK_RETURN, Command::kOutputMenu},
     ACCEL{kControlShiftKey, 'C', Command::kCopyCode},
     ACCEL{kControlShiftKey, 'A', Command::kAttachmentMenu},
+    ACCEL{kControlKey, 'F', Command::kFind},
+    ACCEL{kPlainKey, VK_F3, Command::kFindNext},
+    ACCEL{kShiftKey, VK_F3, Command::kFindPrevious},
     // What a menu has also needs a key: an opened one knows Up, Down and Escape alone.
     ACCEL{kControlShiftKey, 'P', Command::kPasteCode},
     ACCEL{kControlShiftKey, 'M', Command::kNewModule},

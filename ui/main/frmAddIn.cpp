@@ -12,6 +12,7 @@
 #include "resources/resource.h"
 #include "ui/editor/CodeColours.h"
 #include "ui/main/MainWindowKeys.h"
+#include "ui/main/SystemMenu.h"
 
 namespace snip {
 namespace {
@@ -59,6 +60,10 @@ frmAddIn::frmAddIn(Services services)
       naming_(editing_, operations_, chooser_, services_.store, services_.showMessage),
       attachments_(library_, editing_, *this),
       output_(library_, editing_, controls_, services_.showMessage),
+      find_({.target = *this,
+             .store = services_.store,
+             .settings = services_.settings,
+             .caption = services_.caption}),
       accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
@@ -247,7 +252,7 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
 
 bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
-  if (menus_.PreTranslate(message)) return true;
+  if (menus_.PreTranslate(message) || find_.PreTranslate(message)) return true;
   if (message.message == WM_TIMER) return false;  // no key, and comes all the time
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
@@ -336,6 +341,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_CREATE:
       MakeControls();
       LoadSettings();
+      ExtendSystemMenu(hWnd());
       StartTimers();
       return 0;
     case WM_SIZE:
@@ -358,6 +364,9 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         OnCommand(GET_WM_COMMAND_ID(wParam, lParam), GET_WM_COMMAND_CMD(wParam, lParam));
       }
       return 0;
+    case WM_SYSCOMMAND:
+      if (const auto command = SystemMenuCommand(wParam)) return Do(*command), 0;
+      return Default(message, wParam, lParam);
     case WM_CTLCOLOREDIT:
       return ColorOfField(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam), message);
     case WM_CONTEXTMENU:

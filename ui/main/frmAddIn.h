@@ -12,6 +12,7 @@
 #include "settings/SettingsStore.h"
 #include "ui/caption/CaptionHook.h"
 #include "ui/dialogs/SettingsTarget.h"
+#include "ui/find/frmFind.h"
 #include "ui/main/Attachments.h"
 #include "ui/main/CodeOutput.h"
 #include "ui/main/LibraryChooser.h"
@@ -29,7 +30,7 @@ namespace snip {
 /// The main window. Makes its controls and lays them out (frmAddInLayout.cpp), decodes messages and keys
 /// (frmAddIn.cpp) and buttons and menus (frmAddInCommands.cpp), and hands them to the logic in
 /// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments` and `CodeOutput`.
-class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
+class frmAddIn : public Window, private AttachmentView, private SettingsTarget, private FindTarget {
  public:
   // Control ids; automation finds the controls by them.
   static constexpr int kFilesId = 1001;
@@ -103,7 +104,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void mnuModFuncs_Clicked(int command);
   void Output();
   void CopyCode();
-  bool Copy(const std::string& text);
   void SetKeepOnTop(bool onTop);
   void Tick();
   void ShowListTip();
@@ -132,6 +132,21 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   FontProperty CodeFont() const override { return controls_.Font(); }
   void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
 
+  // FindTarget (frmAddInFind.cpp); CodeFont is that of SettingsTarget as well
+  std::optional<Open> OpenLibrary() override;
+  std::vector<NamedLibrary> OtherLibraries() override { return operations_.OtherLibraries(); }
+  std::optional<std::string> ShownCode() override;
+  bool ColoursCode() const override { return controls_.txtCode().SyntaxColors(); }
+  bool GoTo(const FindDestination& destination) override;
+  void SelectInCode(TextRange place) override;
+  TextRange SelectedInCode() override;
+  void Output(const std::string& libraryName, std::span<const Snippet> snippets,
+              std::size_t snippet) override;
+  bool Copy(const std::string& text) override;
+
+  void Find();
+  void FindNext(bool forward);
+
   Library library_;
   Services services_;
   TwipsPerPixel twips_;
@@ -155,6 +170,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   LibraryNaming naming_;
   Attachments attachments_;
   CodeOutput output_;
+  frmFind find_;
 
   UniqueAccelerators accelerators_;
   HostEnvironment* host_ = nullptr;

@@ -106,6 +106,11 @@ void frmAddIn::Do(int command) {
       if (code.locked()) return;
       if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
       return;
+    case kFind:
+      return Find();
+    case kFindNext:
+    case kFindPrevious:
+      return FindNext(command == kFindNext);
     case kSelectAll:
       return code.SetSelection(0, code.TextLength());
     default:

@@ -1,0 +1,100 @@
+#include "find/LibraryReading.h"
+
+#include <new>
+#include <system_error>
+#include <utility>
+#include <variant>
+
+#include "library/BnsFormat.h"
+
+namespace snip {
+
+/// A file that ends when what is read from it is not wanted any more.
+class LibraryReading::Interruptible : public ByteSource {
+ public:
+  Interruptible(ByteSource& bytes, std::function<bool()> wanted)
+      : bytes_(bytes), wanted_(std::move(wanted)) {}
+
+  std::size_t Read(std::span<char> room) override {
+    stopped_ = stopped_ || !wanted_();
+    return stopped_ ? 0 : bytes_.Read(room);
+  }
+  bool Failed() const override { return stopped_ || bytes_.Failed(); }
+
+ private:
+  ByteSource& bytes_;
+  std::function<bool()> wanted_;
+  bool stopped_ = false;
+};
+
+LibraryReading::LibraryReading(const LibraryStore& store, const Folding& folding,
+                               std::function<void()> arrived)
+    : store_(store), folding_(folding), arrived_(std::move(arrived)) {}
+
+LibraryReading::~LibraryReading() {
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_one();
+  if (thread_.joinable()) thread_.join();
+}
+
+bool LibraryReading::Read(const std::vector<NamedLibrary>& files) {
+  {
+    const std::lock_guard lock(mutex_);
+    wanted_.assign(files.begin(), files.end());
+    results_.clear();
+    ++order_;
+  }
+  try {
+    if (!thread_.joinable()) thread_ = std::thread([this] { Work(); });
+  } catch (const std::system_error&) {
+    return false;
+  }
+  changed_.notify_one();
+  return true;
+}
+
+std::vector<LibraryReading::Result> LibraryReading::Take() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(results_, {});
+}
+
+void LibraryReading::Work() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [this] { return ending_ || !wanted_.empty(); });
+    if (ending_) return;
+    Result result{std::move(wanted_.front()), nullptr};
+    wanted_.pop_front();
+    const unsigned int order = order_;
+    lock.unlock();
+    try {
+      result.library = ReadOne(result.file, order);
+    } catch (const std::bad_alloc&) {
+      result.library = nullptr;  // told as one that cannot be read
+    }
+    lock.lock();
+    if (order != order_) continue;
+    results_.push_back(std::move(result));
+    lock.unlock();
+    arrived_();
+    lock.lock();
+  }
+}
+
+SearchedLibraryPtr LibraryReading::ReadOne(const NamedLibrary& file, unsigned int order) {
+  const std::unique_ptr<ByteSource> opened = store_.Open(file.path);
+  if (opened == nullptr) return nullptr;
+  Interruptible bytes(*opened, [this, order] {
+    const std::lock_guard lock(mutex_);
+    return !ending_ && order == order_;
+  });
+  BnsResult result = ReadBns(bytes);
+  auto* contents = std::get_if<BnsContents>(&result);
+  if (contents == nullptr) return nullptr;
+  return std::make_shared<SearchedLibrary>(file.name, file.path, std::move(contents->snippets), folding_);
+}
+
+}  // namespace snip

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "find/LibraryReading.h"
+#include "find/NameMatch.h"
+#include "ui/commandbar/PropertyBag.h"
+
+namespace snip {
+
+/// A snippet to go to.
+struct FindDestination {
+  NamedLibrary library;
+  std::size_t snippet = 0;  ///< Where it was; it may have moved in the library since.
+  std::string name;
+};
+
+/// What the palette asks of the window that it belongs to.
+class FindTarget {
+ public:
+  virtual ~FindTarget() = default;
+
+  struct Open {
+    NamedLibrary library;
+    const std::vector<Snippet>* snippets = nullptr;
+  };
+  /// The library that is open, with what is being edited taken in; none if none is shown.
+  virtual std::optional<Open> OpenLibrary() = 0;
+  /// All that can be chosen besides, in their order.
+  virtual std::vector<NamedLibrary> OtherLibraries() = 0;
+  /// The code that is shown; none without a snippet.
+  virtual std::optional<std::string> ShownCode() = 0;
+  virtual FontProperty CodeFont() const = 0;
+  virtual bool ColoursCode() const = 0;
+
+  /// Shows a snippet, opening its library as the chooser does. False if it is not there any more, or the
+  /// window is gone.
+  virtual bool GoTo(const FindDestination& destination) = 0;
+  /// Selects a part of the code that is shown; begins and ends are bytes.
+  virtual void SelectInCode(TextRange place) = 0;
+  /// The end of what is selected there, in bytes.
+  virtual TextRange SelectedInCode() = 0;
+  /// Does with a snippet what the output button shows.
+  virtual void Output(const std::string& libraryName, std::span<const Snippet> snippets,
+                      std::size_t snippet) = 0;
+  virtual bool Copy(const std::string& text) = 0;
+};
+
+}  // namespace snip

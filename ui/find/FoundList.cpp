@@ -1,0 +1,310 @@
+#include "ui/find/FoundList.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <numeric>
+#include <string_view>
+#include <utility>
+
+#include "platform/Drawing.h"
+#include "platform/Fonts.h"
+#include "platform/Rects.h"
+
+namespace snip {
+namespace {
+
+UniqueFont BoldOf(HFONT font) {
+  LOGFONTA description{};
+  GetObjectA(font, sizeof description, &description);
+  description.lfWeight = FW_BOLD;
+  return UniqueFont(CreateFontIndirectA(&description));
+}
+
+/// A colour between that of text and that of its ground, that is still easy to read.
+COLORREF Between(COLORREF text, COLORREF ground) {
+  const auto mix = [](int a, int b) { return (2 * a + b) / 3; };
+  return RGB(mix(GetRValue(text), GetRValue(ground)), mix(GetGValue(text), GetGValue(ground)),
+             mix(GetBValue(text), GetBValue(ground)));
+}
+
+/// Writes one line, parts of it in another font, within a rectangle.
+class LineWriter {
+ public:
+  LineWriter(HDC dc, const RECT& room) : dc_(dc), room_(room) {}
+
+  void Write(std::string_view text, HFONT font) {
+    if (text.empty() || room_.left >= room_.right) return;
+    const SelectedObject selected(dc_, font);
+    // Placed letter by letter: what is written by itself is not always as wide as it is measured.
+    const auto count = static_cast<int>(text.size());
+    std::vector<int> ends(text.size());
+    SIZE size{};
+    GetTextExtentExPointA(dc_, text.data(), count, 0, nullptr, ends.data(), &size);
+    std::adjacent_difference(ends.begin(), ends.end(), ends.begin());
+    ExtTextOutA(dc_, room_.left, room_.top, ETO_CLIPPED, &room_, text.data(), static_cast<UINT>(count),
+                ends.data());
+    room_.left += size.cx;
+  }
+  void Write(std::string_view text, const std::vector<TextRange>& marks, HFONT font, HFONT markFont) {
+    std::size_t at = 0;
+    for (const TextRange& mark : marks) {
+      Write(text.substr(at, mark.begin - at), font);
+      Write(text.substr(mark.begin, mark.end - mark.begin), markFont);
+      at = mark.end;
+    }
+    Write(text.substr(at), font);
+  }
+
+ private:
+  HDC dc_;
+  RECT room_;
+};
+
+}  // namespace
+
+FoundList::FoundList(const PaletteRows& rows, Events events) : rows_(rows), events_(std::move(events)) {}
+
+FoundList::~FoundList() {
+  Destroy();
+}
+
+bool FoundList::CreateIn(HWND parent, int id, HFONT font) {
+  font_ = font;
+  bold_ = BoldOf(font);
+  rowHeight_ = std::max(CharacterSize(bold_.get()).height, CharacterSize(font).height) * 5 / 4;
+  return Create({.className = "BnFoundList",
+                 .title = "Found snippets",
+                 .style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL,
+                 .exStyle = WS_EX_CLIENTEDGE,
+                 .place = {},
+                 .parent = parent,
+                 .id = id,
+                 .background = COLOR_WINDOW});
+}
+
+int FoundList::RowsInSight() const {
+  return std::max(1, ClientSize(hWnd()).height / rowHeight_);
+}
+
+int FoundList::RowAt(int y) const {
+  const int row = top_ + y / rowHeight_;
+  return y >= 0 && row < rows_.count() ? row : -1;
+}
+
+void FoundList::TakeRows(int selected) {
+  selected_ = selected;
+  top_ = 0;
+  ShowSelected();
+  UpdateScrollBar();
+  InvalidateRect(hWnd(), nullptr, FALSE);
+  accessible_.Notify(EVENT_OBJECT_REORDER);
+  if (selected_ >= 0) accessible_.Notify(EVENT_OBJECT_SELECTION, selected_);
+}
+
+void FoundList::Select(int row) {
+  if (row < 0 || row >= rows_.count() || row == selected_) return;
+  selected_ = row;
+  ShowSelected();
+  InvalidateRect(hWnd(), nullptr, FALSE);
+  accessible_.Notify(EVENT_OBJECT_SELECTION, row);
+  if (GetFocus() == hWnd()) accessible_.Notify(EVENT_OBJECT_FOCUS, row);
+  events_.selected();
+}
+
+bool FoundList::MoveByKey(WPARAM key) {
+  const int page = RowsInSight() - 1;
+  const int last = rows_.count() - 1;
+  switch (key) {
+    case VK_UP:
+      Select(rows_.Step(selected_, -1));
+      return true;
+    case VK_DOWN:
+      Select(rows_.Step(selected_, 1));
+      return true;
+    case VK_PRIOR:
+      Select(rows_.Step(std::max(selected_ - page, 0) + 1, -1));
+      return true;
+    case VK_NEXT:
+      Select(rows_.Step(std::min(selected_ + page, last) - 1, 1));
+      return true;
+    default:
+      return false;
+  }
+}
+
+void FoundList::ShowSelected() {
+  if (selected_ < 0) return;
+  // The heading of the first row is shown with it.
+  const int first = selected_ == rows_.First() ? 0 : selected_;
+  ScrollTo(std::clamp(top_, selected_ - RowsInSight() + 1, first));
+}
+
+void FoundList::ScrollTo(int top) {
+  top = std::clamp(top, 0, std::max(0, rows_.count() - RowsInSight()));
+  if (std::exchange(top_, top) == top) return;
+  UpdateScrollBar();
+  InvalidateRect(hWnd(), nullptr, FALSE);
+}
+
+void FoundList::UpdateScrollBar() const {
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_ALL | SIF_DISABLENOSCROLL;
+  bar.nMax = std::max(0, rows_.count() - 1);
+  bar.nPage = static_cast<UINT>(RowsInSight());
+  bar.nPos = top_;
+  SetScrollInfo(hWnd(), SB_VERT, &bar, TRUE);
+}
+
+void FoundList::OnScroll(int action) {
+  SCROLLINFO bar{};
+  bar.cbSize = sizeof bar;
+  bar.fMask = SIF_TRACKPOS;
+  GetScrollInfo(hWnd(), SB_VERT, &bar);
+  switch (action) {
+    case SB_LINEUP:
+      return ScrollTo(top_ - 1);
+    case SB_LINEDOWN:
+      return ScrollTo(top_ + 1);
+    case SB_PAGEUP:
+      return ScrollTo(top_ - RowsInSight());
+    case SB_PAGEDOWN:
+      return ScrollTo(top_ + RowsInSight());
+    case SB_TOP:
+      return ScrollTo(0);
+    case SB_BOTTOM:
+      return ScrollTo(rows_.count());
+    case SB_THUMBTRACK:
+      return ScrollTo(bar.nTrackPos);
+    default:
+      return;
+  }
+}
+
+void FoundList::OnWheel(int delta) {
+  constexpr int rowsPerNotch = 3;
+  wheel_ += delta * rowsPerNotch;
+  const int rows = wheel_ / WHEEL_DELTA;
+  wheel_ -= rows * WHEEL_DELTA;
+  ScrollTo(top_ - rows);
+}
+
+void FoundList::Paint() {
+  const PaintDC paint(hWnd());
+  const Size size = ClientSize(hWnd());
+  if (size.width <= 0 || size.height <= 0) return;
+  const Canvas canvas(size);
+  FillArea(canvas.dc(), {0, 0, size.width, size.height}, GetSysColor(COLOR_WINDOW));
+  SetBkMode(canvas.dc(), TRANSPARENT);
+  for (int row = top_; row < rows_.count() && (row - top_) * rowHeight_ < size.height; ++row) {
+    const int y = (row - top_) * rowHeight_;
+    PaintRow(canvas.dc(), row, {0, y, size.width, y + rowHeight_});
+  }
+  BitBlt(paint.get(), 0, 0, size.width, size.height, canvas.dc(), 0, 0, SRCCOPY);
+}
+
+void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
+  const PaletteRow texts = rows_.Row(row);
+  const bool selected = row == selected_;
+  if (selected) FillArea(dc, ToRect(place), GetSysColor(COLOR_HIGHLIGHT));
+  const COLORREF colour = GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT);
+  const COLORREF weak = selected ? colour : Between(colour, GetSysColor(COLOR_WINDOW));
+  const int margin = rowHeight_ / 4;
+  RECT room = place;
+  room.left += texts.heading ? margin : margin * 2;
+  room.top += rowHeight_ / 10;
+  SetTextColor(dc, colour);
+  // The line that it was found in has the right half, for the names to be below one another.
+  RECT left = room;
+  const LONG middle = (place.left + place.right) / 2;
+  if (!texts.context.empty()) left.right = middle - margin;
+  LineWriter line(dc, left);
+  if (texts.heading) {
+    line.Write(texts.text, bold_.get());
+    return;
+  }
+  line.Write(texts.text, texts.marks, font_, bold_.get());
+  SetTextColor(dc, weak);
+  line.Write(texts.behind, font_);
+  room.left = middle;
+  LineWriter context(dc, room);
+  SetTextColor(dc, colour);
+  context.Write(texts.context, texts.contextMarks, font_, bold_.get());
+  if (selected && GetFocus() == hWnd()) DrawFocusRect(dc, &place);
+}
+
+AccessibleItem FoundList::DescribeItem(int item) const {
+  const PaletteRow row = rows_.Row(item);
+  const Rect place{0, (item - top_) * rowHeight_, ClientSize(hWnd()).width, rowHeight_};
+  if (row.heading)
+    return {.name = row.text,
+            .role = ROLE_SYSTEM_STATICTEXT,
+            .state = 0,
+            .place = place,
+            .shortcut = "",
+            .defaultAction = ""};
+  const LONG state =
+      STATE_SYSTEM_SELECTABLE | STATE_SYSTEM_FOCUSABLE | (item == selected_ ? STATE_SYSTEM_SELECTED : 0);
+  return {.name = row.Spoken(),
+          .role = ROLE_SYSTEM_LISTITEM,
+          .state = state,
+          .place = place,
+          .shortcut = "",
+          .defaultAction = "Double Click"};
+}
+
+std::optional<int> FoundList::FocusedItem() const {
+  return selected_ >= 0 ? std::optional(selected_) : std::nullopt;
+}
+
+void FoundList::DoDefaultAction(int item) {
+  Select(item);
+  events_.activated();
+}
+
+LRESULT FoundList::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
+  switch (message) {
+    case WM_PAINT:
+      Paint();
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_SIZE:
+      ScrollTo(top_);
+      UpdateScrollBar();
+      InvalidateRect(hWnd(), nullptr, FALSE);
+      return 0;
+    case WM_VSCROLL:
+      OnScroll(LOWORD(wParam));
+      return 0;
+    case WM_MOUSEWHEEL:
+      OnWheel(GET_WHEEL_DELTA_WPARAM(wParam));
+      return 0;
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONDBLCLK: {
+      SetFocus(hWnd());
+      const int row = RowAt(GET_Y_LPARAM(lParam));
+      if (row < 0 || rows_.Row(row).heading) return 0;
+      Select(row);
+      if (message == WM_LBUTTONDBLCLK) events_.activated();
+      return 0;
+    }
+    case WM_KEYDOWN:
+      if (wParam == VK_HOME) Select(rows_.First());
+      if (wParam == VK_END) Select(rows_.count() - 1);
+      if (!MoveByKey(wParam)) return Default(message, wParam, lParam);
+      return 0;
+    case WM_GETDLGCODE:
+      return DLGC_WANTARROWS;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+      InvalidateRect(hWnd(), nullptr, FALSE);
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

@@ -1,0 +1,599 @@
+#include "ui/find/frmFind.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/Dialog.h"
+#include "platform/Fonts.h"
+#include "platform/Rects.h"
+#include "platform/ScreenTwips.h"
+#include "platform/Win32Text.h"
+#include "resources/resource.h"
+#include "settings/SettingsText.h"
+#include "ui/find/SystemFolding.h"
+
+namespace snip {
+namespace {
+
+/// Posted by the thread that reads libraries.
+constexpr UINT kLibraryRead = WM_APP + 1;
+
+constexpr UINT_PTR kPreviewTimer = 1;
+constexpr UINT_PTR kForgetTimer = 2;
+constexpr UINT kPreviewDelayMs = 30;  // a held key passes over the rows without showing their code
+constexpr UINT kForgetDelayMs = 30000;
+
+constexpr Size kDefaultSize{8400, 6600};  // twips
+constexpr Size kLeastSize{3600, 3000};
+/// How many snippets F3 can go on to.
+constexpr std::size_t kMostHits = 1000;
+constexpr std::size_t kMostMarks = 200;
+
+namespace Item {
+enum : int { kGo = 1, kOutput, kCopy, kTags, kClose };
+}
+
+struct PlaceNames {
+  static constexpr const char* kLeft = "FindLeft";
+  static constexpr const char* kTop = "FindTop";
+  static constexpr const char* kWidth = "FindWidth";
+  static constexpr const char* kHeight = "FindHeight";
+};
+
+constexpr const char* kKeys =
+    "Enter: go to   Ctrl+Enter: output   Ctrl+C: copy   F3: next   Ctrl+G: tags   Esc: close";
+
+UniqueMenu MakeMenu() {
+  UniqueMenu bar(CreateMenu());
+  UniqueMenu snippet(CreatePopupMenu());
+  AppendMenuA(snippet.get(), MF_STRING, Item::kGo, "&Go To\tEnter");
+  AppendMenuA(snippet.get(), MF_STRING, Item::kOutput, "&Output\tCtrl+Enter");
+  AppendMenuA(snippet.get(), MF_STRING, Item::kCopy, "&Copy\tCtrl+C");
+  AppendMenuA(snippet.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuA(snippet.get(), MF_STRING, Item::kTags, "&Tags\tCtrl+G");
+  AppendMenuA(snippet.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuA(snippet.get(), MF_STRING, Item::kClose, "C&lose\tEsc");
+  const auto popup = reinterpret_cast<UINT_PTR>(snippet.Release());  // the bar destroys it with itself
+  AppendMenuA(bar.get(), MF_POPUP, popup, "&Snippet");
+  return bar;
+}
+
+/// Marked text has to be readable on it in the code's colours.
+COLORREF MarkColour() {
+  const COLORREF ground = GetSysColor(COLOR_WINDOW);
+  const bool dark = GetRValue(ground) + GetGValue(ground) + GetBValue(ground) < 3 * 128;
+  return dark ? RGB(96, 80, 0) : RGB(255, 240, 150);
+}
+
+bool HighContrast() {
+  HIGHCONTRASTA contrast{};
+  contrast.cbSize = sizeof contrast;
+  return SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) != 0 &&
+         (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+bool HasSelection(HWND field) {
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageA(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  return start != end;
+}
+
+}  // namespace
+
+frmFind::frmFind(Services services)
+    : services_(services),
+      folding_(SystemFolding()),
+      rows_(folding_),
+      list_(rows_, {.selected = [this] { SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr); },
+                    .activated = [this] { Activate(); }}),
+      preview_({}) {}
+
+frmFind::~frmFind() {
+  Destroy();
+}
+
+// --- Window -----------------------------------------------------------------------------------------------
+
+void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
+  if (hWnd() == nullptr) {
+    font_ = MessageFont();
+    menu_ = MakeMenu();
+    const bool made = Create({.className = "frmFind",
+                              .title = "Find Snippets",
+                              .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
+                              .exStyle = WS_EX_CONTROLPARENT,
+                              .parent = owner,
+                              .iconId = IDI_SNIPSTORE});
+    if (!made) return;
+    RestorePlace(owner);
+  }
+  KillTimer(hWnd(), kForgetTimer);
+  codeFirst_ = codeFirst;
+  told_.clear();
+  current_ = false;
+  if (!text.empty()) SetWindowTextA(field_, text.c_str());
+  Refresh();
+  Search();
+  ShowWindow(hWnd(), SW_SHOW);
+  SetForegroundWindow(hWnd());
+  SetFocus(field_);
+  SendMessageA(field_, EM_SETSEL, 0, -1);
+}
+
+void frmFind::MakeControls() {
+  SetMenu(hWnd(), menu_.Release());  // the window destroys it
+  NameNextControl(hWnd(), "Search for");
+  field_ = CreateControl(hWnd(), "EDIT", "", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE,
+                         kFieldId, font_.get());
+  list_.CreateIn(hWnd(), kListId, font_.get());
+  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont());
+  preview_.SetLocked(true);
+  SetWindowTextA(preview_.hWnd(), "Preview");
+  status_ = CreateControl(hWnd(), "STATIC", "", WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, kStatusId,
+                          font_.get());
+  keys_ = CreateControl(hWnd(), "STATIC", kKeys, WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, kKeysId,
+                        font_.get());
+}
+
+void frmFind::Layout() {
+  const Size size = ClientSize(hWnd());
+  const Size letter = CharacterSize(font_.get());
+  const int margin = letter.width;
+  const int line = letter.height * 5 / 4;
+  const int width = std::max(0, size.width - 2 * margin);
+  const int fieldHeight = letter.height * 3 / 2 + 2;
+  int top = margin;
+  MoveTo(field_, {margin, top, width, fieldHeight});
+  top += fieldHeight + margin / 2;
+  const int foot = size.height - 2 * line - margin / 2;
+  const int rest = std::max(0, foot - margin / 2 - top);
+  const int listHeight = rest * 11 / 20;
+  MoveTo(list_.hWnd(), {margin, top, width, listHeight});
+  MoveTo(preview_.hWnd(),
+         {margin, top + listHeight + margin / 2, width, std::max(0, rest - listHeight - margin / 2)});
+  MoveTo(status_, {margin, foot, width, line});
+  MoveTo(keys_, {margin, foot + line, width, line});
+}
+
+void frmFind::RestorePlace(HWND owner) {
+  const TwipsPerPixel twips = ScreenTwips();
+  const auto stored = [&](const char* name) {
+    return static_cast<int>(std::clamp(Val(services_.settings.LoadMore(name)), -400000.0, 400000.0));
+  };
+  Rect place{0, 0, stored(PlaceNames::kWidth), stored(PlaceNames::kHeight)};
+  const bool isStored = place.width >= kLeastSize.width && place.height >= kLeastSize.height;
+  if (!isStored) place = {0, 0, kDefaultSize.width, kDefaultSize.height};
+  place = twips.ToPixels(place);
+  RECT before{};
+  GetWindowRect(owner, &before);
+  place.left =
+      isStored ? twips.ToPixelsX(stored(PlaceNames::kLeft)) : (before.left + before.right - place.width) / 2;
+  place.top =
+      isStored ? twips.ToPixelsY(stored(PlaceNames::kTop)) : before.top + (before.bottom - before.top) / 8;
+  // Whole on a screen that is there.
+  const Rect screen = ScreenAt({place.left + place.width / 2, place.top + place.height / 2});
+  place.width = std::min(place.width, screen.width);
+  place.height = std::min(place.height, screen.height);
+  place.left = std::clamp(place.left, screen.left, screen.right() - place.width);
+  place.top = std::clamp(place.top, screen.top, screen.bottom() - place.height);
+  MoveTo(hWnd(), place);
+}
+
+void frmFind::SavePlace() const {
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof placement;
+  if (GetWindowPlacement(hWnd(), &placement) == 0) return;
+  const TwipsPerPixel twips = ScreenTwips();
+  const Rect place = ToRect(placement.rcNormalPosition);
+  const std::pair<const char*, int> values[] = {{PlaceNames::kLeft, twips.ToTwipsX(place.left)},
+                                                {PlaceNames::kTop, twips.ToTwipsY(place.top)},
+                                                {PlaceNames::kWidth, twips.ToTwipsX(place.width)},
+                                                {PlaceNames::kHeight, twips.ToTwipsY(place.height)}};
+  for (const auto& [name, value] : values) {
+    const std::string text = NumberText(value);
+    if (services_.settings.LoadMore(name) != text) services_.settings.SaveMore(name, text);
+  }
+}
+
+void frmFind::CloseMe() {
+  if (IsWindowVisible(hWnd()) == 0) return;
+  SavePlace();
+  KillTimer(hWnd(), kPreviewTimer);
+  ShowWindow(hWnd(), SW_HIDE);
+  current_ = false;
+  // Kept for a moment: who closes the palette often opens it again soon.
+  SetTimer(hWnd(), kForgetTimer, kForgetDelayMs, nullptr);
+}
+
+void frmFind::Forget() {
+  KillTimer(hWnd(), kForgetTimer);
+  reading_.reset();
+  entries_.clear();
+  rows_.finder().SetLibraries({});
+  unread_ = 0;
+  if (!std::exchange(previewed_, {}).empty()) preview_.SetText("");
+  list_.TakeRows(-1);
+}
+
+// --- Libraries --------------------------------------------------------------------------------------------
+
+/// Takes the open library as it is now, and reads the others again: what was read of them before stays until
+/// then.
+void frmFind::Refresh() {
+  if (std::exchange(current_, true)) return;
+  const std::vector<Entry> before = std::exchange(entries_, {});
+  if (const auto open = services_.target.OpenLibrary()) {
+    entries_.push_back(
+        {open->library,
+         std::make_shared<SearchedLibrary>(open->library.name, open->library.path, open->snippets, folding_),
+         false, true});
+  }
+  const std::vector<NamedLibrary> others = services_.target.OtherLibraries();
+  for (const NamedLibrary& file : others) {
+    const auto known =
+        std::ranges::find(before, file.path, [](const Entry& entry) { return entry.file.path; });
+    // What was open before is in the window no more.
+    const bool kept = known != before.end() && !known->open;
+    entries_.push_back({file, kept ? known->library : nullptr});
+  }
+  if (!reading_) {
+    reading_.emplace(services_.store, folding_,
+                     [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
+  }
+  unread_ = others.size();
+  if (!reading_->Read(others)) {
+    unread_ = 0;
+    for (Entry& entry : entries_) entry.unreadable = entry.library == nullptr;
+  }
+  GiveLibraries();
+}
+
+void frmFind::TakeResults() {
+  if (!reading_) return;
+  for (LibraryReading::Result& result : reading_->Take()) {
+    if (unread_ > 0) --unread_;
+    for (Entry& entry : entries_) {
+      if (entry.file.path != result.file.path) continue;
+      entry.unreadable = result.library == nullptr;
+      entry.library = std::move(result.library);
+      break;
+    }
+  }
+  GiveLibraries();
+}
+
+void frmFind::GiveLibraries() {
+  std::vector<SearchedLibraryPtr> libraries;
+  for (const Entry& entry : entries_) {
+    if (entry.library != nullptr) libraries.push_back(entry.library);
+  }
+  rows_.finder().SetLibraries(std::move(libraries));
+}
+
+// --- Searching --------------------------------------------------------------------------------------------
+
+void frmFind::Search(const std::optional<Place>& selected) {
+  rows_.Search(WindowText(field_), codeFirst_ ? services_.target.ShownCode() : std::nullopt);
+  int row = rows_.First();
+  const auto& libraries = rows_.finder().libraries();
+  for (std::uint32_t library = 0; selected && library < libraries.size(); ++library) {
+    if (libraries[library]->path() == selected->path)
+      row = std::max(row, rows_.RowOf({library, selected->snippet}));
+  }
+  list_.TakeRows(row);
+  ShowStatus();
+  SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr);
+}
+
+/// Searches other libraries for the same, and leaves selected what the user has selected.
+void frmFind::SearchAgain(void (frmFind::*change)()) {
+  std::optional<Place> selected;
+  if (const auto found = rows_.FoundAt(list_.selected()); found && list_.selected() != rows_.First()) {
+    selected = {rows_.finder().libraries()[found->library]->path(), found->snippet};
+  }
+  const bool tags = rows_.listsTags();
+  (this->*change)();
+  Search(selected);
+  if (tags) ShowTags();
+}
+
+void frmFind::SetText(const std::string& text) {
+  SetWindowTextA(field_, text.c_str());
+  SendMessageA(field_, EM_SETSEL, text.size(), static_cast<LPARAM>(text.size()));
+}
+
+void frmFind::ShowTags() {
+  rows_.ListTags();
+  list_.TakeRows(rows_.First());
+  Tell(rows_.count() == 0 ? "No description has a word with # before it." : "");
+  ShowPreview();
+}
+
+void frmFind::Tell(const std::string& text) {
+  told_ = text;
+  ShowStatus();
+}
+
+void frmFind::ShowStatus() {
+  std::string text = told_;
+  if (text.empty()) {
+    const std::size_t count =
+        rows_.listsTags() ? static_cast<std::size_t>(rows_.count()) : rows_.finder().found().size();
+    text = std::to_string(count) + (rows_.listsTags() ? " tag" : " snippet") + (count == 1 ? "" : "s");
+  }
+  if (unread_ > 0)
+    text += ", reading " + std::to_string(unread_) + (unread_ == 1 ? " library" : " libraries");
+  std::string unreadable;
+  for (const Entry& entry : entries_) {
+    if (entry.unreadable) unreadable += (unreadable.empty() ? "" : ", ") + entry.file.name;
+  }
+  if (!unreadable.empty()) text += " - cannot be read: " + unreadable;
+  if (WindowText(status_) != text) SetWindowTextA(status_, text.c_str());
+}
+
+const Snippet* frmFind::Selected() const {
+  const auto found = rows_.FoundAt(list_.selected());
+  return found ? &rows_.finder().SnippetOf(*found) : nullptr;
+}
+
+void frmFind::ShowPreview() {
+  KillTimer(hWnd(), kPreviewTimer);
+  const int row = list_.selected();
+  const Snippet* const snippet = Selected();
+  const auto first = rows_.PlaceAt(row);
+  std::string code = snippet != nullptr ? snippet->Code : std::string();
+  if (first) code = services_.target.ShownCode().value_or("");
+  if (preview_.Font() != services_.target.CodeFont()) preview_.SetFont(services_.target.CodeFont());
+  preview_.SetSyntaxColors(services_.target.ColoursCode());
+  preview_.SetText(code);
+  previewed_ = std::move(code);
+  std::vector<std::pair<std::size_t, std::size_t>> marks;
+  for (const TextRange& place : rows_.finder().PlacesInCode(previewed_)) {
+    if (marks.size() < kMostMarks) marks.emplace_back(place.begin, place.end);
+  }
+  if (marks.empty()) return;
+  if (!HighContrast()) preview_.MarkBytes(marks, MarkColour());
+  const std::size_t shown = first ? first->begin : marks.front().first;
+  const int end = preview_.PlaceOfByte(first ? first->end : marks.front().second);
+  const int begin = preview_.PlaceOfByte(shown);
+  preview_.SetSelection(begin, end - begin);
+  preview_.ScrollToMiddle();
+}
+
+// --- What is done with a row ------------------------------------------------------------------------------
+
+void frmFind::Activate() {
+  const int row = list_.selected();
+  if (const std::string tag = rows_.TagAt(row); !tag.empty()) {
+    SetText("#" + tag + " ");
+    SetFocus(field_);
+    return;
+  }
+  if (const auto place = rows_.PlaceAt(row)) {
+    inCode_ = true;
+    CloseMe();
+    services_.target.SelectInCode(*place);
+    return;
+  }
+  const auto selected = rows_.FoundAt(row);
+  if (!selected) return MessageBeep(MB_OK), void();
+  hits_.clear();
+  const auto& found = rows_.finder().found();
+  const auto at = std::ranges::find(found, *selected);
+  const std::size_t before =
+      std::min<std::size_t>(static_cast<std::size_t>(at - found.begin()), kMostHits / 2);
+  for (auto one = at - static_cast<std::ptrdiff_t>(before); one != found.end() && hits_.size() < kMostHits;
+       ++one) {
+    if (!rows_.finder().Has(*one)) continue;
+    const SearchedLibrary& library = *rows_.finder().libraries()[one->library];
+    if (one == at) hit_ = hits_.size();
+    hits_.push_back({{library.name(), library.path()}, one->snippet, rows_.finder().SnippetOf(*one).Name});
+  }
+  rows_.finder().Use(*selected);
+  inCode_ = false;
+  CloseMe();
+  if (!GoToHit()) {
+    const std::string problem =
+        "\"" + hits_[hit_].name + "\" is no longer in " + hits_[hit_].library.name + ".";
+    if (const HWND owner = GetWindow(hWnd(), GW_OWNER); owner != nullptr && hWnd() != nullptr) {
+      ShowMe(owner, "", false);
+      Tell(problem);
+    }
+    return;
+  }
+  SelectPlace(true, true);
+}
+
+bool frmFind::GoToHit() {
+  const FindDestination destination = hits_[hit_];
+  return services_.target.GoTo(destination);
+}
+
+/// Selects the next place in the code that is shown; false if there is none.
+bool frmFind::SelectPlace(bool forward, bool fromStart) {
+  const std::string code = services_.target.ShownCode().value_or("");
+  const std::vector<TextRange> places = rows_.finder().PlacesInCode(code);
+  if (places.empty()) return false;
+  const TextRange now = fromStart ? (forward ? TextRange{0, 0} : TextRange{code.size(), code.size()})
+                                  : services_.target.SelectedInCode();
+  if (forward) {
+    const auto next =
+        std::ranges::find_if(places, [&](const TextRange& place) { return place.begin >= now.end; });
+    if (next == places.end()) return false;
+    services_.target.SelectInCode(*next);
+  } else {
+    const auto previous = std::find_if(places.rbegin(), places.rend(),
+                                       [&](const TextRange& place) { return place.end <= now.begin; });
+    if (previous == places.rend()) return false;
+    services_.target.SelectInCode(*previous);
+  }
+  return true;
+}
+
+bool frmFind::GoOn(bool forward) {
+  if (rows_.finder().query().empty()) return false;
+  if (SelectPlace(forward, false)) return true;
+  if (inCode_ || hits_.empty()) {
+    if (!SelectPlace(forward, true)) MessageBeep(MB_OK);
+    return true;
+  }
+  if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) {
+    MessageBeep(MB_OK);
+    return true;
+  }
+  hit_ = forward ? hit_ + 1 : hit_ - 1;
+  if (GoToHit()) SelectPlace(forward, true);
+  return true;
+}
+
+void frmFind::Output() {
+  const auto found = rows_.FoundAt(list_.selected());
+  if (!found) return MessageBeep(MB_OK), void();
+  const SearchedLibraryPtr library =
+      rows_.finder().libraries()[found->library];  // kept while it is delivered
+  rows_.finder().Use(*found);
+  CloseMe();
+  services_.target.Output(library->name(), library->snippets(), found->snippet);
+}
+
+void frmFind::Copy() {
+  const Snippet* const snippet = Selected();
+  if (snippet == nullptr) return MessageBeep(MB_OK), void();
+  const std::string name = snippet->Name;
+  rows_.finder().Use(*rows_.FoundAt(list_.selected()));
+  if (services_.target.Copy(snippet->Code)) Tell("Copied the code of \"" + name + "\".");
+}
+
+void frmFind::Escape() {
+  if (rows_.listsTags()) {
+    Search();
+    return;
+  }
+  if (GetWindowTextLengthA(field_) == 0) return CloseMe();
+  SetText("");
+  SetFocus(field_);
+}
+
+// --- Messages ---------------------------------------------------------------------------------------------
+
+bool frmFind::PreTranslate(MSG& message) {
+  if (hWnd() == nullptr || (message.hwnd != hWnd() && IsChild(hWnd(), message.hwnd) == 0)) return false;
+  if (message.message == WM_KEYDOWN &&
+      OnKey(message.wParam, GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0,
+            GetKeyState(VK_SHIFT) < 0))
+    return true;
+  if (message.message == WM_MOUSEWHEEL && message.hwnd == field_) {
+    SendMessageA(list_.hWnd(), message.message, message.wParam, message.lParam);
+    return true;
+  }
+  return IsDialogMessageA(hWnd(), &message) != 0;
+}
+
+bool frmFind::OnKey(WPARAM key, bool control, bool shift) {
+  const HWND focus = GetFocus();
+  const bool inPreview = preview_.HasFocus();
+  switch (key) {
+    case VK_RETURN:
+      control ? Output() : Activate();
+      return true;
+    case VK_ESCAPE:
+      Escape();
+      return true;
+    case VK_F3:
+      list_.MoveByKey(shift ? VK_UP : VK_DOWN);
+      return true;
+    case 'G':
+      if (control) ShowTags();
+      return control;
+    case 'F':
+      if (!control) return false;
+      SetFocus(field_);
+      SendMessageA(field_, EM_SETSEL, 0, -1);
+      return true;
+    case 'A':
+      if (!control || focus != field_) return false;
+      SendMessageA(field_, EM_SETSEL, 0, -1);
+      return true;
+    case 'C':
+      if (!control || (focus == field_ && HasSelection(field_)) || (inPreview && preview_.SelLength() > 0))
+        return false;
+      Copy();
+      return true;
+    default:
+      return focus == field_ && !control && list_.MoveByKey(key);
+  }
+}
+
+void frmFind::OnCommand(int id, int notification) {
+  if (id == kFieldId && notification == EN_CHANGE) {
+    told_.clear();
+    Search();
+    UpdateWindow(list_.hWnd());
+  }
+  if (notification != 0) return;
+  if (id == Item::kGo) Activate();
+  if (id == Item::kOutput) Output();
+  if (id == Item::kCopy) Copy();
+  if (id == Item::kTags) ShowTags();
+  if (id == Item::kClose) CloseMe();
+}
+
+LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_CREATE:
+      MakeControls();
+      captionHook_.Install(hWnd(), services_.caption);
+      return 0;
+    case WM_SIZE:
+      Layout();
+      return 0;
+    case WM_GETMINMAXINFO: {
+      const TwipsPerPixel twips = ScreenTwips();
+      auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+      limits.ptMinTrackSize = {twips.ToPixelsX(kLeastSize.width), twips.ToPixelsY(kLeastSize.height)};
+      return 0;
+    }
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        current_ = false;
+      } else if (IsWindowVisible(hWnd()) != 0 && !current_) {
+        SearchAgain(&frmFind::Refresh);
+      }
+      return Default(message, wParam, lParam);
+    case WM_SETFOCUS:
+      SetFocus(field_);
+      return 0;
+    case WM_COMMAND:
+      OnCommand(GET_WM_COMMAND_ID(wParam, lParam), lParam == 0 ? 0 : GET_WM_COMMAND_CMD(wParam, lParam));
+      return 0;
+    case WM_TIMER:
+      if (wParam == kPreviewTimer) ShowPreview();
+      if (wParam == kForgetTimer) Forget();
+      return 0;
+    case kLibraryRead:
+      SearchAgain(&frmFind::TakeResults);
+      return 0;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+      SendMessageA(preview_.hWnd(), message, wParam, lParam);
+      InvalidateRect(list_.hWnd(), nullptr, FALSE);
+      return 0;
+    case WM_CLOSE:
+      CloseMe();
+      return 0;
+    case WM_DESTROY:
+      SavePlace();
+      captionHook_.Remove();
+      reading_.reset();
+      entries_.clear();
+      rows_.finder().SetLibraries({});
+      return 0;
+    default:
+      return Default(message, wParam, lParam);
+  }
+}
+
+}  // namespace snip

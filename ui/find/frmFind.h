@@ -1,0 +1,115 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "find/LibraryReading.h"
+#include "platform/Handle.h"
+#include "platform/Window.h"
+#include "settings/SettingsStore.h"
+#include "ui/caption/CaptionHook.h"
+#include "ui/editor/BnRichEdit.h"
+#include "ui/find/FindTarget.h"
+#include "ui/find/FoundList.h"
+#include "ui/find/PaletteRows.h"
+
+namespace snip {
+
+/// The palette "Find Snippets": searches all libraries while the user types.
+class frmFind : public Window {
+ public:
+  // Control ids; automation finds the controls by them.
+  static constexpr int kFieldId = 1101;
+  static constexpr int kListId = 1102;
+  static constexpr int kPreviewId = 1103;
+  static constexpr int kKeysId = 1104;
+  static constexpr int kStatusId = 1105;
+
+  struct Services {
+    FindTarget& target;
+    const LibraryStore& store;
+    const SettingsStore& settings;
+    CaptionPainter& caption;
+  };
+
+  explicit frmFind(Services services);
+  ~frmFind() override;
+
+  /// Shows the palette in front of `owner`. Begins with `text`, unless it is empty; `codeFirst` searches the
+  /// code that is shown before the libraries.
+  void ShowMe(HWND owner, const std::string& text, bool codeFirst);
+  /// Goes on from what was gone to last: to the next place in its code, or else to the next snippet. False if
+  /// nothing has been looked for yet.
+  bool GoOn(bool forward);
+
+  /// Looks at a message before it is dispatched; true when it is used up.
+  bool PreTranslate(MSG& message);
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  struct Entry {
+    NamedLibrary file;
+    SearchedLibraryPtr library;  ///< Null until it is read, and of one that cannot be.
+    bool unreadable = false;
+    bool open = false;  ///< The window's own, of which the snippets may change.
+  };
+  /// A snippet by what stays the same when libraries are read again.
+  struct Place {
+    std::string path;
+    std::uint32_t snippet = 0;
+  };
+
+  void MakeControls();
+  void Layout();
+  void RestorePlace(HWND owner);
+  void SavePlace() const;
+  void Refresh();
+  void TakeResults();
+  void GiveLibraries();
+  void Search(const std::optional<Place>& selected = {});
+  void SearchAgain(void (frmFind::*change)());
+  void Forget();
+  void CloseMe();
+  bool OnKey(WPARAM key, bool control, bool shift);
+  void OnCommand(int id, int notification);
+  void Escape();
+  void Activate();
+  void Output();
+  void Copy();
+  void ShowTags();
+  bool GoToHit();
+  bool SelectPlace(bool forward, bool fromStart);
+  void ShowPreview();
+  void ShowStatus();
+  void Tell(const std::string& text);
+  void SetText(const std::string& text);
+  const Snippet* Selected() const;
+
+  Services services_;
+  Folding folding_;
+  PaletteRows rows_;
+  std::vector<Entry> entries_;
+  std::optional<LibraryReading> reading_;
+  std::size_t unread_ = 0;  ///< How many libraries are still to be read.
+
+  CaptionHook captionHook_;
+  UniqueFont font_;
+  UniqueMenu menu_;
+  HWND field_ = nullptr;
+  HWND keys_ = nullptr;
+  HWND status_ = nullptr;
+  FoundList list_;
+  BnRichEdit preview_;
+  std::string told_;        ///< Shown in place of a count until something else is looked for.
+  std::string previewed_;  ///< The code in the preview.
+  bool current_ = false;   ///< The libraries have been asked for since the window was activated.
+  bool codeFirst_ = false;
+  bool inCode_ = false;  ///< What was gone to last is a place in the code that was searched first.
+  std::vector<FindDestination> hits_;  ///< What was found when the user went to one of them.
+  std::size_t hit_ = 0;
+};
+
+}  // namespace snip

@@ -1,0 +1,92 @@
+// What the palette asks of the main window.
+#include <algorithm>
+
+#include "platform/Win32Text.h"
+#include "ui/main/frmAddIn.h"
+
+namespace snip {
+namespace {
+
+/// What is selected in an edit control, if it is part of one line.
+std::string SelectedText(HWND field) {
+  char className[32]{};
+  GetClassNameA(field, className, static_cast<int>(sizeof className));
+  if (lstrcmpiA(className, "EDIT") != 0) return {};
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageA(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  const std::u16string text = Utf16FromAnsi(WindowText(field));
+  return start < text.size() ? AnsiFromUtf16(text.substr(start, end - start)) : std::string();
+}
+
+}  // namespace
+
+void frmAddIn::Find() {
+  const BnRichEdit& code = controls_.txtCode();
+  const bool inCode = code.HasFocus();
+  std::string text = inCode ? code.SelText().value_or("") : SelectedText(GetFocus());
+  if (text.find_first_of("\r\n") != std::string::npos) text.clear();
+  tTip_.Hide();
+  find_.ShowMe(hWnd(), text, inCode && editing_.Shown() != nullptr);
+}
+
+void frmAddIn::FindNext(bool forward) {
+  if (!find_.GoOn(forward)) Find();
+}
+
+std::optional<FindTarget::Open> frmAddIn::OpenLibrary() {
+  if (!editing_.ListsSnippets()) return std::nullopt;
+  editing_.StoreShownCode();
+  return Open{{library_.LibraryName, operations_.OpenPath()}, &library_.Snippets};
+}
+
+std::optional<std::string> frmAddIn::ShownCode() {
+  return editing_.Shown() != nullptr ? controls_.Code() : std::nullopt;
+}
+
+bool frmAddIn::GoTo(const FindDestination& destination) {
+  if (hWnd() == nullptr) return false;
+  ShowInFront();
+  if (!operations_.Choose(destination.library.path) || hWnd() == nullptr || !editing_.ListsSnippets())
+    return false;
+  const auto& snippets = library_.Snippets;
+  auto at = destination.snippet;
+  if (at >= snippets.size() || snippets[at].Name != destination.name) {
+    at = static_cast<std::size_t>(std::ranges::find(snippets, destination.name, &Snippet::Name) -
+                                  snippets.begin());
+  }
+  if (at == snippets.size()) return false;
+  if (const int row = static_cast<int>(at); row != editing_.shownIndex()) {
+    controls_.SelectRow(row);
+    editing_.lstCode_Click(row);
+  }
+  controls_.FocusList();
+  return true;
+}
+
+void frmAddIn::SelectInCode(TextRange place) {
+  BnRichEdit& code = controls_.txtCode();
+  const int begin = code.PlaceOfByte(place.begin);
+  code.Focus();
+  code.SetSelection(begin, code.PlaceOfByte(place.end) - begin);
+}
+
+TextRange frmAddIn::SelectedInCode() {
+  const BnRichEdit& code = controls_.txtCode();
+  const int begin = code.SelStart();
+  return {code.ByteOfPlace(begin), code.ByteOfPlace(begin + code.SelLength())};
+}
+
+void frmAddIn::Output(const std::string& libraryName, std::span<const Snippet> snippets,
+                      std::size_t snippet) {
+  const int mode = bars_.OutputMode();
+  if (mode == Command::kCopyToClipboard) {
+    Copy(snippets[snippet].Code);
+  } else if (mode == Command::kPasteCode) {
+    output_.PasteCode(snippets[snippet].Code);
+  } else {
+    output_.PasteToNewModule(libraryName, {snippets.begin(), snippets.end()});
+  }
+}
+
+}  // namespace snip
