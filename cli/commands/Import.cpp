@@ -18,10 +18,12 @@ class Import : public Transfer {
     AddTexts("SOURCE", sources_, "files or folders of the other tool, or -");
     AddWord("--format", format_, FormatWords(), kFormatHelp);
     AddWord("--templates", options_.templates,
-            std::map<std::string, Templates>{
-                {"skip", Templates::Skip}, {"fill", Templates::Fill}, {"text", Templates::AsText}},
-            "skip snippets with placeholders, fill these with their defaults, or keep them as text; by "
-            "default skip");
+            std::map<std::string, Templates>{{"fields", Templates::Fields},
+                                             {"fill", Templates::Fill},
+                                             {"text", Templates::AsText},
+                                             {"skip", Templates::Skip}},
+            "placeholders become fields (the default), become their default texts, or are kept as text; or "
+            "skip snippets that have any");
     AddFlag("--all-languages", options_.allLanguages, "also snippets that are not Visual Basic");
     AddEncoding(encoding_, "of .bas files; without it, ANSI unless there is a byte order mark");
     AddTransfer();

@@ -11,15 +11,16 @@
 
 namespace snip {
 
-/// How a snippet with placeholders is imported; in a library, code has none.
+/// What becomes of the placeholders of a snippet that is imported.
 enum class Templates {
-  Skip,
+  Fields,  ///< Fields of the code; a placeholder that no field can stand for becomes its default text.
+  Skip,    ///< The snippet is left out.
   Fill,    ///< Each placeholder becomes its default text.
   AsText,  ///< The code is the template's text, with placeholders and escapes unchanged.
 };
 
 struct ImportOptions {
-  Templates templates = Templates::Skip;
+  Templates templates = Templates::Fields;
   bool allLanguages = false;  ///< Also snippets that say they are not Visual Basic.
 };
 

@@ -1,10 +1,16 @@
 #include "cli/exchange/SnippetTemplate.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <optional>
 #include <stdexcept>
 #include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "library/CodeFields.h"
+#include "platform/Text.h"
 
 namespace snip {
 namespace {
@@ -21,9 +27,28 @@ bool IsNameStart(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
 }
 
+/// The editor has the date in three variables only.
+constexpr std::string_view kDateVariables = "$CURRENT_YEAR-$CURRENT_MONTH-$CURRENT_DATE";
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 4> kVariables = {{
+    {kSelectionField, "TM_SELECTED_TEXT"},
+    {kModuleField, "TM_FILENAME_BASE"},
+    {kProjectField, "WORKSPACE_NAME"},
+    {kEndField, "0"},
+}};
+
+std::string Escaped(std::string_view text, std::string_view special) {
+  std::string escaped;
+  for (const char c : text) {
+    if (special.find(c) != std::string_view::npos) escaped += '\\';
+    escaped += c;
+  }
+  return escaped;
+}
+
 class TemplateReader {
  public:
-  explicit TemplateReader(std::string_view body) : body_(body) {}
+  TemplateReader(std::string_view body, bool asFields) : body_(body), asFields_(asFields) {}
 
   TemplateText Read() {
     // Twice, since a mention may come before the placeholder that has the default.
@@ -53,6 +78,9 @@ class TemplateReader {
       if (c == '\\' && (Peek(1) == '$' || Peek(1) == '}' || Peek(1) == '\\')) {
         text += Peek(1);
         at_ += 2;
+      } else if (asFields_ && !isDefault && body_.substr(at_).starts_with(kDateVariables)) {
+        text += *WrittenField(std::string(kDateField));
+        at_ += kDateVariables.size();
       } else if (const auto placeholder = c == '$' ? ReadPlaceholder(depth) : std::nullopt) {
         text += *placeholder;
       } else {
@@ -81,8 +109,33 @@ class TemplateReader {
       placeholders_ = before;
       return std::nullopt;
     }
+    if (auto field = asFields_ && depth == 0 ? FieldFor(name, at_ - start) : std::nullopt) return field;
     ++placeholders_;
     return value;
+  }
+
+  /// The field that stands for a placeholder, which was written in `length` bytes; nothing when none can.
+  std::optional<std::string> FieldFor(const std::string& name, std::size_t length) const {
+    for (const auto& [field, variable] : kVariables) {
+      if (name == variable) return WrittenField(std::string(field));
+    }
+    if (!IsDigit(name.front())) return std::nullopt;
+    const auto known = choices_.find(name);
+    const std::vector<std::string> choices =
+        known != choices_.end() ? known->second : std::vector<std::string>{""};
+    // A first text that is a word names a field better than its number, unless another placeholder has it,
+    // too.
+    const bool alone = std::none_of(choices_.begin(), choices_.end(), [&](const auto& other) {
+      return other.first != name && EqualsIgnoringAsciiCase(other.second.front(), choices.front());
+    });
+    const bool named =
+        alone && WrittenField(choices.front()).has_value() && !IsDigit(choices.front().front());
+    if (named && choices.size() == 1) return WrittenField(choices.front());
+    const std::string label = named && !IsAnswered(choices.front()) ? choices.front() : name;
+    // Every mention has to fit, or the user would be asked for some of them alone.
+    auto whole = WrittenField(label, choices);
+    const bool mention = length <= name.size() + std::string_view("${}").size();
+    return whole && mention ? WrittenField(label) : whole;
   }
 
   std::string ReadName() {
@@ -102,7 +155,7 @@ class TemplateReader {
     if (depth < kDeepest && Skip(':')) {
       std::string text = ReadText(depth + 1, true);
       if (!Skip('}')) return std::nullopt;
-      defaults_.emplace(name, text);
+      if (defaults_.emplace(name, text).second) choices_[name] = {text};
       return text;
     }
     if (IsDigit(name.front()) && Skip('|')) return ReadChoice(name);
@@ -112,18 +165,22 @@ class TemplateReader {
 
   /// The first of the texts to choose from.
   std::optional<std::string> ReadChoice(const std::string& name) {
-    std::string text;
+    std::vector<std::string> choices(1);
     const std::size_t end = std::min(body_.size(), at_ + kLongest);
-    for (bool first = true; at_ < end;) {
+    while (at_ < end) {
       if (Peek() == '|' && Peek(1) == '}') {
         at_ += 2;
-        defaults_.emplace(name, text);
-        return text;
+        std::string first = choices.front();
+        if (defaults_.emplace(name, first).second) choices_[name] = std::move(choices);
+        return first;
       }
       const bool escape = Peek() == '\\' && (Peek(1) == ',' || Peek(1) == '|' || Peek(1) == '\\');
       if (escape) ++at_;
-      first = first && (escape || Peek() != ',');
-      if (first) text += Peek();
+      if (!escape && Peek() == ',') {
+        choices.emplace_back();
+      } else {
+        choices.back() += Peek();
+      }
       ++at_;
     }
     return std::nullopt;
@@ -153,25 +210,52 @@ class TemplateReader {
   }
 
   std::string_view body_;
+  bool asFields_;
   std::size_t at_ = 0;
   std::size_t placeholders_ = 0;
   std::map<std::string, std::string> defaults_;
+  std::map<std::string, std::vector<std::string>> choices_;  ///< The default first.
   std::unordered_set<std::size_t> none_;  ///< Where a "$" was found to begin no placeholder.
 };
 
 }  // namespace
 
-TemplateText ReadSnippetTemplate(std::string_view body) {
-  return TemplateReader(body).Read();
+TemplateText ReadSnippetTemplate(std::string_view body, bool asFields) {
+  return TemplateReader(body, asFields).Read();
 }
 
-std::string EscapeForSnippetTemplate(std::string_view code) {
+std::string WriteSnippetTemplate(std::string_view code) {
   std::string body;
-  for (const char c : code) {
-    if (c == '$' || c == '}' || c == '\\') body += '\\';
-    body += c;
+  std::vector<std::string> numbered;
+  const auto asked = AskedFields(code);
+  const auto write = [&](const CodeField& field) {
+    if (EqualsIgnoringAsciiCase(field.name, kDateField)) return body.append(kDateVariables);
+    for (const auto& [name, variable] : kVariables) {
+      if (EqualsIgnoringAsciiCase(field.name, name)) return body.append("$").append(variable);
+    }
+    const auto same = [&field](const auto& name) { return EqualsIgnoringAsciiCase(name, field.name); };
+    const auto earlier = std::find_if(numbered.begin(), numbered.end(), same);
+    const std::string number = std::to_string(earlier - numbered.begin() + 1);
+    if (earlier != numbered.end()) return body.append("$").append(number);
+    numbered.push_back(field.name);
+    const auto first =
+        std::find_if(asked.begin(), asked.end(), [&](const CodeField& each) { return same(each.name); });
+    const bool hasChoices = first != asked.end() && !first->choices.empty();
+    const std::vector<std::string> choices = hasChoices ? first->choices : std::vector{field.name};
+    body.append("${").append(number);
+    if (choices.size() == 1) return body.append(":").append(Escaped(choices.front(), "$}\\")).append("}");
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+      body.append(i == 0 ? "|" : ",").append(Escaped(choices[i], ",|\\"));
+    }
+    return body.append("|}");
+  };
+  std::size_t done = 0;
+  for (const CodeField& field : FieldsIn(code)) {
+    body += Escaped(code.substr(done, field.begin - done), "$}\\");
+    write(field);
+    done = field.end;
   }
-  return body;
+  return body + Escaped(code.substr(done), "$}\\");
 }
 
 }  // namespace snip

@@ -4,13 +4,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
+#include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <utility>
 
 #include "cli/system/Failure.h"
 #include "cli/exchange/Xml.h"
+#include "library/CodeFields.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -35,10 +39,21 @@ struct Filled {
   std::size_t placeholders = 0;
 };
 
-/// The code with every placeholder exchanged for its default text. Throws std::length_error where that makes
-/// it longer by more than a megabyte.
-Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& defaults) {
+/// The field that stands for a placeholder with that default, which a later mention does not repeat; nothing
+/// when none can.
+std::optional<std::string> FieldFor(const std::string& id, const std::string& text, bool mentioned) {
+  if (id == "end") return WrittenField(std::string(kEndField));
+  if (id == "selected") return WrittenField(std::string(kSelectionField));
+  if (IsAnswered(id) && id != text) return std::nullopt;
+  const auto whole = id == text ? WrittenField(id) : WrittenField(id, {text});
+  return whole && mentioned ? WrittenField(id) : whole;
+}
+
+/// The code with every placeholder exchanged for a field, with `asFields`, or else for its default text.
+/// Throws std::length_error where that makes it longer by more than a megabyte.
+Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& defaults, bool asFields) {
   Filled filled;
+  std::set<std::string> mentioned;
   const std::size_t longest = code.size() + (1U << 20U);
   while (!code.empty()) {
     const auto begin = code.find(delimiter);
@@ -55,10 +70,12 @@ Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& d
       code.remove_prefix(delimiter.size());
       continue;
     }
-    filled.code.append(known->second);
+    const bool again = !mentioned.insert(known->first).second;
+    const auto field = asFields ? FieldFor(known->first, known->second, again) : std::nullopt;
+    filled.code.append(field.value_or(known->second));
     if (filled.code.size() > longest)
       throw std::length_error("expanded placeholders are longer than the limit");
-    ++filled.placeholders;
+    if (!field) ++filled.placeholders;
     code.remove_prefix(end + delimiter.size());
   }
   return filled;
@@ -99,14 +116,14 @@ void ReadSnippet(const XmlDocument& document, const XmlNode& element, const Impo
   if (!delimiter.empty()) {
     Filled filled;
     try {
-      filled = Fill(foreign.code, delimiter, PlaceholdersOf(content));
+      filled = Fill(foreign.code, delimiter, PlaceholdersOf(content), options.templates == Templates::Fields);
     } catch (const std::length_error& error) {
       throw Malformed(document.LineOf(element), error.what());
     }
     if (filled.placeholders > 0 && options.templates == Templates::Skip) {
       return importer.report().Note(Loss::Template, foreign.name);
     }
-    if (options.templates == Templates::Fill) {
+    if (options.templates == Templates::Fill || options.templates == Templates::Fields) {
       foreign.code = std::move(filled.code);
       importer.report().Note(Loss::Placeholders, foreign.name, filled.placeholders);
     }
@@ -126,29 +143,66 @@ std::string DelimiterFor(std::string_view code) {
   return utf8::utf32to8(U"\u2588");
 }
 
-/// The names between two "$" in a template.
-std::set<std::string> NamesIn(std::string_view code) {
+/// The names between two "$" in a template, as placeholders with their names as defaults.
+Defaults NamesIn(std::string_view code) {
   const auto inName = [](char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
   };
-  std::set<std::string> names;
+  Defaults names;
   for (auto at = code.find('$'); at != std::string_view::npos; at = code.find('$', at + 1)) {
     const auto end = code.find('$', at + 1);
     if (end == std::string_view::npos) break;
     const std::string_view name = code.substr(at + 1, end - at - 1);
     if (name.empty() || !std::all_of(name.begin(), name.end(), inName)) continue;
-    if (name != "end" && name != "selected") names.emplace(name);
+    if (name != "end" && name != "selected") names.emplace(name, name);
     at = end;
   }
   return names;
 }
 
-std::string Declarations(const std::set<std::string>& names) {
-  if (names.empty()) return {};
+struct Template {
+  std::string code;
+  Defaults placeholders;
+};
+
+/// The code with a placeholder for each of its fields.
+Template WithPlaceholders(std::string_view code, const std::string& delimiter) {
+  Template result;
+  Defaults ids;  // by the fields' names in small letters
+  const auto asked = AskedFields(code);
+  const auto idOf = [&](const CodeField& field) -> std::string {
+    if (EqualsIgnoringAsciiCase(field.name, kEndField)) return "end";
+    if (EqualsIgnoringAsciiCase(field.name, kSelectionField)) return "selected";
+    const auto known = std::find_if(ids.begin(), ids.end(), [&](const auto& each) {
+      return EqualsIgnoringAsciiCase(each.first, field.name);
+    });
+    if (known != ids.end()) return known->second;
+    std::string id = field.name;
+    const auto inId = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+    std::replace_if(id.begin(), id.end(), std::not_fn(inId), '_');
+    while (result.placeholders.contains(id) || id == "end" || id == "selected") id += '_';
+    const auto first = std::find_if(asked.begin(), asked.end(), [&](const CodeField& each) {
+      return EqualsIgnoringAsciiCase(each.name, field.name) && !each.choices.empty();
+    });
+    result.placeholders[id] = first != asked.end() ? first->choices.front() : field.name;
+    return ids[field.name] = id;
+  };
+  std::size_t done = 0;
+  for (const CodeField& field : FieldsIn(code)) {
+    result.code.append(code.substr(done, field.begin - done));
+    result.code.append(delimiter).append(idOf(field)).append(delimiter);
+    done = field.end;
+  }
+  result.code.append(code.substr(done));
+  return result;
+}
+
+std::string Declarations(const Defaults& placeholders) {
+  if (placeholders.empty()) return {};
   std::string xml = "      <Declarations>\n";
-  for (const std::string& name : names) {
-    xml.append("        <Literal>\n          <ID>").append(name).append("</ID>\n          <Default>");
-    xml.append(name).append("</Default>\n        </Literal>\n");
+  for (const auto& [id, text] : placeholders) {
+    xml.append("        <Literal>\n          <ID>").append(id).append("</ID>\n          <Default>");
+    xml.append(XmlText(text)).append("</Default>\n        </Literal>\n");
   }
   return xml + "      </Declarations>\n";
 }
@@ -186,16 +240,16 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
       return lines.text;
     };
     const std::string code = text(snippet.Code);
-    const std::set<std::string> names = asTemplates ? NamesIn(code) : std::set<std::string>{};
     const std::string delimiter = asTemplates ? "$" : DelimiterFor(code);
+    const Template written = asTemplates ? Template{code, NamesIn(code)} : WithPlaceholders(code, delimiter);
     xml += "  <CodeSnippet Format=\"1.0.0\">\n    <Header>\n      <Title>" + XmlText(text(snippet.Name)) +
            "</Title>\n      <Description>" + XmlText(text(snippet.Description)) + "</Description>\n";
     if (!snippet.Attachment.empty()) {
       xml += "      <HelpUrl>" + XmlText(text(snippet.Attachment)) + "</HelpUrl>\n";
     }
-    xml += "    </Header>\n    <Snippet>\n" + Declarations(names) +
+    xml += "    </Header>\n    <Snippet>\n" + Declarations(written.placeholders) +
            "      <Code Language=\"VB\" Delimiter=\"" + XmlEscaped(delimiter) + "\">" +
-           XmlCharacterData(code) + "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
+           XmlCharacterData(written.code) + "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
     const std::string name = page.ToUtf8(snippet.Name);
     report.Note(Loss::Characters, name, lost);
     report.Note(Loss::LineEnds, name, otherLineEnds);

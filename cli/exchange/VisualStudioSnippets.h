@@ -18,7 +18,8 @@ namespace snip {
 Imported ReadVisualStudioSnippets(std::string_view bytes, const ImportOptions& options, const CodePage& page);
 
 /// Writes a file. `Delimiter` becomes a character that the snippet's code does not contain, so that code
-/// stays code; with `asTemplates` it is "$" and each $name$ in the code is declared as a placeholder.
+/// stays code, and its fields are declared as placeholders; with `asTemplates` it is "$" and each $name$ in
+/// the code is declared as a placeholder.
 std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool asTemplates,
                                       const CodePage& page, ConversionReport& report);
 

@@ -93,7 +93,7 @@ class Reader {
  private:
   TemplateText ReadTemplate(const std::string& name, const std::string& body) const {
     try {
-      return ReadSnippetTemplate(body);
+      return ReadSnippetTemplate(body, options_.templates == Templates::Fields);
     } catch (const std::length_error& error) {
       throw Malformed(LineOfKey(bytes_, name), "\"" + name + "\": " + error.what());
     }
@@ -152,7 +152,7 @@ VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTempla
     OrderedJson entry = OrderedJson::object();
     entry["prefix"] = name;
     entry["scope"] = "vb";
-    entry["body"] = LinesOf(asTemplates ? code : EscapeForSnippetTemplate(code));
+    entry["body"] = LinesOf(asTemplates ? code : WriteSnippetTemplate(code));
     entry["description"] = LinesOf(description);
     // Added without a search: a search in each step would take long for large libraries.
     file.get_ref<OrderedJson::object_t&>().Container::emplace_back(key, std::move(entry));

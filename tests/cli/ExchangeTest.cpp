@@ -146,6 +146,8 @@ TEST(ExchangeTest, ReadsFilesOfVisualStudio) {
                       .Description = "Says \"Hi\" \xE9"};
   for (const Reading& reading :
        {Reading{Templates::Skip, ""},
+        Reading{Templates::Fields,
+                "For Each <<i=nIndex>> In <<c=oAll>> : <<selection>><<end>> : Next <<i>> ' $other$"},
         Reading{Templates::Fill, "For Each nIndex In oAll :  : Next nIndex ' $other$"},
         Reading{Templates::AsText, "For Each $i$ In $c$ : $selected$$end$ : Next $i$ ' $other$"}}) {
     SCOPED_TRACE(reading.loop);
@@ -169,6 +171,9 @@ TEST(ExchangeTest, ReadsFilesOfVsCode) {
                       .Description = "Says\r\n\"Hi\" \xE9"};
   for (const Reading& reading :
        {Reading{Templates::Skip, ""},
+        Reading{Templates::Fields,
+                "For <<nIndex>> = 1 To <<2=10|20>>\r\n  <<end>> <<selection>><<a b>>\r\nNext <<nIndex>> c\r\n"
+                "<<5=>>"},
         Reading{Templates::Fill, "For nIndex = 1 To 10\r\n   a b\r\nNext nIndex c\r\n"},
         Reading{Templates::AsText,
                 "For ${1:nIndex} = 1 To ${2|10,20|}\r\n  $0 $TM_SELECTED_TEXT${3:a ${4:b}}\r\n"
@@ -200,6 +205,26 @@ TEST(ExchangeTest, ReadsModulesOfOthers) {
                       {.Name = "b", .Attachment = "", .Code = "Sub", .Description = "one\r\ntwo"}}));
   EXPECT_EQ(read.report.CountOf(Loss::Characters), 1U);
   EXPECT_EQ(read.report.CountOf(Loss::LineEndSpaces), 1U);
+}
+
+TEST(ExchangeTest, FieldsGoToPlaceholdersAndBack) {
+  const std::string code =
+      "<<end>>Dim <<My var>> ' $ } <<type=Long|a,b>>\r\n<<My var>> <<x=1>> <<date>> <<module>><<selection>> "
+      "<<procedure>> <<project>>";
+  const Snippets library = {{.Name = "n", .Attachment = "", .Code = code, .Description = ""}};
+  ConversionReport report;
+  const std::string vsCode = WriteVsCodeSnippets(library, false, kPage, report).snippets;
+  EXPECT_EQ(
+      ReadVsCodeSnippets(vsCode, {}, {}, kPage).snippets.at(0).Code,
+      "<<end>>Dim <<My var>> ' $ } <<Long=Long|a,b>>\r\n<<My var>> <<3=1>> <<date>> <<module>><<selection>> "
+      "<<procedure>> <<project>>")
+      << "a placeholder has no name but its text";
+  const std::string studio = WriteVisualStudioSnippets(library, false, kPage, report);
+  EXPECT_EQ(ReadVisualStudioSnippets(studio, {}, kPage).snippets.at(0).Code,
+            "<<end>>Dim <<My_var=My var>> ' $ } <<type=Long>>\r\n<<My_var>> <<x=1>> <<date>> "
+            "<<module>><<selection>> "
+            "<<procedure>> <<project>>")
+      << "a literal has an id, and no choices";
 }
 
 TEST(ExchangeTest, CodeBecomesATemplateOnlyWhenTold) {
@@ -280,7 +305,7 @@ TEST(ExchangeTest, HostileFilesAreRefusedWithTheirLine) {
                                                   {"// c\n{}", 0}}) {
     SCOPED_TRACE(file.bytes.substr(0, 60));
     try {
-      EXPECT_TRUE(ReadVsCodeSnippets(file.bytes, {}, {}, kPage).snippets.empty());
+      EXPECT_TRUE(ReadVsCodeSnippets(file.bytes, {}, {.templates = Templates::Skip}, kPage).snippets.empty());
       EXPECT_EQ(file.line, 0U);
     } catch (const Malformed& malformed) {
       EXPECT_EQ(malformed.line(), file.line) << malformed.what();
