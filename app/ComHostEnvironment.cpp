@@ -12,6 +12,25 @@ class ComCodePane : public HostCodePane {
   int SelectionStartLine() override { return pane_.GetSelection().startLine; }
   void InsertLines(int line, const std::string& text) override { pane_.CodeModule().InsertLines(line, text); }
   void Show() override { pane_.Show(); }
+  HostSelection Selection() override {
+    const host::CodePane::Selection selection = pane_.GetSelection();
+    return {.startLine = selection.startLine,
+            .startColumn = selection.startColumn,
+            .endLine = selection.endLine,
+            .endColumn = selection.endColumn};
+  }
+  void SetCaret(int line, int column) override { pane_.SetSelection({line, column, line, column}); }
+  std::string Lines(int first, int count) override { return pane_.CodeModule().Lines(first, count); }
+  int LineCount() override { return pane_.CodeModule().CountOfLines(); }
+  void DeleteLines(int first, int count) override { pane_.CodeModule().DeleteLines(first, count); }
+  std::string ProcedureAt(int line) override { return pane_.CodeModule().ProcOfLine(line).name; }
+  std::string ProcedureCodeAt(int line) override {
+    const host::CodeModule module = pane_.CodeModule();
+    const host::Procedure procedure = module.ProcOfLine(line);
+    if (procedure.name.empty()) return {};
+    return module.Lines(module.ProcStartLine(procedure), module.ProcCountLines(procedure));
+  }
+  std::string ModuleName() override { return pane_.CodeModule().Parent().Name(); }
 
  private:
   host::CodePane pane_;
@@ -47,6 +66,11 @@ std::unique_ptr<HostCodePane> ComHostEnvironment::ActiveCodePane() {
   host::CodePane pane = root_.ActiveCodePane();
   if (!pane.exists()) return nullptr;
   return std::make_unique<ComCodePane>(std::move(pane));
+}
+
+std::string ComHostEnvironment::ProjectName() {
+  const host::VBProject project = root_.ActiveVBProject();
+  return project.exists() ? project.Name() : std::string();
 }
 
 std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {

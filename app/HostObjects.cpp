@@ -55,6 +55,29 @@ ComPtr<IUnknown> Events::CommandBarEvents(const CommandBarControl& control) cons
 void CodeModule::InsertLines(LONG line, const std::string& text) const {
   Call(L"InsertLines", {Variant(line).get(), TextVariant(text).get()});
 }
+void CodeModule::DeleteLines(LONG first, LONG count) const {
+  Call(L"DeleteLines", {Variant(first).get(), Variant(count).get()});
+}
+std::string CodeModule::Lines(LONG first, LONG count) const {
+  return Text(L"Lines", {Variant(first).get(), Variant(count).get()});
+}
+LONG CodeModule::CountOfLines() const {
+  return Number(L"CountOfLines");
+}
+Procedure CodeModule::ProcOfLine(LONG line) const {
+  Procedure procedure;
+  procedure.name = Text(L"ProcOfLine", {Variant(line).get(), ByReference(procedure.kind)});
+  return procedure;
+}
+LONG CodeModule::ProcStartLine(const Procedure& procedure) const {
+  return Number(L"ProcStartLine", {TextVariant(procedure.name).get(), Variant(procedure.kind).get()});
+}
+LONG CodeModule::ProcCountLines(const Procedure& procedure) const {
+  return Number(L"ProcCountLines", {TextVariant(procedure.name).get(), Variant(procedure.kind).get()});
+}
+VBComponent CodeModule::Parent() const {
+  return Get<host::VBComponent>(L"Parent");
+}
 CodePane CodeModule::CodePane() const {
   return Get<host::CodePane>(L"CodePane");
 }
@@ -65,6 +88,10 @@ CodePane::Selection CodePane::GetSelection() const {
                          ByReference(selection.endLine), ByReference(selection.endColumn)});
   return selection;
 }
+void CodePane::SetSelection(const Selection& selection) const {
+  Call(L"SetSelection", {Variant(selection.startLine).get(), Variant(selection.startColumn).get(),
+                         Variant(selection.endLine).get(), Variant(selection.endColumn).get()});
+}
 CodeModule CodePane::CodeModule() const {
   return Get<host::CodeModule>(L"CodeModule");
 }
@@ -72,6 +99,9 @@ void CodePane::Show() const {
   Call(L"Show");
 }
 
+std::string VBComponent::Name() const {
+  return Text(L"Name");
+}
 void VBComponent::SetName(const std::string& name) const {
   Put(L"Name", TextVariant(name));
 }
@@ -87,6 +117,9 @@ void VBComponents::Remove(const VBComponent& component) const {
   Call(L"Remove", {ByValue(component.get())});
 }
 
+std::string VBProject::Name() const {
+  return Text(L"Name");
+}
 VBComponents VBProject::VBComponents() const {
   return Get<host::VBComponents>(L"VBComponents");
 }

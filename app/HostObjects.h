@@ -46,12 +46,26 @@ class Events : public LateBound {
 };
 
 class CodePane;
+class VBComponent;
+
+/// A procedure with its kind, by which several of one name are told apart.
+struct Procedure {
+  std::string name;
+  LONG kind = 0;
+};
 
 /// Lines count from 1.
 class CodeModule : public LateBound {
  public:
   using LateBound::LateBound;
   void InsertLines(LONG line, const std::string& text) const;
+  void DeleteLines(LONG first, LONG count) const;
+  std::string Lines(LONG first, LONG count) const;
+  LONG CountOfLines() const;
+  Procedure ProcOfLine(LONG line) const;  ///< Without a name in the declarations.
+  LONG ProcStartLine(const Procedure& procedure) const;
+  LONG ProcCountLines(const Procedure& procedure) const;
+  VBComponent Parent() const;
   host::CodePane CodePane() const;
 };
 
@@ -65,6 +79,7 @@ class CodePane : public LateBound {
     LONG endColumn = 0;
   };
   Selection GetSelection() const;
+  void SetSelection(const Selection& selection) const;
   host::CodeModule CodeModule() const;
   void Show() const;
 };
@@ -72,6 +87,7 @@ class CodePane : public LateBound {
 class VBComponent : public LateBound {
  public:
   using LateBound::LateBound;
+  std::string Name() const;
   void SetName(const std::string& name) const;
   host::CodeModule CodeModule() const;
 };
@@ -86,6 +102,7 @@ class VBComponents : public LateBound {
 class VBProject : public LateBound {
  public:
   using LateBound::LateBound;
+  std::string Name() const;
   host::VBComponents VBComponents() const;
 };
 

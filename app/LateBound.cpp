@@ -140,13 +140,13 @@ void LateBound::Put(const wchar_t* member, const Variant& value) const {
   Invoke(ComPtr<IDispatch>::Share(get()), link_, member, DISPATCH_PROPERTYPUT, parameters);
 }
 
-LONG LateBound::Number(const wchar_t* member) const {
-  return ConvertedTo(VT_I4, Call(member)).get().lVal;
+LONG LateBound::Number(const wchar_t* member, Arguments arguments) const {
+  return ConvertedTo(VT_I4, Call(member, arguments)).get().lVal;
 }
 
-std::string LateBound::Text(const wchar_t* member) const {
+std::string LateBound::Text(const wchar_t* member, Arguments arguments) const {
   Bstr text;
-  text.Reset(ConvertedTo(VT_BSTR, Call(member)).Detach().bstrVal);
+  text.Reset(ConvertedTo(VT_BSTR, Call(member, arguments)).Detach().bstrVal);
   return text.Text();
 }
 

@@ -46,8 +46,8 @@ class LateBound {
     return Object(Call(member, arguments), link);
   }
 
-  LONG Number(const wchar_t* member) const;
-  std::string Text(const wchar_t* member) const;
+  LONG Number(const wchar_t* member, Arguments arguments = {}) const;
+  std::string Text(const wchar_t* member, Arguments arguments = {}) const;
 
   /// A further owner of the same object.
   template <class Object>

@@ -17,6 +17,7 @@
 #include "tests/host/HostTypeLibrary.h"
 #include "tests/app/MainWindowUser.h"
 #include "tests/support/TestRegistry.h"
+#include "ui/dialogs/frmFields.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/MainWindowKeys.h"
 #include "ui/main/frmAddIn.h"
@@ -258,6 +259,39 @@ TEST_F(AddInTest, CodeGoesBeforeTheCursorsLine) {
   const HWND window = OpenWindow(host);
   PasteInto(host, window, "1|2|3|4|5|6|7|8|9|Sub A()|  Beep|End Sub|10|11|");
   Disconnect(host);
+}
+
+TEST_F(AddInTest, CodeIsFittedIntoTheModuleAndTakenFromIt) {
+  program_.folder().Write(
+      "My Great Lib.bns",
+      "BNS2.0\r\nGuard\r\n\r\n\r\n(,)\r\nIf <<c=x>> Then <<end>>'<<procedure>> <<module>> <<project>>\r\n"
+      "  <<selection>>\r\nEnd If\r\n...\r\n");
+  HostProcess host(LibraryPath());
+  host.Ask("module Form1 2 Sub B()|    one|      two|End Sub");
+  host.Ask("select 4");
+  const HWND window = OpenWindow(host);
+  PostMessageA(window, WM_COMMAND, Command::kPasteFitted, 0);
+  const HWND dialog = WaitForWindow("Fill In Fields");
+  ASSERT_NE(dialog, nullptr);
+  SetWindowTextA(GetDlgItem(dialog, frmFields::kFirstFieldId), "y");
+  EXPECT_EQ(WindowText(GetDlgItem(dialog, frmFields::kPreviewId)),
+            "If y Then 'B Form1 Project1\r\n  one\r\n    two\r\nEnd If");
+  PostMessageA(dialog, WM_COMMAND, IDOK, 0);
+  const std::string fitted =
+      "Sub B()|    If y Then 'B Form1 Project1|      one|        two|    End If|End Sub|";
+  EXPECT_TRUE(WaitUntil([&] { return host.Ask("text Form1") == fitted; })) << host.Ask("text Form1");
+  EXPECT_TRUE(WaitUntil([&] { return host.Ask("caret") == "2 15"; })) << host.Ask("caret");
+
+  host.Ask("module Form2 3 x|Sub C()|End Sub|");
+  PostMessageA(window, WM_COMMAND, Command::kTakeCode, 0);
+  const HWND list = FindControl(window, frmAddIn::kListId);
+  EXPECT_TRUE(WaitUntil([&] { return SendMessageA(list, LB_GETCOUNT, 0, 0) == 2; }));
+  EXPECT_EQ(ListBoxText(list, 1), "C");
+  EXPECT_EQ(WindowText(FindControl(window, BnRichEdit::kControlId)), "Sub C()\r\nEnd Sub");
+  host.Send("disconnect 1");
+  CloseMessage(window, IDNO);
+  host.Answer();
+  host.Ask("release");
 }
 
 TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {

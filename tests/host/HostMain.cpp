@@ -300,6 +300,12 @@ class Host {
         {"noproject", [&] { return model_.projectOpen = false, ""; }},
         {"nopane", [&] { return model_.activeModule = nullptr, ""; }},
         {"module", [&] { return AddModule(words); }},
+        {"select", [&] { return model_.activeModule->selectionEnd = std::stol(next()), ""; }},
+        {"caret",
+         [&] {
+           const Module& module = *model_.activeModule;
+           return std::to_string(module.cursorLine) + " " + std::to_string(module.cursorColumn);
+         }},
         {"modules", [&] { return Modules(); }},
         {"text", [&] { return Text(next()); }},
         {"hook", [&] { return Hook(words); }},

@@ -56,6 +56,16 @@ void Module::InsertLines(LONG line, const std::string& text) {
   if (cursorLine >= line) cursorLine += static_cast<LONG>(added.size());
 }
 
+LONG Module::ProcedureStart(LONG line) const {
+  while (line > 0 && !lines.at(static_cast<std::size_t>(line) - 1).starts_with("Sub ")) --line;
+  return line;
+}
+
+std::string Module::ProcedureName(LONG start) const {
+  const std::string& header = lines.at(static_cast<std::size_t>(start) - 1);
+  return header.substr(4, header.find('(') - 4);
+}
+
 std::shared_ptr<Module> HostModel::FindModule(const std::string& name) const {
   const auto found = std::ranges::find(modules, name, [](const auto& module) { return module->name; });
   return found == modules.end() ? nullptr : *found;
@@ -73,7 +83,8 @@ ComPtr<IDispatch> HostModel::VBE() {
        Get(L"ActiveVBProject", 201,
            [this]() -> IDispatch* {
              if (!projectOpen) return nullptr;
-             return Object("VBProject", {Get(L"VBComponents", 135, [this] { return Components(); })});
+             return Object("VBProject", {Get(L"Name", 0, [] { return std::string("Project1"); }),
+                                         Get(L"VBComponents", 135, [this] { return Components(); })});
            }),
        Get(L"MainWindow", 204,
            [this] {
@@ -160,7 +171,16 @@ void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
 IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
   const VARTYPE out = VT_BYREF | VT_I4;
   const auto selection = [module](const Arguments& arguments, VARIANT&) {
-    for (std::size_t i = 0; i < 4; ++i) *arguments[i].plVal = i % 2 == 0 ? module->cursorLine : 1;
+    const bool selects = module->selectionEnd != 0;
+    *arguments[0].plVal = module->cursorLine;
+    *arguments[1].plVal = module->cursorColumn;
+    *arguments[2].plVal = selects ? module->selectionEnd : module->cursorLine;
+    *arguments[3].plVal = selects ? 1 : module->cursorColumn;
+    return S_OK;
+  };
+  const auto select = [module](const Arguments& arguments, VARIANT&) {
+    module->cursorLine = arguments.Number(0);
+    module->cursorColumn = arguments.Number(1);
     return S_OK;
   };
   const auto show = [this, module](auto&, VARIANT&) {
@@ -169,6 +189,7 @@ IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
     return S_OK;
   };
   return Object("CodePane", {{L"GetSelection", 0x60020003, kMethod, {out, out, out, out}, selection},
+                             {L"SetSelection", 0x60020004, kMethod, {VT_I4, VT_I4, VT_I4, VT_I4}, select},
                              Get(L"CodeModule", 0x60020008, [this, module] { return CodeModule(module); }),
                              {L"Show", 0x60020009, kMethod, {}, show}});
 }
@@ -180,7 +201,41 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
     module->InsertLines(line, arguments.Text(1));
     return S_OK;
   };
+  const auto lines = [module](const Arguments& arguments, VARIANT& result) {
+    const LONG first = arguments.Number(0);
+    const LONG end = first + arguments.Number(1);
+    if (first < 1 || end > static_cast<LONG>(module->lines.size()) + 1) return kOutOfRange;
+    std::string text;
+    for (LONG line = first; line < end; ++line)
+      text += (line == first ? "" : "\r\n") + module->lines[static_cast<std::size_t>(line) - 1];
+    return Answer(result, text);
+  };
+  const auto erase = [module](const Arguments& arguments, VARIANT&) {
+    const auto first = module->lines.begin() + arguments.Number(0) - 1;
+    module->lines.erase(first, first + arguments.Number(1));
+    return S_OK;
+  };
+  const auto procedure = [module](const Arguments& arguments, VARIANT& result) {
+    const LONG start = module->ProcedureStart(arguments.Number(0));
+    *arguments[1].plVal = 0;
+    return Answer(result, start > 0 ? module->ProcedureName(start) : std::string());
+  };
+  const auto start = [module](const Arguments& arguments, VARIANT& result) {
+    LONG line = module->ProcedureStart(static_cast<LONG>(module->lines.size()));
+    while (line > 0 && module->ProcedureName(line) != arguments.Text(0))
+      line = module->ProcedureStart(line - 1);
+    return Answer(result, line);
+  };
+  const auto count = [](auto&, VARIANT& result) { return Answer(result, LONG{2}); };
   return Object("CodeModule", {{L"InsertLines", 0x60020008, kMethod, {VT_I4, VT_BSTR}, insert},
+                               {L"Lines", 0x60020006, kGet, {VT_I4, VT_I4}, lines},
+                               Get(L"CountOfLines", 0x60020007,
+                                   [module] { return static_cast<LONG>(module->lines.size()); }),
+                               {L"DeleteLines", 0x60020009, kMethod, {VT_I4, VT_I4}, erase},
+                               {L"ProcOfLine", 0x6002000E, kGet, {VT_I4, VT_BYREF | VT_I4}, procedure},
+                               {L"ProcStartLine", 0x6002000B, kGet, {VT_BSTR, VT_I4}, start},
+                               {L"ProcCountLines", 0x6002000C, kGet, {VT_BSTR, VT_I4}, count},
+                               Get(L"Parent", 0x60020001, [this, module] { return Component(module); }),
                                Get(L"CodePane", 0x60020012, [this, module] { return CodePane(module); })});
 }
 

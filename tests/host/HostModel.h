@@ -21,11 +21,16 @@ struct Module {
   std::string name;
   std::vector<std::string> lines;
   LONG cursorLine = 1;
+  LONG cursorColumn = 1;
+  LONG selectionEnd = 0;  ///< The line before whose first character a selection ends; 0 without one.
   bool shown = false;
 
   /// The lines, each with its line end.
   std::string Text() const;
   void InsertLines(LONG line, const std::string& text);
+  /// Where the procedure that a line belongs to begins, from 1; 0 in the declarations.
+  LONG ProcedureStart(LONG line) const;
+  std::string ProcedureName(LONG start) const;
 };
 
 /// What an environment holds, and the objects that show it to clients. Its objects keep parts of it alive, as

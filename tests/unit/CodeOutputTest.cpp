@@ -33,7 +33,11 @@ struct FakeHost : HostEnvironment {
     return reallyGone;
   }
 
+  std::string ProjectName() override { return "Project1"; }
+
   Calls& calls;
+  std::vector<std::string> lines{"Option Explicit", "  Sub Proc()", "    one", "", "      two", "  End Sub"};
+  HostSelection selection;
   std::vector<std::string> failing;  ///< The starts of calls that fail.
   bool gone = false;                 ///< How they fail.
   bool reallyGone = false;
@@ -48,6 +52,23 @@ struct FakePane : HostCodePane {
     line += 10;  // the cursor moves with its line
   }
   void Show() override { host.Call("show"); }
+  HostSelection Selection() override { return host.selection; }
+  void SetCaret(int at, int column) override {
+    host.Call("caret " + std::to_string(at) + " " + std::to_string(column));
+  }
+  std::string Lines(int first, int count) override {
+    std::string text;
+    for (int i = first; i < first + count; ++i)
+      text.append(i == first ? "" : "\r\n").append(host.lines.at(static_cast<std::size_t>(i) - 1));
+    return text;
+  }
+  int LineCount() override { return static_cast<int>(host.lines.size()) + line - 7; }
+  void DeleteLines(int first, int count) override {
+    host.Call("delete " + std::to_string(first) + " " + std::to_string(count));
+  }
+  std::string ProcedureAt(int at) override { return at > 1 ? "Proc" : ""; }
+  std::string ProcedureCodeAt(int at) override { return at > 1 ? "\r\n  Sub Proc()\r\n  End Sub" : ""; }
+  std::string ModuleName() override { return "Module1"; }
 
   FakeHost& host;
   int line;
@@ -80,6 +101,7 @@ class CodeOutputTest : public testing::Test, protected FakeMainWindow {
   }
 
   FakeHost host{calls};
+  bool cancels = false;
   CodeOutput output{library, editing, view, showMessage};
 };
 
@@ -133,6 +155,82 @@ TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
   output.PasteCode();
   output.PasteToNewModule("Lib");
   EXPECT_EQ(calls, Calls(2, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
+}
+
+TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
+  struct Row {
+    const char* code;
+    HostSelection selection;
+    Calls calls;
+  };
+  const HostSelection caret{3, 2, 3, 2};
+  const HostSelection lines{3, 3, 6, 1};
+  const Row rows[] = {
+      {"a\r\n\r\n  b\r\n", caret, {"pane", "insert 3     a\r\n\r\n      b"}},
+      {"<<x>>", {7, 1, 7, 1}, {"pane", "ask x", "insert 7 [x]"}},  // behind the last line
+      {"Dim <<n>>\r\n  <<N=1>><<end>> '",
+       caret,
+       {"pane", "ask n", "insert 3     Dim [n]\r\n      [n] '", "caret 4 10"}},
+      {"<<date>> <<Module>> <<procedure>> <<project>>",
+       caret,
+       {"pane", "insert 3     today Module1 Proc Project1"}},
+      {"If <<c>> Then\r\n  <<selection>>\r\nEnd If",
+       lines,
+       {"pane", "ask c", "insert 3     If [c] Then\r\n      one\r\n\r\n        two\r\n    End If",
+        "delete 13 3"}},
+      {"<<selection>>x", caret, {"pane", "insert 3     x"}},
+      {"no field", lines, {"pane", "insert 3     no field"}},
+  };
+  const FieldServices services{.ask =
+                                   [this](const std::vector<CodeField>& fields, const auto& preview) {
+                                     FieldTexts texts;
+                                     for (const CodeField& field : fields) {
+                                       calls.push_back("ask " + field.name);
+                                       texts[field.name] = "[" + field.name + "]";
+                                     }
+                                     EXPECT_EQ(preview(texts).find("<<"), std::string::npos);
+                                     return cancels ? std::nullopt : std::optional(texts);
+                                   },
+                               .today = [] { return "today"; },
+                               .copy = [this](const std::string& text) { calls.push_back("copy " + text); }};
+  for (const Row& row : rows) {
+    Run(false);
+    view.code = row.code;
+    host.selection = row.selection;
+    for (const bool cancelled : {true, false}) {
+      calls.clear();
+      cancels = cancelled;
+      output.PasteFitted(services);
+      Calls expected = row.calls;
+      const bool asks = expected.size() > 1 && expected[1].starts_with("ask");
+      if (cancelled && asks) expected.resize(2);
+      EXPECT_EQ(calls, expected) << row.code;
+    }
+  }
+  calls.clear();
+  output.SetHost(nullptr);
+  view.code = "<<module>><<x>> <<date>>";
+  output.PasteFitted(services);
+  EXPECT_EQ(calls, (Calls{"ask x", "copy [x] today"})) << "without an environment";
+}
+
+TEST_F(CodeOutputTest, CodeIsTakenWithoutItsIndentation) {
+  struct Row {
+    HostSelection selection;
+    std::string code;
+  };
+  for (const Row& row :
+       {Row{{3, 5, 3, 8}, "one"}, Row{{3, 6, 3, 8}, "ne"}, Row{{3, 3, 6, 1}, "one\r\n\r\n  two"},
+        Row{{2, 1, 3, 6}, "Sub Proc()\r\n  o"}, Row{{5, 1, 5, 1}, "Sub Proc()\r\nEnd Sub"},
+        Row{{1, 1, 1, 1}, ""}, Row{{9, 1, 9, 1}, ""}}) {
+    Run(false);
+    calls.clear();
+    host.selection = row.selection;
+    EXPECT_EQ(output.TakeCode().value_or(""), row.code);
+    EXPECT_EQ(
+        calls.back() == "64 [Brennic Snipstore 2.x] Nothing is selected, and the caret is in no procedure.",
+        row.code.empty());
+  }
 }
 
 TEST_F(CodeOutputTest, ADisconnectionOrAnotherRequestMayComeMeanwhile) {

@@ -1,15 +1,32 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "library/CodeFields.h"
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
 #include "ui/main/HostEnvironment.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip {
+
+/// What the user has entered, by the names of the fields.
+using FieldTexts = std::map<std::string, std::string>;
+
+/// What filling fields needs from the window.
+struct FieldServices {
+  /// Asks the user for the fields; `preview` makes the code that is pasted with these texts. Nothing when the
+  /// user has cancelled.
+  std::function<std::optional<FieldTexts>(const std::vector<CodeField>& fields,
+                                          const std::function<std::string(const FieldTexts&)>& preview)>
+      ask;
+  std::function<std::string()> today;                 ///< As the system writes dates.
+  std::function<void(const std::string& text)> copy;  ///< To the clipboard.
+};
 
 /// Hands code on to the development environment. What cannot be done is told to the user.
 class CodeOutput {
@@ -25,12 +42,21 @@ class CodeOutput {
   void PasteCode();
   /// The same with some other code.
   void PasteCode(const std::string& code);
+  /// Inserts the code that is shown with its fields filled, and with the indentation of the caret's line;
+  /// lines that are selected are replaced if the code has a field for them. Without an environment the filled
+  /// code goes to the clipboard.
+  void PasteFitted(const FieldServices& services);
+  /// The code that is selected in the environment, or the procedure at the caret, without the indentation
+  /// that its lines share; nothing when the user has been told why there is none.
+  std::optional<std::string> TakeCode();
   /// Writes every snippet of the library into a new module, which is named after `libraryText`, the text of
   /// `cboFiles`. A name that the environment refuses leaves the module under its first one; when a snippet
   /// cannot be written, the module is taken away again.
   void PasteToNewModule(const std::string& libraryText);
   /// The same with the snippets of another library.
   void PasteToNewModule(const std::string& libraryText, const std::vector<Snippet>& snippets);
+
+  bool connected() const { return host_ != nullptr; }
 
  private:
   void Deliver(const std::function<void(HostEnvironment&)>& delivery);

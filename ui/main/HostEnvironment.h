@@ -28,10 +28,32 @@ class HostGone : public HostError {
   using HostError::HostError;
 };
 
+/// Lines and columns count from 1; the end is behind the last character. Without a selection both are the
+/// caret.
+struct HostSelection {
+  int startLine = 1;
+  int startColumn = 1;
+  int endLine = 1;
+  int endColumn = 1;
+
+  bool empty() const { return startLine == endLine && startColumn == endColumn; }
+};
+
 /// A code window of the environment, with its module. Lines count from 1.
 class HostCodePane {
  public:
   virtual ~HostCodePane() = default;
+  virtual HostSelection Selection() = 0;
+  virtual void SetCaret(int line, int column) = 0;
+  /// Lines of the module, separated by CR LF.
+  virtual std::string Lines(int first, int count) = 0;
+  virtual int LineCount() = 0;
+  virtual void DeleteLines(int first, int count) = 0;
+  /// The name of the procedure that a line belongs to; empty in the declarations.
+  virtual std::string ProcedureAt(int line) = 0;
+  /// That procedure with what stands before it, separated by CR LF; empty in the declarations.
+  virtual std::string ProcedureCodeAt(int line) = 0;
+  virtual std::string ModuleName() = 0;
   /// The line on which the selection starts; without one, the line of the cursor.
   virtual int SelectionStartLine() = 0;
   /// Inserts `text`, lines separated by CR LF and no line end behind the last, as whole lines before a line.
@@ -57,6 +79,8 @@ class HostEnvironment {
   /// Adds a standard module to the active project, under a name that the environment chooses. Null when no
   /// project is open.
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
+  /// The name of the active project; empty when none is open.
+  virtual std::string ProjectName() = 0;
   /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
   virtual bool Lost() { return true; }
 };

@@ -25,6 +25,8 @@ enum : int {
   // The output modes.
   kPasteCode,
   kNewModule,
+  kPasteFitted,
+  kTakeCode,
   kViewAttachment,
   kSetAttachment,
   kNarrowList,
@@ -75,6 +77,8 @@ inline constexpr std::array kOutputModes{
 /// What the window's system menu offers besides the system's own.
 inline constexpr std::array kSystemMenu{
     CommandItem{"&Find Snippets...", 0, Command::kFind},
+    CommandItem{"&Paste with Fields Filled", 0, Command::kPasteFitted},
+    CommandItem{"Make Snippet of &Code", 0, Command::kTakeCode},
 };
 
 inline constexpr BYTE kPlainKey = FVIRTKEY;

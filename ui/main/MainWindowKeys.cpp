@@ -16,6 +16,8 @@ constexpr std::array kOtherKeys{
     // What a menu has also needs a key: an opened one knows Up, Down and Escape alone.
     ACCEL{kControlShiftKey, 'P', Command::kPasteCode},
     ACCEL{kControlShiftKey, 'M', Command::kNewModule},
+    ACCEL{kControlShiftKey, 'V', Command::kPasteFitted},
+    ACCEL{kControlShiftKey, 'I', Command::kTakeCode},
     ACCEL{kControlKey, 'O', Command::kViewAttachment},
     ACCEL{kControlShiftKey, 'O', Command::kSetAttachment},
     ACCEL{kAltShiftKey, VK_LEFT, Command::kNarrowList},

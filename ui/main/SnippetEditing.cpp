@@ -200,14 +200,14 @@ void SnippetEditing::EndRename() {
   view_.HideNameBox();
 }
 
-void SnippetEditing::NewSnippet() {
+void SnippetEditing::AddSnippet(Snippet snippet) {
   if (editingDisabled_ || !SettleName()) return;
   if (!txtCode_LostFocus()) return;
   if (library_.IsFull()) {
     return Tell("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
                 " snippets; please add the new snippet to another library.");
   }
-  library_.Snippets.push_back(DefaultSnippet());
+  library_.Snippets.push_back(std::move(snippet));
   library_.Saved = false;
   view_.AddRow(library_.Snippets.back().Name);
   SelectAndShow(library_.LastIndex());

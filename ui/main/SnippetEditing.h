@@ -61,7 +61,9 @@ class SnippetEditing {
   void txtName_Cancel();  ///< Escape.
 
   /// Appends a default snippet and starts renaming it.
-  void NewSnippet();
+  void NewSnippet() { AddSnippet(DefaultSnippet()); }
+  /// Appends a snippet and starts renaming it.
+  void AddSnippet(Snippet snippet);
   void DeleteSnippet(int index);
   void DeleteSelectedSnippet();
 

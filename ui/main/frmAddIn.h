@@ -102,6 +102,9 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   void PopUp(frmMenu& menu, POINT screen);
 
   void mnuModFuncs_Clicked(int command);
+  bool IsLeftOver() const;
+  void PasteFitted();
+  void TakeCode();
   void Output();
   void CopyCode();
   void SetKeepOnTop(bool onTop);

@@ -3,6 +3,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "platform/Clipboard.h"
@@ -10,6 +11,7 @@
 #include "platform/Shell.h"
 #include "ui/dialogs/CommonDialog.h"
 #include "ui/dialogs/frmAbout.h"
+#include "ui/dialogs/frmFields.h"
 #include "ui/dialogs/frmSettings.h"
 #include "ui/main/frmAddIn.h"
 
@@ -19,6 +21,12 @@ namespace {
 constexpr const char* kWebAddress =
     "https://learn.microsoft.com/en-us/previous-versions/visualstudio/visual-basic-6/"
     "visual-basic-6.0-documentation";
+
+std::string Today() {
+  char text[100]{};
+  GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, text, sizeof text);
+  return text;
+}
 
 /// How far a key moves a splitter, in twips.
 constexpr int kSplitterStep = 150;
@@ -47,6 +55,10 @@ void frmAddIn::Do(int command) {
       return mnuModFuncs_Clicked(command);
     case kCopyCode:
       return CopyCode();
+    case kPasteFitted:
+      return PasteFitted();
+    case kTakeCode:
+      return TakeCode();
     case kNewSnippet:
       return editing_.NewSnippet();
     case kEditSnippet:
@@ -148,13 +160,49 @@ void frmAddIn::mnuModFuncs_Clicked(int command) {
   Output();
 }
 
+/// What was pressed while the environment took its time over the last delivery is not meant for another one.
+bool frmAddIn::IsLeftOver() const {
+  const bool queued = InSendMessage() == 0;
+  return queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0;
+}
+
+void frmAddIn::PasteFitted() {
+  if (IsLeftOver()) return;
+  output_.PasteFitted(
+      {.ask =
+           [this](const auto& fields, const auto& preview) {
+             return frmFields(services_.caption, controls_.Font()).ShowMe(hWnd(), fields, preview);
+           },
+       .today = &Today,
+       .copy = [this](const std::string& text) { Copy(text); }});
+  delivered_ = GetTickCount();
+}
+
+/// A snippet of what is selected in the environment, or else of what the clipboard holds.
+void frmAddIn::TakeCode() {
+  if (IsLeftOver() || editing_.editingDisabled()) return;
+  std::optional<std::string> code;
+  if (output_.connected()) {
+    code = output_.TakeCode();
+    delivered_ = GetTickCount();
+  } else {
+    code = WithoutCommonIndentation(ClipboardText(hWnd()));
+    if (code->empty()) {
+      code.reset();
+      services_.showMessage("The clipboard holds no text.", MessageStyle::kInformation, kMainWindowTitle);
+    }
+  }
+  if (!code || hWnd() == nullptr) return;
+  Snippet snippet = DefaultSnippet();
+  if (std::string name = NameFromCode(*code); !name.empty()) snippet.Name = std::move(name);
+  snippet.Code = std::move(*code);
+  editing_.AddSnippet(std::move(snippet));
+}
+
 void frmAddIn::Output() {
   const int mode = bars_.OutputMode();
   if (mode == Command::kCopyToClipboard) return CopyCode();
-  // What was pressed while the environment took its time over the last delivery is not meant for another one.
-  const bool queued = InSendMessage() == 0;
-  if (queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0)
-    return;
+  if (IsLeftOver()) return;
   if (mode == Command::kPasteCode) {
     output_.PasteCode();
   } else {
