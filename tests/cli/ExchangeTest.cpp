@@ -7,7 +7,7 @@
 #include "cli/exchange/BasFolder.h"
 #include "cli/exchange/VisualStudioSnippets.h"
 #include "cli/exchange/VsCodeSnippets.h"
-#include "tests/cli/GeneratedLibrary.h"
+#include "tests/unit/GeneratedLibrary.h"
 #include "tests/unit/Printing.h"
 
 namespace snip::test {

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <numeric>
 #include <random>
 
 #include "find/Finder.h"
 #include "find/Tags.h"
 #include "library/BnsFormat.h"
+#include "tests/unit/WesternLetters.h"
 
 namespace snip::test {
 namespace {
@@ -15,16 +17,9 @@ namespace {
 using Names = std::vector<std::string>;
 
 Folding Latin1() {
-  LetterTable letters;
   std::array<char32_t, 256> characters{};
-  for (int i = 0; i < 256; ++i) {
-    const auto at = static_cast<std::size_t>(i);
-    const bool capital = (i >= 'A' && i <= 'Z') || (i >= 0xC0 && i <= 0xDE && i != 0xD7);
-    characters[at] = static_cast<char32_t>(i);
-    letters.lower[at] = static_cast<char>(capital ? i + 0x20 : i);
-    letters.word[at] = capital || i == '_' || (i >= '0' && i <= '9') || (i >= 'a' && i <= 'z') || i >= 0xDF;
-  }
-  return {letters, characters};
+  std::iota(characters.begin(), characters.end(), U'\0');
+  return {WesternLetters(), characters};
 }
 
 Folding ShiftJis() {

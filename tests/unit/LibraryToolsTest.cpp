@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <random>
 
-#include "cli/system/CodePage.h"
 #include "library/BnsCheck.h"
 #include "library/BnsFormat.h"
 #include "library/BnsSearch.h"
-#include "tests/cli/GeneratedLibrary.h"
+#include "tests/unit/GeneratedLibrary.h"
+#include "tests/unit/WesternLetters.h"
 
 namespace snip::test {
 namespace {
 
-const CodePage kPage = CodePage::Windows1252();
+const LetterTable kLetters = WesternLetters();
 
 /// Files made of the lines that the format is about, in an order that it is mostly not about.
 std::string RandomFile(std::mt19937& random) {
@@ -54,7 +54,7 @@ TEST(BnsScannerTest, ReportsAllLinesOfAFile) {
     }
 
     // A file of which saving loses nothing has the same text when it is saved.
-    const auto problems = CheckLibrary(file, kPage);
+    const auto problems = CheckLibrary(file, kLetters);
     const auto isLost = [](const Problem& problem) { return problem.lostOnSave; };
     if (std::any_of(problems.begin(), problems.end(), isLost)) continue;
     if (contents.version == BnsVersion::Version1) continue;
@@ -71,7 +71,7 @@ TEST(BnsScannerTest, ReportsAllLinesOfAFile) {
 TEST(BnsCheckTest, SavedLibrariesHaveNoErrors) {
   for (unsigned seed = 0; seed < 300; ++seed) {
     const auto library = GeneratedLibrary(seed);
-    for (const Problem& problem : CheckLibrary(WriteBns(library), kPage)) {
+    for (const Problem& problem : CheckLibrary(WriteBns(library), kLetters)) {
       EXPECT_FALSE(problem.lostOnSave) << seed << ": " << problem.line << ": " << problem.message;
     }
     EXPECT_EQ(std::get<BnsContents>(ReadBns(WriteBns(library))).snippets, library);
@@ -109,7 +109,7 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
     std::string file;
     for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
     std::vector<std::size_t> lines;
-    const auto problems = CheckLibrary(file, kPage);
+    const auto problems = CheckLibrary(file, kLetters);
     lines.reserve(problems.size());
     for (const Problem& problem : problems) lines.push_back(problem.line);
     EXPECT_EQ(lines, checked.lines) << checked.file;
@@ -120,16 +120,16 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
 
 TEST(BnsCheckTest, ThereIsRoomForSoManySnippets) {
   const std::vector<Snippet> full(Library::kMaxSnippets);
-  EXPECT_EQ(CheckLibrary(WriteBns(full), kPage).back().severity, Problem::Severity::Warning);
+  EXPECT_EQ(CheckLibrary(WriteBns(full), kLetters).back().severity, Problem::Severity::Warning);
   const std::vector<Snippet> tooMany(Library::kMaxSnippets + 1);
-  const auto problems = CheckLibrary(WriteBns(tooMany), kPage);
+  const auto problems = CheckLibrary(WriteBns(tooMany), kLetters);
   EXPECT_TRUE(std::any_of(problems.begin(), problems.end(), [](const Problem& problem) {
     return problem.lostOnSave && problem.line == 2 + 6 * Library::kMaxSnippets;
   }));
 }
 
 std::vector<std::size_t> Places(const Pattern& pattern, const std::string& text) {
-  const Matcher matcher(pattern, kPage);
+  const Matcher matcher(pattern, kLetters);
   std::string room;
   const std::string_view folded = matcher.Fold(text, room);
   std::vector<std::size_t> places;
@@ -153,10 +153,10 @@ TEST(MatcherTest, FindsWhatPlainComparisonFinds) {
     for (std::size_t at = 0; at + pattern.text.size() <= searched.size(); ++at) {
       const std::string there = searched.substr(at, pattern.text.size());
       const std::size_t end = at + there.size();
-      const bool alone = (at == 0 || !kPage.IsWord(searched[at - 1])) &&
-                         (end == searched.size() || !kPage.IsWord(searched[end]));
+      const bool alone = (at == 0 || !kLetters.IsWord(searched[at - 1])) &&
+                         (end == searched.size() || !kLetters.IsWord(searched[end]));
       const bool same =
-          pattern.ignoreCase ? kPage.Lower(there) == kPage.Lower(pattern.text) : there == pattern.text;
+          pattern.ignoreCase ? kLetters.Lower(there) == kLetters.Lower(pattern.text) : there == pattern.text;
       if (same && (alone || !pattern.wholeWord)) expected.push_back(at);
     }
     ASSERT_EQ(Places(pattern, searched), expected) << pattern.text << " in " << searched;
@@ -179,7 +179,7 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
            {{.text = "(?=ab)", .regularExpression = true}, {10}},
            {{.text = "\\Aab", .regularExpression = true}, {10}}}) {
     std::vector<std::size_t> lines;  // one match a line, as a search has it
-    const Matcher matcher(pattern, kPage);
+    const Matcher matcher(pattern, kLetters);
     for (std::size_t from = 0; const auto match = matcher.Find(text, from);) {
       lines.push_back(match->at);
       from = pattern.wholeWord ? match->at + std::max<std::size_t>(match->length, 1)
@@ -187,9 +187,10 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
     }
     EXPECT_EQ(lines, places) << pattern.text;
   }
-  EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, kPage), std::invalid_argument);
-  EXPECT_THROW(Matcher({.text = "(a*)*b", .regularExpression = true}, kPage).Find(std::string(200, 'a'), 0),
-               ExpressionTooSlow);
+  EXPECT_THROW(Matcher({.text = "(", .regularExpression = true}, kLetters), std::invalid_argument);
+  EXPECT_THROW(
+      Matcher({.text = "(a*)*b", .regularExpression = true}, kLetters).Find(std::string(200, 'a'), 0),
+      ExpressionTooSlow);
 }
 
 TEST(BnsSearchTest, HitsTellTextAndLine) {
@@ -200,7 +201,7 @@ TEST(BnsSearchTest, HitsTellTextAndLine) {
       file += line + lineEnd;
     }
     std::string found;
-    const Matcher matcher({.text = "x"}, kPage);
+    const Matcher matcher({.text = "x"}, kLetters);
     BytesInMemory bytes(file);
     BnsScanner scanner(bytes);
     SearchLibrary(scanner, matcher, {}, [&](const Hit& hit) {
@@ -219,12 +220,12 @@ TEST(BnsSearchTest, FileWithoutHitsIsToldFromPieces) {
     const std::string file = std::string(before, '\n') + "at Needle\nend";
     for (const auto& [text, found] : {std::pair{"needle", true}, {"needles", false}, {"ND", true}}) {
       BytesInMemory bytes(file);
-      EXPECT_EQ(CanHaveHits(bytes, Matcher({.text = text, .ignoreCase = true}, kPage)), found) << before;
+      EXPECT_EQ(CanHaveHits(bytes, Matcher({.text = text, .ignoreCase = true}, kLetters)), found) << before;
     }
   }
   const std::string longLine(300000, 'x');
   BytesInMemory bytes(longLine);
-  EXPECT_TRUE(CanHaveHits(bytes, Matcher({.text = "y"}, kPage)));
+  EXPECT_TRUE(CanHaveHits(bytes, Matcher({.text = "y"}, kLetters)));
 }
 
 }  // namespace
