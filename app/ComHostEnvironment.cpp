@@ -81,4 +81,14 @@ std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {
   return std::make_unique<ComModule>(std::move(components), std::move(component));
 }
 
+bool ComHostEnvironment::IsProcess(unsigned long process) {
+  try {
+    DWORD own = 0;
+    GetWindowThreadProcessId(root_.MainWindow().HWnd(), &own);
+    return own == process;
+  } catch (const HostError&) {
+    return false;
+  }
+}
+
 }  // namespace snip

@@ -9,6 +9,7 @@
 #include "settings/SettingsText.h"
 #include "tests/unit/FakeSettingsTarget.h"
 #include "ui/dialogs/SettingsChoices.h"
+#include "ui/find/HotKey.h"
 
 namespace snip::test {
 namespace {
@@ -176,6 +177,42 @@ TEST(SettingsChoicesTest, EachValueIsSavedRightAfterItIsApplied) {
                                                   "MinimizeOnView=-1", "switch 0", "SnippetTips=0"}));
   EXPECT_EQ(target.font, (FontProperty{.Name = "Courier New", .Size = 9.75}));
   EXPECT_EQ(target.switches, choices.switches);
+}
+
+TEST(HotKeyTest, KeysThatWindowsOrKeyboardsNeedAreRefused) {
+  constexpr auto control = HotKey::kControl;
+  constexpr auto controlShift = HotKey::kControl | HotKey::kShift;
+  constexpr auto controlAlt = HotKey::kControl | HotKey::kAlt;
+  struct Case {
+    std::uint8_t key;
+    int held;
+    bool types;
+    const char* reason;  ///< A part of it; empty if the key is free.
+  };
+  for (const Case& one : {Case{0, 0, false, ""},
+                          {'F', controlShift, false, ""},
+                          {'F', controlAlt, false, ""},
+                          {0x77, HotKey::kAlt, false, ""},
+                          {'Q', controlAlt, true, "AltGr"},
+                          {'F', 0, false, "typed"},
+                          {'F', HotKey::kShift, false, "typed"},
+                          {0x74, 0, false, "function"},
+                          {0x7B, controlShift, false, "debuggers"},
+                          {'C', control, false, "Most programs"},
+                          {'F', HotKey::kAlt, false, "menus"},
+                          {0x09, HotKey::kAlt, false, "Windows needs"},
+                          {0x73, HotKey::kAlt, false, "Windows needs"},
+                          {0x1B, controlShift, false, "Windows needs"},
+                          {0x2E, controlAlt, false, "Windows needs"}}) {
+    const HotKey key{one.key, static_cast<std::uint8_t>(one.held)};
+    const std::string reason = RefusalOf(key, one.types);
+    EXPECT_TRUE(reason.empty() == (*one.reason == 0) && reason.find(one.reason) != std::string::npos)
+        << int{one.key} << " " << one.held << ": " << reason;
+    EXPECT_EQ(HotKey::FromText(key.Text()), key);
+  }
+  for (const char* text : {"", "-1", "12", "070", "65.5", "9999999", "x"}) {
+    EXPECT_EQ(HotKey::FromText(text).empty(), text != std::string("12")) << text;
+  }
 }
 
 }  // namespace

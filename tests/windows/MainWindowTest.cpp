@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <richedit.h>
+#include <commctrl.h>
 
 #include <algorithm>
 #include <map>
@@ -15,6 +16,7 @@
 #include "tests/support/AccessibleClient.h"
 #include "tests/support/TestDesktop.h"
 #include "tests/support/TestRegistry.h"
+#include "ui/find/frmFindKey.h"
 #include "ui/main/frmAddIn.h"
 
 namespace snip::test {
@@ -621,6 +623,37 @@ TEST_F(MainWindowTest, FindSeesEditsAndTagsCopiesAndKeepsItsPlace) {
   RECT place{};
   GetWindowRect(Find(""), &place);
   EXPECT_TRUE(place.left == 40 && place.top == 50 && place.right == 540 && place.bottom == 450);
+}
+
+TEST_F(MainWindowTest, AKeyThatNoProgramNeedsShowsThePaletteFromAnywhere) {
+  Open();
+  const HWND palette = Find("");
+  {
+    Driver driver([] {
+      const HWND dialog = WaitForWindow("System-wide Key");
+      const auto choose = [&](char key, BYTE held) {
+        SendMessageA(GetDlgItem(dialog, frmFindKey::kKeyId), HKM_SETHOTKEY, MAKEWORD(key, held), 0);
+        SendMessageA(dialog, WM_COMMAND, IDOK, 0);
+      };
+      choose('C', HOTKEYF_CONTROL);
+      EXPECT_TRUE(
+          WindowText(GetDlgItem(dialog, frmFindKey::kReasonId)).starts_with("Most programs use Ctrl"));
+      choose('Y', HOTKEYF_CONTROL | HOTKEYF_SHIFT);
+    });
+    SendMessageA(palette, WM_COMMAND, frmFind::kSystemKey, 0);
+  }
+  for (const bool again : {false, true}) {
+    PressKey(VK_ESCAPE);
+    ASSERT_TRUE(Until([&] { return FindVisibleWindow("Find Snippets") == nullptr; }));
+    // The next start has the key as well.
+    if (again) {
+      window_.Unload();
+      ASSERT_TRUE(window_.Show());
+    }
+    ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()); }));
+    PressKey('Y', {VK_CONTROL, VK_SHIFT});
+    EXPECT_TRUE(Until([] { return IsForeground(FindVisibleWindow("Find Snippets")); }));
+  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "find/LibraryReading.h"
 #include "find/NameMatch.h"
 #include "ui/commandbar/PropertyBag.h"
+#include "ui/find/HotKey.h"
 
 namespace snip {
 
@@ -47,6 +48,11 @@ class FindTarget {
   virtual void Output(const std::string& libraryName, std::span<const Snippet> snippets,
                       std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;
+
+  /// The key that shows the palette over any program.
+  virtual HotKey SystemKey() const = 0;
+  /// Makes another key that one, or none for an empty one. Says why not, in a sentence; nothing if it works.
+  virtual std::string UseSystemKey(HotKey key) = 0;
 };
 
 }  // namespace snip

@@ -13,6 +13,7 @@
 #include "resources/resource.h"
 #include "settings/SettingsText.h"
 #include "ui/find/SystemFolding.h"
+#include "ui/find/frmFindKey.h"
 
 namespace snip {
 namespace {
@@ -31,10 +32,6 @@ constexpr Size kLeastSize{3600, 3000};
 constexpr std::size_t kMostHits = 1000;
 constexpr std::size_t kMostMarks = 200;
 
-namespace Item {
-enum : int { kGo = 1, kOutput, kCopy, kTags, kClose };
-}
-
 struct PlaceNames {
   static constexpr const char* kLeft = "FindLeft";
   static constexpr const char* kTop = "FindTop";
@@ -46,6 +43,7 @@ constexpr const char* kKeys =
     "Enter: go to   Ctrl+Enter: output   Ctrl+C: copy   F3: next   Ctrl+G: tags   Esc: close";
 
 UniqueMenu MakeMenu() {
+  using Item = frmFind::Item;
   UniqueMenu bar(CreateMenu());
   UniqueMenu snippet(CreatePopupMenu());
   AppendMenuA(snippet.get(), MF_STRING, Item::kGo, "&Go To\tEnter");
@@ -53,6 +51,7 @@ UniqueMenu MakeMenu() {
   AppendMenuA(snippet.get(), MF_STRING, Item::kCopy, "&Copy\tCtrl+C");
   AppendMenuA(snippet.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuA(snippet.get(), MF_STRING, Item::kTags, "&Tags\tCtrl+G");
+  AppendMenuA(snippet.get(), MF_STRING, Item::kSystemKey, "System-wide &Key...");
   AppendMenuA(snippet.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuA(snippet.get(), MF_STRING, Item::kClose, "C&lose\tEsc");
   const auto popup = reinterpret_cast<UINT_PTR>(snippet.Release());  // the bar destroys it with itself
@@ -467,6 +466,13 @@ void frmFind::Copy() {
   if (services_.target.Copy(snippet->Code)) Tell("Copied the code of \"" + name + "\".");
 }
 
+void frmFind::ChooseSystemKey() {
+  FindTarget& target = services_.target;
+  frmFindKey(services_.caption, [&target](HotKey key) {
+    return target.UseSystemKey(key);
+  }).ShowMe(hWnd(), target.SystemKey());
+}
+
 void frmFind::Escape() {
   if (rows_.listsTags()) {
     Search();
@@ -538,6 +544,7 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == Item::kOutput) Output();
   if (id == Item::kCopy) Copy();
   if (id == Item::kTags) ShowTags();
+  if (id == Item::kSystemKey) ChooseSystemKey();
   if (id == Item::kClose) CloseMe();
 }
 

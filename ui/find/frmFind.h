@@ -26,6 +26,9 @@ class frmFind : public Window {
   static constexpr int kKeysId = 1104;
   static constexpr int kStatusId = 1105;
 
+  /// Of the menu's items.
+  enum Item : int { kGo = 1, kOutput, kCopy, kTags, kSystemKey, kClose };
+
   struct Services {
     FindTarget& target;
     const LibraryStore& store;
@@ -80,6 +83,7 @@ class frmFind : public Window {
   void Output();
   void Copy();
   void ShowTags();
+  void ChooseSystemKey();
   bool GoToHit();
   bool SelectPlace(bool forward, bool fromStart);
   void ShowPreview();
@@ -103,7 +107,7 @@ class frmFind : public Window {
   HWND status_ = nullptr;
   FoundList list_;
   BnRichEdit preview_;
-  std::string told_;        ///< Shown in place of a count until something else is looked for.
+  std::string told_;       ///< Shown in place of a count until something else is looked for.
   std::string previewed_;  ///< The code in the preview.
   bool current_ = false;   ///< The libraries have been asked for since the window was activated.
   bool codeFirst_ = false;

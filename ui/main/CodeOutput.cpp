@@ -192,7 +192,7 @@ void CodeOutput::PasteCode() {
   });
 }
 
-void CodeOutput::PasteCode(const std::string& code) {
+void CodeOutput::PasteCode(std::string code) {
   Deliver([&code](HostEnvironment& host) { Insert(host, code); });
 }
 

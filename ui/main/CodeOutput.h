@@ -41,7 +41,7 @@ class CodeOutput {
   /// starts.
   void PasteCode();
   /// The same with some other code.
-  void PasteCode(const std::string& code);
+  void PasteCode(std::string code);
   /// Inserts the code that is shown with its fields filled, and with the indentation of the caret's line;
   /// lines that are selected are replaced if the code has a field for them. Without an environment the filled
   /// code goes to the clipboard.

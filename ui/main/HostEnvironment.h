@@ -81,6 +81,8 @@ class HostEnvironment {
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
   /// The name of the active project; empty when none is open.
   virtual std::string ProjectName() = 0;
+  /// Whether it is that process, by the system's number; false if it cannot tell.
+  virtual bool IsProcess(unsigned long /*process*/) { return false; }
   /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
   virtual bool Lost() { return true; }
 };

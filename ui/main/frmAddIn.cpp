@@ -342,6 +342,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       MakeControls();
       LoadSettings();
       ExtendSystemMenu(hWnd());
+      LoadSystemKey();
       StartTimers();
       return 0;
     case WM_SIZE:
@@ -363,6 +364,9 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       } else {
         OnCommand(GET_WM_COMMAND_ID(wParam, lParam), GET_WM_COMMAND_CMD(wParam, lParam));
       }
+      return 0;
+    case WM_HOTKEY:
+      FindOverOthers();
       return 0;
     case WM_SYSCOMMAND:
       if (const auto command = SystemMenuCommand(wParam)) return Do(*command), 0;

@@ -147,8 +147,13 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
               std::size_t snippet) override;
   bool Copy(const std::string& text) override;
 
+  HotKey SystemKey() const override { return systemKey_; }
+  std::string UseSystemKey(HotKey key) override;
+
   void Find();
   void FindNext(bool forward);
+  void FindOverOthers();
+  void LoadSystemKey();
 
   Library library_;
   Services services_;
@@ -174,6 +179,8 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   Attachments attachments_;
   CodeOutput output_;
   frmFind find_;
+  HotKey systemKey_;
+  HWND overWindow_ = nullptr;  ///< The other program's window that the palette was brought over, or none.
 
   UniqueAccelerators accelerators_;
   HostEnvironment* host_ = nullptr;

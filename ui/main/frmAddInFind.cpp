@@ -1,5 +1,6 @@
 // What the palette asks of the main window.
 #include <algorithm>
+#include <utility>
 
 #include "platform/Win32Text.h"
 #include "ui/main/frmAddIn.h"
@@ -19,9 +20,47 @@ std::string SelectedText(HWND field) {
   return start < text.size() ? AnsiFromUtf16(text.substr(start, end - start)) : std::string();
 }
 
+constexpr int kHotKeyId = 1;
+constexpr const char* kKeySetting = "FindKey";
+
+/// False when another program has the key.
+bool Register(HWND window, HotKey key) {
+  const UINT held = ((key.held & HotKey::kShift) != 0 ? MOD_SHIFT : 0U) |
+                    ((key.held & HotKey::kControl) != 0 ? MOD_CONTROL : 0U) |
+                    ((key.held & HotKey::kAlt) != 0 ? MOD_ALT : 0U);
+  return key.empty() || RegisterHotKey(window, kHotKeyId, held, key.key) != 0;
+}
+
 }  // namespace
 
+/// The system lets go of the key with the window.
+void frmAddIn::LoadSystemKey() {
+  const HotKey key = HotKey::FromText(services_.settings.LoadMore(kKeySetting));
+  systemKey_ = Register(hWnd(), key) ? key : HotKey{};
+}
+
+std::string frmAddIn::UseSystemKey(HotKey key) {
+  if (!systemKey_.empty()) UnregisterHotKey(hWnd(), kHotKeyId);
+  if (!Register(hWnd(), key)) {
+    Register(hWnd(), systemKey_);
+    return "Another program has this key already.";
+  }
+  systemKey_ = key;
+  services_.settings.SaveMore(kKeySetting, key.empty() ? "" : key.Text());
+  return {};
+}
+
+void frmAddIn::FindOverOthers() {
+  const HWND front = GetForegroundWindow();
+  DWORD process = 0;
+  GetWindowThreadProcessId(front, &process);
+  if (process == GetCurrentProcessId() && IsWindowEnabled(hWnd()) == 0) return;  // a dialog comes first
+  overWindow_ = process == GetCurrentProcessId() ? nullptr : front;
+  find_.ShowMe(hWnd(), "", false);
+}
+
 void frmAddIn::Find() {
+  overWindow_ = nullptr;
   const BnRichEdit& code = controls_.txtCode();
   const bool inCode = code.HasFocus();
   std::string text = inCode ? code.SelText().value_or("") : SelectedText(GetFocus());
@@ -79,6 +118,17 @@ TextRange frmAddIn::SelectedInCode() {
 
 void frmAddIn::Output(const std::string& libraryName, std::span<const Snippet> snippets,
                       std::size_t snippet) {
+  if (const HWND over = std::exchange(overWindow_, nullptr); over != nullptr) {
+    SetForegroundWindow(over);
+    DWORD process = 0;
+    GetWindowThreadProcessId(over, &process);
+    if (host_ != nullptr && host_->IsProcess(process)) {
+      output_.PasteCode(snippets[snippet].Code);
+    } else {
+      Copy(snippets[snippet].Code);
+    }
+    return;
+  }
   const int mode = bars_.OutputMode();
   if (mode == Command::kCopyToClipboard) {
     Copy(snippets[snippet].Code);
