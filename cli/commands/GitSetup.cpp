@@ -96,16 +96,18 @@ class GitSetup : public Command {
     const bool exists = std::filesystem::exists(ToPath(path), ignored);
     std::string text = exists ? session_.Read(path) : "";
     const std::string line(kAttributes);
-    const std::size_t at = ("\n" + text + "\n").find("\n" + line + "\n");
+    // Git for Windows may check the file out with CR LF.
+    const std::string lineEnd = text.find("\r\n") == std::string::npos ? "\n" : "\r\n";
+    const std::size_t at = (lineEnd + text + lineEnd).find(lineEnd + line + lineEnd);
     const bool there = at != std::string::npos;
     if (there != undo_) return;
     if (!undo_) {
       const bool withinLine = !text.empty() && !text.ends_with('\n');
-      text += withinLine ? "\n" + line : line + "\n";
+      text += withinLine ? lineEnd + line : line + lineEnd;
     } else if (at + line.size() == text.size()) {
-      text.erase(at > 0 ? at - 1 : 0);  // with the line end before it
+      text.erase(at > 0 ? at - lineEnd.size() : 0);  // with the line end before it
     } else {
-      text.erase(at, line.size() + 1);
+      text.erase(at, line.size() + lineEnd.size());
     }
     session_.WriteLine(NameOf(path) + (undo_ ? ": remove: " : ": add: ") + line);
     if (session_.dryRun) return;

@@ -20,13 +20,13 @@ std::string Numbers(const std::vector<std::size_t>& positions) {
   return text;
 }
 
+}  // namespace
+
 void RequireRoom(const std::string& path, std::size_t count) {
   if (count > Library::kMaxSnippets) {
     throw Failure(ExitCode::Refused, NameOf(path) + ": a library can hold 32,767 snippets");
   }
 }
-
-}  // namespace
 
 BnsContents ReadContents(Session& session, const std::string& path, std::string_view bytes) {
   auto read = ReadBns(bytes);

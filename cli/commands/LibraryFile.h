@@ -10,6 +10,9 @@
 
 namespace snip {
 
+/// Throws a Failure if a library cannot hold so many snippets.
+void RequireRoom(const std::string& path, std::size_t count);
+
 /// The contents of a library's bytes; throws a Failure if they are not a library.
 BnsContents ReadContents(Session& session, const std::string& path, std::string_view bytes);
 

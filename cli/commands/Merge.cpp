@@ -46,6 +46,7 @@ class Merge : public Transfer {
     const std::vector<Snippet> ours = ReadVersion(library_, "ours");
     const std::vector<Snippet> theirs = ReadVersion(sources_.front(), "theirs");
     const MergedLibrary merged = MergeLibraries(base, ours, theirs);
+    RequireRoom(label_.value_or(library_), merged.snippets.size());
     if (!session_.dryRun) WriteLibrary(session_, output_.value_or(library_), merged.snippets);
     OrderedJson conflicts = OrderedJson::array();
     for (const std::string& conflict : merged.conflicts) {

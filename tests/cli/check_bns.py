@@ -245,6 +245,8 @@ def exchanging():
     expect([(each["name"], each["change"]) for each in compared] == [("One", "changed"), ("Two", "removed")], f"diff {compared}")
     write("full.bns", b"BNS2.0\r\n" + b"(.)\r\n".join([b"\r\n\r\n\r\n(,)\r\n\r\n"] * 32766) + b"...\r\n")
     bns(NO, "merge", "full.bns", "l2.bns", says="merged 1, already there 0, skipped 1")
+    write("none", b"")
+    refuse(REFUSED, "merge", "--base", "none", "full.bns", "l.bns", "--label", "team.bns", "--dry-run", says="team.bns: ")
     bns(DONE, "export", "--force", "-s", "Two", "-s", "One", "l.bns", "l.json", says="exported 2")
     expect(list(json.loads(read("l.json"))) == ["Two", "One"], "export --snippet")
     write("dollar.bns", LIBRARY.replace(b"Dim s$", b"$a$ = 1"))

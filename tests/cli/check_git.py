@@ -157,6 +157,11 @@ def setup(folder):
     assert '"One": changed\n@@ description' in shown and "-b\n+c\n" in shown, shown
     run(folder, BNS, "git-setup", "--undo")
     assert before == [(folder / name).read_bytes() for name in (".gitattributes", ".git/config")]
+    windows, line = b"*.txt text\r\n", b"*.bns -text diff=bns merge=bns\r\n"  # as git checks it out there
+    (folder / ".gitattributes").write_bytes(windows)
+    for options, added in ((), line), ((), line), (("--undo",), b""):
+        run(folder, BNS, "git-setup", *options)
+        assert (folder / ".gitattributes").read_bytes() == windows + added, options
 
 
 def history(seed, folder):
