@@ -117,7 +117,8 @@ class TemplateReader {
   /// The field that stands for a placeholder, which was written in `length` bytes; nothing when none can.
   std::optional<std::string> FieldFor(const std::string& name, std::size_t length) const {
     for (const auto& [field, variable] : kVariables) {
-      if (name == variable) return WrittenField(std::string(field));
+      // These fields have no place for a default text.
+      if (name == variable && ValueOf(name).empty()) return WrittenField(std::string(field));
     }
     if (!IsDigit(name.front())) return std::nullopt;
     const auto known = choices_.find(name);
@@ -130,11 +131,14 @@ class TemplateReader {
     });
     const bool named =
         alone && WrittenField(choices.front()).has_value() && !IsDigit(choices.front().front());
-    if (named && choices.size() == 1) return WrittenField(choices.front());
-    const std::string label = named && !IsAnswered(choices.front()) ? choices.front() : name;
+    // The editor has no variable for the procedure, so that a placeholder has to stand for that field.
+    const bool answered = IsAnswered(choices.front());
+    const bool procedure = EqualsIgnoringAsciiCase(choices.front(), kProcedureField);
+    if (named && choices.size() == 1 && (!answered || procedure)) return WrittenField(choices.front());
+    const std::string label = named && !answered ? choices.front() : name;
     // Every mention has to fit, or the user would be asked for some of them alone.
     auto whole = WrittenField(label, choices);
-    const bool mention = length <= name.size() + std::string_view("${}").size();
+    const bool mention = known != choices_.end() && length <= name.size() + std::string_view("${}").size();
     return whole && mention ? WrittenField(label) : whole;
   }
 

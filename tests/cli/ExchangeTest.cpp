@@ -219,6 +219,11 @@ TEST(ExchangeTest, FieldsGoToPlaceholdersAndBack) {
       "<<end>>Dim <<My var>> ' $ } <<Long=Long|a,b>>\r\n<<My var>> <<3=1>> <<date>> <<module>><<selection>> "
       "<<procedure>> <<project>>")
       << "a placeholder has no name but its text";
+  EXPECT_EQ(ReadVsCodeSnippets(R"({"n": {"body": "$1 ${2:date} ${3:end} $3 ${0:body}"}})", {}, {}, kPage)
+                .snippets.at(0)
+                .Code,
+            "<<1=>> <<2=date>> <<3=end>> <<3>> <<body>>")
+      << "a default text stays one";
   const std::string studio = WriteVisualStudioSnippets(library, false, kPage, report);
   EXPECT_EQ(ReadVisualStudioSnippets(studio, {}, kPage).snippets.at(0).Code,
             "<<end>>Dim <<My_var=My var>> ' $ } <<type=Long>>\r\n<<My_var>> <<x=1>> <<date>> "
