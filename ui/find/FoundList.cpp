@@ -14,10 +14,11 @@
 namespace snip {
 namespace {
 
-UniqueFont BoldOf(HFONT font) {
+UniqueFont BoldOf(HFONT font, bool underlined) {
   LOGFONTA description{};
   GetObjectA(font, sizeof description, &description);
   description.lfWeight = FW_BOLD;
+  description.lfUnderline = underlined ? TRUE : FALSE;
   return UniqueFont(CreateFontIndirectA(&description));
 }
 
@@ -71,8 +72,9 @@ FoundList::~FoundList() {
 
 bool FoundList::CreateIn(HWND parent, int id, HFONT font) {
   font_ = font;
-  bold_ = BoldOf(font);
-  rowHeight_ = std::max(CharacterSize(bold_.get()).height, CharacterSize(font).height) * 5 / 4;
+  heading_ = BoldOf(font, false);
+  marked_ = BoldOf(font, true);  // not every face has a bold one that can be told
+  rowHeight_ = std::max(CharacterSize(marked_.get()).height, CharacterSize(font).height) * 5 / 4;
   return Create({.className = "BnFoundList",
                  .title = "Found snippets",
                  .style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL,
@@ -221,16 +223,16 @@ void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
   if (!texts.context.empty()) left.right = middle - margin;
   LineWriter line(dc, left);
   if (texts.heading) {
-    line.Write(texts.text, bold_.get());
+    line.Write(texts.text, heading_.get());
     return;
   }
-  line.Write(texts.text, texts.marks, font_, bold_.get());
+  line.Write(texts.text, texts.marks, font_, marked_.get());
   SetTextColor(dc, weak);
   line.Write(texts.behind, font_);
   room.left = middle;
   LineWriter context(dc, room);
   SetTextColor(dc, colour);
-  context.Write(texts.context, texts.contextMarks, font_, bold_.get());
+  context.Write(texts.context, texts.contextMarks, font_, marked_.get());
   if (selected && GetFocus() == hWnd()) DrawFocusRect(dc, &place);
 }
 

@@ -56,7 +56,8 @@ class FoundList : public Window, private AccessibleItems {
   Events events_;
   AccessibleList accessible_{*this, *this};
   HFONT font_ = nullptr;
-  UniqueFont bold_;
+  UniqueFont heading_;
+  UniqueFont marked_;
   int rowHeight_ = 1;  ///< Pixels.
   int top_ = 0;        ///< The first row in sight.
   int selected_ = -1;
