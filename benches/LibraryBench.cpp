@@ -20,6 +20,7 @@
 
 #include "benches/Comparison.h"
 #include "benches/GeneratedLibrary.h"
+#include "find/Finder.h"
 #include "library/BnsFormat.h"
 #include "library/LibraryMerge.h"
 
@@ -30,6 +31,7 @@ constexpr int kRuns = 21;
 constexpr double kReadLimit = 2.5;
 constexpr double kWriteLimit = 2;
 constexpr double kMergeLimit = 3;
+constexpr double kFindLimit = 3;
 constexpr double kPeakPerFile = 1.5;
 constexpr double kPeakFixedMb = 16;
 constexpr double kMb = 1 << 20;
@@ -186,6 +188,26 @@ void MeasureMerge(const std::string& path, const std::vector<Snippet>& snippets,
              kMergeLimit);
 }
 
+/// A word that no snippet has, beside a pass of memchr through the same bytes.
+void MeasureFind(const std::vector<Snippet>& snippets, const std::string& suffix) {
+  const Folding folding = Folding::Utf8();
+  Finder finder(folding);
+  const auto library = std::make_shared<SearchedLibrary>("", "", &snippets, folding);
+  const auto find = [&] {
+    finder.SetLibraries({library});  // not narrower than the search before
+    return ProcessorMilliseconds([&] { Require(finder.Search("zfindz").empty(), "nothing to find"); });
+  };
+  const auto pass = [&] {
+    return ProcessorMilliseconds([&] {
+      for (const Snippet& snippet : snippets) {
+        for (const std::string* text : {&snippet.Name, &snippet.Description, &snippet.Code})
+          Require(std::memchr(text->data(), '\1', text->size()) == nullptr, "a byte that is not there");
+      }
+    });
+  };
+  PrintRatio("find a word" + suffix, Compare(kRuns, find, pass), kFindLimit);
+}
+
 void Measure(const std::string& program, const std::string& folder, int count) {
   const std::string suffix = ", " + std::to_string(count) + " snippets";
   const std::string path = folder + "/" + std::to_string(count) + ".bns";
@@ -214,6 +236,7 @@ void Measure(const std::string& program, const std::string& folder, int count) {
   PrintRatio("write a library" + suffix, writing, kWriteLimit);
 
   MeasureMerge(path, snippets, suffix);
+  MeasureFind(snippets, suffix);
 }
 
 int Main(std::span<char*> arguments) {

@@ -11,4 +11,8 @@ RealWindow::RealWindow(const std::vector<Snippet>& snippets) {
   AnswerAll();
 }
 
+void RealWindow::AddLibrary(const std::string& name, const std::vector<Snippet>& snippets) const {
+  folder_.Write(name + ".bns", WriteBns(snippets));
+}
+
 }  // namespace snip::bench

@@ -17,6 +17,9 @@ class RealWindow {
  public:
   explicit RealWindow(const std::vector<Snippet>& snippets);
 
+  /// A library beside the one that is open.
+  void AddLibrary(const std::string& name, const std::vector<Snippet>& snippets) const;
+
   HWND hWnd() const { return window_.hWnd(); }
   HWND Control(int id) const { return test::FindControl(hWnd(), id); }
   /// The rich-edit control that shows the code at this moment.

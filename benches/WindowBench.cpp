@@ -1,5 +1,5 @@
 // The program's own windows beside the platform's bare ones. Prints report lines for ./bench.
-//   window_bench list | code | walk | hover
+//   window_bench list | code | walk | hover | find
 
 #include <windows.h>
 #include <commctrl.h>
@@ -28,8 +28,10 @@ int main(int count, char** arguments) {
     bench::BenchWalk();
   } else if (group == "hover") {
     bench::BenchHover();
+  } else if (group == "find") {
+    bench::BenchFind();
   } else {
-    std::fputs("usage: window_bench list | code | walk | hover\n", stderr);
+    std::fputs("usage: window_bench list | code | walk | hover | find\n", stderr);
     return 2;
   }
   return 0;

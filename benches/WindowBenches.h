@@ -7,6 +7,7 @@ void BenchList();
 void BenchCodeField();
 void BenchWalk();
 void BenchHover();
+void BenchFind();
 
 // One measurement of the code group, in microseconds.
 int ShowInField();
