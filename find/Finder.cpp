@@ -136,14 +136,14 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
   }
   if (count > 1) joined_.emplace_back(words, folding_);
 
-  std::vector<std::pair<std::uint64_t, Found>> ranked;
+  // In one number each, the most important first, so that sorting them is quick.
+  std::vector<std::uint64_t> ranked;
   const auto consider = [&](std::uint32_t library, std::uint32_t snippet) {
     Rank rank;
     if (!Matches(*libraries_[library], snippet, rank)) return;
-    const Found found{library, snippet, rank.worst};
     const auto worst = static_cast<std::uint64_t>(rank.worst);
-    ranked.emplace_back(
-        ((worst << 8U | rank.all) << 8U | LatenessOf(found)) << 32U | library << 16U | snippet, found);
+    const std::uint64_t lateness = LatenessOf({library, snippet});
+    ranked.push_back(((worst << 8U | rank.all) << 8U | lateness) << 32U | library << 16U | snippet);
   };
   if (narrows) {
     for (const Found& found : found_) {
@@ -156,9 +156,12 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
       for (std::uint32_t snippet = 0; snippet < snippets; ++snippet) consider(library, snippet);
     }
   }
-  std::ranges::sort(ranked, {}, &std::pair<std::uint64_t, Found>::first);
-  found_.resize(ranked.size());
-  std::ranges::transform(ranked, found_.begin(), &std::pair<std::uint64_t, Found>::second);
+  std::sort(ranked.begin(), ranked.end());
+  found_.clear();
+  for (const std::uint64_t one : ranked) {
+    found_.push_back({static_cast<std::uint32_t>(one >> 16U & 0xFFFFU),
+                      static_cast<std::uint32_t>(one & 0xFFFFU), static_cast<HitPlace>(one >> 48U)});
+  }
   narrows_ = true;
   return found_;
 }

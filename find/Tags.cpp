@@ -37,23 +37,23 @@ bool HasTag(std::string_view description, const Needle& tag, bool wholeTag, cons
 }
 
 std::vector<TagCount> CountTags(const std::vector<SearchedLibraryPtr>& libraries, const Folding& folding) {
-  std::map<std::string, TagCount> counts;
-  std::map<std::string, std::string_view> ofSnippet;
+  struct Counted {
+    TagCount tag;
+    const Snippet* last = nullptr;  ///< That it was counted for.
+  };
+  std::map<std::string, Counted> counts;
   for (const SearchedLibraryPtr& library : libraries) {
     for (const Snippet& snippet : library->snippets()) {
-      ofSnippet.clear();
       ForEachTag(snippet.Description, folding, [&](std::string_view tag, TextRange) {
-        ofSnippet.emplace(folding.Fold(tag), tag);
+        Counted& counted = counts[folding.Fold(tag)];
+        if (counted.last == nullptr) counted.tag.tag = tag;
+        if (std::exchange(counted.last, &snippet) != &snippet) ++counted.tag.count;
         return true;
       });
-      for (const auto& [folded, tag] : ofSnippet) {
-        TagCount& count = counts.try_emplace(folded, std::string(tag)).first->second;
-        ++count.count;
-      }
     }
   }
   std::vector<TagCount> tags;
-  for (auto& [folded, count] : counts) tags.push_back(std::move(count));
+  for (auto& [folded, counted] : counts) tags.push_back(std::move(counted.tag));
   return tags;
 }
 
