@@ -82,7 +82,7 @@ bool HasSelection(HWND field) {
 
 }  // namespace
 
-frmFind::frmFind(Services services)
+frmFind::frmFind(const Services& services)
     : services_(services),
       folding_(SystemFolding()),
       rows_(folding_),

@@ -36,7 +36,7 @@ class frmFind : public Window {
     CaptionPainter& caption;
   };
 
-  explicit frmFind(Services services);
+  explicit frmFind(const Services& services);
   ~frmFind() override;
 
   /// Shows the palette in front of `owner`. Begins with `text`, unless it is empty; `codeFirst` searches the
