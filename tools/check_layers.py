@@ -17,10 +17,10 @@ LAYERS = [
     ["ui/main"],
     ["ui/find", "ui/history"],
     ["find", "history"],
-    ["library", "ui/dialogs", "ui/menu", "ui/editor"],
+    ["ui/dialogs", "ui/menu", "ui/editor"],
     ["ui/commandbar"],
     ["ui/caption"],
-    ["settings"],
+    ["library", "settings"],
     ["platform"],
 ]
 
