@@ -16,7 +16,7 @@ dump=$("$objdump" -p "$file") && sections=$("$objdump" -h "$file") || exit 1
 grep -q "file format $format\$" <<<"$dump" || fault "is not $format"
 libraries=$(grep -iE 'DLL Name: (lib|mingw)' <<<"$dump") && fault "needs $libraries"
 # What a window needs late or never would slow each start. On x86 it cannot be put off.
-grep -qi 'DLL Name: user32' <<<"$dump" && late=$(grep -iE 'DLL Name: (comdlg32|oleacc|shell32|winmm)\.' <<<"$dump") && [ "$format" != pei-i386 ] &&
+grep -q '^Subsystem.*GUI' <<<"$dump" && late=$(grep -iE 'DLL Name: (comdlg32|oleacc|shell32|winmm)\.' <<<"$dump") && [ "$format" != pei-i386 ] &&
   fault "loads with each start $late"
 
 # Windows XP starts no program that imports something it lacks.
