@@ -14,7 +14,7 @@ namespace {
 
 using Positions = std::vector<std::optional<std::size_t>>;
 
-/// A snippet of any of the three libraries, and what becomes of it.
+/// One snippet in each of the three libraries, and its merged form.
 struct Entry {
   const Snippet* base = nullptr;
   const Snippet* ours = nullptr;

@@ -74,13 +74,13 @@ Size ClientSize(HWND window);
 /// A window's place in pixels of its parent.
 Rect PlaceInParent(HWND window);
 
-/// Whether a window itself is what a place of the screen shows: no child of it and no window in front. A window
-/// in a disabled one does not count, because it gets no mouse.
+/// Whether a window itself is what a place of the screen shows: no child of it and no window in front. A
+/// window in a disabled one does not count, because it gets no mouse.
 bool LiesAt(HWND window, POINT screen);
 
-/// Tells a timer's handler whether it has to look for the pointer in a window. GetCursorPos is slow, so the last
-/// message's position is used unless it is stale: a pointer that leaves to another program's window sends no
-/// message. A stale position is looked at again only now and then.
+/// Tells a timer's handler whether it has to look for the pointer in a window. GetCursorPos is slow, so the
+/// last message's position is used unless it is stale: a pointer that leaves to another program's window
+/// sends no message. A stale position is looked at again only now and then.
 class PointerQuery {
  public:
   /// Whether the pointer may be within the bounds of `window`.

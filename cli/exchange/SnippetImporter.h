@@ -11,7 +11,7 @@
 
 namespace snip {
 
-/// What becomes of the placeholders of a snippet that is imported.
+/// How an import treats the placeholders of a snippet.
 enum class Templates {
   Fields,  ///< Fields of the code; a placeholder that no field can stand for becomes its default text.
   Skip,    ///< The snippet is left out.
