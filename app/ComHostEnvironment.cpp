@@ -9,7 +9,6 @@ class ComCodePane : public HostCodePane {
  public:
   explicit ComCodePane(host::CodePane pane) : pane_(std::move(pane)) {}
 
-  int SelectionStartLine() override { return pane_.GetSelection().startLine; }
   void InsertLines(int line, const std::string& text) override { pane_.CodeModule().InsertLines(line, text); }
   void Show() override { pane_.Show(); }
   HostSelection Selection() override {

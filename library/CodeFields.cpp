@@ -50,10 +50,6 @@ void ForEachLine(std::string_view text, const Take& take) {
   }
 }
 
-bool IsBlank(std::string_view line) {
-  return IndentationOf(line).size() == line.size();
-}
-
 /// What comes before `place` in its line when that is blanks and tabs alone.
 std::string_view IndentationBefore(std::string_view text, std::size_t place) {
   const std::size_t end = text.substr(0, place).rfind('\n');
@@ -167,6 +163,10 @@ FilledCode FillFields(std::string_view code,
 
 std::string_view IndentationOf(std::string_view line) {
   return line.substr(0, line.find_first_not_of(kBlanks));
+}
+
+bool IsBlank(std::string_view line) {
+  return IndentationOf(line).size() == line.size();
 }
 
 std::string Indented(std::string_view text, std::string_view indentation) {

@@ -55,6 +55,8 @@ FilledCode FillFields(std::string_view code,
 
 /// The blanks and tabs that a line begins with.
 std::string_view IndentationOf(std::string_view line);
+/// Whether a line has nothing but these.
+bool IsBlank(std::string_view line);
 
 /// The text with `indentation` before each line but those that are empty. Lines end with CR LF.
 std::string Indented(std::string_view text, std::string_view indentation);

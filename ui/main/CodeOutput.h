@@ -1,21 +1,17 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "library/CodeFields.h"
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
+#include "ui/main/FittedCode.h"
 #include "ui/main/HostEnvironment.h"
 #include "ui/main/SnippetEditing.h"
 
 namespace snip {
-
-/// What the user has entered, by the names of the fields.
-using FieldTexts = std::map<std::string, std::string>;
 
 /// What filling fields needs from the window.
 struct FieldServices {

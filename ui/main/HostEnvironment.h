@@ -54,8 +54,6 @@ class HostCodePane {
   /// That procedure with what stands before it, separated by CR LF; empty in the declarations.
   virtual std::string ProcedureCodeAt(int line) = 0;
   virtual std::string ModuleName() = 0;
-  /// The line on which the selection starts; without one, the line of the cursor.
-  virtual int SelectionStartLine() = 0;
   /// Inserts `text`, lines separated by CR LF and no line end behind the last, as whole lines before a line.
   virtual void InsertLines(int line, const std::string& text) = 0;
   virtual void Show() = 0;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "library/CodeFields.h"
+#include "ui/main/HostEnvironment.h"
+
+namespace snip {
+
+/// Texts of fields by their names.
+using FieldTexts = std::map<std::string, std::string>;
+
+/// The code with its fields filled from `known` and, where that has no text, from `entered`. Fields without a
+/// text are left out.
+FilledCode FillFrom(const std::string& code, const FieldTexts& known, const FieldTexts& entered);
+
+/// Where code is pasted in a code window, and what the environment knows there.
+struct PastePlace {
+  HostSelection selection;
+  std::string indentation;  ///< Of the line on which the selection starts.
+  FieldTexts answers;       ///< To the fields that the code has and the user is not asked for.
+};
+
+PastePlace PlaceFor(HostEnvironment& host, HostCodePane& pane, const std::string& code);
+
+/// Inserts code before the line on which the selection starts, with that line's indentation, and puts the
+/// caret where the code has its place for it. Replaces the selected lines if the code has taken them in.
+void PasteAt(HostCodePane& pane, const PastePlace& place, const FilledCode& code);
+
+/// The selected code, or without a selection the procedure at the caret: without the indentation that its
+/// lines share and without empty lines at its ends. Empty when there is none.
+std::string CodeAtCaret(HostCodePane& pane);
+
+}  // namespace snip
