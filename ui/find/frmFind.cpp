@@ -28,8 +28,6 @@ constexpr UINT kForgetDelayMs = 30000;
 
 constexpr Size kDefaultSize{8400, 6600};  // twips
 constexpr Size kLeastSize{3600, 3000};
-/// How many snippets F3 can go on to.
-constexpr std::size_t kMostHits = 1000;
 constexpr std::size_t kMostMarks = 200;
 
 struct PlaceNames {
@@ -86,6 +84,8 @@ frmFind::frmFind(const Services& services)
     : services_(services),
       folding_(SystemFolding()),
       rows_(folding_),
+      libraries_(services.store, folding_),
+      walk_(services.target, rows_.finder()),
       list_(rows_, {.selected = [this] { SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr); },
                     .activated = [this] { Activate(); }}),
       preview_({}) {}
@@ -209,67 +209,27 @@ void frmFind::CloseMe() {
 
 void frmFind::Forget() {
   KillTimer(hWnd(), kForgetTimer);
-  reading_.reset();
-  entries_.clear();
-  rows_.finder().SetLibraries({});
-  unread_ = 0;
+  ForgetLibraries();
   if (!std::exchange(previewed_, {}).empty()) preview_.SetText("");
   list_.TakeRows(-1);
 }
 
 // --- Libraries --------------------------------------------------------------------------------------------
 
-/// Takes the open library as it is now, and reads the others again: what was read of them before stays until
-/// then.
 void frmFind::Refresh() {
   if (std::exchange(current_, true)) return;
-  const std::vector<Entry> before = std::exchange(entries_, {});
-  if (const auto open = services_.target.OpenLibrary()) {
-    entries_.push_back(
-        {open->library,
-         std::make_shared<SearchedLibrary>(open->library.name, open->library.path, open->snippets, folding_),
-         false, true});
-  }
-  const std::vector<NamedLibrary> others = services_.target.OtherLibraries();
-  for (const NamedLibrary& file : others) {
-    const auto known =
-        std::ranges::find(before, file.path, [](const Entry& entry) { return entry.file.path; });
-    // What was open before is in the window no more.
-    const bool kept = known != before.end() && !known->open;
-    entries_.push_back({file, kept ? known->library : nullptr});
-  }
-  if (!reading_) {
-    reading_.emplace(services_.store, folding_,
-                     [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
-  }
-  unread_ = others.size();
-  if (!reading_->Read(others)) {
-    unread_ = 0;
-    for (Entry& entry : entries_) entry.unreadable = entry.library == nullptr;
-  }
-  GiveLibraries();
+  libraries_.Refresh(services_.target, [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
+  rows_.finder().SetLibraries(libraries_.Searchable());
 }
 
 void frmFind::TakeResults() {
-  if (!reading_) return;
-  for (LibraryReading::Result& result : reading_->Take()) {
-    if (unread_ > 0) --unread_;
-    for (Entry& entry : entries_) {
-      if (entry.file.path != result.file.path) continue;
-      entry.unreadable = result.library == nullptr;
-      entry.library = std::move(result.library);
-      break;
-    }
-  }
-  GiveLibraries();
+  libraries_.TakeResults();
+  rows_.finder().SetLibraries(libraries_.Searchable());
 }
 
-void frmFind::GiveLibraries() {
-  std::vector<SearchedLibraryPtr> libraries;
-  for (const Entry& entry : entries_) {
-    if (entry.library != nullptr) libraries.push_back(entry.library);
-  }
-  rows_.finder().SetLibraries(std::move(libraries));
+void frmFind::ForgetLibraries() {
+  libraries_.Forget();
+  rows_.finder().SetLibraries({});
 }
 
 // --- Searching --------------------------------------------------------------------------------------------
@@ -323,13 +283,10 @@ void frmFind::ShowStatus() {
         rows_.listsTags() ? static_cast<std::size_t>(rows_.count()) : rows_.finder().found().size();
     text = std::to_string(count) + (rows_.listsTags() ? " tag" : " snippet") + (count == 1 ? "" : "s");
   }
-  if (unread_ > 0)
-    text += ", reading " + std::to_string(unread_) + (unread_ == 1 ? " library" : " libraries");
-  std::string unreadable;
-  for (const Entry& entry : entries_) {
-    if (entry.unreadable) unreadable += (unreadable.empty() ? "" : ", ") + entry.file.name;
-  }
-  if (!unreadable.empty()) text += " - cannot be read: " + unreadable;
+  if (const std::size_t unread = libraries_.unread(); unread > 0)
+    text += ", reading " + std::to_string(unread) + (unread == 1 ? " library" : " libraries");
+  if (const std::string names = libraries_.Unreadable(); !names.empty())
+    text += " - cannot be read: " + names;
   if (WindowText(status_) != text) SetWindowTextA(status_, text.c_str());
 }
 
@@ -372,80 +329,29 @@ void frmFind::Activate() {
     return;
   }
   if (const auto place = rows_.PlaceAt(row)) {
-    inCode_ = true;
+    walk_.BeginInCode();
     CloseMe();
     services_.target.SelectInCode(*place);
     return;
   }
   const auto selected = rows_.FoundAt(row);
   if (!selected) return MessageBeep(MB_OK), void();
-  hits_.clear();
-  const auto& found = rows_.finder().found();
-  const auto at = std::ranges::find(found, *selected);
-  const std::size_t before =
-      std::min<std::size_t>(static_cast<std::size_t>(at - found.begin()), kMostHits / 2);
-  for (auto one = at - static_cast<std::ptrdiff_t>(before); one != found.end() && hits_.size() < kMostHits;
-       ++one) {
-    if (!rows_.finder().Has(*one)) continue;
-    const SearchedLibrary& library = *rows_.finder().libraries()[one->library];
-    if (one == at) hit_ = hits_.size();
-    hits_.push_back({{library.name(), library.path()}, one->snippet, rows_.finder().SnippetOf(*one).Name});
-  }
+  walk_.BeginAt(*selected);
   rows_.finder().Use(*selected);
-  inCode_ = false;
   CloseMe();
-  if (!GoToHit()) {
-    const std::string problem =
-        "\"" + hits_[hit_].name + "\" is no longer in " + hits_[hit_].library.name + ".";
-    if (const HWND owner = GetWindow(hWnd(), GW_OWNER); owner != nullptr && hWnd() != nullptr) {
-      ShowMe(owner, "", false);
-      Tell(problem);
-    }
-    return;
-  }
-  SelectPlace(true, true);
-}
-
-bool frmFind::GoToHit() {
-  const FindDestination destination = hits_[hit_];
-  return services_.target.GoTo(destination);
-}
-
-/// Selects the next place in the code that is shown; false if there is none.
-bool frmFind::SelectPlace(bool forward, bool fromStart) {
-  const std::string code = services_.target.ShownCode().value_or("");
-  const std::vector<TextRange> places = rows_.finder().PlacesInCode(code);
-  if (places.empty()) return false;
-  const TextRange now = fromStart ? (forward ? TextRange{0, 0} : TextRange{code.size(), code.size()})
-                                  : services_.target.SelectedInCode();
-  if (forward) {
-    const auto next =
-        std::ranges::find_if(places, [&](const TextRange& place) { return place.begin >= now.end; });
-    if (next == places.end()) return false;
-    services_.target.SelectInCode(*next);
-  } else {
-    const auto previous = std::find_if(places.rbegin(), places.rend(),
-                                       [&](const TextRange& place) { return place.end <= now.begin; });
-    if (previous == places.rend()) return false;
-    services_.target.SelectInCode(*previous);
-  }
-  return true;
+  if (walk_.Go()) return;
+  const HWND owner = GetWindow(hWnd(), GW_OWNER);
+  if (owner == nullptr || hWnd() == nullptr) return;
+  const FindDestination& missing = walk_.current();
+  const std::string problem = "\"" + missing.name + "\" is no longer in " + missing.library.name + ".";
+  ShowMe(owner, "", false);
+  Tell(problem);
 }
 
 bool frmFind::GoOn(bool forward) {
-  if (rows_.finder().query().empty()) return false;
-  if (SelectPlace(forward, false)) return true;
-  if (inCode_ || hits_.empty()) {
-    if (!SelectPlace(forward, true)) MessageBeep(MB_OK);
-    return true;
-  }
-  if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) {
-    MessageBeep(MB_OK);
-    return true;
-  }
-  hit_ = forward ? hit_ + 1 : hit_ - 1;
-  if (GoToHit()) SelectPlace(forward, true);
-  return true;
+  const std::optional<bool> moved = walk_.GoOn(forward);
+  if (moved && !*moved) MessageBeep(MB_OK);
+  return moved.has_value();
 }
 
 void frmFind::Output() {
@@ -594,9 +500,7 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_DESTROY:
       SavePlace();
       captionHook_.Remove();
-      reading_.reset();
-      entries_.clear();
-      rows_.finder().SetLibraries({});
+      ForgetLibraries();
       return 0;
     default:
       return Default(message, wParam, lParam);

@@ -2,9 +2,7 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "find/LibraryReading.h"
 #include "platform/Handle.h"
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"
@@ -12,6 +10,8 @@
 #include "ui/editor/BnRichEdit.h"
 #include "ui/find/FindTarget.h"
 #include "ui/find/FoundList.h"
+#include "ui/find/FoundWalk.h"
+#include "ui/find/PaletteLibraries.h"
 #include "ui/find/PaletteRows.h"
 
 namespace snip {
@@ -53,12 +53,6 @@ class frmFind : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  struct Entry {
-    NamedLibrary file;
-    SearchedLibraryPtr library;  ///< Null until it is read, and of one that cannot be.
-    bool unreadable = false;
-    bool open = false;  ///< The window's own, of which the snippets may change.
-  };
   /// A snippet by what stays the same when libraries are read again.
   struct Place {
     std::string path;
@@ -71,7 +65,7 @@ class frmFind : public Window {
   void SavePlace() const;
   void Refresh();
   void TakeResults();
-  void GiveLibraries();
+  void ForgetLibraries();
   void Search(const std::optional<Place>& selected = {});
   void SearchAgain(void (frmFind::*change)());
   void Forget();
@@ -84,8 +78,6 @@ class frmFind : public Window {
   void Copy();
   void ShowTags();
   void ChooseSystemKey();
-  bool GoToHit();
-  bool SelectPlace(bool forward, bool fromStart);
   void ShowPreview();
   void ShowStatus();
   void Tell(const std::string& text);
@@ -95,9 +87,8 @@ class frmFind : public Window {
   Services services_;
   Folding folding_;
   PaletteRows rows_;
-  std::vector<Entry> entries_;
-  std::optional<LibraryReading> reading_;
-  std::size_t unread_ = 0;  ///< How many libraries are still to be read.
+  PaletteLibraries libraries_;
+  FoundWalk walk_;
 
   CaptionHook captionHook_;
   UniqueFont font_;
@@ -111,9 +102,6 @@ class frmFind : public Window {
   std::string previewed_;  ///< The code in the preview.
   bool current_ = false;   ///< The libraries have been asked for since the window was activated.
   bool codeFirst_ = false;
-  bool inCode_ = false;  ///< What was gone to last is a place in the code that was searched first.
-  std::vector<FindDestination> hits_;  ///< What was found when the user went to one of them.
-  std::size_t hit_ = 0;
 };
 
 }  // namespace snip

@@ -1,0 +1,59 @@
+#include "ui/find/FoundWalk.h"
+
+#include <algorithm>
+#include <string>
+
+namespace snip {
+namespace {
+
+/// How many snippets a walk can go on to.
+constexpr std::size_t kMostHits = 1000;
+
+}  // namespace
+
+void FoundWalk::BeginAt(const Found& chosen) {
+  inCode_ = false;
+  hits_.clear();
+  const auto& found = finder_.found();
+  const auto at = std::ranges::find(found, chosen);
+  const auto before = std::min(at - found.begin(), static_cast<std::ptrdiff_t>(kMostHits / 2));
+  for (auto one = at - before; one != found.end() && hits_.size() < kMostHits; ++one) {
+    if (!finder_.Has(*one)) continue;
+    const SearchedLibrary& library = *finder_.libraries()[one->library];
+    if (one == at) hit_ = hits_.size();
+    hits_.push_back({{library.name(), library.path()}, one->snippet, finder_.SnippetOf(*one).Name});
+  }
+}
+
+bool FoundWalk::GoTo(bool forward) {
+  const FindDestination destination = hits_[hit_];
+  if (!target_.GoTo(destination)) return false;
+  SelectPlace(forward, true);
+  return true;
+}
+
+/// Selects the next place in the code that is shown; false if there is none.
+bool FoundWalk::SelectPlace(bool forward, bool fromStart) {
+  const std::string code = target_.ShownCode().value_or("");
+  const std::vector<TextRange> places = finder_.PlacesInCode(code);
+  const TextRange now = fromStart ? (forward ? TextRange{0, 0} : TextRange{code.size(), code.size()})
+                                  : target_.SelectedInCode();
+  const auto behind = std::ranges::find_if(places, [&](const TextRange& p) { return p.begin >= now.end; });
+  const auto before =
+      std::find_if(places.rbegin(), places.rend(), [&](const TextRange& p) { return p.end <= now.begin; });
+  if (forward ? behind == places.end() : before == places.rend()) return false;
+  target_.SelectInCode(forward ? *behind : *before);
+  return true;
+}
+
+std::optional<bool> FoundWalk::GoOn(bool forward) {
+  if (finder_.query().empty()) return std::nullopt;
+  if (SelectPlace(forward, false)) return true;
+  if (inCode_ || hits_.empty()) return SelectPlace(forward, true);
+  if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) return false;
+  hit_ = forward ? hit_ + 1 : hit_ - 1;
+  GoTo(forward);
+  return true;
+}
+
+}  // namespace snip

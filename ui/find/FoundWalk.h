@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "find/Finder.h"
+#include "ui/find/FindTarget.h"
+
+namespace snip {
+
+/// Goes from what was found to the next, in the window that the palette belongs to: through the places in the
+/// code that is shown, and from there to the next snippet.
+class FoundWalk {
+ public:
+  /// Both must outlive this.
+  FoundWalk(FindTarget& target, Finder& finder) : target_(target), finder_(finder) {}
+
+  /// Begins at a snippet among all that is found now.
+  void BeginAt(const Found& found);
+  /// Stays in the code that is shown.
+  void BeginInCode() { inCode_ = true; }
+
+  /// The snippet that the walk is at; only after `BeginAt`.
+  const FindDestination& current() const { return hits_[hit_]; }
+  /// Shows that snippet and selects its first place. False if it is not there any more.
+  bool Go() { return GoTo(true); }
+
+  /// Whether there was a next place or snippet; nothing if nothing has been looked for yet.
+  std::optional<bool> GoOn(bool forward);
+
+ private:
+  bool GoTo(bool forward);
+  bool SelectPlace(bool forward, bool fromStart);
+
+  FindTarget& target_;
+  Finder& finder_;
+  bool inCode_ = false;
+  std::vector<FindDestination> hits_;  ///< What was found when the user went to one of them.
+  std::size_t hit_ = 0;
+};
+
+}  // namespace snip
