@@ -253,14 +253,6 @@ TEST_F(AddInTest, APressDuringADeliveryIsIgnored) {
   Disconnect(host);
 }
 
-TEST_F(AddInTest, CodeGoesBeforeTheCursorsLine) {
-  HostProcess host(LibraryPath());
-  host.Ask("module Form1 10 1|2|3|4|5|6|7|8|9|10|11");
-  const HWND window = OpenWindow(host);
-  PasteInto(host, window, "1|2|3|4|5|6|7|8|9|Sub A()|  Beep|End Sub|10|11|");
-  Disconnect(host);
-}
-
 TEST_F(AddInTest, CodeIsFittedIntoTheModuleAndTakenFromIt) {
   program_.folder().Write(
       "My Great Lib.bns",

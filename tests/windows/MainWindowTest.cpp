@@ -46,12 +46,6 @@ class MainWindowTest : public testing::Test {
   HWND NameBox() const { return Control(frmAddIn::kNameId); }
   HWND Code() const { return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId); }
 
-  std::string Row(int row) const {
-    std::string text(
-        static_cast<std::size_t>(SendMessageA(List(), LB_GETTEXTLEN, static_cast<WPARAM>(row), 0)), '\0');
-    SendMessageA(List(), LB_GETTEXT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(text.data()));
-    return text;
-  }
   /// Opens the palette, types, and waits until all libraries are read.
   HWND Find(const std::string& text) {
     PressKey('F', {VK_CONTROL});
@@ -344,7 +338,7 @@ TEST_F(MainWindowTest, SwitchingLibrariesByMouseAndTheLongestLibrary) {
   Open();
   ChooseEntry("Zillion");
   EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 32767);
-  EXPECT_EQ(Row(32766), "n32766");
+  EXPECT_EQ(ListBoxText(List(), 32766), "n32766");
   PressKey('N', {VK_CONTROL});
   EXPECT_TRUE(Until([&] { return messages_.size() == 1; }));
   EXPECT_TRUE(messages_[0].starts_with("This library is full."));
@@ -369,7 +363,7 @@ TEST_F(MainWindowTest, TheNameBoxGoesWithItsRowOrTakesTheName) {
   SendMessageA(List(), LB_SETTOPINDEX, 2, 0);
   EXPECT_TRUE(Until([&] { return liesOnRow(3); }));
   SendMessageA(List(), LB_SETTOPINDEX, 40, 0);
-  EXPECT_TRUE(Until([&] { return Row(3) == "drei" && GetFocus() == List(); }));
+  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 3) == "drei" && GetFocus() == List(); }));
   SendMessageA(List(), LB_SETTOPINDEX, 0, 0);
   ClickRow(5);
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'n5"; }));
@@ -459,18 +453,18 @@ TEST_F(MainWindowTest, KeysGoThroughTheOpenedChooserAndEnterTakesTheLibrary) {
   ASSERT_TRUE(chosen(2)) << "(Browse...), on the way";
   PressKey(VK_UP);
   ASSERT_TRUE(chosen(1));
-  EXPECT_EQ(Row(0), "one") << "nothing is opened on the way";
+  EXPECT_EQ(ListBoxText(List(), 0), "one") << "nothing is opened on the way";
   PressKey(VK_RETURN);
-  EXPECT_TRUE(Until([&] { return Row(0) == "word" && !dropped(); }));
+  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "word" && !dropped(); }));
   PressKey(VK_UP);
-  EXPECT_TRUE(Until([&] { return Row(0) == "one"; })) << "closed, it shows what it goes to";
+  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "one"; })) << "closed, it shows what it goes to";
   PressKey(VK_F4);
   ASSERT_TRUE(Until(dropped));
   PressKey(VK_DOWN);
   ASSERT_TRUE(chosen(1));
   PressKey(VK_ESCAPE);
   EXPECT_TRUE(chosen(0));
-  EXPECT_EQ(Row(0), "one");
+  EXPECT_EQ(ListBoxText(List(), 0), "one");
 }
 
 TEST_F(MainWindowTest, AClickAfterKeysInTheOpenedChooserOpensOnce) {
@@ -487,7 +481,7 @@ TEST_F(MainWindowTest, AClickAfterKeysInTheOpenedChooserOpensOnce) {
   ASSERT_TRUE(GetComboBoxInfo(Files(), &info));
   const int rowHeight = static_cast<int>(SendMessageA(info.hwndList, LB_GETITEMHEIGHT, 0, 0));
   ClickAt(info.hwndList, {20, rowHeight + rowHeight / 2});
-  EXPECT_TRUE(Until([&] { return Row(0) == "word"; }));
+  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "word"; }));
   PressKey(VK_TAB);
   EXPECT_TRUE(Until([&] { return GetFocus() != Files(); }));
   EXPECT_EQ(messages_.size(), 1U) << "that it is of the older format";
