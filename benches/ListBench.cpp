@@ -6,7 +6,12 @@
 #include "benches/Comparison.h"
 #include "benches/GeneratedLibrary.h"
 #include "benches/WindowBenches.h"
+#include "library/LibraryFolder.h"
 #include "platform/Fonts.h"
+#include "platform/Win32Text.h"
+#include "ui/main/LibraryChooser.h"
+#include "ui/main/LibraryOperations.h"
+#include "ui/main/MainToolbars.h"
 #include "ui/main/SnippetControls.h"
 
 namespace snip::bench {
@@ -28,6 +33,24 @@ void AddOneByOne(HWND list, const std::vector<Snippet>& snippets) {
   InvalidateRect(list, nullptr, TRUE);
 }
 
+/// The main window's controls by themselves, with what they are made with.
+struct ListControls {
+  ShowMessageFunction showMessage = [](const std::string&, int, const std::string&) {
+    return MessageResult::No;
+  };
+  Registry32 registry{showMessage};
+  SoundEffects sounds{registry};
+  CaptionPainter captions;
+  LibraryFolder store{""};
+  Library library;
+  MainToolbars toolbars{sounds, showMessage, operations, {}};
+  LibraryChooser chooser{captions};
+  SnippetControls controls{{}, toolbars, chooser};
+  SnippetEditing editing{library, controls, showMessage, &SameTextIgnoringCase};
+  LibraryOperations operations{
+      library, editing, controls, chooser, store, showMessage, &SameTextIgnoringCase};
+};
+
 }  // namespace
 
 void BenchList() {
@@ -35,7 +58,8 @@ void BenchList() {
     const auto snippets = GeneratedSnippets(count);
     const BareWindow window;
     const UniqueFont font = MessageFont();
-    SnippetControls controls({}, {.setEditingDisabled = [](bool) {}, .setEditMode = [](bool) {}});
+    ListControls made;
+    SnippetControls& controls = made.controls;
     controls.CreateNameBox(window.hWnd(), 2, font.get());
     controls.Create(window.hWnd(), window.hWnd(), {.lstCode = 1, .txtDesc = 3, .txtCode = 4}, font.get());
     MoveTo(controls.lstCode(), kPlace);
