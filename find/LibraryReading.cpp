@@ -40,7 +40,7 @@ LibraryReading::~LibraryReading() {
   if (thread_.joinable()) thread_.join();
 }
 
-bool LibraryReading::Read(const std::vector<NamedLibrary>& files) {
+bool LibraryReading::Read(const std::vector<LibraryAsRead>& files) {
   {
     const std::lock_guard lock(mutex_);
     wanted_.assign(files.begin(), files.end());
@@ -56,7 +56,7 @@ bool LibraryReading::Read(const std::vector<NamedLibrary>& files) {
   return true;
 }
 
-std::vector<LibraryReading::Result> LibraryReading::Take() {
+std::vector<LibraryAsRead> LibraryReading::Take() {
   const std::lock_guard lock(mutex_);
   return std::exchange(results_, {});
 }
@@ -66,12 +66,12 @@ void LibraryReading::Work() {
   for (;;) {
     changed_.wait(lock, [this] { return ending_ || !wanted_.empty(); });
     if (ending_) return;
-    Result result{std::move(wanted_.front()), nullptr};
+    LibraryAsRead result = std::move(wanted_.front());
     wanted_.pop_front();
     const unsigned int order = order_;
     lock.unlock();
     try {
-      result.library = ReadOne(result.file, order);
+      Refresh(result, order);
     } catch (const std::bad_alloc&) {
       result.library = nullptr;  // told as one that cannot be read
     }
@@ -82,6 +82,13 @@ void LibraryReading::Work() {
     arrived_();
     lock.lock();
   }
+}
+
+void LibraryReading::Refresh(LibraryAsRead& file, unsigned int order) {
+  const auto stamp = store_.Stamp(file.file.path);
+  if (file.library != nullptr && stamp && stamp == file.stamp) return;
+  file.library = ReadOne(file.file, order);
+  file.stamp = stamp;
 }
 
 SearchedLibraryPtr LibraryReading::ReadOne(const NamedLibrary& file, unsigned int order) {

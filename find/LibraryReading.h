@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -20,14 +21,16 @@ struct NamedLibrary {
   friend bool operator==(const NamedLibrary&, const NamedLibrary&) = default;
 };
 
+/// A library as it was read from its file.
+struct LibraryAsRead {
+  NamedLibrary file;
+  SearchedLibraryPtr library;        ///< Null if the file is not read yet, or cannot be, or is no library.
+  std::optional<FileStamp> stamp{};  ///< Of the file when it was read.
+};
+
 /// Reads libraries for a search in a second thread, which shares nothing with the libraries that are open.
 class LibraryReading {
  public:
-  struct Result {
-    NamedLibrary file;
-    SearchedLibraryPtr library;  ///< Null if the file cannot be read or is no library.
-  };
-
   /// `store` and `folding` must outlive this. `arrived` is called in the second thread for each result; it
   /// may not call this.
   LibraryReading(const LibraryStore& store, const Folding& folding, std::function<void()> arrived);
@@ -36,15 +39,17 @@ class LibraryReading {
   LibraryReading(const LibraryReading&) = delete;
   LibraryReading& operator=(const LibraryReading&) = delete;
 
-  /// Reads these in their order, in place of what is not read yet. False if the system gives no thread.
-  bool Read(const std::vector<NamedLibrary>& files);
+  /// Reads these in their order, in place of what is not read yet; the result for a file that has not changed
+  /// since it was read is the library that is given with it. False if the system gives no thread.
+  bool Read(const std::vector<LibraryAsRead>& files);
   /// The results since the last call, in order.
-  std::vector<Result> Take();
+  std::vector<LibraryAsRead> Take();
 
  private:
   class Interruptible;
 
   void Work();
+  void Refresh(LibraryAsRead& file, unsigned int order);
   SearchedLibraryPtr ReadOne(const NamedLibrary& file, unsigned int order);
 
   const LibraryStore& store_;
@@ -53,8 +58,8 @@ class LibraryReading {
   std::mutex mutex_;
   std::condition_variable changed_;
   // Guarded by the mutex.
-  std::deque<NamedLibrary> wanted_;
-  std::vector<Result> results_;
+  std::deque<LibraryAsRead> wanted_;
+  std::vector<LibraryAsRead> results_;
   unsigned int order_ = 0;  ///< Counts calls of Read: results of earlier ones are dropped.
   bool ending_ = false;
 

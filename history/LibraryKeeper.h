@@ -52,6 +52,7 @@ class LibraryKeeper : public LibraryStore {
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override { return parts_.folder.PathOf(name); }
   bool Exists(const std::string& path) const override { return parts_.folder.Exists(path); }
+  std::optional<FileStamp> Stamp(const std::string& path) const override { return parts_.folder.Stamp(path); }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override;
   bool Replace(const std::string& path, ByteSource&& bytes) override;
   bool Rename(const std::string& path, const std::string& newPath) override {

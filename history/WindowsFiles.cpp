@@ -11,7 +11,6 @@
 namespace snip {
 namespace {
 
-constexpr std::int64_t kTicksFrom1601To1970 = 116444736000000000;
 constexpr DWORD kLockMs = 3000;
 constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
@@ -34,10 +33,6 @@ std::string Utf8(const std::wstring& wide) {
   utf8.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(),
                                                            static_cast<int>(utf8.size()), nullptr, nullptr)));
   return utf8;
-}
-
-std::int64_t Ticks(const FILETIME& time) {
-  return ((std::int64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime) - kTicksFrom1601To1970;
 }
 
 UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
@@ -79,15 +74,7 @@ class NamedMutex : public Held {
 }  // namespace
 
 std::optional<FileStamp> SystemFiles::Stamp(const std::string& path) {
-  WIN32_FILE_ATTRIBUTE_DATA data{};
-  if (GetFileAttributesExW(SystemPath(path).c_str(), GetFileExInfoStandard, &data) == 0) {
-    const DWORD error = GetLastError();
-    const bool missing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
-    return missing ? std::optional(FileStamp{}) : std::nullopt;
-  }
-  if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return std::nullopt;
-  return FileStamp{true, (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow,
-                   Ticks(data.ftLastWriteTime)};
+  return StampOfFile(SystemPath(path));
 }
 
 std::optional<std::string> SystemFiles::Read(const std::string& path) {
@@ -145,7 +132,7 @@ std::vector<FileEntry> SystemFiles::List(const std::string& folder) {
 UtcTime SystemFiles::Now() {
   FILETIME now{};
   GetSystemTimeAsFileTime(&now);
-  return UtcTime(std::chrono::milliseconds(Ticks(now) / 10000));
+  return UtcTime(std::chrono::milliseconds(TicksOf(now) / 10000));
 }
 
 std::string SystemFiles::Identity(const std::string& path) {

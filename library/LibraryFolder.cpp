@@ -105,6 +105,10 @@ bool LibraryFolder::Exists(const std::string& path) const {
   return GetFileAttributesW(SystemPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+std::optional<FileStamp> LibraryFolder::Stamp(const std::string& path) const {
+  return StampOfFile(SystemPath(path));
+}
+
 std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
   UniqueFile file = OpenPatiently(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};

@@ -14,6 +14,7 @@ class LibraryFolder : public LibraryStore {
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override;
   bool Exists(const std::string& path) const override;
+  std::optional<FileStamp> Stamp(const std::string& path) const override;
   std::unique_ptr<ByteSource> Open(const std::string& path) const override;
   bool Replace(const std::string& path, ByteSource&& bytes) override;
   bool Rename(const std::string& path, const std::string& newPath) override;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "library/ByteSource.h"
+#include "platform/FileStamp.h"
 
 namespace snip {
 
@@ -18,6 +20,8 @@ class LibraryStore {
   /// The full path of the library of that name in the folder, whether or not it exists.
   virtual std::string PathOf(const std::string& name) const = 0;
   virtual bool Exists(const std::string& path) const = 0;
+  /// Nothing when it cannot be told whether there is such a file.
+  virtual std::optional<FileStamp> Stamp(const std::string& path) const = 0;
   /// A file's bytes, or null when it cannot be read.
   virtual std::unique_ptr<ByteSource> Open(const std::string& path) const = 0;
   /// Deletes what is at `path` and writes the bytes there; tells whether all of them are there.

@@ -10,4 +10,21 @@ std::wstring LongPath(std::wstring path) {
   return onDrive ? L"\\\\?\\" + std::move(path) : std::move(path);
 }
 
+std::int64_t TicksOf(const FILETIME& time) {
+  constexpr std::int64_t from1601To1970 = 116444736000000000;
+  return ((std::int64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime) - from1601To1970;
+}
+
+std::optional<FileStamp> StampOfFile(const std::wstring& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) == 0) {
+    const DWORD error = GetLastError();
+    const bool missing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+    return missing ? std::optional(FileStamp{}) : std::nullopt;
+  }
+  if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return std::nullopt;
+  return FileStamp{true, (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow,
+                   TicksOf(data.ftLastWriteTime)};
+}
+
 }  // namespace snip

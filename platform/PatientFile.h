@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "platform/FileStamp.h"
 #include "platform/Handle.h"
 
 namespace snip {
@@ -9,6 +11,12 @@ namespace snip {
 /// A full path as the system takes it without its old limit of 260 characters, if it is one that can be given
 /// so.
 std::wstring LongPath(std::wstring path);
+
+/// Nothing when it cannot be told whether there is such a file.
+std::optional<FileStamp> StampOfFile(const std::wstring& path);
+
+/// In units of 100 ns since 1970, UTC.
+std::int64_t TicksOf(const FILETIME& time);
 
 /// Has `attempt`, which tells by the system's last error why it failed, repeated for 1.4 s while that is
 /// because another program has the file: mostly one that looks through new and changed files, or another

@@ -117,6 +117,7 @@ class FakeFolder : public LibraryStore {
   }
   std::string PathOf(const std::string& name) const override { return "/lib/" + name + ".bns"; }
   bool Exists(const std::string& path) const override { return files_.bytes.contains(path); }
+  std::optional<FileStamp> Stamp(const std::string& path) const override { return files_.Stamp(path); }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     const auto file = files_.bytes.find(path);
     return file == files_.bytes.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);

@@ -170,6 +170,10 @@ class FakeStore : public LibraryStore {
     return true;
   }
   std::string PathOf(const std::string& name) const override { return "C:\\Snip\\" + name + ".bns"; }
+  std::optional<FileStamp> Stamp(const std::string& path) const override {
+    const auto file = files.find(path);
+    return file == files.end() ? FileStamp{} : FileStamp{true, file->second.size()};
+  }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override {
     calls_.push_back("read " + path);
     whileBusy();

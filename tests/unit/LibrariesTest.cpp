@@ -11,6 +11,8 @@
 
 #include "library/BnsFormat.h"
 #include "tests/unit/FakeMainWindow.h"
+#include "ui/find/PaletteLibraries.h"
+#include "ui/find/PaletteRows.h"
 
 namespace snip::test {
 namespace {
@@ -103,16 +105,60 @@ TEST_F(LibrariesTest, LibrariesAreReadForASearchWithoutTheWindow) {
   LibraryReading reading(counted, folding, [&] { ++arrived; });
   for (int round = 0; round < 20; ++round) {
     // What is asked for next drops what is still to come.
-    ASSERT_TRUE(reading.Read({{"Strings", "s"}, {"Gone", "gone"}}));
-    ASSERT_TRUE(reading.Read({{"Dates", "d"}, {"Other", "o"}}));
-    std::vector<LibraryReading::Result> read;
+    ASSERT_TRUE(reading.Read({{{"Strings", "s"}, nullptr}, {{"Gone", "gone"}, nullptr}}));
+    ASSERT_TRUE(reading.Read({{{"Dates", "d"}, nullptr}, {{"Other", "o"}, nullptr}}));
+    std::vector<LibraryAsRead> read;
     while (read.size() < 2) std::ranges::move(reading.Take(), std::back_inserter(read));
     ASSERT_EQ(read.size(), 2U);
     EXPECT_TRUE(read[0].library != nullptr && read[0].library->snippets().front().Name == "n1");
     EXPECT_TRUE(read[1].library == nullptr && read[1].file == (NamedLibrary{"Other", "o"}));
   }
   EXPECT_GE(arrived, 39);  // the last one may be told of a moment later
-  ASSERT_TRUE(reading.Read({{"Strings", "s"}}));
+  ASSERT_TRUE(reading.Read({{{"Strings", "s"}, nullptr}}));
+}
+
+TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
+  CountedStore counted(calls);
+  counted.files = {
+      {"s", BigFile(false, 1)}, {"d", WriteBns(std::vector{Named("Noon")})}, {"o", "no library"}};
+  const Folding folding = Folding::Utf8();
+  const std::vector<Snippet> open{Named("New")};
+  PaletteRows rows(folding);
+  PaletteLibraries libraries(counted, folding);
+  const auto refresh = [&] {
+    libraries.Refresh(FindTarget::Open{{"Open", "p"}, &open},
+                      {{"Strings", "s"}, {"Dates", "d"}, {"Other", "o"}}, [] {});
+  };
+  const auto found = [&] {
+    rows.finder().SetLibraries(libraries.Searchable());
+    rows.Search("n", std::nullopt);
+    Rows all;
+    for (int row = 0; row < rows.count(); ++row) all.push_back(rows.Row(row).Spoken());
+    return all;
+  };
+  const auto takeAll = [&] {
+    bool different = false;
+    while (libraries.unread() > 0) different = libraries.TakeResults() || different;
+    return different;
+  };
+  refresh();
+  EXPECT_EQ(found(), Rows{"New - Open"});  // The others are still being read.
+  EXPECT_TRUE(takeAll());
+  const Rows all{"New - Open", "n1 - Strings", "Noon - Dates"};
+  EXPECT_EQ(found(), all);
+  EXPECT_EQ(libraries.Unreadable(), "Other");
+  refresh();
+  EXPECT_EQ(found(), all);
+  EXPECT_FALSE(takeAll());
+  EXPECT_EQ(counted.reads["s"], 1);
+
+  counted.files["s"] = WriteBns(std::vector{Named("Next")});
+  counted.files.erase("d");
+  refresh();
+  EXPECT_EQ(found(), all);
+  EXPECT_TRUE(takeAll());
+  EXPECT_EQ(found(), (Rows{"New - Open", "Next - Strings"}));
+  EXPECT_EQ(libraries.Unreadable(), "Dates, Other");
 }
 
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {

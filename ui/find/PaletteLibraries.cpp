@@ -6,40 +6,42 @@
 
 namespace snip {
 
-void PaletteLibraries::Refresh(FindTarget& target, std::function<void()> arrived) {
+void PaletteLibraries::Refresh(const std::optional<FindTarget::Open>& open,
+                               const std::vector<NamedLibrary>& others, std::function<void()> arrived) {
   const std::vector<Entry> before = std::exchange(entries_, {});
-  if (const auto open = target.OpenLibrary()) {
-    entries_.push_back(
-        {open->library,
-         std::make_shared<SearchedLibrary>(open->library.name, open->library.path, open->snippets, folding_),
-         false, true});
+  if (open) {
+    auto library =
+        std::make_shared<SearchedLibrary>(open->library.name, open->library.path, open->snippets, folding_);
+    entries_.push_back({{open->library, std::move(library)}, false, true});
   }
-  const std::vector<NamedLibrary> others = target.OtherLibraries();
+  std::vector<LibraryAsRead> wanted;
   for (const NamedLibrary& file : others) {
-    const auto known =
-        std::ranges::find(before, file.path, [](const Entry& entry) { return entry.file.path; });
+    const auto known = std::ranges::find(before, file.path, &Entry::path);
     // The snippets of one that was open before are the window's no more.
     const bool kept = known != before.end() && !known->open;
-    entries_.push_back({file, kept ? known->library : nullptr});
+    wanted.push_back(kept ? known->read : LibraryAsRead{file, nullptr});
+    entries_.push_back({wanted.back()});
   }
   if (!reading_) reading_.emplace(store_, folding_, std::move(arrived));
-  unread_ = others.size();
-  if (!reading_->Read(others)) {
+  unread_ = wanted.size();
+  if (!reading_->Read(wanted)) {
     unread_ = 0;
-    for (Entry& entry : entries_) entry.unreadable = entry.library == nullptr;
+    for (Entry& entry : entries_) entry.unreadable = entry.read.library == nullptr;
   }
 }
 
-void PaletteLibraries::TakeResults() {
-  if (!reading_) return;
-  for (LibraryReading::Result& result : reading_->Take()) {
+bool PaletteLibraries::TakeResults() {
+  bool changed = false;
+  if (!reading_) return changed;
+  for (LibraryAsRead& result : reading_->Take()) {
     if (unread_ > 0) --unread_;
-    const auto entry = std::ranges::find(entries_, result.file.path,
-                                         [](const Entry& candidate) { return candidate.file.path; });
+    const auto entry = std::ranges::find(entries_, result.file.path, &Entry::path);
     if (entry == entries_.end()) continue;
+    changed = changed || entry->read.library != result.library;
     entry->unreadable = result.library == nullptr;
-    entry->library = std::move(result.library);
+    entry->read = std::move(result);
   }
+  return changed;
 }
 
 void PaletteLibraries::Forget() {
@@ -51,7 +53,7 @@ void PaletteLibraries::Forget() {
 std::vector<SearchedLibraryPtr> PaletteLibraries::Searchable() const {
   std::vector<SearchedLibraryPtr> libraries;
   for (const Entry& entry : entries_) {
-    if (entry.library != nullptr) libraries.push_back(entry.library);
+    if (entry.read.library != nullptr) libraries.push_back(entry.read.library);
   }
   return libraries;
 }
@@ -59,7 +61,7 @@ std::vector<SearchedLibraryPtr> PaletteLibraries::Searchable() const {
 std::string PaletteLibraries::Unreadable() const {
   std::string names;
   for (const Entry& entry : entries_) {
-    if (entry.unreadable) names += (names.empty() ? "" : ", ") + entry.file.name;
+    if (entry.unreadable) names += (names.empty() ? "" : ", ") + entry.read.file.name;
   }
   return names;
 }

@@ -17,11 +17,13 @@ class PaletteLibraries {
   /// `store` and `folding` must outlive this.
   PaletteLibraries(const LibraryStore& store, const Folding& folding) : store_(store), folding_(folding) {}
 
-  /// Takes the open library as it is now, and reads the others again: what was read of them before stays
-  /// until then. `arrived` is called in the reading thread whenever there is something to take.
-  void Refresh(FindTarget& target, std::function<void()> arrived);
-  /// Takes what has been read since.
-  void TakeResults();
+  /// Takes the open library as it is now, and reads again which of the others have changed: what was read of
+  /// them before stays until then. `arrived` is called in the reading thread whenever there is something to
+  /// take.
+  void Refresh(const std::optional<FindTarget::Open>& open, const std::vector<NamedLibrary>& others,
+               std::function<void()> arrived);
+  /// Takes what has been read since; false if all of it is as it was.
+  bool TakeResults();
   /// Ends the reading, and lets all libraries go.
   void Forget();
 
@@ -33,10 +35,11 @@ class PaletteLibraries {
 
  private:
   struct Entry {
-    NamedLibrary file;
-    SearchedLibraryPtr library;  ///< Null until it is read, and of one that cannot be.
+    LibraryAsRead read;
     bool unreadable = false;
     bool open = false;  ///< The window's own, of which the snippets may change.
+
+    const std::string& path() const { return read.file.path; }
   };
 
   const LibraryStore& store_;

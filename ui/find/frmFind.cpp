@@ -218,13 +218,18 @@ void frmFind::Forget() {
 
 void frmFind::Refresh() {
   if (std::exchange(current_, true)) return;
-  libraries_.Refresh(services_.target, [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
+  FindTarget& target = services_.target;
+  libraries_.Refresh(target.OpenLibrary(), target.OtherLibraries(),
+                     [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
   rows_.finder().SetLibraries(libraries_.Searchable());
 }
 
 void frmFind::TakeResults() {
-  libraries_.TakeResults();
-  rows_.finder().SetLibraries(libraries_.Searchable());
+  if (libraries_.TakeResults()) {
+    SearchAgain([this] { rows_.finder().SetLibraries(libraries_.Searchable()); });
+  } else {
+    ShowStatus();
+  }
 }
 
 void frmFind::ForgetLibraries() {
@@ -248,13 +253,13 @@ void frmFind::Search(const std::optional<Place>& selected) {
 }
 
 /// Searches other libraries for the same, and leaves selected what the user has selected.
-void frmFind::SearchAgain(void (frmFind::*change)()) {
+void frmFind::SearchAgain(const std::function<void()>& change) {
   std::optional<Place> selected;
   if (const auto found = rows_.FoundAt(list_.selected()); found && list_.selected() != rows_.First()) {
     selected = {rows_.finder().libraries()[found->library]->path(), found->snippet};
   }
   const bool tags = rows_.listsTags();
-  (this->*change)();
+  change();
   Search(selected);
   if (tags) ShowTags();
 }
@@ -473,7 +478,7 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (LOWORD(wParam) == WA_INACTIVE) {
         current_ = false;
       } else if (IsWindowVisible(hWnd()) != 0 && !current_) {
-        SearchAgain(&frmFind::Refresh);
+        SearchAgain([this] { Refresh(); });
       }
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:
@@ -487,7 +492,7 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (wParam == kForgetTimer) Forget();
       return 0;
     case kLibraryRead:
-      SearchAgain(&frmFind::TakeResults);
+      TakeResults();
       return 0;
     case WM_SYSCOLORCHANGE:
     case WM_SETTINGCHANGE:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -67,7 +68,7 @@ class frmFind : public Window {
   void TakeResults();
   void ForgetLibraries();
   void Search(const std::optional<Place>& selected = {});
-  void SearchAgain(void (frmFind::*change)());
+  void SearchAgain(const std::function<void()>& change);
   void Forget();
   void CloseMe();
   bool OnKey(WPARAM key, bool control, bool shift);
