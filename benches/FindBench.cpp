@@ -36,7 +36,8 @@ void Measure(int count) {
     window.AddLibrary("Other" + std::to_string(library), part(library));
   }
   HWND palette = nullptr;
-  std::vector<double> opening;
+  double first = 0;
+  std::vector<double> again;
   std::vector<double> keys;
   for (int run = 0; run < kRuns; ++run) {
     const double opened = Milliseconds([&] {
@@ -44,7 +45,8 @@ void Measure(int count) {
       palette = test::FindVisibleWindow("Find Snippets");
       UpdateWindow(GetDlgItem(palette, frmFind::kListId));
     });
-    if (run > 0) opening.push_back(opened);
+    if (run == 0) first = opened;
+    if (run > 0) again.push_back(opened);
     test::WaitUntil([&] {
       return WindowText(GetDlgItem(palette, frmFind::kStatusId)).find("reading") == std::string::npos;
     });
@@ -61,8 +63,9 @@ void Measure(int count) {
     AnswerAll();
   }
   const std::string suffix = ", " + std::to_string(count) + " snippets in four libraries";
-  PrintValue("open the palette again" + suffix, Median(opening), kOpenLimitMs, "ms");
-  PrintValue("the slowest key, to the painted list" + suffix, Median(keys), KeyLimitMs(all.size()), "ms");
+  PrintValue("open the palette" + suffix, first, kOpenLimitMs, "ms");
+  PrintValue("open it again", Median(again), kOpenLimitMs, "ms");
+  PrintValue("the slowest key, to the painted list", Median(keys), KeyLimitMs(all.size()), "ms");
 }
 
 }  // namespace
