@@ -46,7 +46,7 @@ void Finder::SetLibraries(std::vector<SearchedLibraryPtr> libraries) {
 }
 
 void Finder::Use(const Found& found) {
-  Used now{libraries_[found.library]->path(), SnippetOf(found).Name};
+  Used now{libraries_[found.library]->path(), std::string(SnippetOf(found).Name)};
   std::erase_if(used_,
                 [&](const Used& used) { return used.library == now.library && used.name == now.name; });
   used_.insert(used_.begin(), std::move(now));
@@ -57,13 +57,12 @@ void Finder::Use(const Found& found) {
 void Finder::FindUsed() {
   usedNow_.clear();
   for (const Used& used : used_) {
-    for (std::size_t library = 0; library < libraries_.size(); ++library) {
-      if (libraries_[library]->path() != used.library) continue;
-      const auto snippets = libraries_[library]->snippets();
-      const auto at = std::ranges::find(snippets, used.name, &Snippet::Name);
-      if (at == snippets.end()) continue;
-      usedNow_.push_back(
-          {static_cast<std::uint32_t>(library), static_cast<std::uint32_t>(at - snippets.begin())});
+    for (std::uint32_t at = 0; at < libraries_.size(); ++at) {
+      const SearchedLibrary& library = *libraries_[at];
+      if (library.path() != used.library) continue;
+      std::uint32_t snippet = 0;
+      while (snippet < library.size() && library[snippet].Name != used.name) ++snippet;
+      if (snippet < library.size()) usedNow_.push_back({at, snippet});
     }
   }
 }
@@ -91,7 +90,7 @@ bool Finder::IsWanted(const SearchedLibrary& library) const {
 
 std::optional<HitPlace> Finder::BestPlace(const QueryTerm& term, const SearchedLibrary& library,
                                           std::size_t snippet) const {
-  const Snippet& texts = library.snippets()[snippet];
+  const SearchedSnippet texts = library[snippet];
   if (term.where == Where::Anywhere || term.where == Where::Name) {
     const std::uint32_t needed = SearchedLibrary::LetterBits(term.needle.folded(), folding_);
     if ((needed & ~library.lettersInName(snippet)) == 0) {
@@ -117,7 +116,7 @@ bool Finder::Matches(const SearchedLibrary& library, std::size_t snippet, Rank& 
   }
   // A name that begins with all that was typed is better than one that has its words somewhere.
   if (!joined_.empty() && rank.worst <= HitPlace::InName) {
-    const auto place = MatchName(joined_.front(), true, library.snippets()[snippet].Name, folding_);
+    const auto place = MatchName(joined_.front(), true, library[snippet].Name, folding_);
     if (place && *place <= HitPlace::NameBegin) rank = {*place, static_cast<std::uint64_t>(*place)};
   }
   return true;
@@ -152,7 +151,7 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
   } else {
     for (std::uint32_t library = 0; library < libraries_.size(); ++library) {
       if (!IsWanted(*libraries_[library])) continue;
-      const auto snippets = static_cast<std::uint32_t>(libraries_[library]->snippets().size());
+      const auto snippets = static_cast<std::uint32_t>(libraries_[library]->size());
       for (std::uint32_t snippet = 0; snippet < snippets; ++snippet) consider(library, snippet);
     }
   }

@@ -37,11 +37,9 @@ class Finder {
   const Query& query() const { return query_; }
   /// Whether the snippet is there: the open library may have changed since the search.
   bool Has(const Found& found) const {
-    return found.library < libraries_.size() && found.snippet < libraries_[found.library]->snippets().size();
+    return found.library < libraries_.size() && found.snippet < libraries_[found.library]->size();
   }
-  const Snippet& SnippetOf(const Found& found) const {
-    return libraries_[found.library]->snippets()[found.snippet];
-  }
+  SearchedSnippet SnippetOf(const Found& found) const { return (*libraries_[found.library])[found.snippet]; }
 
   /// The snippet was used: among equals it comes first from the next search on.
   void Use(const Found& found);

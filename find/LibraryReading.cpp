@@ -87,21 +87,20 @@ void LibraryReading::Work() {
 void LibraryReading::Refresh(LibraryAsRead& file, unsigned int order) {
   const auto stamp = store_.Stamp(file.file.path);
   if (file.library != nullptr && stamp && stamp == file.stamp) return;
-  file.library = ReadOne(file.file, order);
+  file.library = ReadOne(file.file, stamp ? static_cast<std::size_t>(stamp->size) : 0, order);
   file.stamp = stamp;
 }
 
-SearchedLibraryPtr LibraryReading::ReadOne(const NamedLibrary& file, unsigned int order) {
+SearchedLibraryPtr LibraryReading::ReadOne(const NamedLibrary& file, std::size_t bytes, unsigned int order) {
   const std::unique_ptr<ByteSource> opened = store_.Open(file.path);
   if (opened == nullptr) return nullptr;
-  Interruptible bytes(*opened, [this, order] {
+  Interruptible source(*opened, [this, order] {
     const std::lock_guard lock(mutex_);
     return !ending_ && order == order_;
   });
-  BnsResult result = ReadBns(bytes);
-  auto* contents = std::get_if<BnsContents>(&result);
-  if (contents == nullptr) return nullptr;
-  return std::make_shared<SearchedLibrary>(file.name, file.path, std::move(contents->snippets), folding_);
+  auto library = std::make_shared<SearchedLibrary>(file.name, file.path, bytes);
+  const BnsResult result = ReadBns(source, [&](const Snippet& snippet) { library->Add(snippet, folding_); });
+  return std::holds_alternative<BnsContents>(result) ? std::move(library) : nullptr;
 }
 
 }  // namespace snip

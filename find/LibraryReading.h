@@ -50,7 +50,7 @@ class LibraryReading {
 
   void Work();
   void Refresh(LibraryAsRead& file, unsigned int order);
-  SearchedLibraryPtr ReadOne(const NamedLibrary& file, unsigned int order);
+  SearchedLibraryPtr ReadOne(const NamedLibrary& file, std::size_t bytes, unsigned int order);
 
   const LibraryStore& store_;
   const Folding& folding_;

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "find/Folding.h"
@@ -12,22 +12,30 @@
 
 namespace snip {
 
+/// The texts of a snippet, which a library keeps.
+struct SearchedSnippet {
+  std::string_view Name, Attachment, Code, Description;
+};
+
 /// A library as a search sees it.
 class SearchedLibrary {
  public:
-  /// One of which this keeps the snippets.
-  SearchedLibrary(std::string name, std::string path, std::vector<Snippet> snippets, const Folding& folding);
+  /// One without snippets. About as many bytes as theirs are asked for at once.
+  SearchedLibrary(std::string name, std::string path, std::size_t bytes = 0);
   /// One that its owner keeps, and may change: a search of it sees no more snippets than there were.
   SearchedLibrary(std::string name, std::string path, const std::vector<Snippet>* shared,
                   const Folding& folding);
   SearchedLibrary(const SearchedLibrary&) = delete;
   SearchedLibrary& operator=(const SearchedLibrary&) = delete;
 
+  /// Copies a snippet to the end; not into one that its owner keeps.
+  void Add(const Snippet& snippet, const Folding& folding);
+
   const std::string& name() const { return name_; }
   const std::string& path() const { return path_; }
-  std::span<const Snippet> snippets() const {
-    return std::span(*snippets_).first(std::min(snippets_->size(), letters_.size()));
-  }
+  std::size_t size() const;
+  SearchedSnippet operator[](std::size_t snippet) const;
+  std::vector<Snippet> Snippets() const;
   /// Which letters the name of a snippet has, as LetterBits tells them.
   std::uint32_t lettersInName(std::size_t snippet) const { return letters_[snippet]; }
 
@@ -37,8 +45,11 @@ class SearchedLibrary {
  private:
   std::string name_;
   std::string path_;
-  std::vector<Snippet> own_;
-  const std::vector<Snippet>* snippets_;
+  const std::vector<Snippet>* shared_ = nullptr;
+  // Otherwise all texts are one behind the other, four of each snippet: in a piece of their own they take
+  // little memory, and the system has it back once the library is not searched any more.
+  std::string texts_;
+  std::vector<std::uint32_t> ends_;
   std::vector<std::uint32_t> letters_;
 };
 

@@ -39,15 +39,17 @@ bool HasTag(std::string_view description, const Needle& tag, bool wholeTag, cons
 std::vector<TagCount> CountTags(const std::vector<SearchedLibraryPtr>& libraries, const Folding& folding) {
   struct Counted {
     TagCount tag;
-    const Snippet* last = nullptr;  ///< That it was counted for.
+    std::size_t snippets = 0;  ///< That had been looked at after the last one that it was counted for.
   };
   std::map<std::string, Counted> counts;
+  std::size_t snippets = 0;
   for (const SearchedLibraryPtr& library : libraries) {
-    for (const Snippet& snippet : library->snippets()) {
-      ForEachTag(snippet.Description, folding, [&](std::string_view tag, TextRange) {
+    for (std::size_t i = 0; i < library->size(); ++i) {
+      ++snippets;
+      ForEachTag((*library)[i].Description, folding, [&](std::string_view tag, TextRange) {
         Counted& counted = counts[folding.Fold(tag)];
-        if (counted.last == nullptr) counted.tag.tag = tag;
-        if (std::exchange(counted.last, &snippet) != &snippet) ++counted.tag.count;
+        if (counted.tag.count == 0) counted.tag.tag = tag;
+        if (std::exchange(counted.snippets, snippets) != snippets) ++counted.tag.count;
         return true;
       });
     }

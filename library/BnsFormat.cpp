@@ -17,7 +17,10 @@ void DropLastLineEnd(std::string& text) {
 /// Makes snippets of a file's lines.
 class Reader : public BnsEvents {
  public:
-  explicit Reader(BnsVersion version) { contents_.version = version; }
+  /// Without `take` the snippets come into the contents.
+  Reader(BnsVersion version, const std::function<void(const Snippet&)>& take) : take_(take) {
+    contents_.version = version;
+  }
 
   void OnLine(BnsSection section, std::string_view line, std::string_view /*lineInFile*/) override {
     const bool version1 = contents_.version == BnsVersion::Version1;
@@ -37,14 +40,13 @@ class Reader : public BnsEvents {
   void OnPlainLines(BnsSection section, std::string_view lines) override { BlockOf(section).append(lines); }
 
   BnsContents Finish(BnsEnding ending) {
+    // The end of the list has always dropped a line end from the last snippet, which loses its own as well.
+    if (ending == BnsEnding::ListEndTooEarly) DropLastLineEnds(snippet_);
     AddSnippet();
     if (ending == BnsEnding::FileEndTooEarly) {
       // The announced snippet is there, but empty.
       reading_ = true;
       AddSnippet();
-    } else if (ending == BnsEnding::ListEndTooEarly && contents_.omitted == 0) {
-      // The end of the list has always dropped a line end from the last snippet, which lost its own already.
-      DropLastLineEnds(contents_.snippets.back());
     }
     return std::move(contents_);
   }
@@ -61,9 +63,10 @@ class Reader : public BnsEvents {
 
   void AddSnippet() {
     if (!reading_) return;
-    if (contents_.snippets.size() < Library::kMaxSnippets) {
+    if (count_ < Library::kMaxSnippets) {
+      ++count_;
       DropLastLineEnds(snippet_);
-      contents_.snippets.push_back(snippet_);
+      take_ ? take_(snippet_) : contents_.snippets.push_back(snippet_);
     } else {
       ++contents_.omitted;
     }
@@ -74,7 +77,9 @@ class Reader : public BnsEvents {
     snippet_.Code.clear();
   }
 
+  const std::function<void(const Snippet&)>& take_;
   BnsContents contents_;
+  std::size_t count_ = 0;
   // Every snippet is read into this one, whose texts soon have the capacity, and copied in its size.
   Snippet snippet_;
   bool reading_ = false;  ///< Whether `snippet_` is to be added.
@@ -82,14 +87,18 @@ class Reader : public BnsEvents {
 
 }  // namespace
 
-BnsResult ReadBns(ByteSource& bytes) {
+BnsResult ReadBns(ByteSource& bytes, const std::function<void(const Snippet&)>& take) {
   BnsScanner scanner(bytes);
   if (scanner.empty()) return bytes.Failed() ? NotALibrary::Unreadable : NotALibrary::NoFirstLine;
   if (!scanner.version()) return NotALibrary::UnknownFirstLine;
-  Reader reader(*scanner.version());
+  Reader reader(*scanner.version(), take);
   BnsContents contents = reader.Finish(scanner.Scan(reader));
   if (bytes.Failed()) return NotALibrary::Unreadable;
   return contents;
+}
+
+BnsResult ReadBns(ByteSource& bytes) {
+  return ReadBns(bytes, {});
 }
 
 BnsResult ReadBns(std::string_view bytes) {

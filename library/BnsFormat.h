@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -34,6 +35,8 @@ using BnsResult = std::variant<BnsContents, NotALibrary>;
 /// snippets.
 BnsResult ReadBns(ByteSource& bytes);
 BnsResult ReadBns(std::string_view bytes);
+/// Hands each snippet over, in place of putting it into the result.
+BnsResult ReadBns(ByteSource& bytes, const std::function<void(const Snippet&)>& take);
 
 /// The bytes of a version 2 file of these snippets, which must not change while it is read.
 /// library/BnsRules.h says which snippets read back unchanged.

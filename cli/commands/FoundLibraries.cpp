@@ -2,8 +2,6 @@
 
 #include <utf8cpp/utf8.h>
 
-#include <utility>
-
 #include "cli/commands/LibraryFile.h"
 
 namespace snip {
@@ -21,10 +19,11 @@ std::vector<SearchedLibraryPtr> ReadSearchedLibraries(Session& session, const st
                                                       const Folding& folding) {
   std::vector<SearchedLibraryPtr> libraries;
   for (const std::string& path : paths) {
-    LibraryFile library(session, path);
-    std::string name = session.page.FromUtf8(ToUtf8(ToPath(path).stem())).text;
-    libraries.push_back(
-        std::make_shared<SearchedLibrary>(std::move(name), path, std::move(library.snippets), folding));
+    const std::string name = session.page.FromUtf8(ToUtf8(ToPath(path).stem())).text;
+    const LibraryFile file(session, path);
+    const auto library = std::make_shared<SearchedLibrary>(name, path);
+    for (const Snippet& snippet : file.snippets) library->Add(snippet, folding);
+    libraries.push_back(library);
   }
   return libraries;
 }

@@ -29,16 +29,18 @@ Folding ShiftJis() {
   return Folding::DoubleByte(lead);
 }
 
-SearchedLibraryPtr MakeLibrary(const std::string& name, std::vector<Snippet> snippets,
+SearchedLibraryPtr MakeLibrary(const std::string& name, const std::vector<Snippet>& snippets,
                                const Folding& folding) {
-  return std::make_shared<SearchedLibrary>(name, name, std::move(snippets), folding);
+  const auto library = std::make_shared<SearchedLibrary>(name, name);
+  for (const Snippet& snippet : snippets) library->Add(snippet, folding);
+  return library;
 }
 
 /// The names of what is found, at most so many.
 Names FoundNames(Finder& finder, const std::string& query, std::size_t most) {
   Names names;
   for (const Found& found : finder.Search(query)) {
-    if (names.size() < most) names.push_back(finder.SnippetOf(found).Name);
+    if (names.size() < most) names.emplace_back(finder.SnippetOf(found).Name);
   }
   return names;
 }
@@ -169,8 +171,8 @@ TEST_F(FindTest, RandomQueriesFindWhatASimpleSearchFinds) {
       ASSERT_EQ(typing.Search(query.substr(0, typed)), fresh.Search(query.substr(0, typed))) << query;
     }
     for (const Found& found : typing.found()) {
-      const Snippet& snippet = typing.SnippetOf(found);
-      const std::pair<const std::string&, std::vector<TextRange>> marked[] = {
+      const SearchedSnippet snippet = typing.SnippetOf(found);
+      const std::pair<std::string_view, std::vector<TextRange>> marked[] = {
           {snippet.Name, typing.PlacesInName(snippet.Name)},
           {snippet.Description, typing.PlacesInDescription(snippet.Description)},
           {snippet.Code, typing.PlacesInCode(snippet.Code)}};

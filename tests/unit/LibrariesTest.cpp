@@ -110,7 +110,7 @@ TEST_F(LibrariesTest, LibrariesAreReadForASearchWithoutTheWindow) {
     std::vector<LibraryAsRead> read;
     while (read.size() < 2) std::ranges::move(reading.Take(), std::back_inserter(read));
     ASSERT_EQ(read.size(), 2U);
-    EXPECT_TRUE(read[0].library != nullptr && read[0].library->snippets().front().Name == "n1");
+    EXPECT_TRUE(read[0].library != nullptr && (*read[0].library)[0].Name == "n1");
     EXPECT_TRUE(read[1].library == nullptr && read[1].file == (NamedLibrary{"Other", "o"}));
   }
   EXPECT_GE(arrived, 39);  // the last one may be told of a moment later

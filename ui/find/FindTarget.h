@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -45,8 +44,7 @@ class FindTarget {
   /// The end of what is selected there, in bytes.
   virtual TextRange SelectedInCode() = 0;
   /// Does with a snippet what the output button shows.
-  virtual void Output(const std::string& libraryName, std::span<const Snippet> snippets,
-                      std::size_t snippet) = 0;
+  virtual void Output(const SearchedLibrary& library, std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;
 
   /// The key that shows the palette over any program.

@@ -21,7 +21,8 @@ void FoundWalk::BeginAt(const Found& chosen) {
     if (!finder_.Has(*one)) continue;
     const SearchedLibrary& library = *finder_.libraries()[one->library];
     if (one == at) hit_ = hits_.size();
-    hits_.push_back({{library.name(), library.path()}, one->snippet, finder_.SnippetOf(*one).Name});
+    hits_.push_back(
+        {{library.name(), library.path()}, one->snippet, std::string(finder_.SnippetOf(*one).Name)});
   }
 }
 

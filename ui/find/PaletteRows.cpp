@@ -110,8 +110,9 @@ int PaletteRows::RowOf(const Found& found) const {
 }
 
 PaletteRow PaletteRows::FoundRow(const Found& found) const {
-  const Snippet& snippet = finder_.SnippetOf(found);
-  PaletteRow row{.text = snippet.Name, .behind = " - " + finder_.libraries()[found.library]->name()};
+  const SearchedSnippet snippet = finder_.SnippetOf(found);
+  PaletteRow row{.text = std::string(snippet.Name),
+                 .behind = " - " + finder_.libraries()[found.library]->name()};
   row.marks = finder_.PlacesInName(snippet.Name);
   if (found.place == HitPlace::Description) {
     row.place = "description";

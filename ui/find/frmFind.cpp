@@ -295,17 +295,17 @@ void frmFind::ShowStatus() {
   if (WindowText(status_) != text) SetWindowTextA(status_, text.c_str());
 }
 
-const Snippet* frmFind::Selected() const {
+std::optional<SearchedSnippet> frmFind::Selected() const {
   const auto found = rows_.FoundAt(list_.selected());
-  return found ? &rows_.finder().SnippetOf(*found) : nullptr;
+  return found ? std::optional(rows_.finder().SnippetOf(*found)) : std::nullopt;
 }
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
   const int row = list_.selected();
-  const Snippet* const snippet = Selected();
+  const auto snippet = Selected();
   const auto first = rows_.PlaceAt(row);
-  std::string code = snippet != nullptr ? snippet->Code : std::string();
+  std::string code(snippet ? snippet->Code : std::string_view());
   if (first) code = services_.target.ShownCode().value_or("");
   if (preview_.Font() != services_.target.CodeFont()) preview_.SetFont(services_.target.CodeFont());
   preview_.SetSyntaxColors(services_.target.ColoursCode());
@@ -366,15 +366,15 @@ void frmFind::Output() {
       rows_.finder().libraries()[found->library];  // kept while it is delivered
   rows_.finder().Use(*found);
   CloseMe();
-  services_.target.Output(library->name(), library->snippets(), found->snippet);
+  services_.target.Output(*library, found->snippet);
 }
 
 void frmFind::Copy() {
-  const Snippet* const snippet = Selected();
-  if (snippet == nullptr) return MessageBeep(MB_OK), void();
-  const std::string name = snippet->Name;
+  const auto snippet = Selected();
+  if (!snippet) return MessageBeep(MB_OK), void();
+  const std::string name(snippet->Name);
   rows_.finder().Use(*rows_.FoundAt(list_.selected()));
-  if (services_.target.Copy(snippet->Code)) Tell("Copied the code of \"" + name + "\".");
+  if (services_.target.Copy(std::string(snippet->Code))) Tell("Copied the code of \"" + name + "\".");
 }
 
 void frmFind::ChooseSystemKey() {

@@ -83,7 +83,7 @@ class frmFind : public Window {
   void ShowStatus();
   void Tell(const std::string& text);
   void SetText(const std::string& text);
-  const Snippet* Selected() const;
+  std::optional<SearchedSnippet> Selected() const;
 
   Services services_;
   Folding folding_;

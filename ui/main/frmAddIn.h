@@ -143,8 +143,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   bool GoTo(const FindDestination& destination) override;
   void SelectInCode(TextRange place) override;
   TextRange SelectedInCode() override;
-  void Output(const std::string& libraryName, std::span<const Snippet> snippets,
-              std::size_t snippet) override;
+  void Output(const SearchedLibrary& library, std::size_t snippet) override;
   bool Copy(const std::string& text) override;
 
   HotKey SystemKey() const override { return systemKey_; }

@@ -116,26 +116,26 @@ TextRange frmAddIn::SelectedInCode() {
   return {code.ByteOfPlace(begin), code.ByteOfPlace(begin + code.SelLength())};
 }
 
-void frmAddIn::Output(const std::string& libraryName, std::span<const Snippet> snippets,
-                      std::size_t snippet) {
+void frmAddIn::Output(const SearchedLibrary& library, std::size_t snippet) {
+  const std::string code(library[snippet].Code);
   if (const HWND over = std::exchange(overWindow_, nullptr); over != nullptr) {
     SetForegroundWindow(over);
     DWORD process = 0;
     GetWindowThreadProcessId(over, &process);
     if (host_ != nullptr && host_->IsProcess(process)) {
-      output_.PasteCode(snippets[snippet].Code);
+      output_.PasteCode(code);
     } else {
-      Copy(snippets[snippet].Code);
+      Copy(code);
     }
     return;
   }
   const int mode = bars_.OutputMode();
   if (mode == Command::kCopyToClipboard) {
-    Copy(snippets[snippet].Code);
+    Copy(code);
   } else if (mode == Command::kPasteCode) {
-    output_.PasteCode(snippets[snippet].Code);
+    output_.PasteCode(code);
   } else {
-    output_.PasteToNewModule(libraryName, {snippets.begin(), snippets.end()});
+    output_.PasteToNewModule(library.name(), library.Snippets());
   }
 }
 
