@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/StartMode.h"
+#include "find/Finder.h"
 #include "library/BnsFormat.h"
 #include "library/BnsRules.h"
 #include "platform/RegistryText.h"
@@ -17,6 +18,7 @@
 #include "platform/TextFieldBytes.h"
 #include "settings/Settings.h"
 #include "settings/SettingsText.h"
+#include "tests/unit/Foldings.h"
 #include "ui/editor/ColouredText.h"
 #include "ui/editor/RtfText.h"
 #include "ui/editor/VbTokens.h"
@@ -350,7 +352,72 @@ void ReadArguments(std::string_view input) {
   Require((StartModeFromArguments(arguments) == StartMode::Component) == embedding, "another way to start");
 }
 
-constexpr std::array<FuzzTarget, 7> kTargets = {{{"library", ReadLibrary},
+// --- Searching --------------------------------------------------------------------------------------------
+
+void RequireSameAsSlowSearch(const Needle& needle, std::string_view text, const Folding& folding) {
+  const std::string all(text);
+  const std::size_t length = needle.folded().size();
+  std::optional<std::size_t> expected;
+  for (std::size_t at = 0; at + length <= all.size() && length > 0 && !expected; ++at) {
+    const bool whole = folding.BeginsCharacter(all, at) && folding.BeginsCharacter(all, at + length);
+    if (whole && folding.Fold(all.substr(at, length)) == needle.folded()) expected = at;
+  }
+  Require(needle.Find(text) == expected, "a word that is found elsewhere");
+}
+
+void RequireMarksIn(std::string_view text, const std::vector<TextRange>& marks) {
+  std::size_t end = 0;
+  for (const TextRange& mark : marks) {
+    Require(mark.begin >= end && mark.begin < mark.end && mark.end <= text.size(), "a mark out of its place");
+    end = mark.end;
+  }
+}
+
+/// Which code page, a query, and behind a line end a library.
+void FindSnippets(std::string_view input) {
+  static const Folding foldings[] = {Latin1(), ShiftJis(), Folding::Utf8()};
+  const std::size_t end = input.find('\n');
+  if (end == std::string_view::npos || end == 0) return;
+  const auto read = ReadBns(input.substr(end + 1));
+  const auto* contents = std::get_if<BnsContents>(&read);
+  if (contents == nullptr) return;
+  const Folding& folding = foldings[static_cast<unsigned char>(input.front()) % 3];
+  const auto copied = std::make_shared<SearchedLibrary>("a", "a");
+  for (const Snippet& snippet : contents->snippets) copied->Add(snippet, folding);
+  const std::vector<SearchedLibraryPtr> libraries{
+      copied, std::make_shared<SearchedLibrary>("xb", "xb", &contents->snippets, folding)};
+
+  const std::string_view query = input.substr(1, end - 1);
+  Finder typing(folding);
+  typing.SetLibraries(libraries);
+  constexpr std::size_t mostTyped = 12;
+  for (std::size_t typed = query.size() - std::min(query.size(), mostTyped); typed <= query.size(); ++typed) {
+    Finder fresh(folding);
+    fresh.SetLibraries(libraries);
+    Require(typing.Search(query.substr(0, typed)) == fresh.Search(query.substr(0, typed)),
+            "other snippets while typing than at once");
+  }
+  std::vector<std::uint32_t> found[2];
+  for (const Found& one : typing.found()) {
+    found[one.library].push_back(one.snippet);
+    const SearchedSnippet texts = typing.SnippetOf(one);
+    RequireMarksIn(texts.Name, typing.PlacesInName(texts.Name));
+    RequireMarksIn(texts.Description, typing.PlacesInDescription(texts.Description));
+    RequireMarksIn(texts.Code, typing.PlacesInCode(texts.Code));
+  }
+  bool anyLibrary = true;
+  for (const QueryTerm& term : typing.query().terms) {
+    anyLibrary = anyLibrary && term.where != QueryTerm::Where::Library;
+    for (const Snippet& snippet : contents->snippets) {
+      RequireSameAsSlowSearch(term.needle, snippet.Name, folding);
+      RequireSameAsSlowSearch(term.needle, snippet.Code, folding);
+    }
+  }
+  Require(!anyLibrary || found[0] == found[1], "other snippets in the copy of a library");
+}
+
+constexpr std::array<FuzzTarget, 8> kTargets = {{{"library", ReadLibrary},
+                                                 {"find", FindSnippets},
                                                  {"writer", WriteLibrary},
                                                  {"settings", ReadStoredSettings},
                                                  {"registry", ReadRegistryValues},

@@ -3,31 +3,16 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
-#include <numeric>
-#include <random>
 
 #include "find/Finder.h"
 #include "find/Tags.h"
 #include "library/BnsFormat.h"
-#include "tests/unit/WesternLetters.h"
+#include "tests/unit/Foldings.h"
 
 namespace snip::test {
 namespace {
 
 using Names = std::vector<std::string>;
-
-Folding Latin1() {
-  std::array<char32_t, 256> characters{};
-  std::iota(characters.begin(), characters.end(), U'\0');
-  return {WesternLetters(), characters};
-}
-
-Folding ShiftJis() {
-  std::array<bool, 256> lead{};
-  std::fill(lead.begin() + 0x81, lead.begin() + 0xA0, true);
-  std::fill(lead.begin() + 0xE0, lead.begin() + 0xFD, true);
-  return Folding::DoubleByte(lead);
-}
 
 SearchedLibraryPtr MakeLibrary(const std::string& name, const std::vector<Snippet>& snippets,
                                const Folding& folding) {
@@ -116,73 +101,6 @@ TEST_F(FindTest, CaseAndAccentsAreFoldedAndCharactersStayWhole) {
       const auto found = Needle(one.word, one.folding).Find(std::string(blanks, ' ') + one.text);
       EXPECT_EQ(found, one.at ? std::optional(*one.at + blanks) : std::nullopt)
           << one.text << " " << one.word;
-    }
-  }
-}
-
-/// Texts of few characters, so that they have much in common.
-class RandomTexts {
- public:
-  std::string Text(std::size_t most) {
-    std::string text(random_() % (most + 1), ' ');
-    for (char& byte : text) byte = kBytes[random_() % kBytes.size()];
-    return text;
-  }
-  std::string Query() {
-    const std::string_view parts[] = {"", "-", "\"", "#", "name:", "code:", "in:", "-in:", "-\"", "name:\""};
-    std::string query;
-    for (auto terms = 1 + random_() % 3; terms > 0; --terms)
-      query += std::string(parts[random_() % std::size(parts)]) + Text(3) + " ";
-    return query;
-  }
-
- private:
-  static constexpr std::string_view kBytes = "aAbB_ x#\"-\xE9\xC9\x83";
-  std::mt19937 random_{22};
-};
-
-TEST_F(FindTest, RandomQueriesFindWhatASimpleSearchFinds) {
-  RandomTexts random;
-  const Folding foldings[] = {Latin1(), ShiftJis(), Folding::Utf8()};
-  for (int round = 0; round < 300; ++round) {
-    const Folding& all = foldings[round % 3];
-    const std::string text = random.Text(60);
-    const Needle needle(random.Text(3), all);
-    const std::size_t length = needle.folded().size();
-    std::optional<std::size_t> expected;
-    for (std::size_t at = 0; at + length <= text.size() && length > 0 && !expected; ++at) {
-      const bool whole = all.BeginsCharacter(text, at) && all.BeginsCharacter(text, at + length);
-      if (whole && all.Fold(text.substr(at, length)) == needle.folded()) expected = at;
-    }
-    ASSERT_EQ(needle.Find(text), expected) << text << " " << needle.folded();
-
-    std::vector<SearchedLibraryPtr> libraries;
-    for (const std::string name : {"a", "xb", ""}) {
-      std::vector<Snippet> snippets(10);
-      for (Snippet& snippet : snippets) snippet = {random.Text(8), "", random.Text(40), random.Text(20)};
-      libraries.push_back(MakeLibrary(name, std::move(snippets), all));
-    }
-    Finder typing(all);
-    typing.SetLibraries(libraries);
-    const std::string query = random.Query();
-    for (std::size_t typed = 0; typed <= query.size(); ++typed) {
-      Finder fresh(all);
-      fresh.SetLibraries(libraries);
-      ASSERT_EQ(typing.Search(query.substr(0, typed)), fresh.Search(query.substr(0, typed))) << query;
-    }
-    for (const Found& found : typing.found()) {
-      const SearchedSnippet snippet = typing.SnippetOf(found);
-      const std::pair<std::string_view, std::vector<TextRange>> marked[] = {
-          {snippet.Name, typing.PlacesInName(snippet.Name)},
-          {snippet.Description, typing.PlacesInDescription(snippet.Description)},
-          {snippet.Code, typing.PlacesInCode(snippet.Code)}};
-      for (const auto& [whole, places] : marked) {
-        std::size_t end = 0;
-        for (const TextRange& place : places) {
-          ASSERT_TRUE(place.begin >= end && place.begin < place.end && place.end <= whole.size()) << query;
-          end = place.end;
-        }
-      }
     }
   }
 }
