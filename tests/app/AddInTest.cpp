@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "library/BnsFormat.h"
+#include "platform/Clipboard.h"
 #include "platform/Win32Text.h"
 #include "tests/app/Program.h"
 #include "tests/host/HostProcess.h"
@@ -284,6 +285,29 @@ TEST_F(AddInTest, CodeIsFittedIntoTheModuleAndTakenFromIt) {
   CloseMessage(window, IDNO);
   host.Answer();
   host.Ask("release");
+}
+
+TEST_F(AddInTest, TheSystemWideKeyDeliversToTheEnvironmentIfThatWasInFrontElseToTheClipboard) {
+  HostProcess host(LibraryPath());
+  host.Ask("module Form1 1 a");
+  const HWND window = OpenWindow(host);
+  const std::string pasted = "Sub A()|  Beep|End Sub|a|";
+  for (const bool hostInFront : {true, false}) {
+    const TestFrame other;
+    if (hostInFront) host.Ask("takefront");
+    ASSERT_TRUE(WaitUntil([&] { return (host.Ask("front") == "yes") == hostInFront; }));
+    PostMessageA(window, WM_HOTKEY, 1, 0);
+    ASSERT_TRUE(WaitUntil([] { return IsForeground(FindVisibleWindow("Find Snippets")); }));
+    PressKey(VK_RETURN, {VK_CONTROL});
+    EXPECT_TRUE(WaitUntil([&] {
+      return hostInFront ? host.Ask("text Form1") == pasted
+                         : ClipboardText(other.get()) == "Sub A()\r\n  Beep\r\nEnd Sub";
+    }));
+    EXPECT_TRUE(
+        WaitUntil([&] { return hostInFront ? host.Ask("front") == "yes" : IsForeground(other.get()); }));
+  }
+  EXPECT_EQ(host.Ask("text Form1"), pasted);
+  Disconnect(host);
 }
 
 TEST_F(AddInTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
