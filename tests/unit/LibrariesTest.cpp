@@ -142,9 +142,9 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
     return different;
   };
   refresh();
-  EXPECT_EQ(found(), Rows{"New - Open"});  // The others are still being read.
+  EXPECT_EQ(found(), Rows{"New - Open, in the name"});  // The others are still being read.
   EXPECT_TRUE(takeAll());
-  const Rows all{"New - Open", "n1 - Strings", "Noon - Dates"};
+  const Rows all{"New - Open, in the name", "n1 - Strings, in the name", "Noon - Dates, in the name"};
   EXPECT_EQ(found(), all);
   EXPECT_EQ(libraries.Unreadable(), "Other");
   refresh();
@@ -157,7 +157,7 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   refresh();
   EXPECT_EQ(found(), all);
   EXPECT_TRUE(takeAll());
-  EXPECT_EQ(found(), (Rows{"New - Open", "Next - Strings"}));
+  EXPECT_EQ(found(), (Rows{"New - Open, in the name", "Next - Strings, in the name"}));
   EXPECT_EQ(libraries.Unreadable(), "Dates, Other");
 }
 

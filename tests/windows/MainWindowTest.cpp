@@ -547,8 +547,8 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   folder_.Write("Broken.bns", "no library");
   Open();
   const HWND palette = Find("fill");
-  EXPECT_EQ(FoundRows(palette),
-            (std::vector<std::string>{">Fill twice - Words", "Other - Words, in the code, line 1"}));
+  EXPECT_EQ(FoundRows(palette), (std::vector<std::string>{">Fill twice - Words, in the name",
+                                                          "Other - Words, in the code, line 1"}));
   EXPECT_EQ(WindowText(GetDlgItem(palette, frmFind::kStatusId)), "2 snippets - cannot be read: Broken");
   const HWND preview = GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
   EXPECT_TRUE(Until([&] { return WindowText(preview) == first.Code; }));
@@ -568,8 +568,9 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   Find("");
   EXPECT_EQ(
       FoundRows(palette),
-      (std::vector<std::string>{"In this snippet", ">Fill a - line 2", "Fill b - line 3", "In all libraries",
-                                "Fill twice - Words", "Other - Words, in the code, line 1"}));
+      (std::vector<std::string>{"In this snippet", ">Fill a - line 2, in this snippet",
+                                "Fill b - line 3, in this snippet", "In all libraries",
+                                "Fill twice - Words, in the name", "Other - Words, in the code, line 1"}));
   PressKey(VK_DOWN);
   PressKey(VK_RETURN);
   EXPECT_TRUE(
@@ -596,6 +597,7 @@ TEST_F(MainWindowTest, FindSeesEditsAndTagsCopiesAndKeepsItsPlace) {
   PressKey(VK_RETURN);
   const std::vector<std::string> word{">Word - Words, in the description"};
   EXPECT_TRUE(Until([&] { return FoundRows(palette) == word; }));
+  PressKey('F', {VK_CONTROL});  // selects what is looked for
   PressKey('C', {VK_CONTROL});
   EXPECT_TRUE(Until([&] { return ClipboardText(window_.hWnd()) == "'word"; }));
   // The file goes while the palette is open.

@@ -29,23 +29,33 @@ COLORREF Between(COLORREF text, COLORREF ground) {
              mix(GetBValue(text), GetBValue(ground)));
 }
 
-/// Writes one line, parts of it in another font, within a rectangle.
+/// Writes one line, parts of it in another font, within a rectangle; what does not fit ends with dots.
 class LineWriter {
  public:
-  LineWriter(HDC dc, const RECT& room) : dc_(dc), room_(room) {}
+  LineWriter(HDC dc, const RECT& room, const Folding& folding)
+      : dc_(dc), room_(room), right_(room.right), folding_(folding) {}
 
-  void Write(std::string_view text, HFONT font) {
-    if (text.empty() || room_.left >= room_.right) return;
+  /// Leaves room at the end for a text that is written later, but no more than a third of what there is.
+  void LeaveRoomFor(std::string_view text, HFONT font) {
     const SelectedObject selected(dc_, font);
-    // Placed letter by letter: what is written by itself is not always as wide as it is measured.
-    const auto count = static_cast<int>(text.size());
-    std::vector<int> ends(text.size());
-    SIZE size{};
-    GetTextExtentExPointA(dc_, text.data(), count, 0, nullptr, ends.data(), &size);
-    std::adjacent_difference(ends.begin(), ends.end(), ends.begin());
-    ExtTextOutA(dc_, room_.left, room_.top, ETO_CLIPPED, &room_, text.data(), static_cast<UINT>(count),
-                ends.data());
-    room_.left += size.cx;
+    const int wanted = text.empty() ? 0 : LetterEnds(text).back();
+    right_ = room_.right - std::min<LONG>(wanted, (room_.right - room_.left) / 3);
+  }
+  void UseAllRoom() { right_ = room_.right; }
+  void Write(std::string_view text, HFONT font) {
+    const LONG width = right_ - room_.left;
+    if (text.empty() || width <= 0) return;
+    const SelectedObject selected(dc_, font);
+    const std::vector<int> ends = LetterEnds(text);
+    if (ends.back() <= width) return Draw(text, ends);
+    constexpr std::string_view dots = "...";
+    const std::vector<int> dotEnds = LetterEnds(dots);
+    auto fit =
+        static_cast<std::size_t>(std::ranges::upper_bound(ends, width - dotEnds.back()) - ends.begin());
+    while (!folding_.BeginsCharacter(text, fit)) --fit;
+    if (fit > 0) Draw(text.substr(0, fit), ends);
+    Draw(dots, dotEnds);
+    room_.left = right_;
   }
   void Write(std::string_view text, const std::vector<TextRange>& marks, HFONT font, HFONT markFont) {
     std::size_t at = 0;
@@ -58,8 +68,25 @@ class LineWriter {
   }
 
  private:
+  std::vector<int> LetterEnds(std::string_view text) const {
+    std::vector<int> ends(text.size());
+    SIZE size{};
+    GetTextExtentExPointA(dc_, text.data(), static_cast<int>(text.size()), 0, nullptr, ends.data(), &size);
+    return ends;
+  }
+  /// Letter by letter: what is written by itself is not always as wide as it is measured.
+  void Draw(std::string_view text, const std::vector<int>& ends) {
+    std::vector<int> widths(text.size());
+    std::adjacent_difference(ends.begin(), ends.begin() + std::ssize(text), widths.begin());
+    ExtTextOutA(dc_, room_.left, room_.top, ETO_CLIPPED, &room_, text.data(), static_cast<UINT>(text.size()),
+                widths.data());
+    room_.left += ends[text.size() - 1];
+  }
+
   HDC dc_;
   RECT room_;
+  LONG right_;  ///< Where what is written now has to end.
+  const Folding& folding_;
 };
 
 }  // namespace
@@ -221,16 +248,19 @@ void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
   RECT left = room;
   const LONG middle = (place.left + place.right) / 2;
   if (!texts.context.empty()) left.right = middle - margin;
-  LineWriter line(dc, left);
+  const Folding& folding = rows_.finder().folding();
+  LineWriter line(dc, left, folding);
   if (texts.heading) {
     line.Write(texts.text, heading_.get());
     return;
   }
+  line.LeaveRoomFor(texts.behind, font_);
   line.Write(texts.text, texts.marks, font_, marked_.get());
+  line.UseAllRoom();
   SetTextColor(dc, weak);
   line.Write(texts.behind, font_);
   room.left = middle;
-  LineWriter context(dc, room);
+  LineWriter context(dc, room, folding);
   SetTextColor(dc, colour);
   context.Write(texts.context, texts.contextMarks, font_, marked_.get());
   if (selected && GetFocus() == hWnd()) DrawFocusRect(dc, &place);

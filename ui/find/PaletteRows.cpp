@@ -115,15 +115,17 @@ PaletteRow PaletteRows::FoundRow(const Found& found) const {
                  .behind = " - " + finder_.libraries()[found.library]->name()};
   row.marks = finder_.PlacesInName(snippet.Name);
   if (found.place == HitPlace::Description) {
-    row.place = "description";
+    row.place = "the description";
     AddContext(snippet.Description, finder_.PlacesInDescription(snippet.Description), finder_.folding(),
                row.context, row.contextMarks);
   } else if (found.place == HitPlace::Code) {
     const auto places = finder_.PlacesInCode(snippet.Code);
-    row.place = "code";
+    row.place = "the code";
     if (!places.empty())
       row.place += ", line " + std::to_string(LineNumber(snippet.Code, places.front().begin));
     AddContext(snippet.Code, places, finder_.folding(), row.context, row.contextMarks);
+  } else if (found.place != HitPlace::None) {
+    row.place = "the name";
   }
   return row;
 }
@@ -139,7 +141,8 @@ PaletteRow PaletteRows::Row(int row) const {
   if (const auto found = FoundAt(row)) return FoundRow(*found);
   const auto place = PlaceAt(row);
   if (!place) return {};  // of a snippet that is gone
-  PaletteRow line{.behind = " - line " + std::to_string(LineNumber(code_, place->begin))};
+  PaletteRow line{.behind = " - line " + std::to_string(LineNumber(code_, place->begin)),
+                  .place = "this snippet"};
   std::vector<TextRange> places = finder_.PlacesInCode(code_);
   std::erase_if(places, [&](const TextRange& one) { return one.begin < place->begin; });
   AddContext(code_, places, finder_.folding(), line.text, line.marks);

@@ -15,12 +15,12 @@ struct PaletteRow {
   std::string text{};  ///< A snippet's name, a line of code or a tag.
   std::vector<TextRange> marks{};
   std::string behind{};   ///< What follows the text unmarked: " - library".
-  std::string place{};    ///< Where it was found if not in the name, in words: "code, line 3".
+  std::string place{};    ///< Where it was found, in words: "the code, line 3".
   std::string context{};  ///< The line that it was found in.
   std::vector<TextRange> contextMarks{};
 
   /// The row as it is read out.
-  std::string Spoken() const { return text + behind + (place.empty() ? "" : ", in the " + place); }
+  std::string Spoken() const { return text + behind + (place.empty() ? "" : ", in " + place); }
 };
 
 /// The rows of the palette's list: what was found, after the places in the code that the user comes from.

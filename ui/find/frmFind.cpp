@@ -71,11 +71,12 @@ bool HighContrast() {
          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
 }
 
-bool HasSelection(HWND field) {
+/// Whether the user has selected a part of the field's text: all of it is selected by the palette itself.
+bool HasPartSelected(HWND field) {
   DWORD start = 0;
   DWORD end = 0;
   SendMessageA(field, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-  return start != end;
+  return start != end && end - start < static_cast<DWORD>(GetWindowTextLengthA(field));
 }
 
 }  // namespace
@@ -143,7 +144,7 @@ void frmFind::Layout() {
   const int margin = letter.width;
   const int line = letter.height * 5 / 4;
   const int width = std::max(0, size.width - 2 * margin);
-  const int fieldHeight = letter.height * 3 / 2 + 2;
+  const int fieldHeight = letter.height * 9 / 8 + 2 * GetSystemMetrics(SM_CYEDGE) + 2;
   int top = margin;
   MoveTo(field_, {margin, top, width, fieldHeight});
   top += fieldHeight + margin / 2;
@@ -435,7 +436,7 @@ bool frmFind::OnKey(WPARAM key, bool control, bool shift) {
       SendMessageA(field_, EM_SETSEL, 0, -1);
       return true;
     case 'C':
-      if (!control || (focus == field_ && HasSelection(field_)) || (inPreview && preview_.SelLength() > 0))
+      if (!control || (focus == field_ && HasPartSelected(field_)) || (inPreview && preview_.SelLength() > 0))
         return false;
       Copy();
       return true;
