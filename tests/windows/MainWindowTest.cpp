@@ -575,6 +575,13 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   PressKey(VK_RETURN);
   EXPECT_TRUE(
       Until([&] { return IsForeground(window_.hWnd()) && CaretLine() == 2 && SelectedCode() == "Fill"; }));
+  // What was looked for without going there is gone to next.
+  SetFocus(List());
+  Find("code:c");
+  PostMessageA(palette, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(Until([&] { return IsForeground(window_.hWnd()); }));
+  PressKey(VK_F3);
+  EXPECT_TRUE(Until([&] { return WindowText(Code()) == second.Code && SelectedCode() == "c"; }));
   EXPECT_TRUE(messages_.empty());
 }
 

@@ -12,8 +12,7 @@ constexpr std::size_t kMostHits = 1000;
 }  // namespace
 
 void FoundWalk::BeginAt(const Found& chosen) {
-  inCode_ = false;
-  hits_.clear();
+  Forget();
   const auto& found = finder_.found();
   const auto at = std::ranges::find(found, chosen);
   const auto before = std::min(at - found.begin(), static_cast<std::ptrdiff_t>(kMostHits / 2));
@@ -24,6 +23,11 @@ void FoundWalk::BeginAt(const Found& chosen) {
     hits_.push_back(
         {{library.name(), library.path()}, one->snippet, std::string(finder_.SnippetOf(*one).Name)});
   }
+}
+
+void FoundWalk::Forget() {
+  inCode_ = false;
+  hits_.clear();
 }
 
 bool FoundWalk::GoTo(bool forward) {
@@ -50,7 +54,12 @@ bool FoundWalk::SelectPlace(bool forward, bool fromStart) {
 std::optional<bool> FoundWalk::GoOn(bool forward) {
   if (finder_.query().empty()) return std::nullopt;
   if (SelectPlace(forward, false)) return true;
-  if (inCode_ || hits_.empty()) return SelectPlace(forward, true);
+  if (inCode_) return SelectPlace(forward, true);
+  if (hits_.empty()) {
+    if (finder_.found().empty()) return std::nullopt;
+    BeginAt(finder_.found().front());
+    return Go();
+  }
   if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) return false;
   hit_ = forward ? hit_ + 1 : hit_ - 1;
   GoTo(forward);

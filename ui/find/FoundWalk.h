@@ -20,6 +20,8 @@ class FoundWalk {
   void BeginAt(const Found& found);
   /// Stays in the code that is shown.
   void BeginInCode() { inCode_ = true; }
+  /// Something else is looked for: the walk begins at the first of it, unless the user goes to another one.
+  void Forget();
 
   /// The snippet that the walk is at; only after `BeginAt`.
   const FindDestination& current() const { return hits_[hit_]; }

@@ -448,6 +448,7 @@ bool frmFind::OnKey(WPARAM key, bool control, bool shift) {
 void frmFind::OnCommand(int id, int notification) {
   if (id == kFieldId && notification == EN_CHANGE) {
     told_.clear();
+    walk_.Forget();
     Search();
     UpdateWindow(list_.hWnd());
   }
