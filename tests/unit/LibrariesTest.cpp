@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <iterator>
 #include <map>
 #include <mutex>
@@ -97,26 +96,6 @@ TEST_F(LibrariesTest, ALibraryReadAheadIsReadOnceAndNeverTakenForAnother) {
   operations.ReadAhead();
 }
 
-TEST_F(LibrariesTest, LibrariesAreReadForASearchWithoutTheWindow) {
-  CountedStore counted(calls);
-  counted.files = {{"s", BigFile(false, 2000)}, {"d", BigFile(false, 1)}, {"o", "no library"}};
-  const Folding folding = Folding::Utf8();
-  std::atomic<int> arrived = 0;
-  LibraryReading reading(counted, folding, [&] { ++arrived; });
-  for (int round = 0; round < 20; ++round) {
-    // What is asked for next drops what is still to come.
-    ASSERT_TRUE(reading.Read({{{"Strings", "s"}, nullptr}, {{"Gone", "gone"}, nullptr}}));
-    ASSERT_TRUE(reading.Read({{{"Dates", "d"}, nullptr}, {{"Other", "o"}, nullptr}}));
-    std::vector<LibraryAsRead> read;
-    while (read.size() < 2) std::ranges::move(reading.Take(), std::back_inserter(read));
-    ASSERT_EQ(read.size(), 2U);
-    EXPECT_TRUE(read[0].library != nullptr && (*read[0].library)[0].Name == "n1");
-    EXPECT_TRUE(read[1].library == nullptr && read[1].file == (NamedLibrary{"Other", "o"}));
-  }
-  EXPECT_GE(arrived, 39);  // the last one may be told of a moment later
-  ASSERT_TRUE(reading.Read({{{"Strings", "s"}, nullptr}}));
-}
-
 TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   CountedStore counted(calls);
   counted.files = {
@@ -141,16 +120,18 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
     while (libraries.unread() > 0) different = libraries.TakeResults() || different;
     return different;
   };
-  refresh();
+  // What is asked for next drops what is still to come.
+  for (int round = 0; round < 20; ++round) refresh();
   EXPECT_EQ(found(), Rows{"New - Open, in the name"});  // The others are still being read.
   EXPECT_TRUE(takeAll());
   const Rows all{"New - Open, in the name", "n1 - Strings, in the name", "Noon - Dates, in the name"};
   EXPECT_EQ(found(), all);
   EXPECT_EQ(libraries.Unreadable(), "Other");
+  const int readsBefore = counted.reads["s"];
   refresh();
   EXPECT_EQ(found(), all);
   EXPECT_FALSE(takeAll());
-  EXPECT_EQ(counted.reads["s"], 1);
+  EXPECT_EQ(counted.reads["s"], readsBefore);
 
   counted.files["s"] = WriteBns(std::vector{Named("Next")});
   counted.files.erase("d");
@@ -159,6 +140,7 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   EXPECT_TRUE(takeAll());
   EXPECT_EQ(found(), (Rows{"New - Open, in the name", "Next - Strings, in the name"}));
   EXPECT_EQ(libraries.Unreadable(), "Dates, Other");
+  refresh();  // is left behind
 }
 
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {
