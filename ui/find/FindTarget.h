@@ -46,6 +46,8 @@ class FindTarget {
   /// Does with a snippet what the output button shows.
   virtual void Output(const SearchedLibrary& library, std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;
+  /// Brings the program to the front again that the palette was shown over, if it was.
+  virtual void GiveFrontBack() = 0;
 
   /// The key that shows the palette over any program.
   virtual HotKey SystemKey() const = 0;

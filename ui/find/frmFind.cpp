@@ -208,6 +208,13 @@ void frmFind::CloseMe() {
   SetTimer(hWnd(), kForgetTimer, kForgetDelayMs, nullptr);
 }
 
+/// Closes the palette for one who stays where they were.
+void frmFind::Leave() {
+  // First: a window that is hidden in front brings the one it belongs to there.
+  services_.target.GiveFrontBack();
+  CloseMe();
+}
+
 void frmFind::Forget() {
   KillTimer(hWnd(), kForgetTimer);
   ForgetLibraries();
@@ -366,7 +373,7 @@ void frmFind::Output() {
   const SearchedLibraryPtr library =
       rows_.finder().libraries()[found->library];  // kept while it is delivered
   rows_.finder().Use(*found);
-  CloseMe();
+  Leave();
   services_.target.Output(*library, found->snippet);
 }
 
@@ -390,7 +397,7 @@ void frmFind::Escape() {
     Search();
     return;
   }
-  if (GetWindowTextLengthA(field_) == 0) return CloseMe();
+  if (GetWindowTextLengthA(field_) == 0) return Leave();
   SetText("");
   SetFocus(field_);
 }
@@ -458,7 +465,7 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == Item::kCopy) Copy();
   if (id == Item::kTags) ShowTags();
   if (id == Item::kSystemKey) ChooseSystemKey();
-  if (id == Item::kClose) CloseMe();
+  if (id == Item::kClose) Leave();
 }
 
 LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -502,7 +509,7 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       InvalidateRect(list_.hWnd(), nullptr, FALSE);
       return 0;
     case WM_CLOSE:
-      CloseMe();
+      Leave();
       return 0;
     case WM_DESTROY:
       SavePlace();

@@ -71,6 +71,7 @@ class frmFind : public Window {
   void SearchAgain(const std::function<void()>& change);
   void Forget();
   void CloseMe();
+  void Leave();
   bool OnKey(WPARAM key, bool control, bool shift);
   void OnCommand(int id, int notification);
   void Escape();

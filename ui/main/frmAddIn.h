@@ -144,6 +144,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   void SelectInCode(TextRange place) override;
   TextRange SelectedInCode() override;
   void Output(const SearchedLibrary& library, std::size_t snippet) override;
+  void GiveFrontBack() override;
   bool Copy(const std::string& text) override;
 
   HotKey SystemKey() const override { return systemKey_; }

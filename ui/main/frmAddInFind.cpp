@@ -116,12 +116,15 @@ TextRange frmAddIn::SelectedInCode() {
   return {code.ByteOfPlace(begin), code.ByteOfPlace(begin + code.SelLength())};
 }
 
+void frmAddIn::GiveFrontBack() {
+  if (overWindow_ != nullptr) SetForegroundWindow(overWindow_);
+}
+
 void frmAddIn::Output(const SearchedLibrary& library, std::size_t snippet) {
   const std::string code(library[snippet].Code);
-  if (const HWND over = std::exchange(overWindow_, nullptr); over != nullptr) {
-    SetForegroundWindow(over);
+  if (overWindow_ != nullptr) {
     DWORD process = 0;
-    GetWindowThreadProcessId(over, &process);
+    GetWindowThreadProcessId(overWindow_, &process);
     if (host_ != nullptr && host_->IsProcess(process)) {
       output_.PasteCode(code);
     } else {
