@@ -36,6 +36,9 @@ constexpr UINT kPatienceMs = 60000;
 /// How long it waits for the first call of a client that has been given its class already.
 constexpr UINT kLateMs = 1000;
 
+/// What can be set but by no dialog.
+constexpr const char* kMoreSettings = R"(Software\Brennic\BnSnipstore\2.0\More)";
+
 /// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the
 /// message box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed
 /// here.
@@ -125,12 +128,18 @@ class Application {
                          .files = files_,
                          .root = HistoryRoot(),
                          .pathForFiles = &Utf8FromAnsi,
-                         .pathFromFiles = &AnsiFromUtf8}};
+                         .pathFromFiles = &AnsiFromUtf8,
+                         .limits = [this] {
+                           return LimitsFrom([this](const char* name) {
+                             return registry_.QueryRegString(HKEY_CURRENT_USER, kMoreSettings, name, "");
+                           });
+                         }}};
   SettingsStore settings_{registry_};
   CaptionPainter captions_;
   bool serving_ = false;
   AddInWindow addInWindow_{mainWindow_};
   frmAddIn mainWindow_{{.store = keeper_,
+                        .keeper = &keeper_,
                         .settings = settings_,
                         .sounds = sounds_,
                         .caption = captions_,

@@ -34,6 +34,11 @@ class Files {
   /// Nothing when it cannot be told whether there is such a file.
   virtual std::optional<FileStamp> Stamp(const std::string& path) = 0;
   virtual std::optional<std::string> Read(const std::string& path) = 0;
+  /// Whether a file holds exactly these bytes. Nothing when it cannot be read.
+  virtual std::optional<bool> Holds(const std::string& path, std::string_view bytes) {
+    const auto there = Read(path);
+    return there ? std::optional(*there == bytes) : std::nullopt;
+  }
   /// Makes or overwrites a file, and returns when the bytes are on the disk.
   virtual bool Write(const std::string& path, std::string_view bytes) = 0;
   /// Renames a file and replaces one of the new name in one step.

@@ -19,13 +19,11 @@ std::string DraftName(int number) {
 }
 
 std::string ReadAll(ByteSource& source) {
-  std::string bytes;
+  std::string bytes(source.Size(), '\0');
   std::size_t size = 0;
-  for (;;) {
-    bytes.resize(size + ByteSource::kWrittenPiece);
-    const std::size_t got = source.Read({bytes.data() + size, ByteSource::kWrittenPiece});
+  while (const std::size_t got = source.Read({bytes.data() + size, bytes.size() - size})) {
     size += got;
-    if (got == 0) break;
+    if (size == bytes.size()) bytes.resize(size + ByteSource::kWrittenPiece);
   }
   bytes.resize(size);
   return bytes;
@@ -149,12 +147,15 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
     if (!bytes.Rewind()) throw;
     return parts_.folder.Replace(path, std::move(bytes));
   }
-  VersionFolder folder = HistoryOf(path);
+  // It is kept, since it remembers what its versions hold.
+  if (!saved_ || saved_->library() != parts_.pathForFiles(path))
+    saved_ = std::make_unique<VersionFolder>(HistoryOf(path));
+  VersionFolder& folder = *saved_;
   std::optional<KnownContent> known = Known(path);
   const SaveOutcome outcome = SaveSafely(
       parts_.files, folder, all,
       [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known,
-      parts_.limits);
+      parts_.limits());
   if (!outcome.written) {
     Tell({LibraryEvent::Kind::SaveFailed, path});
     return false;
@@ -202,7 +203,7 @@ void LibraryKeeper::ThrownAway(ByteSource&& bytes) {
   VersionFolder folder = HistoryOf(openPath_);
   const std::string all = ReadAll(bytes);
   if (folder.Make() && folder.Keep(all, VersionTag::Unsaved)) {
-    folder.Prune(parts_.limits);
+    folder.Prune(parts_.limits());
     DropDraft();
   } else {
     Tell({LibraryEvent::Kind::HistoryFailed, openPath_});
@@ -233,20 +234,22 @@ void LibraryKeeper::DropDraft() {
   parts_.files.Remove(draftPath_);
 }
 
-void LibraryKeeper::LookForOutsideChange() {
+bool LibraryKeeper::LookForOutsideChange() {
   const auto known = Known(openPath_);
-  if (openPath_.empty() || !known) return;
+  if (openPath_.empty() || !known) return false;
   const std::string path = parts_.pathForFiles(openPath_);
   const auto stamp = parts_.files.Stamp(path);
-  if (!stamp || !stamp->exists || *stamp == known->stamp) return;
+  if (!stamp || !stamp->exists || *stamp == known->stamp) return false;
+  if (std::exchange(seen_, *stamp) != *stamp) return true;
   const auto bytes = parts_.files.Read(path);
-  if (!bytes) return;  // in use: it is looked at again
+  if (!bytes) return true;
   const std::uint64_t hash = ContentHash(*bytes);
   Learn(openPath_, *stamp, hash);
-  if (hash == known->hash) return;
+  if (hash == known->hash) return false;
   VersionFolder folder = HistoryOf(openPath_);
   if (folder.Make()) folder.Keep(*bytes, VersionTag::Outside, stamp->time());
   Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
+  return false;
 }
 
 }  // namespace snip

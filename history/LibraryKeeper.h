@@ -43,7 +43,7 @@ class LibraryKeeper : public LibraryStore {
     /// A path of the library store as `Files` takes it.
     std::function<std::string(const std::string&)> pathForFiles;
     std::function<std::string(const std::string&)> pathFromFiles;  ///< The other way.
-    HistoryLimits limits{};
+    std::function<HistoryLimits()> limits;
   };
 
   explicit LibraryKeeper(Parts parts);
@@ -72,7 +72,8 @@ class LibraryKeeper : public LibraryStore {
   void DropDraft();
 
   /// Looks whether another program has changed the open library's file since it was read or written here.
-  void LookForOutsideChange();
+  /// True when it has to be looked at once more, because that program may still be writing.
+  bool LookForOutsideChange();
 
   /// What has happened since the last call, the oldest first.
   std::vector<LibraryEvent> TakeEvents();
@@ -89,9 +90,11 @@ class LibraryKeeper : public LibraryStore {
 
   Parts parts_;
   std::string openPath_;
+  std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
   std::unique_ptr<Held> draftClaim_;
   std::string draftPath_;  ///< Empty when none can be written.
   std::future<bool> drafting_;
+  FileStamp seen_;            ///< Of a file that another program has changed.
   mutable std::mutex mutex_;  ///< Of the following.
   mutable std::map<std::string, KnownContent> known_;
   mutable std::vector<LibraryEvent> events_;

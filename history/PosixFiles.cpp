@@ -15,6 +15,7 @@
 namespace snip {
 namespace {
 
+constexpr std::size_t kPiece = std::size_t{1} << 18U;
 constexpr int kLockAttempts = 100;
 constexpr std::chrono::milliseconds kLockPause{30};
 
@@ -68,6 +69,20 @@ std::optional<std::string> SystemFiles::Read(const std::string& path) {
     done += static_cast<std::size_t>(got);
   }
   return bytes;
+}
+
+std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view bytes) {
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (!file) return std::nullopt;
+  const auto piece = std::make_unique<char[]>(kPiece);
+  for (;;) {
+    const ssize_t got = read(file.number(), piece.get(), kPiece);
+    if (got < 0) return std::nullopt;
+    const auto size = static_cast<std::size_t>(got);
+    if (size == 0) return bytes.empty();
+    if (bytes.substr(0, size) != std::string_view(piece.get(), size)) return false;
+    bytes.remove_prefix(size);
+  }
 }
 
 bool SystemFiles::Write(const std::string& path, std::string_view bytes) {

@@ -20,6 +20,8 @@ struct IgnoredLines : BnsEvents {
 bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known) {
   const auto stamp = files.Stamp(folder.library());
   if (stamp && !stamp->exists) return true;
+  const bool unchanged = known != nullptr && *known && stamp == (*known)->stamp;
+  if (unchanged && folder.NewestIs((*known)->hash)) return true;
   const auto old = files.Read(folder.library());
   if (!stamp || !old) return false;
   const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
@@ -46,8 +48,7 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
                        files.Move(folder.File(kUnfinished), folder.File(kPending));
   const bool done = write(bytes);
   const auto stamp = files.Stamp(folder.library());
-  const auto there = files.Read(folder.library());
-  outcome.written = there ? *there == bytes : done;
+  outcome.written = files.Holds(folder.library(), bytes).value_or(done);
   if (outcome.written && known != nullptr)
     *known = KnownContent{stamp.value_or(FileStamp{}), ContentHash(bytes)};
   outcome.kept = pending && oldKept;
@@ -85,7 +86,7 @@ Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& wr
   }
   if (!library->empty()) folder.Keep(*library, VersionTag::Cut, stamp->time());
   write(*pending);
-  if (files.Read(folder.library()) != pending) return {};
+  if (files.Holds(folder.library(), *pending) != true) return {};
   folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time());
   return {Recovery::Kind::Completed, pendingStamp->time()};
 }

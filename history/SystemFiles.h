@@ -9,6 +9,7 @@ class SystemFiles : public Files {
  public:
   std::optional<FileStamp> Stamp(const std::string& path) override;
   std::optional<std::string> Read(const std::string& path) override;
+  std::optional<bool> Holds(const std::string& path, std::string_view bytes) override;
   bool Write(const std::string& path, std::string_view bytes) override;
   bool Move(const std::string& from, const std::string& to) override;
   bool Remove(const std::string& path) override;

@@ -1,6 +1,7 @@
 #include "history/VersionFolder.h"
 
 #include <algorithm>
+#include <charconv>
 #include <set>
 #include <utility>
 
@@ -31,6 +32,23 @@ std::string Readable(std::string_view file) {
 
 std::string MarkOfFolder(std::string_view identityOfFolder) {
   return "-" + HexDigits(ContentHash(identityOfFolder));
+}
+
+HistoryLimits LimitsFrom(const std::function<std::string(const char* name)>& read) {
+  HistoryLimits limits;
+  const auto take = [&](const char* name, auto& limit, unsigned unit) {
+    const std::string text = read(name);
+    unsigned number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc() && end == text.data() + text.size()) limit = std::uint64_t{number} * unit;
+  };
+  std::uint64_t versions = limits.versions, days = limits.days;
+  take("HistoryVersions", versions, 1);
+  take("HistoryDays", days, 1);
+  take("HistoryMegabytes", limits.bytes, 1U << 20U);
+  limits.versions = static_cast<std::size_t>(versions);
+  limits.days = static_cast<std::size_t>(days);
+  return limits;
 }
 
 VersionFolder::VersionFolder(Files& files, const std::string& root, std::string library)
@@ -79,6 +97,12 @@ VersionFolder::Kept VersionFolder::Find(const std::vector<Version>& versions, st
       return {version, version == versions.front()};
   }
   return {};
+}
+
+bool VersionFolder::NewestIs(std::uint64_t hash) {
+  const std::vector<Version> versions = Versions();
+  const auto seen = versions.empty() ? hashes_.end() : hashes_.find(FileNameOf(versions.front()));
+  return seen != hashes_.end() && seen->second == hash;
 }
 
 bool VersionFolder::Keeps(std::string_view bytes) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -18,6 +19,10 @@ struct HistoryLimits {
   std::size_t days = 30;                           ///< the first of each of the last days that have any,
   std::uint64_t bytes = std::uint64_t{64} << 20U;  ///< and of these no more than that; the newest always.
 };
+
+/// The limits that the user has set; `read` gives the text of a value, empty without one. What is no number
+/// leaves the default.
+HistoryLimits LimitsFrom(const std::function<std::string(const char* name)>& read);
 
 /// The versions of one library, each a file of its own in a folder of their own. Nothing is remembered but
 /// hashes: the folder may be changed or removed by others at any time.
@@ -45,6 +50,9 @@ class VersionFolder {
   bool KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
                 std::optional<UtcTime> time = std::nullopt);
   bool Keeps(std::string_view bytes);
+  /// Whether the newest version, as far as its contents have been seen, has that hash. Reads no file but the
+  /// folder.
+  bool NewestIs(std::uint64_t hash);
 
   /// Removes what is beyond the limits.
   void Prune(const HistoryLimits& limits);

@@ -11,6 +11,7 @@
 namespace snip {
 namespace {
 
+constexpr DWORD kPiece = DWORD{1} << 18U;
 constexpr DWORD kLockMs = 3000;
 constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
@@ -87,6 +88,19 @@ std::optional<std::string> SystemFiles::Read(const std::string& path) {
   if (wanted > 0 && (ReadFile(file.get(), bytes.data(), wanted, &got, nullptr) == 0 || got != wanted))
     return std::nullopt;
   return bytes;
+}
+
+std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view bytes) {
+  const UniqueFile file = Open(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  if (!file) return std::nullopt;
+  const auto piece = std::make_unique<char[]>(kPiece);
+  for (;;) {
+    DWORD got = 0;
+    if (ReadFile(file.get(), piece.get(), kPiece, &got, nullptr) == 0) return std::nullopt;
+    if (got == 0) return bytes.empty();
+    if (bytes.substr(0, got) != std::string_view(piece.get(), got)) return false;
+    bytes.remove_prefix(got);
+  }
 }
 
 bool SystemFiles::Write(const std::string& path, std::string_view bytes) {

@@ -143,11 +143,20 @@ std::size_t BnsBytes::Read(std::span<char> room) {
   return filled;
 }
 
+std::size_t BnsBytes::Size() const {
+  const auto line = [](std::string_view item) { return item.size() + kLineEnd.size(); };
+  std::size_t size = line(kVersion2) + line(kListEnd);
+  for (const Snippet& snippet : snippets_) {
+    size += line(snippet.Name) + line(snippet.Attachment) + line(snippet.Description) +
+            line(kDescriptionEnd) + line(snippet.Code) + line(kCodeEnd);
+  }
+  return snippets_.empty() ? size : size - line(kCodeEnd);
+}
+
 std::string WriteBns(std::span<const Snippet> snippets) {
-  std::string bytes;
   BnsBytes source(snippets);
-  std::array<char, 4096> piece;
-  while (const std::size_t got = source.Read(piece)) bytes.append(piece.data(), got);
+  std::string bytes(source.Size(), '\0');
+  source.Read({bytes.data(), bytes.size()});
   return bytes;
 }
 

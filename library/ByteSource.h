@@ -20,6 +20,9 @@ class ByteSource {
   virtual std::size_t Read(std::span<char> room) = 0;
   /// Whether reading failed, so that the end was not the bytes' own.
   virtual bool Failed() const = 0;
+  /// How many bytes there are from the beginning to the end, where that is known without reading them; else
+  /// 0.
+  virtual std::size_t Size() const { return 0; }
   /// Goes back to the beginning; false when that is not possible.
   virtual bool Rewind() { return false; }
 };
@@ -35,6 +38,7 @@ class BytesInMemory : public ByteSource {
     return got;
   }
   bool Failed() const override { return false; }
+  std::size_t Size() const override { return all_.size(); }
   bool Rewind() override {
     rest_ = all_;
     return true;

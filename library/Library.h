@@ -32,8 +32,14 @@ struct Library {
 
   std::vector<Snippet> Snippets;
   std::string
-      LibraryName;    ///< File name without directory and extension; decides where the library is saved.
-  bool Saved = true;  ///< Whether the file holds what is in memory.
+      LibraryName;       ///< File name without directory and extension; decides where the library is saved.
+  bool Saved = true;     ///< Whether the file holds what is in memory.
+  unsigned Changes = 0;  ///< Counts what the user does to it.
+
+  void Change() {
+    Saved = false;
+    ++Changes;
+  }
 
   /// Index of the last snippet, -1 when there is none.
   int LastIndex() const { return static_cast<int>(Snippets.size()) - 1; }

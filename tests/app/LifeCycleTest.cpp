@@ -77,6 +77,14 @@ class LifeCycleTest : public testing::Test {
     return WriteBns(library);
   }
   std::string Stored() const { return program_.folder().Read("Lib.bns"); }
+  /// Whether the library's history has a file of that name.
+  bool Kept(const std::string& name) const {
+    WIN32_FIND_DATAA folder{};
+    const std::string root = program_.folder().File("History\\");
+    const UniqueFind search(FindFirstFileA((root + "Lib*").c_str(), &folder));
+    const std::string path = root + folder.cFileName + "\\" + name;
+    return search && GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+  }
   void Close(const Remote& remote) {
     PostMessageA(remote.window(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(program_.WaitForEnd());
@@ -129,6 +137,55 @@ TEST_F(LifeCycleTest, KilledAtAnyMomentTheNextStartFindsOneOfTheLastTwoSaves) {
   }
   std::printf("%d kills: %d before the save, %d after it, %d missing, %d cut short\n", kills, before, after,
               missing, cut);
+}
+
+TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHistoryIsShown) {
+  program_.folder().Write("Lib.bns", Bytes("start"));
+  const auto find = [&](const char* className) {
+    HWND found = nullptr;
+    WaitUntil([&] {
+      found = FindWindowA(className, nullptr);
+      return found != nullptr && IsWindowVisible(found) != 0;
+    });
+    return found;
+  };
+  program_.Start();
+  {
+    const Remote remote(program_.process());
+    remote.Describe("drafted");
+    remote.Press(MainButton::kEditSnippet);
+    Remote::Replace(remote.Code(), "'not committed");
+    ASSERT_TRUE(WaitUntil([&] { return Kept("draft.bns"); }));
+    program_.Kill();
+  }
+  program_.Start();
+  const Remote remote(program_.process());
+  const HWND notice = find("Notice");
+  ASSERT_NE(notice, nullptr);
+  EXPECT_EQ(WindowText(notice).substr(0, 30), "Unsaved changes of 'Lib' from ");
+  EXPECT_EQ(remote.Description(), "start");
+  SendMessageA(notice, WM_COMMAND, 100, 0);  // Take Them
+  EXPECT_EQ(remote.Description(), "drafted");
+  EXPECT_EQ(WindowText(remote.Code()), "'not committed");
+  EXPECT_EQ(Stored(), Bytes("start"));
+  remote.Save();
+  // The version of the notice, which holds what is saved now, has become that save's.
+  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
+  const HWND history = find("frmHistory");
+  ASSERT_NE(history, nullptr);
+  EXPECT_EQ(WindowText(history), "History of 'Lib'");
+  const HWND versions = GetDlgItem(history, frmHistory::kVersionsId);
+  EXPECT_EQ(SendMessageA(versions, LB_GETCOUNT, 0, 0), 1 + 2);
+  SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state before
+  SendMessageA(history, WM_COMMAND, MAKEWPARAM(frmHistory::kVersionsId, LBN_SELCHANGE), 0);
+  EXPECT_EQ(SendMessageA(GetDlgItem(history, frmHistory::kSnippetsId), LB_GETCOUNT, 0, 0), 1);
+  SendMessageA(history, WM_COMMAND, frmHistory::kPutSnippetBackId, 0);
+  EXPECT_EQ(remote.Description(), "start");
+  SendMessageA(remote.window(), WM_COMMAND, Command::kUndoList, 0);
+  EXPECT_EQ(remote.Description(), "drafted");
+  remote.Save();
+  Close(remote);
+  EXPECT_FALSE(Kept("draft.bns"));
 }
 
 TEST_F(LifeCycleTest, TwoInstancesSaveOneLibraryInTurnAndAtOnce) {

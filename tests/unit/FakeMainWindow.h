@@ -58,7 +58,11 @@ class FakeSnippetView : public SnippetView {
     selected = -1;
     for (const Snippet& snippet : snippets) rows.push_back(snippet.Name);
   }
-  void AddRow(const std::string& name) override { rows.push_back(name); }
+  void InsertRow(int row, const std::string& name) override {
+    ASSERT_TRUE(row >= 0 && row <= RowCount()) << row;
+    rows.insert(rows.begin() + row, name);
+    if (selected >= row) ++selected;
+  }
   void RemoveRow(int row) override {
     ASSERT_TRUE(row >= 0 && row < RowCount()) << row;
     rows.erase(rows.begin() + row);

@@ -36,7 +36,8 @@ class HistoryTest : public testing::Test {
 
   std::unique_ptr<LibraryKeeper> Program() {
     const auto same = [](const std::string& path) { return path; };
-    return std::make_unique<LibraryKeeper>(LibraryKeeper::Parts{folder, files, "/history", same, same, {}});
+    return std::make_unique<LibraryKeeper>(
+        LibraryKeeper::Parts{folder, files, "/history", same, same, [] { return HistoryLimits(); }});
   }
   /// The program starts, or starts again after its end, and opens the library. Its events in words.
   std::vector<Kind> Start() {
@@ -230,14 +231,13 @@ TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsN
   files.bytes[kLib] = Text(1);
   Start();
   Save(Text(2));
-  keeper->LookForOutsideChange();
+  while (keeper->LookForOutsideChange()) continue;
   EXPECT_EQ(Events(), std::vector<Kind>{});
   files.Write(kLib, Text(2));  // the same bytes at another time
-  keeper->LookForOutsideChange();
+  while (keeper->LookForOutsideChange()) continue;
   EXPECT_EQ(Events(), std::vector<Kind>{});
   files.Write(kLib, Text(7));
-  keeper->LookForOutsideChange();
-  keeper->LookForOutsideChange();
+  while (keeper->LookForOutsideChange()) continue;
   EXPECT_EQ(Events(), std::vector{Kind::ChangedOutside});
   files.Write(kLib, Text(8));  // and once more, without anybody looking
   Save(Text(3));
@@ -255,6 +255,12 @@ TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
   const UtcTime start = files.now;
   for (int day = 0; day < 4; ++day)
     for (int hour = 0; hour < 3; ++hour) keep(start + day * 24h + hour * 1h);
+  const HistoryLimits set = LimitsFrom([](const char* name) {
+    return name == std::string("HistoryDays") ? "7" : name[7] == 'V' ? "x" : "1";
+  });
+  EXPECT_EQ(set.versions, 50U);
+  EXPECT_EQ(set.days, 7U);
+  EXPECT_EQ(set.bytes, 1048576U);
   const auto left = [&] {
     std::vector<int> ages;
     for (const Version& version : history.Versions())
@@ -321,7 +327,7 @@ TEST_F(HistoryTest, NoSequenceOfSavesKillsAndChangesLosesAState) {
         ASSERT_TRUE(memory == before || memory == next) << memory;
       } else if (what == 3) {
         files.Write(kLib, Text(static_cast<int>(random() % 30)));
-        keeper->LookForOutsideChange();
+        while (keeper->LookForOutsideChange()) continue;
         keeper->ThrownAway(BytesInMemory(memory));  // as the window does that loads the file again
         states.insert(memory = File());
         Load();

@@ -138,6 +138,11 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
       {"leave", [this](auto&) { return std::string(editing.txtCode_LostFocus() ? "" : "no"); }},
       {"describe", Quiet([this](auto& text) { TypeDescription(text); })},
       {"rename", Quiet([this](auto&) { editing.lstCode_DblClick(); })},
+      {"undo", Quiet([this](auto&) { editing.Undo(); })},
+      {"redo", Quiet([this](auto&) { editing.Redo(); })},
+      {"move", Quiet([this](auto& row) { editing.MoveShown(std::stoi(row)); })},
+      {"back", Quiet([this](auto& name) { editing.PutBack(Named(name)); })},
+      {"all", Quiet([this](auto& name) { editing.PutAllBack({Named(name)}); })},
       {"name", Quiet([this](auto& text) { view.nameBoxText = text; })},
       {"enter", Quiet([this](auto&) { editing.SettleName(); })},
       {"escape", Quiet([this](auto&) { editing.txtName_Cancel(); })},
@@ -216,7 +221,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
   bool minimizes_ = true;
   std::optional<std::string> chosen_;
   std::string shownUnderMessage_;
-  Attachments attachments_{library, editing, *this};
+  Attachments attachments_{editing, *this};
 };
 
 /// "start" begins again in the folder of the case, and answers what that does.

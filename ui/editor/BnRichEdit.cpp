@@ -402,6 +402,7 @@ LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wPar
 void BnRichEdit::OnChange() {
   if (filling_ || remaking_ || colouring_.busy()) return;
   touched_ = true;
+  Raise(events_.change);
   changed_ = true;
   if (!answering_) PostMessageA(hWnd(), kFollowChange, 0, 0);
 }

@@ -35,6 +35,7 @@ class BnRichEdit : public Window {
     std::function<void()> gotFocus{};
     std::function<void()> lostFocus{};
     std::function<void(char key)> keyPress{};  ///< A character in the ANSI code page, before it is taken in.
+    std::function<void()> change{};            ///< The user has changed the text.
     std::function<void()> dblClick{};
     /// The right button has no effect and no menu of its own; it gives the field the focus.
     std::function<void(MouseButton button, POINT screen)> mouseDown{};

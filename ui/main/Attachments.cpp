@@ -12,8 +12,7 @@ bool IsPath(const std::string& text) {
 
 }  // namespace
 
-Attachments::Attachments(Library& library, const SnippetEditing& editing, AttachmentView& view)
-    : library_(library), editing_(editing), view_(view) {}
+Attachments::Attachments(SnippetEditing& editing, AttachmentView& view) : editing_(editing), view_(view) {}
 
 bool Attachments::CanView() const {
   const Snippet* snippet = editing_.Shown();
@@ -33,12 +32,9 @@ void Attachments::SetAttachment() {
 }
 
 void Attachments::SetAttachment(const std::string& path) {
-  Snippet* snippet = editing_.Shown();
-  if (snippet == nullptr || editing_.editingDisabled()) return;
   // A path is one line of the library file. Windows has no such names, but a foreign file system may.
   if (path.find("\r\n") != std::string::npos) return;
-  snippet->Attachment = path;
-  library_.Saved = false;
+  editing_.SetAttachment(path);
 }
 
 }  // namespace snip

@@ -24,7 +24,7 @@ class AttachmentView {
 /// The file that goes with the shown snippet.
 class Attachments {
  public:
-  Attachments(Library& library, const SnippetEditing& editing, AttachmentView& view);
+  Attachments(SnippetEditing& editing, AttachmentView& view);
 
   /// Whether a snippet is shown of a library that must not be changed. Without a snippet the attachment
   /// can be asked for as well, to no effect.
@@ -37,8 +37,7 @@ class Attachments {
   void SetAttachment(const std::string& path);
 
  private:
-  Library& library_;
-  const SnippetEditing& editing_;
+  SnippetEditing& editing_;
   AttachmentView& view_;
 };
 

@@ -243,6 +243,7 @@ void LibraryOperations::TakeContents(BnsContents contents) {
   library_.LibraryName = std::move(name);
   library_.Saved = true;
   editing_.DisableEdit(contents.omitted > 0);
+  editing_.ForgetUndo();
   editing_.ShowLibrary();
   if (contents.omitted > 0) ReportOmitted(contents.omitted);
 }
@@ -264,6 +265,12 @@ bool LibraryOperations::SaveCurFile() {
   saveFailed_ = !written;
   if (written) store_.OpenedOrSaved(path);
   return written;
+}
+
+void LibraryOperations::LoadAgain(const std::string& path) {
+  if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
+  store_.ThrownAway(BnsBytes(library_.Snippets));
+  OpenBNSFile(path);
 }
 
 void LibraryOperations::Leave() {

@@ -52,6 +52,9 @@ class LibraryOperations {
   /// window. False when the window has to stay, since something typed cannot be taken: the user has been
   /// told.
   bool OfferToSave();
+  /// Reads the open library once more from its file, which another program has changed. What is in memory is
+  /// handed to the store.
+  void LoadAgain(const std::string& path);
   /// Hands changes that are in no file to the store before the library is left.
   void Leave();
   /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:

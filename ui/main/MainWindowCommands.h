@@ -58,6 +58,14 @@ enum : int {
   kFind,
   kFindNext,
   kFindPrevious,
+  kUndoList,
+  kRedoList,
+  kMoveUp,
+  kMoveDown,
+  kMoveToTop,
+  kMoveToBottom,
+  kHistory,
+  kNotice,
 };
 }  // namespace Command
 
@@ -79,6 +87,7 @@ inline constexpr std::array kSystemMenu{
     CommandItem{"&Find Snippets...", 0, Command::kFind},
     CommandItem{"&Paste with Fields Filled", 0, Command::kPasteFitted},
     CommandItem{"Make Snippet of &Code", 0, Command::kTakeCode},
+    CommandItem{"&History...", 0, Command::kHistory},
 };
 
 inline constexpr BYTE kPlainKey = FVIRTKEY;

@@ -20,6 +20,8 @@ constexpr std::array kOtherKeys{
     ACCEL{kControlShiftKey, 'I', Command::kTakeCode},
     ACCEL{kControlKey, 'O', Command::kViewAttachment},
     ACCEL{kControlShiftKey, 'O', Command::kSetAttachment},
+    ACCEL{kControlShiftKey, 'H', Command::kHistory},
+    ACCEL{kPlainKey, VK_F6, Command::kNotice},
     ACCEL{kAltShiftKey, VK_LEFT, Command::kNarrowList},
     ACCEL{kAltShiftKey, VK_RIGHT, Command::kWidenList},
     ACCEL{kAltShiftKey, VK_UP, Command::kLowerDescription},

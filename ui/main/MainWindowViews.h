@@ -25,7 +25,7 @@ class SnippetView {
 
   // lstCode
   virtual void FillRows(std::span<const Snippet> snippets) = 0;
-  virtual void AddRow(const std::string& name) = 0;
+  virtual void InsertRow(int row, const std::string& name) = 0;
   virtual void RemoveRow(int row) = 0;
   virtual void SetRowText(int row, const std::string& name) = 0;
   virtual void SelectRow(int row) = 0;

@@ -117,8 +117,12 @@ void SnippetControls::FillRows(std::span<const Snippet> snippets) {
   InvalidateRect(lstCode_, nullptr, TRUE);
 }
 
-void SnippetControls::AddRow(const std::string& name) {
+void SnippetControls::AddRow(const std::string& name) const {
   List(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
+}
+
+void SnippetControls::InsertRow(int row, const std::string& name) {
+  List(LB_INSERTSTRING, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(name.c_str()));
 }
 
 void SnippetControls::RemoveRow(int row) {

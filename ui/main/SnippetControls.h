@@ -58,7 +58,7 @@ class SnippetControls : public SnippetView {
   bool settingDescription() const { return settingDescription_; }
 
   void FillRows(std::span<const Snippet> snippets) override;
-  void AddRow(const std::string& name) override;
+  void InsertRow(int row, const std::string& name) override;
   void RemoveRow(int row) override;
   void SetRowText(int row, const std::string& name) override;
   void SelectRow(int row) override;
@@ -80,6 +80,7 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
+  void AddRow(const std::string& name) const;
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);

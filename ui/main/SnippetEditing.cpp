@@ -1,5 +1,6 @@
 #include "ui/main/SnippetEditing.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "library/BnsRules.h"
@@ -46,6 +47,7 @@ void SnippetEditing::ShowNothing(const std::string& codeText) {
 }
 
 void SnippetEditing::Reset() {
+  undo_.Clear();
   listed_ = editing_ = false;
   shownIndex_ = -1;
   renamedRow_.reset();
@@ -109,7 +111,11 @@ void SnippetEditing::txtCode_DblClick() {
 void SnippetEditing::txtCode_KeyPress(char key) {
   constexpr unsigned char enter = 13;
   const auto code = static_cast<unsigned char>(key);
-  if (editing_ && (code >= ' ' || code == enter)) library_.Saved = false;
+  if (editing_ && (code >= ' ' || code == enter)) library_.Change();
+}
+
+void SnippetEditing::txtCode_Change() {
+  if (editing_) ++library_.Changes;
 }
 
 bool SnippetEditing::txtCode_LostFocus() {
@@ -119,17 +125,20 @@ bool SnippetEditing::txtCode_LostFocus() {
 }
 
 bool SnippetEditing::StoreShownCode() {
+  if (TakeShownCode()) return true;
+  Tell(Unreadable("code"));
+  return false;
+}
+
+bool SnippetEditing::TakeShownCode() {
   Snippet* const snippet = Shown();
   if (editingDisabled_ || snippet == nullptr) return true;
   std::optional<std::string> code = view_.Code();
-  if (!code) {
-    Tell(Unreadable("code"));
-    return false;
-  }
+  if (!code) return false;
   if (*code == snippet->Code) return true;
   snippet->Code = std::move(*code);
   // Typing has said so already; pasting, cutting, deleting and undoing have not.
-  library_.Saved = false;
+  library_.Change();
   return true;
 }
 
@@ -140,7 +149,7 @@ void SnippetEditing::txtDesc_Change() {
   if (!description) return Tell(Unreadable("description"));
   if (description->empty() || *description == snippet->Description) return;
   snippet->Description = std::move(*description);
-  library_.Saved = false;
+  library_.Change();
 }
 
 void SnippetEditing::lstCode_DblClick() {
@@ -179,10 +188,11 @@ bool SnippetEditing::SettleName() {
         "A line of three dots ends the list of snippets in a library file. Please use a different name for "
         "this snippet.");
   }
-  std::string& stored = library_.Snippets[static_cast<std::size_t>(row)].Name;
-  if (stored != name) view_.SetRowText(row, name);
-  stored = name;
-  library_.Saved = false;
+  if (library_.Snippets[static_cast<std::size_t>(row)].Name != name) {
+    view_.SetRowText(row, name);
+    Make({.kind = ListChange::Kind::Rename, .row = row, .text = name});
+  }
+  library_.Change();
   EndRename();
   return true;
 }
@@ -203,15 +213,16 @@ void SnippetEditing::EndRename() {
 void SnippetEditing::AddSnippet(Snippet snippet) {
   if (editingDisabled_ || !SettleName()) return;
   if (!txtCode_LostFocus()) return;
-  if (library_.IsFull()) {
-    return Tell("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
-                " snippets; please add the new snippet to another library.");
-  }
-  library_.Snippets.push_back(std::move(snippet));
-  library_.Saved = false;
-  view_.AddRow(library_.Snippets.back().Name);
+  if (library_.IsFull()) return TellFull();
+  Make({.kind = ListChange::Kind::Insert, .row = library_.LastIndex() + 1, .snippet = std::move(snippet)});
+  view_.InsertRow(library_.LastIndex(), library_.Snippets.back().Name);
   SelectAndShow(library_.LastIndex());
   lstCode_DblClick();
+}
+
+void SnippetEditing::TellFull() const {
+  Tell("This library is full. It holds " + std::to_string(Library::kMaxSnippets) +
+       " snippets; please add the new snippet to another library.");
 }
 
 void SnippetEditing::DeleteSelectedSnippet() {
@@ -226,22 +237,118 @@ void SnippetEditing::DeleteSnippet(int index) {
   if (!txtCode_LostFocus()) return;  // the edit belongs to an index, which is about to change
   shownIndex_ = -1;
   EndRename();
-  library_.Saved = false;
-
-  const auto place = library_.Snippets.begin() + index;
   if (library_.Snippets.size() == 1) {
-    place->Name = DefaultSnippet().Name;
-    place->Description = DefaultSnippet().Description;
-    place->Code = DefaultSnippet().Code;  // the attachment stays
-    view_.SetRowText(index, place->Name);
+    Snippet placeholder = DefaultSnippet();
+    placeholder.Attachment = library_.Snippets.front().Attachment;  // it stays
+    view_.SetRowText(index, placeholder.Name);
+    Make({.kind = ListChange::Kind::Replace, .row = index, .snippet = std::move(placeholder)});
     SelectAndShow(index);
     return;
   }
   const bool wasLast = index == library_.LastIndex();
-  library_.Snippets.erase(place);
+  Make({.kind = ListChange::Kind::Remove, .row = index});
   view_.RemoveRow(index);
   // Behind the last snippet there is nothing to move up to: no row is selected and the fields stay.
   if (!wasLast) SelectAndShow(0);
+}
+
+/// Changes the library, so that it can be undone.
+void SnippetEditing::Make(ListChange change) {
+  undo_.Made(MakeChange(library_.Snippets, std::move(change)));
+  library_.Change();
+}
+
+/// Has the list show a change that was made, whose inverse is given, and selects what it concerns.
+void SnippetEditing::ShowChange(const ListChange& inverse) {
+  using Kind = ListChange::Kind;
+  int row = inverse.row;
+  const auto name = [&](int of) -> const std::string& {
+    return library_.Snippets[static_cast<std::size_t>(of)].Name;
+  };
+  shownIndex_ = -1;
+  switch (inverse.kind) {
+    case Kind::Insert:
+      view_.RemoveRow(row);
+      row = std::min(row, library_.LastIndex());
+      break;
+    case Kind::Remove:
+      view_.InsertRow(row, name(row));
+      break;
+    case Kind::Move:
+      view_.RemoveRow(inverse.to);
+      view_.InsertRow(row, name(row));
+      break;
+    case Kind::All:
+      row = -1;
+      break;
+    default:
+      view_.SetRowText(row, name(row));
+  }
+  if (row < 0) return ShowLibrary();
+  listed_ = true;
+  SelectAndShow(row);
+}
+
+bool SnippetEditing::CanChangeList() {
+  // What is being edited belongs to a row, which is about to change.
+  return !editingDisabled_ && !library_.LibraryName.empty() && SettleName() && txtCode_LostFocus();
+}
+
+void SnippetEditing::Undo() {
+  if (!CanChangeList()) return;
+  auto change = undo_.NextUndo();
+  if (!change) return;
+  ListChange inverse = MakeChange(library_.Snippets, std::move(*change));
+  library_.Change();
+  ShowChange(inverse);
+  undo_.Undone(std::move(inverse));
+}
+
+void SnippetEditing::Redo() {
+  if (!CanChangeList()) return;
+  auto change = undo_.NextRedo();
+  if (!change) return;
+  ListChange inverse = MakeChange(library_.Snippets, std::move(*change));
+  library_.Change();
+  ShowChange(inverse);
+  undo_.Redone(std::move(inverse));
+}
+
+void SnippetEditing::MoveShown(int row) {
+  if (!CanChangeList() || Shown() == nullptr) return;
+  row = std::clamp(row, 0, library_.LastIndex());
+  if (row != shownIndex_) MakeAndShow({.kind = ListChange::Kind::Move, .row = shownIndex_, .to = row});
+}
+
+void SnippetEditing::SetAttachment(const std::string& path) {
+  if (Shown() != nullptr && !editingDisabled_)
+    Make({.kind = ListChange::Kind::Attachment, .row = shownIndex_, .text = path});
+}
+
+void SnippetEditing::PutBack(Snippet snippet, std::optional<std::size_t> inPlaceOf) {
+  if (!CanChangeList()) return;
+  const std::vector<Snippet>& all = library_.Snippets;
+  const auto same = [&](const Snippet& other) { return sameName_(other.Name, snippet.Name); };
+  const std::size_t row =
+      inPlaceOf.value_or(static_cast<std::size_t>(std::ranges::find_if(all, same) - all.begin()));
+  if (row < all.size()) {
+    return MakeAndShow(
+        {.kind = ListChange::Kind::Replace, .row = static_cast<int>(row), .snippet = std::move(snippet)});
+  }
+  if (library_.IsFull()) return TellFull();
+  MakeAndShow(
+      {.kind = ListChange::Kind::Insert, .row = library_.LastIndex() + 1, .snippet = std::move(snippet)});
+}
+
+void SnippetEditing::PutAllBack(std::vector<Snippet> snippets) {
+  if (CanChangeList()) MakeAndShow({.kind = ListChange::Kind::All, .all = std::move(snippets)});
+}
+
+void SnippetEditing::MakeAndShow(ListChange change) {
+  ListChange inverse = MakeChange(library_.Snippets, std::move(change));
+  library_.Change();
+  ShowChange(inverse);
+  undo_.Made(std::move(inverse));
 }
 
 void SnippetEditing::Tell(const std::string& prompt) const {

@@ -3,9 +3,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
+#include "ui/main/ListUndo.h"
 #include "ui/main/MainWindowViews.h"
 
 namespace snip {
@@ -47,11 +49,14 @@ class SnippetEditing {
   void EditSnippet();
   void txtCode_DblClick();
   void txtCode_KeyPress(char key);
+  void txtCode_Change();  ///< Of whatever kind.
   /// Commits the edit in progress, if there is one. False when the field does not tell its text: the user has
   /// been told, and the edit goes on.
   bool txtCode_LostFocus();
   /// Takes the code as it is shown into its snippet, the edit going on. False as above.
   bool StoreShownCode();
+  /// The same without a word to the user.
+  bool TakeShownCode();
 
   void txtDesc_Change();
 
@@ -67,7 +72,25 @@ class SnippetEditing {
   void DeleteSnippet(int index);
   void DeleteSelectedSnippet();
 
+  /// Take back, and make again, what was done to the list: new, delete, rename, move, attachment, put back.
+  /// The record concerned is selected.
+  void Undo();
+  void Redo();
+  /// Another library has nothing to be undone.
+  void ForgetUndo() { undo_.Clear(); }
+  /// Moves the shown snippet to a row, or to the end that lies beyond.
+  void MoveShown(int row);
+  void SetAttachment(const std::string& path);
+  /// Puts a snippet in the place of another one, counted from 0, of the one of its name, or else at the end.
+  void PutBack(Snippet snippet, std::optional<std::size_t> inPlaceOf = std::nullopt);
+  void PutAllBack(std::vector<Snippet> snippets);
+
  private:
+  void Make(ListChange change);
+  void MakeAndShow(ListChange change);
+  void ShowChange(const ListChange& inverse);
+  bool CanChangeList();
+  void TellFull() const;
   void SetEditing(bool editing);
   void Show(int row);
   void SelectAndShow(int row);
@@ -85,6 +108,7 @@ class SnippetEditing {
   bool editing_ = false;           ///< The shown snippet's code is being edited.
   std::optional<int> renamedRow_;  ///< The row that txtName covers.
   bool editingDisabled_ = false;
+  ListUndo undo_;
 };
 
 }  // namespace snip

@@ -24,6 +24,22 @@ constexpr int kDesignDescriptionHeight = 800;
 
 constexpr UINT_PTR kTipTimer = 1;
 
+/// What moves the shown snippet or undoes a change of the list, with Ctrl, and Shift or not.
+std::optional<int> ListCommandOfKey(WPARAM key, bool shift) {
+  struct Key {
+    WPARAM key;
+    bool shift;
+    int command;
+  };
+  constexpr Key keys[] = {{'Z', false, Command::kUndoList},     {'Y', false, Command::kRedoList},
+                          {VK_UP, true, Command::kMoveUp},      {VK_DOWN, true, Command::kMoveDown},
+                          {VK_HOME, true, Command::kMoveToTop}, {VK_END, true, Command::kMoveToBottom}};
+  for (const Key& known : keys) {
+    if (known.key == key && known.shift == shift) return known.command;
+  }
+  return std::nullopt;
+}
+
 /// Posted to the window itself when an edit field has lost the focus: only afterwards the new focus is known,
 /// and only then may a message box be shown.
 constexpr UINT kFieldLeft = WM_APP + 1;
@@ -43,6 +59,7 @@ frmAddIn::frmAddIn(Services services)
       picHSplt_(Splitter::Divides::Rows, [this](int top) { picHSplt_MouseUp(top); }),
       controls_({.lostFocus = [this] { PostMessageA(hWnd(), kFieldLeft, 0, 0); },
                  .keyPress = [this](char key) { editing_.txtCode_KeyPress(key); },
+                 .change = [this] { editing_.txtCode_Change(); },
                  .dblClick = [this] { editing_.txtCode_DblClick(); },
                  .mouseDown = [this](int button, POINT screen) { txtCode_MouseDown(button, screen); },
                  .contextMenu = [this](POINT screen) { PopUp(menus_.mnuEdit, screen); }},
@@ -58,12 +75,13 @@ frmAddIn::frmAddIn(Services services)
       operations_(library_, editing_, controls_, chooser_, services_.store, services_.showMessage,
                   &SameTextIgnoringCase),
       naming_(editing_, operations_, chooser_, services_.store, services_.showMessage),
-      attachments_(library_, editing_, *this),
+      attachments_(editing_, *this),
       output_(library_, editing_, controls_, services_.showMessage),
       find_({.target = *this,
              .store = services_.store,
              .settings = services_.settings,
              .caption = services_.caption}),
+      watch_({services_.keeper, library_, editing_, operations_, services_.caption}),
       accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
@@ -171,6 +189,7 @@ void frmAddIn::Form_Unload() {
   captionHook_.Remove();
   CloseSettings();
   operations_.Leave();
+  watch_.Unload();
   // The window may be made again: it then starts from its files.
   library_ = {};
   editing_.Reset();
@@ -246,13 +265,14 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
     if (key == VK_DELETE || (key == 'D' && control && GetKeyState(VK_SHIFT) >= 0))
       return Command::kDeleteSnippet;
     if (key == 'C' && control) return Command::kCopyCode;
+    if (control) return ListCommandOfKey(key, GetKeyState(VK_SHIFT) < 0);
   }
   return std::nullopt;
 }
 
 bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
-  if (menus_.PreTranslate(message) || find_.PreTranslate(message)) return true;
+  if (menus_.PreTranslate(message) || find_.PreTranslate(message) || watch_.PreTranslate(message)) return true;
   if (message.message == WM_TIMER) return false;  // no key, and comes all the time
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
@@ -325,6 +345,7 @@ void frmAddIn::Tick() {
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
   menus_.UpdateTornOff();
+  watch_.Tick();
 }
 
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
@@ -348,11 +369,18 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SIZE:
       Form_Resize();
       return 0;
+    case WM_WINDOWPOSCHANGED:
+      watch_.Follow();
+      return Default(message, wParam, lParam);
     case WM_TIMER:
       if (wParam == kTipTimer) Tick();
       return 0;
     case WM_ACTIVATE:
-      if (LOWORD(wParam) == WA_INACTIVE) RememberFocus();
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        RememberFocus();
+      } else {
+        watch_.OnActivate();
+      }
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:
       // A minimised window keeps the focus; the field that had it gets it back afterwards.

@@ -18,6 +18,7 @@
 #include "ui/main/LibraryChooser.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
+#include "ui/main/LibraryWatch.h"
 #include "ui/main/MainMenus.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/Pane.h"
@@ -45,6 +46,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
 
   struct Services {
     LibraryStore& store;
+    LibraryKeeper* keeper = nullptr;  ///< The same store when it keeps histories.
     const SettingsStore& settings;
     const SoundEffects& sounds;
     CaptionPainter& caption;
@@ -181,6 +183,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   frmFind find_;
   HotKey systemKey_;
   HWND overWindow_ = nullptr;  ///< The other program's window that the palette was brought over, or none.
+  LibraryWatch watch_;
 
   UniqueAccelerators accelerators_;
   HostEnvironment* host_ = nullptr;

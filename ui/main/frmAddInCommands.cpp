@@ -104,6 +104,20 @@ void frmAddIn::Do(int command) {
     case kLowerDescription:
     case kHeightenDescription:
       return picHSplt_.Move(command == kHeightenDescription ? splitterStep : -splitterStep);
+    case kUndoList:
+      return editing_.Undo();
+    case kRedoList:
+      return editing_.Redo();
+    case kMoveUp:
+    case kMoveDown:
+      return editing_.MoveShown(editing_.shownIndex() + (command == kMoveDown ? 1 : -1));
+    case kMoveToTop:
+    case kMoveToBottom:
+      return editing_.MoveShown(command == kMoveToTop ? 0 : library_.LastIndex());
+    case kHistory:
+      return watch_.ShowHistory();
+    case kNotice:
+      return watch_.FocusNotice();
     case kUndo:
       return code.Undo();
     case kCut:

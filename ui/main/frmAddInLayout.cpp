@@ -45,6 +45,7 @@ void frmAddIn::MakeControls() {
 
   tTip_.Attach(leftPane_.hWnd(), controls_.lstCode());
   tTip_.TakeListFont();
+  watch_.Attach(hWnd(), rightPane_.hWnd());
 }
 
 // --- What is kept -----------------------------------------------------------------------------------------

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "library/Library.h"
+
+namespace snip {
+
+/// How many snippets a save added, removed and changed otherwise.
+struct ChangeCounts {
+  std::size_t added = 0;
+  std::size_t removed = 0;
+  std::size_t changed = 0;
+};
+
+ChangeCounts CountChanges(std::span<const Snippet> older, std::span<const Snippet> newer);
+
+/// "+3 -1 ~2", without what is 0; "=" when all is.
+std::string TextOf(const ChangeCounts& counts);
+
+}  // namespace snip

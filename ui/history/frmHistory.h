@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "history/Version.h"
+#include "platform/Handle.h"
+#include "platform/Window.h"
+#include "ui/caption/CaptionHook.h"
+#include "ui/editor/CodeColours.h"
+#include "ui/history/HistoryRows.h"
+
+namespace snip {
+
+/// The library whose history is shown, and what can be done with it.
+class HistorySource {
+ public:
+  virtual ~HistorySource() = default;
+
+  virtual std::string Name() const = 0;
+  /// The newest first.
+  virtual std::vector<Version> Versions() = 0;
+  virtual std::optional<std::string> Read(const Version& version) = 0;
+  /// Where the versions' files are.
+  virtual std::string Folder() const = 0;
+  /// The library as it is in memory.
+  virtual std::span<const Snippet> Now() const = 0;
+  virtual bool CanPutBack() const = 0;
+  /// Puts a snippet in the place of one of the library, or, without that, where it belongs.
+  virtual void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) = 0;
+  virtual void PutAllBack(std::vector<Snippet> snippets) = 0;
+};
+
+/// The history window: the versions of the open library, what in them differs from the library as it is now,
+/// and the ways back. Not modal.
+class frmHistory : public Window {
+ public:
+  static constexpr int kVersionsId = 101;
+  static constexpr int kSnippetsId = 102;
+  static constexpr int kLinesId = 103;
+  static constexpr int kPutSnippetBackId = 104;
+  static constexpr int kPutLibraryBackId = 105;
+  static constexpr int kSaveCopyId = 106;
+  static constexpr int kOpenFolderId = 107;
+
+  frmHistory(HistorySource& source, CaptionPainter& caption) : source_(source), caption_(caption) {}
+  ~frmHistory() override;
+
+  /// Shows the window, or the one that is open, for the library that is open now.
+  void Show(HWND owner);
+  /// Looks at a message before it is dispatched; true when it is used up.
+  bool PreTranslate(MSG& message);
+
+ protected:
+  LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+ private:
+  /// One version as far as it has been looked at.
+  struct Entry {
+    Version version{};
+    std::string changes{};  ///< What its save changed; empty before that is known.
+  };
+
+  void MakeControls();
+  void Layout();
+  void Reload();
+  void LookAtNextVersion();
+  void SetVersionRow(std::size_t entry);
+  std::string TextOfRow(const Entry& entry) const;
+  void SetDeletedRow();
+  std::optional<std::size_t> SelectedEntry() const;
+  bool ShowsDeleted() const;
+  const std::vector<Snippet>& SnippetsOf(std::size_t entry);
+  void VersionChosen();
+  void SnippetChosen();
+  const Snippet* ChosenSnippet();
+  std::optional<std::size_t> ChosenPlaceNow() const;
+  void EnableButtons();
+  void OnCommand(int id, int notification);
+  void PutSnippetBack();
+  void PutLibraryBack();
+  void SaveCopy();
+  void DrawLine(const DRAWITEMSTRUCT& item) const;
+  void DrawCode(HDC dc, const DifferenceLine& line, int left, int top, bool selected) const;
+
+  LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return SendMessageA(GetDlgItem(hWnd(), id), message, wParam, lParam);
+  }
+
+  HistorySource& source_;
+  CaptionPainter& caption_;
+  CaptionHook captionHook_;
+  UniqueFont font_;
+  UniqueFont codeFont_;
+  Size character_{};
+  CodeColours colours_;
+  std::vector<Entry> entries_;  ///< The newest first.
+  std::size_t looked_ = 0;      ///< How many of them have been compared.
+  std::vector<Snippet> newer_;  ///< Of the last one of these.
+  DeletedSnippets deleted_;
+  std::optional<std::size_t> cached_;  ///< The entry whose snippets are in `snippets_`.
+  std::vector<Snippet> snippets_;
+  std::vector<SnippetRow> rows_;  ///< Of "Snippets", unless that shows the deleted ones.
+  std::vector<DifferenceLine> lines_;
+};
+
+}  // namespace snip

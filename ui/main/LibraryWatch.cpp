@@ -1,0 +1,168 @@
+#include "ui/main/LibraryWatch.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+#include <variant>
+
+#include "history/SystemFiles.h"
+#include "library/BnsFormat.h"
+#include "platform/Win32Text.h"
+#include "ui/history/LocalTime.h"
+
+namespace snip {
+namespace {
+
+constexpr std::uint64_t kLookMs = 1000;
+
+}  // namespace
+
+LibraryWatch::LibraryWatch(const Parts& parts)
+    : parts_(parts),
+      notice_([this](NoticeChoice choice) { Chosen(choice); }),
+      history_(*this, parts.caption),
+      lastTick_(GetTickCount()) {}
+
+void LibraryWatch::Attach(HWND window, HWND noticeOver) {
+  window_ = window;
+  noticeOver_ = noticeOver;
+  seenChanges_ = parts_.library.Changes;
+}
+
+void LibraryWatch::Unload() {
+  notice_.Hide();
+  history_.Destroy();
+  folderChange_.Reset();
+  watched_.clear();
+  draftTimer_.Done();
+  if (parts_.keeper != nullptr && parts_.library.Saved) parts_.keeper->DropDraft();
+}
+
+void LibraryWatch::Tick() {
+  if (parts_.keeper == nullptr) return;
+  const DWORD tick = GetTickCount();
+  now_ += tick - std::exchange(lastTick_, tick);
+  if (std::exchange(seenChanges_, parts_.library.Changes) != parts_.library.Changes)
+    draftTimer_.Changed(now_);
+  if (draftTimer_.Due(now_)) Draft();
+  if (now_ >= nextLook_) {
+    nextLook_ = now_ + kLookMs;
+    WatchFolder();
+  }
+  if (parts_.keeper->hasEvents()) std::ranges::move(parts_.keeper->TakeEvents(), std::back_inserter(events_));
+  // Under a question a notice could not be answered.
+  if (!events_.empty() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
+    ShowNotice();
+}
+
+// --- Drafts -----------------------------------------------------------------------------------------------
+
+void LibraryWatch::Draft() {
+  if (!parts_.editing.TakeShownCode()) return;
+  if (parts_.library.Saved || parts_.library.LibraryName.empty()) return draftTimer_.Done();
+  try {
+    if (parts_.keeper->WriteDraft(CopyOfLibrary())) draftTimer_.Done();
+  } catch (const std::exception&) {
+    draftTimer_.Done();  // memory is short: the next change is another occasion
+  }
+}
+
+std::string LibraryWatch::CopyOfLibrary() const {
+  return WriteBns(parts_.library.Snippets);
+}
+
+// --- Other programs ---------------------------------------------------------------------------------------
+
+void LibraryWatch::OnActivate() {
+  notice_.ComeToFront();
+  looking_ = true;
+  nextLook_ = 0;
+}
+
+void LibraryWatch::WatchFolder() {
+  const std::string& path = parts_.keeper->openPath();
+  if (path != watched_) {
+    watched_ = path;
+    const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
+    folderChange_.Reset(FindFirstChangeNotificationA(
+        folder.c_str(), FALSE, FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE));
+  }
+  if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
+    looking_ = true;
+    FindNextChangeNotification(folderChange_.get());
+  }
+  if (looking_) looking_ = parts_.keeper->LookForOutsideChange();
+}
+
+// --- The notice -------------------------------------------------------------------------------------------
+
+void LibraryWatch::ShowNotice() {
+  // What concerns another library waits until that is open, unless there is nothing to be done.
+  const auto about = std::ranges::find_if(events_, [&](const LibraryEvent& event) {
+    return event.kind == LibraryEvent::Kind::SaveCompleted || event.path == parts_.keeper->openPath();
+  });
+  if (about == events_.end()) return;
+  shown_ = *about;
+  events_.erase(about);
+  const std::string time =
+      shown_.version ? ShortTime(shown_.version->time, SystemFiles().Now()) : std::string();
+  notice_.Show(window_, noticeOver_, NoticeOf(shown_.kind, LibraryNameFromEntry(shown_.path), time));
+}
+
+void LibraryWatch::Chosen(NoticeChoice choice) {
+  switch (choice) {
+    case NoticeChoice::LoadAgain:
+      return parts_.operations.LoadAgain(shown_.path);
+    case NoticeChoice::TakeThem:
+      if (shown_.path != parts_.keeper->openPath() || !shown_.version) return;
+      if (const auto bytes = Read(*shown_.version)) {
+        BnsResult read = ReadBns(*bytes);
+        if (auto* contents = std::get_if<BnsContents>(&read)) PutAllBack(std::move(contents->snippets));
+      }
+      return;
+    case NoticeChoice::SaveAgain:
+      return parts_.operations.SaveLibrary();
+    case NoticeChoice::History:
+      return ShowHistory();
+    default:
+      return;
+  }
+}
+
+// --- The history window -----------------------------------------------------------------------------------
+
+void LibraryWatch::ShowHistory() {
+  if (parts_.keeper != nullptr && !parts_.keeper->openPath().empty()) history_.Show(window_);
+}
+
+std::string LibraryWatch::Name() const {
+  return LibraryNameFromEntry(parts_.keeper->openPath());
+}
+
+std::vector<Version> LibraryWatch::Versions() {
+  return parts_.keeper->HistoryOf(parts_.keeper->openPath()).Versions();
+}
+
+std::optional<std::string> LibraryWatch::Read(const Version& version) {
+  return parts_.keeper->HistoryOf(parts_.keeper->openPath()).Read(version);
+}
+
+std::string LibraryWatch::Folder() const {
+  std::string folder = AnsiFromUtf8(parts_.keeper->HistoryOf(parts_.keeper->openPath()).path());
+  std::ranges::replace(folder, '/', '\\');
+  return folder;
+}
+
+bool LibraryWatch::CanPutBack() const {
+  return !parts_.editing.editingDisabled() && !parts_.library.LibraryName.empty();
+}
+
+void LibraryWatch::PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) {
+  parts_.editing.PutBack(snippet, inPlaceOf);
+}
+
+void LibraryWatch::PutAllBack(std::vector<Snippet> snippets) {
+  parts_.editing.PutAllBack(std::move(snippets));
+}
+
+}  // namespace snip

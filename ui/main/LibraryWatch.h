@@ -1,0 +1,88 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "history/DraftTimer.h"
+#include "history/LibraryKeeper.h"
+#include "platform/Handle.h"
+#include "ui/history/Notice.h"
+#include "ui/history/frmHistory.h"
+#include "ui/main/LibraryOperations.h"
+
+namespace snip {
+
+/// Watches over the open library for the main window: has drafts of its changes written, looks for other
+/// programs' changes of its file, and shows the notice and the history window. Without a keeper it does
+/// nothing.
+class LibraryWatch : private HistorySource {
+ public:
+  struct Parts {
+    LibraryKeeper* keeper;
+    const Library& library;
+    SnippetEditing& editing;
+    LibraryOperations& operations;
+    CaptionPainter& caption;
+  };
+
+  explicit LibraryWatch(const Parts& parts);
+
+  /// `noticeOver` is the part of the window whose upper edge notices lie over.
+  void Attach(HWND window, HWND noticeOver);
+  void Unload();
+
+  /// Some times in a second.
+  void Tick();
+  void OnActivate();
+  /// The window was moved, or another size.
+  void Follow() { notice_.Follow(); }
+  bool PreTranslate(MSG& message) { return notice_.PreTranslate(message) || history_.PreTranslate(message); }
+
+  void ShowHistory();
+  void FocusNotice() const { notice_.Focus(); }
+
+ private:
+  using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
+
+  void ShowNotice();
+  void Chosen(NoticeChoice choice);
+  void Draft();
+  void WatchFolder();
+  std::string CopyOfLibrary() const;
+
+  // HistorySource
+  std::string Name() const override;
+  std::vector<Version> Versions() override;
+  std::optional<std::string> Read(const Version& version) override;
+  std::string Folder() const override;
+  std::span<const Snippet> Now() const override { return parts_.library.Snippets; }
+  bool CanPutBack() const override;
+  void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) override;
+  void PutAllBack(std::vector<Snippet> snippets) override;
+
+  Parts parts_;
+  HWND window_ = nullptr;
+  HWND noticeOver_ = nullptr;
+  Notice notice_;
+  frmHistory history_;
+  std::deque<LibraryEvent> events_;  ///< That are not shown yet.
+  LibraryEvent shown_;
+
+  DraftTimer draftTimer_;
+  unsigned seenChanges_ = 0;
+  DWORD lastTick_ = 0;
+  std::uint64_t now_ = 0;  ///< Milliseconds, which do not begin again as the system's do.
+
+  std::string watched_;  ///< The file whose folder is watched.
+  UniqueChange folderChange_;
+  std::uint64_t nextLook_ = 0;
+  bool looking_ = false;  ///< The file has changed, or may have.
+};
+
+}  // namespace snip
