@@ -17,6 +17,10 @@ void Command::AddTexts(const char* name, std::vector<std::string>& values, const
   parser_.add_option(name, values, help)->required()->type_name("");
 }
 
+void Command::AddOptionalText(const char* name, std::optional<std::string>& value, const char* help) {
+  parser_.add_option(name, value, help)->type_name("");
+}
+
 void Command::AddFlag(const char* names, bool& value, const char* help) {
   parser_.add_flag(names, value, help);
 }

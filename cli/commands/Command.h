@@ -35,6 +35,7 @@ class Command {
   // and words that are separated by "|" or ",".
   void AddText(const char* name, std::string& value, const char* help);
   void AddTexts(const char* name, std::vector<std::string>& values, const char* help);
+  void AddOptionalText(const char* name, std::optional<std::string>& value, const char* help);
   void AddFlag(const char* names, bool& value, const char* help);
   void AddOption(const char* names, std::optional<std::string>& value, const char* text, const char* help);
   void AddOption(const char* names, std::optional<std::size_t>& value, const char* text, const char* help);

@@ -1,5 +1,5 @@
 #include "cli/commands/Commands.h"
-#include "cli/system/SafeWrite.h"
+#include "cli/system/KeptWrite.h"
 
 namespace snip {
 namespace {
@@ -23,9 +23,9 @@ class Convert : public Command {
     if (output_.value_or(library_) == "-") {
       session_.terminal.WriteBytes(converted);
     } else if (output_) {
-      WriteFileSafely(*output_, converted, Existing::Keep);
+      WriteLibraryFile(*output_, converted, Existing::Keep);
     } else if (converted != bytes) {
-      WriteFileSafely(library_, converted, Existing::Replace);
+      WriteLibraryFile(library_, converted, Existing::Replace);
     }
     return ExitCode::Done;
   }

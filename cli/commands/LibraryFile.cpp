@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "cli/system/SafeWrite.h"
+#include "cli/system/KeptWrite.h"
 #include "library/BnsCheck.h"
 #include "library/BnsRules.h"
 
@@ -127,7 +127,7 @@ void WriteLibrary(Session& session, const std::string& path, const std::vector<S
   if (path == "-") {
     session.terminal.WriteBytes(bytes);
   } else {
-    WriteFileSafely(path, bytes, isNew ? Existing::Keep : Existing::Replace);
+    WriteLibraryFile(path, bytes, isNew ? Existing::Keep : Existing::Replace);
   }
 }
 

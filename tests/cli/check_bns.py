@@ -349,11 +349,31 @@ def shell_completion():
         expect(table and set(table[1].split()) == named, f"{command}: {table and table[1]} completed, {named} in the help")
 
 
+def keeping():
+    write("l.bns", LIBRARY)
+    bns(DONE, "remove", "l.bns", "One")
+    versions = json.loads(bns(DONE, "history", "l.bns", "--json").out)
+    expect([(each["kind"], each["added"], each["removed"]) for each in versions] == [("saved", 0, 1), ("saved", 2, 0)],
+           f"history {versions}")
+    bns(DONE, "restore", "l.bns", "#2", "one")
+    expect(read("l.bns") == LIBRARY, "a restored snippet is where it was")
+    bns(DONE, "edit", "l.bns", "One", "-c", "other")
+    bns(DONE, "restore", "l.bns", "#2", "One")
+    expect(read("l.bns") == LIBRARY, "a snippet is restored in its place")
+    bns(DONE, "restore", "l.bns", versions[0]["version"])
+    expect(bns(DONE, "list", "l.bns").out == b"Two\n", "a restored library")
+    refuse(NO, "restore", "l.bns", "#9", says='no version "#9"')
+    refuse(NO, "restore", "l.bns", "#1", "One", says='no snippet "One"')
+    refuse(NO, "history", "none.bns")
+
+
 def main():
+    state = tempfile.TemporaryDirectory()
+    os.environ["XDG_STATE_HOME"] = state.name
     # Wine's server ends when nothing runs, and whatever starts at that moment fails: one process waits for input.
     waiting = WINE and subprocess.Popen(BNS + ["list", "-"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-    parts = [reading, finding, changing, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shortened_file, shell_completion])
+    parts = [reading, finding, changing, keeping, refusing, converting, exchanging] + ([] if WINE else [posix_files, failing_writes, shortened_file, shell_completion])
     for part in parts:
         with tempfile.TemporaryDirectory() as folder:
             os.chdir(folder)
