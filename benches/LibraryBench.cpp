@@ -21,6 +21,8 @@
 #include "benches/Comparison.h"
 #include "benches/GeneratedLibrary.h"
 #include "find/Finder.h"
+#include "history/SafeSave.h"
+#include "history/SystemFiles.h"
 #include "library/BnsFormat.h"
 #include "library/LibraryMerge.h"
 
@@ -32,6 +34,8 @@ constexpr double kReadLimit = 2.5;
 constexpr double kWriteLimit = 2;
 constexpr double kMergeLimit = 3;
 constexpr double kFindLimit = 3;
+constexpr double kSaveLimit = 2.5;
+constexpr int kDraftedCount = 10000;
 constexpr double kPeakPerFile = 1.5;
 constexpr double kPeakFixedMb = 16;
 constexpr double kMb = 1 << 20;
@@ -206,6 +210,35 @@ void MeasureFind(const std::vector<Snippet>& snippets, const std::string& suffix
     });
   };
   PrintRatio("find a word" + suffix, Compare(kRuns, find, pass), kFindLimit);
+/// Saving with a history, as the program does, beside one write of the same bytes that waits for the disk.
+void MeasureSave(const std::string& path, const std::vector<Snippet>& snippets, const std::string& suffix) {
+  SystemFiles files;
+  VersionFolder history(files, path + ".history", path + ".saved");
+  std::optional<KnownContent> known;
+  std::vector<Snippet> changed = snippets;
+  const auto save = [&] {
+    changed.front().Description += "x";
+    return Milliseconds([&] {
+      const std::string bytes = WriteBns(changed);
+      const SaveOutcome outcome = SaveSafely(files, history, bytes,
+                                             [&](std::string_view text) {
+                                               files.Remove(history.library());
+                                               return files.Write(history.library(), text);
+                                             },
+                                             &known, {});
+      Require(outcome.written && outcome.kept, "saving");
+    });
+  };
+  const std::string bytes = WriteBns(snippets);
+  const auto write = [&] {
+    return Milliseconds([&] { Require(files.Write(path + ".flushed", bytes), "a flushed write"); });
+  };
+  PrintRatio("save with a history" + suffix, Compare(kRuns, save, write), kSaveLimit);
+  PrintValue("copy for a draft" + suffix,
+             Median({ProcessorMilliseconds([&] { WriteBns(snippets); }),
+                     ProcessorMilliseconds([&] { WriteBns(snippets); }),
+                     ProcessorMilliseconds([&] { WriteBns(snippets); })}),
+             -1, "ms");
 }
 
 void Measure(const std::string& program, const std::string& folder, int count) {
@@ -237,6 +270,7 @@ void Measure(const std::string& program, const std::string& folder, int count) {
 
   MeasureMerge(path, snippets, suffix);
   MeasureFind(snippets, suffix);
+  if (count == kDraftedCount) MeasureSave(path, snippets, suffix);
 }
 
 int Main(std::span<char*> arguments) {
