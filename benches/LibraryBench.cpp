@@ -210,6 +210,8 @@ void MeasureFind(const std::vector<Snippet>& snippets, const std::string& suffix
     });
   };
   PrintRatio("find a word" + suffix, Compare(kRuns, find, pass), kFindLimit);
+}
+
 /// Saving with a history, as the program does, beside one write of the same bytes that waits for the disk.
 void MeasureSave(const std::string& path, const std::vector<Snippet>& snippets, const std::string& suffix) {
   SystemFiles files;

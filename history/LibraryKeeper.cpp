@@ -1,5 +1,6 @@
 #include "history/LibraryKeeper.h"
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <new>
@@ -65,7 +66,7 @@ class LibraryKeeper::WatchedBytes : public ByteSource {
 LibraryKeeper::LibraryKeeper(Parts parts) : parts_(std::move(parts)) {}
 
 LibraryKeeper::~LibraryKeeper() {
-  if (drafting_.valid()) drafting_.wait();
+  if (drafting_.joinable()) drafting_.join();
 }
 
 VersionFolder LibraryKeeper::HistoryOf(const std::string& path) const {
@@ -87,12 +88,13 @@ std::vector<LibraryEvent> LibraryKeeper::TakeEvents() {
 
 void LibraryKeeper::Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const {
   const std::lock_guard lock(mutex_);
-  known_[path] = {stamp, hash};
+  std::erase_if(known_, [&](const auto& known) { return known.first == path; });
+  known_.emplace_back(path, KnownContent{stamp, hash});
 }
 
 std::optional<KnownContent> LibraryKeeper::Known(const std::string& path) const {
   const std::lock_guard lock(mutex_);
-  const auto found = known_.find(path);
+  const auto found = std::ranges::find(known_, path, &std::pair<std::string, KnownContent>::first);
   return found == known_.end() ? std::nullopt : std::optional(found->second);
 }
 
@@ -212,15 +214,18 @@ void LibraryKeeper::ThrownAway(ByteSource&& bytes) {
 
 bool LibraryKeeper::WriteDraft(std::string bytes) {
   if (draftPath_.empty()) return true;
-  if (drafting_.valid() && drafting_.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-    return false;
-  VersionFolder folder = HistoryOf(openPath_);
+  if (drafting_.joinable()) {
+    if (!draftingDone_) return false;
+    drafting_.join();
+  }
+  draftingDone_ = false;
   try {
-    drafting_ = std::async(std::launch::async, [&files = parts_.files, folder, path = draftPath_,
-                                                text = std::move(bytes)]() mutable {
-      const std::string unfinished = path + ".tmp";
-      return folder.Make() && files.Write(unfinished, text) && files.Move(unfinished, path);
-    });
+    drafting_ = std::thread(
+        [this, folder = HistoryOf(openPath_), path = draftPath_, text = std::move(bytes)]() mutable {
+          const std::string unfinished = path + ".tmp";
+          if (folder.Make() && parts_.files.Write(unfinished, text)) parts_.files.Move(unfinished, path);
+          draftingDone_ = true;
+        });
   } catch (const std::system_error&) {
     return false;  // no thread to be had: the next time
   }
@@ -228,9 +233,8 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
 }
 
 void LibraryKeeper::DropDraft() {
-  if (!drafting_.valid()) return;
-  drafting_.wait();
-  drafting_ = {};
+  if (!drafting_.joinable()) return;
+  drafting_.join();
   parts_.files.Remove(draftPath_);
 }
 

@@ -2,12 +2,12 @@
 
 #include <atomic>
 #include <functional>
-#include <future>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "history/SafeSave.h"
@@ -92,11 +92,12 @@ class LibraryKeeper : public LibraryStore {
   std::string openPath_;
   std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
   std::unique_ptr<Held> draftClaim_;
-  std::string draftPath_;  ///< Empty when none can be written.
-  std::future<bool> drafting_;
-  FileStamp seen_;            ///< Of a file that another program has changed.
-  mutable std::mutex mutex_;  ///< Of the following.
-  mutable std::map<std::string, KnownContent> known_;
+  std::string draftPath_;                   ///< Empty when none can be written.
+  std::thread drafting_;                    ///< Writes the last draft of the open library.
+  std::atomic<bool> draftingDone_ = false;  ///< That has been written, or could not be.
+  FileStamp seen_;                          ///< Of a file that another program has changed.
+  mutable std::mutex mutex_;                ///< Of the following.
+  mutable std::vector<std::pair<std::string, KnownContent>> known_;  ///< By path.
   mutable std::vector<LibraryEvent> events_;
   mutable std::atomic<bool> hasEvents_ = false;
   mutable bool historyFailed_ = false;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <set>
 #include <utility>
 
 #include "history/ContentHash.h"
@@ -80,14 +79,24 @@ std::vector<Version> VersionFolder::Versions() {
 
 std::optional<std::string> VersionFolder::Read(const Version& version) {
   auto bytes = files_.Read(FileOf(version));
-  if (bytes) hashes_[FileNameOf(version)] = ContentHash(*bytes);
+  if (bytes) Remember(FileNameOf(version), ContentHash(*bytes));
   return bytes;
+}
+
+void VersionFolder::Remember(const std::string& file, std::uint64_t hash) {
+  std::erase_if(hashes_, [&](const auto& known) { return known.first == file; });
+  hashes_.emplace_back(file, hash);
+}
+
+std::optional<std::uint64_t> VersionFolder::Remembered(const std::string& file) const {
+  const auto found = std::ranges::find(hashes_, file, &std::pair<std::string, std::uint64_t>::first);
+  return found == hashes_.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::optional<std::uint64_t> VersionFolder::HashOf(const Version& version) {
   const std::string name = FileNameOf(version);
-  if (!hashes_.contains(name) && !Read(version)) return std::nullopt;
-  return hashes_.at(name);
+  if (const auto hash = Remembered(name)) return hash;
+  return Read(version) ? Remembered(name) : std::nullopt;
 }
 
 VersionFolder::Kept VersionFolder::Find(const std::vector<Version>& versions, std::string_view bytes,
@@ -101,8 +110,7 @@ VersionFolder::Kept VersionFolder::Find(const std::vector<Version>& versions, st
 
 bool VersionFolder::NewestIs(std::uint64_t hash) {
   const std::vector<Version> versions = Versions();
-  const auto seen = versions.empty() ? hashes_.end() : hashes_.find(FileNameOf(versions.front()));
-  return seen != hashes_.end() && seen->second == hash;
+  return !versions.empty() && Remembered(FileNameOf(versions.front())) == hash;
 }
 
 bool VersionFolder::Keeps(std::string_view bytes) {
@@ -120,7 +128,7 @@ bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<U
     version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));
   }
   if (!place(FileOf(version))) return false;
-  hashes_[FileNameOf(version)] = hash;
+  Remember(FileNameOf(version), hash);
   if (kept.version) files_.Remove(FileOf(*kept.version));
   return true;
 }
@@ -144,17 +152,14 @@ bool VersionFolder::KeepFile(std::string_view name, std::string_view bytes, Vers
 void VersionFolder::Prune(const HistoryLimits& limits) {
   const std::vector<Version> versions = Versions();
   using Day = std::chrono::sys_days;
-  std::set<Day, std::greater<>> days;
-  for (const Version& version : versions) days.insert(std::chrono::floor<std::chrono::days>(version.time));
-  if (days.size() > limits.days) {
-    days.erase(std::next(days.begin(), static_cast<std::ptrdiff_t>(limits.days)), days.end());
-  }
+  std::size_t days = 0;  // seen so far, the last ones first
   std::uint64_t room = limits.bytes;
   for (std::size_t i = 0; i < versions.size(); ++i) {
     const Day day = std::chrono::floor<std::chrono::days>(versions[i].time);
     const bool firstOfDay =
         i + 1 == versions.size() || std::chrono::floor<std::chrono::days>(versions[i + 1].time) != day;
-    const bool wanted = i < limits.versions || (firstOfDay && days.contains(day));
+    const bool wanted = i < limits.versions || (firstOfDay && days < limits.days);
+    days += firstOfDay ? 1U : 0U;
     if (i == 0 || (wanted && versions[i].size <= room)) {
       room -= std::min(room, versions[i].size);
     } else {

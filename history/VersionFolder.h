@@ -2,10 +2,10 @@
 
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "history/Files.h"
@@ -72,7 +72,11 @@ class VersionFolder {
   Files& files_;
   std::string library_;
   std::string path_;
-  std::map<std::string, std::uint64_t> hashes_;  ///< Of versions whose contents have been seen, by file name.
+  void Remember(const std::string& file, std::uint64_t hash);
+  std::optional<std::uint64_t> Remembered(const std::string& file) const;
+
+  std::vector<std::pair<std::string, std::uint64_t>>
+      hashes_;  ///< Of versions whose contents have been seen, by file name.
 };
 
 /// What the folder of a library is called begins with its readable name and ends with this text for all

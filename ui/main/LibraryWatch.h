@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <deque>
 #include <optional>
 #include <span>
 #include <string>
@@ -71,7 +70,7 @@ class LibraryWatch : private HistorySource {
   HWND noticeOver_ = nullptr;
   Notice notice_;
   frmHistory history_;
-  std::deque<LibraryEvent> events_;  ///< That are not shown yet.
+  std::vector<LibraryEvent> events_;  ///< That are not shown yet.
   LibraryEvent shown_;
 
   DraftTimer draftTimer_;

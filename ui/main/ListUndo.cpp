@@ -65,7 +65,7 @@ void ListUndo::Push(Steps& steps, ListChange change) {
   steps.push_back(std::move(change));
   const auto libraries = [&] { return std::ranges::count(steps, ListChange::Kind::All, &ListChange::kind); };
   while (steps.size() > kMostSteps || libraries() > static_cast<std::ptrdiff_t>(kMostLibraries))
-    steps.pop_front();
+    steps.erase(steps.begin());
 }
 
 }  // namespace snip

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <deque>
 #include <optional>
 #include <string>
 #include <vector>
@@ -50,7 +49,7 @@ class ListUndo {
   void Redone(ListChange inverse) { Push(undo_, std::move(inverse)); }
 
  private:
-  using Steps = std::deque<ListChange>;
+  using Steps = std::vector<ListChange>;
 
   static std::optional<ListChange> Next(Steps& steps);
   static void Push(Steps& steps, ListChange change);
