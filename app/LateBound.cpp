@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <vector>
 
 #include "app/MessageFilter.h"
@@ -79,8 +78,7 @@ std::string SystemText(HRESULT result) {
                                 static_cast<DWORD>(result), 0, text.data(), text.size(), nullptr);
   while (length > 0 && static_cast<unsigned char>(text[length - 1]) <= ' ') --length;
   if (length == 0) {
-    length = static_cast<DWORD>(
-        std::snprintf(text.data(), text.size(), "Error &H%08lX.", static_cast<unsigned long>(result)));
+    length = static_cast<DWORD>(wsprintfA(text.data(), "Error &H%08lX.", static_cast<unsigned long>(result)));
   }
   return {text.data(), length};
 }

@@ -1,7 +1,7 @@
 #include "find/LibraryReading.h"
 
+#include <exception>
 #include <new>
-#include <system_error>
 #include <utility>
 #include <variant>
 
@@ -49,7 +49,7 @@ bool LibraryReading::Read(const std::vector<LibraryAsRead>& files) {
   }
   try {
     if (!thread_.joinable()) thread_ = std::thread([this] { Work(); });
-  } catch (const std::system_error&) {
+  } catch (const std::exception&) {
     return false;
   }
   changed_.notify_one();

@@ -4,7 +4,6 @@
 #include <array>
 #include <exception>
 #include <new>
-#include <system_error>
 #include <utility>
 
 #include "history/ContentHash.h"
@@ -226,7 +225,7 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
           if (folder.Make() && parts_.files.Write(unfinished, text)) parts_.files.Move(unfinished, path);
           draftingDone_ = true;
         });
-  } catch (const std::system_error&) {
+  } catch (const std::exception&) {
     return false;  // no thread to be had: the next time
   }
   return true;

@@ -1,9 +1,9 @@
 #include "platform/RegistryText.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
+#include "platform/Numbers.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -54,12 +54,10 @@ std::string SettingsKeyPath(std::string_view company, std::string_view applicati
 }
 
 std::optional<std::string> NumberValueData(const std::string& text) {
-  const std::string trimmed{Trim(text)};
-  char* end = nullptr;
-  const double number = std::strtod(trimmed.c_str(), &end);
-  if (trimmed.empty() || end != trimmed.c_str() + trimmed.size() || !std::isfinite(number))
-    return std::nullopt;
-  const double rounded = std::nearbyint(number);  // the default rounding mode takes halves to even
+  const std::string_view trimmed = Trim(text);
+  const auto number = ReadNumber(trimmed);
+  if (!number || number->length != trimmed.size()) return std::nullopt;
+  const double rounded = std::nearbyint(number->value);  // the default rounding mode takes halves to even
   if (rounded < std::numeric_limits<std::int32_t>::min() ||
       rounded > std::numeric_limits<std::int32_t>::max()) {
     return std::nullopt;

@@ -1,5 +1,6 @@
 #include "settings/SettingsText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -7,6 +8,11 @@
 #include "platform/Text.h"
 
 namespace snip {
+namespace {
+
+constexpr double kLargestNumber = 9e18;  // its digits fill 64 bits
+
+}  // namespace
 
 std::string FlagText(bool on) {
   return on ? "-1" : "0";
@@ -17,16 +23,25 @@ bool FlagFromText(std::string_view text) {
 }
 
 std::string NumberText(double number) {
-  return SingleText(static_cast<float>(number));
+  if (std::isnan(number)) return "0";
+  const auto single = static_cast<float>(std::clamp(number, -kLargestNumber, kLargestNumber));
+  const double size = std::fabs(single);
+  double scale = 1;
+  std::size_t decimals = 0;
+  while (static_cast<float>(std::nearbyint(size * scale) / scale) != static_cast<float>(size)) {
+    scale *= 10;
+    ++decimals;
+  }
+  std::string text = std::to_string(static_cast<std::int64_t>(std::nearbyint(size * scale)));
+  if (decimals > 0) {
+    if (text.size() <= decimals) text.insert(0, decimals + 1 - text.size(), '0');
+    text.insert(text.size() - decimals, 1, '.');
+  }
+  return single < 0 ? "-" + text : text;
 }
 
 double Val(std::string_view text) {
-  text = TrimLeft(text);
-  if (text.starts_with('+')) {
-    text.remove_prefix(1);
-    if (text.starts_with('-')) return 0;
-  }
-  const auto number = ReadNumber(text);
+  const auto number = ReadNumber(TrimLeft(text));
   return number ? number->value : 0;
 }
 

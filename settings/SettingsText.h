@@ -15,7 +15,7 @@ std::string FlagText(bool on);
 bool FlagFromText(std::string_view text);
 
 /// The decimal text of a number in single precision, with as many decimals as it needs and a point whatever
-/// the user's locale writes.
+/// the user's locale writes. Numbers beyond 9e18, which no window or font reaches, become 9e18.
 std::string NumberText(double number);
 
 /// The number that a text begins with, after leading blanks; 0 when it begins with none, or with one that is

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <stdexcept>
+#include <exception>
 
 #include "platform/Handle.h"
 #include "platform/OleColor.h"
@@ -11,11 +11,11 @@
 namespace snip {
 
 /// A picture that is neither bitmap nor icon was to be painted.
-class InvalidPicture : public std::runtime_error {
+class InvalidPicture : public std::exception {
  public:
   static constexpr int kNumber = 481;
 
-  InvalidPicture() : std::runtime_error("Invalid picture") {}
+  const char* what() const noexcept override { return "Invalid picture"; }
   int Number() const { return kNumber; }
 };
 

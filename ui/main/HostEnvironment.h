@@ -1,8 +1,9 @@
 #pragma once
 
+#include <exception>
 #include <memory>
-#include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace snip {
 
@@ -11,9 +12,13 @@ namespace snip {
 // be asked then, but throws and does not reach the environment any more. Operations throw `HostError`.
 
 /// The environment could not do what it was asked; says why, in words for the user.
-class HostError : public std::runtime_error {
+class HostError : public std::exception {
  public:
-  using std::runtime_error::runtime_error;
+  explicit HostError(std::string text) : text_(std::move(text)) {}
+  const char* what() const noexcept override { return text_.c_str(); }
+
+ private:
+  std::string text_;
 };
 
 /// The environment has no time now, for as long as anybody would wait.

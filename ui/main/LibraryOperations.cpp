@@ -1,8 +1,9 @@
 #include "ui/main/LibraryOperations.h"
 
 #include <algorithm>
-#include <memory>
-#include <system_error>
+#include <exception>
+#include <optional>
+#include <thread>
 #include <utility>
 #include <variant>
 
@@ -36,6 +37,36 @@ std::string LibraryNameFromEntry(const std::string& entry) {
   return std::string(name);
 }
 
+/// Reads a library in a thread of its own.
+struct LibraryOperations::LibraryAhead {
+  LibraryAhead(const LibraryStore& store, std::string file) : path(std::move(file)) {
+    thread_ = std::thread([this, &store] {
+      try {
+        result_ = ReadLibrary(store, path);
+      } catch (const std::exception&) {
+        return;  // the opening reads it once more, and tells
+      }
+    });
+  }
+  ~LibraryAhead() {
+    if (thread_.joinable()) thread_.join();
+  }
+  LibraryAhead(const LibraryAhead&) = delete;
+  LibraryAhead& operator=(const LibraryAhead&) = delete;
+
+  /// Waits for the reading; none when it failed.
+  std::optional<BnsResult> Take() {
+    thread_.join();
+    return std::move(result_);
+  }
+
+  const std::string path;
+
+ private:
+  std::optional<BnsResult> result_;
+  std::thread thread_;
+};
+
 LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView,
                                      LibraryView& view, LibraryStore& store, ShowMessageFunction showMessage,
                                      SnippetEditing::TextEquality sameName)
@@ -46,6 +77,8 @@ LibraryOperations::LibraryOperations(Library& library, SnippetEditing& editing, 
       store_(store),
       showMessage_(std::move(showMessage)),
       sameName_(std::move(sameName)) {}
+
+LibraryOperations::~LibraryOperations() = default;
 
 std::vector<std::string> LibraryOperations::Names() const {
   std::vector<std::string> names = store_.Names();
@@ -59,8 +92,8 @@ void LibraryOperations::ReadAhead() {
   if (names.empty()) return;
   const std::string path = store_.PathOf(names.front());
   try {
-    ahead_ = {path, std::async(std::launch::async, [this, path] { return ReadLibrary(store_, path); })};
-  } catch (const std::system_error&) {
+    ahead_ = std::make_unique<LibraryAhead>(store_, path);
+  } catch (const std::exception&) {
     ahead_.reset();  // no thread to be had: it is read when it is opened
   }
 }
@@ -68,14 +101,17 @@ void LibraryOperations::ReadAhead() {
 /// What was read ahead counts only for the opening that it was read for: the file may change.
 BnsResult LibraryOperations::Read(const std::string& path) {
   const WaitCursorScope wait(snippetView_);
-  auto ahead = std::exchange(ahead_, std::nullopt);
-  return ahead && ahead->path == path ? ahead->result.get() : ReadLibrary(store_, path);
+  const auto ahead = std::exchange(ahead_, nullptr);
+  if (ahead && ahead->path == path) {
+    if (auto result = ahead->Take()) return std::move(*result);
+  }
+  return ReadLibrary(store_, path);
 }
 
 void LibraryOperations::LoadFiles() {
   openEntry_ = -1;
   struct Forgetting {
-    std::optional<LibraryAhead>& ahead;
+    std::unique_ptr<LibraryAhead>& ahead;
     ~Forgetting() { ahead.reset(); }
   };
   const Forgetting whateverIsNotOpened{ahead_};

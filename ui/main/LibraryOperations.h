@@ -1,7 +1,6 @@
 #pragma once
 
-#include <future>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,6 +20,9 @@ class LibraryOperations {
   LibraryOperations(Library& library, SnippetEditing& editing, SnippetView& snippetView, LibraryView& view,
                     LibraryStore& store, ShowMessageFunction showMessage,
                     SnippetEditing::TextEquality sameName);
+  ~LibraryOperations();
+  LibraryOperations(const LibraryOperations&) = delete;
+  LibraryOperations& operator=(const LibraryOperations&) = delete;
 
   /// Begins to read the library that `LoadFiles` will open, in a thread of its own, so that the window can be
   /// made meanwhile.
@@ -62,10 +64,7 @@ class LibraryOperations {
   std::string SavedElsewhere() const;
 
  private:
-  struct LibraryAhead {
-    std::string path;
-    std::future<BnsResult> result;
-  };
+  struct LibraryAhead;
 
   std::vector<std::string> Names() const;
   BnsResult Read(const std::string& path);
@@ -86,7 +85,7 @@ class LibraryOperations {
   LibraryStore& store_;
   ShowMessageFunction showMessage_;
   SnippetEditing::TextEquality sameName_;  ///< As the file system compares names, too.
-  std::optional<LibraryAhead> ahead_;
+  std::unique_ptr<LibraryAhead> ahead_;
   bool saveFailed_ = false;  ///< The last one, though the library counts as saved since.
   int openEntry_ = -1;       ///< Of the chooser; the user has another one selected there when he tells of it.
 };
