@@ -45,5 +45,5 @@ writable=$(paste -d' ' - - < <(grep -A1 -E '^ +[0-9]+ ' <<<"$sections" | grep -v
 grep -qw CODE <<<"$sections" || fault "has no code"
 
 size=$(stat -c %s "$file")
-[ "$size" -lt $limit ] || fault "has $size bytes, more than $limit"
+[ "$size" -le $limit ] || fault "has $size bytes, more than $limit"
 [ $faults = 0 ]
