@@ -110,15 +110,14 @@ TEST_F(LibraryFolderTest, AFileIsNeverReadWhileItIsHalfWritten) {
     for (int i = 1; !done; ++i) Replace(store_.PathOf("lib"), versions[i % 2]);
   });
   int whole = 0;
-  for (int i = 0; i < 200 && whole < 20; ++i) {
+  EXPECT_TRUE(WaitUntil([&] {
     const auto bytes = Read(store_.PathOf("lib"));
-    if (!bytes) continue;  // between the deletion and the new file
-    ++whole;
+    if (!bytes) return false;  // between the deletion and the new file
     EXPECT_TRUE(*bytes == versions[0] || *bytes == versions[1]) << bytes->size();
-  }
+    return ++whole == 20;
+  }));
   done = true;
   writer.join();
-  EXPECT_GT(whole, 0);
 }
 
 TEST_F(LibraryFolderTest, NothingIsWrittenBesideTheFolderOrWhereItIsNotListed) {
