@@ -274,17 +274,20 @@ TEST_F(MainWindowTest, SplittersMoveTheirPartsAndAreKept) {
     return WaitUntil([&] { return (width ? Place(part).width : Place(part).height) == wanted; });
   };
   const int width = Place(GetParent(List())).width;
-  Drag(columns, {60, 0},
-       [] { PressMouse(MouseButton::Right), ReleaseMouse(MouseButton::Right), ReleaseMouse(); });
-  EXPECT_TRUE(becomes(GetParent(List()), true, width + 60)) << "the right button ends it";
+  const int right = Drag(columns, {60, 0}, [] {
+    PressMouse(MouseButton::Right), ReleaseMouse(MouseButton::Right), ReleaseMouse();
+  });
+  EXPECT_NE(right, 0) << "the right button ends it";
+  EXPECT_TRUE(becomes(GetParent(List()), true, width + right));
   const int height = Place(Description()).height;
-  Drag(rows, {0, 40}, [] { PressKey(VK_ESCAPE), ReleaseMouse(); });
-  EXPECT_TRUE(becomes(Description(), false, height + 40)) << "Escape is no part of it";
+  const int down = Drag(rows, {0, 40}, [] { PressKey(VK_ESCAPE), ReleaseMouse(); });
+  EXPECT_NE(down, 0) << "Escape is no part of it";
+  EXPECT_TRUE(becomes(Description(), false, height + down));
   EXPECT_TRUE(WaitUntil([&] { return IsChild(window_, Focus()) != 0; }));
   Close();
   Open();
-  EXPECT_TRUE(becomes(GetParent(List()), true, width + 60));
-  EXPECT_TRUE(becomes(Description(), false, height + 40));
+  EXPECT_TRUE(becomes(GetParent(List()), true, width + right));
+  EXPECT_TRUE(becomes(Description(), false, height + down));
   Close();
 }
 
@@ -447,12 +450,7 @@ TEST_F(MainWindowTest, MenusAreNotTornOffWhereThatIsForbidden) {
   ClickRow(0, 1, MouseButton::Right);
   const HWND menu = Menu("Snippets");
   // It unfolds, and then takes the mouse; a press before that would not be held to its end.
-  ASSERT_TRUE(WaitUntil([&] {
-    GUITHREADINFO thread{};
-    thread.cbSize = sizeof thread;
-    return GetGUIThreadInfo(GetWindowThreadProcessId(menu, nullptr), &thread) != 0 &&
-           thread.hwndCapture == menu;
-  }));
+  ASSERT_TRUE(WaitUntil([&] { return GuiThread().hwndCapture == menu; }));
   const Rect docked = Place(menu);
   PointAt(menu, {30, 3});
   PressMouse();

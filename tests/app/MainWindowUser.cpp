@@ -151,11 +151,11 @@ bool MainWindowUser::CodeLocked() const {
   return (GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY) != 0;
 }
 
-HWND MainWindowUser::Focus() const {
+GUITHREADINFO MainWindowUser::GuiThread() const {
   GUITHREADINFO info{};
   info.cbSize = sizeof info;
   GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
-  return info.hwndFocus;
+  return info;
 }
 
 bool MainWindowUser::FocusComes(HWND control) const {
@@ -288,25 +288,33 @@ void MainWindowUser::TypeOver(HWND field, const std::string& text) {
   Need(WaitUntil([&] { return WindowText(field) == text; }), WindowText(field) + ", not " + text);
 }
 
-void MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& end) const {
+int MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& end) const {
   const Rect start = Place(splitter);
+  const bool columns = start.width < start.height;
+  const auto moved = [&] {
+    const Rect now = Place(splitter);
+    return static_cast<POINT>(columns ? POINT{now.left - start.left, 0} : POINT{0, now.top - start.top});
+  };
+  const auto held = [&] { return GuiThread().hwndCapture == splitter; };
   // In a third of its length, so that no other splitter meets it there.
   const POINT grip{start.width / 2, start.height / 3};
   PointAt(splitter, grip);
   PressMouse();
+  Need(WaitUntil(held), "the splitter is not held");
   constexpr int kSteps = 3;
   for (int step = 1; step <= kSteps; ++step) {
-    const POINT moved{by.x * step / kSteps, by.y * step / kSteps};
-    MovePointer({start.left + grip.x + moved.x, start.top + grip.y + moved.y});
-    // Each for itself: the display may echo an earlier place after a later one.
-    const auto follows = [&] {
-      const Rect now = Place(splitter);
-      return now.left - start.left == (start.width < start.height ? moved.x : 0) &&
-             now.top - start.top == (start.width < start.height ? 0 : moved.y);
-    };
-    Need(WaitUntil(follows), "the splitter does not follow");
+    const POINT to{by.x * step / kSteps, by.y * step / kSteps};
+    const bool follows = WaitUntil([&] {
+      if (moved().x == to.x && moved().y == to.y) return true;
+      // Again, because the display may echo an earlier place after a later one.
+      MovePointer({start.left + grip.x + to.x, start.top + grip.y + to.y});
+      return false;
+    });
+    Need(follows, "the splitter does not follow");
   }
   end();
+  Need(WaitUntil([&] { return !held(); }), "the splitter is not let go");
+  return columns ? moved().x : moved().y;
 }
 
 }  // namespace snip::test

@@ -52,7 +52,9 @@ class MainWindowUser {
   Names Rows() const;
   Names Libraries() const;
   bool CodeLocked() const;
-  HWND Focus() const;
+  /// The focus, the capture and so on of the program's thread.
+  GUITHREADINFO GuiThread() const;
+  HWND Focus() const { return GuiThread().hwndFocus; }
   bool FocusComes(HWND control) const;
   AccessibleChild Button(int bar, const std::string& name) const;
   bool Checked(int bar, const std::string& name) const { return Button(bar, name).Has(STATE_SYSTEM_CHECKED); }
@@ -77,8 +79,9 @@ class MainWindowUser {
   void ChooseFile(const std::string& title, const std::string& path) const;
   /// Types over what a field holds and sees it there.
   static void TypeOver(HWND field, const std::string& text);
-  /// Drags a splitter by so many pixels; `end` lets it go.
-  void Drag(
+  /// Drags a splitter by so many pixels; `end` lets it go. By how many pixels it has moved then: the display
+  /// may echo an earlier place of the pointer just before.
+  int Drag(
       HWND splitter, POINT by, const std::function<void()>& end = [] { ReleaseMouse(); }) const;
 
   ComApartment apartment_;
