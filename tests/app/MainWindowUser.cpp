@@ -199,30 +199,16 @@ void MainWindowUser::ClickRow(int row, int times, MouseButton button) {
   ClickAt(List(), Aside({place.left + 5, (place.top + place.bottom) / 2}), times, button);
 }
 
-void MainWindowUser::ClickButton(int bar, const std::string& name) {
-  const Rect place = Button(bar, name).place;
-  ClickBar(bar, Aside({place.left + 6, place.top + place.height / 2}));
-}
-
 void MainWindowUser::ClickArrow() const {
-  const AccessibleClient bar(Control(frmAddIn::kMainBarId));
+  const HWND window = Control(frmAddIn::kMainBarId);
+  const AccessibleClient bar(window);
   const Rect place = bar.Children()[MainButton::kOutput + 1].place;
-  ClickBar(frmAddIn::kMainBarId, {place.left + 4, place.top + place.height / 2});
-}
-
-/// Clicks a place of the screen on a toolbar once the button there has found the pointer over it.
-void MainWindowUser::ClickBar(int bar, POINT screen) const {
-  const HWND window = Control(bar);
-  ScreenToClient(window, &screen);
-  PointAt(window, screen);
-  const AccessibleClient client(window);
-  WaitUntil([&] {
-    for (const AccessibleChild& child : client.Children()) {
-      if (child.Has(STATE_SYSTEM_HOTTRACKED)) return true;
-    }
-    return false;
-  });
-  ClickAt(window, screen);
+  POINT at{place.left + 4, place.top + place.height / 2};
+  ScreenToClient(window, &at);
+  PointAt(window, at);
+  // Once the button has found the pointer over it.
+  WaitUntil([&] { return bar.Children()[MainButton::kOutput].Has(STATE_SYSTEM_HOTTRACKED); });
+  ClickAt(window, at);
 }
 
 HWND MainWindowUser::Menu(const std::string& title) {
@@ -247,11 +233,6 @@ void MainWindowUser::ClickItem(const std::string& menu, const std::string& item)
   ClickScreen(window, {place.left + place.width / 2, place.top + place.height / 2});
 }
 
-void MainWindowUser::ChooseLibrary(const std::string& entry) const {
-  ClickCentre(Files());
-  ChooseFromOpenList(entry);
-}
-
 void MainWindowUser::ChooseFromOpenList(const std::string& entry) const {
   HWND list = nullptr;
   WaitUntil([&] { return (list = FindVisibleOfClass("ComboLBox")) != nullptr; });
@@ -264,13 +245,6 @@ void MainWindowUser::ChooseFromOpenList(const std::string& entry) const {
   ClickAt(list, {place.left + 20, (place.top + place.bottom) / 2});
 }
 
-void MainWindowUser::Answer(const std::string& prompt, int button) const {
-  Need(WaitUntil([&] { return Prompt() == prompt; }), "\"" + Prompt() + "\", not \"" + prompt + "\"");
-  const HWND box = GetLastActivePopup(window_);
-  ClickCentre(GetDlgItem(box, button));
-  Need(WaitUntil([&] { return IsWindow(box) == 0; }), prompt + " stays open");
-}
-
 void MainWindowUser::ChooseFile(const std::string& title, const std::string& path) const {
   const HWND dialog = WaitForWindow(title);
   Need(WaitUntil([&] { return IsForeground(dialog); }), title + " does not come up");
@@ -280,12 +254,6 @@ void MainWindowUser::ChooseFile(const std::string& title, const std::string& pat
   PressKey(path.empty() ? VK_ESCAPE : VK_RETURN);
   Need(WaitUntil([&] { return IsWindow(dialog) == 0; }), title + " stays open");
   Need(WaitUntil([&] { return IsForeground(window_) && IsChild(window_, Focus()) != 0; }), "no focus");
-}
-
-void MainWindowUser::TypeOver(HWND field, const std::string& text) {
-  PressKey('A', {VK_CONTROL});
-  TypeText(text);
-  Need(WaitUntil([&] { return WindowText(field) == text; }), WindowText(field) + ", not " + text);
 }
 
 int MainWindowUser::Drag(HWND splitter, POINT by, const std::function<void()>& end) const {

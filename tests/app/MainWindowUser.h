@@ -65,20 +65,14 @@ class MainWindowUser {
 
   // What there is to be done.
   void ClickRow(int row, int times = 1, MouseButton button = MouseButton::Left);
-  void ClickButton(int bar, const std::string& name);
   /// The arrow at the right of the output button.
   void ClickArrow() const;
   /// Waits for a menu, docked or torn off; null when it does not come.
   static HWND Menu(const std::string& title);
   static void ClickItem(const std::string& menu, const std::string& item);
-  void ChooseLibrary(const std::string& entry) const;
   void ChooseFromOpenList(const std::string& entry) const;
-  /// Waits for a message box of that prompt and clicks the button of that result.
-  void Answer(const std::string& prompt, int button) const;
   /// Waits for one of the system's file dialogs and types a path; Escape when it is empty.
   void ChooseFile(const std::string& title, const std::string& path) const;
-  /// Types over what a field holds and sees it there.
-  static void TypeOver(HWND field, const std::string& text);
   /// Drags a splitter by so many pixels; `end` lets it go. By how many pixels it has moved then: the display
   /// may echo an earlier place of the pointer just before.
   int Drag(
@@ -94,8 +88,6 @@ class MainWindowUser {
   POINT Aside(POINT place);
 
  private:
-  void ClickBar(int bar, POINT screen) const;
-
   bool clicksAside_ = false;
 };
 

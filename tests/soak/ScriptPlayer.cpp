@@ -41,8 +41,9 @@ bool IsShown(HWND window) {
   return IsWindowVisible(window) != 0;
 }
 
-/// A text in one line: "^" is a line end.
+/// A text in one line: "^" is a line end, "~" a tab.
 std::string InOneLine(std::string text) {
+  std::ranges::replace(text, '\t', '~');
   std::erase(text, '\r');
   std::ranges::replace(text, '\n', '^');
   return text;
@@ -116,21 +117,23 @@ void ScriptPlayer::AnswerDialogs() {
 
 void ScriptPlayer::Answer(HWND dialog) {
   const std::string title = WindowText(dialog);
-  if (title == "Open Snippet File") return ChooseFile(title, std::exchange(chosenPath_, ""));
   const HWND field = GetDlgItem(dialog, kTypedFieldId);
-  const bool asksName = title == "New Code Library";
-  told_ += " ! " + (asksName ? title : WindowText(field));
-  int button = IDOK;
-  if (asksName) {
-    button = libraryName_.empty() ? IDCANCEL : IDOK;
-    SendMessageA(field, EM_SETSEL, 0, -1);
-    for (const char c : std::exchange(libraryName_, "")) {
-      SendMessageA(field, WM_CHAR, static_cast<unsigned char>(c), 1);
-    }
-  } else if (GetDlgItem(dialog, IDYES) != nullptr) {
-    button = agrees_ ? IDYES : IDNO;
+  const bool isMessage = title.empty() || title.starts_with("Brennic Snipstore");
+  told_ += " ! " + (isMessage ? WindowText(field) : title);
+  if (title == "Open Snippet File" || title == "Choose Attachment") {
+    return ChooseFile(title, std::exchange(chosenPath_, ""));
   }
-  PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+  if (title == "New Code Library") {
+    SendMessageA(field, EM_SETSEL, 0, -1);
+    for (const char c : libraryName_) SendMessageA(field, WM_CHAR, static_cast<unsigned char>(c), 1);
+  }
+  const bool agrees = isMessage ? agrees_ : !std::exchange(libraryName_, "").empty();
+  const int button = GetDlgItem(dialog, IDYES) == nullptr ? IDOK : agrees ? IDYES : IDNO;
+  if (isMessage || agrees) {
+    PostMessageA(GetDlgItem(dialog, button), BM_CLICK, 0, 0);
+  } else {
+    PressKey(VK_ESCAPE);
+  }
   Need(Wait([&] { return IsWindow(dialog) == 0; }), title + " stays open");
 }
 
@@ -208,9 +211,11 @@ void ScriptPlayer::TakeCode(Span span, WORD key) {
 }
 
 void ScriptPlayer::PressKeys(const std::string& keys) {
-  static const std::map<std::string, WORD> named{{"Enter", VK_RETURN}, {"Escape", VK_ESCAPE},
-                                                 {"F2", VK_F2},        {"Delete", VK_DELETE},
-                                                 {"Up", VK_UP},        {"Down", VK_DOWN}};
+  static const std::map<std::string, WORD> named{
+      {"Enter", VK_RETURN}, {"Escape", VK_ESCAPE}, {"Delete", VK_DELETE}, {"Up", VK_UP},
+      {"Down", VK_DOWN},    {"End", VK_END},       {"Tab", VK_TAB},       {"Space", VK_SPACE},
+      {"Menu", VK_APPS},    {"F1", VK_F1},         {"F2", VK_F2},         {"F4", VK_F4},
+      {"F9", VK_F9},        {"F10", VK_F10}};
   const std::size_t last = keys.find_last_of('+') + 1;
   const auto key = named.find(keys.substr(last));
   const WORD code = key == named.end() ? static_cast<WORD>(keys[last]) : key->second;
@@ -246,7 +251,7 @@ void ScriptPlayer::Choose(const std::string& library) {
       isNumber ? entries[static_cast<std::size_t>(std::stoi(library)) % entries.size()] : library;
   if ((isNumber && entry == kBrowseEntry) || entry == WindowText(Files())) return;
   if (std::ranges::find(entries, entry) == entries.end()) return;
-  Perform([&] { ClickCentre(Files()); });
+  if (SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) == 0) Perform([&] { ClickCentre(Files()); });
   if (Focus() == Files()) Perform([&] { ChooseFromOpenList(entry); });
 }
 
@@ -285,12 +290,22 @@ std::string ScriptPlayer::State() const {
                                     {Description(), "description"},
                                     {NameBox(), "name"},
                                     {FileNameBox(), "file name"},
+                                    {Control(frmAddIn::kAttachId), "attachment"},
                                     {Files(), "libraries"}}) {
     if (Focus() == field) state += std::string(" ") + name;
   }
   if (!CodeLocked()) state += " | editing";
   const AccessibleClient bar(Control(frmAddIn::kMainBarId));
   if (bar.Child(MainButton::kSaveLibrary + 1).Has(STATE_SYSTEM_UNAVAILABLE)) state += " | disabled";
+  if ((GetWindowLongA(window_, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0) state += " | on top";
+  const AccessibleClient editBar(Control(frmAddIn::kEditBarId));
+  if (!editBar.Child(EditButton::kSyntaxHighlighting + 1).Has(STATE_SYSTEM_CHECKED)) state += " | uncoloured";
+  if (const HWND menu = FindVisibleOfClass("frmMenu"); menu != nullptr) {
+    state += " | " + WindowText(menu) + " menu";
+    for (const AccessibleChild& item : AccessibleClient(menu).Children()) {
+      if (item.Has(STATE_SYSTEM_UNAVAILABLE)) state += ", no " + item.name;
+    }
+  }
   return state + told_;
 }
 
@@ -328,6 +343,7 @@ bool ScriptPlayer::SetUp(const std::string& verb, std::istream& words) const {
          "\r\n(,)\r\n\r\n...\r\n"},
         {"Broken", "no library\r\n"},
         {"Empty", "BNS2.0\r\n"},
+        {"Locked", "BNS1.0\r\nold\r\nd\r\n'old\r\n(.)\r\n..\r\n"},  // which cannot be converted
         {"Many",
          "BNS2.0\r\na\r\n\r\nA\r\n(,)\r\n1\r\n(.)\r\nb\r\n\r\nB\r\n(,)\r\n2\r\n(.)\r\nc\r\nd:\\c\r\nC\r\n"
          "(,)\r\nFor i = 1 To 3\r\n  Debug.Print \"x\" ' note\r\nNext\r\n(.)\r\nd\r\n\r\nD\r\n(,)\r\n4\r\n"
@@ -405,6 +421,34 @@ std::string ScriptPlayer::Do(const std::string& line) {
          Perform([&] { static_cast<void>(bar.Press(name)); });
        }},
       {"menu", [&] { UseMenu(text()); }},
+      {"right",
+       [&] {
+         const std::string place = text();
+         Perform([&] {
+           if (place == "row") ClickRow(number(), 1, MouseButton::Right);
+           if (place == "space") ClickAt(List(), {30, 200}, 1, MouseButton::Right);
+           if (place == "code") ClickAt(Code(), {60, 40}, 1, MouseButton::Right);
+         });
+       }},
+      {"arrow", [&] { Perform([&] { ClickArrow(); }); }},
+      {"attachment", [&] { Perform([&] { ClickCentre(Control(frmAddIn::kAttachId)); }); }},
+      {"item",
+       [&] {
+         const HWND menu = FindVisibleOfClass("frmMenu");
+         Perform([&] {
+           ClickItem(WindowText(menu), text());
+           Need(Wait([&] { return !IsShown(menu); }), "the menu stays open");
+         });
+       }},
+      {"type", [&] { Perform([&] { TypeText(text()); }); }},
+      {"other",
+       [&] {
+         Perform([&] {
+           const TestFrame other;
+           Need(Wait([&] { return IsForeground(other.get()); }), "no other window comes to the front");
+           SetForegroundWindow(window_);
+         });
+       }},
       {"library", [&] { Choose(text()); }},
       {"new",
        [&] {
@@ -434,7 +478,13 @@ std::string ScriptPlayer::Do(const std::string& line) {
       {"maximise", [&] { SizeTo(SC_MAXIMIZE, [](HWND window) { return IsZoomed(window) != 0; }); }},
       {"close", [&] { EndAndStart(false); }},
       {"kill", [&] { EndAndStart(true); }},
-      {"clipboard", [&] { look_ = [] { return InOneLine(ClipboardNow()); }; }},
+      {"clipboard",
+       [&] {
+         look_ = [] {
+           const std::string copied = InOneLine(ClipboardNow());
+           return copied.empty() ? "nothing" : copied;
+         };
+       }},
       {"libraries", [&] { look_ = [this] { return testing::PrintToString(Libraries()); }; }},
       {"saved",
        [&] {

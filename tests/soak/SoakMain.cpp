@@ -35,7 +35,6 @@ int ShowScript(const Script& script) {
 int main(int count, char** arguments) {
   constexpr unsigned long defaultActions = 20000;
   constexpr std::size_t warmUp = 2000;
-  constexpr unsigned shrinkSeconds = 600;
   const snip::ComApartment apartment;
   if (count == 2 && std::string(arguments[1]).ends_with(".txt")) return ShowScript(ReadScript(arguments[1]));
   const auto number = [&](int index, unsigned long otherwise) {
@@ -63,10 +62,7 @@ int main(int count, char** arguments) {
   }
   Print("Action " + std::to_string(failure->line) + " of seed " + std::to_string(seed) + " differs:\n" +
         failure->difference);
-  const auto end = script.begin() + static_cast<std::ptrdiff_t>(std::min(failure->line + 1, script.size()));
-  for (auto line = end - std::min<std::ptrdiff_t>(8, end - script.begin()); line != end; ++line) Print(*line);
-  const auto shortest = Shrink({script.begin(), end}, shrinkSeconds);
-  Print("Shortest script found:");
-  ShowScript(shortest);
+  Print("soak_test FILE replays a file of these lines:");
+  for (std::size_t line = 0; line <= failure->line && line < script.size(); ++line) Print(script[line]);
   return 1;
 }

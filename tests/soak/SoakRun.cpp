@@ -1,6 +1,5 @@
 #include "tests/soak/SoakRun.h"
 
-#include <algorithm>
 #include <exception>
 #include <stdexcept>
 
@@ -37,42 +36,6 @@ std::optional<Failure> Replay(const Script& script, const RunOptions& options, M
   } catch (const std::exception& difference) {
     return Failure{done, difference.what()};
   }
-}
-
-Script Shrink(Script failing, unsigned seconds) {
-  const DWORD start = GetTickCount();
-  const auto timeLeft = [&] { return GetTickCount() - start < seconds * 1000; };
-  // A script cut after its failing action; empty when it does not fail.
-  const auto fails = [](Script script) {
-    const auto failure = Replay(script);
-    script.resize(failure ? std::min(failure->line + 1, script.size()) : 0);
-    return script;
-  };
-  // What matters mostly lies shortly before the failure.
-  for (std::size_t length = 16; length < failing.size() && timeLeft(); length *= 4) {
-    Script tail(failing.end() - static_cast<std::ptrdiff_t>(length), failing.end());
-    tail.insert(tail.begin(), failing.front());  // which makes the libraries
-    tail = fails(tail);
-    if (!tail.empty()) {
-      failing = tail;
-      break;
-    }
-  }
-  for (std::size_t piece = std::max<std::size_t>(failing.size() / 2, 1); timeLeft(); piece /= 2) {
-    for (std::size_t from = 0; from < failing.size() && timeLeft();) {
-      Script shorter = failing;
-      const auto first = shorter.begin() + static_cast<std::ptrdiff_t>(from);
-      shorter.erase(first, first + static_cast<std::ptrdiff_t>(std::min(piece, failing.size() - from)));
-      shorter = fails(std::move(shorter));
-      if (shorter.empty()) {
-        from += piece;
-      } else {
-        failing = std::move(shorter);
-      }
-    }
-    if (piece == 1) break;
-  }
-  return failing;
 }
 
 }  // namespace snip::test

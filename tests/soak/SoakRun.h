@@ -31,7 +31,4 @@ struct RunOptions {
 std::optional<Failure> Replay(const Script& script, const RunOptions& options = {},
                               Measurement* measured = nullptr);
 
-/// Takes away what a failing script fails without, replaying it anew each time, for at most `seconds`.
-Script Shrink(Script failing, unsigned seconds);
-
 }  // namespace snip::test

@@ -21,6 +21,10 @@ namespace snip::test {
 ///     key Ctrl+S              presses a key
 ///     button "Save Library"
 ///     menu "Rename Snippet"   opens the list's menu for the item; leaves it by Escape when there is none
+///     right row 2, arrow, attachment    clicks for a menu: right space, right code, the output button's
+///     item "Rename Snippet"   clicks the item of the menu that is open
+///     type "x"                types wherever the focus is
+///     other                   goes to another window, and back
 ///     library "x"             chooses an entry, by its text or its number
 ///     new "x"                 makes a library; cancels when there is no name
 ///     browse "x"              opens a library of another folder; cancels when there is no name
@@ -30,10 +34,10 @@ namespace snip::test {
 ///     saved "x", libraries, clipboard    look at a file, the list of libraries, the clipboard
 ///
 /// Behind " -> " is what is to be seen after the line: the rows, the selected one marked; the code, the
-/// description, the boxes for names, the library, where the focus is; what goes on; the messages that came.
-/// At the end of a line, "/ no" is the answer to the questions that come of it. The lines `file "x" "a" "b"`
-/// and `elsewhere "x" "a"` at the start of a script make libraries of snippets with these names, `files` some
-/// odd ones.
+/// description, the boxes for names, the library, where the focus is; what goes on, the menu that is open and
+/// its grey items; the messages and dialogs that came, which are cancelled. At the end of a line, "/ no" is
+/// the answer to the questions that come of it. The lines `file "x" "a" "b"` and `elsewhere "x" "a"` at the
+/// start of a script make libraries of snippets with these names, `files` some odd ones.
 using Script = std::vector<std::string>;
 
 /// The same script for the same seed. The program is ended and started again only within the first two

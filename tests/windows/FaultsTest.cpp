@@ -168,7 +168,7 @@ TEST_F(FaultsTest, WhatALibraryOfAStrangerHoldsIsShownAndSavedAsItIs) {
   }
   const std::string rtf = "{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"file:///C:/x.exe\"}{\\fldrslt x}}}";
   std::vector<Snippet> snippets;
-  for (const std::string& text : {all, std::string(3, '\0'), std::string(40000, 'n'), "\rlone\nends\r"s, rtf,
+  for (const std::string& text : {all, std::string(3, '\0'), std::string(100000, 'n'), "\rlone\nends\r"s, rtf,
                                   "&a&&b%s%n%1\t"s, "\xFF\xFE\x41"s, ""s}) {
     snippets.push_back({.Name = text, .Attachment = text, .Code = text, .Description = text});
   }

@@ -103,12 +103,11 @@ class MainWindowTest : public testing::Test {
   TemporaryFolder folder_;
   LibraryFolder store_{folder_.path()};
   std::vector<std::string> messages_;
-  MessageResult answer_ = MessageResult::Ok;
   TestRegistry testRegistry_;
   ShowMessageFunction showMessage_ = [this](const std::string& prompt, int, const std::string& title) {
     EXPECT_EQ(title, prompt.ends_with("Snipstore 2.0 format.") ? "" : "Brennic Snipstore 2.x");
     messages_.push_back(prompt);
-    return answer_;
+    return MessageResult::Ok;
   };
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
@@ -123,62 +122,6 @@ class MainWindowTest : public testing::Test {
                     .hidden = [] {}}};
 };
 
-TEST_F(MainWindowTest, TypingInTheListGoesToTheNameThatBeginsSo) {
-  Open();
-  struct Typing {
-    const char* typed;
-    const char* code;
-  };
-  for (const Typing& typing :
-       {Typing{"t", "'two"}, {"ttt", "'three"}, {"tH", "'three"}, {"q", "'three"}, {"o", "'one"}}) {
-    SetFocus(Description());
-    AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
-    PressKey(VK_TAB, {VK_SHIFT});
-    ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
-    TypeText(typing.typed);
-    EXPECT_TRUE(Until([&] { return WindowText(Code()) == typing.code; }))
-        << typing.typed << WindowText(Code());
-  }
-}
-
-TEST_F(MainWindowTest, AnEditStaysInProgressWhileTheWindowIsMinimisedOrAnotherHasTheFocus) {
-  Open();
-  PressKey('E', {VK_CONTROL});
-  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
-  TypeText("y");
-  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y'one"; }));
-  SendMessageA(window_.hWnd(), WM_SYSCOMMAND, SC_MINIMIZE, 0);
-  ASSERT_TRUE(Until([&] { return IsIconic(window_.hWnd()) != 0; }));
-  SendMessageA(window_.hWnd(), WM_SYSCOMMAND, SC_RESTORE, 0);
-  EXPECT_TRUE(Until([&] { return GetFocus() == Code(); }));
-  const HWND other = CreateWindowExA(0, "STATIC", "another", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 600, 10, 200,
-                                     100, nullptr, nullptr, nullptr, nullptr);
-  ASSERT_TRUE(Until([&] { return IsForeground(other); }));
-  DestroyWindow(other);
-  SetForegroundWindow(window_.hWnd());
-  EXPECT_TRUE(Until([&] { return GetFocus() == Code(); }));
-  EXPECT_EQ(GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY, 0);
-}
-
-TEST_F(MainWindowTest, LookingAtSnippetsChangesNothing) {
-  using namespace std::string_literals;
-  const std::string odd =
-      "BNS2.0\r\na\0b\r\n\r\nd\0e\nf\rg\r\n(,)\r\nlone\rCR\nLF \0 \x81\r\n(.)\r\nsecond\r\n\r\nx\r\n(,)\r\ny\r\n...\r\n"s;
-  folder_.Write("Numbers.bns", odd);
-  Open();
-  PressKey(VK_DOWN);
-  ASSERT_TRUE(Until([&] { return WindowText(Code()) == "y"; }));
-  PressKey(VK_UP);
-  ASSERT_TRUE(Until([&] { return WindowText(Code()) != "y"; }));
-  PressKey(VK_F2);
-  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
-  PressKey(VK_RETURN);  // the name as it is
-  ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
-  DeleteFileA(folder_.File("Numbers.bns").c_str());
-  PressKey('S', {VK_CONTROL});
-  EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == odd; })) << folder_.Read("Numbers.bns");
-}
-
 TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeen) {
   Open();
   PressKey(VK_F2);
@@ -189,53 +132,6 @@ TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeen) {
   const auto place = SendMessageA(NameBox(), EM_POSFROMCHAR, 0, 0);
   EXPECT_GE(static_cast<short>(LOWORD(place)), 0);
   PressKey(VK_ESCAPE);
-}
-
-TEST_F(MainWindowTest, EscapeAndEnterHarmNothingWhereverTheFocusIs) {
-  Open();
-  const std::string file = folder_.Read("Numbers.bns");
-  for (const HWND control : {List(), Files(), Description(), Code()}) {
-    SCOPED_TRACE(GetDlgCtrlID(control));
-    SetFocus(control);
-    PressKey(VK_ESCAPE);
-    if (control != Description()) PressKey(VK_RETURN);
-    if (control != List()) PressKey('D', {VK_CONTROL});
-    PressKey(VK_TAB);  // keys come one after the other: when this one has had its effect, so had the others
-    ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr || GetFocus() != control; }));
-    ASSERT_NE(window_.hWnd(), nullptr);
-    EXPECT_NE(Description(), nullptr);
-    EXPECT_NE(Code(), nullptr);
-  }
-  PressKey('E', {VK_CONTROL});
-  ASSERT_TRUE(Until([&] { return (GetWindowLongA(Code(), GWL_STYLE) & ES_READONLY) == 0; }));
-  PressKey(VK_ESCAPE);
-  PressKey('D', {VK_CONTROL});
-  TypeText("k");
-  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "k'one"; }));
-  EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 3);
-  EXPECT_EQ(folder_.Read("Numbers.bns"), file);
-  EXPECT_TRUE(messages_.empty());
-}
-
-TEST_F(MainWindowTest, TabGoesRoundAllFieldsAndStaysInTheEditor) {
-  Open();
-  SetFocus(List());
-  for (const HWND next : {Description(), Control(frmAddIn::kAttachId), Code(), Files(), List()}) {
-    PressKey(VK_TAB);
-    ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
-  }
-  for (const HWND next : {Files(), Code(), Control(frmAddIn::kAttachId), Description(), List()}) {
-    PressKey(VK_TAB, {VK_SHIFT});
-    ASSERT_TRUE(Until([&] { return GetFocus() == next; })) << GetDlgCtrlID(next);
-  }
-  PressKey('E', {VK_CONTROL});
-  ASSERT_TRUE(Until([&] { return GetFocus() == Code(); }));
-  PressKey(VK_TAB);
-  EXPECT_TRUE(Until([&] { return WindowText(Code()) == "\t'one"; }))
-      << WindowText(Code()) << GetDlgCtrlID(GetFocus());
-  for (const HWND control : {List(), Files(), Description()}) {
-    EXPECT_EQ(GetWindowLongA(control, GWL_STYLE) & WS_TABSTOP, 0);
-  }
 }
 
 TEST_F(MainWindowTest, TheOutputArrowStaysPressedAsLongAsItsMenuIsOpen) {
@@ -276,22 +172,6 @@ TEST_F(MainWindowTest, TheOutputArrowStaysPressedAsLongAsItsMenuIsOpen) {
   EXPECT_TRUE(Until([&] { return SendMessageA(List(), LB_GETCOUNT, 0, 0) == 4; }));
 }
 
-TEST_F(MainWindowTest, LinesOfAMegabyteAreShownAndKept) {
-  Snippet huge = Named(std::string(300, 'n'));
-  huge.Description = std::string(1000000, 'd') + "\r\na\r\nfew\r\nlines\r\nmore\r\nthan\r\nfit";
-  huge.Code = std::string(1000000, 'c') + "\r\nEnd";
-  const std::string file = WriteBns(std::vector{huge, Named("two")});
-  folder_.Write("Numbers.bns", file);
-  Open();
-  EXPECT_EQ(WindowText(Description()), huge.Description);
-  EXPECT_EQ(SendMessageA(Description(), EM_GETFIRSTVISIBLELINE, 0, 0), 0);
-  PressKey(VK_DOWN);
-  ASSERT_TRUE(Until([&] { return WindowText(Description()) == "about two"; }));
-  DeleteFileA(folder_.File("Numbers.bns").c_str());
-  PressKey('S', {VK_CONTROL});
-  EXPECT_TRUE(Until([&] { return folder_.Read("Numbers.bns") == file; }));
-}
-
 TEST_F(MainWindowTest, TheNextDescriptionIsShownFromItsStartAndCannotBeUndone) {
   Snippet tall = Named("one");
   tall.Description = "a\r\nfew\r\nlines\r\nmore\r\nthan\r\nfit";
@@ -318,16 +198,6 @@ TEST_F(MainWindowTest, TheNextDescriptionIsShownFromItsStartAndCannotBeUndone) {
     EXPECT_EQ(SendMessageA(Description(), EM_CANUNDO, 0, 0), 0);
     SendMessageA(Description(), WM_UNDO, 0, 0);
     EXPECT_EQ(WindowText(Description()), snippet->Description);
-  }
-}
-
-TEST_F(MainWindowTest, AltF4ClosesWhereverTheFocusIs) {
-  for (const int id : {frmAddIn::kListId, frmAddIn::kFilesId, frmAddIn::kDescriptionId, frmAddIn::kCodeId}) {
-    SCOPED_TRACE(id);
-    Open();
-    SetFocus(Control(id));
-    PressKey(VK_F4, {VK_MENU});
-    EXPECT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
   }
 }
 
@@ -387,17 +257,15 @@ TEST_F(MainWindowTest, TheSaveButtonsTipTellsWhereASaveOfARenamedLibraryGoes) {
   EXPECT_TRUE(Until([&] { return IsWindowVisible(FindWindowA("frmTip", tip.c_str())) != 0; }));
 }
 
-TEST_F(MainWindowTest, ATornOffMenuFollowsTheEditorAndALockedLibraryIsStillCopiedFrom) {
+TEST_F(MainWindowTest, ATornOffMenuFollowsTheEditor) {
   const ComApartment apartment;
-  folder_.Write("Old.bns", "BNS1.0\r\nold\r\nd\r\n'old\r\n(.)\r\n..\r\n");  // cannot be converted
   Open();
-  const auto greyed = [](const char* menu, const std::string& name) {
-    const auto items = AccessibleClient(FindWindowA("frmMenu", menu)).Children();
-    const auto item = std::ranges::find(items, name, &AccessibleChild::name);
-    return item != items.end() && item->Has(STATE_SYSTEM_UNAVAILABLE);
-  };
   ClickAt(Code(), {60, 40}, 1, MouseButton::Right);
   const auto menu = [] { return FindWindowA("frmMenu", "Edit"); };
+  const auto undoes = [&] {
+    const auto items = AccessibleClient(menu()).Children();
+    return !std::ranges::find(items, "Undo", &AccessibleChild::name)->Has(STATE_SYSTEM_UNAVAILABLE);
+  };
   ASSERT_TRUE(Until([&] { return menu() != nullptr && GetCapture() == menu(); }));
   RECT docked{};
   GetWindowRect(menu(), &docked);
@@ -417,75 +285,12 @@ TEST_F(MainWindowTest, ATornOffMenuFollowsTheEditorAndALockedLibraryIsStillCopie
     });
     ASSERT_TRUE(Until([&] { return GetCapture() == nullptr && GetKeyState(VK_LBUTTON) >= 0; }));
   }
-  EXPECT_TRUE(greyed("Edit", "Undo") && !greyed("Edit", "Copy"));
+  EXPECT_FALSE(undoes());
   PressKey('E', {VK_CONTROL});
   TypeText("x");
-  EXPECT_TRUE(Until([&] { return !greyed("Edit", "Undo"); }));
+  EXPECT_TRUE(Until(undoes));
   PressKey('K', {VK_CONTROL});
-  EXPECT_TRUE(Until([&] { return greyed("Edit", "Undo"); }));
-
-  answer_ = MessageResult::No;
-  ChooseEntry("Old");
-  EXPECT_TRUE(Until([&] { return greyed("Edit", "Edit Snippet"); }));
-  ASSERT_TRUE(CopyToClipboard(window_.hWnd(), "before"));
-  ClickRow(0, MouseButton::Right);
-  ASSERT_TRUE(Until([&] { return IsWindowVisible(FindWindowA("frmMenu", "Snippets")) != 0; }));
-  EXPECT_TRUE(greyed("Snippets", "Delete Snippet") && !greyed("Snippets", "Copy to Clipboard"));
-  AccessibleClient(FindWindowA("frmMenu", "Snippets")).Press("Copy to Clipboard");
-  EXPECT_TRUE(Until([&] { return ClipboardText(window_.hWnd()) == "'old\r\n(.)"; }));
-  ClickCentre(Control(frmAddIn::kAttachId));
-  EXPECT_TRUE(Until([&] { return greyed("Attachment", "Set Attachment..."); }));
-  AccessibleClient(menu()).Press("Copy");  // nothing is selected
-  EXPECT_TRUE(Until([&] { return !ClipboardHasText(); }));
-}
-
-TEST_F(MainWindowTest, KeysGoThroughTheOpenedChooserAndEnterTakesTheLibrary) {
-  folder_.Write("Words.bns", WriteBns(std::vector{Named("word")}));
-  Open();
-  SetFocus(Files());
-  const auto dropped = [&] { return SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) != 0; };
-  const auto chosen = [&](LRESULT entry) {
-    return Until([&] { return SendMessageA(Files(), CB_GETCURSEL, 0, 0) == entry; });
-  };
-  PressKey(VK_F4);
-  ASSERT_TRUE(Until(dropped));
-  PressKey(VK_END);
-  ASSERT_TRUE(chosen(2)) << "(Browse...), on the way";
-  PressKey(VK_UP);
-  ASSERT_TRUE(chosen(1));
-  EXPECT_EQ(ListBoxText(List(), 0), "one") << "nothing is opened on the way";
-  PressKey(VK_RETURN);
-  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "word" && !dropped(); }));
-  PressKey(VK_UP);
-  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "one"; })) << "closed, it shows what it goes to";
-  PressKey(VK_F4);
-  ASSERT_TRUE(Until(dropped));
-  PressKey(VK_DOWN);
-  ASSERT_TRUE(chosen(1));
-  PressKey(VK_ESCAPE);
-  EXPECT_TRUE(chosen(0));
-  EXPECT_EQ(ListBoxText(List(), 0), "one");
-}
-
-TEST_F(MainWindowTest, AClickAfterKeysInTheOpenedChooserOpensOnce) {
-  folder_.Write("Words.bns", "BNS1.0\r\nword\r\nabout it\r\n'word\r\n..\r\n");
-  Open();
-  SetFocus(Files());
-  PressKey(VK_F4);
-  ASSERT_TRUE(Until([&] { return SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) != 0; }));
-  PressKey(VK_END);
-  ASSERT_TRUE(Until([&] { return SendMessageA(Files(), CB_GETCURSEL, 0, 0) == 2; }));
-  PressKey(VK_F2, {VK_SHIFT});  // renames nothing that is not open
-  COMBOBOXINFO info{};
-  info.cbSize = sizeof info;
-  ASSERT_TRUE(GetComboBoxInfo(Files(), &info));
-  const int rowHeight = static_cast<int>(SendMessageA(info.hwndList, LB_GETITEMHEIGHT, 0, 0));
-  ClickAt(info.hwndList, {20, rowHeight + rowHeight / 2});
-  EXPECT_TRUE(Until([&] { return ListBoxText(List(), 0) == "word"; }));
-  PressKey(VK_TAB);
-  EXPECT_TRUE(Until([&] { return GetFocus() != Files(); }));
-  EXPECT_EQ(messages_.size(), 1U) << "that it is of the older format";
-  EXPECT_FALSE(IsWindowVisible(Control(frmAddIn::kFileNameId)));
+  EXPECT_TRUE(Until([&] { return !undoes(); }));
 }
 
 TEST_F(MainWindowTest, AFirstStartHasTheDesignsPlaceAndSettings) {
@@ -512,20 +317,6 @@ TEST_F(MainWindowTest, AFirstStartHasTheDesignsPlaceAndSettings) {
     EXPECT_TRUE(editButtons[2].Has(STATE_SYSTEM_PRESSED));
     PostMessageA(window_.hWnd(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(Until([&] { return window_.hWnd() == nullptr; }));
-  }
-}
-
-TEST_F(MainWindowTest, SplittersThatTheWindowHasNoRoomForStandWhereTheyFit) {
-  const std::vector<std::pair<const char*, const char*>> stored = {
-      {"Width", "6000"}, {"Height", "5000"}, {"LeftPane", "30000"}, {"Description", "30000"}};
-  for (const auto& [name, text] : stored) {
-    registry_.SaveRegSetting("Brennic", "BnSnipstore\\2.0", "Position", name, text);
-  }
-  Open();
-  for (const int id :
-       {frmAddIn::kListId, frmAddIn::kDescriptionId, frmAddIn::kCodeId, frmAddIn::kEditBarId}) {
-    const Size size = ClientSize(Control(id));
-    EXPECT_GT(size.height, 0) << id;
   }
 }
 
