@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <tuple>
 
 #include "find/Finder.h"
 #include "find/Tags.h"
 #include "library/BnsFormat.h"
 #include "tests/unit/Foldings.h"
+#include "ui/find/PaletteRows.h"
 
 namespace snip::test {
 namespace {
@@ -118,8 +120,45 @@ TEST_F(FindTest, EqualNamesKeepTheirOrderAndWhatWasUsedLatelyComesFirst) {
 
   EXPECT_EQ(FoundNames(finder, "in:more write", 2), (Names{"WriteStringFromRegistry", "WriteIniFile"}));
   finder.Use(finder.found()[2]);
+  EXPECT_EQ(FoundNames(finder, "in:more write", 1), Names{"WriteHTTPServerName"});
   finder.SetLibraries({finder.libraries()[1]});
   EXPECT_EQ(FoundNames(finder, "write", 2), (Names{"WriteHTTPServerName", "WriteStringFromRegistry"}));
+}
+
+TEST_F(FindTest, AWholeNameComesBeforeOneThatBeginsSo) {
+  finder.SetLibraries({MakeLibrary("Names", {{"Ab c", "", "", ""}, {"Ab", "", "", ""}}, folding)});
+  EXPECT_EQ(FoundNames(finder, "ab", 2), (Names{"Ab", "Ab c"}));
+}
+
+TEST_F(FindTest, ThePalettesRowsBeginWithThePlacesInTheCode) {
+  PaletteRows rows(folding);
+  const Snippet twice{.Name = "Fill twice", .Attachment = "", .Code = "x", .Description = "a #tag"};
+  const Snippet other{.Name = "Other", .Attachment = "", .Code = "a\r\nfill", .Description = ""};
+  rows.finder().SetLibraries({MakeLibrary("Words", {twice, other}, folding)});
+  rows.Search("fill", "Sub A\r\n  Fill a: Fill\r\n  Fill b");
+  Names spoken;
+  for (int row = 0; row < rows.count(); ++row) spoken.push_back(rows.Row(row).Spoken());
+  EXPECT_EQ(spoken, (Names{"In this snippet", "Fill a: Fill - line 2, in this snippet",
+                           "Fill b - line 3, in this snippet", "In all libraries",
+                           "Fill twice - Words, in the name", "Other - Words, in the code, line 2"}));
+  // From row to row, past the headings.
+  EXPECT_EQ(rows.First(), 1);
+  for (const auto& [row, step, next] : {std::tuple{2, 1, 4}, {4, -1, 2}, {1, -1, 1}, {5, 1, 5}}) {
+    EXPECT_EQ(rows.Step(row, step), next) << row;
+  }
+  for (int row = -1; row < 7; ++row) {
+    EXPECT_EQ(rows.PlaceAt(row).has_value(), row == 1 || row == 2) << row;
+    EXPECT_EQ(rows.FoundAt(row).has_value(), row == 4 || row == 5) << row;
+  }
+  EXPECT_EQ(rows.PlaceAt(2)->begin, 25U);
+  EXPECT_EQ(rows.RowOf(*rows.FoundAt(5)), 5);
+
+  rows.Search("nothing", "nothing");
+  EXPECT_EQ(rows.count(), 2) << "no heading of an empty group";
+  rows.ListTags();
+  EXPECT_EQ(rows.count(), 1);
+  EXPECT_EQ(rows.Row(0).Spoken() + ", " + rows.TagAt(0) + rows.TagAt(1), "#tag - 1 snippet, tag");
+  EXPECT_FALSE(rows.FoundAt(0) || rows.PlaceAt(0));
 }
 
 TEST_F(FindTest, TagsAreWordsBehindANumberSign) {

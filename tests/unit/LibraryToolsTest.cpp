@@ -102,6 +102,7 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
                             {"BNS2.0\na\n\nd\n(,)\nc\n(.)\n...\n", {8}, "last two characters"},
                             {"BNS2.0\na\n\nd\n(,)\nc\n...\nmore\n", {8}, "never read"},
                             {"BNS2.0\na\n\nd\n...\n", {5}, "no code"},
+                            {"BNS2.0\na\n\nd\n(,)\n\tc\n\t...\n...\n", {7}, "marker"},
                             {"BNS2.0\na\n\nd \n(,)\nc\t(.)\n\t(.)\n...\n", {4, 7}, "spaces"},
                             {"BNS2.0\na\n\n(.)\n(,)\n(,)\n(.)\nA\n\n\n(,)\n\n...\n", {4, 6, 8}, "missing"},
                             {"BNS2.0\na\n\nd\n(,)\n<<<<<<< HEAD\n>>>>>>> x\n...\n", {6, 7}, "conflict"},

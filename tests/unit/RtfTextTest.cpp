@@ -17,6 +17,7 @@ TEST(RtfText, EveryCharacterIsWrittenSoThatItComesBack) {
   const std::array<HueRun, 2> runs = {HueRun{0, 3, Hue::Keyword}, HueRun{4, 6, Hue::Comment}};
   const std::string rtf = RtfOf(u"End 'x \t{\\}\u20AC\xE9\r", runs, look);
   EXPECT_NE(rtf.find("\\f0\\fnil\\fcharset1 Courier New;"), std::string::npos) << rtf;
+  EXPECT_EQ(rtf.find("\\tx"), std::string::npos) << "no stops without a distance";
   EXPECT_NE(rtf.find("\\colortbl ;\\red3\\green2\\blue1;"), std::string::npos) << rtf;
   EXPECT_EQ(
       rtf.substr(rtf.find("\\plain")),

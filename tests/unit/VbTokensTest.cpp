@@ -61,6 +61,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"Foo x:=1", ".......N"},
       {"Foo:=1", ".....N"},
       {"10.5", "NNNN"},
+      {"a.5 + b(1).5 + .5", "..N.....N..N...NN"},
       {"x = 12% + 1.5E+3! + .5 + 3# + 1E", "....NNN...NNNNNNN...NN...NN...N."},
       {"x = &HFF& + &O17 + &h0", "....NNNNN...NNNN...NNN"},
       {"x = a &Has & b", ".............."},
