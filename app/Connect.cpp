@@ -11,13 +11,6 @@ namespace {
 
 constexpr const char* kAddInsBar = "Add-Ins";
 
-// The environments' numbers of the functions of IDTExtensibility2.
-constexpr DISPID kOnConnectionMember = 1;
-constexpr DISPID kOnDisconnectionMember = 2;
-constexpr DISPID kOnAddInsUpdateMember = 3;
-constexpr DISPID kOnStartupCompleteMember = 4;
-constexpr DISPID kOnBeginShutdownMember = 5;
-
 // The dispatch ids of the members that Connect offers by name.
 constexpr DISPID kShowMember = 0x60030000;
 constexpr DISPID kHideMember = 0x60030001;
@@ -43,7 +36,8 @@ Connect::Session::Session(Connect& connect, IDispatch* vbInst)
     : root(ComPtr<IDispatch>::Share(vbInst), connected),
       environment(root, [&connect] { return connect.FindHostGone(); }) {}
 
-Connect::Connect(ServerLife& life, AddInWindow& window) : ServerObject(life), life_(life), window_(window) {}
+Connect::Connect(ServerLife& life, AddInWindow& window)
+    : WithoutTypeInfo(life), life_(life), window_(window) {}
 
 Connect::~Connect() {
   // While the window asks whether to save, nothing may refer to this again: it would end a second time.
@@ -119,9 +113,10 @@ void Connect::AddMenuEntry(Session& session) {
     if (!entry.exists()) return;
     if (session.over()) return entry.Delete();
     session.menuEntry = entry.Share();
-    ComPtr<IUnknown> events = root.Events().CommandBarEvents(entry);
+    const ComPtr<IUnknown> events = root.Events().CommandBarEvents(entry);
     if (session.over()) return;
-    auto handler = std::make_unique<MenuHandler>(std::move(events), [this] { MenuHandler_Click(); });
+    auto handler = std::make_unique<MenuHandler>();
+    ThrowIfFailed(handler->Start(events.get(), *this));
     if (!session.over()) session.menuHandler = std::move(handler);
   } catch (const HostGone&) {
     if (!session.over()) watch_->FindGone();
@@ -148,8 +143,8 @@ host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, con
   }
 }
 
+/// The environment waits until its click has been handled, and may not paint until then.
 void Connect::MenuHandler_Click() {
-  // The environment waits until its click has been handled, and may not paint until then.
   if (session_) watch_->PostShow();
 }
 
@@ -206,17 +201,6 @@ void Connect::HostIsGone() {
   watch_.reset();
   // No client is left that could release this object.
   CoDisconnectObject(this, 0);
-}
-
-HRESULT Connect::GetTypeInfoCount(UINT* count) {
-  if (count == nullptr) return E_POINTER;
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT Connect::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) {
-  if (info != nullptr) *info = nullptr;
-  return DISP_E_BADINDEX;
 }
 
 HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID /*locale*/,

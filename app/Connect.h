@@ -5,19 +5,20 @@
 #include <string>
 
 #include "app/AddInWindow.h"
+#include "app/ClickSubscription.h"
 #include "app/ComHostEnvironment.h"
 #include "app/ConnectionWindow.h"
 #include "app/HostObjects.h"
 #include "app/IDTExtensibility.h"
-#include "app/MenuHandler.h"
 #include "app/ServerLife.h"
 
 namespace snip {
 
 /// The add-in as the development environment sees it. The environment makes one object for each of its
 /// instances; they share the main window.
-class Connect final : public ServerObject<IDTExtensibility2, IDTExtensibility, IDispatch>,
+class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDTExtensibility, IDispatch>>,
                       private WindowUser,
+                      private ClickListener,
                       private ConnectionWindow::Owner {
  public:
   Connect(ServerLife& life, AddInWindow& window);
@@ -36,8 +37,6 @@ class Connect final : public ServerObject<IDTExtensibility2, IDTExtensibility, I
   HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
 
   // IDispatch: Show and Hide by name, and the functions of IDTExtensibility2 by their numbers
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD kind,
@@ -45,6 +44,8 @@ class Connect final : public ServerObject<IDTExtensibility2, IDTExtensibility, I
                                    UINT* badArgument) override;
 
  private:
+  using MenuHandler = ClickSubscription<CommandBarControlEvents>;
+
   /// What there is as long as an environment is connected.
   struct Session {
     Session(Connect& connect, IDispatch* root);
@@ -61,7 +62,8 @@ class Connect final : public ServerObject<IDTExtensibility2, IDTExtensibility, I
   void AddMenuEntry(Session& session);
   void WatchHost(Session& session);
   static host::CommandBarControl AddToAddInCommandBar(const host::VBE& root, const std::string& caption);
-  void MenuHandler_Click();
+  // ClickListener
+  void MenuHandler_Click() override;
   void Disconnect();
   /// Has the main window keep this, and the process, until it is hidden.
   void KeepForWindow();

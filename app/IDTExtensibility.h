@@ -28,10 +28,20 @@ struct IDTExtensibility2 : IDTExtensibility {
 /// The events of an entry of a command bar: Click, with the dispatch id 1, is the only one.
 struct CommandBarControlEvents : IDispatch {};
 
+/// The same of VBA's editor, whose entries tell them themselves.
+struct CommandBarButtonEvents : IDispatch {};
+
 #pragma GCC diagnostic pop
 
 /// What `ConnectMode` is when the add-in is started by something other than the environment.
 inline constexpr LONG kExternal = 2;
+
+// The environments' numbers of the functions of IDTExtensibility2.
+inline constexpr DISPID kOnConnectionMember = 1;
+inline constexpr DISPID kOnDisconnectionMember = 2;
+inline constexpr DISPID kOnAddInsUpdateMember = 3;
+inline constexpr DISPID kOnStartupCompleteMember = 4;
+inline constexpr DISPID kOnBeginShutdownMember = 5;
 
 inline constexpr DISPID kClickEvent = 1;
 
@@ -42,4 +52,6 @@ __CRT_UUID_DECL(snip::IDTExtensibility, 0x0002E151, 0x0000, 0x0000, 0xC0, 0x00, 
 __CRT_UUID_DECL(snip::IDTExtensibility2, 0xB65AD801, 0xABAF, 0x11D0, 0xBB, 0x8B, 0x00, 0xA0, 0xC9, 0x0F, 0x27,
                 0x44)
 __CRT_UUID_DECL(snip::CommandBarControlEvents, 0x0002E198, 0x0000, 0x0000, 0xC0, 0x00, 0x00, 0x00, 0x00, 0x00,
+                0x00, 0x46)
+__CRT_UUID_DECL(snip::CommandBarButtonEvents, 0x000C0351, 0x0000, 0x0000, 0xC0, 0x00, 0x00, 0x00, 0x00, 0x00,
                 0x00, 0x46)

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 #include <objbase.h>
+#include <oaidl.h>
 
 namespace snip {
 
@@ -40,6 +41,23 @@ class ComObject : public Interface {
 
  private:
   LONG references_ = 1;
+};
+
+/// The object `Base` for late binding alone: of its members there is nothing to know but their names.
+template <class Base>
+class WithoutTypeInfo : public Base {
+ public:
+  using Base::Base;
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    if (count == nullptr) return E_POINTER;
+    *count = 0;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) override {
+    if (info != nullptr) *info = nullptr;
+    return DISP_E_BADINDEX;
+  }
 };
 
 #pragma GCC diagnostic pop
