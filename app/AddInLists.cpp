@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/AddInIdentity.h"
+#include "app/ComRegistration.h"
 #include "app/Rights.h"
 #include "platform/Handle.h"
 
@@ -14,7 +15,7 @@ namespace {
 constexpr const char* kAddInFile = "vbaddin.ini";
 constexpr const char* kAddInList = "Add-Ins32";
 
-// Visual Basic 6's list, with a key for each add-in by the name of its class.
+// Visual Basic 6's list, with a key for each add-in by the name of its class, as VBA's have.
 constexpr const char* kAddInKeys = R"(Software\Microsoft\Visual Basic\6.0\Addins)";
 
 bool HasEntry(const char* file) {
@@ -32,8 +33,8 @@ std::string VirtualAddInFile() {
   return std::string(local) + "\\VirtualStore" + behindTheDrive + "\\" + kAddInFile;
 }
 
-std::string AddInKey() {
-  return std::string(kAddInKeys) + "\\" + kAddInProgId;
+std::string Key(const char* list, const char* progId) {
+  return std::string(list) + "\\" + progId;
 }
 
 void SetText(HKEY key, const char* name, const std::string& text) {
@@ -45,17 +46,12 @@ void SetNumber(HKEY key, const char* name, DWORD number) {
   RegSetValueExA(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
 }
 
-}  // namespace
-
-void RegisterAddIn() {
-  WritePrivateProfileStringA(kAddInList, kAddInProgId, "0", kAddInFile);
-}
-
-void RegisterForVisualBasic6() {
+/// Lists an add-in without having it loaded. An entry that is there stays as its user has set it.
+void EnterKey(const char* list, const char* progId) {
   HKEY opened = nullptr;
   DWORD disposition = 0;
-  if (RegCreateKeyExA(HKEY_CURRENT_USER, AddInKey().c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE,
-                      nullptr, &opened, &disposition) != ERROR_SUCCESS) {
+  if (RegCreateKeyExA(HKEY_CURRENT_USER, Key(list, progId).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                      KEY_WRITE, nullptr, &opened, &disposition) != ERROR_SUCCESS) {
     return;
   }
   const UniqueRegKey key(opened);
@@ -64,6 +60,26 @@ void RegisterForVisualBasic6() {
   SetText(opened, "Description", "Keeps code snippets in libraries and puts them into modules.");
   SetNumber(opened, "LoadBehavior", 0);     // loaded by its user alone
   SetNumber(opened, "CommandLineSafe", 0);  // it has windows
+}
+
+/// False when it is still there.
+bool DeleteKey(const char* list, const char* progId) {
+  const LONG deleted = RegDeleteKeyA(HKEY_CURRENT_USER, Key(list, progId).c_str());
+  return deleted == ERROR_SUCCESS || deleted == ERROR_FILE_NOT_FOUND;
+}
+
+}  // namespace
+
+void RegisterAddIn() {
+  WritePrivateProfileStringA(kAddInList, kAddInProgId, "0", kAddInFile);
+}
+
+void RegisterInKeys() {
+  EnterKey(kAddInKeys, kAddInProgId);
+  for (const VbaLibrary& library : kVbaLibraries) {
+    if (!LibraryPath(library).empty()) EnterKey(library.list, library.progId);
+  }
+  RegisterLibraries();
 }
 
 bool AddInRegistered() {
@@ -78,8 +94,9 @@ Entered WhereAddInIsRegistered() {
 
 bool UnregisterAddIn() {
   WritePrivateProfileStringA(kAddInList, kAddInProgId, nullptr, kAddInFile);
-  const LONG deleted = RegDeleteKeyA(HKEY_CURRENT_USER, AddInKey().c_str());
-  return !AddInRegistered() && (deleted == ERROR_SUCCESS || deleted == ERROR_FILE_NOT_FOUND);
+  bool gone = DeleteKey(kAddInKeys, kAddInProgId) && !AddInRegistered();
+  for (const VbaLibrary& library : kVbaLibraries) gone = DeleteKey(library.list, library.progId) && gone;
+  return UnregisterLibraries() && gone;
 }
 
 }  // namespace snip

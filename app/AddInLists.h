@@ -5,13 +5,14 @@
 namespace snip {
 
 // Where the development environments look for add-ins: Visual Basic 5 in "vbaddin.ini" of the Windows
-// directory, Visual Basic 6 there and in the user's part of the registry.
+// directory, Visual Basic 6 there and in the user's part of the registry, VBA's editor in that part alone.
 
 /// Enters the program in "vbaddin.ini", listed but not loaded at the environment's start. Whether that could
 /// be written is not examined.
 void RegisterAddIn();
-/// Enters it likewise in the registry. An entry that is there stays as its user has set it.
-void RegisterForVisualBasic6();
+/// Enters it likewise in the registry, and what VBA's editor loads of it. An entry that is there stays as its
+/// user has set it.
+void RegisterInKeys();
 /// Whether "vbaddin.ini" lists it, loaded at the start or not.
 bool AddInRegistered();
 /// For whom "vbaddin.ini" lists it, as far as can be found out.

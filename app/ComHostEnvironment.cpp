@@ -7,10 +7,19 @@ namespace {
 
 class ComCodePane : public HostCodePane {
  public:
-  explicit ComCodePane(host::CodePane pane) : pane_(std::move(pane)) {}
+  ComCodePane(host::VBE root, host::CodePane pane) : root_(std::move(root)), pane_(std::move(pane)) {}
 
   void InsertLines(int line, const std::string& text) override { pane_.CodeModule().InsertLines(line, text); }
-  void Show() override { pane_.Show(); }
+  void Show() override {
+    pane_.Show();
+    try {
+      root_.SetActiveCodePane(pane_);  // VBA's editor does not do so by itself
+    } catch (const HostGone&) {
+      throw;
+    } catch (const HostError&) {
+      return;  // it is shown
+    }
+  }
   HostSelection Selection() override {
     const host::CodePane::Selection selection = pane_.GetSelection();
     return {.startLine = selection.startLine,
@@ -32,26 +41,42 @@ class ComCodePane : public HostCodePane {
   std::string ModuleName() override { return pane_.CodeModule().Parent().Name(); }
 
  private:
+  host::VBE root_;
   host::CodePane pane_;
 };
 
 class ComModule : public HostModule {
  public:
-  ComModule(host::VBComponents components, host::VBComponent component)
-      : components_(std::move(components)), component_(std::move(component)) {}
+  ComModule(host::VBE root, host::VBComponents components, host::VBComponent component)
+      : root_(std::move(root)), components_(std::move(components)), component_(std::move(component)) {}
 
   void SetName(const std::string& name) override { component_.SetName(name); }
   std::unique_ptr<HostCodePane> CodePane() override {
-    return std::make_unique<ComCodePane>(component_.CodeModule().CodePane());
+    return std::make_unique<ComCodePane>(root_.Share(), component_.CodeModule().CodePane());
   }
   void Remove() override {
     if (component_.exists()) components_.Remove(component_);
   }
 
  private:
+  host::VBE root_;
   host::VBComponents components_;
   host::VBComponent component_;
 };
+
+/// Why a project takes no module now, in words for the user; empty when it tells nothing of it.
+std::string WhyClosed(const host::VBProject& project) {
+  try {
+    if (project.Protection() == host::kLocked) {
+      return "The project is locked: unlock it in its properties, then try again.";
+    }
+    if (project.Mode() != host::kDesignMode)
+      return "The project is running or in break mode: end that, then try again.";
+  } catch (const HostError&) {
+    // Projects of Visual Basic have neither.
+  }
+  return {};
+}
 
 }  // namespace
 
@@ -64,7 +89,7 @@ ComHostEnvironment::ComHostEnvironment(const host::VBE& root, std::function<bool
 std::unique_ptr<HostCodePane> ComHostEnvironment::ActiveCodePane() {
   host::CodePane pane = root_.ActiveCodePane();
   if (!pane.exists()) return nullptr;
-  return std::make_unique<ComCodePane>(std::move(pane));
+  return std::make_unique<ComCodePane>(root_.Share(), std::move(pane));
 }
 
 std::string ComHostEnvironment::ProjectName() {
@@ -73,11 +98,20 @@ std::string ComHostEnvironment::ProjectName() {
 }
 
 std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {
-  const host::VBProject project = root_.ActiveVBProject();
+  host::VBE root = root_.Share();
+  const host::VBProject project = root.ActiveVBProject();
   if (!project.exists()) return nullptr;
-  host::VBComponents components = project.VBComponents();
-  host::VBComponent component = components.Add(host::kStandardModule);
-  return std::make_unique<ComModule>(std::move(components), std::move(component));
+  try {
+    host::VBComponents components = project.VBComponents();
+    host::VBComponent component = components.Add(host::kStandardModule);
+    return std::make_unique<ComModule>(std::move(root), std::move(components), std::move(component));
+  } catch (const HostBusy&) {
+    throw;
+  } catch (const HostError&) {
+    const std::string reason = WhyClosed(project);
+    if (reason.empty()) throw;
+    throw HostError(reason);
+  }
 }
 
 bool ComHostEnvironment::IsProcess(unsigned long process) {

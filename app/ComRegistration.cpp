@@ -10,6 +10,7 @@
 #include "app/AddInIdentity.h"
 #include "platform/Com.h"
 #include "platform/Handle.h"
+#include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -17,51 +18,89 @@ namespace {
 
 constexpr const char* kClassIdsKey = "CLSID";
 
-std::string ClassIdText() {
+std::string ClassIdText(const CLSID& id) {
   std::array<wchar_t, 39> text{};
-  StringFromGUID2(kConnectClassId, text.data(), static_cast<int>(text.size()));
+  StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
   return {text.begin(), text.end() - 1};  // digits and punctuation
 }
 
-/// A key and its default value.
+/// A key and a value of it.
 struct Entry {
   std::string key;
-  std::wstring text;
+  std::wstring text;                   ///< Empty for none.
+  REGSAM view = 0;                     ///< Of the registry; 0 is the program's own.
+  const wchar_t* valueName = nullptr;  ///< Null for the default value.
 };
 
 std::wstring Wide(const std::string& ascii) {
   return {ascii.begin(), ascii.end()};
 }
 
-std::string ClassKey() {
-  return std::string(kClassIdsKey) + "\\" + ClassIdText();
+std::string ClassKey(const CLSID& id = kConnectClassId) {
+  return std::string(kClassIdsKey) + "\\" + ClassIdText(id);
 }
 
-/// By the class's name; both views of the registry share them. A key comes before those below it.
-std::vector<Entry> NameEntries() {
-  const std::string progId = kAddInProgId;
-  return {{progId, Wide(kAddInName)}, {progId + "\\CLSID", Wide(ClassIdText())}};
+/// The keys of one class, each before those below it.
+class Entries : public std::vector<Entry> {
+ public:
+  void Add(const std::string& key, const char* subkey, const std::wstring& text, REGSAM view = 0,
+           const wchar_t* valueName = nullptr) {
+    Entry& entry = emplace_back();
+    entry.key = key + subkey;
+    entry.text = text;
+    entry.view = view;
+    entry.valueName = valueName;
+  }
+  /// By the class's name; both views of the registry share them.
+  void AddName(const std::string& progId, const CLSID& id) {
+    Add(progId, "", Wide(kAddInName));
+    Add(progId, "\\CLSID", Wide(ClassIdText(id)));
+  }
+};
+
+Entries NameEntries() {
+  Entries entries;
+  entries.AddName(kAddInProgId, kConnectClassId);
+  return entries;
 }
 
 /// By the class's id.
-std::vector<Entry> ClassEntries(const std::wstring& program) {
-  return {{ClassKey(), Wide(kAddInName)},
-          // Blanks in the path would end it otherwise.
-          {ClassKey() + "\\LocalServer32", L"\"" + program + L"\""},
-          {ClassKey() + "\\ProgID", Wide(kAddInProgId)},
-          {ClassKey() + "\\Programmable", L""}};
+Entries ClassEntries(const std::wstring& program) {
+  Entries entries;
+  const std::string key = ClassKey();
+  entries.Add(key, "", Wide(kAddInName));
+  entries.Add(key, "\\LocalServer32", L"\"" + program + L"\"");  // blanks in the path would end it otherwise
+  entries.Add(key, "\\ProgID", Wide(kAddInProgId));
+  entries.Add(key, "\\Programmable", L"");
+  return entries;
+}
+
+Entries LibraryEntries(const VbaLibrary& library, const std::wstring& path) {
+  Entries entries;
+  entries.AddName(library.progId, library.classId);
+  const std::string key = ClassKey(library.classId);
+  entries.Add(key, "", Wide(kAddInName), library.view);
+  entries.Add(key, "\\InprocServer32", path, library.view);
+  entries.Add(key, "\\InprocServer32", L"Apartment", library.view, L"ThreadingModel");
+  return entries;
 }
 
 bool Write(HKEY classes, const Entry& entry) {
   HKEY opened = nullptr;
-  if (RegCreateKeyExA(classes, entry.key.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
-                      &opened, nullptr) != ERROR_SUCCESS) {
+  if (RegCreateKeyExA(classes, entry.key.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE | entry.view,
+                      nullptr, &opened, nullptr) != ERROR_SUCCESS) {
     return false;
   }
   const UniqueRegKey key(opened);
   return entry.text.empty() ||
-         RegSetValueExW(key.get(), nullptr, 0, REG_SZ, reinterpret_cast<const BYTE*>(entry.text.c_str()),
+         RegSetValueExW(key.get(), entry.valueName, 0, REG_SZ,
+                        reinterpret_cast<const BYTE*>(entry.text.c_str()),
                         static_cast<DWORD>((entry.text.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+}
+
+bool Write(HKEY classes, const Entries& entries) {
+  return std::all_of(entries.begin(), entries.end(),
+                     [classes](const Entry& entry) { return Write(classes, entry); });
 }
 
 UniqueRegKey OpenClasses(HKEY root, REGSAM access) {
@@ -70,22 +109,46 @@ UniqueRegKey OpenClasses(HKEY root, REGSAM access) {
   return UniqueRegKey(opened);
 }
 
-bool Exists(HKEY classes, const std::string& key) {
+bool Exists(HKEY classes, const std::string& key, REGSAM view = 0) {
   HKEY opened = nullptr;
-  const LONG result = RegOpenKeyExA(classes, key.c_str(), 0, KEY_READ, &opened);
+  const LONG result = RegOpenKeyExA(classes, key.c_str(), 0, KEY_READ | view, &opened);
   const UniqueRegKey owner(opened);
   return result != ERROR_FILE_NOT_FOUND;
 }
 
-bool IsEmpty(HKEY classes, const char* key) {
+/// Windows XP's 32-bit editions have one view, and no function for another.
+void Delete(HKEY classes, const std::string& key, REGSAM view) {
+  static auto* const deleteIn = SystemFunction<decltype(RegDeleteKeyExA)>("advapi32.dll", "RegDeleteKeyExA");
+  if (view != 0 && deleteIn != nullptr) {
+    deleteIn(classes, key.c_str(), view, 0);
+  } else {
+    RegDeleteKeyA(classes, key.c_str());
+  }
+}
+
+/// Takes the keys away; false when one is still there.
+bool TakeAway(HKEY classes, const Entries& entries) {
+  // From the innermost: a key that holds something of others is not deleted.
+  std::for_each(entries.rbegin(), entries.rend(),
+                [classes](const Entry& entry) { Delete(classes, entry.key, entry.view); });
+  return std::none_of(entries.begin(), entries.end(),
+                      [classes](const Entry& entry) { return Exists(classes, entry.key, entry.view); });
+}
+
+bool IsEmpty(HKEY classes, const char* key, REGSAM view) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExA(classes, key, 0, KEY_READ, &opened) != ERROR_SUCCESS) return false;
+  if (RegOpenKeyExA(classes, key, 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
   const UniqueRegKey owner(opened);
   DWORD keys = 0;
   DWORD values = 0;
   return RegQueryInfoKeyA(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
                           nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
          keys == 0 && values == 0;
+}
+
+/// A user who has no classes of his own has no such key either.
+void DeleteClassIdsIfEmpty(HKEY classes, REGSAM view = 0) {
+  if (IsEmpty(classes, kClassIdsKey, view)) Delete(classes, kClassIdsKey, view);
 }
 
 /// The view of the registry that programs of the other width have.
@@ -141,29 +204,17 @@ Registered RegisteredIn(std::span<const HKEY> roots, REGSAM view) {
 }  // namespace
 
 bool RegisterClass(HKEY classes, const std::wstring& program) {
-  std::vector<Entry> entries = NameEntries();
   const bool isNew = !Exists(classes, ClassKey());
-  const std::vector<Entry> ofClass = ClassEntries(program);
-  entries.insert(entries.end(), ofClass.begin(), ofClass.end());
-  const bool written = std::all_of(entries.begin(), entries.end(),
-                                   [classes](const Entry& entry) { return Write(classes, entry); });
+  const bool written = Write(classes, NameEntries()) && Write(classes, ClassEntries(program));
   if (!written && isNew) UnregisterClass(classes);  // an earlier registration is better than none
   return written;
 }
 
 bool UnregisterClass(HKEY classes) {
-  const auto takeAway = [classes](const std::vector<Entry>& entries) {
-    // From the innermost: a key that holds something of others is not deleted.
-    std::for_each(entries.rbegin(), entries.rend(),
-                  [classes](const Entry& entry) { RegDeleteKeyA(classes, entry.key.c_str()); });
-    return std::none_of(entries.begin(), entries.end(),
-                        [classes](const Entry& entry) { return Exists(classes, entry.key); });
-  };
-  bool gone = takeAway(ClassEntries(L""));
+  bool gone = TakeAway(classes, ClassEntries(L""));
   // A copy of the other width is found by the same name.
-  if (RegisteredIn(classes, kOtherView) == Registered::None) gone = takeAway(NameEntries()) && gone;
-  // A user who has no classes of his own has no such key either.
-  if (IsEmpty(classes, kClassIdsKey)) RegDeleteKeyA(classes, kClassIdsKey);
+  if (RegisteredIn(classes, kOtherView) == Registered::None) gone = TakeAway(classes, NameEntries()) && gone;
+  DeleteClassIdsIfEmpty(classes);
   return gone;
 }
 
@@ -197,8 +248,33 @@ bool AnyRegistered(std::span<const HKEY> roots) {
   return RegisteredIn(roots, 0) != Registered::None || RegisteredIn(roots, kOtherView) != Registered::None;
 }
 
-void RegisterWhereMoved(std::span<const HKEY> roots) {
-  if (EntersItself(RegisteredIn(roots, 0), RegisteredIn(roots, kOtherView))) RegisterServer(roots);
+bool RegisterWhereMoved(std::span<const HKEY> roots) {
+  return EntersItself(RegisteredIn(roots, 0), RegisteredIn(roots, kOtherView)) && RegisterServer(roots);
+}
+
+std::wstring LibraryPath(const VbaLibrary& library) {
+  const std::wstring program = WideProgramPath();
+  const std::wstring path = program.substr(0, program.rfind(L'\\') + 1) + Wide(library.file);
+  return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? std::wstring() : path;
+}
+
+void RegisterLibraries() {
+  Write(HKEY_CURRENT_USER, {"Software\\Classes", L""});  // which a new user may not have
+  const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
+  for (const VbaLibrary& library : kVbaLibraries) {
+    const std::wstring path = LibraryPath(library);
+    if (!path.empty()) Write(classes.get(), LibraryEntries(library, path));
+  }
+}
+
+bool UnregisterLibraries() {
+  const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
+  bool gone = true;
+  for (const VbaLibrary& library : kVbaLibraries) {
+    gone = TakeAway(classes.get(), LibraryEntries(library, L"")) && gone;
+    DeleteClassIdsIfEmpty(classes.get(), library.view);
+  }
+  return gone;
 }
 
 }  // namespace snip

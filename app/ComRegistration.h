@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "app/AddInIdentity.h"
 #include "app/RegistrationRules.h"
 
 namespace snip {
@@ -36,7 +37,18 @@ bool UnregisterServer(std::span<const HKEY> roots, Copies copies = Copies::Own);
 /// Whether some copy is registered, for programs of either width.
 bool AnyRegistered(std::span<const HKEY> roots);
 
-/// Registers the running program once more when its folder was moved, or another copy was the last.
-void RegisterWhereMoved(std::span<const HKEY> roots);
+/// Registers the running program once more when its folder was moved, or another copy was the last; whether
+/// it did.
+bool RegisterWhereMoved(std::span<const HKEY> roots);
+
+// The libraries that VBA's editor loads. Their classes are the user's, as the editor's list of add-ins is,
+// and go to the view of the registry that Office of their width has.
+
+/// The library beside the program; empty when there is none.
+std::wstring LibraryPath(const VbaLibrary& library);
+/// Enters those that are there.
+void RegisterLibraries();
+/// False when something of them is still there.
+bool UnregisterLibraries();
 
 }  // namespace snip

@@ -236,7 +236,8 @@ HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WOR
     case kOnBeginShutdownMember:
       return arguments == 1 ? S_OK : DISP_E_BADPARAMCOUNT;
     case kShowMember:
-      return GuardedMethod([this] { Show(); });
+      // For an environment it may be a click, too.
+      return GuardedMethod([this] { session_ ? MenuHandler_Click() : Show(); });
     case kHideMember:
       return GuardedMethod([this] { Hide(); });
     default:

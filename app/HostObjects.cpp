@@ -11,13 +11,6 @@ VARIANT ByReference(LONG& number) {
   return value;
 }
 
-VARIANT ByValue(IDispatch* object) {
-  VARIANT value{};
-  value.vt = VT_DISPATCH;
-  value.pdispVal = object;
-  return value;
-}
-
 }  // namespace
 
 std::string CommandBarControl::Caption() const {
@@ -120,6 +113,12 @@ void VBComponents::Remove(const VBComponent& component) const {
 std::string VBProject::Name() const {
   return Text(L"Name");
 }
+LONG VBProject::Mode() const {
+  return Number(L"Mode");
+}
+LONG VBProject::Protection() const {
+  return Number(L"Protection");
+}
 VBComponents VBProject::VBComponents() const {
   return Get<host::VBComponents>(L"VBComponents");
 }
@@ -137,6 +136,9 @@ Events VBE::Events() const {
 }
 CodePane VBE::ActiveCodePane() const {
   return Get<host::CodePane>(L"ActiveCodePane");
+}
+void VBE::SetActiveCodePane(const CodePane& pane) const {
+  PutReference(L"ActiveCodePane", pane.get());
 }
 VBProject VBE::ActiveVBProject() const {
   return Get<host::VBProject>(L"ActiveVBProject");

@@ -103,6 +103,8 @@ class VBProject : public LateBound {
  public:
   using LateBound::LateBound;
   std::string Name() const;
+  LONG Mode() const;        ///< `kDesignMode` or another; VBA's alone.
+  LONG Protection() const;  ///< `kLocked` or another; VBA's alone.
   host::VBComponents VBComponents() const;
 };
 
@@ -120,6 +122,7 @@ class VBE : public LateBound {
   host::CommandBars CommandBars() const;
   host::Events Events() const;
   CodePane ActiveCodePane() const;
+  void SetActiveCodePane(const CodePane& pane) const;
   VBProject ActiveVBProject() const;
   Window MainWindow() const;
 };
@@ -127,5 +130,7 @@ class VBE : public LateBound {
 // The environment's numbers.
 inline constexpr LONG kButtonControl = 1;
 inline constexpr LONG kStandardModule = 1;
+inline constexpr LONG kDesignMode = 2;
+inline constexpr LONG kLocked = 1;
 
 }  // namespace snip::host

@@ -132,10 +132,17 @@ void LateBound::CallAtTheEnd(const wchar_t* member) const {
 }
 
 void LateBound::Put(const wchar_t* member, const Variant& value) const {
-  VARIANT argument = value.get();
+  Set(DISPATCH_PROPERTYPUT, member, value.get());
+}
+
+void LateBound::PutReference(const wchar_t* member, IDispatch* object) const {
+  Set(DISPATCH_PROPERTYPUTREF, member, ByValue(object));
+}
+
+void LateBound::Set(WORD kind, const wchar_t* member, VARIANT argument) const {
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{&argument, &put, 1, 1};
-  Invoke(ComPtr<IDispatch>::Share(get()), link_, member, DISPATCH_PROPERTYPUT, parameters);
+  Invoke(ComPtr<IDispatch>::Share(get()), link_, member, kind, parameters);
 }
 
 LONG LateBound::Number(const wchar_t* member, Arguments arguments) const {
@@ -165,7 +172,7 @@ Variant LateBound::Invoke(ComPtr<IDispatch> object, HostLink link, const wchar_t
   const HRESULT invoked = CallPatiently([&] {
     ThrowIfOver(link);
     // A property that is set has no result.
-    VARIANT* const answer = kind == DISPATCH_PROPERTYPUT ? nullptr : result.Put();
+    VARIANT* const answer = parameters.cNamedArgs != 0 ? nullptr : result.Put();
     return object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, kind, &parameters, answer, exception.Put(), nullptr);
   });
   if (invoked == DISP_E_EXCEPTION) Throw(exception.code(), exception.Description());

@@ -39,6 +39,8 @@ class LateBound {
   /// Calls a method also after the disconnection, which it is a part of.
   void CallAtTheEnd(const wchar_t* member) const;
   void Put(const wchar_t* member, const Variant& value) const;
+  /// Sets a property to an object itself.
+  void PutReference(const wchar_t* member, IDispatch* object) const;
   /// The object that a member answers with.
   template <class Object>
   Object Get(const wchar_t* member, Arguments arguments = {}) const {
@@ -56,6 +58,7 @@ class LateBound {
   }
 
  private:
+  void Set(WORD kind, const wchar_t* member, VARIANT argument) const;
   static Variant Invoke(ComPtr<IDispatch> object, HostLink link, const wchar_t* member, WORD kind,
                         DISPPARAMS& parameters);
 

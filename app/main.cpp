@@ -50,10 +50,13 @@ class Application {
             {.enter =
                  [] {
                    RegisterAddIn();
-                   RegisterForVisualBasic6();
+                   RegisterInKeys();
                    return AfterEntering(EnterServer());
                  },
-             .enterWhereMoved = [] { RegisterWhereMoved(RegistrationRoots()); }},
+             .enterWhereMoved =
+                 [] {
+                   if (RegisterWhereMoved(RegistrationRoots())) RegisterLibraries();
+                 }},
             [&] { windowShown = mainWindow_.Show(nullptr); });
     return windowShown ? MessageLoop() : 0;
   }
@@ -64,7 +67,7 @@ class Application {
     std::string remarks;
     if (mode == StartMode::Register) {
       if (!AddInRegistered()) RegisterAddIn();
-      RegisterForVisualBasic6();
+      RegisterInKeys();
       RegistrationFacts facts = EnterServer();
       facts.replaceable = RightsAreSplit() && RunsElevated() && ReplaceableByOrdinaryUsers(WideProgramPath());
       done = facts.server != Entered::Nowhere && facts.listed != Entered::Nowhere;

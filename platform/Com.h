@@ -160,4 +160,12 @@ class Variant {
   VARIANT value_;
 };
 
+/// An object as an argument; it stays the caller's.
+inline VARIANT ByValue(IDispatch* object) {
+  VARIANT value{};
+  value.vt = VT_DISPATCH;
+  value.pdispVal = object;
+  return value;
+}
+
 }  // namespace snip

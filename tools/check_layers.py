@@ -13,6 +13,7 @@ import sys
 
 # From top to bottom; the folders of one entry are neighbours.
 LAYERS = [
+    ["vba"],
     ["app", "cli"],
     ["ui/main"],
     ["ui/find", "ui/history"],

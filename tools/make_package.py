@@ -3,7 +3,7 @@
 
     make_package.py REPOSITORY MACHINE
 
-The machine is that of a build preset: x86 or x64.
+The machine is that of a build preset: x86 or x64. Both have to be built.
 """
 
 import pathlib
@@ -29,6 +29,9 @@ def contents(repository, machine):
     """The files of the package by their names in it."""
     for program in ("BnSnipstore2.exe", "bns.exe"):
         yield program, (repository / "build" / machine / program).read_bytes()
+    # An Office of either width uses the program of either.
+    for builds, library in (("x86", "BnSnipstoreVba32.dll"), ("x64", "BnSnipstoreVba64.dll")):
+        yield library, (repository / "build" / builds / library).read_bytes()
     for text in ("README.txt", "bns.txt"):
         yield text, windows_text(repository / "resources" / "package" / text)
     yield "LICENSE.txt", windows_text(repository / "LICENSE")

@@ -3,7 +3,7 @@
 
     check_package.py REPOSITORY MACHINE
 
-The machine's program has to be built.
+The programs of both machines have to be built.
 """
 
 import os
@@ -32,7 +32,8 @@ def faults_in(repository, machine):
     if folders != {file.stem}:
         yield f"it unpacks into {sorted(folders)}"
     libraries = sorted(path.name for path in (repository / "resources" / "starter").glob("*.bns"))
-    expected = sorted(["BnSnipstore2.exe", "LICENSE.txt", "README.txt", "bns.exe", "bns.txt", *libraries])
+    vba = ["BnSnipstoreVba32.dll", "BnSnipstoreVba64.dll"]
+    expected = sorted(["BnSnipstore2.exe", *vba, "LICENSE.txt", "README.txt", "bns.exe", "bns.txt", *libraries])
     if sorted(contents) != expected:
         yield f"it holds {sorted(contents)}"
     for name in ("LICENSE.txt", "README.txt", "bns.txt"):

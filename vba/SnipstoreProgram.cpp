@@ -1,0 +1,46 @@
+#include "vba/SnipstoreProgram.h"
+
+#include <objbase.h>
+
+#include <utility>
+
+#include "app/AddInIdentity.h"
+#include "app/IDTExtensibility.h"
+#include "vba/LateCall.h"
+
+namespace snip::vba {
+
+HRESULT SnipstoreProgram::Show(IDispatch* editor) {
+  if (starting_) return S_FALSE;
+  if (connect_) {
+    const auto connect = ComPtr<IDispatch>::Share(connect_.get());
+    CoAllowSetForegroundWindow(connect.get(), nullptr);
+    if (SUCCEEDED(Call(connect.get(), L"Show"))) return S_OK;
+    connect_.Reset();  // it has ended by itself
+  }
+  starting_ = true;
+  const HRESULT started = Start(editor);
+  starting_ = false;
+  return started;
+}
+
+HRESULT SnipstoreProgram::Start(IDispatch* editor) {
+  ComPtr<IDispatch> connect;
+  HRESULT result =
+      CoCreateInstance(kConnectClassId, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IDispatch), connect.PutVoid());
+  if (FAILED(result)) return result;
+  CoAllowSetForegroundWindow(connect.get(), nullptr);
+  // Connected so it shows its window at once, and leaves the menus alone.
+  result = Invoke(connect.get(), kOnConnectionMember,
+                  {ByValue(editor), Variant(kExternal).get(), ByValue(nullptr), Missing()});
+  if (SUCCEEDED(result)) connect_ = std::move(connect);
+  return result;
+}
+
+void SnipstoreProgram::LetGo() {
+  const ComPtr<IDispatch> connect = std::move(connect_);
+  constexpr LONG kUserClosed = 1;
+  if (connect) Invoke(connect.get(), kOnDisconnectionMember, {Variant(kUserClosed).get(), Missing()});
+}
+
+}  // namespace snip::vba

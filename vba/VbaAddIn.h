@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include "app/ClickSubscription.h"
+#include "app/IDTExtensibility.h"
+#include "vba/MenuEntry.h"
+#include "vba/SnipstoreProgram.h"
+
+namespace snip::vba {
+
+/// The add-in as VBA's editor sees it, in the editor's own process: an entry in its menu of add-ins, which
+/// starts the program. Whatever fails, the editor is told of success, for it would not load the add-in again.
+class VbaAddIn final : public WithoutTypeInfo<ComObject<IDTExtensibility2, IDispatch>>,
+                       private ClickListener {
+ public:
+  ~VbaAddIn() override;
+
+  // IDTExtensibility2
+  HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* editor, LONG mode, IDispatch* addIn,
+                                         SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnDisconnection(LONG mode, SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnAddInsUpdate(SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
+  HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
+
+  // IDispatch: the same functions
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD kind,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* badArgument) override;
+
+ private:
+  void AddEntry();
+  void LetGo();
+  // ClickListener
+  void MenuHandler_Click() override;
+
+  ComPtr<IDispatch> editor_;  ///< Null when not connected.
+  std::unique_ptr<MenuEntry> entry_;
+  SnipstoreProgram program_;
+};
+
+}  // namespace snip::vba
