@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "app/AddInLists.h"
 #include "app/ComRegistration.h"
 #include "platform/Win32Text.h"
 
@@ -21,7 +22,7 @@ constexpr DWORD kEndMs = 15000;
 void Forget() {
   UnregisterServer(RegistrationRoots(), Copies::All);
   SHDeleteKeyA(HKEY_CURRENT_USER, kCompanyKey);
-  WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", nullptr, "vbaddin.ini");
+  UnregisterAddIn();
 }
 
 /// Built beside the tests, or named by the caller when another build is to be driven.

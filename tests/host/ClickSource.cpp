@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "app/IDTExtensibility.h"
 #include "platform/ComObject.h"
 
 namespace snip::test {
@@ -10,13 +9,14 @@ namespace {
 
 class Point final : public ComObject<IConnectionPoint> {
  public:
-  Point(CallWatch& watch, std::weak_ptr<Sinks> sinks) : watch_(watch), sinks_(std::move(sinks)) {
+  Point(CallWatch& watch, const IID& events, std::weak_ptr<Sinks> sinks)
+      : watch_(watch), events_(events), sinks_(std::move(sinks)) {
     ++watch_.references;
   }
   ~Point() override { --watch_.references; }
 
   HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* id) override {
-    *id = __uuidof(CommandBarControlEvents);
+    *id = events_;
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override {
@@ -32,7 +32,7 @@ class Point final : public ComObject<IConnectionPoint> {
     }
     ComPtr<IDispatch> sink;
     // Where the events' interface cannot be passed between processes, plain late binding can.
-    if (FAILED(client->QueryInterface(__uuidof(CommandBarControlEvents), sink.PutVoid())) &&
+    if (FAILED(client->QueryInterface(events_, sink.PutVoid())) &&
         FAILED(client->QueryInterface(__uuidof(IDispatch), sink.PutVoid()))) {
       return CONNECT_E_CANNOTCONNECT;
     }
@@ -51,13 +51,14 @@ class Point final : public ComObject<IConnectionPoint> {
 
  private:
   CallWatch& watch_;
+  const IID events_;
   std::weak_ptr<Sinks> sinks_;
   DWORD lastCookie_ = 0;
 };
 
 class Source final : public ComObject<IConnectionPointContainer> {
  public:
-  explicit Source(CallWatch& watch) : watch_(watch) { ++watch_.references; }
+  Source(CallWatch& watch, const IID& events) : watch_(watch), events_(events) { ++watch_.references; }
   ~Source() override { --watch_.references; }
 
   std::weak_ptr<Sinks> sinks() const { return sinks_; }
@@ -68,20 +69,21 @@ class Source final : public ComObject<IConnectionPointContainer> {
   }
   HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
     *point = nullptr;
-    if (id != __uuidof(CommandBarControlEvents)) return CONNECT_E_NOCONNECTION;
-    *point = new Point(watch_, sinks_);
+    if (id != events_) return CONNECT_E_NOCONNECTION;
+    *point = new Point(watch_, events_, sinks_);
     return S_OK;
   }
 
  private:
   CallWatch& watch_;
+  const IID events_;
   std::shared_ptr<Sinks> sinks_ = std::make_shared<Sinks>();
 };
 
 }  // namespace
 
-ComPtr<IUnknown> MakeClickSource(CallWatch& watch, std::weak_ptr<Sinks>& sinks) {
-  ComPtr<Source> source(new Source(watch));
+ComPtr<IUnknown> MakeClickSource(CallWatch& watch, const IID& events, std::weak_ptr<Sinks>& sinks) {
+  ComPtr<Source> source(new Source(watch, events));
   sinks = source->sinks();
   return ComPtr<IUnknown>(source.Detach());
 }

@@ -9,6 +9,7 @@
 #include <windows.h>
 #include <objbase.h>
 #include <psapi.h>
+#include <shlwapi.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -29,6 +30,7 @@
 #include "app/IDTExtensibility.h"
 #include "platform/Com.h"
 #include "platform/ComObject.h"
+#include "platform/Handle.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "tests/host/HostModel.h"
@@ -120,8 +122,55 @@ class Host {
   }
 
  private:
-  /// Makes the add-in's object, and has the interface that it is used by.
+  /// A text of the user's part of the registry, below "Software".
+  static std::string UserText(const std::string& key) {
+    char text[MAX_PATH]{};
+    DWORD size = sizeof text;
+    SHGetValueA(HKEY_CURRENT_USER, ("Software\\" + key).c_str(), nullptr, nullptr, text, &size);
+    return text;
+  }
+  static CLSID ClassId(const std::string& text) {
+    CLSID id{};
+    CLSIDFromString(std::wstring(text.begin(), text.end()).c_str(), &id);
+    return id;
+  }
+
+  /// Makes the object of the first add-in in the list that VBA's editor of this width has, in this process.
+  /// Wine's COM finds no classes of the user.
+  HRESULT CreateInProcess() {
+    const std::string list =
+        std::string(R"(Microsoft\VBA\VBE\6.0\Addins)") + (sizeof(void*) == 8 ? "64" : "");
+    HKEY opened = nullptr;
+    RegOpenKeyExA(HKEY_CURRENT_USER, ("Software\\" + list).c_str(), 0, KEY_READ, &opened);
+    const UniqueRegKey key(opened);
+    char name[100]{};
+    if (RegEnumKeyA(opened, 0, name, sizeof name) != ERROR_SUCCESS) return REGDB_E_CLASSNOTREG;
+    const std::string id = UserText("Classes\\" + std::string(name) + "\\CLSID");
+    library_ = LoadLibraryA(UserText("Classes\\CLSID\\" + id + "\\InprocServer32").c_str());
+    const auto getClassObject = Function<decltype(DllGetClassObject)>("DllGetClassObject");
+    if (getClassObject == nullptr) return CO_E_DLLNOTFOUND;
+    ComPtr<IClassFactory> factory;
+    const HRESULT got = getClassObject(ClassId(id), __uuidof(IClassFactory), factory.PutVoid());
+    return FAILED(got) ? got : factory->CreateInstance(nullptr, __uuidof(IDispatch), object_.PutVoid());
+  }
+  template <class Type>
+  Type* Function(const char* name) const {
+    return reinterpret_cast<Type*>(reinterpret_cast<void*>(GetProcAddress(library_, name)));
+  }
+
+  /// Lets go of the add-in, and of its library, which has to allow that.
+  std::string Release() {
+    addIn_.Reset();
+    object_.Reset();
+    if (library_ == nullptr) return "";
+    if (Function<decltype(DllCanUnloadNow)>("DllCanUnloadNow")() != S_OK) return "it is still used";
+    FreeLibrary(std::exchange(library_, nullptr));
+    return "";
+  }
+
+  /// Makes the add-in's object.
   HRESULT Create() {
+    if (model_.isVba) return CreateInProcess();
     CLSID id{};
     const std::string name = kAddInProgId;
     HRESULT result = CLSIDFromProgID(std::wstring(name.begin(), name.end()).c_str(), &id);
@@ -143,21 +192,25 @@ class Host {
     SAFEARRAY* custom = nullptr;
     return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
   }
-  static VARIANT ByValue(IDispatch* object) {
-    VARIANT value{};
-    value.vt = VT_DISPATCH;
-    value.pdispVal = object;
-    return value;
-  }
-  /// Calls a function of the add-in's interface by its number; an empty array follows the arguments.
+  /// Calls a function of the add-in's interface by its number, VBA's editor by its name; an empty array
+  /// follows the arguments.
   HRESULT CallNumber(DISPID number, std::vector<VARIANT> arguments) {
+    std::wstring names[] = {L"",
+                            L"OnConnection",
+                            L"OnDisconnection",
+                            L"OnAddInsUpdate",
+                            L"OnStartupComplete",
+                            L"OnBeginShutdown"};
+    wchar_t* name = names[number].data();
+    const auto addIn = addIn_.As<IDispatch>();
+    if (model_.isVba && FAILED(addIn->GetIDsOfNames(IID_NULL, &name, 1, 0, &number)))
+      return DISP_E_UNKNOWNNAME;
     SAFEARRAY* custom = nullptr;
     arguments.emplace_back().vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
     arguments.back().pparray = &custom;
     std::reverse(arguments.begin(), arguments.end());
     DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    return addIn_.As<IDispatch>()->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
-                                          nullptr);
+    return addIn->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   }
   /// Calls the add-in with an array that holds nothing.
   template <class Call>
@@ -264,6 +317,22 @@ class Host {
     return text;
   }
 
+  /// "COUNT COMMAND, COMMAND...": the answers of the last time.
+  std::string Repeat(std::istringstream& words) {
+    int count = 0;
+    words >> count;
+    std::string rest;
+    std::getline(words >> std::ws, rest);
+    std::string answers;
+    for (int i = 0; i < count; ++i) {
+      std::istringstream commands(rest);
+      answers.clear();
+      for (std::string command; std::getline(commands >> std::ws, command, ',');)
+        answers += Run(command) + ",";
+    }
+    return answers;
+  }
+
   std::string Run(const std::string& line) {
     std::istringstream words(line);
     std::string name;
@@ -281,12 +350,7 @@ class Host {
         {"update", [&] { return Hex(UpdateAddIns()); }},
         {"shutdown", [&] { return Hex(BeginShutdown()); }},
         {"disconnect", [&] { return Hex(DisconnectAddIn(std::stol(next()))); }},
-        {"release",
-         [&] {
-           addIn_.Reset();
-           object_.Reset();
-           return "";
-         }},
+        {"release", [&] { return Release(); }},
         {"call", [&] { return Hex(CallMember(next())); }},
         {"click", [&] { return Click(std::stoul(next())); }},
         {"entries", [&] { return Entries(); }},
@@ -310,6 +374,14 @@ class Host {
         {"text", [&] { return Text(next()); }},
         {"hook", [&] { return Hook(words); }},
         {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
+        {"vba",
+         [&] {
+           UnregisterHostTypeLibrary();  // whose editors have none for add-ins
+           return model_.isVba = newer_ = true, "";
+         }},
+        {"mode", [&] { return model_.mode = std::stol(next()), ""; }},
+        {"protection", [&] { return model_.protection = std::stol(next()), ""; }},
+        {"repeat", [&] { return Repeat(words); }},
         {"bynumber", [&] { return byNumber_ = true, ""; }},
         {"newer", [&] { return newer_ = true, ""; }},
         {"last", [&] { return model_.watch.last; }},
@@ -327,8 +399,9 @@ class Host {
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;
   ComPtr<IDTExtensibility> addIn_;
-  bool newer_ = false;     ///< Whether the environment is one that asks for IDTExtensibility2.
-  bool byNumber_ = false;  ///< Whether the add-in's functions are called by their numbers.
+  HMODULE library_ = nullptr;  ///< That the add-in is in.
+  bool newer_ = false;         ///< Whether the environment is one that asks for IDTExtensibility2.
+  bool byNumber_ = false;      ///< Whether the add-in's functions are called by their numbers.
 };
 
 }  // namespace

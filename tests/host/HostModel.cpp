@@ -76,30 +76,55 @@ IDispatch* HostModel::Object(std::string name, std::vector<ScriptObject::Member>
 }
 
 ComPtr<IDispatch> HostModel::VBE() {
-  return ComPtr<IDispatch>(Object(
-      "VBE",
-      {Get(L"CommandBars", 108, [this] { return CommandBars(); }),
-       Get(L"Events", 111, [this] { return Events(); }),
-       Get(L"ActiveVBProject", 201,
-           [this]() -> IDispatch* {
-             if (!projectOpen) return nullptr;
-             return Object("VBProject", {Get(L"Name", 0, [] { return std::string("Project1"); }),
-                                         Get(L"VBComponents", 135, [this] { return Components(); })});
-           }),
-       Get(L"MainWindow", 204,
-           [this] {
-             return Object("Window", {Get(L"HWnd", 120, [this] { return HandleToLong(window_); })});
-           }),
-       Get(L"ActiveCodePane", 206, [this] { return activeModule ? CodePane(activeModule) : nullptr; })}));
+  const auto project = [this]() -> IDispatch* {
+    if (!projectOpen) return nullptr;
+    std::vector<ScriptObject::Member> members{Get(L"Name", 0, [] { return std::string("Project1"); }),
+                                              Get(L"VBComponents", 135, [this] { return Components(); })};
+    if (isVba) {
+      members.push_back(Get(L"Mode", 119, [this] { return mode; }));
+      members.push_back(Get(L"Protection", 131, [this] { return protection; }));
+    }
+    return Object("VBProject", std::move(members));
+  };
+  const auto window = [this] {
+    return Object("Window", {Get(L"HWnd", 120, [this] { return HandleToLong(window_); })});
+  };
+  std::vector<ScriptObject::Member> members{
+      Get(L"CommandBars", 108, [this] { return CommandBars(); }), Get(L"ActiveVBProject", 201, project),
+      Get(L"MainWindow", 204, window),
+      Get(L"ActiveCodePane", 206, [this] { return activeModule ? CodePane(activeModule) : nullptr; })};
+  if (isVba) {
+    const auto activate = [this](const Arguments& arguments, VARIANT&) {
+      activeModule = FindModule(TextOf(arguments.Object(0), L"Module"));
+      return S_OK;
+    };
+    members.push_back({L"ActiveCodePane", 206, DISPATCH_PROPERTYPUTREF, {VT_DISPATCH}, activate});
+  } else {
+    members.push_back(Get(L"Events", 111, [this] { return Events(); }));
+  }
+  return ComPtr<IDispatch>(Object("VBE", std::move(members)));
 }
 
 IDispatch* HostModel::CommandBars() {
-  return Object("CommandBars",
-                {{L"Item", 0, kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
-                    if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
-                    const auto controls = Get(L"Controls", 0x60040003, [this] { return Controls(); });
-                    return Answer(result, Object("CommandBar", {controls}));
-                  }}});
+  std::vector<ScriptObject::Member> members{
+      {L"Item", 0, kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
+         if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
+         return Answer(result, AddInsBar());
+       }}};
+  if (isVba) members.push_back(Get(L"ActiveMenuBar", 0x60030008, [this] { return MenuBar(); }));
+  return Object("CommandBars", std::move(members));
+}
+
+IDispatch* HostModel::AddInsBar() {
+  return Object("CommandBar", {Get(L"Controls", 0x60040003, [this] { return Controls(); })});
+}
+
+IDispatch* HostModel::MenuBar() {
+  const auto find = [this](const Arguments& arguments, VARIANT& result) {
+    if (arguments.Number(1) != 30038) return Answer(result, static_cast<IDispatch*>(nullptr));
+    return Answer(result, Object("CommandBarPopup", {Get(L"CommandBar", 1, [this] { return AddInsBar(); })}));
+  };
+  return Object("MenuBar", {{L"FindControl", 0x60040007, kMethod, {VT_ERROR, VT_I4}, find}});
 }
 
 IDispatch* HostModel::Controls() {
@@ -110,13 +135,18 @@ IDispatch* HostModel::Controls() {
   };
   const auto add = [this](const Arguments& arguments, VARIANT& result) {
     if (arguments.Number(0) != 1) return E_INVALIDARG;
+    if (isVba && arguments[4].boolVal == VARIANT_FALSE) return E_INVALIDARG;
     entries.push_back(std::make_shared<MenuEntry>());
     return Answer(result, Control(entries.back()));
   };
+  // VBA's editor keeps what is not temporary.
+  const std::vector<VARTYPE> added = isVba
+                                         ? std::vector<VARTYPE>{VT_I4, VT_ERROR, VT_ERROR, VT_ERROR, VT_BOOL}
+                                         : std::vector<VARTYPE>{VT_I4};
   return Object("CommandBarControls",
                 {Get(L"Count", 0x60030001, [this] { return static_cast<LONG>(entries.size()); }),
                  {L"Item", 0, kGet, {VT_I4}, item},
-                 {L"Add", 0x60030000, kMethod, {VT_I4}, add}});
+                 {L"Add", 0x60030000, kMethod, added, add}});
 }
 
 IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
@@ -128,9 +158,18 @@ IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
     entries.remove(entry);
     return entries.size() < before ? S_OK : E_FAIL;
   };
-  return Object("CommandBarControl", {Get(L"Caption", 0x60040003, [entry] { return entry->caption; }),
-                                      {L"Caption", 0x60040003, kPut, {VT_BSTR}, rename},
-                                      {L"Delete", 0x60040007, kMethod, {}, remove}});
+  const auto mark = [entry](const Arguments& arguments, VARIANT&) {
+    return entry->tag = arguments.Text(0), S_OK;
+  };
+  auto* const control = new ScriptObject(watch, "CommandBarControl",
+                                         {Get(L"Caption", 0x60040003, [entry] { return entry->caption; }),
+                                          {L"Caption", 0x60040003, kPut, {VT_BSTR}, rename},
+                                          {L"Tag", 0x60040023, kPut, {VT_BSTR}, mark},
+                                          {L"Delete", 0x60040007, kMethod, {}, remove}});
+  if (isVba) {
+    control->source = MakeClickSource(watch, __uuidof(CommandBarButtonEvents), entry->sinks.emplace_back());
+  }
+  return control;
 }
 
 IDispatch* HostModel::Events() {
@@ -142,29 +181,32 @@ IDispatch* HostModel::Events() {
               std::ranges::find(entries, wanted, [](const auto& each) { return each->caption; });
           if (entry == entries.end()) return E_INVALIDARG;
           result.vt = VT_UNKNOWN;
-          result.punkVal = MakeClickSource(watch, (*entry)->sinks.emplace_back()).Detach();
+          result.punkVal =
+              MakeClickSource(watch, __uuidof(CommandBarControlEvents), (*entry)->sinks.emplace_back())
+                  .Detach();
           return S_OK;
         }}});
 }
 
 void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
+  const ComPtr<IDispatch> control(Control(entry));
+  std::vector<ComPtr<IDispatch>> told;  // who may come and go during it
   for (const auto& source : entry->sinks) {
     const auto sinks = source.lock();
     if (!sinks) continue;
-    for (const auto& [cookie, sink] : *sinks) {
-      VARIANT_BOOL handled = VARIANT_FALSE;
-      VARIANT_BOOL cancel = VARIANT_FALSE;
-      VARIANT arguments[3]{};
-      arguments[0].vt = VT_BYREF | VT_BOOL;
-      arguments[0].pboolVal = &cancel;
-      arguments[1].vt = VT_BYREF | VT_BOOL;
-      arguments[1].pboolVal = &handled;
-      const ComPtr<IDispatch> control(Control(entry));
-      arguments[2].vt = VT_DISPATCH;
-      arguments[2].pdispVal = control.get();
-      DISPPARAMS parameters{arguments, nullptr, 3, 0};
-      sink->Invoke(kClickEvent, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
-    }
+    for (const auto& [cookie, sink] : *sinks) told.push_back(ComPtr<IDispatch>::Share(sink.get()));
+  }
+  for (const auto& sink : told) {
+    VARIANT_BOOL handled = VARIANT_FALSE;
+    VARIANT_BOOL cancel = VARIANT_FALSE;
+    VARIANT arguments[3]{};
+    arguments[0].vt = VT_BYREF | VT_BOOL;
+    arguments[0].pboolVal = &cancel;
+    arguments[1].vt = VT_BYREF | VT_BOOL;
+    arguments[1].pboolVal = &handled;
+    arguments[isVba ? 1 : 2] = ByValue(control.get());  // VBA's knows no "handled"
+    DISPPARAMS parameters{arguments, nullptr, isVba ? 2U : 3U, 0};
+    sink->Invoke(kClickEvent, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   }
 }
 
@@ -185,12 +227,13 @@ IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
   };
   const auto show = [this, module](auto&, VARIANT&) {
     module->shown = true;
-    activeModule = module;
+    if (!isVba) activeModule = module;
     return S_OK;
   };
   return Object("CodePane", {{L"GetSelection", 0x60020003, kMethod, {out, out, out, out}, selection},
                              {L"SetSelection", 0x60020004, kMethod, {VT_I4, VT_I4, VT_I4, VT_I4}, select},
                              Get(L"CodeModule", 0x60020008, [this, module] { return CodeModule(module); }),
+                             Get(L"Module", 1, [module] { return module->name; }),
                              {L"Show", 0x60020009, kMethod, {}, show}});
 }
 
@@ -242,6 +285,7 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
 IDispatch* HostModel::Components() {
   const auto add = [this](const Arguments& arguments, VARIANT& result) {
     if (arguments.Number(0) != 1) return E_INVALIDARG;
+    if (mode != 2 || protection == 1) return E_FAIL;
     modules.push_back(std::make_shared<Module>());
     modules.back()->name = "Module" + std::to_string(++modulesAdded_);
     return Answer(result, Component(modules.back()));

@@ -13,6 +13,7 @@ namespace snip::test {
 /// An entry of the "Add-Ins" bar.
 struct MenuEntry {
   std::string caption;
+  std::string tag;
   std::vector<std::weak_ptr<Sinks>> sinks;
 };
 
@@ -40,8 +41,11 @@ class HostModel {
   explicit HostModel(HWND window) : window_(window) {}
 
   CallWatch watch;
-  bool hasAddInsBar = true;
+  bool isVba = false;
+  bool hasAddInsBar = true;  ///< By name; VBA's has its number as well.
   bool projectOpen = true;
+  LONG mode = 2;        ///< Of VBA's project: 0 runs, 1 is interrupted, 2 is edited.
+  LONG protection = 0;  ///< Of VBA's project: 1 is locked.
   std::list<std::shared_ptr<MenuEntry>> entries;
   std::list<std::shared_ptr<Module>> modules;
   std::shared_ptr<Module> activeModule;
@@ -55,6 +59,8 @@ class HostModel {
  private:
   IDispatch* Object(std::string name, std::vector<ScriptObject::Member> members);
   IDispatch* CommandBars();
+  IDispatch* MenuBar();
+  IDispatch* AddInsBar();
   IDispatch* Controls();
   IDispatch* Control(const std::shared_ptr<MenuEntry>& entry);
   IDispatch* Events();

@@ -24,7 +24,7 @@ Pipe MakePipe(bool childReads) {
 
 }  // namespace
 
-HostProcess::HostProcess(const std::string& typeLibrary) {
+HostProcess::HostProcess(const std::string& typeLibrary, const std::string& trait) {
   Pipe commands = MakePipe(true);
   Pipe answers = MakePipe(false);
   STARTUPINFOA start{};
@@ -45,6 +45,7 @@ HostProcess::HostProcess(const std::string& typeLibrary) {
   answers_ = std::move(answers.read);
   const std::string greeting = Answer();
   if (greeting != "ready") throw std::runtime_error("the environment says: " + greeting);
+  if (!trait.empty()) Ask(trait);
 }
 
 HostProcess::~HostProcess() {

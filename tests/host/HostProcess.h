@@ -11,7 +11,8 @@ namespace snip::test {
 /// A stand-in development environment in a process of its own; HostMain.cpp names its commands.
 class HostProcess {
  public:
-  explicit HostProcess(const std::string& typeLibrary);
+  /// `trait` is a command that makes it another environment.
+  explicit HostProcess(const std::string& typeLibrary, const std::string& trait = "");
   ~HostProcess();
   HostProcess(const HostProcess&) = delete;
   HostProcess& operator=(const HostProcess&) = delete;
@@ -25,6 +26,7 @@ class HostProcess {
   /// The process ends at once, as after a crash.
   void Kill();
   bool Running() const;
+  DWORD Id() const { return GetProcessId(process_.get()); }
 
  private:
   UniqueFile process_;

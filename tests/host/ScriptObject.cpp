@@ -1,5 +1,7 @@
 #include "tests/host/ScriptObject.h"
 
+#include <ocidl.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -16,24 +18,19 @@ ScriptObject::ScriptObject(CallWatch& watch, std::string name, std::vector<Membe
   ++watch_.references;
 }
 
+HRESULT ScriptObject::QueryInterface(REFIID iid, void** object) {
+  if (source && iid == __uuidof(IConnectionPointContainer)) return source->QueryInterface(iid, object);
+  return WithoutTypeInfo::QueryInterface(iid, object);
+}
+
 ULONG ScriptObject::AddRef() {
   ++watch_.references;
-  return ComObject::AddRef();
+  return WithoutTypeInfo::AddRef();
 }
 
 ULONG ScriptObject::Release() {
   --watch_.references;
-  return ComObject::Release();
-}
-
-HRESULT ScriptObject::GetTypeInfoCount(UINT* count) {
-  *count = 0;
-  return S_OK;
-}
-
-HRESULT ScriptObject::GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** info) {
-  *info = nullptr;
-  return DISP_E_BADINDEX;
+  return WithoutTypeInfo::Release();
 }
 
 HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count, LCID locale,
@@ -57,7 +54,7 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD k
     return candidate.id == id && (candidate.kind & kind) != 0;
   });
   if (member == members_.end()) return DISP_E_MEMBERNOTFOUND;
-  const bool put = member->kind == DISPATCH_PROPERTYPUT;
+  const bool put = (member->kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
   if (parameters->cNamedArgs != (put ? 1U : 0U) ||
       (put && parameters->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) {
     return DISP_E_NONAMEDARGS;

@@ -43,7 +43,7 @@ class Arguments {
 };
 
 /// A late-bound object with the members that it is given.
-class ScriptObject final : public ComObject<IDispatch> {
+class ScriptObject final : public WithoutTypeInfo<ComObject<IDispatch>> {
  public:
   /// What a member does; `result` may be null.
   using Function = std::function<HRESULT(const Arguments& arguments, VARIANT& result)>;
@@ -57,10 +57,11 @@ class ScriptObject final : public ComObject<IDispatch> {
 
   ScriptObject(CallWatch& watch, std::string name, std::vector<Member> members);
 
+  ComPtr<IUnknown> source;  ///< Of its events; null when it does not tell them itself.
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
   ULONG STDMETHODCALLTYPE AddRef() override;
   ULONG STDMETHODCALLTYPE Release() override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD kind,
