@@ -118,11 +118,11 @@ set_wine_value() {
   wine reg add "$1" /v "$2" /t REG_SZ /d "$3" /f </dev/null >/dev/null 2>&1 || die "Wine could not set $2"
 }
 
-# Wine on a private display: a prefix that one script at a time works in. There is no window manager, so windows are
-# not handed to one.
+# Wine on a private display: a prefix, of the name $1 if given, that one script at a time works in. There is no window
+# manager, so windows are not handed to one.
 use_private_wine() {
   start_private_display
-  local name=private
+  local name=${1:-private}
   [ "$wine_arch" = win64 ] || name=private-$wine_arch
   hold "$name"
   private_prefix=$top/build/wine/$name

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <set>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -236,9 +237,9 @@ TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
   EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
 }
 
-TEST_P(AnyHostTest, AMessageOfTheFirstShowBelongsToTheWindow) {
+TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
   program_.folder().Write("My Great Lib.bns", "BNS1.0\r\nFirst\r\nd1\r\nBeep\r\n..\r\n");
-  HostProcess host = Host();
+  HostProcess host(LibraryPath());
   EXPECT_EQ(host.Ask("connect 0"), "0");
   for (const char* time : {"at first", "again"}) {
     SCOPED_TRACE(time);
@@ -526,14 +527,16 @@ TEST_P(AnyHostTest, FailuresWhileConnectingAreSwallowed) {
   Disconnect(host);
 }
 
-TEST_F(AddInTest, ADisconnectionMayComeWhileTheEnvironmentIsWaitedFor) {
-  HostProcess host(LibraryPath());
+TEST_P(AnyHostTest, ADisconnectionMayComeWhileTheEnvironmentIsWaitedFor) {
+  HostProcess host = Host();
+  const std::set<std::string> ofOthers{"VBE.MainWindow", "VBE.Events", "Events.CommandBarEvents"};
   for (const std::string member :
        {"VBE.MainWindow", "VBE.CommandBars", "CommandBarControls.Count", "CommandBarControls.Add",
         "CommandBarControl.Caption", "VBE.Events", "Events.CommandBarEvents", "Events.Advise",
         "VBE.ActiveCodePane", "CodePane.GetSelection", "CodeModule.InsertLines", "VBE.ActiveVBProject",
         "VBComponents.Add", "VBComponent.Name", "VBComponent.CodeModule"}) {
     SCOPED_TRACE(member);
+    if (IsVba() && ofOthers.contains(member)) continue;
     const bool pastingAll = member.find("VBComponent") == 0 || member == "VBE.ActiveVBProject";
     const bool pasting = pastingAll || member.find("Code") != std::string::npos;
     host.Ask("module Form1 1 a");
@@ -686,6 +689,7 @@ TEST_F(AddInTest, InVbasEditorTheEntryComesBackAndALostProgramIsStartedAgain) {
   host.Ask("hook CommandBarControls.Add off");
   EXPECT_EQ(host.Ask("entries"), "");
   EXPECT_EQ(host.Ask("complete"), "0");
+  EXPECT_EQ(host.Ask("shutdown"), "0");  // which is cancelled
   EXPECT_EQ(host.Ask("entries"), kEntry);
   for (int time = 0; time < 2; ++time) {
     host.Ask("click 0");
