@@ -76,11 +76,10 @@ frmAddIn::frmAddIn(Services services)
                   &SameTextIgnoringCase),
       naming_(editing_, operations_, chooser_, services_.store, services_.showMessage),
       attachments_(editing_, *this),
-      output_(library_, editing_, controls_, services_.showMessage),
-      find_({.target = *this,
-             .store = services_.store,
-             .settings = services_.settings,
-             .caption = services_.caption}),
+      delivery_(
+          {*this, library_, editing_, controls_, chooser_, bars_, services_.caption, services_.showMessage}),
+      finding_({*this, [this] { ShowInFront(); }, library_, editing_, operations_, controls_, delivery_,
+                services_.store, services_.settings, services_.caption}),
       watch_({services_.keeper, library_, editing_, operations_, services_.caption}),
       accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
@@ -107,7 +106,7 @@ bool frmAddIn::Show(HostEnvironment* host) {
 
 void frmAddIn::SetHost(HostEnvironment* host) {
   host_ = host;
-  output_.SetHost(host);
+  delivery_.SetHost(host);
 }
 
 void frmAddIn::ShowForMessage() {
@@ -272,7 +271,8 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
 
 bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
-  if (menus_.PreTranslate(message) || find_.PreTranslate(message) || watch_.PreTranslate(message)) return true;
+  if (menus_.PreTranslate(message) || finding_.PreTranslate(message) || watch_.PreTranslate(message))
+    return true;
   if (message.message == WM_TIMER) return false;  // no key, and comes all the time
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
@@ -340,7 +340,7 @@ HWND frmAddIn::FocusTarget() const {
 /// Looks at what no message tells: where the pointer is, how far the list is scrolled, and what the code
 /// field and the clipboard hold, for a torn-off menu to show what can be done with it.
 void frmAddIn::Tick() {
-  delivered_.reset();  // a timer's turn comes when no input waits any more
+  delivery_.ForgetLastDelivery();  // a timer's turn comes when no input waits any more
   if (switches_[Switch::SnippetTips]) ShowListTip();
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
@@ -363,7 +363,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       MakeControls();
       LoadSettings();
       ExtendSystemMenu(hWnd());
-      LoadSystemKey();
+      finding_.LoadSystemKey();
       StartTimers();
       return 0;
     case WM_SIZE:
@@ -394,7 +394,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return 0;
     case WM_HOTKEY:
-      FindOverOthers();
+      finding_.FindOverOthers();
       return 0;
     case WM_SYSCOMMAND:
       if (const auto command = SystemMenuCommand(wParam)) return Do(*command), 0;

@@ -12,9 +12,8 @@
 #include "settings/SettingsStore.h"
 #include "ui/caption/CaptionHook.h"
 #include "ui/dialogs/SettingsTarget.h"
-#include "ui/find/frmFind.h"
 #include "ui/main/Attachments.h"
-#include "ui/main/CodeOutput.h"
+#include "ui/main/CodeDelivery.h"
 #include "ui/main/LibraryChooser.h"
 #include "ui/main/LibraryNaming.h"
 #include "ui/main/LibraryOperations.h"
@@ -24,14 +23,16 @@
 #include "ui/main/Pane.h"
 #include "ui/main/SnippetControls.h"
 #include "ui/main/SnippetEditing.h"
+#include "ui/main/SnippetFinding.h"
 #include "ui/main/Splitter.h"
 
 namespace snip {
 
 /// The main window. Makes its controls and lays them out (frmAddInLayout.cpp), decodes messages and keys
 /// (frmAddIn.cpp) and buttons and menus (frmAddInCommands.cpp), and hands them to the logic in
-/// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments` and `CodeOutput`.
-class frmAddIn : public Window, private AttachmentView, private SettingsTarget, private FindTarget {
+/// `SnippetEditing`, `LibraryOperations`, `LibraryNaming`, `Attachments`, `CodeDelivery`, `SnippetFinding`
+/// and `LibraryWatch`.
+class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  public:
   // Control ids; automation finds the controls by them.
   static constexpr int kFilesId = 1001;
@@ -104,11 +105,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   void PopUp(frmMenu& menu, POINT screen);
 
   void mnuModFuncs_Clicked(int command);
-  bool IsLeftOver() const;
-  void PasteFitted();
-  void TakeCode();
-  void Output();
-  void CopyCode();
   void SetKeepOnTop(bool onTop);
   void Tick();
   void ShowListTip();
@@ -137,26 +133,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   FontProperty CodeFont() const override { return controls_.Font(); }
   void SetCodeFont(const FontProperty& font) override { controls_.SetFont(font); }
 
-  // FindTarget (frmAddInFind.cpp); CodeFont is that of SettingsTarget as well
-  std::optional<Open> OpenLibrary() override;
-  std::vector<NamedLibrary> OtherLibraries() override { return operations_.OtherLibraries(); }
-  std::optional<std::string> ShownCode() override;
-  bool ColoursCode() const override { return controls_.txtCode().SyntaxColors(); }
-  bool GoTo(const FindDestination& destination) override;
-  void SelectInCode(TextRange place) override;
-  TextRange SelectedInCode() override;
-  void Output(const SearchedLibrary& library, std::size_t snippet) override;
-  void GiveFrontBack() override;
-  bool Copy(const std::string& text) override;
-
-  HotKey SystemKey() const override { return systemKey_; }
-  std::string UseSystemKey(HotKey key) override;
-
-  void Find();
-  void FindNext(bool forward);
-  void FindOverOthers();
-  void LoadSystemKey();
-
   Library library_;
   Services services_;
   TwipsPerPixel twips_;
@@ -179,10 +155,8 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   LibraryOperations operations_;
   LibraryNaming naming_;
   Attachments attachments_;
-  CodeOutput output_;
-  frmFind find_;
-  HotKey systemKey_;
-  HWND overWindow_ = nullptr;  ///< The other program's window that the palette was brought over, or none.
+  CodeDelivery delivery_;
+  SnippetFinding finding_;
   LibraryWatch watch_;
 
   UniqueAccelerators accelerators_;
@@ -193,8 +167,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget, 
   bool descriptionEdited_ = false;  ///< The description has the focus.
   bool loading_ = false;            ///< The window is made, and its first library opened.
   bool unloading_ = false;
-  /// When the last delivery to the environment ended, until what the user did before has been handled.
-  std::optional<DWORD> delivered_;
   bool openingOutputMenu_ = false;
   Switches switches_;
   int leftPaneWidth_;      ///< Twips.

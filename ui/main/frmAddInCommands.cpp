@@ -11,7 +11,6 @@
 #include "platform/Shell.h"
 #include "ui/dialogs/CommonDialog.h"
 #include "ui/dialogs/frmAbout.h"
-#include "ui/dialogs/frmFields.h"
 #include "ui/dialogs/frmSettings.h"
 #include "ui/main/frmAddIn.h"
 
@@ -21,12 +20,6 @@ namespace {
 constexpr const char* kWebAddress =
     "https://learn.microsoft.com/en-us/previous-versions/visualstudio/visual-basic-6/"
     "visual-basic-6.0-documentation";
-
-std::string Today() {
-  char text[100]{};
-  GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, text, sizeof text);
-  return text;
-}
 
 /// How far a key moves a splitter, in twips.
 constexpr int kSplitterStep = 150;
@@ -45,7 +38,7 @@ void frmAddIn::Do(int command) {
     case kRenameLibrary:
       return naming_.RenameLibrary();
     case kOutput:
-      return Output();
+      return delivery_.Output();
     case kOutputMenu:
       if (!bars_.cmd.Grayed(MainButton::kOutput)) cmd_Dropdown();
       return;
@@ -54,11 +47,11 @@ void frmAddIn::Do(int command) {
     case kNewModule:
       return mnuModFuncs_Clicked(command);
     case kCopyCode:
-      return CopyCode();
+      return delivery_.CopyCode();
     case kPasteFitted:
-      return PasteFitted();
+      return delivery_.PasteFitted();
     case kTakeCode:
-      return TakeCode();
+      return delivery_.TakeCode();
     case kNewSnippet:
       return editing_.NewSnippet();
     case kEditSnippet:
@@ -123,20 +116,21 @@ void frmAddIn::Do(int command) {
     case kCut:
       // A torn-off menu shows what was possible a moment ago.
       if (!IsEnabled(kCut)) return;
-      if (const auto text = code.SelText(); text && Copy(*text)) code.ReplaceSelection("");
+      if (const auto text = code.SelText(); text && delivery_.Copy(*text)) code.ReplaceSelection("");
       return;
     case kCopy:
-      if (const auto text = code.SelText()) Copy(*text);
+      if (const auto text = code.SelText()) delivery_.Copy(*text);
       return;
     case kPaste:
       if (code.locked()) return;
       if (const std::string text = ClipboardText(hWnd()); !text.empty()) code.ReplaceSelection(text);
       return;
     case kFind:
-      return Find();
+      tTip_.Hide();
+      return finding_.Find();
     case kFindNext:
     case kFindPrevious:
-      return FindNext(command == kFindNext);
+      return finding_.FindNext(command == kFindNext);
     case kSelectAll:
       return code.SetSelection(0, code.TextLength());
     default:
@@ -171,75 +165,7 @@ bool frmAddIn::IsEnabled(int command) const {
 void frmAddIn::mnuModFuncs_Clicked(int command) {
   bars_.SetOutputMode(command);
   // Also while the button itself is greyed, because it changes nothing in a locked library.
-  Output();
-}
-
-/// What was pressed while the environment took its time over the last delivery is not meant for another one.
-bool frmAddIn::IsLeftOver() const {
-  const bool queued = InSendMessage() == 0;
-  return queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0;
-}
-
-void frmAddIn::PasteFitted() {
-  if (IsLeftOver()) return;
-  output_.PasteFitted(
-      {.ask =
-           [this](const auto& fields, const auto& preview) {
-             return frmFields(services_.caption, controls_.Font()).ShowMe(hWnd(), fields, preview);
-           },
-       .today = &Today,
-       .copy = [this](const std::string& text) { Copy(text); }});
-  delivered_ = GetTickCount();
-}
-
-/// A snippet of what is selected in the environment, or else of what the clipboard holds.
-void frmAddIn::TakeCode() {
-  if (IsLeftOver() || editing_.editingDisabled()) return;
-  std::optional<std::string> code;
-  if (output_.connected()) {
-    code = output_.TakeCode();
-    delivered_ = GetTickCount();
-  } else {
-    code = WithoutCommonIndentation(ClipboardText(hWnd()));
-    if (code->empty()) {
-      code.reset();
-      services_.showMessage("The clipboard holds no text.", MessageStyle::kInformation, kMainWindowTitle);
-    }
-  }
-  if (!code || hWnd() == nullptr) return;
-  Snippet snippet = DefaultSnippet();
-  if (std::string name = NameFromCode(*code); !name.empty()) snippet.Name = std::move(name);
-  snippet.Code = std::move(*code);
-  editing_.AddSnippet(std::move(snippet));
-}
-
-void frmAddIn::Output() {
-  const int mode = bars_.OutputMode();
-  if (mode == Command::kCopyToClipboard) return CopyCode();
-  if (IsLeftOver()) return;
-  if (mode == Command::kPasteCode) {
-    output_.PasteCode();
-  } else {
-    if (!editing_.StoreShownCode()) return;  // an edit in progress belongs to what the user sees
-    const int entry = chooser_.SelectedFile();
-    output_.PasteToNewModule(entry < 0 ? std::string() : chooser_.FileText(entry));
-  }
-  delivered_ = GetTickCount();
-}
-
-void frmAddIn::CopyCode() {
-  if (!editing_.ListsSnippets()) {
-    Copy("");  // what is shown then is no code: nothing is copied, which empties the clipboard
-  } else if (const auto code = controls_.Code()) {
-    Copy(*code);
-  }
-}
-
-bool frmAddIn::Copy(const std::string& text) {
-  if (CopyToClipboard(hWnd(), text)) return true;
-  services_.showMessage("The clipboard is in use by another program. Please try again.",
-                        MessageStyle::kInformation, kMainWindowTitle);
-  return false;
+  delivery_.Output();
 }
 
 void frmAddIn::SetKeepOnTop(bool onTop) {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/Window.h"
+#include "settings/SettingsStore.h"
+#include "ui/find/frmFind.h"
+#include "ui/main/CodeDelivery.h"
+#include "ui/main/LibraryOperations.h"
+#include "ui/main/SnippetControls.h"
+
+namespace snip {
+
+/// The palette of the main window, the system-wide key that shows it, and what it asks of the window.
+class SnippetFinding : private FindTarget {
+ public:
+  struct Parts {
+    const Window& window;
+    std::function<void()> showWindow;  ///< In front of all others.
+    const Library& library;
+    SnippetEditing& editing;
+    LibraryOperations& operations;
+    SnippetControls& controls;
+    CodeDelivery& delivery;
+    const LibraryStore& store;
+    const SettingsStore& settings;
+    CaptionPainter& caption;
+  };
+
+  explicit SnippetFinding(const Parts& parts);
+
+  /// Has the new window get WM_HOTKEY for the key that was chosen; the system lets go of it with the window.
+  void LoadSystemKey();
+  bool PreTranslate(MSG& message) { return find_.PreTranslate(message); }
+
+  /// Shows the palette, which begins with what is selected.
+  void Find();
+  /// To the next or previous of what was looked for; shows the palette when nothing was.
+  void FindNext(bool forward);
+  /// Shows the palette over whatever program is in front.
+  void FindOverOthers();
+
+ private:
+  // FindTarget
+  std::optional<Open> OpenLibrary() override;
+  std::vector<NamedLibrary> OtherLibraries() override { return parts_.operations.OtherLibraries(); }
+  std::optional<std::string> ShownCode() override;
+  FontProperty CodeFont() const override { return parts_.controls.Font(); }
+  bool ColoursCode() const override { return parts_.controls.txtCode().SyntaxColors(); }
+  bool GoTo(const FindDestination& destination) override;
+  void SelectInCode(TextRange place) override;
+  TextRange SelectedInCode() override;
+  void Output(const SearchedLibrary& library, std::size_t snippet) override;
+  void GiveFrontBack() override;
+  bool Copy(const std::string& text) override { return parts_.delivery.Copy(text); }
+  HotKey SystemKey() const override { return systemKey_; }
+  std::string UseSystemKey(HotKey key) override;
+
+  Parts parts_;
+  frmFind find_;
+  HotKey systemKey_;
+  HWND overWindow_ = nullptr;  ///< The other program's window that the palette was brought over, or none.
+};
+
+}  // namespace snip
