@@ -44,7 +44,8 @@ std::vector<Snippet> Procedures() {
                           .Description = verb + "s it. #" + object + " #C-" + verb + " C#no #1"});
     }
   }
-  for (const char* name : {"Log it", "Log"}) snippets.push_back({name, "", "", ""});
+  for (const char* name : {"Log it", "Log", "xquo", "XYQuo", "y(b", "z ((b"})
+    snippets.push_back({name, "", "", ""});
   return snippets;
 }
 

@@ -162,6 +162,7 @@ TEST(MatcherTest, FindsWhatPlainComparisonFinds) {
     }
     ASSERT_EQ(Places(pattern, searched), expected) << pattern.text << " in " << searched;
   }
+  EXPECT_EQ(Places({.text = "A", .ignoreCase = true}, "aa"), (std::vector<std::size_t>{0, 1}));
 }
 
 TEST(MatcherTest, ExpressionsMatchWithinLines) {

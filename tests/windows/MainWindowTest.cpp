@@ -343,15 +343,16 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   const HWND preview = GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
   EXPECT_TRUE(Until([&] { return WindowText(preview) == first.Code; }));
 
+  PressKey(VK_DOWN);
   PressKey(VK_RETURN);
-  ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()) && SelectedCode() == "Fill"; }));
-  EXPECT_EQ(CaretLine(), 1);
+  ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()) && SelectedCode() == "fill"; }));
+  EXPECT_EQ(WindowText(Code()), second.Code);
+  for (const int line : {2, 1}) {
+    PressKey(VK_F3, {VK_SHIFT});
+    EXPECT_TRUE(Until([&] { return WindowText(Code()) == first.Code && CaretLine() == line; }));
+  }
   PressKey(VK_F3);
-  EXPECT_TRUE(Until([&] { return CaretLine() == 2; }));
-  PressKey(VK_F3);
-  EXPECT_TRUE(Until([&] { return WindowText(Code()) == second.Code && SelectedCode() == "fill"; }));
-  PressKey(VK_F3, {VK_SHIFT});
-  EXPECT_TRUE(Until([&] { return WindowText(Code()) == first.Code && CaretLine() == 2; }));
+  EXPECT_TRUE(Until([&] { return CaretLine() == 2 && SelectedCode() == "Fill"; }));
 
   // From the code, what is selected there is looked for in it first.
   EXPECT_EQ(FoundRows(Find("")).at(1), ">Fill a - line 2, in this snippet");

@@ -292,18 +292,6 @@ TEST_F(MenuWindowTest, TheDragBarLightsUpAndExplainsItself) {
   ExpectShown({{inside, COLOR_INACTIVECAPTION}});
 }
 
-TEST_F(MenuWindowTest, AClickIsReportedAfterTheMenuIsHidden) {
-  Open();
-  Hover(kEdit);
-  bool visibleWhenHidden = true;
-  onHideMenu_ = [&] { visibleWhenHidden = IsWindowVisible(menu_->hWnd()) != 0; };
-  Click();
-  ASSERT_TRUE(Closed());
-  EXPECT_EQ(Told(), (Log{"select 70", "hide", "click 70", "hide"}));
-  EXPECT_FALSE(visibleWhenHidden);
-  ExpectFocusStayed();
-}
-
 TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTarget) {
   POINT place{200, 300};
   ClientToScreen(target_.hWnd(), &place);
