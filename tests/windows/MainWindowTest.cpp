@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "library/BnsFormat.h"
@@ -347,12 +348,16 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   PressKey(VK_RETURN);
   ASSERT_TRUE(Until([&] { return IsForeground(window_.hWnd()) && SelectedCode() == "fill"; }));
   EXPECT_EQ(WindowText(Code()), second.Code);
-  for (const int line : {2, 1}) {
-    PressKey(VK_F3, {VK_SHIFT});
-    EXPECT_TRUE(Until([&] { return WindowText(Code()) == first.Code && CaretLine() == line; }));
+  const std::tuple<bool, std::string, int> steps[] = {{true, first.Code, 2},
+                                                      {false, second.Code, 0},
+                                                      {true, first.Code, 2},
+                                                      {true, first.Code, 1},
+                                                      {false, first.Code, 2}};
+  for (const auto& [back, code, line] : steps) {
+    back ? PressKey(VK_F3, {VK_SHIFT}) : PressKey(VK_F3);
+    EXPECT_TRUE(
+        Until([&, shown = code, at = line] { return WindowText(Code()) == shown && CaretLine() == at; }));
   }
-  PressKey(VK_F3);
-  EXPECT_TRUE(Until([&] { return CaretLine() == 2 && SelectedCode() == "Fill"; }));
 
   // From the code, what is selected there is looked for in it first.
   EXPECT_EQ(FoundRows(Find("")).at(1), ">Fill a - line 2, in this snippet");
