@@ -270,6 +270,7 @@ void RegisterLibraries() {
 bool UnregisterLibraries() {
   const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
   bool gone = true;
+  if (!classes) return gone;
   for (const VbaLibrary& library : kVbaLibraries) {
     gone = TakeAway(classes.get(), LibraryEntries(library, L"")) && gone;
     DeleteClassIdsIfEmpty(classes.get(), library.view);

@@ -10,7 +10,8 @@ namespace {
 constexpr LONG kAddInsMenuId = 30038;
 constexpr LONG kButtonControl = 1;
 
-/// The controls of the menu of add-ins. Its name may be a translated one, and the menus be rearranged.
+/// The controls of the menu of add-ins; null when there is none. A translated editor knows it by another
+/// name.
 ComPtr<IDispatch> AddInsControls(IDispatch* editor) {
   const ComPtr<IDispatch> bars = Get(editor, L"CommandBars");
   ComPtr<IDispatch> bar = Get(bars.get(), L"Item", {TextVariant(L"Add-Ins").get()});
