@@ -245,10 +245,12 @@ TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
     SCOPED_TRACE(time);
     HWND window = nullptr;
     HWND message = nullptr;
-    // Under Wine 8 the environment sometimes stays in front after a click: then it takes another one.
+    // Under Wine 8 the environment sometimes stays in front after a click: then it takes the front and
+    // another one.
     DWORD clicked = GetTickCount() - kAgainMs;
     EXPECT_TRUE(WaitUntil([&] {
       if (GetTickCount() - clicked >= kAgainMs) {
+        host.Ask("takefront");
         host.Ask("click 0");
         clicked = GetTickCount();
       }
@@ -258,7 +260,6 @@ TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
     }));
     EXPECT_EQ(GetWindow(message, GW_OWNER), window);
     EXPECT_EQ(IsWindowEnabled(window), FALSE);
-    host.Ask("takefront");
   }
   Disconnect(host);  // which the message does not outlive
 }
