@@ -70,8 +70,7 @@ void Notice::Follow() {
 }
 
 void Notice::ComeToFront() const {
-  if (hWnd() != nullptr)
-    SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (hWnd() != nullptr) SetWindowPos(hWnd(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void Notice::Focus() const {
