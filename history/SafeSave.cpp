@@ -49,11 +49,12 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   const bool done = write(bytes);
   const auto stamp = files.Stamp(folder.library());
   outcome.written = files.Holds(folder.library(), bytes).value_or(done);
-  if (outcome.written && known != nullptr)
-    *known = KnownContent{stamp.value_or(FileStamp{}), ContentHash(bytes)};
   outcome.kept = pending && oldKept;
-  if (outcome.written && pending) {
-    outcome.kept = folder.KeepFile(kPending, bytes, VersionTag::Saved) && oldKept;
+  if (!outcome.written) return outcome;
+  const std::uint64_t hash = ContentHash(bytes);
+  if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash};
+  if (pending) {
+    outcome.kept = folder.KeepFile(kPending, bytes, VersionTag::Saved, std::nullopt, hash) && oldKept;
     folder.Prune(limits);
   }
   return outcome;

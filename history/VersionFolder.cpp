@@ -118,9 +118,9 @@ bool VersionFolder::Keeps(std::string_view bytes) {
 }
 
 template <class Place>
-bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time, Place place) {
+bool VersionFolder::Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag,
+                         std::optional<UtcTime> time, Place place) {
   const std::vector<Version> versions = Versions();
-  const std::uint64_t hash = ContentHash(bytes);
   const Kept kept = Find(versions, bytes, hash);
   if (kept.newest || (kept.version && tag != VersionTag::Saved)) return true;
   Version version{.time = time.value_or(files_.Now()), .tag = tag, .size = bytes.size()};
@@ -134,7 +134,7 @@ bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<U
 }
 
 bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time) {
-  return Keep(bytes, tag, time, [&](const std::string& file) {
+  return Keep(bytes, ContentHash(bytes), tag, time, [&](const std::string& file) {
     // A version is whole or not there at all.
     const std::string unfinished = File("version.tmp");
     return files_.Write(unfinished, bytes) && files_.Move(unfinished, file);
@@ -142,10 +142,10 @@ bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<U
 }
 
 bool VersionFolder::KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
-                             std::optional<UtcTime> time) {
+                             std::optional<UtcTime> time, std::optional<std::uint64_t> hash) {
   bool moved = false;
-  const bool kept =
-      Keep(bytes, tag, time, [&](const std::string& file) { return moved = files_.Move(File(name), file); });
+  const bool kept = Keep(bytes, hash ? *hash : ContentHash(bytes), tag, time,
+                         [&](const std::string& file) { return moved = files_.Move(File(name), file); });
   return kept && (moved || files_.Remove(File(name)));
 }
 
