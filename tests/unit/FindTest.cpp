@@ -38,10 +38,8 @@ std::vector<Snippet> Procedures() {
   for (const std::string verb : {"Read", "Write", "Delete"}) {
     for (const std::string object :
          {"StringFromRegistry", "IniFile", "HTTPServerName", "window_text", "Caf\xE9"}) {
-      snippets.push_back({.Name = verb + object,
-                          .Attachment = "",
-                          .Code = "Call " + verb + "It(\"" + object + "\", 42)",
-                          .Description = verb + "s it. #" + object + " #C-" + verb + " C#no #1"});
+      snippets.push_back({verb + object, "", "Call " + verb + "It(\"" + object + "\", 42)",
+                          verb + "s it. #" + object + " #C-" + verb + " C#no #1"});
     }
   }
   for (const char* name : {"Log it", "Log", "xquo", "XYQuo", "y(b", "z ((b"})
@@ -81,12 +79,7 @@ TEST_F(FindTest, TheBestComesFirst) {
 TEST_F(FindTest, CaseAndAccentsAreFoldedAndCharactersStayWhole) {
   const Folding shiftJis = ShiftJis();
   const Folding utf8 = Folding::Utf8();
-  struct Case {
-    const Folding& folding;
-    std::string text, word;
-    std::optional<std::size_t> at;
-  };
-  const Case cases[] = {
+  const std::tuple<const Folding&, std::string, std::string, std::optional<std::size_t>> cases[] = {
       {folding, "un CAF\xC9 noir", "cafe", 3},
       {folding, "un cafe noir", "Caf\xE9", 3},
       {folding, "\xC5\xE7\xFF", "acy", 0},
@@ -96,12 +89,11 @@ TEST_F(FindTest, CaseAndAccentsAreFoldedAndCharactersStayWhole) {
       {shiftJis, "\x83\x83\x41", "\x83\x41", std::nullopt},
       {utf8, "x\xC3\xA9Y", "\xC3\xA9y", 1},
   };
-  for (const Case& one : cases) {
+  for (const auto& [characters, text, word, at] : cases) {
     // In and behind the blocks that are read at once.
     for (const std::size_t blanks : {0U, 1U, 15U, 16U, 40U}) {
-      const auto found = Needle(one.word, one.folding).Find(std::string(blanks, ' ') + one.text);
-      EXPECT_EQ(found, one.at ? std::optional(*one.at + blanks) : std::nullopt)
-          << one.text << " " << one.word;
+      const auto found = Needle(word, characters).Find(std::string(blanks, ' ') + text);
+      EXPECT_EQ(found, at ? std::optional(*at + blanks) : std::nullopt) << text << " " << word;
     }
   }
 }
