@@ -183,14 +183,16 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
       {"<<selection>>x", caret, {"pane", "selection", "insert 3     x"}},
       {"no field", lines, {"pane", "selection", "insert 3     no field"}},
   };
+  bool typing = false;
   const FieldServices services{.ask =
-                                   [this](const std::vector<CodeField>& fields, const auto& preview) {
+                                   [&](const std::vector<CodeField>& fields, const auto& preview) {
                                      FieldTexts texts;
                                      for (const CodeField& field : fields) {
                                        calls.push_back("ask " + field.name);
                                        texts[field.name] = "[" + field.name + "]";
                                      }
                                      EXPECT_EQ(preview(texts).find("<<"), std::string::npos);
+                                     if (typing) ++host.selection->startLine;
                                      return cancels ? std::nullopt : std::optional(texts);
                                    },
                                .today = [] { return "today"; },
@@ -206,9 +208,15 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
       Calls expected = row.calls;
       const bool asks = expected.size() > 2 && expected[2].starts_with("ask");
       if (cancelled && asks) expected.resize(3);
+      if (!cancelled && asks) expected.insert(expected.begin() + 3, "selection");
       EXPECT_EQ(calls, expected) << row.code;
     }
   }
+  view.code = "<<x>>";
+  typing = true;
+  output.PasteFitted(services);
+  EXPECT_EQ(calls.back(),
+            "64 [Brennic Snipstore 2.x] The code window has changed in the meantime. Please try again.");
   calls.clear();
   output.SetHost(nullptr);
   view.code = "<<module>><<x>> <<date>>";

@@ -129,9 +129,18 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
   Deliver([&](HostEnvironment& host) {
     const auto pane = ActiveCodePane(host);
     PastePlace place = PlaceFor(host, *pane, code);
+    const int lines = pane->LineCount();
     place.answers.insert(date.begin(), date.end());
-    if (const auto texts = entered(place.answers))
-      PasteAt(*pane, place, FillFrom(code, place.answers, *texts));
+    const auto texts = entered(place.answers);
+    if (!texts) return;
+    if (!texts->empty()) {
+      // The environment has gone on working under the dialog.
+      PastePlace now = PlaceFor(host, *pane, code);
+      now.answers.insert(date.begin(), date.end());
+      if (now != place || pane->LineCount() != lines)
+        throw HostError("The code window has changed in the meantime. Please try again.");
+    }
+    PasteAt(*pane, place, FillFrom(code, place.answers, *texts));
   });
 }
 

@@ -20,6 +20,8 @@ struct PastePlace {
   HostSelection selection;
   std::string indentation;  ///< Of the line on which the selection starts.
   FieldTexts answers;       ///< To the fields that the code has and the user is not asked for.
+
+  friend bool operator==(const PastePlace&, const PastePlace&) = default;
 };
 
 PastePlace PlaceFor(HostEnvironment& host, HostCodePane& pane, const std::string& code);

@@ -42,6 +42,7 @@ struct HostSelection {
   int endColumn = 1;
 
   bool empty() const { return startLine == endLine && startColumn == endColumn; }
+  friend bool operator==(const HostSelection&, const HostSelection&) = default;
 };
 
 /// A code window of the environment, with its module. Lines count from 1.
