@@ -50,6 +50,11 @@ void LibraryWatch::Tick() {
     WatchFolder();
   }
   if (parts_.keeper->hasEvents()) std::ranges::move(parts_.keeper->TakeEvents(), std::back_inserter(events_));
+  if (notice_.shown() && !IsAboutOpenLibrary(shown_)) {
+    // It waits until its library is open again: its answers are about what is in memory.
+    events_.push_back(shown_);
+    notice_.Hide();
+  }
   // Under a question a notice could not be answered.
   if (!events_.empty() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
     ShowNotice();
@@ -96,11 +101,14 @@ void LibraryWatch::WatchFolder() {
 
 // --- The notice -------------------------------------------------------------------------------------------
 
+/// Or about another one, but with nothing to be done.
+bool LibraryWatch::IsAboutOpenLibrary(const LibraryEvent& event) const {
+  return event.kind == LibraryEvent::Kind::SaveCompleted || event.path == parts_.keeper->openPath();
+}
+
 void LibraryWatch::ShowNotice() {
-  // What concerns another library waits until that is open, unless there is nothing to be done.
-  const auto about = std::ranges::find_if(events_, [&](const LibraryEvent& event) {
-    return event.kind == LibraryEvent::Kind::SaveCompleted || event.path == parts_.keeper->openPath();
-  });
+  const auto about =
+      std::ranges::find_if(events_, [&](const LibraryEvent& event) { return IsAboutOpenLibrary(event); });
   if (about == events_.end()) return;
   shown_ = *about;
   events_.erase(about);
@@ -110,11 +118,13 @@ void LibraryWatch::ShowNotice() {
 }
 
 void LibraryWatch::Chosen(NoticeChoice choice) {
+  // A question about the library comes first.
+  if (IsWindowEnabled(window_) == 0 || !IsAboutOpenLibrary(shown_)) return;
   switch (choice) {
     case NoticeChoice::LoadAgain:
       return parts_.operations.LoadAgain(shown_.path);
     case NoticeChoice::TakeThem:
-      if (shown_.path != parts_.keeper->openPath() || !shown_.version) return;
+      if (!shown_.version) return;
       if (const auto bytes = Read(*shown_.version)) {
         BnsResult read = ReadBns(*bytes);
         if (auto* contents = std::get_if<BnsContents>(&read)) PutAllBack(std::move(contents->snippets));
@@ -154,7 +164,8 @@ std::string LibraryWatch::Folder() const {
 }
 
 bool LibraryWatch::CanPutBack() const {
-  return !parts_.editing.editingDisabled() && !parts_.library.LibraryName.empty();
+  return IsWindowEnabled(window_) != 0 && !parts_.editing.editingDisabled() &&
+         !parts_.library.LibraryName.empty();
 }
 
 void LibraryWatch::PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) {

@@ -49,6 +49,7 @@ class LibraryWatch : private HistorySource {
  private:
   using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
 
+  bool IsAboutOpenLibrary(const LibraryEvent& event) const;
   void ShowNotice();
   void Chosen(NoticeChoice choice);
   void Draft();
