@@ -150,6 +150,8 @@ void frmHistory::Layout() {
 void frmHistory::Reload() {
   const std::optional<std::size_t> selected = SelectedEntry();
   const std::string kept = selected ? FileNameOf(entries_[*selected].version) : std::string();
+  const LRESULT snippet = Send(kSnippetsId, LB_GETCURSEL);
+  const std::string snippetText = ListBoxText(GetDlgItem(hWnd(), kSnippetsId), static_cast<int>(snippet));
   SetWindowTextA(hWnd(), ("History of '" + source_.Name() + "'").c_str());
   entries_.clear();
   for (const Version& version : source_.Versions()) entries_.push_back({.version = version});
@@ -167,6 +169,12 @@ void frmHistory::Reload() {
   }
   Send(kVersionsId, LB_SETCURSEL, row);
   VersionChosen();
+  if (!kept.empty() &&
+      ListBoxText(GetDlgItem(hWnd(), kSnippetsId), static_cast<int>(snippet)) == snippetText) {
+    // What was chosen stays, so that a button does what the user saw.
+    Send(kSnippetsId, LB_SETCURSEL, static_cast<WPARAM>(snippet));
+    SnippetChosen();
+  }
   SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
