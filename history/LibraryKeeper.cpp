@@ -175,6 +175,9 @@ void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   TakeAbandonedDrafts(folder);
   constexpr int mostPrograms = 16;
   for (int number = 0; number < mostPrograms && !draftClaim_; ++number) {
+    // One that is still there could not be kept: the next start tries again.
+    const auto stamp = parts_.files.Stamp(folder.File(DraftName(number)));
+    if (!stamp || stamp->exists) continue;
     draftClaim_ = parts_.files.Claim(folder.File(DraftName(number)));
     if (draftClaim_) draftPath_ = folder.File(DraftName(number));
   }
@@ -194,7 +197,8 @@ void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
     if (saved || draft->empty()) {
       parts_.files.Remove(path);
     } else if (folder.KeepFile(entry.name, *draft, VersionTag::Unsaved, stamp->time())) {
-      Tell({LibraryEvent::Kind::UnsavedFound, openPath_, folder.Versions().front()});
+      if (const auto versions = folder.Versions(); !versions.empty())
+        Tell({LibraryEvent::Kind::UnsavedFound, openPath_, versions.front()});
     }
   }
 }
@@ -221,8 +225,12 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
   try {
     drafting_ = std::thread(
         [this, folder = HistoryOf(openPath_), path = draftPath_, text = std::move(bytes)]() mutable {
-          const std::string unfinished = path + ".tmp";
-          if (folder.Make() && parts_.files.Write(unfinished, text)) parts_.files.Move(unfinished, path);
+          try {
+            const std::string unfinished = path + ".tmp";
+            if (folder.Make() && parts_.files.Write(unfinished, text)) parts_.files.Move(unfinished, path);
+          } catch (const std::exception&) {
+            text.clear();  // memory is short; the draft before stays
+          }
           draftingDone_ = true;
         });
   } catch (const std::exception&) {
