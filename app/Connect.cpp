@@ -216,7 +216,7 @@ HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count,
 
 HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
                         DISPPARAMS* parameters, VARIANT* /*result*/, EXCEPINFO* /*exception*/,
-                        UINT* badArgument) {
+                        UINT* /*badArgument*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
   if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
   const UINT arguments = parameters != nullptr ? parameters->cArgs : 0;
@@ -225,8 +225,9 @@ HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WOR
       if (arguments != 4) return DISP_E_BADPARAMCOUNT;
       Variant root;
       Variant mode;
-      HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, root.Put(), badArgument);
-      if (SUCCEEDED(read)) read = DispGetParam(parameters, 1, VT_I4, mode.Put(), badArgument);
+      UINT badArgument = 0;  // the caller may ask for none, which DispGetParam does not allow for
+      HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, root.Put(), &badArgument);
+      if (SUCCEEDED(read)) read = DispGetParam(parameters, 1, VT_I4, mode.Put(), &badArgument);
       return FAILED(read) ? read : OnConnection(root.get().pdispVal, mode.get().lVal, nullptr, nullptr);
     }
     case kOnDisconnectionMember:

@@ -94,13 +94,14 @@ HRESULT VbaAddIn::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count
 
 HRESULT VbaAddIn::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WORD kind,
                          DISPPARAMS* parameters, VARIANT* /*result*/, EXCEPINFO* /*exception*/,
-                         UINT* badArgument) {
+                         UINT* /*badArgument*/) {
   if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
   switch (member) {
     case kOnConnectionMember: {
       if (parameters == nullptr) return DISP_E_BADPARAMCOUNT;
       Variant editor;
-      const HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, editor.Put(), badArgument);
+      UINT badArgument = 0;
+      const HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, editor.Put(), &badArgument);
       return FAILED(read) ? read : OnConnection(editor.get().pdispVal, 0, nullptr, nullptr);
     }
     case kOnDisconnectionMember:
