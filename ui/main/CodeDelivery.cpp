@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "library/BnsRules.h"
 #include "platform/Clipboard.h"
 #include "ui/dialogs/frmFields.h"
 #include "ui/main/MainWindowCommands.h"
@@ -13,6 +14,16 @@ std::string Today() {
   char text[100]{};
   GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, text, sizeof text);
   return text;
+}
+
+/// Other programs may copy lines that end in LF alone.
+std::string WithCrLf(const std::string& text) {
+  std::string lines;
+  for (const char c : text) {
+    if (c == '\n' && !lines.ends_with('\r')) lines += '\r';
+    lines += c;
+  }
+  return lines;
 }
 
 }  // namespace
@@ -100,7 +111,7 @@ void CodeDelivery::TakeCode() {
     code = output_.TakeCode();
     delivered_ = GetTickCount();
   } else {
-    code = WithoutCommonIndentation(ClipboardText(parts_.window.hWnd()));
+    code = WithoutCommonIndentation(WithCrLf(ClipboardText(parts_.window.hWnd())));
     if (code->empty()) {
       code.reset();
       parts_.showMessage("The clipboard holds no text.", MessageStyle::kInformation, kMainWindowTitle);
@@ -108,7 +119,8 @@ void CodeDelivery::TakeCode() {
   }
   if (!code || parts_.window.hWnd() == nullptr) return;
   Snippet snippet = DefaultSnippet();
-  if (std::string name = NameFromCode(*code); !name.empty()) snippet.Name = std::move(name);
+  if (std::string name = NameFromCode(*code); !name.empty() && !EndsSnippetList(name))
+    snippet.Name = std::move(name);
   snippet.Code = std::move(*code);
   parts_.editing.AddSnippet(std::move(snippet));
 }
