@@ -158,6 +158,10 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
       [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known,
       parts_.limits());
   if (!outcome.written) {
+    // What is left of the file is no change by another program.
+    const auto stamp = parts_.files.Stamp(folder.library());
+    const auto left = parts_.files.Read(folder.library());
+    if (stamp && left) Learn(path, *stamp, ContentHash(*left));
     Tell({LibraryEvent::Kind::SaveFailed, path});
     return false;
   }

@@ -25,7 +25,8 @@ bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownC
   const auto old = files.Read(folder.library());
   if (!stamp || !old) return false;
   const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
-  return folder.Keep(*old, foreign ? VersionTag::Outside : VersionTag::Saved, stamp->time());
+  const VersionTag own = IsWholeLibrary(*old) ? VersionTag::Saved : VersionTag::Cut;
+  return folder.Keep(*old, foreign ? VersionTag::Outside : own, stamp->time());
 }
 
 }  // namespace
