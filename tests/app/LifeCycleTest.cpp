@@ -188,6 +188,23 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   EXPECT_FALSE(Kept("draft.bns"));
 }
 
+TEST_F(LifeCycleTest, ANoticeGoesWithTheLibraryThatItIsAbout) {
+  for (const char* name : {"Lib.bns", "Other.bns"}) program_.folder().Write(name, Bytes(name));
+  program_.Start();
+  const Remote remote(program_.process());
+  program_.folder().Write("Lib.bns", Bytes("outside"));
+  ASSERT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) != nullptr; }));
+  const HWND files = remote.Control(frmAddIn::kFilesId);
+  for (const int entry : {1, 0}) {
+    SendMessageA(files, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    SendMessageA(remote.window(), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(files));
+    EXPECT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) == nullptr; }));
+    EXPECT_EQ(remote.Description(), entry == 1 ? "Other.bns" : "outside");
+  }
+  Close(remote);
+}
+
 TEST_F(LifeCycleTest, TwoInstancesSaveOneLibraryInTurnAndAtOnce) {
   program_.folder().Write("Lib.bns", Bytes("start"));
   program_.Start();

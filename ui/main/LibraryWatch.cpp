@@ -49,15 +49,28 @@ void LibraryWatch::Tick() {
     nextLook_ = now_ + kLookMs;
     WatchFolder();
   }
-  if (parts_.keeper->hasEvents()) std::ranges::move(parts_.keeper->TakeEvents(), std::back_inserter(events_));
-  if (notice_.shown() && !IsAboutOpenLibrary(shown_)) {
-    // It waits until its library is open again: its answers are about what is in memory.
-    events_.push_back(shown_);
-    notice_.Hide();
-  }
+  if (parts_.keeper->hasEvents()) TakeEvents();
+  // What a notice offers is about what is in memory: it waits until its library is open again.
+  if (notice_.shown() && !IsAboutOpenLibrary(shown_)) PutNoticeOff();
   // Under a question a notice could not be answered.
   if (!events_.empty() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
     ShowNotice();
+}
+
+void LibraryWatch::TakeEvents() {
+  const auto failed = [](const LibraryEvent& event) { return event.kind == LibraryEvent::Kind::SaveFailed; };
+  std::ranges::move(parts_.keeper->TakeEvents(), std::back_inserter(events_));
+  std::ranges::stable_partition(events_, failed);  // waits behind no other notice
+  if (notice_.shown() && !failed(shown_) && !events_.empty() && failed(events_.front()) &&
+      IsAboutOpenLibrary(events_.front()))
+    PutNoticeOff();
+}
+
+void LibraryWatch::PutNoticeOff() {
+  // A file that was changed is read as it is when its library is opened again.
+  if (shown_.kind != LibraryEvent::Kind::ChangedOutside || shown_.path == parts_.keeper->openPath())
+    events_.push_back(shown_);
+  notice_.Hide();
 }
 
 // --- Drafts -----------------------------------------------------------------------------------------------

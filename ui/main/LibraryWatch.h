@@ -49,6 +49,8 @@ class LibraryWatch : private HistorySource {
  private:
   using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
 
+  void TakeEvents();
+  void PutNoticeOff();
   bool IsAboutOpenLibrary(const LibraryEvent& event) const;
   void ShowNotice();
   void Chosen(NoticeChoice choice);
