@@ -99,6 +99,7 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       Raise(events_.mouseDown, kLeftButton, place);
       return SelectsWithMouse(message, wParam, lParam);
     case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:  // a second press soon after the menu was closed asks for it once more
       Focus();
       ClientToScreen(control_, &place);
       Raise(events_.mouseDown, kRightButton, place);
