@@ -2,29 +2,7 @@
 
 #include <utf8cpp/utf8.h>
 
-#include <optional>
-
 namespace snip {
-namespace {
-
-/// Replaces every line end by `lineEnd`, and counts those that are not `usual`, by default the first.
-ConvertedLines WithLineEnds(std::string_view text, std::string_view lineEnd,
-                            std::optional<std::string_view> usual) {
-  ConvertedLines result;
-  while (!text.empty()) {
-    const auto end = text.find_first_of("\r\n");
-    result.text.append(text.substr(0, end));
-    if (end == std::string_view::npos) break;
-    const std::string_view found = text.substr(end, text.substr(end).starts_with("\r\n") ? 2 : 1);
-    usual = usual.value_or(found);
-    result.text.append(lineEnd);
-    result.changed += found != usual ? 1 : 0;
-    text.remove_prefix(end + found.size());
-  }
-  return result;
-}
-
-}  // namespace
 
 AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage& page) {
   if (encoding != Encoding::Ansi) {
@@ -36,10 +14,6 @@ AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage
   if (encoding == Encoding::Utf8 || (encoding == Encoding::Auto && utf8::is_valid(bytes)))
     return page.FromUtf8(bytes);
   return {.text = std::string(bytes), .lost = 0};
-}
-
-ConvertedLines WithCrLf(std::string_view text) {
-  return WithLineEnds(text, "\r\n", std::nullopt);
 }
 
 ConvertedLines ToForeignText(std::string_view ansi, const CodePage& page) {

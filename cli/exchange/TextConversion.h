@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "cli/system/CodePage.h"
+#include "library/LineEnds.h"
 
 namespace snip {
 
@@ -19,15 +19,6 @@ enum class Encoding {
 
 /// Converts a text from outside to the library's code page; line ends stay as they are.
 AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage& page);
-
-/// A text with one kind of line end.
-struct ConvertedLines {
-  std::string text;
-  std::size_t changed = 0;  ///< Unusual line ends that were replaced.
-};
-
-/// Converts every line end, CR LF, LF or CR, to CR LF. The text's first line end is the usual kind.
-ConvertedLines WithCrLf(std::string_view text);
 
 /// Converts a library's text to UTF-8 with LF as line end. CR LF is the usual kind.
 ConvertedLines ToForeignText(std::string_view ansi, const CodePage& page);

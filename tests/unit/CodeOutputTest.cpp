@@ -241,6 +241,8 @@ TEST_F(CodeOutputTest, CodeIsTakenWithoutItsIndentation) {
         calls.back() == "64 [Brennic Snipstore 2.x] Nothing is selected, and the caret is in no procedure.",
         row.code.empty());
   }
+  EXPECT_EQ(SnippetOfCode("Sub A()").Name, "A");
+  EXPECT_EQ(SnippetOfCode("' ...\r\nx").Name, DefaultSnippet().Name) << "the name that ends a library's list";
 }
 
 TEST_F(CodeOutputTest, ADisconnectionOrAnotherRequestMayComeMeanwhile) {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "library/BnsRules.h"
+#include "library/LineEnds.h"
 #include "platform/Clipboard.h"
 #include "ui/dialogs/frmFields.h"
 #include "ui/main/MainWindowCommands.h"
@@ -14,16 +14,6 @@ std::string Today() {
   char text[100]{};
   GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, nullptr, nullptr, text, sizeof text);
   return text;
-}
-
-/// Other programs may copy lines that end in LF alone.
-std::string WithCrLf(const std::string& text) {
-  std::string lines;
-  for (const char c : text) {
-    if (c == '\n' && !lines.ends_with('\r')) lines += '\r';
-    lines += c;
-  }
-  return lines;
 }
 
 }  // namespace
@@ -111,18 +101,14 @@ void CodeDelivery::TakeCode() {
     code = output_.TakeCode();
     delivered_ = GetTickCount();
   } else {
-    code = WithoutCommonIndentation(WithCrLf(ClipboardText(parts_.window.hWnd())));
+    code = WithoutCommonIndentation(WithCrLf(ClipboardText(parts_.window.hWnd())).text);
     if (code->empty()) {
       code.reset();
       parts_.showMessage("The clipboard holds no text.", MessageStyle::kInformation, kMainWindowTitle);
     }
   }
   if (!code || parts_.window.hWnd() == nullptr) return;
-  Snippet snippet = DefaultSnippet();
-  if (std::string name = NameFromCode(*code); !name.empty() && !EndsSnippetList(name))
-    snippet.Name = std::move(name);
-  snippet.Code = std::move(*code);
-  parts_.editing.AddSnippet(std::move(snippet));
+  parts_.editing.AddSnippet(SnippetOfCode(std::move(*code)));
 }
 
 }  // namespace snip

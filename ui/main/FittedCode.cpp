@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
+#include "library/BnsRules.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -100,6 +102,14 @@ std::string CodeAtCaret(HostCodePane& pane) {
   while (code.ends_with(kLineEnd)) code.resize(code.size() - kLineEnd.size());
   while (code.starts_with(kLineEnd)) code.erase(0, kLineEnd.size());
   return code;
+}
+
+Snippet SnippetOfCode(std::string code) {
+  Snippet snippet = DefaultSnippet();
+  std::string name = NameFromCode(code);
+  if (!name.empty() && !EndsSnippetList(name)) snippet.Name = std::move(name);
+  snippet.Code = std::move(code);
+  return snippet;
 }
 
 }  // namespace snip

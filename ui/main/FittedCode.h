@@ -4,6 +4,7 @@
 #include <string>
 
 #include "library/CodeFields.h"
+#include "library/Library.h"
 #include "ui/main/HostEnvironment.h"
 
 namespace snip {
@@ -33,5 +34,8 @@ void PasteAt(HostCodePane& pane, const PastePlace& place, const FilledCode& code
 /// The selected code, or without a selection the procedure at the caret: without the indentation that its
 /// lines share and without empty lines at its ends. Empty when there is none.
 std::string CodeAtCaret(HostCodePane& pane);
+
+/// A new snippet of such code, which is named after what the code declares, or after its first line.
+Snippet SnippetOfCode(std::string code);
 
 }  // namespace snip
