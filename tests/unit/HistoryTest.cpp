@@ -11,6 +11,7 @@
 #include "history/LibraryKeeper.h"
 #include "library/BnsFormat.h"
 #include "tests/unit/FakeFiles.h"
+#include "ui/history/NoticeQueue.h"
 
 namespace snip::test {
 namespace {
@@ -346,6 +347,42 @@ TEST_F(HistoryTest, NoSequenceOfSavesKillsAndChangesLosesAState) {
       for (const auto& [tag, bytes] : Kept()) there.insert(bytes);
       ASSERT_TRUE(std::ranges::includes(there, states));
     }
+  }
+}
+
+TEST(NoticeQueueTest, AnEventIsToldWhileItsLibraryIsOpen) {
+  struct Step {
+    std::vector<std::pair<Kind, const char*>> added;
+    const char* open;
+    std::string told;
+  };
+  NoticeQueue queue;
+  for (const auto& [added, open, told] :
+       std::vector<Step>{{{{Kind::UnsavedFound, "a"}, {Kind::ChangedOutside, "b"}}, "a", "unsaved a"},
+                         {{{Kind::SaveFailed, "b"}}, "a", "unsaved a"},
+                         {{{Kind::SaveFailed, "a"}}, "a", "failed a"},
+                         {{}, "b", "failed b"},
+                         {{}, "c", ""},
+                         {{{Kind::SaveCompleted, "a"}}, "c", "completed a"},
+                         {{}, "b", "failed b"},
+                         {{}, "b", "answered"},
+                         {{}, "b", "outside b"},
+                         {{}, "a", "failed a"},  // and the change of b is read when b is opened again
+                         {{}, "a", "answered"},
+                         {{}, "a", "unsaved a"},
+                         {{}, "b", "completed a"},
+                         {{}, "b", "answered"},
+                         {{}, "b", ""}}) {
+    std::vector<LibraryEvent> events;
+    for (const auto& [kind, path] : added) events.push_back({kind, path});
+    queue.Add(std::move(events));
+    if (told == "answered") {
+      queue.Answered();
+      continue;
+    }
+    queue.Update(open);
+    const char* kinds[] = {"failed ", "completed ", "unsaved ", "outside ", "history "};
+    EXPECT_EQ(queue.told() ? kinds[static_cast<int>(queue.told()->kind)] + queue.told()->path : "", told);
   }
 }
 

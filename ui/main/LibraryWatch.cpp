@@ -49,28 +49,11 @@ void LibraryWatch::Tick() {
     nextLook_ = now_ + kLookMs;
     WatchFolder();
   }
-  if (parts_.keeper->hasEvents()) TakeEvents();
-  // What a notice offers is about what is in memory: it waits until its library is open again.
-  if (notice_.shown() && !IsAboutOpenLibrary(shown_)) PutNoticeOff();
+  if (parts_.keeper->hasEvents()) notices_.Add(parts_.keeper->TakeEvents());
+  if (notices_.Update(parts_.keeper->openPath())) notice_.Hide();
   // Under a question a notice could not be answered.
-  if (!events_.empty() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
+  if (notices_.told() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
     ShowNotice();
-}
-
-void LibraryWatch::TakeEvents() {
-  const auto failed = [](const LibraryEvent& event) { return event.kind == LibraryEvent::Kind::SaveFailed; };
-  std::ranges::move(parts_.keeper->TakeEvents(), std::back_inserter(events_));
-  std::ranges::stable_partition(events_, failed);  // waits behind no other notice
-  if (notice_.shown() && !failed(shown_) && !events_.empty() && failed(events_.front()) &&
-      IsAboutOpenLibrary(events_.front()))
-    PutNoticeOff();
-}
-
-void LibraryWatch::PutNoticeOff() {
-  // A file that was changed is read as it is when its library is opened again.
-  if (shown_.kind != LibraryEvent::Kind::ChangedOutside || shown_.path == parts_.keeper->openPath())
-    events_.push_back(shown_);
-  notice_.Hide();
 }
 
 // --- Drafts -----------------------------------------------------------------------------------------------
@@ -114,31 +97,25 @@ void LibraryWatch::WatchFolder() {
 
 // --- The notice -------------------------------------------------------------------------------------------
 
-/// Or about another one, but with nothing to be done.
-bool LibraryWatch::IsAboutOpenLibrary(const LibraryEvent& event) const {
-  return event.kind == LibraryEvent::Kind::SaveCompleted || event.path == parts_.keeper->openPath();
-}
-
 void LibraryWatch::ShowNotice() {
-  const auto about =
-      std::ranges::find_if(events_, [&](const LibraryEvent& event) { return IsAboutOpenLibrary(event); });
-  if (about == events_.end()) return;
-  shown_ = *about;
-  events_.erase(about);
+  const LibraryEvent& event = *notices_.told();
   const std::string time =
-      shown_.version ? ShortTime(shown_.version->time, SystemFiles().Now()) : std::string();
-  notice_.Show(window_, noticeOver_, NoticeOf(shown_.kind, LibraryNameFromEntry(shown_.path), time));
+      event.version ? ShortTime(event.version->time, SystemFiles().Now()) : std::string();
+  notice_.Show(window_, noticeOver_, NoticeOf(event.kind, LibraryNameFromEntry(event.path), time));
 }
 
 void LibraryWatch::Chosen(NoticeChoice choice) {
-  // A question about the library comes first.
-  if (IsWindowEnabled(window_) == 0 || !IsAboutOpenLibrary(shown_)) return;
+  // Another library may have been opened since, or a question be open about this one: it is shown again then.
+  const std::string& open = parts_.keeper->openPath();
+  if (IsWindowEnabled(window_) == 0 || notices_.Update(open) || !notices_.told()) return;
+  const LibraryEvent event = *notices_.told();
+  notices_.Answered();
   switch (choice) {
     case NoticeChoice::LoadAgain:
-      return parts_.operations.LoadAgain(shown_.path);
+      return parts_.operations.LoadAgain(event.path);
     case NoticeChoice::TakeThem:
-      if (!shown_.version) return;
-      if (const auto bytes = Read(*shown_.version)) {
+      if (!event.version) return;
+      if (const auto bytes = Read(*event.version)) {
         BnsResult read = ReadBns(*bytes);
         if (auto* contents = std::get_if<BnsContents>(&read)) PutAllBack(std::move(contents->snippets));
       }

@@ -12,6 +12,7 @@
 #include "history/LibraryKeeper.h"
 #include "platform/Handle.h"
 #include "ui/history/Notice.h"
+#include "ui/history/NoticeQueue.h"
 #include "ui/history/frmHistory.h"
 #include "ui/main/LibraryOperations.h"
 
@@ -49,9 +50,6 @@ class LibraryWatch : private HistorySource {
  private:
   using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
 
-  void TakeEvents();
-  void PutNoticeOff();
-  bool IsAboutOpenLibrary(const LibraryEvent& event) const;
   void ShowNotice();
   void Chosen(NoticeChoice choice);
   void Draft();
@@ -73,8 +71,7 @@ class LibraryWatch : private HistorySource {
   HWND noticeOver_ = nullptr;
   Notice notice_;
   frmHistory history_;
-  std::vector<LibraryEvent> events_;  ///< That are not shown yet.
-  LibraryEvent shown_;
+  NoticeQueue notices_;
 
   DraftTimer draftTimer_;
   unsigned seenChanges_ = 0;
