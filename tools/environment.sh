@@ -86,7 +86,7 @@ hold() {
 
 # Starts an X server of our own, which ends with this script.
 start_private_display() {
-  local number_file=$top/build/display.$$
+  local number_file=$top/build/display.$BASHPID
   # The server takes a number that is free and tells it.
   Xvfb -displayfd 5 -screen 0 "${1:-1024x768x24}" -nolisten tcp -noreset 5>"$number_file" >/dev/null 2>&1 &
   display_pid=$!
@@ -123,7 +123,7 @@ set_wine_value() {
 use_private_wine() {
   start_private_display
   local name=${1:-private}
-  [ "$wine_arch" = win64 ] || name=private-$wine_arch
+  [ "$wine_arch" = win64 ] || name+=-$wine_arch
   hold "$name"
   private_prefix=$top/build/wine/$name
   make_prefix "$private_prefix" N
