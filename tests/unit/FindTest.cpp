@@ -9,6 +9,7 @@
 #include "find/Tags.h"
 #include "library/BnsFormat.h"
 #include "tests/unit/Foldings.h"
+#include "ui/find/FoundWalk.h"
 #include "ui/find/PaletteRows.h"
 
 namespace snip::test {
@@ -141,6 +142,56 @@ TEST_F(FindTest, ThePalettesRowsBeginWithThePlacesInTheCode) {
   EXPECT_EQ(rows.count(), 1);
   EXPECT_EQ(rows.Row(0).Spoken() + ", " + rows.TagAt(0) + rows.TagAt(1), "#tag - 1 snippet, tag");
   EXPECT_FALSE(rows.FoundAt(0) || rows.PlaceAt(0));
+}
+
+TEST_F(FindTest, WhatMatchedInADescriptionAndAroundItInALongLineIsMarked) {
+  PaletteRows rows(folding);
+  const std::string x(500, 'x');
+  rows.finder().SetLibraries({MakeLibrary("L", {{"n", "", x + "fill" + x, ""}}, folding)});
+  rows.Search("fill", {});
+  const PaletteRow row = rows.Row(0);
+  EXPECT_EQ(row.context, "..." + x.substr(0, 20) + "fill" + x.substr(0, 376));
+  EXPECT_EQ(row.contextMarks, (std::vector<TextRange>{{23, 27}}));
+  for (const auto& [query, end] : {std::pair("fill", 9U), {"#fill", 11U}}) {
+    finder.Search(query);
+    EXPECT_EQ(finder.PlacesInDescription("see #filled").front().end, end) << query;
+  }
+}
+
+TEST_F(FindTest, AWalkGoesThroughThePlacesInTheCodeAndOnToTheNextSnippet) {
+  struct Shown : WalkTarget {
+    std::vector<Snippet> snippets{
+        {"a", "", "fill, fill", ""}, {"b", "", "fill", ""}, {"c", "", "x fill", ""}};
+    std::size_t at = 0;
+    TextRange selected;
+    std::optional<std::string> ShownCode() override { return snippets[at].Code; }
+    bool GoTo(const FindDestination& destination) override {
+      at = destination.snippet;
+      return snippets[at].Name == destination.name;
+    }
+    void SelectInCode(TextRange place) override { selected = place; }
+    TextRange SelectedInCode() override { return selected; }
+  } shown;
+  finder.SetLibraries({MakeLibrary("L", shown.snippets, folding)});
+  FoundWalk walk(shown, finder);
+  EXPECT_EQ(walk.GoOn(true), std::nullopt) << "nothing was looked for";
+  finder.Search("fill");
+  walk.BeginAt(finder.found()[0]);
+  std::string places;
+  const auto look = [&] {
+    places += shown.snippets[shown.at].Name + std::to_string(shown.selected.begin) + " ";
+  };
+  EXPECT_TRUE(walk.Go());
+  look();
+  for (const char direction : std::string("++++----")) {
+    if (walk.GoOn(direction == '+') == std::optional(true)) look();
+  }
+  EXPECT_EQ(places, "a0 a6 b0 c2 b0 a6 a0 ");
+  EXPECT_EQ(walk.GoOn(false), std::optional(false)) << "the walk ends at the first";
+  walk.Forget();
+  walk.BeginInCode();
+  EXPECT_TRUE(*walk.GoOn(false));
+  EXPECT_EQ(shown.selected.begin, 6U) << "within the code a walk goes round";
 }
 
 TEST_F(FindTest, TagsAreWordsBehindANumberSign) {

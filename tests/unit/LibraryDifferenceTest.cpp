@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "library/LibraryMerge.h"
+#include "ui/history/HistoryRows.h"
 #include "library/LineDifference.h"
 #include "library/LineMerge.h"
 
@@ -113,6 +114,16 @@ TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
   EXPECT_EQ(Described(CompareLibraries(LibraryOf("a="), std::vector<Snippet>{{"a", "x", "", "x"}})), "0>0ad");
 }
 
+TEST(LibraryDifferenceTest, DeletedSnippetsAreListedOnceWithTheNewestVersionThatHasThem) {
+  DeletedSnippets deleted;
+  deleted.Add(0, LibraryOf("a=1,b=2,c=3"), LibraryOf("a=1"));
+  deleted.Add(1, LibraryOf("d=4,b=1"), LibraryOf("a=1"));
+  std::string rows;
+  for (const auto& row : deleted.rows())
+    rows += row.name + std::to_string(row.version) + std::to_string(row.place) + " ";
+  EXPECT_EQ(rows, "b01 c02 d10 ");
+}
+
 TEST(LibraryMergeTest, MergesLinesOfBothSides) {
   for (const auto& [base, ours, theirs, mergedOurs, mergedTheirs] : std::vector<std::array<std::string, 5>>{
            {"abc", "xbc", "abz", "xbz", "xbz"},
@@ -122,6 +133,7 @@ TEST(LibraryMergeTest, MergesLinesOfBothSides) {
            {"abc", "abcx", "abcy", "abcx", "abcy"},   // added at one place
            {"abcdefgh", "ABcdefGh", "aBcdefgH", "ABcdefGH", "aBcdefGH"},
            {"abcdef", "aXf", "aBcdEf", "aXf", "aBcdEf"},  // one change of ours reaches two of theirs
+           {"abcdef", "aXf", "aBcdef", "aXf", "aBcdef"},
        }) {
     const MergedText merged = MergeLines(Text(base), Text(ours), Text(theirs));
     const MergedText swapped = MergeLines(Text(base), Text(theirs), Text(ours));

@@ -21,7 +21,9 @@ class FakeSurroundings : public TipSurroundings {
 
   Place PlaceOfPointer() override { return place; }
   std::int32_t EntryAtPointer() const override { return entry; }
-  std::string EntryText(std::int32_t index) const override { return index % 2 == 0 ? "short" : wide; }
+  std::string EntryText(std::int32_t index) const override {
+    return index % 2 == 0 && index < 0x10000 ? "short" : wide;
+  }
   Point OnScreen(int y) const override { return {100, 200 + y}; }
   int TopEntry() const override { return topEntry; }
   int EntryHeight() const override { return 10; }
@@ -56,8 +58,8 @@ TEST(TipsTest, ATipLiesOverTheEntryThatDoesNotFit) {
       {Place::List, 5, {fifth}},   // another long one
       {Place::List, 4, {"hide"}},  // a short one
       {Place::List, 4, {}},
-      {Place::List, 5, {fifth}},             // back
-      {Place::List, 0x10000 + 5, {"hide"}},  // below the last entry
+      {Place::List, 5, {fifth}},         // back
+      {Place::List, 0x10000, {"hide"}},  // below the last entry
       {Place::List, 5, {fifth}},
       {Place::Elsewhere, 5, {"hide"}},
       {Place::Elsewhere, 5, {}},

@@ -18,11 +18,25 @@ struct FindDestination {
   std::string name;
 };
 
-/// What the palette asks of the window that it belongs to.
-class FindTarget {
+/// What a walk from one place that was found to the next asks of the window that shows them.
+class WalkTarget {
  public:
-  virtual ~FindTarget() = default;
+  virtual ~WalkTarget() = default;
 
+  /// The code that is shown; none without a snippet.
+  virtual std::optional<std::string> ShownCode() = 0;
+  /// Shows a snippet, opening its library as the chooser does. False if it is not there any more, or the
+  /// window is gone.
+  virtual bool GoTo(const FindDestination& destination) = 0;
+  /// Selects a part of the code that is shown; begins and ends are bytes.
+  virtual void SelectInCode(TextRange place) = 0;
+  /// The end of what is selected there, in bytes.
+  virtual TextRange SelectedInCode() = 0;
+};
+
+/// What the palette asks of the window that it belongs to.
+class FindTarget : public WalkTarget {
+ public:
   struct Open {
     NamedLibrary library;
     const std::vector<Snippet>* snippets = nullptr;
@@ -31,18 +45,9 @@ class FindTarget {
   virtual std::optional<Open> OpenLibrary() = 0;
   /// All that can be chosen besides, in their order.
   virtual std::vector<NamedLibrary> OtherLibraries() = 0;
-  /// The code that is shown; none without a snippet.
-  virtual std::optional<std::string> ShownCode() = 0;
   virtual FontProperty CodeFont() const = 0;
   virtual bool ColoursCode() const = 0;
 
-  /// Shows a snippet, opening its library as the chooser does. False if it is not there any more, or the
-  /// window is gone.
-  virtual bool GoTo(const FindDestination& destination) = 0;
-  /// Selects a part of the code that is shown; begins and ends are bytes.
-  virtual void SelectInCode(TextRange place) = 0;
-  /// The end of what is selected there, in bytes.
-  virtual TextRange SelectedInCode() = 0;
   /// Does with a snippet what the output button shows.
   virtual void Output(const SearchedLibrary& library, std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;

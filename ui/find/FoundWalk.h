@@ -14,7 +14,7 @@ namespace snip {
 class FoundWalk {
  public:
   /// Both must outlive this.
-  FoundWalk(FindTarget& target, Finder& finder) : target_(target), finder_(finder) {}
+  FoundWalk(WalkTarget& target, Finder& finder) : target_(target), finder_(finder) {}
 
   /// Begins at a snippet among all that is found now.
   void BeginAt(const Found& found);
@@ -35,7 +35,7 @@ class FoundWalk {
   bool GoTo(bool forward);
   bool SelectPlace(bool forward, bool fromStart);
 
-  FindTarget& target_;
+  WalkTarget& target_;
   Finder& finder_;
   bool inCode_ = false;
   std::vector<FindDestination> hits_;  ///< What was found when the user went to one of them.
