@@ -152,9 +152,11 @@ TEST_F(FindTest, WhatMatchedInADescriptionAndAroundItInALongLineIsMarked) {
   const PaletteRow row = rows.Row(0);
   EXPECT_EQ(row.context, "..." + x.substr(0, 20) + "fill" + x.substr(0, 376));
   EXPECT_EQ(row.contextMarks, (std::vector<TextRange>{{23, 27}}));
-  for (const auto& [query, end] : {std::pair("fill", 9U), {"#fill", 11U}}) {
+  for (const auto& [query, end] : {std::pair("fill -see", 9U), {"name:see fill", 9U}, {"#fill", 11U}}) {
     finder.Search(query);
-    EXPECT_EQ(finder.PlacesInDescription("see #filled").front().end, end) << query;
+    const auto places = finder.PlacesInDescription("see #filled");
+    ASSERT_EQ(places.size(), 1U) << query;
+    EXPECT_EQ(places[0].end, end) << query;
   }
 }
 

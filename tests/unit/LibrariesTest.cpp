@@ -139,6 +139,21 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   refresh();  // is left behind
 }
 
+TEST_F(LibrariesTest, TheOtherLibrariesAreThoseOfTheFolderAndOfTheChooserButTheOpenOne) {
+  Load();
+  chooser.chosenPath = "D:\\Far.bns";
+  store.files["D:\\Far.bns"] = WriteBns(std::vector{Named("Far")});
+  ChooseFile(static_cast<int>(chooser.files.size()) - 1);
+  std::string others;
+  for (const NamedLibrary& other : operations.OtherLibraries()) others += other.name + " ";
+  EXPECT_EQ(library.LibraryName + ": " + others, "Far: Strings Other ");
+  chooser.gone = true;  // the window, while the dialog was open
+  chooser.selected = static_cast<int>(chooser.files.size()) - 1;
+  chooser.chosenPath.reset();
+  operations.cboFiles_Click();
+  EXPECT_EQ(library.LibraryName, "Far");
+}
+
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {
   library.Saved = false;
   operations.LoadFiles();

@@ -63,7 +63,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"10.5", "NNNN"},
       {"a.5 + b(1).5 + .5", "..N.....N..N...NN"},
       {"x = 12% + 1.5E+3! + .5 + 3# + 1E", "....NNN...NNNNNNN...NN...NN...N."},
-      {"x = &HFF& + &O17 + &h0", "....NNNNN...NNNN...NNN"},
+      {"x = &HFF& + &O07 + &h0", "....NNNNN...NNNN...NNN"},
       {"x = a &Has & b", ".............."},
       {"d = #1/2/98# + #12:30 PM# + #Jan 1, 1998#", "....DDDDDDDD...DDDDDDDDDD...DDDDDDDDDDDDD"},
       {"Print #1, \"x\": Close #2", "KKKKK..N..SSS..KKKKK..N"},
