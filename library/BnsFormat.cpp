@@ -43,11 +43,8 @@ class Reader : public BnsEvents {
     // The end of the list has always dropped a line end from the last snippet, which loses its own as well.
     if (ending == BnsEnding::ListEndTooEarly) DropLastLineEnds(snippet_);
     AddSnippet();
-    if (ending == BnsEnding::FileEndTooEarly) {
-      // The announced snippet is there, but empty.
-      reading_ = true;
-      AddSnippet();
-    }
+    // The announced snippet is there, but empty.
+    if (ending == BnsEnding::FileEndTooEarly) AddSnippet();
     return std::move(contents_);
   }
 
@@ -70,7 +67,6 @@ class Reader : public BnsEvents {
     } else {
       ++contents_.omitted;
     }
-    reading_ = false;
     snippet_.Name.clear();
     snippet_.Attachment.clear();
     snippet_.Description.clear();
@@ -82,7 +78,7 @@ class Reader : public BnsEvents {
   std::size_t count_ = 0;
   // Every snippet is read into this one, whose texts soon have the capacity, and copied in its size.
   Snippet snippet_;
-  bool reading_ = false;  ///< Whether `snippet_` is to be added.
+  bool reading_ = false;  ///< Whether there is a snippet to be added.
 };
 
 }  // namespace

@@ -26,10 +26,8 @@ struct Entry {
 };
 
 void MergeFields(Entry& entry) {
-  // What both sides added has nothing in common but its name.
-  Snippet added;
-  if (entry.base == nullptr) added.Name = entry.ours->Name;
-  const Snippet& base = entry.base == nullptr ? added : *entry.base;
+  const Snippet nothing;
+  const Snippet& base = entry.base == nullptr ? nothing : *entry.base;
   if (*entry.ours == *entry.theirs || *entry.theirs == base) {
     entry.merged.push_back(*entry.ours);
     return;

@@ -54,6 +54,12 @@ TEST(CodeFields, AreFilled) {
   }
 }
 
+TEST(CodeFields, AFieldIsWrittenIfItIsReadAsItself) {
+  EXPECT_EQ(WrittenField("a", {}), "<<a>>");
+  EXPECT_EQ(WrittenField("a", {"b", "c d"}), "<<a=b|c d>>");
+  EXPECT_EQ(WrittenField("a", {"b>>"}), std::nullopt);
+}
+
 TEST(CodeFields, IndentationIsTakenAndGiven) {
   EXPECT_EQ(Indented("a\r\n\r\n  b\r\n", "\t "), "\t a\r\n\r\n\t   b\r\n");
   EXPECT_EQ(WithoutCommonIndentation("    a\r\n \r\n      b\r\n\r\n"), "a\r\n\r\n  b\r\n\r\n");

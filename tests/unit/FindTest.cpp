@@ -106,6 +106,8 @@ TEST_F(FindTest, EqualNamesKeepTheirOrderAndWhatWasUsedLatelyComesFirst) {
   ASSERT_EQ(found.size(), Library::kMaxSnippets);
   for (std::uint32_t i = 0; i < found.size(); ++i) ASSERT_EQ(found[i].snippet, i);
 
+  EXPECT_TRUE(FoundNames(finder, "\"rsf", 1).empty());
+  EXPECT_EQ(FoundNames(finder, "rsf", 1), Names{"ReadStringFromRegistry"}) << "no narrower search";
   EXPECT_EQ(FoundNames(finder, "in:more write", 2), (Names{"WriteStringFromRegistry", "WriteIniFile"}));
   finder.Use(finder.found()[2]);
   EXPECT_EQ(FoundNames(finder, "in:more write", 1), Names{"WriteHTTPServerName"});

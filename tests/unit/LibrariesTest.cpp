@@ -155,6 +155,7 @@ TEST_F(LibrariesTest, TheOtherLibrariesAreThoseOfTheFolderAndOfTheChooserButTheO
 }
 
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {
+  EXPECT_EQ(operations.SavedElsewhere(), "");
   library.Saved = false;
   operations.LoadFiles();
   EXPECT_EQ(calls, Calls{"read " + kStrings});

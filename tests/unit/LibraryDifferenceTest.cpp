@@ -122,6 +122,16 @@ TEST(LibraryDifferenceTest, DeletedSnippetsAreListedOnceWithTheNewestVersionThat
   for (const auto& row : deleted.rows())
     rows += row.name + std::to_string(row.version) + std::to_string(row.place) + " ";
   EXPECT_EQ(rows, "b01 c02 d10 ");
+
+  const Snippet now{"a", "", "1\r\n' 2 _\r\n3", "d"}, then{"a", "", "1\r\n3", "e"};
+  std::string lines;
+  for (const Snippet* old : {&then, static_cast<const Snippet*>(nullptr)}) {
+    for (const DifferenceLine& line : DifferingLines(&now, old))
+      lines += line.mark + line.text + (line.before == LineState::Fresh ? "" : "*") + " ";
+  }
+  EXPECT_EQ(lines,
+            "=Description -d +e =Code  1 -' 2 _  3* "
+            "=Name -a =Attachment - =Description -d =Code -1 -' 2 _ -3* ");
 }
 
 TEST(LibraryMergeTest, MergesLinesOfBothSides) {

@@ -207,13 +207,13 @@ TEST(BnsSearchTest, HitsTellTextAndLine) {
     BytesInMemory bytes(file);
     BnsScanner scanner(bytes);
     SearchLibrary(scanner, matcher, {}, [&](const Hit& hit) {
-      found += std::string(hit.name) + "/" + std::to_string(static_cast<int>(hit.section)) + "/" +
-               std::to_string(hit.line) + "/" + std::string(hit.text) + "/" + std::to_string(hit.match.at) +
-               ";";
+      found += std::to_string(hit.snippet) + std::string(hit.name) + "/" +
+               std::to_string(static_cast<int>(hit.section)) + "/" + std::to_string(hit.line) + "/" +
+               std::string(hit.text) + "/" + std::to_string(hit.match.at) + ";";
     });
     BytesInMemory again(file);
     EXPECT_TRUE(CanHaveHits(again, matcher));
-    EXPECT_EQ(found, "one x/1/1/one x/4;one x/3/2/x/0;one x/5/2/x x/0;two/5/1/ax/1;");
+    EXPECT_EQ(found, "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;1two/5/1/ax/1;");
   }
 }
 
