@@ -154,6 +154,8 @@ TEST_F(FindTest, WhatMatchedInADescriptionAndAroundItInALongLineIsMarked) {
   const PaletteRow row = rows.Row(0);
   EXPECT_EQ(row.context, "..." + x.substr(0, 20) + "fill" + x.substr(0, 376));
   EXPECT_EQ(row.contextMarks, (std::vector<TextRange>{{23, 27}}));
+  finder.SetLibraries({MakeLibrary("L", {{"XYZ(a", "", "", ""}}, folding)});
+  EXPECT_EQ(finder.Search("z").at(0).place, HitPlace::InName) << "a word begins before a small letter";
   for (const auto& [query, end] : {std::pair("fill -see", 9U), {"name:see fill", 9U}, {"#fill", 11U}}) {
     finder.Search(query);
     const auto places = finder.PlacesInDescription("see #filled");
