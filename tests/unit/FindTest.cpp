@@ -156,6 +156,8 @@ TEST_F(FindTest, WhatMatchedInADescriptionAndAroundItInALongLineIsMarked) {
   EXPECT_EQ(row.contextMarks, (std::vector<TextRange>{{23, 27}}));
   finder.SetLibraries({MakeLibrary("L", {{"XYZ(a", "", "", ""}}, folding)});
   EXPECT_EQ(finder.Search("z").at(0).place, HitPlace::InName) << "a word begins before a small letter";
+  const Folding utf8 = Folding::Utf8();
+  EXPECT_EQ(MatchName(Needle("x", utf8), false, "a.xy", utf8), HitPlace::WordBegin);
   for (const auto& [query, end] : {std::pair("fill -see", 9U), {"name:see fill", 9U}, {"#fill", 11U}}) {
     finder.Search(query);
     const auto places = finder.PlacesInDescription("see #filled");
@@ -198,6 +200,9 @@ TEST_F(FindTest, AWalkGoesThroughThePlacesInTheCodeAndOnToTheNextSnippet) {
   walk.BeginInCode();
   EXPECT_TRUE(*walk.GoOn(false));
   EXPECT_EQ(shown.selected.begin, 6U) << "within the code a walk goes round";
+  walk.Forget();
+  finder.Search("x");
+  EXPECT_TRUE(*walk.GoOn(true) && shown.at == 2) << "what is looked for next begins a new walk";
 }
 
 TEST_F(FindTest, TagsAreWordsBehindANumberSign) {
