@@ -341,8 +341,10 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   const HWND palette = Find("fill");
   EXPECT_EQ(FoundRows(palette).at(0), ">Fill twice - Words, in the name");
   EXPECT_EQ(WindowText(GetDlgItem(palette, frmFind::kStatusId)), "2 snippets - cannot be read: Broken");
-  const HWND preview = GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
-  EXPECT_TRUE(Until([&] { return WindowText(preview) == first.Code; }));
+  EXPECT_TRUE(Until([&] {
+    const HWND preview = GetDlgItem(palette, frmFind::kPreviewId);  // made a moment after the list is seen
+    return WindowText(GetDlgItem(preview, BnRichEdit::kControlId)) == first.Code;
+  }));
 
   PressKey(VK_DOWN);
   PressKey(VK_RETURN);

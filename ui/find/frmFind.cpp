@@ -105,10 +105,10 @@ void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
                               .title = "Find Snippets",
                               .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
                               .exStyle = WS_EX_CONTROLPARENT,
+                              .place = StoredPlace(owner),
                               .parent = owner,
                               .iconId = IDI_SNIPSTORE});
     if (!made) return;
-    RestorePlace(owner);
   }
   KillTimer(hWnd(), kForgetTimer);
   codeFirst_ = codeFirst;
@@ -129,13 +129,19 @@ void frmFind::MakeControls() {
   field_ = CreateControl(hWnd(), "EDIT", "", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE,
                          kFieldId, font_.get());
   list_.CreateIn(hWnd(), kListId, font_.get());
-  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont());
-  preview_.SetLocked(true);
-  SetWindowTextA(preview_.hWnd(), "Preview");
   status_ = CreateControl(hWnd(), "STATIC", "", WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, kStatusId,
                           font_.get());
   keys_ = CreateControl(hWnd(), "STATIC", kKeys, WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, kKeysId,
                         font_.get());
+}
+
+/// The preview is made when there is something to show in it: the list is seen first, a quarter sooner.
+void frmFind::MakePreview() {
+  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont());
+  preview_.SetLocked(true);
+  SetWindowTextA(preview_.hWnd(), "Preview");
+  SetWindowPos(preview_.hWnd(), list_.hWnd(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  Layout();
 }
 
 void frmFind::Layout() {
@@ -152,13 +158,15 @@ void frmFind::Layout() {
   const int rest = std::max(0, foot - margin / 2 - top);
   const int listHeight = rest * 11 / 20;
   MoveTo(list_.hWnd(), {margin, top, width, listHeight});
-  MoveTo(preview_.hWnd(),
-         {margin, top + listHeight + margin / 2, width, std::max(0, rest - listHeight - margin / 2)});
+  if (preview_.hWnd() != nullptr) {
+    MoveTo(preview_.hWnd(),
+           {margin, top + listHeight + margin / 2, width, std::max(0, rest - listHeight - margin / 2)});
+  }
   MoveTo(status_, {margin, foot, width, line});
   MoveTo(keys_, {margin, foot + line, width, line});
 }
 
-void frmFind::RestorePlace(HWND owner) {
+Rect frmFind::StoredPlace(HWND owner) const {
   const TwipsPerPixel twips = ScreenTwips();
   const auto stored = [&](const char* name) {
     return static_cast<int>(std::clamp(Val(services_.settings.LoadMore(name)), -400000.0, 400000.0));
@@ -179,7 +187,7 @@ void frmFind::RestorePlace(HWND owner) {
   place.height = std::min(place.height, screen.height);
   place.left = std::clamp(place.left, screen.left, screen.right() - place.width);
   place.top = std::clamp(place.top, screen.top, screen.bottom() - place.height);
-  MoveTo(hWnd(), place);
+  return place;
 }
 
 void frmFind::SavePlace() const {
@@ -310,6 +318,7 @@ std::optional<SearchedSnippet> frmFind::Selected() const {
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
+  if (preview_.hWnd() == nullptr) MakePreview();
   const int row = list_.selected();
   const auto snippet = Selected();
   const auto first = rows_.PlaceAt(row);

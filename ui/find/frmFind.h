@@ -61,8 +61,9 @@ class frmFind : public Window {
   };
 
   void MakeControls();
+  void MakePreview();
   void Layout();
-  void RestorePlace(HWND owner);
+  Rect StoredPlace(HWND owner) const;  ///< Pixels.
   void SavePlace() const;
   void Refresh();
   void TakeResults();
