@@ -1,8 +1,7 @@
 #include "platform/Window.h"
 
-#include <windowsx.h>
-
 #include <optional>
+#include <utility>
 
 #include "platform/Guarded.h"
 #include "platform/Rects.h"
@@ -34,12 +33,6 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
 bool Within(HWND window, POINT screen) {
   RECT place{};
   return GetWindowRect(window, &place) != 0 && PtInRect(&place, screen) != 0;
-}
-
-/// Where the pointer was, on the screen, when the message came that is being handled.
-POINT PlaceOfMessage() {
-  const auto place = static_cast<LPARAM>(GetMessagePos());
-  return {GET_X_LPARAM(place), GET_Y_LPARAM(place)};
 }
 
 }  // namespace
@@ -151,18 +144,19 @@ bool LiesAt(HWND window, POINT screen) {
          WindowFromPoint(screen) == window;
 }
 
-bool PointerQuery::Needed(HWND window) {
-  constexpr int skippedTicks = 7;
-  const POINT told = PlaceOfMessage();
-  if (left_ && left_->x == told.x && left_->y == told.y && ++skipped_ <= skippedTicks) return false;
-  left_.reset();
-  skipped_ = 0;
-  return Within(window, told);
+void HoverTimer::Start() {
+  needlessTicks_ = 0;
+  if (!std::exchange(running_, true)) SetTimer(window_.hWnd(), id_, kIntervalMs, nullptr);
 }
 
-void PointerQuery::Found(POINT pointer) {
-  const POINT told = PlaceOfMessage();
-  if (pointer.x != told.x || pointer.y != told.y) left_ = told;
+void HoverTimer::Stop() {
+  if (std::exchange(running_, false)) KillTimer(window_.hWnd(), id_);
+}
+
+void HoverTimer::Ticked(bool needed) {
+  constexpr int mostNeedless = 9;
+  if (needed) return Start();
+  if (++needlessTicks_ >= mostNeedless) Stop();
 }
 
 }  // namespace snip

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <optional>
 #include <string>
 
 #include "platform/Geometry.h"
@@ -78,19 +77,28 @@ Rect PlaceInParent(HWND window);
 /// window in a disabled one does not count, because it gets no mouse.
 bool LiesAt(HWND window, POINT screen);
 
-/// Tells a timer's handler whether it has to look for the pointer in a window. GetCursorPos is slow, so the
-/// last message's position is used unless it is stale: a pointer that leaves to another program's window
-/// sends no message. A stale position is looked at again only now and then.
-class PointerQuery {
+/// A window's timer that follows the pointer. It runs while there is something to follow and half a second
+/// longer, since the system tells a wrong place for a moment after some moves; otherwise an idle program
+/// would wake for nothing.
+class HoverTimer {
  public:
-  /// Whether the pointer may be within the bounds of `window`.
-  bool Needed(HWND window);
-  /// Takes where it was found then, on the screen.
-  void Found(POINT pointer);
+  static constexpr UINT kIntervalMs = 55;
+
+  HoverTimer(const Window& window, UINT_PTR id) : window_(window), id_(id) {}
+  HoverTimer(const HoverTimer&) = delete;
+  HoverTimer& operator=(const HoverTimer&) = delete;
+
+  /// The pointer may have come.
+  void Start();
+  void Stop();
+  /// To be told whenever the window looks whether there is something to follow.
+  void Ticked(bool needed);
 
  private:
-  std::optional<POINT> left_;  ///< The last message's position, once it is stale.
-  int skipped_ = 0;            ///< How often it was not looked for since.
+  const Window& window_;
+  const UINT_PTR id_;
+  bool running_ = false;
+  int needlessTicks_ = 0;
 };
 
 }  // namespace snip

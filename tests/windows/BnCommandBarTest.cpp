@@ -152,6 +152,10 @@ TEST_F(BnCommandBarTest, ButtonsFollowThePointer) {
                        "down 1 0 " + std::to_string(at.x) + "," + std::to_string(at.y), "sound", "click 0",
                        "up 1", "double click", "up 1", "leave 0"}));
 
+  // With the pointer elsewhere no timer ticks until it comes back.
+  EXPECT_TRUE(
+      WaitUntil([] { return MsgWaitForMultipleObjects(0, nullptr, FALSE, 300, QS_TIMER) == WAIT_TIMEOUT; }));
+
   bar_.SetPlaysSounds(false);
   HoverOver(kMenu);
   log_.clear();

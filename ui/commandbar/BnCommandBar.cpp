@@ -367,14 +367,8 @@ BarStyle BnCommandBar::Style() const {
 }
 
 void BnCommandBar::tHitTest_Timer() {
-  if (input_.HotButton() < 0 && !showsTip_ && !look_.Needed(hWnd())) {
-    // Most of the time: no button is left or entered, so the pointer's exact place is not needed.
-    Tell(&CommandBarInput::tHitTest_Timer, std::nullopt, Point{});
-    return;
-  }
   POINT screen{};
   GetCursorPos(&screen);
-  look_.Found(screen);
   const Point at = ToPoint(screen);
   std::optional<Point> client;
   if (LiesAt(hWnd(), screen) || (showsTip_ && services_.tip->Hides(hWnd(), at))) {
@@ -382,6 +376,7 @@ void BnCommandBar::tHitTest_Timer() {
     ScreenToClient(hWnd(), &place);
     client = ToPoint(place);
   }
+  hover_.Ticked(client || input_.HotButton() >= 0 || showsTip_);
   Tell(&CommandBarInput::tHitTest_Timer, client, at);
 }
 
@@ -417,6 +412,7 @@ LRESULT BnCommandBar::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) 
       Tell(&CommandBarInput::DblClick);
       return 0;
     case WM_MOUSEMOVE:
+      LookForPointer();
       Tell(&CommandBarInput::MouseMove, MouseArguments(HeldButtons(wParam), wParam, lParam));
       return 0;
     case WM_CAPTURECHANGED:

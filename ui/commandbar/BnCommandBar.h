@@ -114,13 +114,16 @@ class BnCommandBar : public Window, private BarPort {
   void EraseBtn(int index);
   void RedrawButton(int index);
   void Refresh();
-  /// Restarts the hover timer's interval, in step with others that are started at the same moment.
-  void RestartHoverTimer() {
-    if (input_.InRunMode()) StartHoverTimer();
+  /// Has the bar look where the pointer is, which may have come onto it without a move.
+  void LookForPointer() {
+    if (input_.InRunMode()) hover_.Start();
   }
   void Freeze() { Tell(&CommandBarInput::Freeze); }
   /// Paints the whole bar at once.
-  void Thaw() { Tell(&CommandBarInput::Thaw); }
+  void Thaw() {
+    LookForPointer();
+    Tell(&CommandBarInput::Thaw);
+  }
 
   // The whole control.
   bool Enabled() const { return properties_.Enabled; }
@@ -191,8 +194,8 @@ class BnCommandBar : public Window, private BarPort {
   void PlayClick() override { services_.sounds.PlayOfficeSound("ToolbarClick"); }
   void ShowTip(const std::string& text, Point screen) override;
   void HideTip() override;
-  void StartHoverTimer() override { SetTimer(hWnd(), kHoverTimer, CommandBarInput::kHoverInterval, nullptr); }
-  void StopHoverTimer() override { KillTimer(hWnd(), kHoverTimer); }
+  void StartHoverTimer() override { hover_.Start(); }
+  void StopHoverTimer() override { hover_.Stop(); }
   bool TakeCapture() override;
   void ReleaseCapture() override;
   bool Raise(BarMouseEvent event, const BarMouse& mouse) override;
@@ -224,7 +227,7 @@ class BnCommandBar : public Window, private BarPort {
   CommandBarAccessible accessibleItems_{*this};
   AccessibleList accessible_{*this, accessibleItems_};
   int lineHeight_ = 0;
-  PointerQuery look_;
+  HoverTimer hover_{*this, kHoverTimer};
   bool showsTip_ = false;                                         ///< The tip that is up is this bar's.
   std::map<CommandBarAccessible::PartId, LONG> announcedStates_;  ///< What assistive programs were told last.
   std::map<CommandBarAccessible::PartId, std::string> shortcuts_;

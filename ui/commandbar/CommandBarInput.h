@@ -21,8 +21,6 @@ namespace snip {
 /// The bar does not ask which mouse button it is: each of them presses.
 class CommandBarInput {
  public:
-  /// Milliseconds between two calls of tHitTest_Timer.
-  static constexpr int kHoverInterval = 55;
   /// After so many ticks on one button its tip is shown: after 0.44 seconds.
   static constexpr int kTicksToTip = 8;
 

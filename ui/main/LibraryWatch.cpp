@@ -13,7 +13,7 @@
 namespace snip {
 namespace {
 
-constexpr std::uint64_t kLookMs = 1000;
+constexpr std::uint64_t kLookMs = 500;
 
 }  // namespace
 

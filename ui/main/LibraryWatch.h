@@ -37,7 +37,7 @@ class LibraryWatch : private HistorySource {
   void Attach(HWND window, HWND noticeOver);
   void Unload();
 
-  /// Some times in a second.
+  /// At least once in a second.
   void Tick();
   void OnActivate();
   /// The window was moved, or another size.

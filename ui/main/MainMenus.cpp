@@ -86,10 +86,14 @@ void MainMenus::Prepare() {
   mnuEdit.SetAllowRightClick(true);
 }
 
-void MainMenus::UpdateTornOff() {
+bool MainMenus::UpdateTornOff() {
+  bool any = false;
   for (Menu* menu : All()) {
-    if (menu->input().State() == MenuState::Floating) Update(*menu);
+    if (menu->input().State() != MenuState::Floating) continue;
+    Update(*menu);
+    any = true;
   }
+  return any;
 }
 
 void MainMenus::Update(Menu& menu) const {

@@ -31,8 +31,8 @@ class MainMenus {
 
   /// To be called before a menu is opened: the pictures are loaded with the first that is.
   void Prepare();
-  /// Torn-off menus follow what is possible now.
-  void UpdateTornOff();
+  /// Torn-off menus follow what is possible now. Whether there are any.
+  bool UpdateTornOff();
   void Unload();
   void StayInFront();
   /// For the message loop: whether the message was for an open menu.

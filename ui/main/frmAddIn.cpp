@@ -23,6 +23,8 @@ constexpr int kDesignLeftPaneWidth = 3000;
 constexpr int kDesignDescriptionHeight = 800;
 
 constexpr UINT_PTR kTipTimer = 1;
+constexpr UINT_PTR kWatchTimer = 2;
+constexpr UINT kWatchMs = 1000;
 
 /// What moves the shown snippet or undoes a change of the list, with Ctrl, and Shift or not.
 std::optional<int> ListCommandOfKey(WPARAM key, bool shift) {
@@ -64,6 +66,7 @@ frmAddIn::frmAddIn(Services services)
                  .mouseDown = [this](int button, POINT screen) { txtCode_MouseDown(button, screen); },
                  .contextMenu = [this](POINT screen) { PopUp(menus_.mnuEdit, screen); }},
                 bars_, chooser_),
+      hover_(*this, kTipTimer),
       menus_(services_.sounds, {.preTranslate = [this](MSG& message) { return PreTranslate(message); },
                                 .Clicked = [this](int command) { Do(command); },
                                 .isEnabled = [this](int command) { return IsEnabled(command); },
@@ -141,12 +144,11 @@ void frmAddIn::ShowForQuestion() {
   if (!taken || (!library_.Saved && !library_.LibraryName.empty())) Show(host_);
 }
 
-/// Starts all timers at the same moment, so that an idle program wakes once in an interval, not three times.
-void frmAddIn::StartTimers() {
-  static_assert(ListTips::kIntervalMs == CommandBarInput::kHoverInterval);
-  SetTimer(hWnd(), kTipTimer, ListTips::kIntervalMs, nullptr);
-  bars_.cmd.RestartHoverTimer();
-  bars_.cmdEdit.RestartHoverTimer();
+/// What lies under the pointer may have changed without a move of it.
+void frmAddIn::LookAround() {
+  hover_.Start();
+  bars_.cmd.LookForPointer();
+  bars_.cmdEdit.LookForPointer();
 }
 
 bool frmAddIn::Form_Load() {
@@ -181,7 +183,7 @@ void frmAddIn::CloseWindow() {
 }
 
 void frmAddIn::Form_Unload() {
-  KillTimer(hWnd(), kTipTimer);
+  hover_.Stop();
   menus_.Unload();
   tTip_.Unload();
   bars_.Destroy();
@@ -341,11 +343,12 @@ HWND frmAddIn::FocusTarget() const {
 /// field and the clipboard hold, for a torn-off menu to show what can be done with it.
 void frmAddIn::Tick() {
   delivery_.ForgetLastDelivery();  // a timer's turn comes when no input waits any more
-  if (switches_[Switch::SnippetTips]) ShowListTip();
+  const bool pointed = switches_[Switch::SnippetTips] && ShowListTip();
   // Scrolled out of sight, a name is taken as it is when its box is left.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
-  menus_.UpdateTornOff();
+  const bool tornOff = menus_.UpdateTornOff();
   watch_.Tick();
+  hover_.Ticked(pointed || tornOff || IsWindowVisible(controls_.txtName()) != 0);
 }
 
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
@@ -364,7 +367,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       LoadSettings();
       ExtendSystemMenu(hWnd());
       finding_.LoadSystemKey();
-      StartTimers();
+      SetTimer(hWnd(), kWatchTimer, kWatchMs, nullptr);
       return 0;
     case WM_SIZE:
       Form_Resize();
@@ -373,13 +376,20 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       watch_.Follow();
       return Default(message, wParam, lParam);
     case WM_TIMER:
-      if (wParam == kTipTimer) Tick();
+      if (wParam == kTipTimer || wParam == kWatchTimer) Tick();
       return 0;
+    case WM_SETCURSOR:
+      hover_.Start();
+      return Default(message, wParam, lParam);
+    case WM_ENABLE:
+      LookAround();
+      return Default(message, wParam, lParam);
     case WM_ACTIVATE:
       if (LOWORD(wParam) == WA_INACTIVE) {
         RememberFocus();
       } else {
         watch_.OnActivate();
+        LookAround();
       }
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:
@@ -387,6 +397,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (IsIconic(hWnd()) == 0) SetFocus(FocusTarget());
       return 0;
     case WM_COMMAND:
+      hover_.Start();
       if (lParam == 0) {
         OnKey(GET_WM_COMMAND_ID(wParam, lParam));
       } else {

@@ -86,7 +86,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void cmd_Resize();
   void RightPane_Resize(bool evenIfTooLow = false);
   void LeftPane_Paint(HDC dc);
-  void StartTimers();
+  void LookAround();
   bool Form_QueryUnload();
   void Form_Unload();
   void CloseSettings();
@@ -107,7 +107,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void mnuModFuncs_Clicked(int command);
   void SetKeepOnTop(bool onTop);
   void Tick();
-  void ShowListTip();
+  bool ShowListTip();
   void txtCode_MouseDown(int button, POINT screen);
   void DropFiles(HDROP files);
 
@@ -149,6 +149,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   LibraryChooser chooser_{services_.caption};
   SnippetControls controls_;
   ListTips tTip_;
+  HoverTimer hover_;
   MainMenus menus_;
 
   SnippetEditing editing_;

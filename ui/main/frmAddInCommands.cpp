@@ -243,13 +243,12 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
-void frmAddIn::ShowListTip() {
+/// Whether the pointer is where it has to be followed.
+bool frmAddIn::ShowListTip() {
   // The box over the row that is renamed would be covered, and under a dialog the list takes no clicks.
-  if (IsWindowVisible(controls_.txtName()) != 0 || IsWindowEnabled(hWnd()) == 0) {
-    tTip_.Hide();
-  } else {
-    tTip_.tTip_Timer();
-  }
+  if (IsWindowVisible(controls_.txtName()) == 0 && IsWindowEnabled(hWnd()) != 0) return tTip_.tTip_Timer();
+  tTip_.Hide();
+  return false;
 }
 
 void frmAddIn::txtCode_MouseDown(int button, POINT screen) {

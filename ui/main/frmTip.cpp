@@ -159,12 +159,11 @@ void ListTips::TakeListFont() {
 }
 
 TipSurroundings::Place ListTips::PlaceOfPointer() {
-  const bool tipShown = tip_.Visible();
-  if (!tipShown && !look_.Needed(list_)) return Place::Elsewhere;  // as it is most of the time
   GetCursorPos(&pointer_);
-  look_.Found(pointer_);
-  if (LiesAt(list_, pointer_)) return Place::List;
-  return tipShown && LiesAt(tip_.hWnd(), pointer_) ? Place::Tip : Place::Elsewhere;
+  place_ = LiesAt(list_, pointer_)                           ? Place::List
+           : tip_.Visible() && LiesAt(tip_.hWnd(), pointer_) ? Place::Tip
+                                                             : Place::Elsewhere;
+  return place_;
 }
 
 std::int32_t ListTips::EntryAtPointer() const {

@@ -51,16 +51,17 @@ class frmTip : public Window, public TipWindow {
 /// The tips over the snippet list: the list box, the tip window and the mouse behind `SnippetTips`.
 class ListTips : private TipSurroundings {
  public:
-  /// How often the mouse is looked at.
-  static constexpr UINT kIntervalMs = 55;
-
   /// `pane` contains the list.
   void Attach(HWND pane, HWND list);
   void Unload() { tip_.Destroy(); }
   /// Takes the font of the list.
   void TakeListFont();
 
-  void tTip_Timer() { tips_.tTip_Timer(); }
+  /// False when the pointer is elsewhere, so that there is nothing to look at until it has moved.
+  bool tTip_Timer() {
+    tips_.tTip_Timer();
+    return place_ != Place::Elsewhere;
+  }
   void Hide() { tip_.Hide(); }
 
  private:
@@ -78,8 +79,9 @@ class ListTips : private TipSurroundings {
 
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
-  PointerQuery look_;
-  POINT pointer_{};  ///< As PlaceOfPointer has found it, on the screen.
+  // As PlaceOfPointer has found the pointer.
+  POINT pointer_{};  ///< On the screen.
+  Place place_ = Place::Elsewhere;
   // What was measured last: the pointer mostly rests on one entry, and measuring takes long.
   std::string measured_;
   int measuredWidth_ = 0;
