@@ -62,6 +62,14 @@ class BnRichEditTest : public testing::Test {
     SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
     return format;
   }
+  /// What is filled in by now: asked past the field, which would fill in the rest first.
+  LRESULT LengthInControl() const {
+    WNDCLASSA description{};
+    GetClassInfoA(nullptr, RICHEDIT_CLASSA, &description);
+    GETTEXTLENGTHEX asked{GTL_NUMCHARS, CP_ACP};
+    return CallWindowProcA(description.lpfnWndProc, Control(), EM_GETTEXTLENGTHEX,
+                           reinterpret_cast<WPARAM>(&asked), 0);
+  }
   LRESULT FirstLine() const { return SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0); }
 
   /// One letter for the colour of each character of the control's, from `begin` on; blanks are left blank.
@@ -280,12 +288,23 @@ constexpr int kLineLength = 17;
 
 TEST_F(BnRichEditTest, CodeIsColouredAtOnceWhereItIsSeenAndElsewhereByAndBy) {
   editor_.SetForeColor(RGB(10, 20, 30));
+  editor_.SetFont({.Name = "Courier New", .Size = 9.75});
+  editor_.SetLocked(false);
   for (const int lines : {3, 100, 500, 3}) {
     SCOPED_TRACE(lines);
     editor_.SetText(Lines(lines));
+    EXPECT_EQ(WindowText(Control()), Lines(lines)) << "told at once, though not all is filled in";
+    editor_.SetText(Lines(lines));
+    SendMessageA(Control(), WM_CHAR, 'x', 0);
+    EXPECT_EQ(Text(), "x" + Lines(lines));
+    editor_.SetText(Lines(lines));
+    EXPECT_TRUE(WaitUntil([&] { return LengthInControl() == lines * kLineLength; }));
     EXPECT_EQ(Hues(0, kLineLength - 1), kLineHues);
     const int last = (lines - 1) * kLineLength;
     EXPECT_TRUE(WaitUntil([&] { return Hues(last, last + kLineLength - 1) == kLineHues; }, 60000));
+    editor_.SetSelection(last, 1);
+    EXPECT_EQ(FormatOfSelection().yHeight, 195);
+    editor_.SetSelection(0, 0);
     EXPECT_EQ(WindowText(Control()), Lines(lines));
     EXPECT_EQ(FirstLine(), 0);
     EXPECT_EQ(editor_.SelStart(), 0);

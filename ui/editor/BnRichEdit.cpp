@@ -4,6 +4,7 @@
 #include <windowsx.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "platform/FlagScope.h"
@@ -17,17 +18,18 @@
 #include "ui/editor/PlainTextOnly.h"
 #include "ui/editor/RichEditFormat.h"
 #include "ui/editor/RichEditText.h"
-#include "ui/editor/RtfText.h"
 
 namespace snip {
 namespace {
 
 /// What a screen reader calls it.
 constexpr const char* kName = "Code";
-/// A longer text is replaced more quickly with the control itself, and filled in more quickly without its
-/// colours: both take a time that grows with the square of the length.
+/// A longer text is replaced more quickly with the control itself, and filled in more quickly in parts: both
+/// take a time that grows with the square of the length.
 constexpr std::size_t kShortText = 16000;  ///< Characters.
 constexpr std::ptrdiff_t kShortTextLines = 200;
+/// Of a longer text, what is filled in at a time: it takes about 4 ms.
+constexpr std::size_t kLinesOfPart = 48;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 constexpr int kTabCharacters = 4;
 
@@ -60,6 +62,55 @@ bool ChangesText(UINT message) {
       return true;
     default:
       return false;
+  }
+}
+
+bool IsShort(const auto& text) {
+  return text.size() <= kShortText && std::count(text.begin(), text.end(), '\r') <= kShortTextLines;
+}
+
+std::size_t LongestLineOf(std::u16string_view characters) {
+  std::size_t longest = 0;
+  for (std::size_t start = 0; start < characters.size();) {
+    const std::size_t end = std::min(characters.find(u'\r', start), characters.size());
+    longest = std::max(longest, end - start);
+    start = end + 1;
+  }
+  return longest;
+}
+
+void SelectIn(HWND control, CHARRANGE range) {
+  SendMessageA(control, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
+}
+
+/// Messages that tell, change or scroll the text, or may.
+bool ConcernsWholeText(UINT message) {
+  switch (message) {
+    case EM_GETSEL:
+    case EM_EXGETSEL:
+    case EM_GETFIRSTVISIBLELINE:
+    case EM_CANUNDO:
+    case EM_SETREADONLY:
+      return false;
+    case WM_SETTEXT:
+    case WM_GETTEXT:
+    case WM_GETTEXTLENGTH:
+    case WM_NCLBUTTONDOWN:
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+    case WM_CONTEXTMENU:
+    case WM_GETOBJECT:
+    case WM_SETFONT:
+    case WM_PRINT:
+    case WM_PRINTCLIENT:
+      return true;
+    default: {
+      const auto within = [message](UINT first, UINT last) { return first <= message && message <= last; };
+      constexpr UINT lastOfPlainControl = 0x00DF;
+      return within(WM_KEYFIRST, WM_KEYLAST) || within(WM_LBUTTONDOWN, WM_MOUSELAST) ||
+             within(WM_IME_STARTCOMPOSITION, WM_IME_KEYLAST) || within(WM_CUT, WM_UNDO) ||
+             within(EM_GETSEL, lastOfPlainControl) || message >= WM_USER;
+    }
   }
 }
 
@@ -179,6 +230,7 @@ void BnRichEdit::SetText(const std::string& text) {
 }
 
 int BnRichEdit::TextLength() const {
+  if (unfilled_) return static_cast<int>(unfilled_->characters.size());
   if (colouring_.active()) return static_cast<int>(colouring_.TextLength());
   return static_cast<int>(Utf16FromAnsi(FieldText(control_).value_or(std::string())).size());
 }
@@ -188,9 +240,10 @@ void BnRichEdit::Show(const std::string& shown) {
     const FlagScope filling(filling_);
     StopWork();
     changed_ = false;
-    const std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
+    unfilled_.reset();
+    std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
     std::string columns = RichEditColumns(characters);
-    if (!ShowAsRtf(characters, columns)) ShowPlain(shown, std::move(columns));
+    if (!ShowAsRtf(std::move(characters), columns)) ShowPlain(shown, std::move(columns));
     SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
     const bool atStart =
         SelStart() == 0 && SelLength() == 0 && SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0) == 0;
@@ -199,20 +252,83 @@ void BnRichEdit::Show(const std::string& shown) {
   FinishColouring();
 }
 
-/// The quickest way to show a short text in colours; false when the text is none or needs another way.
-bool BnRichEdit::ShowAsRtf(const std::u16string& characters, std::string columns) {
-  const auto isShort = [](const auto& text) {
-    return text.size() <= kShortText && std::count(text.begin(), text.end(), '\r') <= kShortTextLines;
-  };
-  if (!colouring_.active() || characters.empty() || !isShort(characters) || !FitsRtf(characters))
+/// The quickest way to show a text in colours; false when it needs another way. A long text takes a control
+/// less time in parts than as a whole, a twelfth of it for 10,000 lines, and what is coloured line by line
+/// when it is there takes fifty times as long.
+bool BnRichEdit::ShowAsRtf(std::u16string characters, std::string columns) {
+  if (!colouring_.active() || characters.empty() || !FitsRtf(characters) ||
+      LongestLineOf(characters) > kShortText) {
     return false;
-  if (!isShort(colouring_.text())) MakeControl();
-  const std::vector<HueRun> runs = colouring_.Start(std::move(columns));
+  }
+  if (!IsShort(colouring_.text())) MakeControl();
+  const bool isShort = IsShort(characters);
+  colouring_.Start(std::move(columns));
+  const auto inSight = static_cast<std::size_t>(ClientSize(hWnd()).height / characterSize_.height + 2);
+  const std::size_t end = isShort ? colouring_.lineCount() : EndOfPart(0, std::max(inSight, kLinesOfPart));
+  ShowPart(characters, 0, end, RtfScope::Whole);
+  if (isShort) return colouring_.AgreesWithControl();
+  unfilled_ = {std::move(characters), end};
+  return true;
+}
+
+/// The line in front of which a part ends that is shown in a moment.
+std::size_t BnRichEdit::EndOfPart(std::size_t firstLine, std::size_t lines) const {
+  const std::size_t start = colouring_.LineStart(firstLine);
+  std::size_t end = firstLine + 1;
+  while (end < colouring_.lineCount() && end < firstLine + lines &&
+         colouring_.LineStart(end + 1) - start <= kShortText) {
+    ++end;
+  }
+  return end;
+}
+
+void BnRichEdit::ShowPart(std::u16string_view characters, std::size_t firstLine, std::size_t endLine,
+                          RtfScope scope) {
+  const std::size_t start = colouring_.LineStart(firstLine);
+  const std::size_t end = colouring_.LineStart(endLine);
+  std::vector<HueRun> runs = colouring_.HuesOf(firstLine, endLine);
+  for (HueRun& run : runs) {
+    run.begin -= start;
+    run.end -= start;
+  }
+  const bool whole = scope == RtfScope::Whole;
   StreamIn(control_,
-           RtfOf(characters, runs, {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}),
-           SF_RTF);
-  SetRichEditFormat(control_, font_, 0, CFM_SIZE);  // RTF has half points only
-  return colouring_.AgreesWithControl();
+           RtfOf(characters.substr(start, end - start), runs,
+                 {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}, scope),
+           whole ? SF_RTF : SF_RTF | SFF_SELECTION);
+  constexpr double halfPoints = 2;
+  if (std::floor(font_.Size * halfPoints) == font_.Size * halfPoints) return;
+  // RTF has half points only.
+  if (!whole) SelectIn(control_, {static_cast<LONG>(start), static_cast<LONG>(end)});
+  SetRichEditSize(control_, font_, whole ? SCF_ALL : SCF_SELECTION);
+}
+
+/// Adds some lines to a text that is shown in part.
+void BnRichEdit::FillMore() {
+  const FlagScope filling(filling_);
+  const std::size_t end = EndOfPart(unfilled_->shownLines, kLinesOfPart);
+  // What it shows is not changed, and drawing it takes three times as long as adding to it.
+  UpdateWindow(control_);
+  SendMessageA(control_, WM_SETREDRAW, FALSE, 0);
+  constexpr LONG behindAll = 0x7FFFFFFF;
+  SelectIn(control_, {behindAll, behindAll});
+  ShowPart(unfilled_->characters, unfilled_->shownLines, end, RtfScope::Part);
+  SelectIn(control_, {0, 0});
+  SendMessageA(control_, WM_SETREDRAW, TRUE, 0);
+  unfilled_->shownLines = end;
+  if (end < colouring_.lineCount()) return;
+  unfilled_.reset();
+  SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
+  RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);  // the scroll bars have changed
+  // Something may have been dropped on it meanwhile, which is followed later.
+  if (!touched_ && !colouring_.AgreesWithControl()) {
+    const std::u16string characters = RichEditCharacters(bytes_.shown());
+    ShowPlain(bytes_.shown(), RichEditColumns(characters));
+  }
+}
+
+void BnRichEdit::FillAll() {
+  while (unfilled_) FillMore();
 }
 
 void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
@@ -236,6 +352,7 @@ void BnRichEdit::SetLocked(bool locked) {
 
 void BnRichEdit::SetFont(const FontProperty& font) {
   if (font == font_) return;
+  FillAll();
   font_ = font;
   if (control_ == nullptr) return;
   UniqueFont handle = MakeFont(font_, ScreenTwips());
@@ -256,11 +373,13 @@ void BnRichEdit::SetForeColor(COLORREF color) {
 }
 
 void BnRichEdit::SetSyntaxColors(bool colouring) {
+  FillAll();
   colouring_.SetSyntaxColors(colouring);
   FinishColouring();
 }
 
 void BnRichEdit::UpdateColours() {
+  FillAll();
   const bool changed = colouring_.TakeColours(TranslateColor(foreColor_));
   if (changed && colouring_.active()) SetRichEditDefaultColor(control_, colouring_.colours().fore);
   FinishColouring();
@@ -273,9 +392,17 @@ void BnRichEdit::FinishColouring() {
 }
 
 void BnRichEdit::StartWork() {
-  if (colouring_.finished() || working_) return;
+  if ((colouring_.finished() && !unfilled_) || working_) return;
   working_ = true;
   SetTimer(hWnd(), kColouringTimer, kColouringPause, nullptr);
+}
+
+void BnRichEdit::WorkOn() {
+  if (unfilled_) {
+    FillMore();
+  } else if (!colouring_.FinishSome()) {
+    StopWork();
+  }
 }
 
 void BnRichEdit::StopWork() {
@@ -362,6 +489,7 @@ void BnRichEdit::Undo() {
 }
 
 LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (unfilled_ && !filling_ && control == control_ && ConcernsWholeText(message)) FillAll();
   if (FilterInput(message, wParam, lParam)) return 0;
   // An event may have replaced the control, or locked it.
   const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
@@ -420,6 +548,7 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Focus();
       return 0;
     case WM_DESTROY:
+      unfilled_.reset();
       colouring_.Attach(nullptr, 0);
       control_ = nullptr;
       return 0;
@@ -430,7 +559,7 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (HIWORD(wParam) == EN_CHANGE) OnChange();
       return 0;
     case WM_TIMER:
-      if (wParam == kColouringTimer && !colouring_.FinishSome()) StopWork();
+      if (wParam == kColouringTimer) WorkOn();
       return 0;
     case kFollowChange:
       if (std::exchange(changed_, false)) colouring_.FollowChange();

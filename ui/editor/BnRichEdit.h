@@ -12,6 +12,7 @@
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/CodeColouring.h"
 #include "ui/editor/MouseSelection.h"
+#include "ui/editor/RtfText.h"
 
 namespace snip {
 
@@ -109,7 +110,11 @@ class BnRichEdit : public Window {
   int TabTwips() const;
   /// Shows a text that is such as `TextFieldBytes` makes it.
   void Show(const std::string& shown);
-  bool ShowAsRtf(const std::u16string& characters, std::string columns);
+  bool ShowAsRtf(std::u16string characters, std::string columns);
+  void FillMore();
+  void FillAll();
+  void ShowPart(std::u16string_view characters, std::size_t firstLine, std::size_t endLine, RtfScope scope);
+  std::size_t EndOfPart(std::size_t firstLine, std::size_t lines) const;
   void ShowPlain(const std::string& shown, std::string columns);
   std::optional<std::string> ShownText() const;
 
@@ -124,6 +129,7 @@ class BnRichEdit : public Window {
   void UpdateColours();
   void FinishColouring();
   void StartWork();
+  void WorkOn();
   void StopWork();
 
   Events events_;
@@ -137,6 +143,13 @@ class BnRichEdit : public Window {
   std::string original_;
   TextFieldBytes bytes_;
   CodeColouring colouring_;
+  /// A long text that the control shows the beginning of, the lines up to `shownLines`. The others follow in
+  /// parts, or at once when they are needed.
+  struct Unfilled {
+    std::u16string characters;
+    std::size_t shownLines = 0;
+  };
+  std::optional<Unfilled> unfilled_;
   MouseSelection mouse_;
   bool locked_ = true;
   bool remaking_ = false;

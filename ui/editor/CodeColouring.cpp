@@ -65,10 +65,13 @@ void CodeColouring::SetSyntaxColors(bool colouring) {
   model_.SetColouring(colouring && !highContrast_);
 }
 
-std::vector<HueRun> CodeColouring::Start(std::string columns) {
+void CodeColouring::Start(std::string columns) {
   slice_ = 0;
   model_.Load(std::move(columns));
-  return active() ? model_.Finish(0, model_.lineCount()) : std::vector<HueRun>();
+}
+
+std::size_t CodeColouring::LineStart(std::size_t line) const {
+  return line < model_.lineCount() ? model_.LineStart(line) : model_.text().size();
 }
 
 void CodeColouring::StartUncoloured(std::string columns) {

@@ -42,9 +42,13 @@ class CodeColouring {
 
   std::size_t TextLength() const { return ranges_.TextLength(); }
 
-  /// Starts over with a text that the control does not show yet; gives what is to be coloured in it, for a
-  /// control that is filled in colours.
-  std::vector<HueRun> Start(std::string columns);
+  /// Starts over with a text that the control does not show yet, but is filled with in colours.
+  void Start(std::string columns);
+  /// What is to be coloured in the lines [first, end) of that text.
+  std::vector<HueRun> HuesOf(std::size_t first, std::size_t end) { return model_.Finish(first, end); }
+  std::size_t lineCount() const { return model_.lineCount(); }
+  /// Where a line starts; behind the last one is the end of the text.
+  std::size_t LineStart(std::size_t line) const;
   /// Whether the control made of a text what was expected; some texts a control takes otherwise.
   bool AgreesWithControl() const { return model_.text().size() == ranges_.TextLength(); }
   /// Starts over with a text that the control shows in the fore colour.

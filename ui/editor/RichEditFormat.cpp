@@ -5,13 +5,20 @@
 #include "ui/editor/RtfText.h"
 
 namespace snip {
+namespace {
+
+LONG TwipsOf(const FontProperty& font) {
+  constexpr double twipsPerPoint = 20;
+  return std::lround(font.Size * twipsPerPoint);
+}
+
+}  // namespace
 
 void SetRichEditFormat(HWND control, const FontProperty& font, COLORREF color, DWORD mask) {
-  constexpr double twipsPerPoint = 20;
   CHARFORMATA format{};
   format.cbSize = sizeof format;
   format.dwMask = mask;
-  format.yHeight = std::lround(font.Size * twipsPerPoint);
+  format.yHeight = TwipsOf(font);
   format.bCharSet = font.Charset;
   format.crTextColor = color;
   format.dwEffects = (font.Bold ? CFE_BOLD : 0U) | (font.Italic ? CFE_ITALIC : 0U) |
@@ -20,6 +27,14 @@ void SetRichEditFormat(HWND control, const FontProperty& font, COLORREF color, D
   for (const int part : {SCF_DEFAULT, SCF_ALL}) {
     SendMessageA(control, EM_SETCHARFORMAT, static_cast<WPARAM>(part), reinterpret_cast<LPARAM>(&format));
   }
+}
+
+void SetRichEditSize(HWND control, const FontProperty& font, int scope) {
+  CHARFORMATA format{};
+  format.cbSize = sizeof format;
+  format.dwMask = CFM_SIZE;
+  format.yHeight = TwipsOf(font);
+  SendMessageA(control, EM_SETCHARFORMAT, static_cast<WPARAM>(scope), reinterpret_cast<LPARAM>(&format));
 }
 
 void SetRichEditDefaultColor(HWND control, COLORREF color) {

@@ -16,6 +16,9 @@ constexpr DWORD kFontFormat =
 /// Sets those parts of font and colour that `mask` names (CFM_ bits).
 void SetRichEditFormat(HWND control, const FontProperty& font, COLORREF color, DWORD mask);
 
+/// Sets the font's size alone, of all or of what is selected (SCF_ALL or SCF_SELECTION).
+void SetRichEditSize(HWND control, const FontProperty& font, int scope);
+
 /// The colour of what is typed; what is shown keeps its own.
 void SetRichEditDefaultColor(HWND control, COLORREF color);
 

@@ -66,7 +66,8 @@ bool FitsRtf(std::u16string_view text) {
   });
 }
 
-std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const RtfLook& look) {
+std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const RtfLook& look,
+                  RtfScope scope) {
   std::string rtf = Header(look);
   rtf.reserve(rtf.size() + text.size() + text.size() / 4);
   const auto color = [&rtf](Hue hue) { rtf += Number("\\cf", TableIndex(hue)) + ' '; };
@@ -90,7 +91,8 @@ std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const 
   if (place < text.size()) switchTo(Hue::Fore);
   appendUpTo(text.size());
   // Gives the last line its tab stops as well; a control takes it away again.
-  return rtf + "\\par\n}";
+  if (scope == RtfScope::Whole) rtf += "\\par\n";
+  return rtf + "}";
 }
 
 }  // namespace snip

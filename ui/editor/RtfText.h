@@ -24,8 +24,12 @@ constexpr int kTabStops = 32;
 /// other than tab and CR would be lost.
 bool FitsRtf(std::u16string_view text);
 
+/// A control takes the end of the last line off a whole text, and leaves all of a part in the midst of one.
+enum class RtfScope { Whole, Part };
+
 /// A text, with a CR behind each line, as RTF. What is in no run has the fore colour; runs are in the
 /// text's order.
-std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const RtfLook& look);
+std::string RtfOf(std::u16string_view text, std::span<const HueRun> runs, const RtfLook& look,
+                  RtfScope scope = RtfScope::Whole);
 
 }  // namespace snip
