@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <string_view>
 
 #include "benches/WindowBenches.h"
@@ -24,12 +25,20 @@ int main(int count, char** arguments) {
     return bench::ShowInField();
   } else if (group == "code-bare") {
     return bench::ShowInBareControl();
+  } else if (group == "code-keys-field") {
+    return bench::TypeInField();
+  } else if (group == "code-keys-bare") {
+    return bench::TypeInBareControl();
+  } else if (group == "code-parts") {
+    return bench::FillBareControlInParts();
   } else if (group == "walk") {
     bench::BenchWalk();
   } else if (group == "hover") {
     bench::BenchHover();
   } else if (group == "find") {
     bench::BenchFind();
+  } else if (group.starts_with("find-first-")) {
+    return bench::OpenPaletteFirst(std::atoi(group.data() + group.rfind('-') + 1));
   } else {
     std::fputs("usage: window_bench list | code | walk | hover | find\n", stderr);
     return 2;
