@@ -5,11 +5,33 @@
 namespace snip {
 namespace {
 
+/// Why a project takes no change now, in words for the user; empty when it tells nothing of it. `projectOf`
+/// may throw `HostError`.
+template <class ProjectOf>
+std::string WhyClosed(const ProjectOf& projectOf) {
+  try {
+    const host::VBProject& project = projectOf();
+    if (project.Protection() == host::kLocked) {
+      return "The project is locked: unlock it in its properties, then try again.";
+    }
+    if (project.Mode() != host::kDesignMode)
+      return "The project is running or in break mode: end that, then try again.";
+  } catch (const HostError&) {
+    // Projects of Visual Basic have neither.
+  }
+  return {};
+}
+
 class ComCodePane : public HostCodePane {
  public:
-  ComCodePane(host::VBE root, host::CodePane pane) : root_(std::move(root)), pane_(std::move(pane)) {}
+  enum class Of { NewModule, AnyModule };
 
-  void InsertLines(int line, const std::string& text) override { pane_.CodeModule().InsertLines(line, text); }
+  ComCodePane(host::VBE root, host::CodePane pane, Of kind)
+      : root_(std::move(root)), pane_(std::move(pane)), kind_(kind) {}
+
+  void InsertLines(int line, const std::string& text) override {
+    Change([&](const host::CodeModule& module) { module.InsertLines(line, text); });
+  }
   void Show() override {
     pane_.Show();
     try {
@@ -28,21 +50,53 @@ class ComCodePane : public HostCodePane {
             .endColumn = selection.endColumn};
   }
   void SetCaret(int line, int column) override { pane_.SetSelection({line, column, line, column}); }
-  std::string Lines(int first, int count) override { return pane_.CodeModule().Lines(first, count); }
-  int LineCount() override { return pane_.CodeModule().CountOfLines(); }
-  void DeleteLines(int first, int count) override { pane_.CodeModule().DeleteLines(first, count); }
-  std::string ProcedureAt(int line) override { return pane_.CodeModule().ProcOfLine(line).name; }
+  std::string Lines(int first, int count) override {
+    return Ask([&](const host::CodeModule& module) { return module.Lines(first, count); });
+  }
+  int LineCount() override {
+    return Ask([](const host::CodeModule& module) { return module.CountOfLines(); });
+  }
+  void DeleteLines(int first, int count) override {
+    Change([&](const host::CodeModule& module) { module.DeleteLines(first, count); });
+  }
+  std::string ProcedureAt(int line) override {
+    return Ask([line](const host::CodeModule& module) { return module.ProcOfLine(line).name; });
+  }
   std::string ProcedureCodeAt(int line) override {
-    const host::CodeModule module = pane_.CodeModule();
-    const host::Procedure procedure = module.ProcOfLine(line);
-    if (procedure.name.empty()) return {};
-    return module.Lines(module.ProcStartLine(procedure), module.ProcCountLines(procedure));
+    return Ask([line](const host::CodeModule& module) -> std::string {
+      const host::Procedure procedure = module.ProcOfLine(line);
+      if (procedure.name.empty()) return {};
+      return module.Lines(module.ProcStartLine(procedure), module.ProcCountLines(procedure));
+    });
   }
   std::string ModuleName() override { return pane_.CodeModule().Parent().Name(); }
 
  private:
+  /// Makes a request of the module; a refusal tells why when the project says so, else begins with `hint`.
+  template <class Request>
+  auto Ask(const Request& request, const char* hint = "") const -> decltype(request(host::CodeModule())) {
+    try {
+      return request(pane_.CodeModule());
+    } catch (const HostRefused& refusal) {
+      const std::string reason = WhyClosed([this] { return Project(); });
+      throw HostError(reason.empty() ? hint + std::string(refusal.what()) : reason);
+    }
+  }
+  template <class Request>
+  void Change(const Request& request) const {
+    Ask(request, kind_ == Of::AnyModule ? "The module may be read-only. " : "");
+  }
+  host::VBProject Project() const {
+    try {
+      return pane_.CodeModule().Parent().Collection().Parent();
+    } catch (const HostError&) {
+      return root_.ActiveVBProject();  // a locked project does not show its parts
+    }
+  }
+
   host::VBE root_;
   host::CodePane pane_;
+  Of kind_;
 };
 
 class ComModule : public HostModule {
@@ -52,7 +106,8 @@ class ComModule : public HostModule {
 
   void SetName(const std::string& name) override { component_.SetName(name); }
   std::unique_ptr<HostCodePane> CodePane() override {
-    return std::make_unique<ComCodePane>(root_.Share(), component_.CodeModule().CodePane());
+    return std::make_unique<ComCodePane>(root_.Share(), component_.CodeModule().CodePane(),
+                                         ComCodePane::Of::NewModule);
   }
   void Remove() override {
     if (component_.exists()) components_.Remove(component_);
@@ -63,20 +118,6 @@ class ComModule : public HostModule {
   host::VBComponents components_;
   host::VBComponent component_;
 };
-
-/// Why a project takes no module now, in words for the user; empty when it tells nothing of it.
-std::string WhyClosed(const host::VBProject& project) {
-  try {
-    if (project.Protection() == host::kLocked) {
-      return "The project is locked: unlock it in its properties, then try again.";
-    }
-    if (project.Mode() != host::kDesignMode)
-      return "The project is running or in break mode: end that, then try again.";
-  } catch (const HostError&) {
-    // Projects of Visual Basic have neither.
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -89,7 +130,7 @@ ComHostEnvironment::ComHostEnvironment(const host::VBE& root, std::function<bool
 std::unique_ptr<HostCodePane> ComHostEnvironment::ActiveCodePane() {
   host::CodePane pane = root_.ActiveCodePane();
   if (!pane.exists()) return nullptr;
-  return std::make_unique<ComCodePane>(root_.Share(), std::move(pane));
+  return std::make_unique<ComCodePane>(root_.Share(), std::move(pane), ComCodePane::Of::AnyModule);
 }
 
 std::string ComHostEnvironment::ProjectName() {
@@ -105,10 +146,8 @@ std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {
     host::VBComponents components = project.VBComponents();
     host::VBComponent component = components.Add(host::kStandardModule);
     return std::make_unique<ComModule>(std::move(root), std::move(components), std::move(component));
-  } catch (const HostBusy&) {
-    throw;
-  } catch (const HostError&) {
-    const std::string reason = WhyClosed(project);
+  } catch (const HostRefused&) {
+    const std::string reason = WhyClosed([&project]() -> const host::VBProject& { return project; });
     if (reason.empty()) throw;
     throw HostError(reason);
   }

@@ -102,12 +102,18 @@ CodeModule VBComponent::CodeModule() const {
   return Get<host::CodeModule>(L"CodeModule");
 }
 
+VBComponents VBComponent::Collection() const {
+  return Get<host::VBComponents>(L"Collection");
+}
+
 VBComponent VBComponents::Add(LONG componentType) const {
   return Get<host::VBComponent>(L"Add", {Variant(componentType).get()});
 }
-
 void VBComponents::Remove(const VBComponent& component) const {
   Call(L"Remove", {ByValue(component.get())});
+}
+VBProject VBComponents::Parent() const {
+  return Get<host::VBProject>(L"Parent");
 }
 
 std::string VBProject::Name() const {

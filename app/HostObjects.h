@@ -47,6 +47,8 @@ class Events : public LateBound {
 
 class CodePane;
 class VBComponent;
+class VBComponents;
+class VBProject;
 
 /// A procedure with its kind, by which several of one name are told apart.
 struct Procedure {
@@ -90,6 +92,7 @@ class VBComponent : public LateBound {
   std::string Name() const;
   void SetName(const std::string& name) const;
   host::CodeModule CodeModule() const;
+  VBComponents Collection() const;
 };
 
 class VBComponents : public LateBound {
@@ -97,6 +100,7 @@ class VBComponents : public LateBound {
   using LateBound::LateBound;
   VBComponent Add(LONG componentType) const;
   void Remove(const VBComponent& component) const;
+  VBProject Parent() const;
 };
 
 class VBProject : public LateBound {

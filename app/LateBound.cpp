@@ -88,7 +88,7 @@ std::string SystemText(HRESULT result) {
   const std::string text =
       "The development environment answered: " + (description.empty() ? SystemText(result) : description);
   if (MeansGone(result)) throw HostGone(text);
-  throw HostError(text);
+  throw HostRefused(text);
 }
 
 void ThrowIfOver(const HostLink& link) {

@@ -70,8 +70,14 @@ Variant TextVariant(const std::string& text);
 /// A further reference to the object in a value; null when there is none.
 ComPtr<IUnknown> ObjectIn(const Variant& value);
 
-/// Throws `HostGone` when the result of a call means that the environment is not there any more, and
-/// otherwise `HostError` unless the call succeeded.
+/// The environment has answered that it does not do what it was asked.
+class HostRefused : public HostError {
+ public:
+  using HostError::HostError;
+};
+
+/// Throws `HostGone` when the result of a call means that the environment is not there any more, `HostBusy`
+/// when it has no time, and otherwise `HostRefused` unless the call succeeded.
 void ThrowIfFailed(HRESULT result);
 
 }  // namespace snip

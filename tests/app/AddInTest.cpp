@@ -443,52 +443,56 @@ TEST_P(AnyHostTest, WhatTheEnvironmentRefusesIsTold) {
   HostProcess host = Host();
   const HWND window = OpenWindow(host);
   const std::string answered = "The development environment answered: ";
+  const std::string readOnly = "The module may be read-only. " + answered;
   const std::string nothingThere = "The development environment does not have what is needed for this.";
+  const std::string locked = "The project is locked: unlock it in its properties, then try again.";
+  const std::string running = "The project is running or in break mode: end that, then try again.";
+  using namespace Command;
   struct Refusal {
     const char* command;
-    void (*paste)(HWND);  ///< Null when the command only makes ready.
-    std::string message;  ///< Empty for whatever the system says about the failure.
+    std::vector<int> pastes = {};  ///< None when the command only makes ready.
+    std::string message = {};      ///< Its beginning when the system says the rest.
+    bool ofVba = false;
   };
   const Refusal refusals[] = {
-      {"nopane", &Paste, "No code pane is currently active."},
-      {"module Form1 1 a", nullptr, ""},
-      {"hook CodeModule.InsertLines 800A9C68 Can't edit module", &Paste, answered + "Can't edit module"},
-      {"hook CodePane.GetSelection 80004001", &Paste, ""},
-      {"hook CodePane.GetSelection 80010108", &Paste, ""},  // its object, not the environment
-      {"hook CodePane.GetSelection off", nullptr, ""},
-      {"hook CodePane.CodeModule nothing", &Paste, nothingThere},
-      {"hook CodePane.CodeModule off", nullptr, ""},
-      {"hook VBE.ActiveCodePane 80010001", &Paste,
+      {"nopane", {kPasteCode}, "No code pane is currently active."},
+      {"module Form1 1 Sub B()|End Sub"},
+      {"mode 1", {kPasteCode, kPasteFitted, kNewModule}, running, true},
+      {"mode 2"},
+      {"protection 1", {kPasteCode, kPasteFitted, kTakeCode, kNewModule}, locked, true},
+      {"hook VBComponents.Parent 80004005", {kPasteCode}, locked, true},
+      {"protection 0"},
+      {"hook CodeModule.InsertLines 800A9C68 Can't edit module",
+       {kPasteCode, kPasteFitted},
+       readOnly + "Can't edit module"},
+      {"hook CodePane.GetSelection 80004001", {kPasteCode}, answered},
+      {"hook CodePane.GetSelection 80010108", {kPasteCode}, answered},  // its object, not the environment
+      {"hook CodePane.GetSelection off"},
+      {"hook CodePane.CodeModule nothing", {kPasteCode}, nothingThere},
+      {"hook CodePane.CodeModule off"},
+      {"hook VBE.ActiveCodePane 80010001",
+       {kPasteCode},
        "The development environment is busy. Please try again later."},
-      {"hook VBE.ActiveCodePane 80004005", &Paste, "No code pane is currently active."},
-      {"hook VBComponents.Add 800A9C68 Project is locked", &PasteAll, answered + "Project is locked"},
-      {"hook VBComponents.Add nothing", &PasteAll, nothingThere},
-      {"hook VBComponents.Add off", &PasteAll, answered + "Can't edit module"},
-      {"hook VBComponents.Remove 80004005", &PasteAll, answered + "Can't edit module"},
-      {"hook CodeModule.InsertLines off", nullptr, ""},
+      {"hook VBE.ActiveCodePane 80004005", {kPasteCode}, "No code pane is currently active."},
+      {"hook VBComponents.Add 800A9C68 Project is locked", {kNewModule}, answered + "Project is locked"},
+      {"hook VBComponents.Add nothing", {kNewModule}, nothingThere},
+      {"hook VBComponents.Add off", {kNewModule}, answered + "Can't edit module"},
+      {"hook VBComponents.Remove 80004005", {kNewModule}, answered + "Can't edit module"},
+      {"hook CodeModule.InsertLines off"},
   };
   for (const Refusal& refusal : refusals) {
-    SCOPED_TRACE(refusal.command);
+    if (refusal.ofVba && !IsVba()) continue;  // others know neither
     host.Ask(refusal.command);
-    if (refusal.paste == nullptr) continue;
-    refusal.paste(window);
-    const std::string message = CloseMessage(window);
-    if (refusal.message.empty()) {
-      EXPECT_TRUE(message.starts_with(answered) && message.size() > answered.size()) << message;
-    } else {
-      EXPECT_EQ(message, refusal.message);
+    for (const int paste : refusal.pastes) {
+      PostMessageA(window, WM_COMMAND, static_cast<WPARAM>(paste), 0);
+      const std::string message = CloseMessage(window);
+      EXPECT_TRUE(refusal.message == answered
+                      ? message.starts_with(answered) && message.size() > answered.size()
+                      : message == refusal.message)
+          << refusal.command << " " << paste << ": " << message;
     }
   }
-  for (const auto& [refusing, message] :
-       {std::pair{"protection 1", "The project is locked: unlock it in its properties, then try again."},
-        {"mode 1", "The project is running or in break mode: end that, then try again."}}) {
-    if (!IsVba()) continue;  // others know neither
-    host.Ask(refusing);
-    PasteAll(window);
-    EXPECT_EQ(CloseMessage(window), message);
-    host.Ask("protection 0");
-  }
-  EXPECT_EQ(host.Ask("text Form1"), "a|");
+  EXPECT_EQ(host.Ask("text Form1"), "Sub B()|End Sub|");
   EXPECT_EQ(host.Ask("modules"), "[Form1][modMyGreatLib]") << "the one that could be removed is not there";
   EXPECT_EQ(host.Ask("text modMyGreatLib"), "shown ");
   host.Ask("noproject");

@@ -76,21 +76,12 @@ IDispatch* HostModel::Object(std::string name, std::vector<ScriptObject::Member>
 }
 
 ComPtr<IDispatch> HostModel::VBE() {
-  const auto project = [this]() -> IDispatch* {
-    if (!projectOpen) return nullptr;
-    std::vector<ScriptObject::Member> members{Get(L"Name", 0, [] { return std::string("Project1"); }),
-                                              Get(L"VBComponents", 135, [this] { return Components(); })};
-    if (isVba) {
-      members.push_back(Get(L"Mode", 119, [this] { return mode; }));
-      members.push_back(Get(L"Protection", 131, [this] { return protection; }));
-    }
-    return Object("VBProject", std::move(members));
-  };
   const auto window = [this] {
     return Object("Window", {Get(L"HWnd", 120, [this] { return HandleToLong(window_); })});
   };
   std::vector<ScriptObject::Member> members{
-      Get(L"CommandBars", 108, [this] { return CommandBars(); }), Get(L"ActiveVBProject", 201, project),
+      Get(L"CommandBars", 108, [this] { return CommandBars(); }),
+      Get(L"ActiveVBProject", 201, [this] { return projectOpen ? Project() : nullptr; }),
       Get(L"MainWindow", 204, window),
       Get(L"ActiveCodePane", 206, [this] { return activeModule ? CodePane(activeModule) : nullptr; })};
   if (isVba) {
@@ -103,6 +94,16 @@ ComPtr<IDispatch> HostModel::VBE() {
     members.push_back(Get(L"Events", 111, [this] { return Events(); }));
   }
   return ComPtr<IDispatch>(Object("VBE", std::move(members)));
+}
+
+IDispatch* HostModel::Project() {
+  std::vector<ScriptObject::Member> members{Get(L"Name", 0, [] { return std::string("Project1"); }),
+                                            Get(L"VBComponents", 135, [this] { return Components(); })};
+  if (isVba) {
+    members.push_back(Get(L"Mode", 119, [this] { return mode; }));
+    members.push_back(Get(L"Protection", 131, [this] { return protection; }));
+  }
+  return Object("VBProject", std::move(members));
 }
 
 IDispatch* HostModel::CommandBars() {
@@ -238,13 +239,15 @@ IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
 }
 
 IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
-  const auto insert = [module](const Arguments& arguments, VARIANT&) {
+  const auto insert = [this, module](const Arguments& arguments, VARIANT&) {
+    if (Refuses()) return E_FAIL;
     const LONG line = arguments.Number(0);
     if (line < 1 || line > static_cast<LONG>(module->lines.size()) + 1) return kOutOfRange;
     module->InsertLines(line, arguments.Text(1));
     return S_OK;
   };
-  const auto lines = [module](const Arguments& arguments, VARIANT& result) {
+  const auto lines = [this, module](const Arguments& arguments, VARIANT& result) {
+    if (protection == 1) return E_FAIL;
     const LONG first = arguments.Number(0);
     const LONG end = first + arguments.Number(1);
     if (first < 1 || end > static_cast<LONG>(module->lines.size()) + 1) return kOutOfRange;
@@ -285,7 +288,7 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
 IDispatch* HostModel::Components() {
   const auto add = [this](const Arguments& arguments, VARIANT& result) {
     if (arguments.Number(0) != 1) return E_INVALIDARG;
-    if (mode != 2 || protection == 1) return E_FAIL;
+    if (Refuses()) return E_FAIL;
     modules.push_back(std::make_shared<Module>());
     modules.back()->name = "Module" + std::to_string(++modulesAdded_);
     return Answer(result, Component(modules.back()));
@@ -294,8 +297,9 @@ IDispatch* HostModel::Components() {
     modules.remove(FindModule(TextOf(arguments.Object(0), L"Name")));
     return S_OK;
   };
-  return Object("VBComponents",
-                {{L"Add", 12, kMethod, {VT_I4}, add}, {L"Remove", 13, kMethod, {VT_DISPATCH}, remove}});
+  return Object("VBComponents", {{L"Add", 12, kMethod, {VT_I4}, add},
+                                 {L"Remove", 13, kMethod, {VT_DISPATCH}, remove},
+                                 Get(L"Parent", 2, [this] { return Project(); })});
 }
 
 IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
@@ -304,6 +308,7 @@ IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
   };
   return Object("VBComponent", {Get(L"Name", 48, [module] { return module->name; }),
                                 {L"Name", 48, kPut, {VT_BSTR}, rename},
+                                Get(L"Collection", 2, [this] { return Components(); }),
                                 Get(L"CodeModule", 50, [this, module] { return CodeModule(module); })});
 }
 

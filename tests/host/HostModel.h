@@ -58,6 +58,9 @@ class HostModel {
 
  private:
   IDispatch* Object(std::string name, std::vector<ScriptObject::Member> members);
+  IDispatch* Project();
+  /// Whether the project takes no changes now.
+  bool Refuses() const { return mode != 2 || protection == 1; }
   IDispatch* CommandBars();
   IDispatch* MenuBar();
   IDispatch* AddInsBar();
