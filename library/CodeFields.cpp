@@ -19,18 +19,18 @@ bool InName(char c) {
   return letter || (c >= '0' && c <= '9') || c == '_';
 }
 
-/// Between the marks; nothing when that is no field.
+/// Between the marks, in one line; nothing when that is no field.
 std::optional<CodeField> FieldOf(std::string_view text) {
-  const std::size_t equals = text.find('=');
-  const std::string_view name = text.substr(0, equals);
-  const bool isName =
-      !name.empty() && InName(name.front()) && name.back() != ' ' &&
-      std::all_of(name.begin(), name.end(), [](char c) { return InName(c) || c == ' ' || c == '-'; });
-  if (!isName || text.find_first_of("\r\n") != std::string_view::npos) return std::nullopt;
+  const auto* const nameEnd =
+      std::find_if_not(text.begin(), text.end(), [](char c) { return InName(c) || c == ' ' || c == '-'; });
+  const std::string_view name = text.substr(0, static_cast<std::size_t>(nameEnd - text.begin()));
+  if (name.empty() || !InName(name.front()) || name.back() == ' ') return std::nullopt;
   CodeField field;
   field.name = name;
-  if (equals == std::string_view::npos) return field;
-  text.remove_prefix(equals + 1);
+  text.remove_prefix(name.size());
+  if (text.empty()) return field;
+  if (text.front() != '=') return std::nullopt;
+  text.remove_prefix(1);
   for (;;) {
     const std::size_t bar = text.find('|');
     field.choices.emplace_back(text.substr(0, bar));
@@ -94,12 +94,16 @@ bool IsAnswered(std::string_view name) {
 
 std::vector<CodeField> FieldsIn(std::string_view code) {
   std::vector<CodeField> fields;
+  // The next ones behind the mark, looked for once each: code may be all marks.
+  std::size_t close = 0;
+  std::size_t lineEnd = 0;
   for (std::size_t at = code.find(kOpen); at != std::string_view::npos; at = code.find(kOpen, at)) {
     // Of several opening marks in a row the last counts.
     const std::size_t inside = at + kOpen.size();
-    const std::size_t close = code.find(kClose, inside);
+    if (close < inside) close = code.find(kClose, inside);
+    if (lineEnd < inside) lineEnd = code.find_first_of(kLineEnd, inside);
     if (close == std::string_view::npos) break;
-    auto field = FieldOf(code.substr(inside, close - inside));
+    auto field = lineEnd < close ? std::nullopt : FieldOf(code.substr(inside, close - inside));
     if (!field) {
       ++at;
       continue;
