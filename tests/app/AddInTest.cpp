@@ -289,7 +289,7 @@ TEST_P(AnyHostTest, CodeIsFittedIntoTheModuleAndTakenFromIt) {
   PostMessageA(window, WM_COMMAND, Command::kPasteFitted, 0);
   const HWND dialog = WaitForWindow("Fill In Fields");
   ASSERT_NE(dialog, nullptr);
-  SetWindowTextA(GetDlgItem(dialog, frmFields::kFirstFieldId), "y");
+  SetWindowTextA(FindControl(dialog, frmFields::kFirstFieldId), "y");
   EXPECT_EQ(WindowText(GetDlgItem(dialog, frmFields::kPreviewId)),
             "If y Then 'B Form1 Project1\r\n  one\r\n    two\r\nEnd If");
   PostMessageA(dialog, WM_COMMAND, IDOK, 0);

@@ -8,13 +8,14 @@
 namespace snip {
 namespace {
 
-constexpr std::size_t kMostInOneDialog = 10;
+constexpr int kMostAsked = 100;
+constexpr int kMostInSight = 10;
 
 // In dialog units.
 constexpr int kMargin = 7;
 constexpr int kWidth = 280;
 constexpr int kLabelWidth = 80;
-constexpr int kRowHeight = 17;
+constexpr int kRowHeight = 16;  // a multiple of 8 gives whole pixels with every font
 constexpr int kPreviewHeight = 96;
 
 const std::string& DefaultOf(const CodeField& field) {
@@ -28,40 +29,24 @@ std::optional<frmFields::Texts> frmFields::ShowMe(HWND owner, const std::vector<
   fields_ = &fields;
   preview_ = &preview;
   for (const CodeField& field : fields) texts_[field.name] = DefaultOf(field);
-  for (first_ = 0; first_ < fields.size(); first_ += count_) {
-    count_ = std::min(kMostInOneDialog, fields.size() - first_);
-    if (ShowModal(owner, WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME) != IDOK) return std::nullopt;
-  }
+  count_ = std::min(kMostAsked, static_cast<int>(fields.size()));
+  if (ShowModal(owner, WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME) != IDOK) return std::nullopt;
   return texts_;
 }
 
 void frmFields::OnInit() {
   UseFont(MessageFont());
   codeFont_ = FontOfSize(codeFontProperty_.Name, codeFontProperty_.Size);
-  std::string title = "Fill In Fields";
-  if (count_ < fields_->size()) {
-    title += " (" + std::to_string(first_ + 1) + " to " + std::to_string(first_ + count_) + " of " +
-             std::to_string(fields_->size()) + ")";
-  }
-  SetWindowTextA(hWnd(), title.c_str());
-  const int fieldLeft = kMargin + kLabelWidth + 4;
-  int top = kMargin;
-  for (std::size_t i = 0; i < count_; ++i, top += kRowHeight) {
-    const CodeField& field = (*fields_)[first_ + i];
-    const int id = kFirstFieldId + static_cast<int>(i);
-    AddLabel(field.name.c_str(), {kMargin, top + 2, kLabelWidth, 9});
-    const bool choice = field.choices.size() > 1;
-    const Rect place{fieldLeft, top, kWidth - kMargin - fieldLeft, choice ? 90 : 13};
-    const HWND control =
-        choice
-            ? Add("COMBOBOX", "", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, id, place)
-            : Add("EDIT", DefaultOf(field).c_str(), WS_TABSTOP | ES_AUTOHSCROLL, id, place, WS_EX_CLIENTEDGE);
-    if (!choice) continue;
-    for (const std::string& text : field.choices)
-      SendMessageA(control, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-    SendMessageA(control, CB_SETCURSEL, 0, 0);
-  }
-  AddLabel("Code:", {kMargin, top + 2, kLabelWidth, 9});
+  SetWindowTextA(hWnd(), "Fill In Fields");
+  const int height = std::min(count_, kMostInSight) * kRowHeight;
+  rows_.CreateIn(hWnd(), Pixels({0, kMargin, kWidth, height}), Down(kRowHeight), count_);
+  AddFields();
+  int top = kMargin + height;
+  const std::string label = fields_->size() == static_cast<std::size_t>(count_)
+                                ? "Code:"
+                                : "Code (only the first " + std::to_string(count_) + " of " +
+                                      std::to_string(fields_->size()) + " fields can be filled in):";
+  AddLabel(label.c_str(), {kMargin, top + 2, kWidth - 2 * kMargin, 9});
   const HWND code =
       Add("EDIT", "",
           WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL,
@@ -77,18 +62,41 @@ void frmFields::OnInit() {
   PaintCaption();
 }
 
-HWND frmFields::FieldAt(std::size_t index) const {
-  return GetDlgItem(hWnd(), kFirstFieldId + static_cast<int>(index));
+void frmFields::AddFields() {
+  const int left = Across(kMargin + kLabelWidth + 4);
+  // As wide as what is below them, or up to the scroll bar.
+  const int right = std::min(Across(kWidth - kMargin), ClientSize(rows_.hWnd()).width - Across(2));
+  for (int i = 0; i < count_; ++i) {
+    const CodeField& field = (*fields_)[static_cast<std::size_t>(i)];
+    const int top = i * Down(kRowHeight);
+    const bool choice = field.choices.size() > 1;
+    const auto add = [&](const char* className, const std::string& text, DWORD style, int id, DWORD exStyle,
+                         const Rect& place) {
+      return CreateControl(rows_.hWnd(), className, text.c_str(), WS_VISIBLE | style, exStyle, id, font(),
+                           place);
+    };
+    add("STATIC", field.name, SS_LEFT, -1, 0, {Across(kMargin), top + Down(2), Across(kLabelWidth), Down(9)});
+    const Rect place{left, top, right - left, Down(choice ? 90 : 13)};
+    const int id = kFirstFieldId + i;
+    if (!choice) {
+      add("EDIT", DefaultOf(field), WS_TABSTOP | ES_AUTOHSCROLL, id, WS_EX_CLIENTEDGE, place);
+      continue;
+    }
+    const HWND list =
+        add("COMBOBOX", "", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWN | CBS_AUTOHSCROLL, id, 0, place);
+    for (const std::string& text : field.choices)
+      SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageA(list, CB_SETCURSEL, 0, 0);
+  }
 }
 
 void frmFields::OnCommand(int id, int notification) {
-  const bool field = id >= kFirstFieldId && id < kFirstFieldId + static_cast<int>(count_);
-  if (field && notification == CBN_SELCHANGE &&
-      SendMessageA(GetDlgItem(hWnd(), id), CB_GETCURSEL, 0, 0) >= 0) {
-    // The control takes the chosen text into its field only after this.
-    const auto index = static_cast<int>(SendMessageA(GetDlgItem(hWnd(), id), CB_GETCURSEL, 0, 0));
-    SetDlgItemTextA(hWnd(), id, ComboBoxText(GetDlgItem(hWnd(), id), index).c_str());
-  }
+  const bool field = id >= kFirstFieldId && id < kFirstFieldId + count_;
+  const HWND control = FieldAt(id - kFirstFieldId);
+  const auto chosen = static_cast<int>(
+      field && notification == CBN_SELCHANGE ? SendMessageA(control, CB_GETCURSEL, 0, 0) : CB_ERR);
+  // The control takes the chosen text into its field only after this.
+  if (chosen >= 0) SetWindowTextA(control, ComboBoxText(control, chosen).c_str());
   if (field &&
       (notification == EN_CHANGE || notification == CBN_EDITCHANGE || notification == CBN_SELCHANGE)) {
     ReadFields();
@@ -103,8 +111,8 @@ void frmFields::OnCommand(int id, int notification) {
 }
 
 void frmFields::ReadFields() {
-  for (std::size_t i = 0; i < count_; ++i) {
-    if (const auto text = FieldText(FieldAt(i))) texts_[(*fields_)[first_ + i].name] = *text;
+  for (int i = 0; i < count_; ++i) {
+    if (const auto text = FieldText(FieldAt(i))) texts_[(*fields_)[static_cast<std::size_t>(i)].name] = *text;
   }
 }
 

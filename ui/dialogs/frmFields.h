@@ -11,6 +11,7 @@
 #include "platform/Handle.h"
 #include "ui/caption/CaptionedDialog.h"
 #include "ui/commandbar/PropertyBag.h"
+#include "ui/dialogs/FieldRows.h"
 
 namespace snip {
 
@@ -27,8 +28,8 @@ class frmFields : public CaptionedDialog {
   frmFields(CaptionPainter& caption, FontProperty codeFont)
       : CaptionedDialog(caption), codeFontProperty_(std::move(codeFont)) {}
 
-  /// Nothing when the dialog was cancelled or closed. More fields than there is room for are asked for by one
-  /// dialog after the other. The owner is disabled meanwhile.
+  /// Nothing when the dialog was cancelled or closed. Fields beyond a hundred keep their defaults, which it
+  /// says. The owner is disabled meanwhile.
   std::optional<Texts> ShowMe(HWND owner, const std::vector<CodeField>& fields, const Preview& preview);
 
  protected:
@@ -36,15 +37,16 @@ class frmFields : public CaptionedDialog {
   void OnCommand(int id, int notification) override;
 
  private:
-  HWND FieldAt(std::size_t index) const;
+  void AddFields();
+  HWND FieldAt(int index) const { return GetDlgItem(rows_.hWnd(), kFirstFieldId + index); }
   void ReadFields();
   void ShowPreview();
 
   const std::vector<CodeField>* fields_ = nullptr;
   const Preview* preview_ = nullptr;
-  std::size_t first_ = 0;  ///< The first field that is asked for here.
-  std::size_t count_ = 0;
+  int count_ = 0;  ///< Of the fields that are asked for.
   Texts texts_;
+  FieldRows rows_;
   FontProperty codeFontProperty_;
   UniqueFont codeFont_;
 };

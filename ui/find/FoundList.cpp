@@ -177,46 +177,7 @@ void FoundList::ScrollTo(int top) {
 }
 
 void FoundList::UpdateScrollBar() const {
-  SCROLLINFO bar{};
-  bar.cbSize = sizeof bar;
-  bar.fMask = SIF_ALL | SIF_DISABLENOSCROLL;
-  bar.nMax = std::max(0, rows_.count() - 1);
-  bar.nPage = static_cast<UINT>(RowsInSight());
-  bar.nPos = top_;
-  SetScrollInfo(hWnd(), SB_VERT, &bar, TRUE);
-}
-
-void FoundList::OnScroll(int action) {
-  SCROLLINFO bar{};
-  bar.cbSize = sizeof bar;
-  bar.fMask = SIF_TRACKPOS;
-  GetScrollInfo(hWnd(), SB_VERT, &bar);
-  switch (action) {
-    case SB_LINEUP:
-      return ScrollTo(top_ - 1);
-    case SB_LINEDOWN:
-      return ScrollTo(top_ + 1);
-    case SB_PAGEUP:
-      return ScrollTo(top_ - RowsInSight());
-    case SB_PAGEDOWN:
-      return ScrollTo(top_ + RowsInSight());
-    case SB_TOP:
-      return ScrollTo(0);
-    case SB_BOTTOM:
-      return ScrollTo(rows_.count());
-    case SB_THUMBTRACK:
-      return ScrollTo(bar.nTrackPos);
-    default:
-      return;
-  }
-}
-
-void FoundList::OnWheel(int delta) {
-  constexpr int rowsPerNotch = 3;
-  wheel_ += delta * rowsPerNotch;
-  const int rows = wheel_ / WHEEL_DELTA;
-  wheel_ -= rows * WHEEL_DELTA;
-  ScrollTo(top_ - rows);
+  RowScrollBar::Show(hWnd(), top_, RowsInSight(), rows_.count());
 }
 
 void FoundList::Paint() {
@@ -297,6 +258,10 @@ void FoundList::DoDefaultAction(int item) {
 
 LRESULT FoundList::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (const auto answer = accessible_.Answer(message, wParam, lParam)) return *answer;
+  if (const auto top = scrollBar_.Wanted(hWnd(), message, wParam)) {
+    ScrollTo(*top);
+    return 0;
+  }
   switch (message) {
     case WM_PAINT:
       Paint();
@@ -307,12 +272,6 @@ LRESULT FoundList::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       ScrollTo(top_);
       UpdateScrollBar();
       InvalidateRect(hWnd(), nullptr, FALSE);
-      return 0;
-    case WM_VSCROLL:
-      OnScroll(LOWORD(wParam));
-      return 0;
-    case WM_MOUSEWHEEL:
-      OnWheel(GET_WHEEL_DELTA_WPARAM(wParam));
       return 0;
     case WM_LBUTTONDOWN:
     case WM_LBUTTONDBLCLK: {

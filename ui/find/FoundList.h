@@ -5,6 +5,7 @@
 
 #include "platform/AccessibleList.h"
 #include "platform/Handle.h"
+#include "platform/RowScrollBar.h"
 #include "platform/Window.h"
 #include "ui/find/PaletteRows.h"
 
@@ -47,8 +48,6 @@ class FoundList : public Window, private AccessibleItems {
   void ScrollTo(int top);
   void ShowSelected();
   void UpdateScrollBar() const;
-  void OnScroll(int action);
-  void OnWheel(int delta);
   void Paint();
   void PaintRow(HDC dc, int row, const RECT& place) const;
 
@@ -61,7 +60,7 @@ class FoundList : public Window, private AccessibleItems {
   int rowHeight_ = 1;  ///< Pixels.
   int top_ = 0;        ///< The first row in sight.
   int selected_ = -1;
-  int wheel_ = 0;  ///< What the wheel has turned and no row was scrolled for.
+  RowScrollBar scrollBar_;
 };
 
 }  // namespace snip
