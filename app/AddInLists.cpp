@@ -68,6 +68,12 @@ bool DeleteKey(const char* list, const char* progId) {
   return deleted == ERROR_SUCCESS || deleted == ERROR_FILE_NOT_FOUND;
 }
 
+/// False when the library is still listed or registered.
+bool TakeAway(const VbaLibrary& library) {
+  const bool listGone = DeleteKey(library.list, library.progId);
+  return UnregisterLibrary(library) && listGone;
+}
+
 }  // namespace
 
 void RegisterAddIn() {
@@ -95,8 +101,15 @@ Entered WhereAddInIsRegistered() {
 bool UnregisterAddIn() {
   WritePrivateProfileStringA(kAddInList, kAddInProgId, nullptr, kAddInFile);
   bool gone = DeleteKey(kAddInKeys, kAddInProgId) && !AddInRegistered();
-  for (const VbaLibrary& library : kVbaLibraries) gone = DeleteKey(library.list, library.progId) && gone;
-  return UnregisterLibraries() && gone;
+  for (const VbaLibrary& library : kVbaLibraries) gone = TakeAway(library) && gone;
+  return gone;
+}
+
+bool UnregisterOwnLibraries() {
+  bool gone = true;
+  for (const VbaLibrary& library : kVbaLibraries)
+    gone = (!LibraryIsOwn(library) || TakeAway(library)) && gone;
+  return gone;
 }
 
 }  // namespace snip

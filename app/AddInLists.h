@@ -17,7 +17,10 @@ void RegisterInKeys();
 bool AddInRegistered();
 /// For whom "vbaddin.ini" lists it, as far as can be found out.
 Entered WhereAddInIsRegistered();
-/// False when one of the lists still has it.
+/// Takes it out of the lists, with what VBA's editor loads of it. False when one of them still has it.
 bool UnregisterAddIn();
+/// Takes out of VBA's lists what belongs to this copy, while another one stays in the others. False when one
+/// of them still has it.
+bool UnregisterOwnLibraries();
 
 }  // namespace snip

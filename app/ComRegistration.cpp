@@ -154,24 +154,22 @@ void DeleteClassIdsIfEmpty(HKEY classes, REGSAM view = 0) {
 /// The view of the registry that programs of the other width have.
 constexpr REGSAM kOtherView = sizeof(void*) == 8 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 
-/// What COM starts for the class, without quotes; empty when it is not registered below `classes`.
-std::wstring ServerPath(HKEY classes, REGSAM view) {
+/// The path that a class has in `server`, its key for programs or for libraries, without quotes; empty when
+/// it is not registered below `classes`.
+std::wstring RegisteredPath(HKEY classes, const std::string& server, REGSAM view) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExA(classes, (ClassKey() + "\\LocalServer32").c_str(), 0, KEY_READ | view, &opened) !=
-      ERROR_SUCCESS) {
-    return {};
-  }
+  if (RegOpenKeyExA(classes, server.c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return {};
   const UniqueRegKey key(opened);
   DWORD size = 0;
   RegQueryValueExW(opened, nullptr, nullptr, nullptr, nullptr, &size);
-  std::wstring command(size / sizeof(wchar_t) + 1, L'\0');
-  if (RegQueryValueExW(opened, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(command.data()), &size) !=
+  std::wstring path(size / sizeof(wchar_t) + 1, L'\0');
+  if (RegQueryValueExW(opened, nullptr, nullptr, nullptr, reinterpret_cast<BYTE*>(path.data()), &size) !=
       ERROR_SUCCESS) {
     return {};
   }
-  command.resize(std::wcslen(command.c_str()));
-  std::erase(command, L'"');
-  return command;
+  path.resize(std::wcslen(path.c_str()));
+  std::erase(path, L'"');
+  return path;
 }
 
 /// The same path for a file that was started by its short name.
@@ -183,11 +181,27 @@ std::wstring LongPath(const std::wstring& path) {
   return longer;
 }
 
-Registered RegisteredIn(HKEY classes, REGSAM view = 0) {
-  const std::wstring path = ServerPath(classes, view);
+std::wstring BesideProgram(const VbaLibrary& library) {
+  const std::wstring program = WideProgramPath();
+  return program.substr(0, program.rfind(L'\\') + 1) + Wide(library.file);
+}
+
+/// Whose `path` is, beside a file of this copy.
+Registered OwnerOf(const std::wstring& path, const std::wstring& own) {
   if (path.empty()) return Registered::None;
-  if (lstrcmpiW(LongPath(path).c_str(), LongPath(WideProgramPath()).c_str()) == 0) return Registered::Own;
+  if (lstrcmpiW(LongPath(path).c_str(), LongPath(own).c_str()) == 0) return Registered::Own;
   return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? Registered::Gone : Registered::Other;
+}
+
+Registered RegisteredIn(HKEY classes, REGSAM view = 0) {
+  return OwnerOf(RegisteredPath(classes, ClassKey() + "\\LocalServer32", view), WideProgramPath());
+}
+
+Registered RegisteredLibrary(const VbaLibrary& library) {
+  const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ);
+  const std::string server = ClassKey(library.classId) + "\\InprocServer32";
+  const std::wstring path = classes ? RegisteredPath(classes.get(), server, library.view) : std::wstring();
+  return OwnerOf(path, BesideProgram(library));
 }
 
 /// What COM finds: an entry below a later root hides those below the earlier ones.
@@ -253,8 +267,7 @@ bool RegisterWhereMoved(std::span<const HKEY> roots) {
 }
 
 std::wstring LibraryPath(const VbaLibrary& library) {
-  const std::wstring program = WideProgramPath();
-  const std::wstring path = program.substr(0, program.rfind(L'\\') + 1) + Wide(library.file);
+  const std::wstring path = BesideProgram(library);
   return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? std::wstring() : path;
 }
 
@@ -267,14 +280,23 @@ void RegisterLibraries() {
   }
 }
 
-bool UnregisterLibraries() {
+bool LibraryMissing() {
+  return std::any_of(std::begin(kVbaLibraries), std::end(kVbaLibraries), [](const VbaLibrary& library) {
+    const Registered registered = RegisteredLibrary(library);
+    return (registered == Registered::None || registered == Registered::Gone) &&
+           !LibraryPath(library).empty();
+  });
+}
+
+bool LibraryIsOwn(const VbaLibrary& library) {
+  return TakesAway(RegisteredLibrary(library));
+}
+
+bool UnregisterLibrary(const VbaLibrary& library) {
   const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
-  bool gone = true;
-  if (!classes) return gone;
-  for (const VbaLibrary& library : kVbaLibraries) {
-    gone = TakeAway(classes.get(), LibraryEntries(library, L"")) && gone;
-    DeleteClassIdsIfEmpty(classes.get(), library.view);
-  }
+  if (!classes) return true;
+  const bool gone = TakeAway(classes.get(), LibraryEntries(library, L""));
+  DeleteClassIdsIfEmpty(classes.get(), library.view);
   return gone;
 }
 

@@ -48,7 +48,11 @@ bool RegisterWhereMoved(std::span<const HKEY> roots);
 std::wstring LibraryPath(const VbaLibrary& library);
 /// Enters those that are there.
 void RegisterLibraries();
-/// False when something of them is still there.
-bool UnregisterLibraries();
+/// Whether one of them is there, but no file for its class.
+bool LibraryMissing();
+/// Whether its class is this folder's, or nobody's for want of a file.
+bool LibraryIsOwn(const VbaLibrary& library);
+/// False when something of it is still there.
+bool UnregisterLibrary(const VbaLibrary& library);
 
 }  // namespace snip

@@ -18,7 +18,7 @@ void StartUp(StartMode mode, const Registry32& registry, const ShowMessageFuncti
   if (mode != StartMode::Standalone) return;
   const bool firstRun = registry.GetRegSetting(kCompany, kApplication, kSection, kRunBefore).empty();
   if (!firstRun) {
-    registration.enterWhereMoved();
+    registration.enterAgain();
     showMainWindow();
     return;
   }

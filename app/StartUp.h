@@ -14,8 +14,8 @@ struct Registration {
   /// Enters it in the list of add-ins and as the server that the environment then asks for; what the user has
   /// to be told of that.
   std::function<std::string()> enter;
-  /// Enters the server once more where its file was moved.
-  std::function<void()> enterWhereMoved;
+  /// Enters the server once more where its file was moved, and what an earlier version has not entered.
+  std::function<void()> enterAgain;
 };
 
 /// What a start of the process does that was not made to change its registration. A component does nothing by

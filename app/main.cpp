@@ -53,9 +53,11 @@ class Application {
                    RegisterInKeys();
                    return AfterEntering(EnterServer());
                  },
-             .enterWhereMoved =
+             .enterAgain =
                  [] {
+                   const bool upgraded = LibraryMissing();  // as after a version that had none
                    if (RegisterWhereMoved(RegistrationRoots())) RegisterLibraries();
+                   if (upgraded && AnyRegistered(RegistrationRoots())) RegisterInKeys();
                  }},
             [&] { windowShown = mainWindow_.Show(nullptr); });
     return windowShown ? MessageLoop() : 0;
@@ -74,8 +76,8 @@ class Application {
       remarks = AfterEntering(facts);
     } else {
       const bool serverGone = UnregisterServer(RegistrationRoots());
-      // The list has one line for all copies of the program.
-      const bool listGone = AnyRegistered(RegistrationRoots()) || UnregisterAddIn();
+      // The lists of Visual Basic have one line for all copies of the program.
+      const bool listGone = AnyRegistered(RegistrationRoots()) ? UnregisterOwnLibraries() : UnregisterAddIn();
       done = serverGone && listGone;
       remarks = AfterTakingAway(serverGone, listGone);
     }

@@ -651,8 +651,16 @@ TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
     EXPECT_EQ(SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "FriendlyName", nullptr, nullptr, &size),
               ERROR_SUCCESS);
   }
-  run("/UnregServer");
-  EXPECT_EQ(Program::AddInEntry(), "");
+  // Another copy keeps the lists, but not what is this one's in VBA's editor.
+  const std::string command = Program::ServerCommand();
+  for (const std::string& server : {std::string("C:\\windows\\system32\\kernel32.dll"), command}) {
+    SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
+                REG_SZ, server.c_str(), static_cast<DWORD>(server.size() + 1));
+    run("/UnregServer");
+    EXPECT_EQ(Program::AddInEntry(), server == command ? "" : "1");
+    EXPECT_EQ(RegistryContents(HKEY_CURRENT_USER, keys[1]), std::set<std::string>{});
+    EXPECT_EQ(std::get<1>(registry()), std::get<1>(before)) << "the library's class";
+  }
   EXPECT_TRUE(registry() == before);
 }
 

@@ -63,7 +63,13 @@ TEST(FirstStart, TheSecondStartOpensTheWindowAndWritesNothing) {
   EXPECT_EQ(program.folder().Read("Lib.bns"), NewLibraryBns());
 }
 
-TEST(FirstStart, ALaterStartEntersTheServerAgainWhenItsFolderWasMoved) {
+TEST(FirstStart, ALaterStartEntersWhatAnotherFolderOrAnEarlierVersionLeftOut) {
+  const char* const vb6 = R"(Software\Microsoft\Visual Basic\6.0\Addins\BnSnipstore2.Connect)";
+  const char* const vba = R"(Software\Microsoft\VBA\VBE\6.0\Addins64\BnSnipstoreVba64.Connect)";
+  const auto listed = [](const char* key) {
+    DWORD size = 0;
+    return SHGetValueA(HKEY_CURRENT_USER, key, "LoadBehavior", nullptr, nullptr, &size) == ERROR_SUCCESS;
+  };
   Program program;
   program.MarkAsRunBefore();
   program.Start("/regserver /silent");
@@ -72,9 +78,19 @@ TEST(FirstStart, ALaterStartEntersTheServerAgainWhenItsFolderWasMoved) {
   SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
               REG_SZ, "Z:\\old.exe", sizeof "Z:\\old.exe");
   program.folder().Write("Lib.bns", NewLibraryBns());
-  program.Start();
-  ASSERT_NE(program.MainWindow(), nullptr) << "no second notice";
-  EXPECT_EQ(Program::ServerCommand(), command);
+  program.folder().Write("BnSnipstoreVba64.dll", "as unpacked over a version that had none");
+  for (const bool first : {true, false}) {
+    SHDeleteKeyA(HKEY_CURRENT_USER, vb6);
+    SHDeleteKeyA(HKEY_CURRENT_USER, vba);
+    program.Start();
+    const HWND window = program.MainWindow();
+    ASSERT_NE(window, nullptr) << "no second notice";
+    EXPECT_EQ(Program::ServerCommand(), command);
+    EXPECT_EQ(listed(vb6), first) << "what its user has removed stays so";
+    EXPECT_EQ(listed(vba), first);
+    PostMessageA(window, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(program.WaitForEnd());
+  }
 }
 
 TEST(FirstStart, RegisteringSaysWhatFailedUnlessItShallBeSilent) {

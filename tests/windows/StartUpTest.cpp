@@ -20,7 +20,7 @@ class StartUpTest : public testing::Test {
                    log_.emplace_back("enter");
                    return remarks_;
                  },
-             .enterWhereMoved = [this] { log_.emplace_back("moved?"); }},
+             .enterAgain = [this] { log_.emplace_back("moved?"); }},
             [this] { log_.emplace_back("window"); });
   }
 
