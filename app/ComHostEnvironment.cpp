@@ -153,11 +153,11 @@ std::unique_ptr<HostModule> ComHostEnvironment::AddStandardModule() {
   }
 }
 
-bool ComHostEnvironment::IsProcess(unsigned long process) {
+bool ComHostEnvironment::HasWindow(void* window) {
+  const auto rootOwner = [](HWND of) { return GetAncestor(of, GA_ROOTOWNER); };
   try {
-    DWORD own = 0;
-    GetWindowThreadProcessId(root_.MainWindow().HWnd(), &own);
-    return own == process;
+    const HWND root = rootOwner(static_cast<HWND>(window));
+    return root != nullptr && root == rootOwner(root_.MainWindow().HWnd());
   } catch (const HostError&) {
     return false;
   }

@@ -18,7 +18,7 @@ class ComHostEnvironment : public HostEnvironment {
   std::unique_ptr<HostCodePane> ActiveCodePane() override;
   std::unique_ptr<HostModule> AddStandardModule() override;
   std::string ProjectName() override;
-  bool IsProcess(unsigned long process) override;
+  bool HasWindow(void* window) override;
   bool Lost() override { return lost_(); }
 
  private:

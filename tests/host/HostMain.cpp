@@ -20,6 +20,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -386,8 +387,16 @@ class Host {
         {"newer", [&] { return newer_ = true, ""; }},
         {"last", [&] { return model_.watch.last; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
-        {"front", [&] { return GetForegroundWindow() == window_.hWnd() ? "yes" : "no"; }},
-        {"takefront", [&] { return SetForegroundWindow(window_.hWnd()) != 0 ? "yes" : "no"; }},
+        {"front",
+         [&] {
+           const HWND front = GetForegroundWindow();
+           return front == window_.hWnd() ? "yes" : sheet_ && front == sheet_->hWnd() ? "sheet" : "no";
+         }},
+        {"takefront",
+         [&] {
+           if (next() == "sheet" && !sheet_) sheet_.emplace();
+           return SetForegroundWindow((word == "sheet" ? *sheet_ : window_).hWnd()) != 0 ? "yes" : "no";
+         }},
     };
     const auto command = commands.find(name);
     return command == commands.end() ? "unknown command" : command->second();
@@ -395,6 +404,7 @@ class Host {
 
   CommandQueue commands_;
   HostWindow window_;
+  std::optional<HostWindow> sheet_;  ///< Another window of its process, as an Office has.
   HostModel model_{window_.hWnd()};
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;

@@ -58,9 +58,7 @@ void CodeDelivery::Output(const SearchedLibrary& library, std::size_t snippet) {
 }
 
 void CodeDelivery::OutputToWindow(HWND window, const std::string& code) {
-  DWORD process = 0;
-  GetWindowThreadProcessId(window, &process);
-  if (host_ != nullptr && host_->IsProcess(process)) {
+  if (host_ != nullptr && host_->HasWindow(window)) {
     output_.PasteCode(code);
   } else {
     Copy(code);

@@ -85,8 +85,9 @@ class HostEnvironment {
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
   /// The name of the active project; empty when none is open.
   virtual std::string ProjectName() = 0;
-  /// Whether it is that process, by the system's number; false if it cannot tell.
-  virtual bool IsProcess(unsigned long /*process*/) { return false; }
+  /// Whether that window, by the system's handle, is the environment's main window or belongs to it; false if
+  /// it cannot tell. VBA's editor shares its process with the windows of an Office.
+  virtual bool HasWindow(void* /*window*/) { return false; }
   /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
   virtual bool Lost() { return true; }
 };
