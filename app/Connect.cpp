@@ -14,6 +14,7 @@ constexpr const char* kAddInsBar = "Add-Ins";
 // The dispatch ids of the members that Connect offers by name.
 constexpr DISPID kShowMember = 0x60030000;
 constexpr DISPID kHideMember = 0x60030001;
+constexpr DISPID kDetachMember = 0x60030002;
 
 /// Entries that an environment has kept from an earlier time, when it ended before they could be taken away.
 void RemoveStaleEntries(const host::CommandBarControls& controls, const std::string& caption) {
@@ -58,6 +59,18 @@ void Connect::Hide() {
   if (!displayed_) return;
   displayed_.Reset();
   window_.Hide(*this);
+}
+
+void Connect::Detach() {
+  if (!session_) return;
+  detached_ = EndSession();
+  KeepForWindow();
+  watch_->PostUnload();
+}
+
+void Connect::UnloadMainWindow() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  Disconnect();
 }
 
 void Connect::KeepForWindow() {
@@ -174,21 +187,24 @@ void Connect::PingHost() {
 }
 
 void Connect::Disconnect() {
-  const std::shared_ptr<Session> session = std::exchange(session_, nullptr);
-  if (session) {
-    *session->connected = false;
-    // All of the environment's objects are let go before it is answered: later they are not valid any more.
-    session->menuHandler.reset();
-    const host::CommandBarControl entry = std::move(session->menuEntry);
-    try {
-      if (entry.exists()) entry.Delete();
-    } catch (const HostError&) {
-      // The environment has taken it away itself, or has gone.
-    }
-    session->root = {};
-  }
+  const std::shared_ptr<Session> session = session_ ? EndSession() : std::exchange(detached_, nullptr);
   // At the end of the user's session the environment goes without waiting for the question of the window.
   if (window_.Unload(*this)) displayed_.Reset();
+}
+
+std::shared_ptr<Connect::Session> Connect::EndSession() {
+  std::shared_ptr<Session> session = std::exchange(session_, nullptr);
+  *session->connected = false;
+  // All of the environment's objects are let go before it is answered: later they are not valid any more.
+  session->menuHandler.reset();
+  const host::CommandBarControl entry = std::move(session->menuEntry);
+  try {
+    if (entry.exists()) entry.Delete();
+  } catch (const HostError&) {
+    // The environment has taken it away itself, or has gone.
+  }
+  session->root = {};
+  return session;
 }
 
 void Connect::OnHidden() {
@@ -211,6 +227,7 @@ HRESULT Connect::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count,
   std::fill_n(ids, count, DISPID_UNKNOWN);
   if (lstrcmpiW(names[0], L"Show") == 0) ids[0] = kShowMember;
   if (lstrcmpiW(names[0], L"Hide") == 0) ids[0] = kHideMember;
+  if (lstrcmpiW(names[0], L"Detach") == 0) ids[0] = kDetachMember;
   return count == 1 && ids[0] != DISPID_UNKNOWN ? S_OK : DISP_E_UNKNOWNNAME;
 }
 
@@ -241,6 +258,8 @@ HRESULT Connect::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WOR
       return GuardedMethod([this] { session_ ? MenuHandler_Click() : Show(); });
     case kHideMember:
       return GuardedMethod([this] { Hide(); });
+    case kDetachMember:
+      return GuardedMethod([this] { Detach(); });
     default:
       return DISP_E_MEMBERNOTFOUND;
   }

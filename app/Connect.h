@@ -27,6 +27,8 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   /// Shows the main window, with the environment that is connected, if any.
   void Show();
   void Hide();
+  /// Disconnects without having the environment wait for the user, who is asked afterwards whether to save.
+  void Detach();
 
   // IDTExtensibility and IDTExtensibility2
   HRESULT STDMETHODCALLTYPE OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* AddInInst,
@@ -36,7 +38,7 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   HRESULT STDMETHODCALLTYPE OnStartupComplete(SAFEARRAY** custom) override;
   HRESULT STDMETHODCALLTYPE OnBeginShutdown(SAFEARRAY** custom) override;
 
-  // IDispatch: Show and Hide by name, and the functions of IDTExtensibility2 by their numbers
+  // IDispatch: Show, Hide and Detach by name, and the functions of IDTExtensibility2 by their numbers
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD kind,
@@ -65,6 +67,8 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   // ClickListener
   void MenuHandler_Click() override;
   void Disconnect();
+  /// Lets go of the environment. What the session was, which the window may still refer to.
+  std::shared_ptr<Session> EndSession();
   /// Has the main window keep this, and the process, until it is hidden.
   void KeepForWindow();
   bool FindHostGone();
@@ -73,12 +77,14 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   void OnHidden() override;
   // ConnectionWindow::Owner
   void ShowMainWindow() override;
+  void UnloadMainWindow() override;
   void HostIsGone() override;
   void PingHost() override;
 
   ServerLife& life_;
   AddInWindow& window_;
   std::shared_ptr<Session> session_;         ///< Null when no environment is connected.
+  std::shared_ptr<Session> detached_;        ///< The last one, until the window is unloaded.
   std::unique_ptr<ConnectionWindow> watch_;  ///< Of the environment that was connected last.
   /// From the first connection on: an environment may come back to its object after any time.
   std::optional<ServerLife::Connection> connection_;

@@ -7,6 +7,7 @@ namespace {
 
 constexpr UINT kShow = WM_APP + 1;
 constexpr UINT kGone = WM_APP + 2;
+constexpr UINT kUnload = WM_APP + 3;
 
 constexpr UINT_PTR kWatchTimer = 1;
 constexpr UINT kProcessCheckMs = 1000;
@@ -35,6 +36,10 @@ void ConnectionWindow::PostShow() {
   PostMessageA(hWnd(), kShow, 0, 0);
 }
 
+void ConnectionWindow::PostUnload() {
+  PostMessageA(hWnd(), kUnload, 0, 0);
+}
+
 bool ConnectionWindow::FindGone() {
   const HWND self = hWnd();
   const bool gone = HostGone(kEndingMs);
@@ -58,6 +63,9 @@ LRESULT ConnectionWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
   switch (message) {
     case kShow:
       owner_.ShowMainWindow();
+      return 0;
+    case kUnload:
+      owner_.UnloadMainWindow();
       return 0;
     case WM_TIMER: {
       // The environment may disconnect while it is asked, and this object go with it.

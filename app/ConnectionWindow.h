@@ -15,7 +15,8 @@ class ConnectionWindow : public Window {
   class Owner {
    public:
     virtual void ShowMainWindow() = 0;
-    /// May delete the window.
+    // These may delete the window.
+    virtual void UnloadMainWindow() = 0;
     virtual void HostIsGone() = 0;
     /// Asks the environment, while it is connected, for a sign of life; throws `HostError`. Used when its
     /// process cannot be watched.
@@ -33,6 +34,7 @@ class ConnectionWindow : public Window {
   void WatchProcessOf(HWND hostWindow);
 
   void PostShow();
+  void PostUnload();
   /// Finds out whether the environment is gone, as a call seems to have found; has the owner told when it is.
   bool FindGone();
 

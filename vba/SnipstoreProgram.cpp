@@ -39,8 +39,9 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
 
 void SnipstoreProgram::LetGo() {
   const ComPtr<IDispatch> connect = std::move(connect_);
-  constexpr LONG kUserClosed = 1;
-  if (connect) Invoke(connect.get(), kOnDisconnectionMember, {Variant(kUserClosed).get(), Missing()});
+  if (!connect) return;
+  CoAllowSetForegroundWindow(connect.get(), nullptr);  // for the question
+  Call(connect.get(), L"Detach");
 }
 
 }  // namespace snip::vba

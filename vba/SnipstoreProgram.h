@@ -16,7 +16,7 @@ class SnipstoreProgram {
   /// Has it show its window for `editor`, and starts it when it does not run, or no more. Other calls come in
   /// during that, `LetGo` among them.
   HRESULT Show(IDispatch* editor);
-  /// Has it disconnect from the editor, for which it may ask its user whether to save.
+  /// Has it let go of the editor, which does not wait while its user is asked whether to save.
   void LetGo();
 
  private:

@@ -374,10 +374,16 @@ TEST_P(AnyHostTest, ADisconnectionOffersToSave) {
   PostMessageA(window, WM_CLOSE, 0, 0);
   EXPECT_TRUE(WaitUntil([&] { return IsWindowVisible(window) == 0; })) << "hidden without a question";
   host.Send("disconnect 1");
+  if (IsVba()) {  // an Office that exits goes on during the question
+    EXPECT_EQ(host.Answer() + host.Ask("references") + host.Ask("release"), "00");
+    host.Kill();
+    EXPECT_TRUE(WaitUntil([] { return !Connected(); }));
+  }
   EXPECT_EQ(CloseMessage(window, IDYES), "Save changes to 'My Great Lib'?");
-  EXPECT_EQ(host.Answer(), "0");
-  EXPECT_EQ(host.Ask("references"), "0");
-  host.Ask("release");
+  if (!IsVba()) {
+    EXPECT_EQ(host.Answer() + host.Ask("references") + host.Ask("release"), "00");
+  }
+  EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; }));
   EXPECT_NE(program_.folder().Read("My Great Lib.bns").find("changed d1"), std::string::npos);
 }
 
