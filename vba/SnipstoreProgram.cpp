@@ -16,7 +16,8 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     const auto connect = ComPtr<IDispatch>::Share(connect_.get());
     CoAllowSetForegroundWindow(connect.get(), nullptr);
     if (SUCCEEDED(Call(connect.get(), L"Show"))) return S_OK;
-    connect_.Reset();  // it has ended by itself
+    if (!connect_) return S_FALSE;  // it has been let go of meanwhile
+    LetGo();                        // it has ended by itself, or cannot show itself
   }
   starting_ = true;
   const HRESULT started = Start(editor);
@@ -33,7 +34,8 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
   // Connected so it shows its window at once, and leaves the menus alone.
   result = Invoke(connect.get(), kOnConnectionMember,
                   {ByValue(editor), Variant(kExternal).get(), ByValue(nullptr), Missing()});
-  if (SUCCEEDED(result)) connect_ = std::move(connect);
+  connect_ = std::move(connect);
+  if (FAILED(result)) LetGo();
   return result;
 }
 
