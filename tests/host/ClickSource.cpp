@@ -26,10 +26,7 @@ class Point final : public ComObject<IConnectionPoint> {
   HRESULT STDMETHODCALLTYPE Advise(IUnknown* client, DWORD* cookie) override {
     const auto sinks = sinks_.lock();
     if (!sinks) return CONNECT_E_CANNOTCONNECT;
-    if (const auto hook = watch_.hooks.find("Events.Advise"); hook != watch_.hooks.end()) {
-      const CallWatch::Hook run = hook->second;
-      if (const HRESULT failed = run(); FAILED(failed)) return failed;
-    }
+    if (const HRESULT failed = watch_.RunHook("Events.Advise"); FAILED(failed)) return failed;
     ComPtr<IDispatch> sink;
     // Where the events' interface cannot be passed between processes, plain late binding can.
     if (FAILED(client->QueryInterface(events_, sink.PutVoid())) &&

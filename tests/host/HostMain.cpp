@@ -257,6 +257,7 @@ class Host {
     words >> member >> what;
     if (what == "off") {
       model_.watch.hooks.erase(member);
+      return std::exchange(model_.watch.hooked, 0) > 0 ? "hit" : "";
     } else if (what == "disconnect") {
       model_.watch.hooks[member] = [this] { return DisconnectAddIn(1); };
     } else if (what == "nothing") {

@@ -7,6 +7,14 @@
 
 namespace snip::test {
 
+HRESULT CallWatch::RunHook(const std::string& member) {
+  const auto hook = hooks.find(member);
+  if (hook == hooks.end()) return S_OK;
+  ++hooked;
+  const Hook run = hook->second;  // which may take itself away
+  return run();
+}
+
 std::string Arguments::Text(std::size_t index) const {
   Bstr text;
   text.Reset(SysAllocStringLen((*this)[index].bstrVal, SysStringLen((*this)[index].bstrVal)));
@@ -68,12 +76,8 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD k
   VARIANT& answer = result != nullptr ? *result : unused;
   VariantInit(&answer);
   const std::string name = name_ + "." + std::string(member->name.begin(), member->name.end());
-  HRESULT done = S_OK;
   watch_.description.clear();
-  if (const auto hook = watch_.hooks.find(name); hook != watch_.hooks.end()) {
-    const CallWatch::Hook run = hook->second;
-    done = run();
-  }
+  HRESULT done = watch_.RunHook(name);
   if (done == kAnswerNothing) return Answer(answer, static_cast<IDispatch*>(nullptr));
   if (SUCCEEDED(done)) done = member->function(arguments, answer);
   watch_.last = name;

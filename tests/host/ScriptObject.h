@@ -24,8 +24,11 @@ class CallWatch {
 
   LONG references = 0;
   std::map<std::string, Hook> hooks;
+  int hooked = 0;           ///< How often one ran.
   std::string description;  ///< Of failures that are exceptions.
   std::string last;         ///< The member that was called last.
+
+  HRESULT RunHook(const std::string& member);
 };
 
 /// Arguments in the order of the declaration.
