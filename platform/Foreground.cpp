@@ -2,7 +2,7 @@
 
 namespace snip {
 
-void BringToFront(HWND window) {
+void TakeForeground(HWND window) {
   if (IsIconic(window) != 0) ShowWindow(window, SW_RESTORE);
   if (SetForegroundWindow(window) != 0 && GetForegroundWindow() == window) return;
   const HWND foreground = GetForegroundWindow();

@@ -119,7 +119,7 @@ void frmAddIn::ShowForMessage() {
 void frmAddIn::ShowInFront() {
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
   ShowOwnedPopups(hWnd(), TRUE);
-  BringToFront(GetLastActivePopup(hWnd()));
+  TakeForeground(GetLastActivePopup(hWnd()));
   UpdateWindow(hWnd());
 }
 
