@@ -196,13 +196,13 @@ class Host {
   /// Calls a function of the add-in's interface by its number, VBA's editor by its name; an empty array
   /// follows the arguments.
   HRESULT CallNumber(DISPID number, std::vector<VARIANT> arguments) {
-    std::wstring names[] = {L"",
-                            L"OnConnection",
-                            L"OnDisconnection",
-                            L"OnAddInsUpdate",
-                            L"OnStartupComplete",
-                            L"OnBeginShutdown"};
-    wchar_t* name = names[number].data();
+    const wchar_t* names[] = {L"",
+                              L"OnConnection",
+                              L"OnDisconnection",
+                              L"OnAddInsUpdate",
+                              L"OnStartupComplete",
+                              L"OnBeginShutdown"};
+    auto* name = const_cast<wchar_t*>(names[number]);
     const auto addIn = addIn_.As<IDispatch>();
     if (model_.isVba && FAILED(addIn->GetIDsOfNames(IID_NULL, &name, 1, 0, &number)))
       return DISP_E_UNKNOWNNAME;
@@ -213,31 +213,19 @@ class Host {
     DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
     return addIn->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   }
-  /// Calls the add-in with an array that holds nothing.
-  template <class Call>
-  HRESULT TellAddIn(DISPID number, const Call& call, std::vector<VARIANT> arguments = {}) {
+  /// Calls a function of the add-in's with an array that holds nothing; the disconnection has a mode as well.
+  HRESULT Tell(DISPID number, LONG mode = 0) {
     if (!addIn_) return E_POINTER;
-    if (byNumber_) return CallNumber(number, std::move(arguments));
+    if (byNumber_)
+      return CallNumber(number, number == 2 ? std::vector{Variant(mode).get()} : std::vector<VARIANT>());
     SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
-    const HRESULT result = call(&custom);
+    const HRESULT result = number == 2   ? addIn_->OnDisconnection(mode, &custom)
+                           : number == 3 ? addIn_->OnAddInsUpdate(&custom)
+                           : number == 4 ? addIn_->OnStartupComplete(&custom)
+                           : newer_ ? static_cast<IDTExtensibility2*>(addIn_.get())->OnBeginShutdown(&custom)
+                                    : S_OK;
     SafeArrayDestroy(custom);
     return result;
-  }
-  HRESULT DisconnectAddIn(LONG mode) {
-    return TellAddIn(2, [&](SAFEARRAY** custom) { return addIn_->OnDisconnection(mode, custom); },
-                     {Variant(mode).get()});
-  }
-  HRESULT UpdateAddIns() {
-    return TellAddIn(3, [&](SAFEARRAY** custom) { return addIn_->OnAddInsUpdate(custom); });
-  }
-  HRESULT CompleteStartup() {
-    return TellAddIn(4, [&](SAFEARRAY** custom) { return addIn_->OnStartupComplete(custom); });
-  }
-  HRESULT BeginShutdown() {
-    if (!newer_) return S_OK;
-    return TellAddIn(5, [&](SAFEARRAY** custom) {
-      return static_cast<IDTExtensibility2*>(addIn_.get())->OnBeginShutdown(custom);
-    });
   }
   HRESULT CallMember(const std::string& name) {
     ComPtr<IDispatch> object = addIn_.As<IDispatch>();
@@ -258,23 +246,22 @@ class Host {
     if (what == "off") {
       model_.watch.hooks.erase(member);
       return std::exchange(model_.watch.hooked, 0) > 0 ? "hit" : "";
-    } else if (what == "disconnect") {
-      model_.watch.hooks[member] = [this] { return DisconnectAddIn(1); };
-    } else if (what == "nothing") {
-      model_.watch.hooks[member] = [] { return kAnswerNothing; };
-    } else if (what == "slow") {
-      model_.watch.hooks[member] = [] { return Sleep(1000), S_OK; };
-    } else if (what == "exit") {
-      model_.watch.hooks[member] = []() -> HRESULT { ExitProcess(0); };
-    } else {
-      const auto code = static_cast<HRESULT>(std::stoul(what, nullptr, 16));
-      std::string description;
-      std::getline(words >> std::ws, description);
-      model_.watch.hooks[member] = [this, code, description] {
-        model_.watch.description = description;
-        return code;
-      };
     }
+    const std::map<std::string, CallWatch::Hook> known{{"disconnect", [this] { return Tell(2, 1); }},
+                                                       {"nothing", [] { return kAnswerNothing; }},
+                                                       {"slow", [] { return Sleep(1000), S_OK; }},
+                                                       {"exit", []() -> HRESULT { ExitProcess(0); }}};
+    if (const auto hook = known.find(what); hook != known.end()) {
+      model_.watch.hooks[member] = hook->second;
+      return "";
+    }
+    const auto code = static_cast<HRESULT>(std::stoul(what, nullptr, 16));
+    std::string description;
+    std::getline(words >> std::ws, description);
+    model_.watch.hooks[member] = [this, code, description] {
+      model_.watch.description = description;
+      return code;
+    };
     return "";
   }
 
@@ -297,18 +284,12 @@ class Host {
 
   std::string Click(std::size_t index) {
     if (index >= model_.entries.size()) return "no such entry";
-    model_.Click(*std::next(model_.entries.begin(), static_cast<std::ptrdiff_t>(index)));
-    return "";
+    return model_.Click(*std::next(model_.entries.begin(), static_cast<std::ptrdiff_t>(index))), "";
   }
-
-  std::string Entries() const {
+  template <class Object>
+  static std::string Names(const std::list<std::shared_ptr<Object>>& objects, std::string Object::*name) {
     std::string text;
-    for (const auto& entry : model_.entries) text += "[" + entry->caption + "]";
-    return text;
-  }
-  std::string Modules() const {
-    std::string text;
-    for (const auto& module : model_.modules) text += "[" + module->name + "]";
+    for (const auto& object : objects) text += "[" + (*object).*name + "]";
     return text;
   }
   std::string Text(const std::string& name) const {
@@ -348,14 +329,14 @@ class Host {
         {"create", [&] { return Hex(Create()); }},
         {"connect", [&] { return Hex(ConnectAddIn(std::stol(next()), model_.VBE())); }},
         {"connectnothing", [&] { return Hex(ConnectAddIn(0, {})); }},
-        {"complete", [&] { return Hex(CompleteStartup()); }},
-        {"update", [&] { return Hex(UpdateAddIns()); }},
-        {"shutdown", [&] { return Hex(BeginShutdown()); }},
-        {"disconnect", [&] { return Hex(DisconnectAddIn(std::stol(next()))); }},
+        {"complete", [&] { return Hex(Tell(4)); }},
+        {"update", [&] { return Hex(Tell(3)); }},
+        {"shutdown", [&] { return Hex(Tell(5)); }},
+        {"disconnect", [&] { return Hex(Tell(2, std::stol(next()))); }},
         {"release", [&] { return Release(); }},
         {"call", [&] { return Hex(CallMember(next())); }},
         {"click", [&] { return Click(std::stoul(next())); }},
-        {"entries", [&] { return Entries(); }},
+        {"entries", [&] { return Names(model_.entries, &MenuEntry::caption); }},
         {"entry",
          [&] {
            model_.entries.push_back(std::make_shared<MenuEntry>());
@@ -372,7 +353,7 @@ class Host {
            const Module& module = *model_.activeModule;
            return std::to_string(module.cursorLine) + " " + std::to_string(module.cursorColumn);
          }},
-        {"modules", [&] { return Modules(); }},
+        {"modules", [&] { return Names(model_.modules, &Module::name); }},
         {"text", [&] { return Text(next()); }},
         {"hook", [&] { return Hook(words); }},
         {"busy", [&] { return filter_->refusals = std::stoi(next()), ""; }},
