@@ -13,13 +13,11 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <deque>
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -63,25 +61,6 @@ class BusyFilter final : public ComObject<IMessageFilter> {
   DWORD STDMETHODCALLTYPE MessagePending(HTASK, DWORD, DWORD) override { return PENDINGMSG_WAITDEFPROCESS; }
 };
 
-/// Lines on their way from the thread that reads them to the one that runs them.
-class CommandQueue {
- public:
-  void Put(std::string line) {
-    const std::lock_guard lock(mutex_);
-    lines_.push_back(std::move(line));
-  }
-  std::string Take() {
-    const std::lock_guard lock(mutex_);
-    std::string line = std::move(lines_.front());
-    lines_.pop_front();
-    return line;
-  }
-
- private:
-  std::mutex mutex_;
-  std::deque<std::string> lines_;
-};
-
 class HostWindow : public Window {
  public:
   HostWindow() {
@@ -92,12 +71,16 @@ class HostWindow : public Window {
   }
   ~HostWindow() override { Destroy(); }
 
-  std::function<void()> onCommand;
+  std::function<void(const std::string& line)> onCommand;
+  /// From any thread.
+  void PostCommand(const std::string& line) const {
+    PostMessageA(hWnd(), kCommand, 0, reinterpret_cast<LPARAM>(new std::string(line)));
+  }
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
     if (message == kCommand) {
-      onCommand();
+      onCommand(*std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam)));
       return 0;
     }
     return Default(message, wParam, lParam);
@@ -107,7 +90,7 @@ class HostWindow : public Window {
 class Host {
  public:
   Host() {
-    window_.onCommand = [this] { std::cout << Run(commands_.Take()) << std::endl; };
+    window_.onCommand = [this](const std::string& line) { std::cout << Run(line) << std::endl; };
     CoRegisterMessageFilter(filter_.get(), nullptr);
   }
   ~Host() { CoRegisterMessageFilter(nullptr, nullptr); }
@@ -116,8 +99,7 @@ class Host {
   void ReadCommands() {
     for (std::string line; std::getline(std::cin, line);) {
       while (!line.empty() && line.back() == '\r') line.pop_back();
-      commands_.Put(line);
-      PostMessageA(window_.hWnd(), kCommand, 0, 0);
+      window_.PostCommand(line);
     }
     PostMessageA(window_.hWnd(), WM_QUIT, 0, 0);
   }
@@ -196,13 +178,11 @@ class Host {
   /// Calls a function of the add-in's interface by its number, VBA's editor by its name; an empty array
   /// follows the arguments.
   HRESULT CallNumber(DISPID number, std::vector<VARIANT> arguments) {
-    const wchar_t* names[] = {L"",
-                              L"OnConnection",
-                              L"OnDisconnection",
-                              L"OnAddInsUpdate",
-                              L"OnStartupComplete",
-                              L"OnBeginShutdown"};
-    auto* name = const_cast<wchar_t*>(names[number]);
+    std::wistringstream names(
+        L"OnConnection OnDisconnection OnAddInsUpdate OnStartupComplete OnBeginShutdown");
+    std::wstring word;
+    for (DISPID i = 0; i < number; ++i) names >> word;
+    wchar_t* name = word.data();
     const auto addIn = addIn_.As<IDispatch>();
     if (model_.isVba && FAILED(addIn->GetIDsOfNames(IID_NULL, &name, 1, 0, &number)))
       return DISP_E_UNKNOWNNAME;
@@ -384,7 +364,6 @@ class Host {
     return command == commands.end() ? "unknown command" : command->second();
   }
 
-  CommandQueue commands_;
   HostWindow window_;
   std::optional<HostWindow> sheet_;  ///< Another window of its process, as an Office has.
   HostModel model_{window_.hWnd()};

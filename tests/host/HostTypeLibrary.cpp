@@ -27,21 +27,16 @@ void Check(HRESULT result, const char* what) {
   throw std::runtime_error(text);
 }
 
-/// A text for functions that take it as writable.
-class WideName {
- public:
-  explicit WideName(const wchar_t* text) : text_(text) {}
-  LPOLESTR get() { return text_.data(); }
-
- private:
-  std::wstring text_;
-};
+/// A text for functions that take it as writable and do not write.
+LPOLESTR Name(const wchar_t* text) {
+  return const_cast<wchar_t*>(text);
+}
 
 /// A dual interface, derived from IDispatch.
 ComPtr<ICreateTypeInfo> AddInterface(ICreateTypeLib2* library, const wchar_t* name, const GUID& id,
                                      ITypeInfo* dispatch) {
   ComPtr<ICreateTypeInfo> info;
-  Check(library->CreateTypeInfo(WideName(name).get(), TKIND_INTERFACE, info.Put()), "CreateTypeInfo");
+  Check(library->CreateTypeInfo(Name(name), TKIND_INTERFACE, info.Put()), "CreateTypeInfo");
   Check(info->SetGuid(id), "SetGuid");
   Check(info->SetTypeFlags(TYPEFLAG_FDUAL | TYPEFLAG_FDISPATCHABLE | TYPEFLAG_FOLEAUTOMATION),
         "SetTypeFlags");
@@ -63,8 +58,7 @@ void AddMethod(ICreateTypeInfo* info, UINT index, const wchar_t* name, std::span
   function.oVft = static_cast<SHORT>((kDispatchFunctions + index) * sizeof(void*));
   function.elemdescFunc.tdesc.vt = VT_HRESULT;
   Check(info->AddFuncDesc(index, &function), "AddFuncDesc");
-  WideName wide(name);
-  LPOLESTR names[] = {wide.get()};
+  LPOLESTR names[] = {Name(name)};
   Check(info->SetFuncAndParamNames(index, names, 1), "SetFuncAndParamNames");
 }
 
@@ -98,7 +92,7 @@ void MakeLibrary(const std::wstring& path) {
   Check(CreateTypeLib2(kSystem, path.c_str(), library.Put()), "CreateTypeLib2");
   Check(library->SetGuid(kLibraryId), "SetGuid");
   Check(library->SetVersion(kMajor, kMinor), "SetVersion");
-  Check(library->SetName(WideName(L"VBIDE").get()), "SetName");
+  Check(library->SetName(Name(L"VBIDE")), "SetName");
 
   const auto addIn = AddInterface(library.get(), L"AddIn", kAddInId, dispatch.get());
   Check(addIn->LayOut(), "LayOut");

@@ -5,6 +5,11 @@
 namespace snip {
 namespace {
 
+struct Row {
+  std::string_view code, expected;
+  int caret = -1;  ///< None.
+};
+
 /// "name:choice|choice;name", as they are asked for.
 std::string Asked(std::string_view code) {
   std::string text;
@@ -17,9 +22,6 @@ std::string Asked(std::string_view code) {
 }
 
 TEST(CodeFields, WhatIsAsked) {
-  struct Row {
-    std::string_view code, asked;
-  };
   for (const Row& row : {
            Row{"Dim <<name>> As <<type=Long|String>> ' <<Name>>", "name;type:Long|String"},
            Row{"<<a>><<a=1>><<A=2>>", "a:1"},
@@ -30,7 +32,7 @@ TEST(CodeFields, WhatIsAsked) {
            Row{"<<<a>> <<a=b>c>>", "a:b>c"},
            Row{"<<a = 1>> <<\xE4=\xE9|>>", "\xE4:\xE9|"},
        }) {
-    EXPECT_EQ(Asked(row.code), row.asked) << row.code;
+    EXPECT_EQ(Asked(row.code), row.expected) << row.code;
   }
   std::string marks;  // which would take hours, were all that follows looked through for each
   for (int i = 0; i < 1 << 20; ++i) marks += i % 2 == 0 ? "<<a=" : "<<a\n";
@@ -38,21 +40,17 @@ TEST(CodeFields, WhatIsAsked) {
 }
 
 TEST(CodeFields, AreFilled) {
-  struct Row {
-    std::string_view code, text;
-    int caret;
-  };
   for (const Row& row : {
-           Row{"a <<x>> b <<X>>", "a [x] b [X]", -1},
+           Row{"a <<x>> b <<X>>", "a [x] b [X]"},
            Row{"If <<x=1>> Then\r\n  <<selection>>\r\n<<end>>End If<<end>>",
                "If [x] Then\r\n  one\r\n\r\n    two\r\nEnd If", 31},
-           Row{"y <<selection>>", "y one\r\n\r\n  two", -1},
-           Row{"<<x", "<<x", -1},
+           Row{"y <<selection>>", "y one\r\n\r\n  two"},
+           Row{"<<x", "<<x"},
        }) {
     const FilledCode filled = FillFields(row.code, [](const std::string& name) {
       return name == kSelectionField ? "one\r\n\r\n  two" : "[" + name + "]";
     });
-    EXPECT_EQ(filled.text, row.text);
+    EXPECT_EQ(filled.text, row.expected);
     EXPECT_EQ(filled.caret ? static_cast<int>(*filled.caret) : -1, row.caret);
   }
 }
@@ -71,9 +69,6 @@ TEST(CodeFields, IndentationIsTakenAndGiven) {
 }
 
 TEST(CodeFields, CodeNamesItself) {
-  struct Row {
-    std::string_view code, name;
-  };
   for (const Row& row : {
            Row{"' Opens it\r\nPrivate Static Sub Open_It(ByVal n%)\r\nEnd Sub", "Open_It"},
            Row{"Public Property  Get Size() As Long", "Size"},
@@ -84,7 +79,7 @@ TEST(CodeFields, CodeNamesItself) {
            Row{"  ' Notes\r\n", "Notes"},
            Row{" \r\n", ""},
        }) {
-    EXPECT_EQ(NameFromCode(row.code), row.name) << row.code;
+    EXPECT_EQ(NameFromCode(row.code), row.expected) << row.code;
   }
 }
 
