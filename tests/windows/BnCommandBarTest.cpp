@@ -269,6 +269,7 @@ TEST_F(BnCommandBarTest, WhatIsDraggedOutOfABarMayBeDroppedOnIt) {
   const OleThread ole;
   BnCommandBar::Events events;
   events.OLEStartDrag = [](OleData& data, DWORD& allowedEffects) {
+    EXPECT_EQ(allowedEffects, DWORD{DROPEFFECT_NONE});
     data.Offer(CF_TEXT);
     allowedEffects = DROPEFFECT_COPY;
   };
