@@ -54,22 +54,6 @@ Image Draw(const std::vector<std::string>& rows, const Legend& legend) {
   return image;
 }
 
-Image Emboss(Image ground, const Image& picture, COLORREF dark, int x, int y, COLORREF highlight,
-             COLORREF shadow) {
-  const auto paint = [&](int shift, COLORREF color) {
-    for (int row = 0; row < picture.height; ++row) {
-      for (int column = 0; column < picture.width; ++column) {
-        if (picture.At(column, row) != dark) continue;
-        if (ground.Contains(x + column + shift, y + row + shift))
-          ground.At(x + column + shift, y + row + shift) = color;
-      }
-    }
-  };
-  paint(1, highlight);
-  paint(0, shadow);
-  return ground;
-}
-
 UniqueBitmap BitmapOf(const Image& image) {
   const BITMAPINFO description = TrueColor(image.width, image.height);
   std::vector<DWORD> bits;

@@ -19,7 +19,6 @@ struct Image {
 
   COLORREF& At(int x, int y) { return pixels[static_cast<std::size_t>(y * width + x)]; }
   COLORREF At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
-  bool Contains(int x, int y) const { return x >= 0 && y >= 0 && x < width && y < height; }
   friend bool operator==(const Image&, const Image&) = default;
 };
 
@@ -31,11 +30,6 @@ using Legend = std::map<char, COLORREF>;
 
 /// An image written down as rows of characters.
 Image Draw(const std::vector<std::string>& rows, const Legend& legend);
-
-/// The image with an embossed shape on it whose left top is at (x, y). A pixel of `picture` that has the
-/// colour `dark` is part of the shape.
-Image Emboss(Image ground, const Image& picture, COLORREF dark, int x, int y, COLORREF highlight,
-             COLORREF shadow);
 
 /// A bitmap in the screen's format.
 UniqueBitmap BitmapOf(const Image& image);
