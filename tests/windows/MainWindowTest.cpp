@@ -84,16 +84,6 @@ class MainWindowTest : public testing::Test {
     ClickAt(List(), {place.left + 20, (place.top + place.bottom) / 2}, 1, button);
   }
 
-  void ChooseEntry(const char* name) {
-    const auto entry =
-        SendMessageA(Files(), CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(name));
-    ASSERT_GE(entry, 0);
-    SetFocus(Files());
-    SendMessageA(Files(), CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
-    SendMessageA(GetParent(Files()), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(Files()));
-  }
-
   /// Handles the messages of the window and its accelerators as the program's own loop does.
   bool Until(const std::function<bool()>& condition) {
     return WaitUntil(condition, 10000, [this] {
@@ -202,19 +192,6 @@ TEST_F(MainWindowTest, TheNextDescriptionIsShownFromItsStartAndCannotBeUndone) {
   }
 }
 
-TEST_F(MainWindowTest, SwitchingLibrariesByMouseAndTheLongestLibrary) {
-  std::vector<Snippet> many;
-  for (std::size_t i = 0; i < Library::kMaxSnippets; ++i) many.push_back(Named("n" + std::to_string(i)));
-  folder_.Write("Zillion.bns", WriteBns(many));
-  Open();
-  ChooseEntry("Zillion");
-  EXPECT_EQ(SendMessageA(List(), LB_GETCOUNT, 0, 0), 32767);
-  EXPECT_EQ(ListBoxText(List(), 32766), "n32766");
-  PressKey('N', {VK_CONTROL});
-  EXPECT_TRUE(Until([&] { return messages_.size() == 1; }));
-  EXPECT_TRUE(messages_[0].starts_with("This library is full."));
-}
-
 TEST_F(MainWindowTest, TheNameBoxGoesWithItsRowOrTakesTheName) {
   std::vector<Snippet> many;
   for (int i = 0; i < 90; ++i) many.push_back(Named("n" + std::to_string(i)));
@@ -294,17 +271,10 @@ TEST_F(MainWindowTest, ATornOffMenuFollowsTheEditor) {
   EXPECT_TRUE(Until([&] { return !undoes(); }));
 }
 
-TEST_F(MainWindowTest, AFirstStartHasTheDesignsPlaceAndSettings) {
+TEST_F(MainWindowTest, AFirstStartHasTheButtonsOfTheDesignWithTheirKeys) {
   const ComApartment apartment;
   for (int time = 0; time < 2; ++time) {  // a window that is made again has its buttons once as well
     Open();
-    RECT place{};
-    GetWindowRect(window_.hWnd(), &place);
-    EXPECT_EQ(place.left, 0);
-    EXPECT_EQ(place.top, 0);
-    EXPECT_EQ(ScreenTwips().ToTwips({static_cast<int>(place.right), static_cast<int>(place.bottom)}),
-              (Size{10800, 7200}));
-    EXPECT_EQ(GetWindowLongA(window_.hWnd(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
     const auto buttons = AccessibleClient(Control(frmAddIn::kMainBarId)).Children();
     ASSERT_EQ(buttons.size(), 17U);
     EXPECT_FALSE(buttons[12].Has(STATE_SYSTEM_PRESSED));
