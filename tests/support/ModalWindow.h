@@ -30,4 +30,13 @@ inline void DriveModal(const std::string& title, const std::function<void()>& sh
   show();
 }
 
+/// Controls of the system's font dialog.
+enum FontDialog { kFace = 1136, kStyle = 1137, kSize = 1138 };
+
+/// Chooses the entry of a dialog's combo box that begins so.
+inline void ChooseInCombo(HWND dialog, int id, const char* text) {
+  SendDlgItemMessageA(dialog, id, CB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text));
+  SendMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)), 0);
+}
+
 }  // namespace snip::test

@@ -14,15 +14,7 @@ namespace {
 constexpr int kFileName = 0x47C;
 constexpr int kFileTypes = 0x470;
 constexpr int kRed = 706;
-constexpr int kFace = 1136;
-constexpr int kStyle = 1137;
-constexpr int kSize = 1138;
 constexpr int kStrikeOut = 1040;
-
-void ChooseInCombo(HWND dialog, int id, const char* text) {
-  SendDlgItemMessageA(dialog, id, CB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text));
-  SendMessageA(dialog, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)), 0);
-}
 
 class CommonDialogTest : public testing::Test {
  protected:
@@ -118,9 +110,9 @@ TEST_F(CommonDialogTest, TheChosenFontIsTaken) {
   std::int32_t error = -1;
   const auto show = [&] { error = dialog_.ShowFont(); };
   Drive("Font", show, [](HWND window) {
-    ChooseInCombo(window, kFace, "Tahoma");
-    ChooseInCombo(window, kStyle, "Bold");
-    ChooseInCombo(window, kSize, "14");
+    ChooseInCombo(window, FontDialog::kFace, "Tahoma");
+    ChooseInCombo(window, FontDialog::kStyle, "Bold");
+    ChooseInCombo(window, FontDialog::kSize, "14");
     SendDlgItemMessageA(window, kStrikeOut, BM_CLICK, 0, 0);
     PostMessageA(GetDlgItem(window, IDOK), BM_CLICK, 0, 0);
   });

@@ -12,9 +12,6 @@
 namespace snip::test {
 namespace {
 
-constexpr int kFace = 1136;  // of the system's font dialog
-constexpr int kSize = 1138;
-
 /// The face and pixel height that the sample is shown in.
 std::string SampleFont(HWND dialog) {
   const auto font =
@@ -46,14 +43,11 @@ class SettingsDialogTest : public testing::Test {
     DriveModal(
         "Settings", [&] { frmSettings(target_, store_, captions_).ShowMe(owner_.get()); }, script);
   }
-  std::string Saved(const char* name) const {
-    return registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", name);
-  }
   std::string AllSaved() const {
     std::string all;
     for (const char* name :
          {"FontName", "FontSize", "AllowMenuDrag", "UseSounds", "MinimizeOnView", "SnippetTips"}) {
-      all += Saved(name) + "|";
+      all += registry_.GetRegSetting("Brennic", "BnSnipstore\\2.0", "Settings", name) + "|";
     }
     return all;
   }
@@ -93,21 +87,17 @@ TEST_F(SettingsDialogTest, WhatIsNotConfirmedIsNotApplied) {
 }
 
 TEST_F(SettingsDialogTest, OnlyANumberThatIsASizeChangesTheSample) {
-  struct Case {
-    const char* typed;
-    const char* sample;
-  };
-  const std::vector<Case> cases = {{"18", "Verdana 24"},  {"abc", "Verdana 24"},  {"0", "Verdana 24"},
-                                   {"-3", "Verdana 24"},  {"9.75", "Verdana 13"}, {"9999", "Verdana 13"},
-                                   {" 15 ", "Verdana 20"}};
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"18", "Verdana 24"},   {"abc", "Verdana 24"},  {"0", "Verdana 24"},   {"-3", "Verdana 24"},
+      {"9.75", "Verdana 13"}, {"9999", "Verdana 13"}, {" 15 ", "Verdana 20"}};
   Show([&](HWND dialog) {
     const HWND box = GetDlgItem(dialog, frmSettings::cboFontSize);
-    for (const Case& expected : cases) {
+    for (const auto& [typed, sample] : cases) {
       // The whole text at once, as pasted: typed key by key, its beginnings would be sizes as well.
-      SetWindowTextA(box, expected.typed);
+      SetWindowTextA(box, typed);
       SendMessageA(dialog, WM_COMMAND,
                    static_cast<WPARAM>(MAKELONG(frmSettings::cboFontSize, CBN_EDITCHANGE)), 0);
-      EXPECT_EQ(SampleFont(dialog), expected.sample) << expected.typed;
+      EXPECT_EQ(SampleFont(dialog), sample) << typed;
     }
     PressKey('Z', {VK_MENU}), PressKey(VK_DOWN);
     EXPECT_TRUE(SampleBecomes(dialog, "Verdana 13")) << "10 points, from the list";
@@ -136,13 +126,8 @@ TEST_F(SettingsDialogTest, TheSystemsFontDialogGivesNameAndSize) {
     EXPECT_EQ(SampleFont(dialog), "Verdana 16") << "cancelled";
     PressKey('F', {VK_MENU});
     WorkOnModal("Font", [](HWND window) {
-      const auto choose = [&](int id, const char* text) {
-        SendDlgItemMessageA(window, id, CB_SELECTSTRING, static_cast<WPARAM>(-1),
-                            reinterpret_cast<LPARAM>(text));
-        SendMessageA(window, WM_COMMAND, static_cast<WPARAM>(MAKELONG(id, CBN_SELCHANGE)), 0);
-      };
-      choose(kFace, "Liberation Serif");
-      choose(kSize, "18");
+      ChooseInCombo(window, FontDialog::kFace, "Liberation Serif");
+      ChooseInCombo(window, FontDialog::kSize, "18");
       PressKey(VK_RETURN);
     });
     EXPECT_TRUE(SampleBecomes(dialog, "Liberation Serif 24"));
