@@ -71,6 +71,14 @@ bool AccessibleClient::Press(const std::string& name) const {
   return false;
 }
 
+std::vector<std::tuple<std::string, LONG, LONG>> Told(const std::vector<AccessibleChild>& children) {
+  std::vector<std::tuple<std::string, LONG, LONG>> told;
+  for (const AccessibleChild& child : children)
+    told.emplace_back(child.name + ", " + child.shortcut + ", " + child.defaultAction, child.role,
+                      child.state);
+  return told;
+}
+
 WinEventRecorder::WinEventRecorder(const std::string& className)
     : hook_(SetWinEventHook(EVENT_MIN, EVENT_MAX, GetModuleHandleA(nullptr), &Hear, GetCurrentProcessId(),
                             GetCurrentThreadId(), WINEVENT_INCONTEXT)) {

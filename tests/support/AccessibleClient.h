@@ -5,6 +5,7 @@
 #include <oleacc.h>
 
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -48,6 +49,10 @@ class AccessibleClient {
  private:
   ComPtr<IAccessible> object_;
 };
+
+/// What is told of each child: its name, shortcut and default action, with ", " between them, its role and
+/// its state.
+std::vector<std::tuple<std::string, LONG, LONG>> Told(const std::vector<AccessibleChild>& children);
 
 using WinEvents = std::vector<std::pair<DWORD, LONG>>;  ///< Event and child.
 

@@ -223,6 +223,27 @@ bool IsForeground(HWND window) {
   return window != nullptr && GetForegroundWindow() == window;
 }
 
+bool DragBy(HWND window, POINT from, POINT by, const std::function<void()>& answer) {
+  const Rect before = PlaceOf(window);
+  const auto arrived = [&] {
+    const Rect now = PlaceOf(window);
+    return now.left == before.left + by.x && now.top == before.top + by.y;
+  };
+  if (!PointAtScreen(from, answer)) return false;
+  // The dragging is the system's and does not return before the release.
+  const Driver driver([&] {
+    PressMouse();
+    for (int step = 1; step <= 4; ++step) {
+      Sleep(30);
+      MovePointer({from.x + by.x * step / 4, from.y + by.y * step / 4});
+    }
+    WaitUntil(arrived, 5000, [] {});
+    ReleaseMouse();
+  });
+  return WaitUntil([&] { return arrived() && GetCapture() == nullptr && GetKeyState(VK_LBUTTON) >= 0; }, 5000,
+                   answer);
+}
+
 TemporaryFolder::TemporaryFolder() {
   char directory[MAX_PATH]{};
   GetTempPathA(sizeof directory, directory);

@@ -80,6 +80,10 @@ class Driver {
   std::thread thread_;
 };
 
+/// Drags a window of this thread, which moves by the place `from` of the screen; false when it has not moved
+/// that far in time.
+bool DragBy(HWND window, POINT from, POINT by, const std::function<void()>& answer);
+
 /// A folder of its own for a test, removed with all it holds.
 class TemporaryFolder {
  public:

@@ -85,10 +85,11 @@ class MainWindowTest : public testing::Test {
   }
 
   /// Handles the messages of the window and its accelerators as the program's own loop does.
+  void Answer() {
+    AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
+  }
   bool Until(const std::function<bool()>& condition) {
-    return WaitUntil(condition, 10000, [this] {
-      AnswerMessages([this](MSG& message) { return window_.PreTranslate(message); });
-    });
+    return WaitUntil(condition, 10000, [this] { Answer(); });
   }
 
   TemporaryFolder folder_;
@@ -245,24 +246,8 @@ TEST_F(MainWindowTest, ATornOffMenuFollowsTheEditor) {
     return !std::ranges::find(items, "Undo", &AccessibleChild::name)->Has(STATE_SYSTEM_UNAVAILABLE);
   };
   ASSERT_TRUE(Until([&] { return menu() != nullptr && GetCapture() == menu(); }));
-  RECT docked{};
-  GetWindowRect(menu(), &docked);
-  {
-    const Driver driver([&] {  // the dragging is the system's and does not return before the release
-      MovePointer({docked.left + 40, docked.top + 3});
-      PressMouse();
-      for (int step = 1; step <= 4; ++step)
-        Sleep(30), MovePointer({docked.left + 40, docked.top + 3 + 20 * step});
-      WaitUntil(
-          [&] {
-            RECT now{};
-            return GetWindowRect(menu(), &now) != 0 && now.top == docked.top + 80;
-          },
-          5000, [] {});
-      ReleaseMouse();
-    });
-    ASSERT_TRUE(Until([&] { return GetCapture() == nullptr && GetKeyState(VK_LBUTTON) >= 0; }));
-  }
+  const Rect docked = PlaceOf(menu());
+  ASSERT_TRUE(DragBy(menu(), {docked.left + 40, docked.top + 3}, {0, 80}, [this] { Answer(); }));
   EXPECT_FALSE(undoes());
   PressKey('E', {VK_CONTROL});
   TypeText("x");
