@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/unit/WesternLetters.h"
 #include "ui/commandbar/CommandBarButtons.h"
 
 namespace snip::test {
@@ -15,16 +16,12 @@ inline PictureRef SomePicture() {
   return {owner, reinterpret_cast<const Picture*>(owner.get())};
 }
 
-/// Letter case as in the code page 1252.
 inline LetterCase WesternLetterCase() {
-  const auto lower = [](char c) {
-    const auto code = static_cast<unsigned char>(c);
-    const bool capital = (code >= 'A' && code <= 'Z') || (code >= 0xC0 && code <= 0xDE && code != 0xD7);
-    return capital ? static_cast<char>(code + 32) : c;
+  const auto lower = [letters = WesternLetters()](char c) {
+    return letters.lower[static_cast<unsigned char>(c)];
   };
   return {lower, [lower](std::string_view a, std::string_view b) {
-            return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                              [&](char x, char y) { return lower(x) == lower(y); });
+            return std::ranges::equal(a, b, {}, lower, lower);
           }};
 }
 
