@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <new>
 #include <sstream>
@@ -65,7 +66,6 @@ class ThreeButtons : public Window, public AccessibleItems {
 /// Runs a client's part in a thread of its own while this one, the window's, answers messages. What the
 /// client finds is to be looked at after that, here.
 void InClientThread(const std::function<void()>& script) {
-  const DWORD windowThread = GetCurrentThreadId();
   std::atomic<bool> done = false;
   const Driver driver([&] {
     {
@@ -73,13 +73,8 @@ void InClientThread(const std::function<void()>& script) {
       script();
     }
     done = true;
-    PostThreadMessageA(windowThread, WM_NULL, 0, 0);
   });
-  // A client makes thousands of calls: each is answered as it comes, not at the next look.
-  while (!done) {
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 100, QS_ALLINPUT);
-    AnswerMessages();
-  }
+  WaitUntil([&] { return done.load(); });
 }
 
 ULONG References(IUnknown* object) {
@@ -169,7 +164,7 @@ class AccessibleListTest : public testing::Test {
       POINT at{first, second};
       ClientToScreen(bar_->hWnd(), &at);
       const VARIANT child = Variant(first).Detach();
-      const std::vector<std::pair<std::string, LONG>> directions = {
+      const std::map<std::string, LONG> directions = {
           {"first", NAVDIR_FIRSTCHILD}, {"last", NAVDIR_LASTCHILD},
           {"next", NAVDIR_NEXT},        {"previous", NAVDIR_PREVIOUS},
           {"left", NAVDIR_LEFT},        {"max", NAVDIR_MAX},
@@ -182,9 +177,8 @@ class AccessibleListTest : public testing::Test {
       if (verb == "state") result = client->get_accState(child, told.Put());
       if (verb == "select") result = client->accSelect(second, child), told = Variant();
       if (verb == "press") result = client->accDoDefaultAction(child), told = Variant();
-      for (const auto& [name, direction] : directions) {
-        if (verb == name) result = client->accNavigate(direction, child, told.Put());
-      }
+      if (const auto way = directions.find(verb); way != directions.end())
+        result = client->accNavigate(way->second, child, told.Put());
       answers << (answers.tellp() > 0 ? " " : "");
       if (result == S_OK && !told.empty())
         answers << told.get().lVal;

@@ -213,7 +213,7 @@ TEST_F(MenuWindowTest, OpensAtItsPlaceOnTopWithTheMouseAndWithoutTheFocus) {
   ExpectFocusStayed();
 }
 
-TEST_F(MenuWindowTest, PaintsItsItems) {
+TEST_F(MenuWindowTest, PaintsItsItemsItsBarAndItsFrame) {
   Open();
   Hover(kEdit);
   const MenuLayout layout = Layout();
@@ -246,23 +246,9 @@ TEST_F(MenuWindowTest, PaintsItsItems) {
                {layout.PictureCell(kDelete), COLOR_BTNHIGHLIGHT, 6},
                {layout.PictureCell(kDelete), COLOR_BTNSHADOW, 6},
                {layout.Row(kDelete), COLOR_HIGHLIGHT, 0, 0}});
-}
 
-TEST_F(MenuWindowTest, AFrameSetsItOffFromWindowsOfItsColour) {
-  int element = COLOR_WINDOW;
-  const COLORREF before = GetSysColor(element);
-  for (const COLORREF window : {GetSysColor(COLOR_BTNFACE), before}) {
-    SetSysColors(1, &element, &window);
-    Open();
-    const Rect edge{0, Layout().Row(kPlain).top + 4, 1, 1};
-    ExpectShown({{edge, window == before ? COLOR_BTNFACE : COLOR_WINDOWFRAME}});
-    menu_->Unload();
-  }
-}
-
-TEST_F(MenuWindowTest, TheDragBarLightsUpAndExplainsItself) {
-  Open();
-  const Rect bar = Layout().DragBar();
+  // The bar to drag it by lights up and explains itself.
+  const Rect bar = layout.DragBar();
   EXPECT_EQ(bar.height, ScreenTwips().ToPixelsY(90));
   const Rect inside{40, bar.bottom() - 1, 1, 1};
   ExpectShown({{inside, COLOR_INACTIVECAPTION}, {{40, bar.bottom(), 1, 1}, COLOR_BTNFACE}});
@@ -272,6 +258,16 @@ TEST_F(MenuWindowTest, TheDragBarLightsUpAndExplainsItself) {
   Hover(kRename);
   EXPECT_TRUE(Until([] { return FindVisibleWindow(MenuInput::kDragTip) == nullptr; }));
   ExpectShown({{inside, COLOR_INACTIVECAPTION}});
+
+  // A frame sets it off from windows of its colour.
+  int element = COLOR_WINDOW;
+  const COLORREF before = GetSysColor(element);
+  for (const COLORREF window : {GetSysColor(COLOR_BTNFACE), before}) {
+    SetSysColors(1, &element, &window);
+    Open();
+    ExpectShown(
+        {{{0, layout.Row(kPlain).top + 4, 1, 1}, window == before ? COLOR_BTNFACE : COLOR_WINDOWFRAME}});
+  }
 }
 
 TEST_F(MenuWindowTest, AClickOutsideClosesItAndReachesItsTarget) {
