@@ -221,39 +221,15 @@ class RandomWalk : Chance {
   bool HoveredButtonIsThere() const { return bar_.buttons.IndexOf(hovered_) >= 0; }
 
   void Step() {
+    if (Once(16)) return Change();
     const int width = bar_.buttons.Count() == 0 ? 20 : bar_.buttons.All().back().Right + 20;
     if (Once(3)) place_ = {Any(width + 5) - 5, Once(8) ? Any(60) - 10 : 10};
-    const auto at = [&](const char* verb, int button) {
-      std::ostringstream command;
-      command << verb << ' ' << place_.x << ' ' << button << " 0 " << place_.y;
-      return command.str();
-    };
-    const std::string tick = std::to_string(place_.x) + " " + std::to_string(place_.y);
-    const int button = 1 << Any(2);
-    switch (Any(8)) {
-      case 0:
-      case 1:
-        bar_(Once(12) ? "elsewhere" : "tick " + tick);
-        break;
-      case 2:
-        if (Once(2)) return Change();
-        bar_("rest 9 " + tick);
-        break;
-      case 3:
-      case 4:
-        held_ |= button;
-        bar_(at("down", button));
-        break;
-      case 5:
-        bar_(at("move", Once(10) ? 0 : held_));
-        break;
-      case 6:
-        held_ &= ~button;
-        bar_(at("up", button));
-        break;
-      default:
-        bar_(OneOf({"key a", "key b", "key c", "act " + std::to_string(Any(10) - 1), "lost", "dbl"}));
-    }
+    const std::string x = std::to_string(place_.x), y = std::to_string(place_.y);
+    const std::string mouse = " " + x + " " + std::to_string(1 + Any(2)) + " 0 " + y;
+    const std::string tick = "tick " + x + " " + y, rest = "rest 9 " + x + " " + y;
+    const std::string act = "act " + std::to_string(Any(10) - 1);
+    const std::string other = OneOf({"elsewhere", "key a", "key b", "key c", act, act, "lost", "dbl"});
+    bar_(OneOf({tick, tick, rest, "down" + mouse, "down" + mouse, "move" + mouse, "up" + mouse, other}));
   }
 
   /// The container changes something, and paints what is to be painted then.
@@ -345,7 +321,6 @@ class RandomWalk : Chance {
 
   ScriptedBar bar_{"p"};
   Point place_;
-  int held_ = 0;
   int depth_ = 0;
   ButtonId hovered_ = ButtonId::None;  ///< Reported by MouseHover and not left yet, unless it was removed.
   std::map<ButtonId, std::string> drawn_;
