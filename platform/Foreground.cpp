@@ -4,6 +4,7 @@ namespace snip {
 
 void TakeForeground(HWND window) {
   if (IsIconic(window) != 0) ShowWindow(window, SW_RESTORE);
+  if (GetForegroundWindow() == window) return;
   if (SetForegroundWindow(window) != 0 && GetForegroundWindow() == window) return;
   const HWND foreground = GetForegroundWindow();
   const DWORD other = foreground != nullptr ? GetWindowThreadProcessId(foreground, nullptr) : 0;

@@ -81,7 +81,9 @@ class AddInTest : public testing::Test {
   /// Connects and chooses the entry.
   HWND OpenWindow(HostProcess& host) {
     Expect(host, {{"connect 0", "0"}, {"click 0", ""}});
-    return program_.MainWindow();
+    const HWND window = program_.MainWindow();
+    SendMessageA(window, WM_NULL, 0, 0);  // answered when all of the showing is done
+    return window;
   }
   /// The program's visible windows other than the main window.
   static std::vector<HWND> WindowsOver(HWND window) {
@@ -96,7 +98,9 @@ class AddInTest : public testing::Test {
     return TRUE;
   }
   static void Disconnect(HostProcess& host) {
-    Expect(host, {{"disconnect 1", "0"}, {"references", "0"}, {"release", ""}});
+    Expect(host, {{"disconnect 1", "0"}});
+    EXPECT_TRUE(WaitUntil([&] { return host.Ask("references") == "0"; })) << "of the environment's objects";
+    Expect(host, {{"release", ""}});
   }
   bool Saved(const std::string& text) const {
     return program_.folder().Read("My Great Lib.bns").find(text) != std::string::npos;
@@ -294,6 +298,7 @@ TEST_P(AnyHostTest, TheSystemWideKeyDeliversToTheEnvironmentIfThatWasInFrontElse
   HostProcess host = Host();
   host.Ask("module Form1 1 a");
   const HWND window = OpenWindow(host);
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(window); }));
   // VBA's editor is but one of its process's windows.
   for (const std::string wanted : {"yes", "sheet", "no"}) {
     const TestFrame other;
