@@ -29,8 +29,14 @@ std::string TextOf(IDispatch* object, std::wstring property) {
 
 /// A property without arguments.
 template <class Make>
-ScriptObject::Member Get(const wchar_t* name, DISPID id, Make make) {
-  return {name, id, kGet, {}, [make](auto&, VARIANT& result) { return Answer(result, make()); }};
+ScriptObject::Member Get(const wchar_t* name, Make make) {
+  return {name, kGet, {}, [make](auto&, VARIANT& result) { return Answer(result, make()); }};
+}
+
+/// What a member does that never fails and answers nothing.
+template <class Act>
+ScriptObject::Function Done(Act act) {
+  return [act](const Arguments& arguments, VARIANT&) { return act(arguments), S_OK; };
 }
 
 }  // namespace
@@ -77,55 +83,50 @@ IDispatch* HostModel::Object(std::string name, std::vector<ScriptObject::Member>
 
 ComPtr<IDispatch> HostModel::VBE() {
   const auto window = [this] {
-    return Object("Window", {Get(L"HWnd", 120, [this] { return HandleToLong(window_); })});
+    return Object("Window", {Get(L"HWnd", [this] { return HandleToLong(window_); })});
   };
   std::vector<ScriptObject::Member> members{
-      Get(L"CommandBars", 108, [this] { return CommandBars(); }),
-      Get(L"ActiveVBProject", 201, [this] { return projectOpen ? Project() : nullptr; }),
-      Get(L"MainWindow", 204, window),
-      Get(L"ActiveCodePane", 206, [this] { return activeModule ? CodePane(activeModule) : nullptr; })};
-  if (isVba) {
-    const auto activate = [this](const Arguments& arguments, VARIANT&) {
-      activeModule = FindModule(TextOf(arguments.Object(0), L"Module"));
-      return S_OK;
-    };
-    members.push_back({L"ActiveCodePane", 206, DISPATCH_PROPERTYPUTREF, {VT_DISPATCH}, activate});
-  } else {
-    members.push_back(Get(L"Events", 111, [this] { return Events(); }));
-  }
+      Get(L"CommandBars", [this] { return CommandBars(); }),
+      Get(L"ActiveVBProject", [this] { return projectOpen ? Project() : nullptr; }),
+      Get(L"MainWindow", window),
+      Get(L"ActiveCodePane", [this] { return activeModule ? CodePane(activeModule) : nullptr; }),
+      {L"ActiveCodePane", DISPATCH_PROPERTYPUTREF, {VT_DISPATCH}, Done([this](auto& arguments) {
+         activeModule = FindModule(TextOf(arguments.Object(0), L"Module"));
+       })}};
+  if (!isVba) members.push_back(Get(L"Events", [this] { return Events(); }));
   return ComPtr<IDispatch>(Object("VBE", std::move(members)));
 }
 
 IDispatch* HostModel::Project() {
-  std::vector<ScriptObject::Member> members{Get(L"Name", 0, [] { return std::string("Project1"); }),
-                                            Get(L"VBComponents", 135, [this] { return Components(); })};
+  std::vector<ScriptObject::Member> members{Get(L"Name", [] { return std::string("Project1"); }),
+                                            Get(L"VBComponents", [this] { return Components(); })};
   if (isVba) {
-    members.push_back(Get(L"Mode", 119, [this] { return mode; }));
-    members.push_back(Get(L"Protection", 131, [this] { return protection; }));
+    members.push_back(Get(L"Mode", [this] { return mode; }));
+    members.push_back(Get(L"Protection", [this] { return protection; }));
   }
   return Object("VBProject", std::move(members));
 }
 
 IDispatch* HostModel::CommandBars() {
   std::vector<ScriptObject::Member> members{
-      {L"Item", 0, kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
+      {L"Item", kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
          if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
          return Answer(result, AddInsBar());
        }}};
-  if (isVba) members.push_back(Get(L"ActiveMenuBar", 0x60030008, [this] { return MenuBar(); }));
+  if (isVba) members.push_back(Get(L"ActiveMenuBar", [this] { return MenuBar(); }));
   return Object("CommandBars", std::move(members));
 }
 
 IDispatch* HostModel::AddInsBar() {
-  return Object("CommandBar", {Get(L"Controls", 0x60040003, [this] { return Controls(); })});
+  return Object("CommandBar", {Get(L"Controls", [this] { return Controls(); })});
 }
 
 IDispatch* HostModel::MenuBar() {
   const auto find = [this](const Arguments& arguments, VARIANT& result) {
     if (arguments.Number(1) != 30038) return Answer(result, static_cast<IDispatch*>(nullptr));
-    return Answer(result, Object("CommandBarPopup", {Get(L"CommandBar", 1, [this] { return AddInsBar(); })}));
+    return Answer(result, Object("CommandBarPopup", {Get(L"CommandBar", [this] { return AddInsBar(); })}));
   };
-  return Object("MenuBar", {{L"FindControl", 0x60040007, kMethod, {VT_ERROR, VT_I4}, find}});
+  return Object("MenuBar", {{L"FindControl", kMethod, {VT_ERROR, VT_I4}, find}});
 }
 
 IDispatch* HostModel::Controls() {
@@ -144,29 +145,23 @@ IDispatch* HostModel::Controls() {
   const std::vector<VARTYPE> added = isVba
                                          ? std::vector<VARTYPE>{VT_I4, VT_ERROR, VT_ERROR, VT_ERROR, VT_BOOL}
                                          : std::vector<VARTYPE>{VT_I4};
-  return Object("CommandBarControls",
-                {Get(L"Count", 0x60030001, [this] { return static_cast<LONG>(entries.size()); }),
-                 {L"Item", 0, kGet, {VT_I4}, item},
-                 {L"Add", 0x60030000, kMethod, added, add}});
+  return Object("CommandBarControls", {Get(L"Count", [this] { return static_cast<LONG>(entries.size()); }),
+                                       {L"Item", kGet, {VT_I4}, item},
+                                       {L"Add", kMethod, added, add}});
 }
 
 IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
-  const auto rename = [entry](const Arguments& arguments, VARIANT&) {
-    return entry->caption = arguments.Text(0), S_OK;
-  };
   const auto remove = [this, entry](auto&, VARIANT&) {
     const std::size_t before = entries.size();
     entries.remove(entry);
     return entries.size() < before ? S_OK : E_FAIL;
   };
-  const auto mark = [entry](const Arguments& arguments, VARIANT&) {
-    return entry->tag = arguments.Text(0), S_OK;
-  };
-  auto* const control = new ScriptObject(watch, "CommandBarControl",
-                                         {Get(L"Caption", 0x60040003, [entry] { return entry->caption; }),
-                                          {L"Caption", 0x60040003, kPut, {VT_BSTR}, rename},
-                                          {L"Tag", 0x60040023, kPut, {VT_BSTR}, mark},
-                                          {L"Delete", 0x60040007, kMethod, {}, remove}});
+  auto* const control = new ScriptObject(
+      watch, "CommandBarControl",
+      {Get(L"Caption", [entry] { return entry->caption; }),
+       {L"Caption", kPut, {VT_BSTR}, Done([entry](auto& text) { entry->caption = text.Text(0); })},
+       {L"Tag", kPut, {VT_BSTR}, Done([entry](auto& text) { entry->tag = text.Text(0); })},
+       {L"Delete", kMethod, {}, remove}});
   if (isVba) {
     control->source = MakeClickSource(watch, __uuidof(CommandBarButtonEvents), entry->sinks.emplace_back());
   }
@@ -176,7 +171,7 @@ IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
 IDispatch* HostModel::Events() {
   return Object(
       "Events",
-      {{L"CommandBarEvents", 205, kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
+      {{L"CommandBarEvents", kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
           const std::string wanted = TextOf(arguments.Object(0), L"Caption");
           const auto entry =
               std::ranges::find(entries, wanted, [](const auto& each) { return each->caption; });
@@ -213,29 +208,26 @@ void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
 
 IDispatch* HostModel::CodePane(const std::shared_ptr<Module>& module) {
   const VARTYPE out = VT_BYREF | VT_I4;
-  const auto selection = [module](const Arguments& arguments, VARIANT&) {
+  const auto selection = Done([module](auto& arguments) {
     const bool selects = module->selectionEnd != 0;
     *arguments[0].plVal = module->cursorLine;
     *arguments[1].plVal = module->cursorColumn;
     *arguments[2].plVal = selects ? module->selectionEnd : module->cursorLine;
     *arguments[3].plVal = selects ? 1 : module->cursorColumn;
-    return S_OK;
-  };
-  const auto select = [module](const Arguments& arguments, VARIANT&) {
+  });
+  const auto select = Done([module](auto& arguments) {
     module->cursorLine = arguments.Number(0);
     module->cursorColumn = arguments.Number(1);
-    return S_OK;
-  };
-  const auto show = [this, module](auto&, VARIANT&) {
+  });
+  const auto show = Done([this, module](auto&) {
     module->shown = true;
     if (!isVba) activeModule = module;
-    return S_OK;
-  };
-  return Object("CodePane", {{L"GetSelection", 0x60020003, kMethod, {out, out, out, out}, selection},
-                             {L"SetSelection", 0x60020004, kMethod, {VT_I4, VT_I4, VT_I4, VT_I4}, select},
-                             Get(L"CodeModule", 0x60020008, [this, module] { return CodeModule(module); }),
-                             Get(L"Module", 1, [module] { return module->name; }),
-                             {L"Show", 0x60020009, kMethod, {}, show}});
+  });
+  return Object("CodePane", {{L"GetSelection", kMethod, {out, out, out, out}, selection},
+                             {L"SetSelection", kMethod, {VT_I4, VT_I4, VT_I4, VT_I4}, select},
+                             Get(L"CodeModule", [this, module] { return CodeModule(module); }),
+                             Get(L"Module", [module] { return module->name; }),
+                             {L"Show", kMethod, {}, show}});
 }
 
 IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
@@ -256,11 +248,10 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
       text += (line == first ? "" : "\r\n") + module->lines[static_cast<std::size_t>(line) - 1];
     return Answer(result, text);
   };
-  const auto erase = [module](const Arguments& arguments, VARIANT&) {
+  const auto erase = Done([module](auto& arguments) {
     const auto first = module->lines.begin() + arguments.Number(0) - 1;
     module->lines.erase(first, first + arguments.Number(1));
-    return S_OK;
-  };
+  });
   const auto procedure = [module](const Arguments& arguments, VARIANT& result) {
     const LONG start = module->ProcedureStart(arguments.Number(0));
     *arguments[1].plVal = 0;
@@ -273,16 +264,16 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
     return Answer(result, line);
   };
   const auto count = [](auto&, VARIANT& result) { return Answer(result, LONG{2}); };
-  return Object("CodeModule", {{L"InsertLines", 0x60020008, kMethod, {VT_I4, VT_BSTR}, insert},
-                               {L"Lines", 0x60020006, kGet, {VT_I4, VT_I4}, lines},
-                               Get(L"CountOfLines", 0x60020007,
-                                   [module] { return static_cast<LONG>(module->lines.size()); }),
-                               {L"DeleteLines", 0x60020009, kMethod, {VT_I4, VT_I4}, erase},
-                               {L"ProcOfLine", 0x6002000E, kGet, {VT_I4, VT_BYREF | VT_I4}, procedure},
-                               {L"ProcStartLine", 0x6002000B, kGet, {VT_BSTR, VT_I4}, start},
-                               {L"ProcCountLines", 0x6002000C, kGet, {VT_BSTR, VT_I4}, count},
-                               Get(L"Parent", 0x60020001, [this, module] { return Component(module); }),
-                               Get(L"CodePane", 0x60020012, [this, module] { return CodePane(module); })});
+  return Object("CodeModule",
+                {{L"InsertLines", kMethod, {VT_I4, VT_BSTR}, insert},
+                 {L"Lines", kGet, {VT_I4, VT_I4}, lines},
+                 Get(L"CountOfLines", [module] { return static_cast<LONG>(module->lines.size()); }),
+                 {L"DeleteLines", kMethod, {VT_I4, VT_I4}, erase},
+                 {L"ProcOfLine", kGet, {VT_I4, VT_BYREF | VT_I4}, procedure},
+                 {L"ProcStartLine", kGet, {VT_BSTR, VT_I4}, start},
+                 {L"ProcCountLines", kGet, {VT_BSTR, VT_I4}, count},
+                 Get(L"Parent", [this, module] { return Component(module); }),
+                 Get(L"CodePane", [this, module] { return CodePane(module); })});
 }
 
 IDispatch* HostModel::Components() {
@@ -293,23 +284,21 @@ IDispatch* HostModel::Components() {
     modules.back()->name = "Module" + std::to_string(++modulesAdded_);
     return Answer(result, Component(modules.back()));
   };
-  const auto remove = [this](const Arguments& arguments, VARIANT&) {
-    modules.remove(FindModule(TextOf(arguments.Object(0), L"Name")));
-    return S_OK;
-  };
-  return Object("VBComponents", {{L"Add", 12, kMethod, {VT_I4}, add},
-                                 {L"Remove", 13, kMethod, {VT_DISPATCH}, remove},
-                                 Get(L"Parent", 2, [this] { return Project(); })});
+  const auto remove =
+      Done([this](auto& arguments) { modules.remove(FindModule(TextOf(arguments.Object(0), L"Name"))); });
+  return Object("VBComponents", {{L"Add", kMethod, {VT_I4}, add},
+                                 {L"Remove", kMethod, {VT_DISPATCH}, remove},
+                                 Get(L"Parent", [this] { return Project(); })});
 }
 
 IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
   const auto rename = [this, module](const Arguments& arguments, VARIANT&) {
     return Rename(*module, arguments.Text(0));
   };
-  return Object("VBComponent", {Get(L"Name", 48, [module] { return module->name; }),
-                                {L"Name", 48, kPut, {VT_BSTR}, rename},
-                                Get(L"Collection", 2, [this] { return Components(); }),
-                                Get(L"CodeModule", 50, [this, module] { return CodeModule(module); })});
+  return Object("VBComponent", {Get(L"Name", [module] { return module->name; }),
+                                {L"Name", kPut, {VT_BSTR}, rename},
+                                Get(L"Collection", [this] { return Components(); }),
+                                Get(L"CodeModule", [this, module] { return CodeModule(module); })});
 }
 
 HRESULT HostModel::Rename(Module& module, const std::string& name) {

@@ -45,13 +45,10 @@ HRESULT ScriptObject::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT c
                                     DISPID* ids) {
   if (locale != LOCALE_NEUTRAL) return DISP_E_UNKNOWNLCID;
   if (count != 1) return DISP_E_UNKNOWNNAME;
-  for (const Member& member : members_) {
-    if (lstrcmpiW(member.name.c_str(), names[0]) != 0) continue;
-    ids[0] = member.id;
-    return S_OK;
-  }
-  ids[0] = DISPID_UNKNOWN;
-  return DISP_E_UNKNOWNNAME;
+  const auto named = std::ranges::find_if(
+      members_, [&](const Member& member) { return lstrcmpiW(member.name.c_str(), names[0]) == 0; });
+  ids[0] = named == members_.end() ? DISPID_UNKNOWN : static_cast<DISPID>(named - members_.begin());
+  return ids[0] == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
 }
 
 HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD kind, DISPPARAMS* parameters,
@@ -59,7 +56,8 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD k
   if (locale != LOCALE_NEUTRAL) return DISP_E_UNKNOWNLCID;
   const auto alive = ComPtr<IUnknown>::Share(this);
   const auto member = std::find_if(members_.begin(), members_.end(), [&](const Member& candidate) {
-    return candidate.id == id && (candidate.kind & kind) != 0;
+    return static_cast<std::size_t>(id) < members_.size() &&
+           candidate.name == members_[static_cast<std::size_t>(id)].name && (candidate.kind & kind) != 0;
   });
   if (member == members_.end()) return DISP_E_MEMBERNOTFOUND;
   const bool put = (member->kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;

@@ -52,7 +52,6 @@ class ScriptObject final : public WithoutTypeInfo<ComObject<IDispatch>> {
   using Function = std::function<HRESULT(const Arguments& arguments, VARIANT& result)>;
   struct Member {
     std::wstring name;
-    DISPID id = 0;
     WORD kind = DISPATCH_METHOD;
     std::vector<VARTYPE> arguments;  ///< Their types.
     Function function;
