@@ -207,16 +207,17 @@ void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
   }
 }
 
-void LibraryKeeper::ThrownAway(ByteSource&& bytes) {
-  if (openPath_.empty()) return;
+bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
+  if (openPath_.empty()) return false;
   VersionFolder folder = HistoryOf(openPath_);
   const std::string all = ReadAll(bytes);
-  if (folder.Make() && folder.Keep(all, VersionTag::Unsaved)) {
-    folder.Prune(parts_.limits());
-    DropDraft();
-  } else {
+  if (!folder.Make() || !folder.Keep(all, VersionTag::Unsaved)) {
     Tell({LibraryEvent::Kind::HistoryFailed, openPath_});
+    return false;
   }
+  folder.Prune(parts_.limits());
+  DropDraft();
+  return true;
 }
 
 bool LibraryKeeper::WriteDraft(std::string bytes) {

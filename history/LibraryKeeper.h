@@ -59,7 +59,7 @@ class LibraryKeeper : public LibraryStore {
     return parts_.folder.Rename(path, newPath);
   }
   void OpenedOrSaved(const std::string& path) override;
-  void ThrownAway(ByteSource&& bytes) override;
+  bool ThrownAway(ByteSource&& bytes) override;
 
   /// The file of the open library; empty before one is open.
   const std::string& openPath() const { return openPath_; }

@@ -31,8 +31,9 @@ class LibraryStore {
 
   /// From now on the library in memory is that file's: it has been read from there, or saved there.
   virtual void OpenedOrSaved(const std::string& /*path*/) {}
-  /// The open library is left, and its changes, which these bytes hold, are in no file.
-  virtual void ThrownAway(ByteSource&& /*bytes*/) {}
+  /// The open library is left, and its changes, which these bytes hold, are in no file. Tells whether they
+  /// are kept somewhere else.
+  virtual bool ThrownAway(ByteSource&& /*bytes*/) { return false; }
 };
 
 }  // namespace snip

@@ -160,6 +160,7 @@ class FakeStore : public LibraryStore {
   std::vector<std::string> names;
   std::map<std::string, std::string> files;
   bool failing = false;                  ///< The folder cannot be written to: what is replaced is lost.
+  bool keeping = true;                   ///< What is thrown away can be kept somewhere else.
   std::size_t room = std::string::npos;  ///< Bytes that the disk has left for a file.
   mutable std::weak_ptr<bool> open;      ///< Of the file that was opened last, as long as it is.
   std::function<void()> whileBusy = [] {};
@@ -196,6 +197,7 @@ class FakeStore : public LibraryStore {
     files[path] = all.substr(0, room);
     return all.size() <= room;
   }
+  bool ThrownAway(ByteSource&&) override { return keeping; }
 
  private:
   struct OpenFile : BytesInMemory {

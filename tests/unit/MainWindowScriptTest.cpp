@@ -197,7 +197,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
          store.files[Path(text.substr(0, end))] = text.substr(std::min(end, text.size() - 1) + 1);
        })},
       {"lose", Quiet([this](auto& name) { store.files.erase(Path(name)); })},
-      {"refuse", Quiet([this](auto&) { store.failing = true; })},
+      {"refuse", Quiet([this](auto& all) { store.failing = true, store.keeping = all.empty(); })},
       {"allow", Quiet([this](auto&) { store.failing = false; })},
       {"done", [this](auto&) { return Done(); }},
       {"under-message", [this](auto&) { return shownUnderMessage_; }},

@@ -29,7 +29,7 @@ void LibraryNaming::GetNewLib() {
   view_.InsertFile(view_.FileCount(), name);
   view_.SelectFile(view_.FileCount() - 1);
   // Opens it by its full name: one that looks like a path by itself could not be made.
-  operations_.cboFiles_Click();
+  if (!operations_.cboFiles_Click() && !view_.Gone()) editing_.ShowLibrary();
 }
 
 /// Writes a new library; false after telling the user why that name cannot be had.

@@ -130,19 +130,22 @@ void LibraryOperations::LoadFiles() {
   cboFiles_Click();
 }
 
-void LibraryOperations::cboFiles_Click() {
-  if (!editing_.txtCode_LostFocus()) return view_.SelectFile(openEntry_);
+bool LibraryOperations::cboFiles_Click() {
+  const auto stay = [this] {
+    view_.SelectFile(openEntry_);
+    return false;
+  };
+  if (!editing_.txtCode_LostFocus()) return stay();
   view_.HideFileNameBox();                                // it was to rename the library that is left
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
-  if (WantsToSave() && SaveCurFile()) {
-    library_.Saved = true;
-    ListCurrentLibrary();
-  }
+  const Changes changes = SettleChanges();
+  if (changes == Changes::Nowhere) return stay();
+  if (changes == Changes::InFile) ListCurrentLibrary();
   Leave();
-  if (view_.Gone()) return;
+  if (view_.Gone()) return false;
 
   const int entry = view_.SelectedFile();
-  if (entry < 0) return;
+  if (entry < 0) return true;
   openEntry_ = entry;
   const std::string text = view_.FileText(entry);
   if (text == kBrowseEntry) {
@@ -153,6 +156,7 @@ void LibraryOperations::cboFiles_Click() {
     view_.SetFileNameText(text);
     OpenBNSFile(store_.PathOf(text));
   }
+  return !view_.Gone();
 }
 
 void LibraryOperations::BrowseForLibrary() {
@@ -171,8 +175,8 @@ void LibraryOperations::InsertFile(int entry, const std::string& text) {
   if (openEntry_ >= entry) ++openEntry_;
 }
 
-void LibraryOperations::OpenOutside(const std::string& path) {
-  if (!editing_.txtCode_LostFocus()) return;
+bool LibraryOperations::OpenOutside(const std::string& path) {
+  if (!editing_.txtCode_LostFocus()) return false;
   int entry = 0;
   while (entry < view_.FileCount() && view_.FileText(entry) != path) ++entry;
   if (entry == view_.FileCount()) {
@@ -180,8 +184,9 @@ void LibraryOperations::OpenOutside(const std::string& path) {
     InsertFile(entry, path);
   }
   view_.SelectFile(entry);
-  cboFiles_Click();
+  if (!cboFiles_Click()) return false;
   view_.SetFileNameText(path);
+  return true;
 }
 
 std::vector<NamedLibrary> LibraryOperations::OtherLibraries() const {
@@ -203,29 +208,28 @@ bool LibraryOperations::Choose(const std::string& path) {
   if (editing_.ListsSnippets() && path == OpenPath()) return true;
   int entry = 0;
   while (entry < view_.FileCount() && FileOf(view_.FileText(entry)) != path) ++entry;
-  if (entry == view_.FileCount()) {
-    OpenOutside(path);
-  } else {
-    view_.SelectFile(entry);
-    cboFiles_Click();
-  }
-  return !view_.Gone();
+  if (entry == view_.FileCount()) return OpenOutside(path);
+  view_.SelectFile(entry);
+  return cboFiles_Click();
 }
 
-bool LibraryOperations::WantsToSave() {
-  if (library_.LibraryName.empty() || library_.Saved) return false;
+LibraryOperations::Changes LibraryOperations::SettleChanges() {
+  // That a save failed was told; what is in memory alone is asked about once more.
+  if (saveFailed_ && !KeepUnsaved()) library_.Saved = false;
+  if (library_.LibraryName.empty() || library_.Saved) return Changes::MayGo;
   const auto answer = showMessage_("Save changes to '" + library_.LibraryName + "'?",
                                    MessageStyle::kYesNoQuestion, kMainWindowTitle);
-  return answer == MessageResult::Yes && !view_.Gone();
+  if (answer != MessageResult::Yes || view_.Gone()) return Changes::MayGo;
+  if (!SaveCurFile()) return KeepUnsaved() ? Changes::MayGo : Changes::Nowhere;
+  library_.Saved = true;
+  return Changes::InFile;
 }
 
 bool LibraryOperations::OfferToSave() {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return false;
-  if (WantsToSave() && SaveCurFile()) {
-    library_.Saved = true;
-    ShowWhereSaved();  // the window may stay after all
-  }
-  return true;
+  const Changes changes = SettleChanges();
+  if (changes == Changes::InFile) ShowWhereSaved();  // the window may stay after all
+  return changes != Changes::Nowhere;
 }
 
 void LibraryOperations::OpenBNSFile(const std::string& path) {
@@ -305,14 +309,18 @@ bool LibraryOperations::SaveCurFile() {
 
 void LibraryOperations::LoadAgain(const std::string& path) {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
-  store_.ThrownAway(BnsBytes(library_.Snippets));
+  if (!KeepUnsaved() && !library_.Saved) return;  // that the history failed is told
   OpenBNSFile(path);
 }
 
 void LibraryOperations::Leave() {
   if (library_.LibraryName.empty() || (library_.Saved && !saveFailed_)) return;
-  store_.ThrownAway(BnsBytes(library_.Snippets));
+  KeepUnsaved();
   saveFailed_ = false;
+}
+
+bool LibraryOperations::KeepUnsaved() {
+  return store_.ThrownAway(BnsBytes(library_.Snippets));
 }
 
 std::string LibraryOperations::FileOf(const std::string& entry) const {

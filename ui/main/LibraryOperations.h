@@ -29,18 +29,20 @@ class LibraryOperations {
   void ReadAhead();
   /// Fills `cboFiles` from the library folder and opens the first library.
   void LoadFiles();
-  /// Opens the chosen entry, after asking whether the library that is left shall be saved.
-  void cboFiles_Click();
+  /// Opens the chosen entry, after asking whether the library that is left shall be saved. False when that
+  /// one stays open, because what it holds would be lost, or when the window is gone.
+  bool cboFiles_Click();
 
-  /// Opens a library by its full path and keeps it among the entries, at the top when it is new there.
-  void OpenOutside(const std::string& path);
+  /// Opens a library by its full path and keeps it among the entries, at the top when it is new there; false
+  /// as `cboFiles_Click`.
+  bool OpenOutside(const std::string& path);
 
   // For a search of all libraries.
   /// The file that is open, or was to be opened.
   std::string OpenPath() const { return openEntry_ < 0 ? std::string() : FileOf(view_.FileText(openEntry_)); }
   /// All other libraries of the chooser and of the folder.
   std::vector<NamedLibrary> OtherLibraries() const;
-  /// Opens a library as the chooser does, if it is not open; false when the window is gone.
+  /// Opens a library as the chooser does, if it is not open; false as `cboFiles_Click`.
   bool Choose(const std::string& path);
 
   void OpenBNSFile(const std::string& path);
@@ -51,8 +53,8 @@ class LibraryOperations {
   /// the chooser show the file that was written.
   void SaveLibrary();
   /// Takes in what is being edited, and asks whether to save a changed library, and does; for the end of the
-  /// window. False when the window has to stay, since something typed cannot be taken: the user has been
-  /// told.
+  /// window. False when the window has to stay, since something typed cannot be taken, or what the user
+  /// wants to keep can be written nowhere: the user has been told.
   bool OfferToSave();
   /// Reads the open library once more from its file, which another program has changed. What is in memory is
   /// handed to the store.
@@ -72,7 +74,14 @@ class LibraryOperations {
   void TakeContents(BnsContents contents);
   void BrowseForLibrary();
   void InsertFile(int entry, const std::string& text);
-  bool WantsToSave();
+  /// What has become of unsaved changes, which the user may have been asked about.
+  enum class Changes {
+    InFile,   ///< They have just been saved.
+    MayGo,    ///< There are none, they are not wanted, or they are in the history.
+    Nowhere,  ///< They are wanted, and are in memory alone.
+  };
+  Changes SettleChanges();
+  bool KeepUnsaved();
   std::string FileOf(const std::string& entry) const;
   int ListCurrentLibrary();
   void ShowWhereSaved();
