@@ -102,9 +102,8 @@ void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) cons
     return parts_.folder.Replace(path, BytesInMemory(bytes));
   });
   if (recovery.kind == Recovery::Kind::Completed) Tell({LibraryEvent::Kind::SaveCompleted, path});
-  if (recovery.kind == Recovery::Kind::Unsaved) {
-    Tell({LibraryEvent::Kind::UnsavedFound, path, folder.Versions().front()});
-  }
+  if (recovery.kind == Recovery::Kind::Unsaved)
+    Tell({LibraryEvent::Kind::UnsavedFound, path, recovery.version});
 }
 
 /// A library whose save was interrupted may be missing, and would not be listed.
@@ -200,9 +199,8 @@ void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
     const bool saved = known && known->hash == ContentHash(*draft);
     if (saved || draft->empty()) {
       parts_.files.Remove(path);
-    } else if (folder.KeepFile(entry.name, *draft, VersionTag::Unsaved, stamp->time())) {
-      if (const auto versions = folder.Versions(); !versions.empty())
-        Tell({LibraryEvent::Kind::UnsavedFound, openPath_, versions.front()});
+    } else if (const auto kept = folder.KeepFile(entry.name, *draft, VersionTag::Unsaved, stamp->time())) {
+      Tell({LibraryEvent::Kind::UnsavedFound, openPath_, kept});
     }
   }
 }

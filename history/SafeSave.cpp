@@ -26,7 +26,7 @@ bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownC
   if (!stamp || !old) return false;
   const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
   const VersionTag own = IsWholeLibrary(*old) ? VersionTag::Saved : VersionTag::Cut;
-  return folder.Keep(*old, foreign ? VersionTag::Outside : own, stamp->time());
+  return folder.Keep(*old, foreign ? VersionTag::Outside : own, stamp->time()).has_value();
 }
 
 }  // namespace
@@ -55,7 +55,8 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   const std::uint64_t hash = ContentHash(bytes);
   if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash};
   if (pending) {
-    outcome.kept = folder.KeepFile(kPending, bytes, VersionTag::Saved, std::nullopt, hash) && oldKept;
+    outcome.kept =
+        folder.KeepFile(kPending, bytes, VersionTag::Saved, std::nullopt, hash).has_value() && oldKept;
     folder.Prune(limits);
   }
   return outcome;
@@ -83,14 +84,14 @@ Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& wr
   const bool cutOff = pending->starts_with(*library) && IsWholeLibrary(*pending);
   if (!cutOff) {
     const VersionTag tag = IsWholeLibrary(*pending) ? VersionTag::Unsaved : VersionTag::Cut;
-    if (!folder.KeepFile(kPending, *pending, tag, pendingStamp->time()) || tag == VersionTag::Cut) return {};
-    return {Recovery::Kind::Unsaved, pendingStamp->time()};
+    const auto kept = folder.KeepFile(kPending, *pending, tag, pendingStamp->time());
+    return kept && tag == VersionTag::Unsaved ? Recovery{Recovery::Kind::Unsaved, kept} : Recovery();
   }
   if (!library->empty()) folder.Keep(*library, VersionTag::Cut, stamp->time());
   write(*pending);
   if (files.Holds(folder.library(), *pending) != true) return {};
-  folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time());
-  return {Recovery::Kind::Completed, pendingStamp->time()};
+  return {Recovery::Kind::Completed,
+          folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time())};
 }
 
 }  // namespace snip

@@ -45,7 +45,7 @@ struct Recovery {
     Unsaved,    ///< The file is another one: what was to be saved is the newest "-unsaved" version.
   };
   Kind kind = Kind::Nothing;
-  UtcTime time{};  ///< Of what was to be saved.
+  std::optional<Version> version{};  ///< That holds what was to be saved.
 };
 
 /// Whether a save of the library was interrupted.

@@ -118,22 +118,23 @@ bool VersionFolder::Keeps(std::string_view bytes) {
 }
 
 template <class Place>
-bool VersionFolder::Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag,
-                         std::optional<UtcTime> time, Place place) {
+std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag,
+                                           std::optional<UtcTime> time, Place place) {
   const std::vector<Version> versions = Versions();
   const Kept kept = Find(versions, bytes, hash);
-  if (kept.newest || (kept.version && tag != VersionTag::Saved)) return true;
+  if (kept.newest || (kept.version && tag != VersionTag::Saved)) return kept.version;
   Version version{.time = time.value_or(files_.Now()), .tag = tag, .size = bytes.size()};
   if (!versions.empty()) {
     version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));
   }
-  if (!place(FileOf(version))) return false;
+  if (!place(FileOf(version))) return std::nullopt;
   Remember(FileNameOf(version), hash);
   if (kept.version) files_.Remove(FileOf(*kept.version));
-  return true;
+  return version;
 }
 
-bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time) {
+std::optional<Version> VersionFolder::Keep(std::string_view bytes, VersionTag tag,
+                                           std::optional<UtcTime> time) {
   return Keep(bytes, ContentHash(bytes), tag, time, [&](const std::string& file) {
     // A version is whole or not there at all.
     const std::string unfinished = File("version.tmp");
@@ -141,12 +142,13 @@ bool VersionFolder::Keep(std::string_view bytes, VersionTag tag, std::optional<U
   });
 }
 
-bool VersionFolder::KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
-                             std::optional<UtcTime> time, std::optional<std::uint64_t> hash) {
+std::optional<Version> VersionFolder::KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
+                                               std::optional<UtcTime> time,
+                                               std::optional<std::uint64_t> hash) {
   bool moved = false;
-  const bool kept = Keep(bytes, hash ? *hash : ContentHash(bytes), tag, time,
+  const auto kept = Keep(bytes, hash ? *hash : ContentHash(bytes), tag, time,
                          [&](const std::string& file) { return moved = files_.Move(File(name), file); });
-  return kept && (moved || files_.Remove(File(name)));
+  return moved || files_.Remove(File(name)) ? kept : std::nullopt;
 }
 
 void VersionFolder::Prune(const HistoryLimits& limits) {

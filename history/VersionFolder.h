@@ -42,14 +42,17 @@ class VersionFolder {
   std::vector<Version> Versions();
   std::optional<std::string> Read(const Version& version);
 
-  /// Keeps a state, unless the history has it. Equal contents are kept once: the state of a save takes the
-  /// place of an equal older one. `time` is when the state came about, if not now; versions keep the order in
-  /// which they came, whatever the clock says.
-  bool Keep(std::string_view bytes, VersionTag tag, std::optional<UtcTime> time = std::nullopt);
+  /// Keeps a state, unless the history has it, and returns the version that holds it; nothing when it could
+  /// not be written. Equal contents are kept once: the state of a save takes the place of an equal older one.
+  /// `time` is when the state came about, if not now; versions keep the order in which they came, whatever
+  /// the clock says.
+  std::optional<Version> Keep(std::string_view bytes, VersionTag tag,
+                              std::optional<UtcTime> time = std::nullopt);
   /// The same for a file of this folder that holds exactly those bytes; the file is gone afterwards. `hash`
   /// is theirs, if the caller has it.
-  bool KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
-                std::optional<UtcTime> time = std::nullopt, std::optional<std::uint64_t> hash = std::nullopt);
+  std::optional<Version> KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
+                                  std::optional<UtcTime> time = std::nullopt,
+                                  std::optional<std::uint64_t> hash = std::nullopt);
   bool Keeps(std::string_view bytes);
   /// Whether the newest version, as far as its contents have been seen, has that hash. Reads no file but the
   /// folder.
@@ -68,8 +71,8 @@ class VersionFolder {
   Kept Find(const std::vector<Version>& versions, std::string_view bytes, std::uint64_t hash);
   std::optional<std::uint64_t> HashOf(const Version& version);
   template <class Place>
-  bool Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag, std::optional<UtcTime> time,
-            Place place);
+  std::optional<Version> Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag,
+                              std::optional<UtcTime> time, Place place);
 
   Files& files_;
   std::string library_;

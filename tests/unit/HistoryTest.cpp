@@ -33,6 +33,7 @@ class HistoryTest : public testing::Test {
  protected:
   FakeFiles files;
   FakeFolder folder{files};
+  std::string offered;  ///< The contents of the version that was told last.
   std::unique_ptr<LibraryKeeper> keeper = Program();
 
   std::unique_ptr<LibraryKeeper> Program() {
@@ -64,7 +65,10 @@ class HistoryTest : public testing::Test {
   }
   std::vector<Kind> Events() {
     std::vector<Kind> kinds;
-    for (const LibraryEvent& event : keeper->TakeEvents()) kinds.push_back(event.kind);
+    for (const LibraryEvent& event : keeper->TakeEvents()) {
+      kinds.push_back(event.kind);
+      if (event.version) offered = *keeper->HistoryOf(event.path).Read(*event.version);
+    }
     return kinds;
   }
   std::string File() const { return files.bytes.contains(kLib) ? files.bytes.at(kLib) : "missing"; }
@@ -228,6 +232,9 @@ TEST_F(HistoryTest, DraftsAreOfferedAfterACrashAndGoWithASaveOrAnAnswer) {
   keeper->ThrownAway(BytesInMemory(Text(6)));
   EXPECT_EQ(Start(), std::vector<Kind>{});
   EXPECT_EQ(Kept().front(), (std::pair(VersionTag::Unsaved, Text(6))));
+  Draft(Text(2));  // which the history has already
+  EXPECT_EQ(Start(), std::vector{Kind::UnsavedFound});
+  EXPECT_EQ(offered, Text(2));
 }
 
 TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsNot) {
