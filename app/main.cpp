@@ -1,6 +1,7 @@
 #include <windows.h>
 #include <commctrl.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -127,8 +128,9 @@ class Application {
   };
   Registry32 registry_{showMessage_};
   SoundEffects sounds_{registry_};
-  LibraryFolder folder_{ProgramDirectory()};
-  SystemFiles files_;
+  std::shared_ptr<Patience> patience_ = std::make_shared<Patience>();
+  LibraryFolder folder_{ProgramDirectory(), patience_};
+  SystemFiles files_{patience_};
   LibraryKeeper keeper_{{.folder = folder_,
                          .files = files_,
                          .root = HistoryRoot(),

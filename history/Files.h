@@ -5,9 +5,11 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/FileStamp.h"
+#include "platform/Patience.h"
 
 namespace snip {
 
@@ -29,7 +31,12 @@ class Held {
 /// separator. Any call may fail, and may be made in any thread.
 class Files {
  public:
+  explicit Files(std::shared_ptr<Patience> patience = std::make_shared<Patience>())
+      : patience_(std::move(patience)) {}
   virtual ~Files() = default;
+
+  /// As long as the result lives, all calls together wait for other programs no longer than that.
+  Patience::Limit LimitWaits(Patience::Duration all) { return {*patience_, all}; }
 
   /// Nothing when it cannot be told whether there is such a file.
   virtual std::optional<FileStamp> Stamp(const std::string& path) = 0;
@@ -52,10 +59,17 @@ class Files {
   /// One text for all ways to write the path of a file.
   virtual std::string Identity(const std::string& path) = 0;
   /// Keeps other programs from working at `path` as long as the result lives. Waits for them for some
-  /// seconds; null when they go on, or the system refuses. Belongs to the thread that asked.
+  /// seconds, if it may; null when they go on. Where the system has no lock to give, nothing is held. Belongs
+  /// to the thread that asked.
   virtual std::unique_ptr<Held> Lock(const std::string& path) = 0;
   /// Null when another program, or this one, holds the claim to `path` already.
   virtual std::unique_ptr<Held> Claim(const std::string& path) = 0;
+
+ protected:
+  Patience& patience() { return *patience_; }
+
+ private:
+  std::shared_ptr<Patience> patience_;
 };
 
 }  // namespace snip

@@ -13,6 +13,7 @@ namespace snip {
 namespace {
 
 constexpr std::string_view kDraft = "draft";
+constexpr Patience::Duration kWaitOfASave{1400};
 
 std::string DraftName(int number) {
   return std::string(kDraft) + (number == 0 ? "" : "-" + std::to_string(number)) + ".bns";
@@ -130,6 +131,7 @@ std::vector<std::string> LibraryKeeper::Names() const {
 }
 
 std::unique_ptr<ByteSource> LibraryKeeper::Open(const std::string& path) const {
+  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   VersionFolder folder = HistoryOf(path);
   Recover(folder, path);
   const auto stamp = parts_.files.Stamp(folder.library());
@@ -140,6 +142,7 @@ std::unique_ptr<ByteSource> LibraryKeeper::Open(const std::string& path) const {
 }
 
 bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
+  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   std::string all;
   try {
     all = ReadAll(bytes);
@@ -188,13 +191,15 @@ void LibraryKeeper::OpenedOrSaved(const std::string& path) {
 
 /// Drafts of programs that have ended without saving or answering No.
 void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
+  const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
   for (const FileEntry& entry : parts_.files.List(folder.path())) {
     if (!entry.name.starts_with(kDraft) || !entry.name.ends_with(kLibraryExtension)) continue;
     const std::string path = folder.File(entry.name);
     const auto claim = parts_.files.Claim(path);
+    const auto lock = parts_.files.Lock(folder.path());
     const auto stamp = parts_.files.Stamp(path);
     const auto draft = parts_.files.Read(path);
-    if (!claim || !stamp || !draft) continue;
+    if (!claim || !lock || !stamp || !draft) continue;
     const auto known = Known(openPath_);
     const bool saved = known && known->hash == ContentHash(*draft);
     if (saved || draft->empty()) {
@@ -209,11 +214,16 @@ bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
   if (openPath_.empty()) return false;
   VersionFolder folder = HistoryOf(openPath_);
   const std::string all = ReadAll(bytes);
-  if (!folder.Make() || !folder.Keep(all, VersionTag::Unsaved)) {
-    Tell({LibraryEvent::Kind::HistoryFailed, openPath_});
-    return false;
+  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
+  {
+    const bool made = folder.Make();
+    const auto lock = made ? parts_.files.Lock(folder.path()) : nullptr;
+    if (!lock || !folder.Keep(all, VersionTag::Unsaved)) {
+      Tell({LibraryEvent::Kind::HistoryFailed, openPath_});
+      return false;
+    }
+    folder.Prune(parts_.limits());
   }
-  folder.Prune(parts_.limits());
   DropDraft();
   return true;
 }
@@ -255,14 +265,21 @@ bool LibraryKeeper::LookForOutsideChange() {
   const auto stamp = parts_.files.Stamp(path);
   if (!stamp || !stamp->exists || *stamp == known->stamp) return false;
   if (std::exchange(seen_, *stamp) != *stamp) return true;
+  // The user may be typing.
+  const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
   const auto bytes = parts_.files.Read(path);
   if (!bytes) return true;
   const std::uint64_t hash = ContentHash(*bytes);
+  if (hash != known->hash) {
+    VersionFolder folder = HistoryOf(openPath_);
+    if (folder.Make()) {
+      const auto lock = parts_.files.Lock(folder.path());
+      if (!lock) return true;
+      folder.Keep(*bytes, VersionTag::Outside, stamp->time());
+    }
+    Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
+  }
   Learn(openPath_, *stamp, hash);
-  if (hash == known->hash) return false;
-  VersionFolder folder = HistoryOf(openPath_);
-  if (folder.Make()) folder.Keep(*bytes, VersionTag::Outside, stamp->time());
-  Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
   return false;
 }
 

@@ -34,12 +34,11 @@ class Descriptor : public Held {
   int number_;
 };
 
-std::unique_ptr<Held> LockFile(const std::string& path, int attempts) {
+std::unique_ptr<Descriptor> LockFile(Patience& patience, const std::string& path, int attempts) {
   auto file =
       std::make_unique<Descriptor>(open((path + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (!*file) return nullptr;
-  for (int attempt = 0; flock(file->number(), LOCK_EX | LOCK_NB) != 0; ++attempt) {
-    if (attempt + 1 >= attempts) return nullptr;
+  for (int attempt = 0; *file && flock(file->number(), LOCK_EX | LOCK_NB) != 0; ++attempt) {
+    if (attempt + 1 >= attempts || patience.Take(kLockPause) < kLockPause) return nullptr;
     std::this_thread::sleep_for(kLockPause);
   }
   return file;
@@ -134,11 +133,12 @@ std::string SystemFiles::Identity(const std::string& path) {
 }
 
 std::unique_ptr<Held> SystemFiles::Lock(const std::string& path) {
-  return LockFile(path, kLockAttempts);
+  return LockFile(patience(), path, kLockAttempts);
 }
 
 std::unique_ptr<Held> SystemFiles::Claim(const std::string& path) {
-  return LockFile(path, 1);
+  auto file = LockFile(patience(), path, 1);
+  return file && *file ? std::move(file) : nullptr;
 }
 
 std::string HistoryRoot() {

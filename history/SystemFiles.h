@@ -7,6 +7,8 @@ namespace snip {
 /// The files of this machine (WindowsFiles.cpp, PosixFiles.cpp).
 class SystemFiles : public Files {
  public:
+  using Files::Files;
+
   std::optional<FileStamp> Stamp(const std::string& path) override;
   std::optional<std::string> Read(const std::string& path) override;
   std::optional<bool> Holds(const std::string& path, std::string_view bytes) override;

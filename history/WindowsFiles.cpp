@@ -12,7 +12,8 @@ namespace snip {
 namespace {
 
 constexpr DWORD kPiece = DWORD{1} << 18U;
-constexpr DWORD kLockMs = 3000;
+constexpr int kLockAttempts = 100;
+constexpr Patience::Duration kLockPause{30};
 constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
 
 std::wstring Wide(const std::string& utf8) {
@@ -36,9 +37,9 @@ std::string Utf8(const std::wstring& wide) {
   return utf8;
 }
 
-UniqueFile Open(const std::wstring& path, DWORD access, DWORD disposition) {
+UniqueFile Open(Patience& patience, const std::wstring& path, DWORD access, DWORD disposition) {
   UniqueFile file;
-  Patiently([&] {
+  Patiently(patience, [&] {
     file.Reset(CreateFileW(path.c_str(), access,
                            FILE_SHARE_READ | (access == GENERIC_READ ? FILE_SHARE_DELETE : 0), nullptr,
                            disposition, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
@@ -61,8 +62,14 @@ class NamedMutex : public Held {
   }
 
   bool existed() const { return !mutex_ || existed_; }
-  bool Own() {
-    const DWORD result = mutex_ ? WaitForSingleObject(mutex_.get(), kLockMs) : WAIT_FAILED;
+  bool Own(Patience& patience) {
+    if (!mutex_) return true;
+    DWORD result = WaitForSingleObject(mutex_.get(), 0);
+    for (int attempt = 0; result == WAIT_TIMEOUT && attempt < kLockAttempts; ++attempt) {
+      const Patience::Duration wait = patience.Take(kLockPause);
+      if (wait == Patience::Duration::zero()) break;
+      result = WaitForSingleObject(mutex_.get(), static_cast<DWORD>(wait.count()));
+    }
     return owned_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
   }
 
@@ -79,7 +86,7 @@ std::optional<FileStamp> SystemFiles::Stamp(const std::string& path) {
 }
 
 std::optional<std::string> SystemFiles::Read(const std::string& path) {
-  const UniqueFile file = Open(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};
   if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return std::nullopt;
   std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
@@ -91,7 +98,7 @@ std::optional<std::string> SystemFiles::Read(const std::string& path) {
 }
 
 std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view bytes) {
-  const UniqueFile file = Open(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_READ, OPEN_EXISTING);
   if (!file) return std::nullopt;
   const auto piece = std::make_unique<char[]>(kPiece);
   for (;;) {
@@ -104,7 +111,7 @@ std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view
 }
 
 bool SystemFiles::Write(const std::string& path, std::string_view bytes) {
-  const UniqueFile file = Open(SystemPath(path), GENERIC_WRITE, CREATE_ALWAYS);
+  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
   DWORD written = 0;
   const auto wanted = static_cast<DWORD>(bytes.size());
@@ -114,7 +121,7 @@ bool SystemFiles::Write(const std::string& path, std::string_view bytes) {
 
 bool SystemFiles::Move(const std::string& from, const std::string& to) {
   const std::wstring source = SystemPath(from), target = SystemPath(to);
-  return Patiently([&] {
+  return Patiently(patience(), [&] {
     return MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
            0;
   });
@@ -161,7 +168,7 @@ std::string SystemFiles::Identity(const std::string& path) {
 
 std::unique_ptr<Held> SystemFiles::Lock(const std::string& path) {
   auto mutex = std::make_unique<NamedMutex>("lock-", Identity(path));
-  return mutex->Own() ? std::move(mutex) : nullptr;
+  return mutex->Own(patience()) ? std::move(mutex) : nullptr;
 }
 
 std::unique_ptr<Held> SystemFiles::Claim(const std::string& path) {

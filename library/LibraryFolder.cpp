@@ -50,9 +50,9 @@ class FileBytes : public ByteSource {
 
 /// Opens a file for one that reads with others, or writes alone. The name of one just deleted is only free
 /// when the last program that has it open lets go.
-UniqueFile OpenPatiently(const std::wstring& path, DWORD access, DWORD disposition) {
+UniqueFile OpenPatiently(Patience& patience, const std::wstring& path, DWORD access, DWORD disposition) {
   UniqueFile file;
-  Patiently([&] {
+  Patiently(patience, [&] {
     file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
                            FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     return static_cast<bool>(file);
@@ -73,7 +73,8 @@ bool IsDeviceName(std::string_view name) {
 
 }  // namespace
 
-LibraryFolder::LibraryFolder(std::string directory) : prefix_(std::move(directory)) {
+LibraryFolder::LibraryFolder(std::string directory, std::shared_ptr<Patience> patience)
+    : prefix_(std::move(directory)), patience_(std::move(patience)) {
   if (!prefix_.ends_with('\\')) prefix_ += '\\';
 }
 
@@ -110,7 +111,7 @@ std::optional<FileStamp> LibraryFolder::Stamp(const std::string& path) const {
 }
 
 std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
-  UniqueFile file = OpenPatiently(SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  UniqueFile file = OpenPatiently(*patience_, SystemPath(path), GENERIC_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};
   if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return nullptr;
   return std::make_unique<FileBytes>(std::move(file));
@@ -121,7 +122,7 @@ bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   const std::unique_ptr<char[]> piece(new char[ByteSource::kWrittenPiece]);
   const std::wstring longPath = SystemPath(path);
   DeleteFileW(longPath.c_str());
-  const UniqueFile file = OpenPatiently(longPath, GENERIC_WRITE, CREATE_ALWAYS);
+  const UniqueFile file = OpenPatiently(*patience_, longPath, GENERIC_WRITE, CREATE_ALWAYS);
   if (!file) return false;
   while (const auto size = static_cast<DWORD>(bytes.Read({piece.get(), ByteSource::kWrittenPiece}))) {
     DWORD written = 0;

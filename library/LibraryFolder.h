@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/LibraryStore.h"
+#include "platform/Patience.h"
 
 namespace snip {
 
@@ -9,7 +10,9 @@ namespace snip {
 /// where they are listed again.
 class LibraryFolder : public LibraryStore {
  public:
-  explicit LibraryFolder(std::string directory);
+  /// Waits for other programs that have a file as long as `patience` lasts.
+  explicit LibraryFolder(std::string directory,
+                         std::shared_ptr<Patience> patience = std::make_shared<Patience>());
 
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override;
@@ -23,6 +26,7 @@ class LibraryFolder : public LibraryStore {
   bool IsInFolder(const std::string& path) const;
 
   std::string prefix_;  ///< The directory with a "\" at its end.
+  std::shared_ptr<Patience> patience_;
 };
 
 }  // namespace snip

@@ -5,6 +5,7 @@
 
 #include "platform/FileStamp.h"
 #include "platform/Handle.h"
+#include "platform/Patience.h"
 
 namespace snip {
 
@@ -18,17 +19,19 @@ std::optional<FileStamp> StampOfFile(const std::wstring& path);
 /// In units of 100 ns since 1970, UTC.
 std::int64_t TicksOf(const FILETIME& time);
 
-/// Has `attempt`, which tells by the system's last error why it failed, repeated for 1.4 s while that is
-/// because another program has the file: mostly one that looks through new and changed files, or another
-/// instance of this one.
+/// Has `attempt`, which tells by the system's last error why it failed, repeated for 1.4 s, if `patience`
+/// lasts that long, while that is because another program has the file: mostly one that looks through new
+/// and changed files, or another instance of this one.
 template <class Attempt>
-bool Patiently(Attempt attempt) {
-  constexpr DWORD attempts = 10;
-  constexpr DWORD pauseMs = 25;  // and one more each time
-  for (DWORD failed = 1; !attempt(); ++failed) {
+bool Patiently(Patience& patience, Attempt attempt) {
+  constexpr int attempts = 10;
+  constexpr Patience::Duration pause{25};  // and one more each time
+  for (int failed = 1; !attempt(); ++failed) {
     const DWORD error = GetLastError();
     if (failed > attempts || (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION)) return false;
-    Sleep(failed * pauseMs);
+    const Patience::Duration wait = patience.Take(failed * pause);
+    if (wait == Patience::Duration::zero()) return false;
+    Sleep(static_cast<DWORD>(wait.count()));
   }
   return true;
 }

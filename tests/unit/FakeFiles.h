@@ -26,6 +26,8 @@ class FakeFiles : public Files {
   std::map<std::string, std::string> bytes;
   std::map<std::string, std::int64_t> changed;
   std::set<std::string> held;
+  std::set<std::string> busy;  ///< Another program has these open.
+  Patience::Duration waited{};
   UtcTime now = std::chrono::sys_days(std::chrono::year(2026) / 7 / 9) + std::chrono::hours(14);
   int calls = 0;  ///< That change something.
   int killAt = kNever, failFrom = kNever, failUntil = kNever;
@@ -38,11 +40,13 @@ class FakeFiles : public Files {
   }
   std::optional<std::string> Read(const std::string& path) override {
     const std::lock_guard lock(mutex_);
+    if (Refuses(path)) return std::nullopt;
     const auto file = bytes.find(path);
     return file == bytes.end() ? std::nullopt : std::optional(file->second);
   }
   bool Write(const std::string& path, std::string_view text) override {
     const std::lock_guard lock(mutex_);
+    if (Refuses(path)) return false;
     const int call = ++calls;
     const bool whole = call < killAt && !Fails(call);
     bytes[path] =
@@ -53,7 +57,7 @@ class FakeFiles : public Files {
   }
   bool Move(const std::string& from, const std::string& to) override {
     const std::lock_guard lock(mutex_);
-    if (!Does() || !bytes.contains(from)) return false;
+    if (!Does() || !bytes.contains(from) || Refuses(to)) return false;
     bytes[to] = std::exchange(bytes[from], {});
     changed[to] = changed[from];
     bytes.erase(from);
@@ -96,6 +100,11 @@ class FakeFiles : public Files {
   }
   static inline std::mutex mutex_;  ///< Drafts are written in the background.
 
+  bool Refuses(const std::string& path) {
+    const bool refuses = busy.contains(path);
+    if (refuses) waited += patience().Take(std::chrono::milliseconds(1400));
+    return refuses;
+  }
   bool Fails(int call) const { return call >= failFrom && call <= failUntil; }
   bool Does() {
     const int call = ++calls;

@@ -247,6 +247,14 @@ TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsN
   while (keeper->LookForOutsideChange()) continue;
   EXPECT_EQ(Events(), std::vector<Kind>{});
   files.Write(kLib, Text(7));
+  for (int look = 0; look < 3; ++look) {
+    files.busy = {kLib};  // by a program that has it open
+    EXPECT_TRUE(keeper->LookForOutsideChange());
+    files.busy.clear();
+    const auto lock = files.Lock(keeper->HistoryOf(kLib).path());  // by one that writes the history
+    EXPECT_TRUE(keeper->LookForOutsideChange());
+  }
+  EXPECT_EQ(files.waited, 0ms);
   while (keeper->LookForOutsideChange()) continue;
   EXPECT_EQ(Events(), std::vector{Kind::ChangedOutside});
   files.Write(kLib, Text(8));  // and once more, without anybody looking
@@ -256,6 +264,19 @@ TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsN
                                                                      {VersionTag::Outside, Text(7)},
                                                                      {VersionTag::Saved, Text(2)},
                                                                      {VersionTag::Saved, Text(1)}}));
+}
+
+TEST_F(HistoryTest, ASaveWaitsForOtherProgramsOnceNotAtEveryStep) {
+  files.bytes[kLib] = Text(1);
+  Start();
+  Save(Text(2));
+  const std::string history = keeper->HistoryOf(kLib).path();
+  files.Write(kLib, Text(3));
+  files.busy = {kLib, Pending(), history + "/pending.tmp", history + "/version.tmp"};
+  EXPECT_FALSE(Save(Text(4)));
+  EXPECT_EQ(files.waited, 1400ms);
+  EXPECT_FALSE(keeper->ThrownAway(BytesInMemory(Text(4))));
+  EXPECT_EQ(files.waited, 2800ms);
 }
 
 TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
