@@ -102,6 +102,12 @@ BnsResult ReadBns(std::string_view bytes) {
   return ReadBns(source);
 }
 
+std::vector<Snippet> SnippetsIn(std::string_view bytes) {
+  BnsResult read = ReadBns(bytes);
+  auto* contents = std::get_if<BnsContents>(&read);
+  return contents == nullptr ? std::vector<Snippet>() : std::move(contents->snippets);
+}
+
 /// Fills `parts_` with what follows: the first line, a snippet, the end of the list; false after the last.
 bool BnsBytes::TakeNext() {
   std::size_t count = 0;

@@ -35,6 +35,8 @@ using BnsResult = std::variant<BnsContents, NotALibrary>;
 /// snippets.
 BnsResult ReadBns(ByteSource& bytes);
 BnsResult ReadBns(std::string_view bytes);
+/// The snippets alone; none of bytes that are no library.
+std::vector<Snippet> SnippetsIn(std::string_view bytes);
 /// Hands each snippet over, in place of putting it into the result.
 BnsResult ReadBns(ByteSource& bytes, const std::function<void(const Snippet&)>& take);
 

@@ -61,10 +61,10 @@ class History : public Command {
     const std::vector<Version>& versions = kept.versions();
     OrderedJson list = OrderedJson::array();
     std::vector<Snippet> snippets =
-        versions.empty() ? std::vector<Snippet>() : SnippetsOf(kept, versions.front());
+        versions.empty() ? std::vector<Snippet>() : SnippetsIn(kept.Read(versions.front()));
     for (std::size_t i = 0; i < versions.size(); ++i) {
       const bool first = i + 1 == versions.size();
-      std::vector<Snippet> older = first ? std::vector<Snippet>() : SnippetsOf(kept, versions[i + 1]);
+      std::vector<Snippet> older = first ? std::vector<Snippet>() : SnippetsIn(kept.Read(versions[i + 1]));
       const ChangeCounts counts = CountChanges(older, snippets);
       const std::string name = KeptVersions::Name(versions[i]);
       list.push_back(
@@ -83,13 +83,6 @@ class History : public Command {
   }
 
  private:
-  /// None of a damaged version.
-  static std::vector<Snippet> SnippetsOf(KeptVersions& kept, const Version& version) {
-    BnsResult read = ReadBns(kept.Read(version));
-    auto* contents = std::get_if<BnsContents>(&read);
-    return contents == nullptr ? std::vector<Snippet>() : std::move(contents->snippets);
-  }
-
   std::string library_;
 };
 
