@@ -37,9 +37,6 @@ constexpr UINT kPatienceMs = 60000;
 /// How long it waits for the first call of a client that has been given its class already.
 constexpr UINT kLateMs = 1000;
 
-/// What can be set but by no dialog.
-constexpr const char* kMoreSettings = R"(Software\Brennic\BnSnipstore\2.0\More)";
-
 /// The composition root: makes the parts and gives each what it needs. Registry errors are shown in the
 /// message box, the message box plays sounds, and sounds are looked up in the registry: that ring is closed
 /// here.
@@ -136,11 +133,7 @@ class Application {
                          .root = HistoryRoot(),
                          .pathForFiles = &Utf8FromAnsi,
                          .pathFromFiles = &AnsiFromUtf8,
-                         .limits = [this] {
-                           return LimitsFrom([this](const char* name) {
-                             return registry_.QueryRegString(HKEY_CURRENT_USER, kMoreSettings, name, "");
-                           });
-                         }}};
+                         .limits = &UserLimits}};
   SettingsStore settings_{registry_};
   CaptionPainter captions_;
   bool serving_ = false;

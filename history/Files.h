@@ -15,7 +15,7 @@ namespace snip {
 
 struct FileEntry {
   std::string name;
-  std::uint64_t size = 0;
+  FileStamp stamp;
 };
 
 /// Something of the system's that is given back when this goes.
@@ -50,6 +50,7 @@ class Files {
   virtual bool Write(const std::string& path, std::string_view bytes) = 0;
   /// Renames a file and replaces one of the new name in one step.
   virtual bool Move(const std::string& from, const std::string& to) = 0;
+  /// A file, or an empty folder.
   virtual bool Remove(const std::string& path) = 0;
   /// Makes a folder, and those around it. True also when there is one.
   virtual bool MakeFolder(const std::string& path) = 0;

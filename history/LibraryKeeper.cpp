@@ -19,6 +19,10 @@ std::string DraftName(int number) {
   return std::string(kDraft) + (number == 0 ? "" : "-" + std::to_string(number)) + ".bns";
 }
 
+bool IsDraft(const FileEntry& entry) {
+  return entry.name.starts_with(kDraft) && entry.name.ends_with(kLibraryExtension);
+}
+
 std::string ReadAll(ByteSource& source) {
   std::string bytes(source.Size(), '\0');
   std::size_t size = 0;
@@ -115,19 +119,26 @@ std::vector<std::string> LibraryKeeper::Names() const {
       MarkOfFolder(std::string_view(identity).substr(0, identity.find_last_of("/\\") + 1));
   for (const FileEntry& entry : parts_.files.List(parts_.root)) {
     if (!entry.name.ends_with(mark)) continue;
-    const auto label = parts_.files.Read(parts_.root + "/" + entry.name + "/path.txt");
-    if (!label || !label->ends_with("\r\n")) continue;
-    const std::string library = label->substr(0, label->size() - 2);
-    VersionFolder folder(parts_.files, parts_.root, library);
+    const auto library = VersionFolder::LibraryOf(parts_.files, parts_.root + "/" + entry.name);
+    if (!library) continue;
+    VersionFolder folder(parts_.files, parts_.root, *library);
     if (!HasPendingSave(parts_.files, folder)) continue;
-    // The store knows its libraries by their names in its own spelling.
-    std::string_view name = std::string_view(library).substr(library.find_last_of("/\\") + 1);
-    if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
-    const std::string path = parts_.folder.PathOf(parts_.pathFromFiles(std::string(name)));
-    if (parts_.files.Identity(parts_.pathForFiles(path)) == parts_.files.Identity(library))
-      Recover(folder, path);
+    if (const auto path = StorePathOf(*library)) Recover(folder, *path);
   }
   return parts_.folder.Names();
+}
+
+/// The library's path as the store writes it, which knows those of its folder by their names in its own
+/// spelling; nothing for one that it cannot write.
+std::optional<std::string> LibraryKeeper::StorePathOf(const std::string& library) const {
+  std::string_view name = std::string_view(library).substr(library.find_last_of("/\\") + 1);
+  if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
+  const std::string identity = parts_.files.Identity(library);
+  for (const std::string& path :
+       {parts_.folder.PathOf(parts_.pathFromFiles(std::string(name))), parts_.pathFromFiles(library)}) {
+    if (parts_.files.Identity(parts_.pathForFiles(path)) == identity) return path;
+  }
+  return std::nullopt;
 }
 
 std::unique_ptr<ByteSource> LibraryKeeper::Open(const std::string& path) const {
@@ -164,9 +175,11 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
     const auto stamp = parts_.files.Stamp(folder.library());
     const auto left = parts_.files.Read(folder.library());
     if (stamp && left) Learn(path, *stamp, ContentHash(*left));
+    failedSave_ = path;
     Tell({LibraryEvent::Kind::SaveFailed, path});
     return false;
   }
+  if (failedSave_ == path) Tell({LibraryEvent::Kind::Saved, std::exchange(failedSave_, {})});
   if (known) Learn(path, known->stamp, known->hash);
   if (!outcome.kept) Tell({LibraryEvent::Kind::HistoryFailed, path});
   return true;
@@ -174,11 +187,15 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
 
 void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   DropDraft();
-  draftClaim_.reset();
-  draftPath_.clear();
   openPath_ = path;
   VersionFolder folder = HistoryOf(path);
-  TakeAbandonedDrafts(folder);
+  TakeAbandonedDrafts(folder, path);
+  ClaimDraft(folder);
+}
+
+void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
+  draftClaim_.reset();
+  draftPath_.clear();
   constexpr int mostPrograms = 16;
   for (int number = 0; number < mostPrograms && !draftClaim_; ++number) {
     // One that is still there could not be kept: the next start tries again.
@@ -189,23 +206,47 @@ void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   }
 }
 
+bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) {
+  if (!parts_.folder.Rename(path, newPath)) return false;
+  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
+  const bool drafted = FinishDraft();
+  VersionFolder former = HistoryOf(path), folder = HistoryOf(newPath);
+  if (const auto lock = parts_.files.Lock(former.path())) folder.TakeFrom(former);
+  if (const auto known = Known(path)) Learn(newPath, known->stamp, known->hash);
+  if (path != openPath_) return true;
+  openPath_ = newPath;
+  const std::string draft = draftPath_;
+  ClaimDraft(folder);
+  if (drafted && !draftPath_.empty()) parts_.files.Move(draft, draftPath_);
+  return true;
+}
+
+void LibraryKeeper::FindAbandonedDrafts() {
+  for (const FileEntry& entry : parts_.files.List(parts_.root)) {
+    const std::string place = parts_.root + "/" + entry.name;
+    if (std::ranges::none_of(parts_.files.List(place), IsDraft)) continue;
+    const auto library = VersionFolder::LibraryOf(parts_.files, place);
+    if (!library) continue;
+    VersionFolder folder(parts_.files, parts_.root, *library);
+    if (const auto path = StorePathOf(*library)) TakeAbandonedDrafts(folder, *path);
+  }
+}
+
 /// Drafts of programs that have ended without saving or answering No.
-void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder) {
+void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) {
   const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
   for (const FileEntry& entry : parts_.files.List(folder.path())) {
-    if (!entry.name.starts_with(kDraft) || !entry.name.ends_with(kLibraryExtension)) continue;
-    const std::string path = folder.File(entry.name);
-    const auto claim = parts_.files.Claim(path);
+    if (!IsDraft(entry)) continue;
+    const std::string file = folder.File(entry.name);
+    const auto claim = parts_.files.Claim(file);
     const auto lock = parts_.files.Lock(folder.path());
-    const auto stamp = parts_.files.Stamp(path);
-    const auto draft = parts_.files.Read(path);
+    const auto stamp = parts_.files.Stamp(file);
+    const auto draft = parts_.files.Read(file);
     if (!claim || !lock || !stamp || !draft) continue;
-    const auto known = Known(openPath_);
-    const bool saved = known && known->hash == ContentHash(*draft);
-    if (saved || draft->empty()) {
-      parts_.files.Remove(path);
+    if (draft->empty() || parts_.files.Holds(folder.library(), *draft) == true) {
+      parts_.files.Remove(file);
     } else if (const auto kept = folder.KeepFile(entry.name, *draft, VersionTag::Unsaved, stamp->time())) {
-      Tell({LibraryEvent::Kind::UnsavedFound, openPath_, kept});
+      Tell({LibraryEvent::Kind::UnsavedFound, path, kept});
     }
   }
 }
@@ -236,26 +277,32 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
   }
   draftingDone_ = false;
   try {
-    drafting_ = std::thread(
-        [this, folder = HistoryOf(openPath_), path = draftPath_, text = std::move(bytes)]() mutable {
-          try {
-            const std::string unfinished = path + ".tmp";
-            if (folder.Make() && parts_.files.Write(unfinished, text)) parts_.files.Move(unfinished, path);
-          } catch (const std::exception&) {
-            text.clear();  // memory is short; the draft before stays
-          }
-          draftingDone_ = true;
-        });
+    drafting_ = std::thread([this, folder = HistoryOf(openPath_), path = draftPath_,
+                             text = std::move(bytes)]() mutable {
+      try {
+        const std::string unfinished = path + ".tmp";
+        if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
+          draftFailed_ = true;
+      } catch (const std::exception&) {
+        draftFailed_ = true;  // memory is short; the draft before stays
+      }
+      draftingDone_ = true;
+    });
   } catch (const std::exception&) {
     return false;  // no thread to be had: the next time
   }
   return true;
 }
 
-void LibraryKeeper::DropDraft() {
-  if (!drafting_.joinable()) return;
+/// Whether there may be a draft, which is not being written any more.
+bool LibraryKeeper::FinishDraft() {
+  if (!drafting_.joinable()) return false;
   drafting_.join();
-  parts_.files.Remove(draftPath_);
+  return true;
+}
+
+void LibraryKeeper::DropDraft() {
+  if (FinishDraft()) parts_.files.Remove(draftPath_);
 }
 
 bool LibraryKeeper::LookForOutsideChange() {

@@ -23,10 +23,13 @@ struct LibraryEvent {
     UnsavedFound,    ///< Changes that were never saved are the history's version of that time.
     ChangedOutside,  ///< Another program has changed the file of the open library.
     HistoryFailed,   ///< The history cannot be written. Told once.
+    Saved,           ///< A save came about after one that failed.
   };
   Kind kind = Kind::SaveFailed;
   std::string path;  ///< The library's, as its store writes it.
   std::optional<Version> version{};
+
+  friend bool operator==(const LibraryEvent&, const LibraryEvent&) = default;
 };
 
 /// The library folder with a history of every library beside it. Files are saved, read and listed as the
@@ -55,9 +58,8 @@ class LibraryKeeper : public LibraryStore {
   std::optional<FileStamp> Stamp(const std::string& path) const override { return parts_.folder.Stamp(path); }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override;
   bool Replace(const std::string& path, ByteSource&& bytes) override;
-  bool Rename(const std::string& path, const std::string& newPath) override {
-    return parts_.folder.Rename(path, newPath);
-  }
+  /// The history goes along.
+  bool Rename(const std::string& path, const std::string& newPath) override;
   void OpenedOrSaved(const std::string& path) override;
   bool ThrownAway(ByteSource&& bytes) override;
 
@@ -66,8 +68,13 @@ class LibraryKeeper : public LibraryStore {
   /// The history of a library.
   VersionFolder HistoryOf(const std::string& path) const;
 
+  /// Looks for what programs that ended without a save have left of any library.
+  void FindAbandonedDrafts();
+
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
   bool WriteDraft(std::string bytes);
+  /// Whether a draft could not be written since the last call.
+  bool TakeDraftFailure() { return draftFailed_.exchange(false); }
   /// The library is saved or left: there is nothing more to be drafted.
   void DropDraft();
 
@@ -84,7 +91,10 @@ class LibraryKeeper : public LibraryStore {
 
   void Tell(LibraryEvent event) const;
   void Recover(VersionFolder& folder, const std::string& path) const;
-  void TakeAbandonedDrafts(VersionFolder& folder);
+  void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path);
+  void ClaimDraft(const VersionFolder& folder);
+  bool FinishDraft();
+  std::optional<std::string> StorePathOf(const std::string& library) const;
   void Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const;
   std::optional<KnownContent> Known(const std::string& path) const;
 
@@ -95,8 +105,10 @@ class LibraryKeeper : public LibraryStore {
   std::string draftPath_;                   ///< Empty when none can be written.
   std::thread drafting_;                    ///< Writes the last draft of the open library.
   std::atomic<bool> draftingDone_ = false;  ///< That has been written, or could not be.
-  FileStamp seen_;                          ///< Of a file that another program has changed.
-  mutable std::mutex mutex_;                ///< Of the following.
+  std::atomic<bool> draftFailed_ = false;
+  std::string failedSave_;    ///< The library whose last save failed; empty when none did.
+  FileStamp seen_;            ///< Of a file that another program has changed.
+  mutable std::mutex mutex_;  ///< Of the following.
   mutable std::vector<std::pair<std::string, KnownContent>> known_;  ///< By path.
   mutable std::vector<LibraryEvent> events_;
   mutable std::atomic<bool> hasEvents_ = false;

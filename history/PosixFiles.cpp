@@ -101,7 +101,7 @@ bool SystemFiles::Move(const std::string& from, const std::string& to) {
 }
 
 bool SystemFiles::Remove(const std::string& path) {
-  return unlink(path.c_str()) == 0;
+  return std::remove(path.c_str()) == 0;
 }
 
 bool SystemFiles::MakeFolder(const std::string& path) {
@@ -115,9 +115,8 @@ std::vector<FileEntry> SystemFiles::List(const std::string& folder) {
   std::error_code error;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    std::error_code none;
-    const std::uintmax_t size = entry->is_regular_file(none) ? entry->file_size(none) : 0;
-    entries.push_back({entry->path().filename().native(), size});
+    entries.push_back(
+        {entry->path().filename().native(), Stamp(entry->path().native()).value_or(FileStamp())});
   }
   return entries;
 }
@@ -139,6 +138,10 @@ std::unique_ptr<Held> SystemFiles::Lock(const std::string& path) {
 std::unique_ptr<Held> SystemFiles::Claim(const std::string& path) {
   auto file = LockFile(patience(), path, 1);
   return file && *file ? std::move(file) : nullptr;
+}
+
+HistoryLimits UserLimits() {
+  return {};
 }
 
 std::string HistoryRoot() {

@@ -8,7 +8,6 @@
 namespace snip {
 namespace {
 
-constexpr std::string_view kPending = "pending.new";
 constexpr std::string_view kUnfinished = "pending.tmp";
 
 struct IgnoredLines : BnsEvents {
@@ -46,7 +45,7 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   const bool oldKept = made && KeepOldFile(files, folder, known);
   // An earlier pending save is only replaced by a whole one.
   const bool pending = made && files.Write(folder.File(kUnfinished), bytes) &&
-                       files.Move(folder.File(kUnfinished), folder.File(kPending));
+                       files.Move(folder.File(kUnfinished), folder.File(kPendingSave));
   const bool done = write(bytes);
   const auto stamp = files.Stamp(folder.library());
   outcome.written = files.Holds(folder.library(), bytes).value_or(done);
@@ -56,14 +55,14 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash};
   if (pending) {
     outcome.kept =
-        folder.KeepFile(kPending, bytes, VersionTag::Saved, std::nullopt, hash).has_value() && oldKept;
+        folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash).has_value() && oldKept;
     folder.Prune(limits);
   }
   return outcome;
 }
 
 bool HasPendingSave(Files& files, const VersionFolder& folder) {
-  const auto stamp = files.Stamp(folder.File(kPending));
+  const auto stamp = files.Stamp(folder.File(kPendingSave));
   return stamp && stamp->exists;
 }
 
@@ -71,27 +70,27 @@ Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& wr
   if (!HasPendingSave(files, folder)) return {};
   // Another program may be in the middle of this very save.
   const auto lock = files.Lock(folder.path());
-  const auto pendingStamp = files.Stamp(folder.File(kPending));
+  const auto pendingStamp = files.Stamp(folder.File(kPendingSave));
   if (!lock || !pendingStamp || !pendingStamp->exists) return {};
-  const auto pending = files.Read(folder.File(kPending));
+  const auto pending = files.Read(folder.File(kPendingSave));
   const auto stamp = files.Stamp(folder.library());
   const auto library = stamp && !stamp->exists ? std::string() : files.Read(folder.library());
   if (!pending || !stamp || !library) return {};
   if (*library == *pending) {
-    folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time());
+    folder.KeepFile(kPendingSave, *pending, VersionTag::Saved, pendingStamp->time());
     return {};
   }
   const bool cutOff = pending->starts_with(*library) && IsWholeLibrary(*pending);
   if (!cutOff) {
     const VersionTag tag = IsWholeLibrary(*pending) ? VersionTag::Unsaved : VersionTag::Cut;
-    const auto kept = folder.KeepFile(kPending, *pending, tag, pendingStamp->time());
+    const auto kept = folder.KeepFile(kPendingSave, *pending, tag, pendingStamp->time());
     return kept && tag == VersionTag::Unsaved ? Recovery{Recovery::Kind::Unsaved, kept} : Recovery();
   }
   if (!library->empty()) folder.Keep(*library, VersionTag::Cut, stamp->time());
   write(*pending);
   if (files.Holds(folder.library(), *pending) != true) return {};
   return {Recovery::Kind::Completed,
-          folder.KeepFile(kPending, *pending, VersionTag::Saved, pendingStamp->time())};
+          folder.KeepFile(kPendingSave, *pending, VersionTag::Saved, pendingStamp->time())};
 }
 
 }  // namespace snip

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "history/Files.h"
+#include "history/VersionFolder.h"
 
 namespace snip {
 
@@ -22,6 +23,9 @@ class SystemFiles : public Files {
   std::unique_ptr<Held> Lock(const std::string& path) override;
   std::unique_ptr<Held> Claim(const std::string& path) override;
 };
+
+/// How much the user wants to be kept, where the system has a place for such wishes.
+HistoryLimits UserLimits();
 
 /// Where the histories of all libraries are: "History" beside the program when the file "portable.txt" is
 /// there too, otherwise in the user's own folder for what programs keep. Empty when the system has none.

@@ -11,6 +11,7 @@ namespace snip {
 namespace {
 
 constexpr std::size_t kReadableLength = 24;
+constexpr std::string_view kLabel = "path.txt";
 
 std::size_t NameBegin(std::string_view path) {
   return path.find_last_of("/\\") + 1;
@@ -60,16 +61,40 @@ VersionFolder::VersionFolder(Files& files, const std::string& root, std::string 
 }
 
 bool VersionFolder::Make() {
-  const auto label = files_.Stamp(File("path.txt"));
-  if (label && label->exists) return true;
-  return files_.MakeFolder(path_) && files_.Write(File("path.txt"), library_ + "\r\n");
+  const std::string label = File(kLabel), unfinished = File("path.tmp");
+  const auto stamp = files_.Stamp(label);
+  if (stamp && stamp->size > 0) return true;
+  return files_.MakeFolder(path_) && files_.Write(unfinished, library_ + "\r\n") &&
+         files_.Move(unfinished, label);
+}
+
+void VersionFolder::TakeFrom(VersionFolder& former) {
+  const std::vector<Version> versions = former.Versions();
+  const auto pending = files_.Stamp(former.File(kPendingSave));
+  if (!Make()) return;
+  const auto take = [&](const std::string& name) {
+    const auto there = files_.Stamp(File(name));
+    return there && !there->exists && files_.Move(former.File(name), File(name));
+  };
+  bool all = !pending || !pending->exists || take(std::string(kPendingSave));
+  for (const Version& version : versions) all = take(FileNameOf(version)) && all;
+  if (!all) return;
+  files_.Remove(former.File(kLabel));
+  files_.Remove(former.path());
+}
+
+std::optional<std::string> VersionFolder::LibraryOf(Files& files, const std::string& folder) {
+  const auto label = files.Read(folder + "/" + std::string(kLabel));
+  if (!label || !label->ends_with("\r\n")) return std::nullopt;
+  return label->substr(0, label->size() - 2);
 }
 
 std::vector<Version> VersionFolder::Versions() {
   std::vector<Version> versions;
   for (const FileEntry& entry : files_.List(path_)) {
     if (auto version = VersionOfFileName(entry.name)) {
-      version->size = entry.size;
+      version->size = entry.stamp.size;
+      version->written = entry.stamp.time();
       versions.push_back(*version);
     }
   }
@@ -123,7 +148,8 @@ std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t
   const std::vector<Version> versions = Versions();
   const Kept kept = Find(versions, bytes, hash);
   if (kept.newest || (kept.version && tag != VersionTag::Saved)) return kept.version;
-  Version version{.time = time.value_or(files_.Now()), .tag = tag, .size = bytes.size()};
+  const UtcTime came = time.value_or(files_.Now());
+  Version version{.time = came, .tag = tag, .size = bytes.size(), .written = came};
   if (!versions.empty()) {
     version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));
   }
@@ -153,13 +179,13 @@ std::optional<Version> VersionFolder::KeepFile(std::string_view name, std::strin
 
 void VersionFolder::Prune(const HistoryLimits& limits) {
   const std::vector<Version> versions = Versions();
-  using Day = std::chrono::sys_days;
+  const auto dayOf = [](const Version& version) {
+    return std::chrono::floor<std::chrono::days>(version.CameAbout());
+  };
   std::size_t days = 0;  // seen so far, the last ones first
   std::uint64_t room = limits.bytes;
   for (std::size_t i = 0; i < versions.size(); ++i) {
-    const Day day = std::chrono::floor<std::chrono::days>(versions[i].time);
-    const bool firstOfDay =
-        i + 1 == versions.size() || std::chrono::floor<std::chrono::days>(versions[i + 1].time) != day;
+    const bool firstOfDay = i + 1 == versions.size() || dayOf(versions[i + 1]) != dayOf(versions[i]);
     const bool wanted = i < limits.versions || (firstOfDay && days < limits.days);
     days += firstOfDay ? 1U : 0U;
     if (i == 0 || (wanted && versions[i].size <= room)) {

@@ -24,6 +24,9 @@ struct HistoryLimits {
 /// leaves the default.
 HistoryLimits LimitsFrom(const std::function<std::string(const char* name)>& read);
 
+/// A file of the folder: what is being saved.
+inline constexpr std::string_view kPendingSave = "pending.new";
+
 /// The versions of one library, each a file of its own in a folder of their own. Nothing is remembered but
 /// hashes: the folder may be changed or removed by others at any time.
 class VersionFolder {
@@ -37,6 +40,10 @@ class VersionFolder {
 
   /// Makes the folder, with "path.txt" to tell whose it is.
   bool Make();
+  /// The library of a history's folder; nothing when that does not tell.
+  static std::optional<std::string> LibraryOf(Files& files, const std::string& folder);
+  /// Takes over what the library had under its former name.
+  void TakeFrom(VersionFolder& former);
 
   /// The newest first.
   std::vector<Version> Versions();

@@ -128,7 +128,8 @@ bool SystemFiles::Move(const std::string& from, const std::string& to) {
 }
 
 bool SystemFiles::Remove(const std::string& path) {
-  return DeleteFileW(SystemPath(path).c_str()) != 0;
+  const std::wstring file = SystemPath(path);
+  return DeleteFileW(file.c_str()) != 0 || RemoveDirectoryW(file.c_str()) != 0;
 }
 
 bool SystemFiles::MakeFolder(const std::string& path) {
@@ -145,7 +146,7 @@ std::vector<FileEntry> SystemFiles::List(const std::string& folder) {
   const UniqueFind search(FindFirstFileW((SystemPath(folder) + L"\\*").c_str(), &data));
   if (!search) return entries;
   do {
-    entries.push_back({Utf8(data.cFileName), (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow});
+    entries.push_back({Utf8(data.cFileName), StampOf(data)});
   } while (FindNextFileW(search.get(), &data) != 0);
   return entries;
 }
@@ -174,6 +175,22 @@ std::unique_ptr<Held> SystemFiles::Lock(const std::string& path) {
 std::unique_ptr<Held> SystemFiles::Claim(const std::string& path) {
   auto mutex = std::make_unique<NamedMutex>("claim-", Identity(path));
   return mutex->existed() ? nullptr : std::move(mutex);
+}
+
+HistoryLimits UserLimits() {
+  HKEY opened = nullptr;
+  if (RegOpenKeyExA(HKEY_CURRENT_USER, R"(Software\Brennic\BnSnipstore\2.0\More)", 0, KEY_QUERY_VALUE,
+                    &opened) != ERROR_SUCCESS)
+    return {};
+  const UniqueRegKey key(opened);
+  return LimitsFrom([&](const char* name) {
+    std::string text(16, '\0');  // as long as any number that counts
+    auto size = static_cast<DWORD>(text.size());
+    const LSTATUS read =
+        RegQueryValueExA(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &size);
+    text.resize(read == ERROR_SUCCESS ? size : 0);
+    return text.substr(0, text.find('\0'));
+  });
 }
 
 std::string HistoryRoot() {

@@ -10,6 +10,11 @@ std::wstring LongPath(std::wstring path) {
   return onDrive ? L"\\\\?\\" + std::move(path) : std::move(path);
 }
 
+FileStamp StampOf(const WIN32_FIND_DATAW& found) {
+  return {true, (std::uint64_t{found.nFileSizeHigh} << 32U) | found.nFileSizeLow,
+          TicksOf(found.ftLastWriteTime)};
+}
+
 std::int64_t TicksOf(const FILETIME& time) {
   constexpr std::int64_t from1601To1970 = 116444736000000000;
   return ((std::int64_t{time.dwHighDateTime} << 32) | time.dwLowDateTime) - from1601To1970;

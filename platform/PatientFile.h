@@ -16,6 +16,8 @@ std::wstring LongPath(std::wstring path);
 /// Nothing when it cannot be told whether there is such a file.
 std::optional<FileStamp> StampOfFile(const std::wstring& path);
 
+FileStamp StampOf(const WIN32_FIND_DATAW& found);
+
 /// In units of 100 ns since 1970, UTC.
 std::int64_t TicksOf(const FILETIME& time);
 

@@ -28,7 +28,7 @@ void WriteLibraryFile(const std::string& path, std::string_view bytes, Existing 
   WriteFileSafely(path, bytes, existing);
   if (!history) return;
   history->Keep(bytes, VersionTag::Saved);
-  history->Prune({});
+  history->Prune(UserLimits());
 }
 
 }  // namespace snip

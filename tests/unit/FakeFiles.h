@@ -70,14 +70,14 @@ class FakeFiles : public Files {
   bool MakeFolder(const std::string&) override { return Does(); }
   std::vector<FileEntry> List(const std::string& folder) override {
     const std::lock_guard lock(mutex_);
-    std::map<std::string, std::uint64_t> entries;
+    std::map<std::string, FileStamp> entries;
     for (const auto& [path, text] : bytes) {
       if (!path.starts_with(folder + "/")) continue;
       const std::string name = path.substr(folder.size() + 1);
-      entries[name.substr(0, name.find('/'))] = name.find('/') == std::string::npos ? text.size() : 0;
+      entries[name.substr(0, name.find('/'))] = {true, text.size(), changed[path]};
     }
     std::vector<FileEntry> list;
-    for (const auto& [name, size] : entries) list.push_back({name, size});
+    for (const auto& [name, stamp] : entries) list.push_back({name, stamp});
     return list;
   }
   UtcTime Now() override { return now += std::chrono::milliseconds(1); }
@@ -135,7 +135,9 @@ class FakeFolder : public LibraryStore {
     files_.Remove(path);
     return files_.Write(path, AllBytes(bytes));
   }
-  bool Rename(const std::string&, const std::string&) override { return false; }
+  bool Rename(const std::string& path, const std::string& newPath) override {
+    return files_.Move(path, newPath);
+  }
 
  private:
   FakeFiles& files_;

@@ -43,11 +43,12 @@ class HistoryTest : public testing::Test {
   }
   /// The program starts, or starts again after its end, and opens the library. Its events in words.
   std::vector<Kind> Start() {
-    files.killAt = files.failFrom = FakeFiles::kNever;
     keeper.reset();
+    files.killAt = files.failFrom = FakeFiles::kNever;
     keeper = Program();
     keeper->Names();
     Load();
+    keeper->FindAbandonedDrafts();
     return Events();
   }
   void Load() {
@@ -60,8 +61,8 @@ class HistoryTest : public testing::Test {
     return done;
   }
   void Draft(const std::string& bytes) {
-    ASSERT_TRUE(keeper->WriteDraft(bytes));
-    while (!keeper->WriteDraft(bytes)) continue;  // until the first is written
+    for (int i = 0; i < 2; ++i)
+      while (!keeper->WriteDraft(bytes)) continue;  // until the one before is written
   }
   std::vector<Kind> Events() {
     std::vector<Kind> kinds;
@@ -235,6 +236,29 @@ TEST_F(HistoryTest, DraftsAreOfferedAfterACrashAndGoWithASaveOrAnAnswer) {
   Draft(Text(2));  // which the history has already
   EXPECT_EQ(Start(), std::vector{Kind::UnsavedFound});
   EXPECT_EQ(offered, Text(2));
+
+  // One that cannot be written is told, and one of a library that is not opened is found all the same.
+  keeper->DropDraft();
+  for (const int failing : {files.calls + 1, FakeFiles::kNever}) {
+    files.failFrom = failing;
+    ASSERT_TRUE(keeper->WriteDraft(Text(7)));
+    keeper->DropDraft();  // ends the writing
+    EXPECT_EQ(keeper->TakeDraftFailure(), failing != FakeFiles::kNever);
+  }
+  const std::string other_ = "/else/Other.bns";
+  keeper->OpenedOrSaved(other_);
+  Draft(Text(8));
+  EXPECT_EQ(Start(), std::vector{Kind::UnsavedFound});
+  EXPECT_EQ(offered, Text(8));
+
+  // History and draft go with a library that is renamed.
+  const auto kept = Kept();
+  Draft(Text(9));
+  ASSERT_TRUE(keeper->Rename(kLib, "/lib/New.bns"));
+  EXPECT_EQ(Kept().size(), 0U);
+  EXPECT_EQ(Start(), std::vector{Kind::UnsavedFound});
+  EXPECT_EQ(offered, Text(9));
+  EXPECT_EQ(keeper->HistoryOf("/lib/New.bns").Versions().size(), kept.size() + 1);
 }
 
 TEST_F(HistoryTest, WhatAnotherProgramWritesIsToldAndKeptAndWhatThisOneWritesIsNot) {
@@ -282,7 +306,10 @@ TEST_F(HistoryTest, ASaveWaitsForOtherProgramsOnceNotAtEveryStep) {
 TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
   VersionFolder history = keeper->HistoryOf(kLib);
   int number = 0;
-  const auto keep = [&](UtcTime time) { history.Keep(Text(++number), VersionTag::Saved, time); };
+  const auto keep = [&](UtcTime time) {
+    files.now = time;
+    history.Keep(Text(++number), VersionTag::Saved);
+  };
   const UtcTime start = files.now;
   for (int day = 0; day < 4; ++day)
     for (int hour = 0; hour < 3; ++hour) keep(start + day * 24h + hour * 1h);
@@ -295,7 +322,7 @@ TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
   const auto left = [&] {
     std::vector<int> ages;
     for (const Version& version : history.Versions())
-      ages.push_back(static_cast<int>((version.time - start) / 1h));
+      ages.push_back(static_cast<int>((version.CameAbout() - start) / 1h));
     return ages;
   };
   history.Prune({.versions = 4, .days = 3, .bytes = 1000000});
@@ -304,12 +331,16 @@ TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
   EXPECT_EQ(left(), (std::vector{74, 73}));
   history.Prune({.versions = 0, .days = 0, .bytes = 0});
   EXPECT_EQ(left(), (std::vector{74})) << "the newest always";
-  // A clock that goes back does not make a new state the oldest; equal contents are kept once.
+  // After a clock that was ahead, new states are the newest all the same, and of their own time and day.
   keep(start);
-  history.Keep(Text(12), VersionTag::Saved);
-  EXPECT_EQ(Kept(), (std::vector<std::pair<VersionTag, std::string>>{{VersionTag::Saved, Text(12)},
-                                                                     {VersionTag::Saved, Text(13)}}));
-  EXPECT_EQ(history.Versions().front().time, start + 74h + 2ms);
+  keep(start + 1h);
+  keep(start + 24h);
+  EXPECT_EQ(left(), (std::vector{24, 1, 0, 74}));
+  history.Prune({.versions = 1, .days = 2});
+  EXPECT_EQ(left(), (std::vector{24, 0}));
+  history.Keep(Text(13), VersionTag::Saved);  // equal contents are kept once
+  EXPECT_EQ(Kept(), (std::vector<std::pair<VersionTag, std::string>>{{VersionTag::Saved, Text(13)},
+                                                                     {VersionTag::Saved, Text(15)}}));
 }
 
 TEST_F(HistoryTest, DraftsFollowAPauseAndSteadyWorkNowAndThen) {
@@ -383,32 +414,37 @@ TEST(NoticeQueueTest, AnEventIsToldWhileItsLibraryIsOpen) {
     std::vector<std::pair<Kind, const char*>> added;
     const char* open;
     std::string told;
+    const char* saved = "";
   };
   NoticeQueue queue;
-  for (const auto& [added, open, told] :
-       std::vector<Step>{{{{Kind::UnsavedFound, "a"}, {Kind::ChangedOutside, "b"}}, "a", "unsaved a"},
-                         {{{Kind::SaveFailed, "b"}}, "a", "unsaved a"},
+  for (const auto& [added, open, told, saved] :
+       std::vector<Step>{{{{Kind::HistoryFailed, "a"}, {Kind::ChangedOutside, "b"}}, "a", "history a"},
+                         {{{Kind::SaveFailed, "b"}}, "a", "history a"},
                          {{{Kind::SaveFailed, "a"}}, "a", "failed a"},
                          {{}, "b", "failed b"},
                          {{}, "c", ""},
+                         {{}, "c", "failed b", "b"},
                          {{{Kind::SaveCompleted, "a"}}, "c", "completed a"},
-                         {{}, "b", "failed b"},
-                         {{}, "b", "answered"},
-                         {{}, "b", "outside b"},
+                         {{{Kind::SaveFailed, "b"}}, "b", "failed b"},
+                         {{{Kind::Saved, "b"}}, "b", "outside b"},
                          {{}, "a", "failed a"},  // and the change of b is read when b is opened again
-                         {{}, "a", "answered"},
-                         {{}, "a", "unsaved a"},
+                         {{{Kind::SaveFailed, "a"}}, "a", "answered"},
+                         {{}, "a", "history a"},
                          {{}, "b", "completed a"},
+                         {{}, "b", "answered"},
+                         {{{Kind::UnsavedFound, "c"}}, "b", "unsaved c"},
                          {{}, "b", "answered"},
                          {{}, "b", ""}}) {
     std::vector<LibraryEvent> events;
     for (const auto& [kind, path] : added) events.push_back({kind, path});
-    queue.Add(std::move(events));
+    queue.Add(events);
     if (told == "answered") {
       queue.Answered();
       continue;
     }
-    queue.Update(open);
+    const auto before = queue.told();
+    const bool changed = queue.Update(open, saved);
+    EXPECT_EQ(changed, queue.told() != before);
     const char* kinds[] = {"failed ", "completed ", "unsaved ", "outside ", "history "};
     EXPECT_EQ(queue.told() ? kinds[static_cast<int>(queue.told()->kind)] + queue.told()->path : "", told);
   }

@@ -1,7 +1,6 @@
 #include "ui/history/NoticeQueue.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace snip {
@@ -15,17 +14,29 @@ bool IsFailedSave(const LibraryEvent& event) {
 
 }  // namespace
 
-void NoticeQueue::Add(std::vector<LibraryEvent> events) {
-  std::ranges::move(events, std::back_inserter(waiting_));
+void NoticeQueue::Add(const std::vector<LibraryEvent>& events) {
+  for (const LibraryEvent& event : events) {
+    const auto isMadeGood = [&](const LibraryEvent& failed) {
+      return IsFailedSave(failed) && failed.path == event.path;
+    };
+    if (event.kind == Kind::Saved) {
+      std::erase_if(waiting_, isMadeGood);
+      over_ = over_ || (told_ && isMadeGood(*told_));
+    } else if (std::ranges::find(waiting_, event) == waiting_.end() && (over_ || told_ != event)) {
+      waiting_.push_back(event);
+    }
+  }
   std::ranges::stable_partition(waiting_, IsFailedSave);
 }
 
-bool NoticeQueue::Update(const std::string& openPath) {
+bool NoticeQueue::Update(const std::string& openPath, const std::string& savePath) {
   const auto concerns = [&](const LibraryEvent& event) {
-    return event.kind == Kind::SaveCompleted || event.path == openPath;
+    return event.kind == Kind::SaveCompleted || event.kind == Kind::UnsavedFound || event.path == openPath ||
+           event.path == savePath;
   };
   const auto next = std::ranges::find_if(waiting_, concerns);
-  const bool stays = told_ && concerns(*told_);
+  const bool over = std::exchange(over_, false);
+  const bool stays = told_ && !over && concerns(*told_);
   const bool replaced = stays && !IsFailedSave(*told_) && next != waiting_.end() && IsFailedSave(*next);
   if ((stays && !replaced) || (!told_ && next == waiting_.end())) return false;
   auto before = std::exchange(told_, std::nullopt);
@@ -34,7 +45,7 @@ bool NoticeQueue::Update(const std::string& openPath) {
     waiting_.erase(next);
   }
   // A file that was changed is read as it is when its library is opened again.
-  if (before && (stays || before->kind != Kind::ChangedOutside)) Add({std::move(*before)});
+  if (before && !over && (stays || before->kind != Kind::ChangedOutside)) Add({std::move(*before)});
   return true;
 }
 

@@ -25,13 +25,6 @@ constexpr const char* kCodeFace = "Courier New";
 constexpr double kCodePoints = 10;
 constexpr std::size_t kTabColumns = 4;
 
-std::vector<Snippet> SnippetsIn(const std::optional<std::string>& bytes) {
-  if (!bytes) return {};
-  BnsResult read = ReadBns(*bytes);
-  auto* contents = std::get_if<BnsContents>(&read);
-  return contents == nullptr ? std::vector<Snippet>() : std::move(contents->snippets);
-}
-
 const char* InWords(VersionTag tag) {
   switch (tag) {
     case VersionTag::Outside:
@@ -179,7 +172,7 @@ void frmHistory::Reload() {
 }
 
 std::string frmHistory::TextOfRow(const Entry& entry) const {
-  std::string text = DateAndTime(entry.version.time);
+  std::string text = DateAndTime(entry.version.CameAbout());
   if (!entry.changes.empty()) text += "   " + entry.changes;
   const std::string words = InWords(entry.version.tag);
   return words.empty() ? text : text + "   (" + words + ")";
@@ -208,7 +201,8 @@ void frmHistory::SetDeletedRow() {
 /// Compares one more version, so that the window answers in between.
 void frmHistory::LookAtNextVersion() {
   if (looked_ < entries_.size()) {
-    std::vector<Snippet> snippets = SnippetsIn(source_.Read(entries_[looked_].version));
+    std::vector<Snippet> snippets =
+        SnippetsIn(source_.Read(entries_[looked_].version).value_or(std::string()));
     if (looked_ > 0) {
       entries_[looked_ - 1].changes = TextOf(CountChanges(snippets, newer_));
       SetVersionRow(looked_ - 1);
@@ -236,7 +230,7 @@ bool frmHistory::ShowsDeleted() const {
 
 const std::vector<Snippet>& frmHistory::SnippetsOf(std::size_t entry) {
   if (cached_ != entry) {
-    snippets_ = SnippetsIn(source_.Read(entries_[entry].version));
+    snippets_ = SnippetsIn(source_.Read(entries_[entry].version).value_or(std::string()));
     cached_ = entry;
   }
   return snippets_;
@@ -247,7 +241,7 @@ void frmHistory::VersionChosen() {
   std::vector<std::string> texts;
   if (ShowsDeleted()) {
     for (const DeletedSnippets::Row& row : deleted_.rows())
-      texts.push_back(row.name + "   (" + DateAndTime(entries_[row.version].version.time) + ")");
+      texts.push_back(row.name + "   (" + DateAndTime(entries_[row.version].version.CameAbout()) + ")");
   } else if (const auto entry = SelectedEntry()) {
     rows_ = DifferingSnippets(source_.Now(), SnippetsOf(*entry));
     for (const SnippetRow& row : rows_) texts.push_back(row.text);
@@ -316,7 +310,7 @@ void frmHistory::EnableButtons() {
   };
   const bool version = SelectedEntry().has_value();
   enable(kPutSnippetBackId, source_.CanPutBack() && ChosenSnippet() != nullptr);
-  enable(kPutLibraryBackId, source_.CanPutBack() && version && !SnippetsOf(*SelectedEntry()).empty());
+  enable(kPutLibraryBackId, source_.CanPutAllBack() && version && !SnippetsOf(*SelectedEntry()).empty());
   enable(kSaveCopyId, version);
 }
 
@@ -331,7 +325,7 @@ void frmHistory::PutSnippetBack() {
 
 void frmHistory::PutLibraryBack() {
   const auto entry = SelectedEntry();
-  if (!entry || !source_.CanPutBack()) return;
+  if (!entry || !source_.CanPutAllBack()) return;
   source_.PutAllBack(SnippetsOf(*entry));
   Reload();
 }
@@ -348,7 +342,9 @@ void frmHistory::SaveCopy() {
   dialog.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST;
   dialog.FileName = source_.Name() + " " + FileNameOf(entries_[*entry].version);
   dialog.ShowSave();
-  if (bytes && !dialog.FileName.empty()) SystemFiles().Write(Utf8FromAnsi(dialog.FileName), *bytes);
+  if (dialog.FileName.empty()) return;
+  if (!bytes || !SystemFiles().Write(Utf8FromAnsi(dialog.FileName), *bytes))
+    source_.Tell("The copy could not be saved.");
 }
 
 void frmHistory::OnCommand(int id, int notification) {

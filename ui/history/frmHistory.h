@@ -29,9 +29,11 @@ class HistorySource {
   /// The library as it is in memory.
   virtual std::span<const Snippet> Now() const = 0;
   virtual bool CanPutBack() const = 0;
+  virtual bool CanPutAllBack() const = 0;
   /// Puts a snippet in the place of one of the library, or, without that, where it belongs.
   virtual void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) = 0;
   virtual void PutAllBack(std::vector<Snippet> snippets) = 0;
+  virtual void Tell(const std::string& text) = 0;
 };
 
 /// The history window: the versions of the open library, what in them differs from the library as it is now,

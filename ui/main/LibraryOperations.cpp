@@ -313,6 +313,13 @@ void LibraryOperations::LoadAgain(const std::string& path) {
   OpenBNSFile(path);
 }
 
+void LibraryOperations::OpenInstead(std::vector<Snippet> snippets) {
+  Leave();
+  TakeContents({.snippets = std::move(snippets)});
+  library_.Saved = false;
+  store_.OpenedOrSaved(OpenPath());
+}
+
 void LibraryOperations::Leave() {
   if (library_.LibraryName.empty() || (library_.Saved && !saveFailed_)) return;
   KeepUnsaved();

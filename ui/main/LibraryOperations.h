@@ -59,6 +59,8 @@ class LibraryOperations {
   /// Reads the open library once more from its file, which another program has changed. What is in memory is
   /// handed to the store.
   void LoadAgain(const std::string& path);
+  /// Opens the chosen library, whose file holds none, with these snippets instead, which are not saved yet.
+  void OpenInstead(std::vector<Snippet> snippets);
   /// Hands changes that are in no file to the store before the library is left.
   void Leave();
   /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:

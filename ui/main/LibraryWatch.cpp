@@ -44,13 +44,15 @@ void LibraryWatch::Tick() {
   now_ += tick - std::exchange(lastTick_, tick);
   if (std::exchange(seenChanges_, parts_.library.Changes) != parts_.library.Changes)
     draftTimer_.Changed(now_);
+  if (parts_.keeper->TakeDraftFailure()) draftTimer_.Changed(now_);
   if (draftTimer_.Due(now_)) Draft();
+  if (!std::exchange(lookedForDrafts_, true)) parts_.keeper->FindAbandonedDrafts();
   if (now_ >= nextLook_) {
     nextLook_ = now_ + kLookMs;
     WatchFolder();
   }
   if (parts_.keeper->hasEvents()) notices_.Add(parts_.keeper->TakeEvents());
-  if (notices_.Update(parts_.keeper->openPath())) notice_.Hide();
+  if (notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere())) notice_.Hide();
   // Under a question a notice could not be answered.
   if (notices_.told() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
     ShowNotice();
@@ -62,14 +64,11 @@ void LibraryWatch::Draft() {
   if (!parts_.editing.TakeShownCode()) return;
   if (parts_.library.Saved || parts_.library.LibraryName.empty()) return draftTimer_.Done();
   try {
-    if (parts_.keeper->WriteDraft(CopyOfLibrary())) draftTimer_.Done();
+    if (parts_.keeper->WriteDraft(WriteBns(parts_.library.Snippets))) draftTimer_.Done();
   } catch (const std::exception&) {
-    draftTimer_.Done();  // memory is short: the next change is another occasion
+    draftTimer_.Done();  // memory is short: later
+    draftTimer_.Changed(now_);
   }
-}
-
-std::string LibraryWatch::CopyOfLibrary() const {
-  return WriteBns(parts_.library.Snippets);
 }
 
 // --- Other programs ---------------------------------------------------------------------------------------
@@ -85,8 +84,10 @@ void LibraryWatch::WatchFolder() {
   if (path != watched_) {
     watched_ = path;
     const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
+    // Many programs save by giving a new file the library's name.
     folderChange_.Reset(FindFirstChangeNotificationA(
-        folder.c_str(), FALSE, FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE));
+        folder.c_str(), FALSE,
+        FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
   }
   if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
     looking_ = true;
@@ -100,25 +101,27 @@ void LibraryWatch::WatchFolder() {
 void LibraryWatch::ShowNotice() {
   const LibraryEvent& event = *notices_.told();
   const std::string time =
-      event.version ? ShortTime(event.version->time, SystemFiles().Now()) : std::string();
+      event.version ? ShortTime(event.version->CameAbout(), SystemFiles().Now()) : std::string();
   notice_.Show(window_, noticeOver_, NoticeOf(event.kind, LibraryNameFromEntry(event.path), time));
 }
 
 void LibraryWatch::Chosen(NoticeChoice choice) {
   // Another library may have been opened since, or a question be open about this one: it is shown again then.
-  const std::string& open = parts_.keeper->openPath();
-  if (IsWindowEnabled(window_) == 0 || notices_.Update(open) || !notices_.told()) return;
+  if (IsWindowEnabled(window_) == 0 ||
+      notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere()) || !notices_.told())
+    return;
   const LibraryEvent event = *notices_.told();
+  const bool elsewhere = event.path != parts_.operations.OpenPath();
+  if (event.kind == LibraryEvent::Kind::UnsavedFound && choice != NoticeChoice::Close && elsewhere &&
+      !parts_.operations.Choose(event.path))
+    return;
   notices_.Answered();
   switch (choice) {
     case NoticeChoice::LoadAgain:
       return parts_.operations.LoadAgain(event.path);
     case NoticeChoice::TakeThem:
       if (!event.version) return;
-      if (const auto bytes = Read(*event.version)) {
-        BnsResult read = ReadBns(*bytes);
-        if (auto* contents = std::get_if<BnsContents>(&read)) PutAllBack(std::move(contents->snippets));
-      }
+      if (const auto bytes = Read(*event.version)) PutAllBack(SnippetsIn(*bytes));
       return;
     case NoticeChoice::SaveAgain:
       return parts_.operations.SaveLibrary();
@@ -132,25 +135,35 @@ void LibraryWatch::Chosen(NoticeChoice choice) {
 // --- The history window -----------------------------------------------------------------------------------
 
 void LibraryWatch::ShowHistory() {
-  if (parts_.keeper != nullptr && !parts_.keeper->openPath().empty()) history_.Show(window_);
+  if (parts_.keeper != nullptr && !parts_.operations.OpenPath().empty()) history_.Show(window_);
+}
+
+/// Also of a file that holds no library any more: that is when it is needed most.
+VersionFolder LibraryWatch::History() const {
+  return parts_.keeper->HistoryOf(parts_.operations.OpenPath());
 }
 
 std::string LibraryWatch::Name() const {
-  return LibraryNameFromEntry(parts_.keeper->openPath());
+  return LibraryNameFromEntry(parts_.operations.OpenPath());
 }
 
 std::vector<Version> LibraryWatch::Versions() {
-  return parts_.keeper->HistoryOf(parts_.keeper->openPath()).Versions();
+  return History().Versions();
 }
 
 std::optional<std::string> LibraryWatch::Read(const Version& version) {
-  return parts_.keeper->HistoryOf(parts_.keeper->openPath()).Read(version);
+  return History().Read(version);
 }
 
 std::string LibraryWatch::Folder() const {
-  std::string folder = AnsiFromUtf8(parts_.keeper->HistoryOf(parts_.keeper->openPath()).path());
+  std::string folder = AnsiFromUtf8(History().path());
   std::ranges::replace(folder, '/', '\\');
   return folder;
+}
+
+std::span<const Snippet> LibraryWatch::Now() const {
+  return parts_.editing.ListsLibrary() ? std::span<const Snippet>(parts_.library.Snippets)
+                                       : std::span<const Snippet>();
 }
 
 bool LibraryWatch::CanPutBack() const {
@@ -158,12 +171,25 @@ bool LibraryWatch::CanPutBack() const {
          !parts_.library.LibraryName.empty();
 }
 
+bool LibraryWatch::CanPutAllBack() const {
+  return CanPutBack() || (IsWindowEnabled(window_) != 0 && !parts_.editing.ListsLibrary());
+}
+
 void LibraryWatch::PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) {
   parts_.editing.PutBack(snippet, inPlaceOf);
 }
 
 void LibraryWatch::PutAllBack(std::vector<Snippet> snippets) {
-  parts_.editing.PutAllBack(std::move(snippets));
+  if (snippets.empty()) return;
+  if (parts_.editing.ListsLibrary()) {
+    parts_.editing.PutAllBack(std::move(snippets));
+  } else {
+    parts_.operations.OpenInstead(std::move(snippets));
+  }
+}
+
+void LibraryWatch::Tell(const std::string& text) {
+  parts_.showMessage(text, MessageStyle::kInformation, kMainWindowTitle);
 }
 
 }  // namespace snip

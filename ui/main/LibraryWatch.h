@@ -11,6 +11,7 @@
 #include "history/DraftTimer.h"
 #include "history/LibraryKeeper.h"
 #include "platform/Handle.h"
+#include "platform/MessageFunction.h"
 #include "ui/history/Notice.h"
 #include "ui/history/NoticeQueue.h"
 #include "ui/history/frmHistory.h"
@@ -29,6 +30,7 @@ class LibraryWatch : private HistorySource {
     SnippetEditing& editing;
     LibraryOperations& operations;
     CaptionPainter& caption;
+    const ShowMessageFunction& showMessage;
   };
 
   explicit LibraryWatch(const Parts& parts);
@@ -54,17 +56,19 @@ class LibraryWatch : private HistorySource {
   void Chosen(NoticeChoice choice);
   void Draft();
   void WatchFolder();
-  std::string CopyOfLibrary() const;
+  VersionFolder History() const;
 
   // HistorySource
   std::string Name() const override;
   std::vector<Version> Versions() override;
   std::optional<std::string> Read(const Version& version) override;
   std::string Folder() const override;
-  std::span<const Snippet> Now() const override { return parts_.library.Snippets; }
+  std::span<const Snippet> Now() const override;
   bool CanPutBack() const override;
+  bool CanPutAllBack() const override;
   void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) override;
   void PutAllBack(std::vector<Snippet> snippets) override;
+  void Tell(const std::string& text) override;
 
   Parts parts_;
   HWND window_ = nullptr;
@@ -75,6 +79,7 @@ class LibraryWatch : private HistorySource {
 
   DraftTimer draftTimer_;
   unsigned seenChanges_ = 0;
+  bool lookedForDrafts_ = false;
   DWORD lastTick_ = 0;
   std::uint64_t now_ = 0;  ///< Milliseconds, which do not begin again as the system's do.
 

@@ -41,6 +41,8 @@ class SnippetEditing {
   /// Whether the list shows the library's snippets: neither while there are none nor in place of a file that
   /// gave none.
   bool ListsSnippets() const { return listed_ && !library_.Snippets.empty(); }
+  /// Whether what is open is the library in memory, with or without snippets.
+  bool ListsLibrary() const { return listed_; }
 
   void lstCode_Click(int row);
   void lstCode_DblClick();  ///< Starts renaming the shown snippet in place.

@@ -83,7 +83,7 @@ frmAddIn::frmAddIn(Services services)
           {*this, library_, editing_, controls_, chooser_, bars_, services_.caption, services_.showMessage}),
       finding_({*this, [this] { ShowInFront(); }, library_, editing_, operations_, controls_, delivery_,
                 services_.store, services_.settings, services_.caption}),
-      watch_({services_.keeper, library_, editing_, operations_, services_.caption}),
+      watch_({services_.keeper, library_, editing_, operations_, services_.caption, services_.showMessage}),
       accelerators_(MakeAccelerators()),
       leftPaneWidth_(kDesignLeftPaneWidth),
       descriptionHeight_(kDesignDescriptionHeight) {}
