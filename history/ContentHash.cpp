@@ -1,5 +1,7 @@
 #include "history/ContentHash.h"
 
+#include <exception>
+
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
@@ -7,6 +9,23 @@ namespace snip {
 
 std::uint64_t ContentHash(std::string_view bytes) {
   return XXH64(bytes.data(), bytes.size(), 0);
+}
+
+HashInBackground::HashInBackground(std::string_view bytes) {
+  try {
+    thread_ = std::thread([this, bytes] { hash_ = ContentHash(bytes); });
+  } catch (const std::exception&) {
+    hash_ = ContentHash(bytes);  // no thread to be had
+  }
+}
+
+HashInBackground::~HashInBackground() {
+  Wait();
+}
+
+std::uint64_t HashInBackground::Wait() {
+  if (thread_.joinable()) thread_.join();
+  return hash_;
 }
 
 struct RunningHash::State {

@@ -4,11 +4,27 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 
 namespace snip {
 
 /// Tells contents apart; equal on all systems.
 std::uint64_t ContentHash(std::string_view bytes);
+
+/// The hash of bytes, which stay where they are meanwhile, made in a thread of its own.
+class HashInBackground {
+ public:
+  explicit HashInBackground(std::string_view bytes);
+  ~HashInBackground();
+  HashInBackground(const HashInBackground&) = delete;
+  HashInBackground& operator=(const HashInBackground&) = delete;
+
+  std::uint64_t Wait();
+
+ private:
+  std::uint64_t hash_ = 0;
+  std::thread thread_;
+};
 
 /// The hash of contents that come piece by piece.
 class RunningHash {

@@ -23,17 +23,6 @@ bool IsDraft(const FileEntry& entry) {
   return entry.name.starts_with(kDraft) && entry.name.ends_with(kLibraryExtension);
 }
 
-std::string ReadAll(ByteSource& source) {
-  std::string bytes(source.Size(), '\0');
-  std::size_t size = 0;
-  while (const std::size_t got = source.Read({bytes.data() + size, bytes.size() - size})) {
-    size += got;
-    if (size == bytes.size()) bytes.resize(size + ByteSource::kWrittenPiece);
-  }
-  bytes.resize(size);
-  return bytes;
-}
-
 }  // namespace
 
 /// Tells the keeper what a library's file holds once it is read to its end.
@@ -156,7 +145,7 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   std::string all;
   try {
-    all = ReadAll(bytes);
+    all = bytes.ReadRest();
   } catch (const std::bad_alloc&) {
     if (!bytes.Rewind()) throw;
     return parts_.folder.Replace(path, std::move(bytes));
@@ -168,8 +157,8 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
   std::optional<KnownContent> known = Known(path);
   const SaveOutcome outcome = SaveSafely(
       parts_.files, folder, all,
-      [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known,
-      parts_.limits());
+      [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known);
+  pruneSaved_ = true;
   if (!outcome.written) {
     // What is left of the file is no change by another program.
     const auto stamp = parts_.files.Stamp(folder.library());
@@ -183,6 +172,15 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
   if (known) Learn(path, known->stamp, known->hash);
   if (!outcome.kept) Tell({LibraryEvent::Kind::HistoryFailed, path});
   return true;
+}
+
+void LibraryKeeper::Prune() {
+  if (!saved_ || !pruneSaved_) return;
+  const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
+  if (const auto lock = parts_.files.Lock(saved_->path())) {
+    saved_->Prune(parts_.limits());
+    pruneSaved_ = false;
+  }
 }
 
 void LibraryKeeper::OpenedOrSaved(const std::string& path) {
@@ -254,7 +252,7 @@ void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder, const std::string
 bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
   if (openPath_.empty()) return false;
   VersionFolder folder = HistoryOf(openPath_);
-  const std::string all = ReadAll(bytes);
+  const std::string all = bytes.ReadRest();
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   {
     const bool made = folder.Make();

@@ -71,6 +71,9 @@ class LibraryKeeper : public LibraryStore {
   /// Looks for what programs that ended without a save have left of any library.
   void FindAbandonedDrafts();
 
+  /// Removes what saves have left beyond the limits; for when nobody waits.
+  void Prune();
+
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
   bool WriteDraft(std::string bytes);
   /// Whether a draft could not be written since the last call.
@@ -101,6 +104,7 @@ class LibraryKeeper : public LibraryStore {
   Parts parts_;
   std::string openPath_;
   std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
+  bool pruneSaved_ = false;
   std::unique_ptr<Held> draftClaim_;
   std::string draftPath_;                   ///< Empty when none can be written.
   std::thread drafting_;                    ///< Writes the last draft of the open library.

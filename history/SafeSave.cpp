@@ -38,8 +38,9 @@ bool IsWholeLibrary(std::string_view bytes) {
 }
 
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
-                       std::optional<KnownContent>* known, const HistoryLimits& limits) {
+                       std::optional<KnownContent>* known) {
   SaveOutcome outcome;
+  HashInBackground hash(bytes);  // while the disk is waited for
   const bool made = folder.Make();
   const auto lock = made ? files.Lock(folder.path()) : nullptr;
   const bool oldKept = made && KeepOldFile(files, folder, known);
@@ -49,15 +50,12 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   const bool done = write(bytes);
   const auto stamp = files.Stamp(folder.library());
   outcome.written = files.Holds(folder.library(), bytes).value_or(done);
-  outcome.kept = pending && oldKept;
   if (!outcome.written) return outcome;
-  const std::uint64_t hash = ContentHash(bytes);
-  if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash};
-  if (pending) {
-    outcome.kept =
-        folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash).has_value() && oldKept;
-    folder.Prune(limits);
-  }
+  if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash.Wait()};
+  const auto kept = pending
+                        ? folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash.Wait())
+                        : std::nullopt;
+  outcome.kept = kept && oldKept;
   return outcome;
 }
 

@@ -34,9 +34,10 @@ struct SaveOutcome {
 };
 
 /// Saves under a lock that orders several programs. `known` is what this program knows of the file, and is
-/// told the new contents; null for a program that has not read the file before.
+/// told the new contents; null for a program that has not read the file before. What is beyond the limits
+/// stays for now.
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
-                       std::optional<KnownContent>* known, const HistoryLimits& limits);
+                       std::optional<KnownContent>* known);
 
 struct Recovery {
   enum class Kind {

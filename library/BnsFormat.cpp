@@ -155,11 +155,18 @@ std::size_t BnsBytes::Size() const {
   return snippets_.empty() ? size : size - line(kCodeEnd);
 }
 
-std::string WriteBns(std::span<const Snippet> snippets) {
-  BnsBytes source(snippets);
-  std::string bytes(source.Size(), '\0');
-  source.Read({bytes.data(), bytes.size()});
+/// Appends, so that memory is touched once.
+std::string BnsBytes::ReadRest() {
+  std::string bytes;
+  bytes.reserve(Size());
+  do {
+    for (const std::string_view part : ahead_) bytes += part;
+  } while (TakeNext());
   return bytes;
+}
+
+std::string WriteBns(std::span<const Snippet> snippets) {
+  return BnsBytes(snippets).ReadRest();
 }
 
 std::string NewLibraryBns() {

@@ -51,6 +51,7 @@ class BnsBytes : public ByteSource {
   std::size_t Read(std::span<char> room) override;
   bool Failed() const override { return false; }
   std::size_t Size() const override;
+  std::string ReadRest() override;
   bool Rewind() override {
     step_ = 0;
     ahead_ = {};

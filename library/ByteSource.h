@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 
 namespace snip {
@@ -23,6 +25,14 @@ class ByteSource {
   /// How many bytes there are from the beginning to the end, where that is known without reading them; else
   /// 0.
   virtual std::size_t Size() const { return 0; }
+  /// All that has not been read yet.
+  virtual std::string ReadRest() {
+    std::string bytes;
+    bytes.reserve(Size());
+    const auto piece = std::make_unique<char[]>(kWrittenPiece);
+    while (const std::size_t got = Read({piece.get(), kWrittenPiece})) bytes.append(piece.get(), got);
+    return bytes;
+  }
   /// Goes back to the beginning; false when that is not possible.
   virtual bool Rewind() { return false; }
 };

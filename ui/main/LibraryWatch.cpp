@@ -49,6 +49,7 @@ void LibraryWatch::Tick() {
   if (!std::exchange(lookedForDrafts_, true)) parts_.keeper->FindAbandonedDrafts();
   if (now_ >= nextLook_) {
     nextLook_ = now_ + kLookMs;
+    parts_.keeper->Prune();
     WatchFolder();
   }
   if (parts_.keeper->hasEvents()) notices_.Add(parts_.keeper->TakeEvents());
