@@ -34,7 +34,7 @@ struct Library {
   std::string
       LibraryName;       ///< File name without directory and extension; decides where the library is saved.
   bool Saved = true;     ///< Whether the file holds what is in memory.
-  unsigned Changes = 0;  ///< Counts what the user does to it.
+  unsigned Changes = 0;  ///< Counts what is done to it.
 
   void Change() {
     Saved = false;

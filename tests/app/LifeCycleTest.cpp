@@ -173,12 +173,15 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
   const HWND history = find("frmHistory");
   ASSERT_NE(history, nullptr);
-  EXPECT_EQ(WindowText(history), "History of 'Lib'");
+  const auto rows = [&](int list, LRESULT count) {
+    return WaitUntil([&] { return SendMessageA(GetDlgItem(history, list), LB_GETCOUNT, 0, 0) == count; });
+  };
   const HWND versions = GetDlgItem(history, frmHistory::kVersionsId);
-  EXPECT_EQ(SendMessageA(versions, LB_GETCOUNT, 0, 0), 1 + 2);
+  EXPECT_TRUE(rows(frmHistory::kVersionsId, 1 + 2));
+  EXPECT_EQ(WindowText(history), "History of 'Lib'");
   SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state before
   SendMessageA(history, WM_COMMAND, MAKEWPARAM(frmHistory::kVersionsId, LBN_SELCHANGE), 0);
-  EXPECT_EQ(SendMessageA(GetDlgItem(history, frmHistory::kSnippetsId), LB_GETCOUNT, 0, 0), 1);
+  EXPECT_TRUE(rows(frmHistory::kSnippetsId, 1));
   SendMessageA(history, WM_COMMAND, frmHistory::kPutSnippetBackId, 0);
   EXPECT_EQ(remote.Description(), "start");
   SendMessageA(remote.window(), WM_COMMAND, Command::kUndoList, 0);

@@ -11,10 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "library/BnsFormat.h"
 #include "library/LibraryMerge.h"
-#include "ui/history/HistoryRows.h"
 #include "library/LineDifference.h"
 #include "library/LineMerge.h"
+#include "ui/history/HistoryReader.h"
 
 namespace snip {
 namespace {
@@ -114,14 +115,31 @@ TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
   EXPECT_EQ(Described(CompareLibraries(LibraryOf("a="), std::vector<Snippet>{{"a", "x", "", "x"}})), "0>0ad");
 }
 
-TEST(LibraryDifferenceTest, DeletedSnippetsAreListedOnceWithTheNewestVersionThatHasThem) {
-  DeletedSnippets deleted;
-  deleted.Add(0, LibraryOf("a=1,b=2,c=3"), LibraryOf("a=1"));
-  deleted.Add(1, LibraryOf("d=4,b=1"), LibraryOf("a=1"));
-  std::string rows;
-  for (const auto& row : deleted.rows())
-    rows += row.name + std::to_string(row.version) + std::to_string(row.place) + " ";
-  EXPECT_EQ(rows, "b01 c02 d10 ");
+TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibraryHasNoMore) {
+  const std::vector<Snippet> versions[] = {LibraryOf("a=1,b=2,c=3"), LibraryOf("d=4,b=1"), LibraryOf("a=")};
+  HistoryReader reader;
+  const auto begin = [&](std::size_t count, const char* now) {
+    std::vector<Version> named(count);
+    for (std::size_t i = 0; i < count; ++i) named[i].size = i;
+    reader.Begin(
+        named, [&](const Version& version) { return WriteBns(versions[version.size]); }, LibraryOf(now));
+  };
+  begin(2, "z=1");  // another takes its place
+  reader.Compare(0, {});
+  begin(3, "a=1");
+  reader.Compare(1, std::chrono::hours(1));
+  std::string rows, deleted, changes;
+  for (HistoryReader::Found found; !found.all;) {
+    found = reader.Take();
+    for (const auto& row : found.deleted) deleted += row.snippet.Name + std::to_string(row.version) + " ";
+    for (const auto& [version, change] : found.changes) changes += std::to_string(version) + change + " ";
+    if (!found.compared) continue;
+    EXPECT_EQ(found.compared->snippets, versions[1]);
+    for (const SnippetRow& row : found.compared->rows) rows += row.text + " ";
+  }
+  EXPECT_EQ(rows, "+ d ~ b: now \"a\" ");
+  EXPECT_EQ(deleted, "b0 c0 d1 ");
+  EXPECT_EQ(changes, "0+2 -1 ~1 1+2 -1 ");
 
   const Snippet now{"a", "", "1\r\n' 2 _\r\n3", "d"}, then{"a", "", "1\r\n3", "e"};
   std::string lines;

@@ -76,13 +76,15 @@ std::vector<DifferenceLine> DifferingLines(const Snippet* now, const Snippet* th
   return lines;
 }
 
-void DeletedSnippets::Add(std::size_t version, std::span<const Snippet> snippets,
-                          std::span<const Snippet> now) {
+std::vector<DeletedSnippets::Row> DeletedSnippets::Add(std::size_t version, std::span<const Snippet> snippets,
+                                                       std::span<const Snippet> now) {
+  std::vector<Row> rows;
   const auto places = MatchSnippets(snippets, now);
   for (std::size_t place = 0; place < snippets.size(); ++place) {
-    if (places[place] || !names_.insert(snippets[place].Name).second) continue;
-    rows_.push_back({.name = snippets[place].Name, .version = version, .place = place});
+    if (!places[place] && names_.insert(snippets[place].Name).second)
+      rows.push_back({.snippet = snippets[place], .version = version});
   }
+  return rows;
 }
 
 }  // namespace snip

@@ -40,17 +40,15 @@ std::vector<DifferenceLine> DifferingLines(const Snippet* now, const Snippet* th
 class DeletedSnippets {
  public:
   struct Row {
-    std::string name;
-    std::size_t version = 0;
-    std::size_t place = 0;  ///< In that version.
+    Snippet snippet;
+    std::size_t version = 0;  ///< The newest that has it.
   };
 
-  void Add(std::size_t version, std::span<const Snippet> snippets, std::span<const Snippet> now);
-  const std::vector<Row>& rows() const { return rows_; }
+  /// Those that no version before had.
+  std::vector<Row> Add(std::size_t version, std::span<const Snippet> snippets, std::span<const Snippet> now);
 
  private:
   std::set<std::string> names_;
-  std::vector<Row> rows_;
 };
 
 }  // namespace snip

@@ -4,12 +4,10 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
-#include <variant>
 
-#include "history/ChangeCounts.h"
 #include "history/SystemFiles.h"
-#include "library/BnsFormat.h"
 #include "platform/Fonts.h"
 #include "platform/Shell.h"
 #include "platform/Win32Text.h"
@@ -21,6 +19,7 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kLookTimer = 1;
+constexpr std::chrono::milliseconds kUnnoticed{30};  ///< All but large libraries are read by then.
 constexpr const char* kCodeFace = "Courier New";
 constexpr double kCodePoints = 10;
 constexpr std::size_t kTabColumns = 4;
@@ -73,8 +72,10 @@ void frmHistory::Show(HWND owner) {
                  .parent = owner,
                  .iconId = IDI_SNIPSTORE}))
       return;
+    SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);  // it is seen before it is filled
+  } else {
+    Reload();
   }
-  Reload();
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
   SetFocus(GetDlgItem(hWnd(), kVersionsId));
 }
@@ -141,34 +142,37 @@ void frmHistory::Layout() {
 // --- Versions ---------------------------------------------------------------------------------------------
 
 void frmHistory::Reload() {
+  const std::string name = source_.Name();
+  std::vector<Version> versions = source_.Versions();
+  const bool same = name == name_ && source_.Changes() == changes_ &&
+                    std::ranges::equal(versions, entries_, {}, {}, &Entry::version);
+  if (same && read_) return EnableButtons();
   const std::optional<std::size_t> selected = SelectedEntry();
-  const std::string kept = selected ? FileNameOf(entries_[*selected].version) : std::string();
-  const LRESULT snippet = Send(kSnippetsId, LB_GETCURSEL);
-  const std::string snippetText = ListBoxText(GetDlgItem(hWnd(), kSnippetsId), static_cast<int>(snippet));
-  SetWindowTextA(hWnd(), ("History of '" + source_.Name() + "'").c_str());
+  const std::string kept =
+      selected && name == name_ ? FileNameOf(entries_[*selected].version) : std::string();
+  wanted_ = kept.empty() ? std::string() : SelectedText(kSnippetsId);
+  name_ = name;
+  changes_ = source_.Changes();
+  SetWindowTextA(hWnd(), ("History of '" + name + "'").c_str());
   entries_.clear();
-  for (const Version& version : source_.Versions()) entries_.push_back({.version = version});
-  looked_ = 0;
-  newer_.clear();
-  deleted_ = {};
-  cached_.reset();
+  for (const Version& version : versions) entries_.push_back({.version = version});
+  read_ = source_.Reading();
+  deleted_.clear();
+  const std::span<const Snippet> now = source_.Now();
+  looking_ = reader_.Begin(std::move(versions), read_, {now.begin(), now.end()});
+  Send(kVersionsId, WM_SETREDRAW, FALSE);
   Send(kVersionsId, LB_RESETCONTENT);
   Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
-  SetDeletedRow();
   std::size_t row = entries_.empty() ? 0 : 1;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(TextOfRow(entries_[i]).c_str()));
     if (kept == FileNameOf(entries_[i].version)) row = i + 1;
   }
+  SetRow(0, TextOfDeletedRow());
   Send(kVersionsId, LB_SETCURSEL, row);
+  Send(kVersionsId, WM_SETREDRAW, TRUE);
+  InvalidateRect(GetDlgItem(hWnd(), kVersionsId), nullptr, TRUE);
   VersionChosen();
-  if (!kept.empty() &&
-      ListBoxText(GetDlgItem(hWnd(), kSnippetsId), static_cast<int>(snippet)) == snippetText) {
-    // What was chosen stays, so that a button does what the user saw.
-    Send(kSnippetsId, LB_SETCURSEL, static_cast<WPARAM>(snippet));
-    SnippetChosen();
-  }
-  SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);
 }
 
 std::string frmHistory::TextOfRow(const Entry& entry) const {
@@ -178,44 +182,38 @@ std::string frmHistory::TextOfRow(const Entry& entry) const {
   return words.empty() ? text : text + "   (" + words + ")";
 }
 
-/// Replaces a row in its place.
-void frmHistory::SetVersionRow(std::size_t entry) {
-  const std::string text = TextOfRow(entries_[entry]);
+/// Replaces a row of the versions in its place.
+void frmHistory::SetRow(std::size_t row, const std::string& text) {
   const LRESULT selected = Send(kVersionsId, LB_GETCURSEL);
   const LRESULT top = Send(kVersionsId, LB_GETTOPINDEX);
-  Send(kVersionsId, LB_DELETESTRING, entry + 1);
-  Send(kVersionsId, LB_INSERTSTRING, entry + 1, reinterpret_cast<LPARAM>(text.c_str()));
+  Send(kVersionsId, LB_DELETESTRING, row);
+  Send(kVersionsId, LB_INSERTSTRING, row, reinterpret_cast<LPARAM>(text.c_str()));
   Send(kVersionsId, LB_SETCURSEL, static_cast<WPARAM>(selected));
   Send(kVersionsId, LB_SETTOPINDEX, static_cast<WPARAM>(top));
 }
 
-void frmHistory::SetDeletedRow() {
-  const std::string text = "Deleted snippets (" + std::to_string(deleted_.rows().size()) +
-                           (looked_ < entries_.size() ? " so far)" : ")");
-  const LRESULT selected = Send(kVersionsId, LB_GETCURSEL);
-  Send(kVersionsId, LB_DELETESTRING, 0);
-  Send(kVersionsId, LB_INSERTSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-  Send(kVersionsId, LB_SETCURSEL, static_cast<WPARAM>(selected));
+std::string frmHistory::TextOfDeletedRow() const {
+  return "Deleted snippets (" + std::to_string(deleted_.size()) + (looking_ ? " so far)" : ")");
 }
 
-/// Compares one more version, so that the window answers in between.
-void frmHistory::LookAtNextVersion() {
-  if (looked_ < entries_.size()) {
-    std::vector<Snippet> snippets =
-        SnippetsIn(source_.Read(entries_[looked_].version).value_or(std::string()));
-    if (looked_ > 0) {
-      entries_[looked_ - 1].changes = TextOf(CountChanges(snippets, newer_));
-      SetVersionRow(looked_ - 1);
-    }
-    deleted_.Add(looked_, snippets, source_.Now());
-    newer_ = std::move(snippets);
-    ++looked_;
+/// Shows what has been read since the last time.
+void frmHistory::TakeFound() {
+  if (!read_) return Reload();
+  HistoryReader::Found found = reader_.Take();
+  for (auto& [entry, changes] : found.changes) {
+    entries_[entry].changes = std::move(changes);
+    SetRow(entry + 1, TextOfRow(entries_[entry]));
   }
-  if (looked_ < entries_.size()) return;
+  std::ranges::move(found.deleted, std::back_inserter(deleted_));
+  if (found.compared && SelectedEntry() == found.compared->version) {
+    compared_ = std::move(found.compared);
+    ShowRows();
+  }
+  if (!found.all) return;
   KillTimer(hWnd(), kLookTimer);
-  newer_ = {};
-  SetDeletedRow();
-  if (ShowsDeleted()) VersionChosen();
+  if (!std::exchange(looking_, false)) return;
+  SetRow(0, TextOfDeletedRow());
+  if (ShowsDeleted()) ShowRows();
 }
 
 std::optional<std::size_t> frmHistory::SelectedEntry() const {
@@ -228,58 +226,65 @@ bool frmHistory::ShowsDeleted() const {
   return Send(kVersionsId, LB_GETCURSEL) == 0;
 }
 
-const std::vector<Snippet>& frmHistory::SnippetsOf(std::size_t entry) {
-  if (cached_ != entry) {
-    snippets_ = SnippetsIn(source_.Read(entries_[entry].version).value_or(std::string()));
-    cached_ = entry;
-  }
-  return snippets_;
+void frmHistory::VersionChosen() {
+  compared_.reset();
+  ShowRows();
+  if (const auto entry = SelectedEntry()) reader_.Compare(*entry, kUnnoticed);
+  SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);
+  TakeFound();
 }
 
-void frmHistory::VersionChosen() {
-  rows_.clear();
-  std::vector<std::string> texts;
-  if (ShowsDeleted()) {
-    for (const DeletedSnippets::Row& row : deleted_.rows())
-      texts.push_back(row.name + "   (" + DateAndTime(entries_[row.version].version.CameAbout()) + ")");
-  } else if (const auto entry = SelectedEntry()) {
-    rows_ = DifferingSnippets(source_.Now(), SnippetsOf(*entry));
-    for (const SnippetRow& row : rows_) texts.push_back(row.text);
-  }
+/// Fills "Snippets", with nothing as long as the version is being read.
+void frmHistory::ShowRows() {
   Send(kSnippetsId, WM_SETREDRAW, FALSE);
   Send(kSnippetsId, LB_RESETCONTENT);
-  for (const std::string& text : texts)
-    Send(kSnippetsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+  const auto add = [this](const std::string& text) {
+    const LRESULT row = Send(kSnippetsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    if (row == 0 || text == wanted_) Send(kSnippetsId, LB_SETCURSEL, static_cast<WPARAM>(row));
+  };
+  if (ShowsDeleted()) {
+    std::string time;
+    std::optional<std::size_t> timed;
+    for (const DeletedSnippets::Row& row : deleted_) {
+      if (std::exchange(timed, row.version) != row.version)
+        time = DateAndTime(entries_[row.version].version.CameAbout());
+      add(row.snippet.Name + "   (" + time + ")");
+    }
+  } else if (compared_) {
+    for (const SnippetRow& row : compared_->rows) add(row.text);
+    wanted_.clear();
+  }
   Send(kSnippetsId, WM_SETREDRAW, TRUE);
   InvalidateRect(GetDlgItem(hWnd(), kSnippetsId), nullptr, TRUE);
-  if (!texts.empty()) Send(kSnippetsId, LB_SETCURSEL, 0);
   SnippetChosen();
+}
+
+std::string frmHistory::SelectedText(int list) const {
+  return ListBoxText(GetDlgItem(hWnd(), list), static_cast<int>(Send(list, LB_GETCURSEL)));
 }
 
 // --- Snippets ---------------------------------------------------------------------------------------------
 
-/// The version's state of the chosen snippet; null when it has none.
-const Snippet* frmHistory::ChosenSnippet() {
+std::optional<std::size_t> frmHistory::ChosenRow() const {
   const LRESULT selected = Send(kSnippetsId, LB_GETCURSEL);
-  if (selected < 0) return nullptr;
-  const auto row = static_cast<std::size_t>(selected);
-  if (ShowsDeleted()) {
-    if (row >= deleted_.rows().size()) return nullptr;
-    const DeletedSnippets::Row& deleted = deleted_.rows()[row];
-    const std::vector<Snippet>& snippets = SnippetsOf(deleted.version);
-    return deleted.place < snippets.size() ? &snippets[deleted.place] : nullptr;
-  }
-  const auto entry = SelectedEntry();
-  if (!entry || row >= rows_.size() || !rows_[row].then) return nullptr;
-  const std::vector<Snippet>& snippets = SnippetsOf(*entry);
-  return *rows_[row].then < snippets.size() ? &snippets[*rows_[row].then] : nullptr;
+  return selected < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(selected));
+}
+
+/// The version's state of the chosen snippet; null when it has none.
+const Snippet* frmHistory::ChosenSnippet() const {
+  const auto row = ChosenRow();
+  if (!row) return nullptr;
+  if (ShowsDeleted()) return *row < deleted_.size() ? &deleted_[*row].snippet : nullptr;
+  if (!compared_ || *row >= compared_->rows.size()) return nullptr;
+  const auto then = compared_->rows[*row].then;
+  return then ? &compared_->snippets[*then] : nullptr;
 }
 
 /// Where in the library as it is now the chosen snippet is, if it is there.
 std::optional<std::size_t> frmHistory::ChosenPlaceNow() const {
-  const LRESULT selected = Send(kSnippetsId, LB_GETCURSEL);
-  if (selected < 0 || static_cast<std::size_t>(selected) >= rows_.size()) return std::nullopt;
-  const auto place = rows_[static_cast<std::size_t>(selected)].now;
+  const auto row = ChosenRow();
+  if (!row || !compared_ || *row >= compared_->rows.size()) return std::nullopt;
+  const auto place = compared_->rows[*row].now;
   return place && *place < source_.Now().size() ? place : std::nullopt;
 }
 
@@ -288,7 +293,7 @@ void frmHistory::SnippetChosen() {
   const auto place = ChosenPlaceNow();
   const Snippet* const now = place ? &source_.Now()[*place] : nullptr;
   lines_ = now == nullptr && then == nullptr ? std::vector<DifferenceLine>() : DifferingLines(now, then);
-  if (SelectedEntry() && rows_.empty()) lines_ = {{.mark = '=', .text = "The library is the same now."}};
+  if (compared_ && compared_->rows.empty()) lines_ = {{.mark = '=', .text = "The library is the same now."}};
   Send(kLinesId, WM_SETREDRAW, FALSE);
   Send(kLinesId, LB_RESETCONTENT);
   std::size_t longest = 0;
@@ -308,10 +313,11 @@ void frmHistory::EnableButtons() {
   const auto enable = [this](int id, bool enabled) {
     EnableWindow(GetDlgItem(hWnd(), id), enabled ? TRUE : FALSE);
   };
-  const bool version = SelectedEntry().has_value();
-  enable(kPutSnippetBackId, source_.CanPutBack() && ChosenSnippet() != nullptr);
-  enable(kPutLibraryBackId, source_.CanPutAllBack() && version && !SnippetsOf(*SelectedEntry()).empty());
-  enable(kSaveCopyId, version);
+  // Until a change of the library is compared, what is shown might be another place's.
+  const bool current = source_.Changes() == changes_;
+  enable(kPutSnippetBackId, current && source_.CanPutBack() && ChosenSnippet() != nullptr);
+  enable(kPutLibraryBackId, source_.CanPutAllBack() && compared_ && !compared_->snippets.empty());
+  enable(kSaveCopyId, SelectedEntry().has_value());
 }
 
 // --- Ways back --------------------------------------------------------------------------------------------
@@ -324,16 +330,15 @@ void frmHistory::PutSnippetBack() {
 }
 
 void frmHistory::PutLibraryBack() {
-  const auto entry = SelectedEntry();
-  if (!entry || !source_.CanPutAllBack()) return;
-  source_.PutAllBack(SnippetsOf(*entry));
+  if (!compared_ || !source_.CanPutAllBack()) return;
+  source_.PutAllBack(compared_->snippets);
   Reload();
 }
 
 void frmHistory::SaveCopy() {
   const auto entry = SelectedEntry();
   if (!entry) return;
-  const auto bytes = source_.Read(entries_[*entry].version);
+  const auto bytes = read_(entries_[*entry].version);
   CommonDialog dialog;
   dialog.hWnd = hWnd();
   dialog.DialogTitle = "Save Copy As";
@@ -419,10 +424,10 @@ LRESULT frmHistory::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_ACTIVATE:
       // The library may have been changed meanwhile.
-      if (LOWORD(wParam) != WA_INACTIVE && IsWindowVisible(hWnd()) != 0) Reload();
+      if (LOWORD(wParam) != WA_INACTIVE && read_) Reload();
       return Default(message, wParam, lParam);
     case WM_TIMER:
-      LookAtNextVersion();
+      TakeFound();
       return 0;
     case WM_DRAWITEM:
       DrawLine(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
@@ -435,6 +440,11 @@ LRESULT frmHistory::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       InvalidateRect(hWnd(), nullptr, TRUE);
       return 0;
     case WM_DESTROY:
+      reader_.Begin({}, nullptr, {});
+      read_ = nullptr;
+      entries_.clear();
+      deleted_.clear();
+      compared_.reset();
       captionHook_.Remove();
       return 0;
     default:

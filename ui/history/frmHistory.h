@@ -11,6 +11,7 @@
 #include "platform/Window.h"
 #include "ui/caption/CaptionHook.h"
 #include "ui/editor/CodeColours.h"
+#include "ui/history/HistoryReader.h"
 #include "ui/history/HistoryRows.h"
 
 namespace snip {
@@ -23,11 +24,14 @@ class HistorySource {
   virtual std::string Name() const = 0;
   /// The newest first.
   virtual std::vector<Version> Versions() = 0;
-  virtual std::optional<std::string> Read(const Version& version) = 0;
+  /// Reads versions of the library that is open now, in any thread.
+  virtual HistoryReader::ReadVersion Reading() = 0;
   /// Where the versions' files are.
   virtual std::string Folder() const = 0;
   /// The library as it is in memory.
   virtual std::span<const Snippet> Now() const = 0;
+  /// Another number whenever that has changed.
+  virtual unsigned Changes() const = 0;
   virtual bool CanPutBack() const = 0;
   virtual bool CanPutAllBack() const = 0;
   /// Puts a snippet in the place of one of the library, or, without that, where it belongs.
@@ -69,16 +73,18 @@ class frmHistory : public Window {
   void MakeControls();
   void Layout();
   void Reload();
-  void LookAtNextVersion();
-  void SetVersionRow(std::size_t entry);
+  void TakeFound();
+  void SetRow(std::size_t row, const std::string& text);
   std::string TextOfRow(const Entry& entry) const;
-  void SetDeletedRow();
+  std::string TextOfDeletedRow() const;
+  std::string SelectedText(int list) const;
   std::optional<std::size_t> SelectedEntry() const;
   bool ShowsDeleted() const;
-  const std::vector<Snippet>& SnippetsOf(std::size_t entry);
   void VersionChosen();
+  void ShowRows();
   void SnippetChosen();
-  const Snippet* ChosenSnippet();
+  std::optional<std::size_t> ChosenRow() const;
+  const Snippet* ChosenSnippet() const;
   std::optional<std::size_t> ChosenPlaceNow() const;
   void EnableButtons();
   void OnCommand(int id, int notification);
@@ -99,14 +105,16 @@ class frmHistory : public Window {
   UniqueFont codeFont_;
   Size character_{};
   CodeColours colours_;
+  std::string name_;            ///< The library's.
+  unsigned changes_ = 0;        ///< The state of the library that all is compared with.
   std::vector<Entry> entries_;  ///< The newest first.
-  std::size_t looked_ = 0;      ///< How many of them have been compared.
-  std::vector<Snippet> newer_;  ///< Of the last one of these.
-  DeletedSnippets deleted_;
-  std::optional<std::size_t> cached_;  ///< The entry whose snippets are in `snippets_`.
-  std::vector<Snippet> snippets_;
-  std::vector<SnippetRow> rows_;  ///< Of "Snippets", unless that shows the deleted ones.
+  HistoryReader::ReadVersion read_;
+  std::vector<DeletedSnippets::Row> deleted_;
+  bool looking_ = false;                             ///< Versions are still being compared.
+  std::optional<HistoryReader::Compared> compared_;  ///< The selected entry, once it is read.
+  std::string wanted_;  ///< The row of "Snippets" that is to be selected again once it is there.
   std::vector<DifferenceLine> lines_;
+  HistoryReader reader_;
 };
 
 }  // namespace snip

@@ -282,6 +282,7 @@ void LibraryOperations::TakeContents(BnsContents contents) {
   library_.Snippets = std::move(contents.snippets);
   library_.LibraryName = std::move(name);
   library_.Saved = true;
+  ++library_.Changes;  // all of it is another
   editing_.DisableEdit(contents.omitted > 0);
   editing_.ForgetUndo();
   editing_.ShowLibrary();

@@ -122,7 +122,7 @@ void LibraryWatch::Chosen(NoticeChoice choice) {
       return parts_.operations.LoadAgain(event.path);
     case NoticeChoice::TakeThem:
       if (!event.version) return;
-      if (const auto bytes = Read(*event.version)) PutAllBack(SnippetsIn(*bytes));
+      if (const auto bytes = History().Read(*event.version)) PutAllBack(SnippetsIn(*bytes));
       return;
     case NoticeChoice::SaveAgain:
       return parts_.operations.SaveLibrary();
@@ -152,8 +152,8 @@ std::vector<Version> LibraryWatch::Versions() {
   return History().Versions();
 }
 
-std::optional<std::string> LibraryWatch::Read(const Version& version) {
-  return History().Read(version);
+HistoryReader::ReadVersion LibraryWatch::Reading() {
+  return [history = History()](const Version& version) mutable { return history.Read(version); };
 }
 
 std::string LibraryWatch::Folder() const {

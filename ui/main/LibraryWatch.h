@@ -61,9 +61,10 @@ class LibraryWatch : private HistorySource {
   // HistorySource
   std::string Name() const override;
   std::vector<Version> Versions() override;
-  std::optional<std::string> Read(const Version& version) override;
+  HistoryReader::ReadVersion Reading() override;
   std::string Folder() const override;
   std::span<const Snippet> Now() const override;
+  unsigned Changes() const override { return parts_.library.Changes; }
   bool CanPutBack() const override;
   bool CanPutAllBack() const override;
   void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) override;

@@ -1,0 +1,104 @@
+#include "ui/history/HistoryReader.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+
+#include "history/ChangeCounts.h"
+#include "library/BnsFormat.h"
+
+namespace snip {
+
+HistoryReader::~HistoryReader() {
+  {
+    const std::lock_guard lock(mutex_);
+    ends_ = true;
+  }
+  changed_.notify_one();
+  if (thread_.joinable()) thread_.join();
+}
+
+bool HistoryReader::Begin(std::vector<Version> versions, ReadVersion read, std::vector<Snippet> now) {
+  auto library = std::make_shared<Library>(std::move(versions), std::move(read), std::move(now));
+  {
+    const std::lock_guard lock(mutex_);
+    library_ = std::move(library);
+    wanted_.reset();
+    looked_ = 0;
+    found_ = {};
+  }
+  changed_.notify_one();
+  try {
+    if (!thread_.joinable()) thread_ = std::thread([this] { Work(); });
+  } catch (const std::exception&) {
+    return false;
+  }
+  return true;
+}
+
+void HistoryReader::Compare(std::size_t version, std::chrono::milliseconds wait) {
+  std::unique_lock lock(mutex_);
+  wanted_ = version;
+  found_.compared.reset();
+  changed_.notify_one();
+  if (thread_.joinable()) compared_.wait_for(lock, wait, [this] { return found_.compared.has_value(); });
+}
+
+HistoryReader::Found HistoryReader::Take() {
+  const std::lock_guard lock(mutex_);
+  Found found = std::exchange(found_, {});
+  found.all = !wanted_ && !working_ && (!library_ || looked_ == library_->versions.size());
+  return found;
+}
+
+/// Waits for something to do; nothing at the end.
+std::optional<HistoryReader::Task> HistoryReader::Next() {
+  std::unique_lock lock(mutex_);
+  working_ = false;
+  changed_.wait(lock, [this] { return ends_ || wanted_ || looked_ < library_->versions.size(); });
+  if (ends_) return std::nullopt;
+  working_ = true;
+  if (wanted_) return Task{library_, *std::exchange(wanted_, std::nullopt), true};
+  return Task{library_, looked_++, false};
+}
+
+/// Adds to what is found, unless the task is of no use any more.
+template <class Add>
+void HistoryReader::Tell(const Task& task, Add add) {
+  const std::lock_guard lock(mutex_);
+  if (library_ == task.library && !(task.compares && wanted_)) add();
+}
+
+void HistoryReader::Work() {
+  std::shared_ptr<const Library> library;
+  std::vector<Snippet> newer;  // than the version that is looked at
+  DeletedSnippets deleted;
+  while (const auto task = Next()) {
+    if (std::exchange(library, task->library) != task->library) {
+      newer = {};
+      deleted = {};
+    }
+    std::vector<Snippet> snippets;
+    try {
+      const auto bytes = library->read(library->versions.at(task->version));
+      if (bytes) snippets = SnippetsIn(*bytes);
+      if (task->compares) {
+        auto rows = DifferingSnippets(library->now, snippets);
+        Tell(*task, [&] { found_.compared = {task->version, std::move(snippets), std::move(rows)}; });
+        compared_.notify_one();
+        continue;
+      }
+      std::vector<DeletedSnippets::Row> rows = deleted.Add(task->version, snippets, library->now);
+      std::string changes = task->version == 0 ? std::string() : TextOf(CountChanges(snippets, newer));
+      Tell(*task, [&] {
+        std::ranges::move(rows, std::back_inserter(found_.deleted));
+        if (task->version > 0) found_.changes.emplace_back(task->version - 1, std::move(changes));
+      });
+    } catch (const std::exception&) {
+      snippets.clear();  // memory is short: shown as one without snippets
+    }
+    newer = std::move(snippets);
+  }
+}
+
+}  // namespace snip
