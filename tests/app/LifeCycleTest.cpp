@@ -85,6 +85,18 @@ class LifeCycleTest : public testing::Test {
     const std::string path = root + folder.cFileName + "\\" + name;
     return search && GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
   }
+  static HWND Shown(const char* className) {
+    HWND found = nullptr;
+    WaitUntil([&] {
+      found = FindWindowA(className, nullptr);
+      return found != nullptr && IsWindowVisible(found) != 0;
+    });
+    return found;
+  }
+  /// Waits for a list of a window to have so many rows.
+  static bool HasRows(HWND window, int list, LRESULT count) {
+    return WaitUntil([&] { return SendMessageA(GetDlgItem(window, list), LB_GETCOUNT, 0, 0) == count; });
+  }
   void Close(const Remote& remote) {
     PostMessageA(remote.window(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(program_.WaitForEnd());
@@ -141,14 +153,6 @@ TEST_F(LifeCycleTest, KilledAtAnyMomentTheNextStartFindsOneOfTheLastTwoSaves) {
 
 TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHistoryIsShown) {
   program_.folder().Write("Lib.bns", Bytes("start"));
-  const auto find = [&](const char* className) {
-    HWND found = nullptr;
-    WaitUntil([&] {
-      found = FindWindowA(className, nullptr);
-      return found != nullptr && IsWindowVisible(found) != 0;
-    });
-    return found;
-  };
   program_.Start();
   {
     const Remote remote(program_.process());
@@ -160,7 +164,7 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   }
   program_.Start();
   const Remote remote(program_.process());
-  const HWND notice = find("Notice");
+  const HWND notice = Shown("Notice");
   ASSERT_NE(notice, nullptr);
   EXPECT_EQ(WindowText(notice).substr(0, 30), "Unsaved changes of 'Lib' from ");
   EXPECT_EQ(remote.Description(), "start");
@@ -171,17 +175,14 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   remote.Save();
   // The version of the notice, which holds what is saved now, has become that save's.
   SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
-  const HWND history = find("frmHistory");
+  const HWND history = Shown("frmHistory");
   ASSERT_NE(history, nullptr);
-  const auto rows = [&](int list, LRESULT count) {
-    return WaitUntil([&] { return SendMessageA(GetDlgItem(history, list), LB_GETCOUNT, 0, 0) == count; });
-  };
   const HWND versions = GetDlgItem(history, frmHistory::kVersionsId);
-  EXPECT_TRUE(rows(frmHistory::kVersionsId, 1 + 2));
+  EXPECT_TRUE(HasRows(history, frmHistory::kVersionsId, 1 + 2));
   EXPECT_EQ(WindowText(history), "History of 'Lib'");
   SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state before
   SendMessageA(history, WM_COMMAND, MAKEWPARAM(frmHistory::kVersionsId, LBN_SELCHANGE), 0);
-  EXPECT_TRUE(rows(frmHistory::kSnippetsId, 1));
+  EXPECT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1));
   SendMessageA(history, WM_COMMAND, frmHistory::kPutSnippetBackId, 0);
   EXPECT_EQ(remote.Description(), "start");
   SendMessageA(remote.window(), WM_COMMAND, Command::kUndoList, 0);
@@ -191,20 +192,39 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   EXPECT_FALSE(Kept("draft.bns"));
 }
 
-TEST_F(LifeCycleTest, ANoticeGoesWithTheLibraryThatItIsAbout) {
+TEST_F(LifeCycleTest, ANoticeGoesWithTheLibraryThatItIsAboutAndADestroyedOneIsPutBack) {
   for (const char* name : {"Lib.bns", "Other.bns"}) program_.folder().Write(name, Bytes(name));
   program_.Start();
   const Remote remote(program_.process());
-  program_.folder().Write("Lib.bns", Bytes("outside"));
-  ASSERT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) != nullptr; }));
+  // By a new file that is given the name, as many programs save.
+  const TemporaryFolder elsewhere;
+  elsewhere.Write("new", Bytes("outside"));
+  ASSERT_NE(MoveFileExA(elsewhere.File("new").c_str(), program_.folder().File("Lib.bns").c_str(),
+                        MOVEFILE_REPLACE_EXISTING),
+            0);
+  ASSERT_NE(Shown("Notice"), nullptr);
   const HWND files = remote.Control(frmAddIn::kFilesId);
-  for (const int entry : {1, 0}) {
-    SendMessageA(files, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+  const auto choose = [&](WPARAM entry) {
+    SendMessageA(files, CB_SETCURSEL, entry, 0);
     SendMessageA(remote.window(), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(files));
+  };
+  for (const WPARAM entry : {1, 0}) {
+    choose(entry);
     EXPECT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) == nullptr; }));
     EXPECT_EQ(remote.Description(), entry == 1 ? "Other.bns" : "outside");
   }
+  choose(1);
+  program_.folder().Write("Lib.bns", "destroyed");
+  choose(0);
+  EXPECT_EQ(remote.Description(), "");
+  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
+  const HWND history = Shown("frmHistory");
+  ASSERT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1));
+  SendMessageA(history, WM_COMMAND, frmHistory::kPutLibraryBackId, 0);
+  EXPECT_EQ(remote.Description(), "outside");
+  remote.Save();
+  EXPECT_EQ(Stored(), Bytes("outside"));
   Close(remote);
 }
 
