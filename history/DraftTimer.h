@@ -10,8 +10,10 @@ namespace snip {
 /// and then. Times are milliseconds of any clock that does not go back.
 class DraftTimer {
  public:
-  static constexpr std::uint64_t kPauseMs = 10000;
-  static constexpr std::uint64_t kLongestMs = 60000;
+  // With the second after which a change is noticed, the one after which the end of these is, and the time of
+  // the disk, a draft is written within 10 seconds of a pause and 60 of steady work.
+  static constexpr std::uint64_t kPauseMs = 8000;
+  static constexpr std::uint64_t kLongestMs = 57000;
 
   void Changed(std::uint64_t now) {
     last_ = now;
