@@ -247,6 +247,15 @@ TEST_F(LibrariesTest, ADiskThatIsFullAtAnyByteLeavesTheLibraryInMemoryWhole) {
     operations.SaveLibrary();
     ASSERT_EQ(store.files[kStrings], bytes);
   }
+  store.failing = true;
+  operations.SaveLibrary();
+  const std::string& byAnother = store.files[kStrings] = store.files[kOther];
+  store.keeping = false;
+  operations.LoadAgain(kStrings);
+  EXPECT_EQ(library.Snippets, changed.Snippets) << "what is nowhere else is not replaced";
+  store.keeping = true;
+  operations.LoadAgain(kStrings);
+  EXPECT_EQ(WriteBns(library.Snippets), byAnother);
 }
 
 TEST_F(LibrariesTest, WhatIsThrownWhileSavingLeavesTheLibraryUnsaved) {

@@ -282,6 +282,7 @@ void LibraryOperations::TakeContents(BnsContents contents) {
   library_.Snippets = std::move(contents.snippets);
   library_.LibraryName = std::move(name);
   library_.Saved = true;
+  saveFailed_ = false;
   ++library_.Changes;  // all of it is another
   editing_.DisableEdit(contents.omitted > 0);
   editing_.ForgetUndo();
@@ -310,7 +311,7 @@ bool LibraryOperations::SaveCurFile() {
 
 void LibraryOperations::LoadAgain(const std::string& path) {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
-  if (!KeepUnsaved() && !library_.Saved) return;  // that the history failed is told
+  if (!KeepUnsaved() && (!library_.Saved || saveFailed_)) return;  // that the history failed is told
   OpenBNSFile(path);
 }
 
