@@ -112,25 +112,35 @@ void LibraryWatch::Chosen(NoticeChoice choice) {
       notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere()) || !notices_.told())
     return;
   const LibraryEvent event = *notices_.told();
+  // The answer must not be given to another library, which may be the chosen one.
   const bool elsewhere = event.path != parts_.operations.OpenPath();
-  if (event.kind == LibraryEvent::Kind::UnsavedFound && choice != NoticeChoice::Close && elsewhere &&
-      !parts_.operations.Choose(event.path))
-    return;
-  notices_.Answered();
+  const bool opens = choice == NoticeChoice::LoadAgain ||
+                     (event.kind == LibraryEvent::Kind::UnsavedFound && choice != NoticeChoice::Close);
+  if (elsewhere && opens && !parts_.operations.Choose(event.path)) return;
   switch (choice) {
     case NoticeChoice::LoadAgain:
-      return parts_.operations.LoadAgain(event.path);
+      if (!elsewhere) parts_.operations.LoadAgain(event.path);
+      break;
     case NoticeChoice::TakeThem:
-      if (!event.version) return;
-      if (const auto bytes = History().Read(*event.version)) PutAllBack(SnippetsIn(*bytes));
-      return;
+      if (!TakeUnsaved(event)) return Tell("This version cannot be read.");
+      break;
     case NoticeChoice::SaveAgain:
-      return parts_.operations.SaveLibrary();
+      return parts_.operations.SaveLibrary();  // one that comes about ends the notice
     case NoticeChoice::History:
-      return ShowHistory();
+      ShowHistory();
+      break;
     default:
-      return;
+      break;
   }
+  if (notices_.told() == event) notices_.Answered();
+}
+
+bool LibraryWatch::TakeUnsaved(const LibraryEvent& event) {
+  const auto bytes = event.version ? History().Read(*event.version) : std::nullopt;
+  std::vector<Snippet> snippets = bytes ? SnippetsIn(*bytes) : std::vector<Snippet>();
+  if (snippets.empty()) return false;
+  PutAllBack(std::move(snippets));
+  return true;
 }
 
 // --- The history window -----------------------------------------------------------------------------------

@@ -54,6 +54,7 @@ class LibraryWatch : private HistorySource {
 
   void ShowNotice();
   void Chosen(NoticeChoice choice);
+  bool TakeUnsaved(const LibraryEvent& event);
   void Draft();
   void WatchFolder();
   VersionFolder History() const;
