@@ -59,7 +59,7 @@ class LibraryKeeper::WatchedBytes : public ByteSource {
 LibraryKeeper::LibraryKeeper(Parts parts) : parts_(std::move(parts)) {}
 
 LibraryKeeper::~LibraryKeeper() {
-  if (drafting_.joinable()) drafting_.join();
+  FinishDraft();
 }
 
 VersionFolder LibraryKeeper::HistoryOf(const std::string& path) const {
@@ -102,6 +102,7 @@ void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) cons
 
 /// A library whose save was interrupted may be missing, and would not be listed.
 std::vector<std::string> LibraryKeeper::Names() const {
+  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   const std::string anyLibrary = parts_.pathForFiles(parts_.folder.PathOf("x"));
   const std::string identity = parts_.files.Identity(anyLibrary);
   const std::string mark =
@@ -112,7 +113,8 @@ std::vector<std::string> LibraryKeeper::Names() const {
     if (!library) continue;
     VersionFolder folder(parts_.files, parts_.root, *library);
     if (!HasPendingSave(parts_.files, folder)) continue;
-    if (const auto path = StorePathOf(*library)) Recover(folder, *path);
+    // What the open library's file should hold is still in memory.
+    if (const auto path = StorePathOf(*library); path && *path != openPath_) Recover(folder, *path);
   }
   return parts_.folder.Names();
 }
@@ -168,7 +170,6 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
     Tell({LibraryEvent::Kind::SaveFailed, path});
     return false;
   }
-  if (failedSave_ == path) Tell({LibraryEvent::Kind::Saved, std::exchange(failedSave_, {})});
   if (known) Learn(path, known->stamp, known->hash);
   if (!outcome.kept) Tell({LibraryEvent::Kind::HistoryFailed, path});
   return true;
@@ -185,6 +186,7 @@ void LibraryKeeper::Prune() {
 
 void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   DropDraft();
+  if (failedSave_ == path) Tell({LibraryEvent::Kind::Saved, std::exchange(failedSave_, {})});
   openPath_ = path;
   VersionFolder folder = HistoryOf(path);
   TakeAbandonedDrafts(folder, path);
@@ -207,16 +209,28 @@ void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
 bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) {
   if (!parts_.folder.Rename(path, newPath)) return false;
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
-  const bool drafted = FinishDraft();
   VersionFolder former = HistoryOf(path), folder = HistoryOf(newPath);
+  if (path == openPath_) {
+    openPath_ = newPath;
+    MoveDraft(folder);
+  }
   if (const auto lock = parts_.files.Lock(former.path())) folder.TakeFrom(former);
   if (const auto known = Known(path)) Learn(newPath, known->stamp, known->hash);
-  if (path != openPath_) return true;
-  openPath_ = newPath;
-  const std::string draft = draftPath_;
-  ClaimDraft(folder);
-  if (drafted && !draftPath_.empty()) parts_.files.Move(draft, draftPath_);
   return true;
+}
+
+/// Has the open library's draft in another folder; one that cannot be moved stays where it is.
+void LibraryKeeper::MoveDraft(VersionFolder& folder) {
+  FinishDraft();
+  const std::string former = draftPath_;
+  auto claim = std::move(draftClaim_);
+  const bool made = folder.Make();
+  ClaimDraft(folder);
+  if (!mayHaveDraft_ || (made && !draftPath_.empty() && parts_.files.Move(former, draftPath_))) return;
+  const auto left = parts_.files.Stamp(former);
+  if (left && !left->exists) return;
+  draftClaim_ = std::move(claim);
+  draftPath_ = former;
 }
 
 void LibraryKeeper::FindAbandonedDrafts() {
@@ -274,6 +288,7 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
     drafting_.join();
   }
   draftingDone_ = false;
+  mayHaveDraft_ = true;
   try {
     drafting_ = std::thread([this, folder = HistoryOf(openPath_), path = draftPath_,
                              text = std::move(bytes)]() mutable {
@@ -281,7 +296,7 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
         const std::string unfinished = path + ".tmp";
         if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
           draftFailed_ = true;
-      } catch (const std::exception&) {
+      } catch (...) {
         draftFailed_ = true;  // memory is short; the draft before stays
       }
       draftingDone_ = true;
@@ -292,15 +307,13 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
   return true;
 }
 
-/// Whether there may be a draft, which is not being written any more.
-bool LibraryKeeper::FinishDraft() {
-  if (!drafting_.joinable()) return false;
-  drafting_.join();
-  return true;
+void LibraryKeeper::FinishDraft() {
+  if (drafting_.joinable()) drafting_.join();
 }
 
 void LibraryKeeper::DropDraft() {
-  if (FinishDraft()) parts_.files.Remove(draftPath_);
+  FinishDraft();
+  if (std::exchange(mayHaveDraft_, false)) parts_.files.Remove(draftPath_);
 }
 
 bool LibraryKeeper::LookForOutsideChange() {

@@ -23,7 +23,7 @@ struct LibraryEvent {
     UnsavedFound,    ///< Changes that were never saved are the history's version of that time.
     ChangedOutside,  ///< Another program has changed the file of the open library.
     HistoryFailed,   ///< The history cannot be written. Told once.
-    Saved,           ///< A save came about after one that failed.
+    Saved,           ///< After a save that failed, memory and file are the same again.
   };
   Kind kind = Kind::SaveFailed;
   std::string path;  ///< The library's, as its store writes it.
@@ -96,7 +96,8 @@ class LibraryKeeper : public LibraryStore {
   void Recover(VersionFolder& folder, const std::string& path) const;
   void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path);
   void ClaimDraft(const VersionFolder& folder);
-  bool FinishDraft();
+  void MoveDraft(VersionFolder& folder);
+  void FinishDraft();
   std::optional<std::string> StorePathOf(const std::string& library) const;
   void Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const;
   std::optional<KnownContent> Known(const std::string& path) const;
@@ -107,6 +108,7 @@ class LibraryKeeper : public LibraryStore {
   bool pruneSaved_ = false;
   std::unique_ptr<Held> draftClaim_;
   std::string draftPath_;                   ///< Empty when none can be written.
+  bool mayHaveDraft_ = false;               ///< There may be a file of that path.
   std::thread drafting_;                    ///< Writes the last draft of the open library.
   std::atomic<bool> draftingDone_ = false;  ///< That has been written, or could not be.
   std::atomic<bool> draftFailed_ = false;

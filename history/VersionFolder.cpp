@@ -76,9 +76,11 @@ void VersionFolder::TakeFrom(VersionFolder& former) {
     const auto there = files_.Stamp(File(name));
     return there && !there->exists && files_.Move(former.File(name), File(name));
   };
-  bool all = !pending || !pending->exists || take(std::string(kPendingSave));
-  for (const Version& version : versions) all = take(FileNameOf(version)) && all;
-  if (!all) return;
+  if (!pending || pending->exists) take(std::string(kPendingSave));
+  for (const Version& version : versions) take(FileNameOf(version));
+  // What is left, a draft of another program perhaps, needs the label to be found.
+  const auto isLeft = [](const FileEntry& entry) { return entry.name != kLabel; };
+  if (std::ranges::any_of(files_.List(former.path()), isLeft)) return;
   files_.Remove(former.File(kLabel));
   files_.Remove(former.path());
 }
@@ -174,6 +176,7 @@ std::optional<Version> VersionFolder::KeepFile(std::string_view name, std::strin
   bool moved = false;
   const auto kept = Keep(bytes, hash ? *hash : ContentHash(bytes), tag, time,
                          [&](const std::string& file) { return moved = files_.Move(File(name), file); });
+  if (!kept) return std::nullopt;  // the file is the only copy
   return moved || files_.Remove(File(name)) ? kept : std::nullopt;
 }
 

@@ -42,7 +42,7 @@ class VersionFolder {
   bool Make();
   /// The library of a history's folder; nothing when that does not tell.
   static std::optional<std::string> LibraryOf(Files& files, const std::string& folder);
-  /// Takes over what the library had under its former name.
+  /// Takes over what the library had under its former name, but for drafts.
   void TakeFrom(VersionFolder& former);
 
   /// The newest first.

@@ -57,7 +57,7 @@ class FakeFiles : public Files {
   }
   bool Move(const std::string& from, const std::string& to) override {
     const std::lock_guard lock(mutex_);
-    if (!Does() || !bytes.contains(from) || Refuses(to)) return false;
+    if (!Does() || !bytes.contains(from) || Refuses(from) || Refuses(to)) return false;
     bytes[to] = std::exchange(bytes[from], {});
     changed[to] = changed[from];
     bytes.erase(from);
@@ -67,7 +67,10 @@ class FakeFiles : public Files {
     const std::lock_guard lock(mutex_);
     return Does() && bytes.erase(path) > 0;
   }
-  bool MakeFolder(const std::string&) override { return Does(); }
+  bool MakeFolder(const std::string&) override {
+    const std::lock_guard lock(mutex_);
+    return Does();
+  }
   std::vector<FileEntry> List(const std::string& folder) override {
     const std::lock_guard lock(mutex_);
     std::map<std::string, FileStamp> entries;
@@ -87,16 +90,18 @@ class FakeFiles : public Files {
 
  private:
   struct Hold_ : Held {
-    Hold_(std::set<std::string>& all, std::string own) : held(all), name(std::move(own)) {
-      held.insert(name);
+    Hold_(std::set<std::string>& all, std::string own) : held(all), name(std::move(own)) {}
+    ~Hold_() override {
+      const std::lock_guard lock(mutex_);
+      held.erase(name);
     }
-    ~Hold_() override { held.erase(name); }
     std::set<std::string>& held;
     std::string name;
   };
 
   std::unique_ptr<Held> Hold(const std::string& name) {
-    return held.contains(name) ? nullptr : std::make_unique<Hold_>(held, name);
+    const std::lock_guard lock(mutex_);
+    return held.insert(name).second ? std::make_unique<Hold_>(held, name) : nullptr;
   }
   static inline std::mutex mutex_;  ///< Drafts are written in the background.
 
