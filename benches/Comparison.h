@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -47,10 +48,16 @@ Comparison Compare(int runs, Measured&& measured, Reference&& reference) {
   return comparison;
 }
 
-/// One line of the report, for ./bench to lay out.
-void PrintRatio(const std::string& work, const Comparison& comparison, double limit);
+/// The most that a row may show, and why no more than that.
+struct Limit {
+  double most = 0;
+  const char* reason = "";
+};
 
-/// A single value that has a limit of its own; a negative limit stands for none.
-void PrintValue(const std::string& work, double value, double limit, const std::string& unit);
+// Each prints one line of the report, for ./bench to lay out. A row without a limit explains one that has
+// one.
+void PrintRatio(const std::string& work, const Comparison& comparison, const std::optional<Limit>& limit);
+void PrintValue(const std::string& work, double value, const std::optional<Limit>& limit,
+                const std::string& unit);
 
 }  // namespace snip::bench

@@ -137,8 +137,10 @@ void BenchHover() {
   }
   change(away, false);
   mostAtRest = std::max(mostAtRest, hovered.DrawnAfterMoveTo({away.x + 5, away.y}, false));
-  PrintValue("hover over the command bar: buttons drawn per change, at most", mostPerChange, 1, "");
-  PrintValue("the same while nothing changes", mostAtRest, 0, "");
+  PrintValue("hover over the command bar: buttons drawn per change, at most", mostPerChange,
+             Limit{1, "more would flicker"}, "");
+  PrintValue("the same while nothing changes", mostAtRest, Limit{0, "what does not change needs no work"},
+             "");
 }
 
 }  // namespace snip::bench

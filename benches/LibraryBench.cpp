@@ -30,11 +30,11 @@ namespace snip::bench {
 namespace {
 
 constexpr int kRuns = 21;
-constexpr double kReadLimit = 2.5;
-constexpr double kWriteLimit = 2;
-constexpr double kMergeLimit = 3;
-constexpr double kFindLimit = 3;
-constexpr double kSaveLimit = 2.5;
+constexpr Limit kReadLimit{2.5, "opening has to feel like reading the file"};
+constexpr Limit kWriteLimit{2, "saving has to feel like writing the file"};
+constexpr Limit kMergeLimit{3, "merging has to feel like copying the files"};
+constexpr Limit kFindLimit{3, "the list has to follow the typing"};
+constexpr Limit kSaveLimit{2.5, "a history may not make the user wait"};
 constexpr int kDraftedCount = 10000;
 constexpr double kPeakPerFile = 1.5;
 constexpr double kPeakFixedMb = 16;
@@ -142,7 +142,7 @@ int PrintPeakOfReading(const std::string& path) {
   Require(static_cast<bool>(status >> peakKb), "no peak memory");
   const double fileMb = static_cast<double>(File(path, O_RDONLY).Size()) / kMb;
   PrintValue("peak memory of reading, " + std::to_string(count) + " snippets", peakKb * 1024 / kMb,
-             kPeakPerFile * fileMb + kPeakFixedMb, "MB");
+             Limit{kPeakPerFile * fileMb + kPeakFixedMb, "a library is held once, not twice"}, "MB");
   return 0;
 }
 
@@ -242,7 +242,7 @@ void MeasureSave(const std::string& path, const std::vector<Snippet>& snippets, 
              Median({ProcessorMilliseconds([&] { WriteBns(snippets); }),
                      ProcessorMilliseconds([&] { WriteBns(snippets); }),
                      ProcessorMilliseconds([&] { WriteBns(snippets); })}),
-             -1, "ms");
+             {}, "ms");
 }
 
 void Measure(const std::string& program, const std::string& folder, int count) {

@@ -25,9 +25,9 @@ namespace snip::bench {
 namespace {
 
 constexpr int kRuns = 7;
-constexpr double kTimeLimit = 1.2;
+constexpr Limit kTimeLimit{1.2, "notepad is the smallest useful window"};
 constexpr int kLimitedSize = 10000;  ///< The limit is for a library of that many snippets.
-constexpr double kFilesInMemory = 2;
+constexpr double kOwnMb = 8;         ///< Beside notepad and the file.
 constexpr double kMb = 1 << 20;
 constexpr DWORD kPatienceMs = 60000;
 
@@ -142,11 +142,13 @@ void Measure(const std::string& executable, int count) {
       [&] { return start("notepad.exe", "\"" + folder.File("empty.txt") + "\"", notepadMemory); });
   const std::string suffix = ", " + std::to_string(count) + " snippets";
   const bool limited = count == kLimitedSize;
-  PrintRatio("start to a visible, idle window" + suffix, starting, limited ? kTimeLimit : -1);
+  PrintRatio("start to a visible, idle window" + suffix, starting,
+             limited ? std::optional(kTimeLimit) : std::nullopt);
   PrintValue("working set then" + suffix, Median(memory),
-             !limited ? -1 : Median(notepadMemory) + kFilesInMemory * static_cast<double>(bytes.size()) / kMb,
+             Limit{Median(notepadMemory) + static_cast<double>(bytes.size()) / kMb + kOwnMb,
+                   "the file is held once, the window takes what notepad does"},
              "MB");
-  PrintValue("notepad's working set", Median(notepadMemory), -1, "MB");
+  PrintValue("notepad's working set", Median(notepadMemory), {}, "MB");
 }
 
 /// The memory that the palette takes for the libraries that it searches, and what it keeps of it.
@@ -180,8 +182,10 @@ void MeasurePalette(const std::string& executable) {
   }
   program.Close();
   const std::string suffix = ", " + std::to_string(kPaletteSnippets) + " snippets in four libraries";
-  PrintValue("memory that the palette takes" + suffix, open, kPaletteTakes * filesMb, "MB");
-  PrintValue("the same within a minute after closing it", closed, kPaletteKeeps * filesMb, "MB");
+  PrintValue("memory that the palette takes" + suffix, open,
+             Limit{kPaletteTakes * filesMb, "each file is held once"}, "MB");
+  PrintValue("the same within a minute after closing it", closed,
+             Limit{kPaletteKeeps * filesMb, "what is not used is given back"}, "MB");
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace snip::bench {
 namespace {
 
 constexpr int kRuns = 9;
-constexpr double kLimit = 1.1;
+constexpr Limit kLimit{1.1, "a held key must not queue up"};
 constexpr int kSnippets = 1000;
 /// One walk in pieces, each beside its reference; with the first, which does not count, they are the whole.
 constexpr int kPiece = kSnippets / (kRuns + 1);

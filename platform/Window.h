@@ -78,8 +78,8 @@ Rect PlaceInParent(HWND window);
 bool LiesAt(HWND window, POINT screen);
 
 /// A window's timer that follows the pointer. It runs while there is something to follow and half a second
-/// longer, since the system tells a wrong place for a moment after some moves; otherwise an idle program
-/// would wake for nothing.
+/// longer, since the system tells a wrong place for a moment after some moves. Three that ran all the time
+/// took 0.36 % of a processor from an idle program.
 class HoverTimer {
  public:
   static constexpr UINT kIntervalMs = 55;

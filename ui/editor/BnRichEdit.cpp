@@ -297,8 +297,8 @@ void BnRichEdit::ShowPart(std::u16string_view characters, std::size_t firstLine,
                  {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}, scope),
            whole ? SF_RTF : SF_RTF | SFF_SELECTION);
   constexpr double halfPoints = 2;
+  // RTF has half points only. To set the size of each part takes as long as filling it in.
   if (std::floor(font_.Size * halfPoints) == font_.Size * halfPoints) return;
-  // RTF has half points only.
   if (!whole) SelectIn(control_, {static_cast<LONG>(start), static_cast<LONG>(end)});
   SetRichEditSize(control_, font_, whole ? SCF_ALL : SCF_SELECTION);
 }

@@ -135,7 +135,8 @@ void frmFind::MakeControls() {
                         font_.get());
 }
 
-/// The preview is made when there is something to show in it: the list is seen first, a quarter sooner.
+/// The preview is made when there is something to show in it: the list is seen sooner, after a quarter fewer
+/// requests to Wine's server.
 void frmFind::MakePreview() {
   preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont());
   preview_.SetLocked(true);
