@@ -213,7 +213,13 @@ void frmHistory::TakeFound() {
   KillTimer(hWnd(), kLookTimer);
   if (!std::exchange(looking_, false)) return;
   SetRow(0, TextOfDeletedRow());
-  if (ShowsDeleted()) ShowRows();
+  if (!ShowsDeleted()) return;
+  // The user may have chosen one already; more come only at the end.
+  const LRESULT chosen = Send(kSnippetsId, LB_GETCURSEL);
+  ShowRows();
+  if (chosen <= 0) return;
+  Send(kSnippetsId, LB_SETCURSEL, static_cast<WPARAM>(chosen));
+  SnippetChosen();
 }
 
 std::optional<std::size_t> frmHistory::SelectedEntry() const {
@@ -323,6 +329,8 @@ void frmHistory::EnableButtons() {
 // --- Ways back --------------------------------------------------------------------------------------------
 
 void frmHistory::PutSnippetBack() {
+  // What it would take the place of is another one perhaps.
+  if (source_.Changes() != changes_) return Reload();
   const Snippet* const snippet = ChosenSnippet();
   if (snippet == nullptr || !source_.CanPutBack()) return;
   source_.PutBack(*snippet, ChosenPlaceNow());
