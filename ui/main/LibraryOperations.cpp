@@ -311,7 +311,7 @@ bool LibraryOperations::SaveCurFile() {
 
 void LibraryOperations::LoadAgain(const std::string& path) {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
-  if (!KeepUnsaved() && (!library_.Saved || saveFailed_)) return;  // that the history failed is told
+  if (!KeepUnsaved() && HasUnsaved()) return;  // that the history failed is told
   OpenBNSFile(path);
 }
 
@@ -323,7 +323,7 @@ void LibraryOperations::OpenInstead(std::vector<Snippet> snippets) {
 }
 
 void LibraryOperations::Leave() {
-  if (library_.LibraryName.empty() || (library_.Saved && !saveFailed_)) return;
+  if (library_.LibraryName.empty() || !HasUnsaved()) return;
   KeepUnsaved();
   saveFailed_ = false;
 }

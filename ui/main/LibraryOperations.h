@@ -61,6 +61,8 @@ class LibraryOperations {
   void LoadAgain(const std::string& path);
   /// Opens the chosen library, whose file holds none, with these snippets instead, which are not saved yet.
   void OpenInstead(std::vector<Snippet> snippets);
+  /// Whether memory may hold what the file does not, also after a failed save, which counts as one.
+  bool HasUnsaved() const { return !library_.Saved || saveFailed_; }
   /// Hands changes that are in no file to the store before the library is left.
   void Leave();
   /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:

@@ -35,7 +35,7 @@ void LibraryWatch::Unload() {
   folderChange_.Reset();
   watched_.clear();
   draftTimer_.Done();
-  if (parts_.keeper != nullptr && parts_.library.Saved) parts_.keeper->DropDraft();
+  if (parts_.keeper != nullptr && !parts_.operations.HasUnsaved()) parts_.keeper->DropDraft();
 }
 
 void LibraryWatch::Tick() {
@@ -63,7 +63,7 @@ void LibraryWatch::Tick() {
 
 void LibraryWatch::Draft() {
   if (!parts_.editing.TakeShownCode()) return;
-  if (parts_.library.Saved || parts_.library.LibraryName.empty()) return draftTimer_.Done();
+  if (!parts_.operations.HasUnsaved() || parts_.library.LibraryName.empty()) return draftTimer_.Done();
   try {
     if (parts_.keeper->WriteDraft(WriteBns(parts_.library.Snippets))) draftTimer_.Done();
   } catch (const std::exception&) {
@@ -89,6 +89,7 @@ void LibraryWatch::WatchFolder() {
     folderChange_.Reset(FindFirstChangeNotificationA(
         folder.c_str(), FALSE,
         FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
+    looking_ = true;  // it may have changed since it was read
   }
   if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
     looking_ = true;
