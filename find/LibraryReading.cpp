@@ -92,7 +92,7 @@ void LibraryReading::Refresh(LibraryAsRead& file, unsigned int order) {
 }
 
 SearchedLibraryPtr LibraryReading::ReadOne(const NamedLibrary& file, std::size_t bytes, unsigned int order) {
-  const std::unique_ptr<ByteSource> opened = store_.Open(file.path);
+  const std::unique_ptr<ByteSource> opened = store_.OpenToSearch(file.path);
   if (opened == nullptr) return nullptr;
   Interruptible source(*opened, [this, order] {
     const std::lock_guard lock(mutex_);

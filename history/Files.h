@@ -35,7 +35,8 @@ class Files {
       : patience_(std::move(patience)) {}
   virtual ~Files() = default;
 
-  /// As long as the result lives, all calls together wait for other programs no longer than that.
+  /// As long as the result lives, all calls of this thread together wait for other programs no longer than
+  /// that.
   Patience::Limit LimitWaits(Patience::Duration all) { return {*patience_, all}; }
 
   /// Nothing when it cannot be told whether there is such a file.

@@ -144,7 +144,6 @@ std::unique_ptr<ByteSource> LibraryKeeper::Open(const std::string& path) const {
 }
 
 bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
-  const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   std::string all;
   try {
     all = bytes.ReadRest();
@@ -152,27 +151,44 @@ bool LibraryKeeper::Replace(const std::string& path, ByteSource&& bytes) {
     if (!bytes.Rewind()) throw;
     return parts_.folder.Replace(path, std::move(bytes));
   }
-  // It is kept, since it remembers what its versions hold.
-  if (!saved_ || saved_->library() != parts_.pathForFiles(path))
-    saved_ = std::make_unique<VersionFolder>(HistoryOf(path));
-  VersionFolder& folder = *saved_;
-  std::optional<KnownContent> known = Known(path);
-  const SaveOutcome outcome = SaveSafely(
-      parts_.files, folder, all,
-      [&](std::string_view piece) { return parts_.folder.Replace(path, BytesInMemory(piece)); }, &known);
-  pruneSaved_ = true;
+  const SaveOutcome outcome = SaveWithHistory(path, all);
   if (!outcome.written) {
-    // What is left of the file is no change by another program.
-    const auto stamp = parts_.files.Stamp(folder.library());
-    const auto left = parts_.files.Read(folder.library());
-    if (stamp && left) Learn(path, *stamp, ContentHash(*left));
     failedSave_ = path;
     Tell({LibraryEvent::Kind::SaveFailed, path});
     return false;
   }
-  if (known) Learn(path, known->stamp, known->hash);
   if (!outcome.kept) Tell({LibraryEvent::Kind::HistoryFailed, path});
   return true;
+}
+
+SaveOutcome LibraryKeeper::SaveWithHistory(const std::string& path, std::string_view bytes) {
+  const auto write = [&](std::string_view piece) {
+    return parts_.folder.Replace(path, BytesInMemory(piece));
+  };
+  try {
+    // It is kept, since it remembers what its versions hold.
+    if (!saved_ || saved_->library() != parts_.pathForFiles(path))
+      saved_ = std::make_unique<VersionFolder>(HistoryOf(path));
+    std::optional<KnownContent> known = Known(path);
+    const SaveOutcome outcome = SaveSafely(parts_.files, *saved_, bytes, write, &known, kWaitOfASave / 2);
+    pruneSaved_ = true;
+    if (known) Learn(path, known->stamp, known->hash);
+    return outcome;
+  } catch (const std::bad_alloc&) {
+    // The history reads whole files; the library can be saved without.
+    const bool written = write(bytes);
+    if (const auto stamp = parts_.files.Stamp(parts_.pathForFiles(path)); written && stamp)
+      Learn(path, *stamp, ContentHash(bytes));
+    return {.written = written};
+  }
+}
+
+bool LibraryKeeper::Create(const std::string& path, ByteSource&& bytes) {
+  return parts_.folder.Replace(path, std::move(bytes));
+}
+
+std::unique_ptr<ByteSource> LibraryKeeper::OpenToSearch(const std::string& path) const {
+  return parts_.folder.Open(path);
 }
 
 void LibraryKeeper::Prune() {

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -57,7 +58,10 @@ class LibraryKeeper : public LibraryStore {
   bool Exists(const std::string& path) const override { return parts_.folder.Exists(path); }
   std::optional<FileStamp> Stamp(const std::string& path) const override { return parts_.folder.Stamp(path); }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override;
+  std::unique_ptr<ByteSource> OpenToSearch(const std::string& path) const override;
   bool Replace(const std::string& path, ByteSource&& bytes) override;
+  /// Begins no history: a library that could not be made must not be made by the next start.
+  bool Create(const std::string& path, ByteSource&& bytes) override;
   /// The history goes along.
   bool Rename(const std::string& path, const std::string& newPath) override;
   void OpenedOrSaved(const std::string& path) override;
@@ -94,6 +98,7 @@ class LibraryKeeper : public LibraryStore {
 
   void Tell(LibraryEvent event) const;
   void Recover(VersionFolder& folder, const std::string& path) const;
+  SaveOutcome SaveWithHistory(const std::string& path, std::string_view bytes);
   void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path);
   void ClaimDraft(const VersionFolder& folder);
   void MoveDraft(VersionFolder& folder);

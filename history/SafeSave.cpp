@@ -38,23 +38,36 @@ bool IsWholeLibrary(std::string_view bytes) {
 }
 
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
-                       std::optional<KnownContent>* known) {
+                       std::optional<KnownContent>* known, Patience::Duration wait) {
   SaveOutcome outcome;
   HashInBackground hash(bytes);  // while the disk is waited for
-  const bool made = folder.Make();
-  const auto lock = made ? files.Lock(folder.path()) : nullptr;
-  const bool oldKept = made && KeepOldFile(files, folder, known);
-  // An earlier pending save is only replaced by a whole one.
-  const bool pending = made && files.Write(folder.File(kUnfinished), bytes) &&
-                       files.Move(folder.File(kUnfinished), folder.File(kPendingSave));
+  std::unique_ptr<Held> lock;
+  bool made = false, oldKept = false, pending = false;
+  {
+    const Patience::Limit waits = files.LimitWaits(wait);
+    made = folder.Make();
+    if (made) lock = files.Lock(folder.path());
+    oldKept = made && KeepOldFile(files, folder, known);
+    // Without the lock it is another program's. An earlier one is only replaced by a whole one.
+    pending = lock && files.Write(folder.File(kUnfinished), bytes) &&
+              files.Move(folder.File(kUnfinished), folder.File(kPendingSave));
+  }
+  const Patience::Limit waits = files.LimitWaits(wait);
   const bool done = write(bytes);
   const auto stamp = files.Stamp(folder.library());
   outcome.written = files.Holds(folder.library(), bytes).value_or(done);
-  if (!outcome.written) return outcome;
+  if (!outcome.written) {
+    const auto left = known != nullptr && stamp ? files.Read(folder.library()) : std::nullopt;
+    if (left) *known = KnownContent{*stamp, ContentHash(*left)};
+    return outcome;
+  }
   if (known != nullptr) *known = KnownContent{stamp.value_or(FileStamp{}), hash.Wait()};
-  const auto kept = pending
-                        ? folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash.Wait())
-                        : std::nullopt;
+  std::optional<Version> kept;
+  if (pending) {
+    kept = folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash.Wait());
+  } else if (made && !lock) {
+    kept = folder.Keep(bytes, VersionTag::Saved);
+  }
   outcome.kept = kept && oldKept;
   return outcome;
 }

@@ -34,10 +34,12 @@ struct SaveOutcome {
 };
 
 /// Saves under a lock that orders several programs. `known` is what this program knows of the file, and is
-/// told the new contents; null for a program that has not read the file before. What is beyond the limits
-/// stays for now.
+/// told the new contents, also those that a failed save left; null for a program that has not read the file
+/// before. What is beyond the limits stays for now. Waits for other programs no longer than `wait` before the
+/// library is written, and as long again from then on.
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
-                       std::optional<KnownContent>* known);
+                       std::optional<KnownContent>* known,
+                       Patience::Duration wait = Patience::Duration::max());
 
 struct Recovery {
   enum class Kind {

@@ -150,7 +150,8 @@ std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t
   const std::vector<Version> versions = Versions();
   const Kept kept = Find(versions, bytes, hash);
   if (kept.newest || (kept.version && tag != VersionTag::Saved)) return kept.version;
-  const UtcTime came = time.value_or(files_.Now());
+  const UtcTime now = files_.Now();
+  const UtcTime came = std::min(time.value_or(now), now);  // a file's time may be any
   Version version{.time = came, .tag = tag, .size = bytes.size(), .written = came};
   if (!versions.empty()) {
     version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "library/ByteSource.h"
@@ -24,8 +25,12 @@ class LibraryStore {
   virtual std::optional<FileStamp> Stamp(const std::string& path) const = 0;
   /// A file's bytes, or null when it cannot be read.
   virtual std::unique_ptr<ByteSource> Open(const std::string& path) const = 0;
+  /// The same for one that is only looked through, perhaps not to its end.
+  virtual std::unique_ptr<ByteSource> OpenToSearch(const std::string& path) const { return Open(path); }
   /// Deletes what is at `path` and writes the bytes there; tells whether all of them are there.
   virtual bool Replace(const std::string& path, ByteSource&& bytes) = 0;
+  /// The same for a new library, of which nothing is wanted when it cannot be written.
+  virtual bool Create(const std::string& path, ByteSource&& bytes) { return Replace(path, std::move(bytes)); }
   /// False, and nothing is changed, when there is a file of the new name already or the system refuses.
   virtual bool Rename(const std::string& path, const std::string& newPath) = 0;
 

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <set>
 #include <string>
 #include <vector>
@@ -26,7 +27,8 @@ class FakeFiles : public Files {
   std::map<std::string, std::string> bytes;
   std::map<std::string, std::int64_t> changed;
   std::set<std::string> held;
-  std::set<std::string> busy;  ///< Another program has these open.
+  std::set<std::string> busy;      ///< Another program has these open.
+  std::set<std::string> tooLarge;  ///< To be read.
   Patience::Duration waited{};
   UtcTime now = std::chrono::sys_days(std::chrono::year(2026) / 7 / 9) + std::chrono::hours(14);
   int calls = 0;  ///< That change something.
@@ -40,6 +42,7 @@ class FakeFiles : public Files {
   }
   std::optional<std::string> Read(const std::string& path) override {
     const std::lock_guard lock(mutex_);
+    if (tooLarge.contains(path)) throw std::bad_alloc();
     if (Refuses(path)) return std::nullopt;
     const auto file = bytes.find(path);
     return file == bytes.end() ? std::nullopt : std::optional(file->second);

@@ -353,10 +353,33 @@ TEST_F(HistoryTest, ASaveWaitsForOtherProgramsOnceNotAtEveryStep) {
   const std::string history = keeper->HistoryOf(kLib).path();
   files.Write(kLib, Text(3));
   files.busy = {kLib, Pending(), history + "/pending.tmp", history + "/version.tmp"};
+  std::unique_ptr<Patience::Limit> ofAnotherThread;
+  std::thread([&] { ofAnotherThread.reset(new Patience::Limit(files.LimitWaits(0ms))); }).join();
   EXPECT_FALSE(Save(Text(4)));
   EXPECT_EQ(files.waited, 1400ms);
   EXPECT_FALSE(keeper->ThrownAway(BytesInMemory(Text(4))));
   EXPECT_EQ(files.waited, 2800ms);
+
+  files.busy = {history + "/version.tmp", history + "/pending.tmp"};
+  files.waited = 0ms;
+  ASSERT_TRUE(Save(Text(5)));
+  EXPECT_EQ(files.waited, 700ms) << "the history leaves some for the library";
+  files.busy.clear();
+  files.bytes[Pending()] = Text(6);
+  const auto lock = files.Lock(history);  // of a program in the middle of a save
+  ASSERT_TRUE(Save(Text(7)));
+  EXPECT_TRUE(files.bytes.at(Pending()) == Text(6) && Keeps(Text(7)));
+  files.Write(kLib, Text(8));
+  files.tooLarge = {kLib};
+  ASSERT_TRUE(Save(Text(9)));
+  EXPECT_EQ(File(), Text(9));
+  files.tooLarge.clear();
+  Look();
+  EXPECT_EQ(Events(), (std::vector{Kind::SaveFailed, Kind::HistoryFailed, Kind::Saved}));
+  files.failFrom = 0;
+  EXPECT_FALSE(keeper->Create("/lib/Refused.bns", BytesInMemory(Text(1))));
+  Start();
+  EXPECT_NE(files.bytes["/lib/Refused.bns"], Text(1));
 }
 
 TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
@@ -392,6 +415,9 @@ TEST_F(HistoryTest, TheNewestAndTheFirstOfEachDayAreKeptWithinTheRoom) {
   keep(start + 1h);
   keep(start + 24h);
   EXPECT_EQ(left(), (std::vector{24, 1, 0, 74}));
+  history.Keep(Text(30), VersionTag::Unsaved, files.now + 24h * 365 * 9000);
+  EXPECT_EQ(left(), (std::vector{24, 24, 1, 0, 74})) << "a file's time may be any";
+  files.Remove(history.File(FileNameOf(history.Versions().front())));
   history.Prune({.versions = 1, .days = 2});
   EXPECT_EQ(left(), (std::vector{24, 0}));
   history.Keep(Text(13), VersionTag::Saved);  // equal contents are kept once

@@ -39,7 +39,7 @@ bool LibraryNaming::Create(const std::string& name) {
   std::string refusal;
   if (name == kBrowseEntry || store_.Exists(path)) {
     refusal = "This file already exists. Please choose another name.";
-  } else if (!store_.Replace(path, BytesInMemory(newLibrary))) {
+  } else if (!store_.Create(path, BytesInMemory(newLibrary))) {
     refusal = "A file of this name cannot be made. Please choose another name.";
   }
   if (refusal.empty()) return true;
