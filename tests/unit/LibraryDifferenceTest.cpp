@@ -116,18 +116,29 @@ TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
 }
 
 TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibraryHasNoMore) {
-  const std::vector<Snippet> versions[] = {LibraryOf("a=1,b=2,c=3"), LibraryOf("d=4,b=1"), LibraryOf("a=")};
+  const std::vector<Snippet> versions[] = {
+      LibraryOf("a=1,b=2,c=3"), LibraryOf("d=4,b=1"), LibraryOf("a="), {}, LibraryOf("e=5")};
   HistoryReader reader;
   const auto begin = [&](std::size_t count, const char* now) {
     std::vector<Version> named(count);
     for (std::size_t i = 0; i < count; ++i) named[i].size = i;
     reader.Begin(
-        named, [&](const Version& version) { return WriteBns(versions[version.size]); }, LibraryOf(now));
+        named,
+        [&](const Version& version) {
+          const auto& snippets = versions[version.size];
+          return snippets.empty() ? std::nullopt : std::optional(WriteBns(snippets));
+        },
+        LibraryOf(now));
   };
   begin(2, "z=1");  // another takes its place
   reader.Compare(0, {});
-  begin(3, "a=1");
-  reader.Compare(1, std::chrono::hours(1));
+  begin(5, "a=1");
+  reader.Compare(3, std::chrono::seconds(10));
+  const auto unreadable = reader.Take();
+  ASSERT_TRUE(unreadable.compared);
+  EXPECT_FALSE(unreadable.compared->readable);
+  begin(5, "a=1");
+  reader.Compare(1, std::chrono::seconds(10));
   std::string rows, deleted, changes;
   for (HistoryReader::Found found; !found.all;) {
     found = reader.Take();
@@ -138,7 +149,7 @@ TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibr
     for (const SnippetRow& row : found.compared->rows) rows += row.text + " ";
   }
   EXPECT_EQ(rows, "+ d ~ b: now \"a\" ");
-  EXPECT_EQ(deleted, "b0 c0 d1 ");
+  EXPECT_EQ(deleted, "b0 c0 d1 e4 ");
   EXPECT_EQ(changes, "0+2 -1 ~1 1+2 -1 ");
 
   const Snippet now{"a", "", "1\r\n' 2 _\r\n3", "d"}, then{"a", "", "1\r\n3", "e"};

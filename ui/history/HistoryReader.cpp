@@ -41,13 +41,19 @@ void HistoryReader::Compare(std::size_t version, std::chrono::milliseconds wait)
   wanted_ = version;
   found_.compared.reset();
   changed_.notify_one();
-  if (thread_.joinable()) compared_.wait_for(lock, wait, [this] { return found_.compared.has_value(); });
+  if (thread_.joinable()) {
+    compared_.wait_for(lock, wait, [this] { return found_.compared.has_value(); });
+  } else {
+    wanted_.reset();
+    found_.compared = Compared{.version = version, .readable = false};
+  }
 }
 
 HistoryReader::Found HistoryReader::Take() {
   const std::lock_guard lock(mutex_);
   Found found = std::exchange(found_, {});
-  found.all = !wanted_ && !working_ && (!library_ || looked_ == library_->versions.size());
+  found.all =
+      !thread_.joinable() || (!wanted_ && !working_ && (!library_ || looked_ == library_->versions.size()));
   return found;
 }
 
@@ -71,33 +77,39 @@ void HistoryReader::Tell(const Task& task, Add add) {
 
 void HistoryReader::Work() {
   std::shared_ptr<const Library> library;
-  std::vector<Snippet> newer;  // than the version that is looked at
+  std::optional<std::vector<Snippet>> newer;  // than the version that is looked at, if that could be read
   DeletedSnippets deleted;
   while (const auto task = Next()) {
     if (std::exchange(library, task->library) != task->library) {
-      newer = {};
+      newer.reset();
       deleted = {};
     }
-    std::vector<Snippet> snippets;
+    std::optional<std::vector<Snippet>> snippets;
     try {
       const auto bytes = library->read(library->versions.at(task->version));
       if (bytes) snippets = SnippetsIn(*bytes);
       if (task->compares) {
-        auto rows = DifferingSnippets(library->now, snippets);
-        Tell(*task, [&] { found_.compared = {task->version, std::move(snippets), std::move(rows)}; });
+        Compared compared{.version = task->version, .readable = snippets.has_value()};
+        if (snippets) {
+          compared.rows = DifferingSnippets(library->now, *snippets);
+          compared.snippets = std::move(*snippets);
+        }
+        Tell(*task, [&] { found_.compared = std::move(compared); });
         compared_.notify_one();
         continue;
       }
-      std::vector<DeletedSnippets::Row> rows = deleted.Add(task->version, snippets, library->now);
-      std::string changes = task->version == 0 ? std::string() : TextOf(CountChanges(snippets, newer));
+      std::vector<DeletedSnippets::Row> rows;
+      std::string changes;
+      if (snippets) rows = deleted.Add(task->version, *snippets, library->now);
+      if (snippets && newer) changes = TextOf(CountChanges(*snippets, *newer));
       Tell(*task, [&] {
         std::ranges::move(rows, std::back_inserter(found_.deleted));
-        if (task->version > 0) found_.changes.emplace_back(task->version - 1, std::move(changes));
+        if (!changes.empty()) found_.changes.emplace_back(task->version - 1, std::move(changes));
       });
     } catch (const std::exception&) {
-      snippets.clear();  // memory is short: shown as one without snippets
+      snippets.reset();  // memory is short: as one that cannot be read
     }
-    newer = std::move(snippets);
+    if (!task->compares) newer = std::move(snippets);
   }
 }
 

@@ -25,8 +25,9 @@ class HistoryReader {
   /// A version beside the library as it is now.
   struct Compared {
     std::size_t version = 0;
-    std::vector<Snippet> snippets;
-    std::vector<SnippetRow> rows;
+    std::vector<Snippet> snippets{};
+    std::vector<SnippetRow> rows{};
+    bool readable = true;
   };
   /// What has been found out since it was asked last.
   struct Found {
@@ -45,7 +46,8 @@ class HistoryReader {
   /// Looks through these, the newest first, in place of what was looked through before. `read` is called in
   /// the second thread. False if the system gives no thread.
   bool Begin(std::vector<Version> versions, ReadVersion read, std::vector<Snippet> now);
-  /// Compares this one next, in place of one that was to be, and waits a moment for it.
+  /// Compares this one next, in place of one that was to be, and waits a moment for it. Without the second
+  /// thread it counts as one that cannot be read.
   void Compare(std::size_t version, std::chrono::milliseconds wait);
   Found Take();
 

@@ -151,15 +151,18 @@ void frmHistory::Reload() {
   const std::string kept =
       selected && name == name_ ? FileNameOf(entries_[*selected].version) : std::string();
   wanted_ = kept.empty() ? std::string() : SelectedText(kSnippetsId);
+  std::vector<Entry> entries;
+  for (const Version& version : versions) entries.push_back({.version = version});
+  HistoryReader::ReadVersion read = source_.Reading();
+  const std::span<const Snippet> now = source_.Now();
+  // When memory is short, all stays as it was.
+  looking_ = reader_.Begin(std::move(versions), read, {now.begin(), now.end()});
+  SetWindowTextA(hWnd(), ("History of '" + name + "'").c_str());
   name_ = name;
   changes_ = source_.Changes();
-  SetWindowTextA(hWnd(), ("History of '" + name + "'").c_str());
-  entries_.clear();
-  for (const Version& version : versions) entries_.push_back({.version = version});
-  read_ = source_.Reading();
+  entries_ = std::move(entries);
+  read_ = std::move(read);
   deleted_.clear();
-  const std::span<const Snippet> now = source_.Now();
-  looking_ = reader_.Begin(std::move(versions), read_, {now.begin(), now.end()});
   Send(kVersionsId, WM_SETREDRAW, FALSE);
   Send(kVersionsId, LB_RESETCONTENT);
   Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
@@ -299,7 +302,11 @@ void frmHistory::SnippetChosen() {
   const auto place = ChosenPlaceNow();
   const Snippet* const now = place ? &source_.Now()[*place] : nullptr;
   lines_ = now == nullptr && then == nullptr ? std::vector<DifferenceLine>() : DifferingLines(now, then);
-  if (compared_ && compared_->rows.empty()) lines_ = {{.mark = '=', .text = "The library is the same now."}};
+  if (compared_ && compared_->rows.empty()) {
+    lines_ = {
+        {.mark = '=',
+         .text = compared_->readable ? "The library is the same now." : "This version cannot be read."}};
+  }
   Send(kLinesId, WM_SETREDRAW, FALSE);
   Send(kLinesId, LB_RESETCONTENT);
   std::size_t longest = 0;
