@@ -37,7 +37,7 @@ struct LibraryEvent {
 /// folder does it; before and after that versions are kept and interrupted saves completed. When the history
 /// fails, the folder works as without it.
 ///
-/// Libraries may be opened in another thread; all else belongs to the window's.
+/// Libraries may be opened, and versions read, in another thread; all else belongs to the window's.
 class LibraryKeeper : public LibraryStore {
  public:
   struct Parts {

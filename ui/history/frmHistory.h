@@ -34,7 +34,7 @@ class HistorySource {
   virtual unsigned Changes() const = 0;
   virtual bool CanPutBack() const = 0;
   virtual bool CanPutAllBack() const = 0;
-  /// Puts a snippet in the place of one of the library, or, without that, where it belongs.
+  /// Puts a snippet in the place of one of the library, or of one of its name, or else at the end.
   virtual void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) = 0;
   virtual void PutAllBack(std::vector<Snippet> snippets) = 0;
   virtual void Tell(const std::string& text) = 0;
