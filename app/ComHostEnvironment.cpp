@@ -128,9 +128,10 @@ ComHostEnvironment::ComHostEnvironment(const host::VBE& root, std::function<bool
 // themselves.
 
 std::unique_ptr<HostCodePane> ComHostEnvironment::ActiveCodePane() {
-  host::CodePane pane = root_.ActiveCodePane();
+  host::VBE root = root_.Share();
+  host::CodePane pane = root.ActiveCodePane();
   if (!pane.exists()) return nullptr;
-  return std::make_unique<ComCodePane>(root_.Share(), std::move(pane), ComCodePane::Of::AnyModule);
+  return std::make_unique<ComCodePane>(std::move(root), std::move(pane), ComCodePane::Of::AnyModule);
 }
 
 std::string ComHostEnvironment::ProjectName() {
