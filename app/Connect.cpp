@@ -63,7 +63,9 @@ void Connect::Hide() {
 
 void Connect::Detach() {
   if (!session_) return;
-  detached_ = EndSession();
+  const std::shared_ptr<Session> session = EndSession();
+  if (!watch_) return;  // the environment was found gone during that, and the window has been unloaded
+  detached_ = session;
   KeepForWindow();
   watch_->PostUnload();
 }
@@ -84,10 +86,10 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
   return GuardedMethod([&] {
     Disconnect();
     if (VBInst == nullptr) return;
+    if (!connection_) connection_.emplace(life_);
+    watch_.reset(new ConnectionWindow(*this));  // every session has one
     const auto session = std::make_shared<Session>(*this, VBInst);
     session_ = session;
-    if (!connection_) connection_.emplace(life_);
-    watch_.reset(new ConnectionWindow(*this));
     WatchHost(*session);
     if (session->over()) return;
     if (ConnectMode == kExternal) {
