@@ -38,6 +38,7 @@ struct FakeHost : HostEnvironment {
   Calls& calls;
   std::vector<std::string> lines{"Option Explicit", "  Sub Proc()", "    one", "", "      two", "  End Sub"};
   std::optional<HostSelection> selection;
+  std::string module = "Module1";
   std::vector<std::string> failing;  ///< The starts of calls that fail.
   bool gone = false;                 ///< How they fail.
   bool reallyGone = false;
@@ -70,7 +71,7 @@ struct FakePane : HostCodePane {
   }
   std::string ProcedureAt(int at) override { return at > 1 ? "Proc" : ""; }
   std::string ProcedureCodeAt(int at) override { return at > 1 ? "\r\n  Sub Proc()\r\n  End Sub" : ""; }
-  std::string ModuleName() override { return "Module1"; }
+  std::string ModuleName() override { return host.module; }
 
   FakeHost& host;
   int line;
@@ -183,7 +184,7 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
       {"<<selection>>x", caret, {"pane", "selection", "insert 3     x"}},
       {"no field", lines, {"pane", "selection", "insert 3     no field"}},
   };
-  bool typing = false;
+  std::function<void()> during = [] {};
   const FieldServices services{.ask =
                                    [&](const std::vector<CodeField>& fields, const auto& preview) {
                                      FieldTexts texts;
@@ -192,7 +193,7 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
                                        texts[field.name] = "[" + field.name + "]";
                                      }
                                      EXPECT_EQ(preview(texts).find("<<"), std::string::npos);
-                                     if (typing) ++host.selection->startLine;
+                                     during();
                                      return cancels ? std::nullopt : std::optional(texts);
                                    },
                                .today = [] { return "today"; },
@@ -208,17 +209,23 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
       Calls expected = row.calls;
       const bool asks = expected.size() > 2 && expected[2].starts_with("ask");
       if (cancelled && asks) expected.resize(3);
-      if (!cancelled && asks) expected.insert(expected.begin() + 3, "selection");
+      if (!cancelled && asks) expected.insert(expected.begin() + 3, {"pane", "selection"});
       EXPECT_EQ(calls, expected) << row.code;
     }
   }
   view.code = "<<x>>";
-  typing = true;
-  output.PasteFitted(services);
-  EXPECT_EQ(calls.back(),
-            "64 [Brennic Snipstore 2.x] The code window has changed in the meantime. Please try again.");
+  FakeHost other{calls};
+  for (const std::function<void()>& change : std::initializer_list<std::function<void()>>{
+           [&] { ++host.selection->startLine; }, [&] { host.module += "x"; },
+           [&] { output.SetHost(&other); }, [&] { output.SetHost(nullptr); }}) {
+    calls.clear();
+    during = change;
+    output.PasteFitted(services);
+    EXPECT_EQ(calls.back(), output.connected() ? "64 [Brennic Snipstore 2.x] The code window has changed in "
+                                                 "the meantime. Please try again."
+                                               : "ask x");
+  }
   calls.clear();
-  output.SetHost(nullptr);
   view.code = "<<module>><<x>> <<date>>";
   output.PasteFitted(services);
   EXPECT_EQ(calls, (Calls{"ask x", "copy [x] today"})) << "without an environment";

@@ -29,6 +29,22 @@ std::unique_ptr<HostCodePane> ActiveCodePane(HostEnvironment& host) {
   throw HostError("No code pane is currently active.");
 }
 
+/// Where fitted code goes.
+struct FittedTarget {
+  FittedTarget(HostEnvironment& host, const std::string& code, const FieldTexts& known)
+      : pane(ActiveCodePane(host)), place(PlaceFor(host, *pane, code)) {
+    place.answers.insert(known.begin(), known.end());
+  }
+
+  std::unique_ptr<HostCodePane> pane;
+  PastePlace place;
+};
+
+/// What tells whether the active code window is still the same, with as many lines.
+std::pair<std::string, int> MarksOf(HostCodePane& pane) {
+  return {pane.ModuleName(), pane.LineCount()};
+}
+
 /// Why the environment refused something that the rest does not depend on; nothing when it did it.
 template <class Function>
 std::string RefusalOf(const Function& request) {
@@ -116,8 +132,8 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
   if (!shown) return;
   // A line end at the end would become an empty line.
   const std::string code = shown->ends_with("\r\n") ? shown->substr(0, shown->size() - 2) : *shown;
+  const std::vector<CodeField> asked = AskedFields(code);
   const auto entered = [&](const FieldTexts& answers) -> std::optional<FieldTexts> {
-    const std::vector<CodeField> asked = AskedFields(code);
     if (asked.empty()) return FieldTexts{};
     return services.ask(asked, [&](const FieldTexts& texts) { return FillFrom(code, answers, texts).text; });
   };
@@ -127,20 +143,18 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
     return;
   }
   Deliver([&](HostEnvironment& host) {
-    const auto pane = ActiveCodePane(host);
-    PastePlace place = PlaceFor(host, *pane, code);
-    const int lines = pane->LineCount();
-    place.answers.insert(date.begin(), date.end());
-    const auto texts = entered(place.answers);
+    FittedTarget target(host, code, date);
+    if (asked.empty()) return PasteAt(*target.pane, target.place, FillFrom(code, target.place.answers, {}));
+    const auto marks = MarksOf(*target.pane);
+    // The environment goes on working under the dialog, and may disconnect: nothing of it is kept.
+    target.pane.reset();
+    const auto texts = entered(target.place.answers);
     if (!texts) return;
-    if (!texts->empty()) {
-      // The environment has gone on working under the dialog.
-      PastePlace now = PlaceFor(host, *pane, code);
-      now.answers.insert(date.begin(), date.end());
-      if (now != place || pane->LineCount() != lines)
-        throw HostError("The code window has changed in the meantime. Please try again.");
-    }
-    PasteAt(*pane, place, FillFrom(code, place.answers, *texts));
+    constexpr const char* changed = "The code window has changed in the meantime. Please try again.";
+    if (host_ != &host) return host_ == nullptr ? void() : Tell(changed);
+    FittedTarget now(host, code, date);
+    if (now.place != target.place || MarksOf(*now.pane) != marks) throw HostError(changed);
+    PasteAt(*now.pane, now.place, FillFrom(code, now.place.answers, *texts));
   });
 }
 
