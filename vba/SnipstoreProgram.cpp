@@ -16,8 +16,9 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     const auto connect = ComPtr<IDispatch>::Share(connect_.get());
     CoAllowSetForegroundWindow(connect.get(), nullptr);
     if (SUCCEEDED(Call(connect.get(), L"Show"))) return S_OK;
-    if (!connect_) return S_FALSE;  // it has been let go of meanwhile
-    LetGo();                        // it has ended by itself, or cannot show itself
+    // Another call may have let go of it, or have started another one.
+    if (connect_.get() != connect.get()) return S_FALSE;
+    LetGo();  // it has ended by itself, or cannot show itself
   }
   starting_ = true;
   const HRESULT started = Start(editor);
