@@ -10,18 +10,32 @@ namespace {
 constexpr LONG kAddInsMenuId = 30038;
 constexpr LONG kButtonControl = 1;
 
+/// What is called of an editor only as long as it is connected.
+class Connected {
+ public:
+  Connected(const MenuEntry::Owner& owner, const IDispatch* editor) : owner_(owner), editor_(editor) {}
+
+  /// Null, of which no member is called, after the disconnection.
+  IDispatch* operator()(IDispatch* object) const { return owner_.ConnectedTo(editor_) ? object : nullptr; }
+  IDispatch* operator()(const ComPtr<IDispatch>& object) const { return operator()(object.get()); }
+
+ private:
+  const MenuEntry::Owner& owner_;
+  const IDispatch* editor_;
+};
+
 /// The controls of the menu of add-ins; null when there is none. A translated editor knows it by another
 /// name.
-ComPtr<IDispatch> AddInsControls(IDispatch* editor) {
+ComPtr<IDispatch> AddInsControls(IDispatch* editor, const Connected& connected) {
   const ComPtr<IDispatch> bars = Get(editor, L"CommandBars");
-  ComPtr<IDispatch> bar = Get(bars.get(), L"Item", {TextVariant(L"Add-Ins").get()});
+  ComPtr<IDispatch> bar = Get(connected(bars), L"Item", {TextVariant(L"Add-Ins").get()});
   if (!bar) {
-    const ComPtr<IDispatch> menus = Get(bars.get(), L"ActiveMenuBar");
+    const ComPtr<IDispatch> menus = Get(connected(bars), L"ActiveMenuBar");
     const ComPtr<IDispatch> menu =
-        Get(menus.get(), L"FindControl", {Missing(), Variant(kAddInsMenuId).get()});
-    bar = Get(menu.get(), L"CommandBar");
+        Get(connected(menus), L"FindControl", {Missing(), Variant(kAddInsMenuId).get()});
+    bar = Get(connected(menu), L"CommandBar");
   }
-  return Get(bar.get(), L"Controls");
+  return Get(connected(bar), L"Controls");
 }
 
 bool HasOurCaption(IDispatch* control) {
@@ -30,12 +44,12 @@ bool HasOurCaption(IDispatch* control) {
   return caption.get().vt == VT_BSTR && lstrcmpW(caption.get().bstrVal, kEntryCaption) == 0;
 }
 
-void RemoveOurEntries(IDispatch* controls) {
+void RemoveOurEntries(IDispatch* controls, const Connected& connected) {
   Variant count;
-  Call(controls, L"Count", {}, count.Put());
+  Call(connected(controls), L"Count", {}, count.Put());
   for (LONG i = count.get().vt == VT_I4 ? count.get().lVal : 0; i >= 1; --i) {
-    const ComPtr<IDispatch> control = Get(controls, L"Item", {Variant(i).get()});
-    if (HasOurCaption(control.get())) Call(control.get(), L"Delete");
+    const ComPtr<IDispatch> control = Get(connected(controls), L"Item", {Variant(i).get()});
+    if (HasOurCaption(connected(control))) Call(connected(control), L"Delete");
   }
 }
 
@@ -48,16 +62,17 @@ VARIANT True() {
 
 }  // namespace
 
-bool MenuEntry::Add(IDispatch* editor, ClickListener& listener) {
-  const ComPtr<IDispatch> controls = AddInsControls(editor);
-  RemoveOurEntries(controls.get());
+bool MenuEntry::Add(IDispatch* editor, Owner& owner) {
+  const Connected connected(owner, editor);
+  const ComPtr<IDispatch> controls = AddInsControls(editor, connected);
+  RemoveOurEntries(controls.get(), connected);
   const VARIANT temporary = True();
-  button_ = Get(controls.get(), L"Add",
+  button_ = Get(connected(controls), L"Add",
                 {Variant(kButtonControl).get(), Missing(), Missing(), Missing(), temporary});
   // Clicks are told to the sinks of all buttons with the same tag, those without one among them.
-  return SUCCEEDED(Put(button_.get(), L"Caption", kEntryCaption)) &&
-         SUCCEEDED(Put(button_.get(), L"Tag", kEntryCaption)) &&
-         SUCCEEDED(clicks_.Start(button_.get(), listener));
+  return SUCCEEDED(Put(connected(button_), L"Caption", kEntryCaption)) &&
+         SUCCEEDED(Put(connected(button_), L"Tag", kEntryCaption)) &&
+         SUCCEEDED(clicks_.Start(connected(button_), owner));
 }
 
 /// The button still tells its events while it is deleted: the sink goes first.

@@ -8,14 +8,24 @@ namespace snip::vba {
 /// the editor forgets it when it ends without a word.
 class MenuEntry {
  public:
+  class Owner : public ClickListener {
+   public:
+    /// Whether it is still connected to an editor.
+    virtual bool ConnectedTo(const IDispatch* editor) const = 0;
+
+   protected:
+    ~Owner() = default;
+  };
+
   MenuEntry() = default;
   ~MenuEntry();
   MenuEntry(const MenuEntry&) = delete;
   MenuEntry& operator=(const MenuEntry&) = delete;
 
   /// Enters it in the menus of `editor`, the editor's root object, in place of those that an earlier time has
-  /// left; false, with nothing left, when the editor refuses. Called once.
-  bool Add(IDispatch* editor, ClickListener& listener);
+  /// left; false, with nothing left, when the editor refuses. It calls nothing more once the editor, which it
+  /// waits for, has disconnected. Called once.
+  bool Add(IDispatch* editor, Owner& owner);
 
  private:
   ComPtr<IDispatch> button_;

@@ -55,7 +55,7 @@ void VbaAddIn::AddEntry() {
   const auto editor = ComPtr<IDispatch>::Share(editor_.get());
   std::unique_ptr<MenuEntry> entry(new MenuEntry);
   // The editor may disconnect while it is called.
-  if (entry && entry->Add(editor.get(), *this) && editor_.get() == editor.get()) entry_ = std::move(entry);
+  if (entry && entry->Add(editor.get(), *this) && ConnectedTo(editor.get())) entry_ = std::move(entry);
 }
 
 /// First what calls this, then what the editor shows, then the program, and the editor's own object last.

@@ -12,7 +12,7 @@ namespace snip::vba {
 /// The add-in as VBA's editor sees it, in the editor's own process: an entry in its menu of add-ins, which
 /// starts the program. Whatever fails, the editor is told of success, for it would not load the add-in again.
 class VbaAddIn final : public WithoutTypeInfo<ComObject<IDTExtensibility2, IDispatch>>,
-                       private ClickListener {
+                       private MenuEntry::Owner {
  public:
   ~VbaAddIn() override;
 
@@ -34,7 +34,8 @@ class VbaAddIn final : public WithoutTypeInfo<ComObject<IDTExtensibility2, IDisp
  private:
   void AddEntry();
   void LetGo();
-  // ClickListener
+  // MenuEntry::Owner
+  bool ConnectedTo(const IDispatch* editor) const override { return editor_.get() == editor; }
   void MenuHandler_Click() override;
 
   ComPtr<IDispatch> editor_;  ///< Null when not connected.

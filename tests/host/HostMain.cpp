@@ -225,6 +225,7 @@ class Host {
     words >> member >> what;
     if (what == "off") {
       model_.watch.hooks.erase(member);
+      model_.watch.after.clear();
       return std::exchange(model_.watch.hooked, 0) > 0 ? "hit" : "";
     }
     const std::map<std::string, CallWatch::Hook> known{{"disconnect", [this] { return Tell(2, 1); }},
@@ -347,7 +348,8 @@ class Host {
         {"repeat", [&] { return Repeat(words); }},
         {"bynumber", [&] { return byNumber_ = true, ""; }},
         {"newer", [&] { return newer_ = true, ""; }},
-        {"last", [&] { return model_.watch.last; }},
+        {"older", [&] { return newer_ = false, ""; }},
+        {"after", [&] { return model_.watch.after; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
         {"front",
          [&] {

@@ -45,7 +45,7 @@ HostProcess::HostProcess(const std::string& typeLibrary, const std::string& trai
   answers_ = std::move(answers.read);
   const std::string greeting = Answer();
   if (greeting != "ready") throw std::runtime_error("the environment says: " + greeting);
-  if (!trait.empty()) Ask(trait);
+  if (!trait.empty() && !Ask(trait).empty()) throw std::runtime_error("no such environment: " + trait);
 }
 
 HostProcess::~HostProcess() {

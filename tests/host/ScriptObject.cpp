@@ -75,10 +75,11 @@ HRESULT ScriptObject::Invoke(DISPID id, REFIID /*reserved*/, LCID locale, WORD k
   VariantInit(&answer);
   const std::string name = name_ + "." + std::string(member->name.begin(), member->name.end());
   watch_.description.clear();
+  if (watch_.depth++ == 0 && watch_.hooked > 0) watch_.after += name + " ";
   HRESULT done = watch_.RunHook(name);
+  if (done == S_OK) done = member->function(arguments, answer);
+  --watch_.depth;
   if (done == kAnswerNothing) return Answer(answer, static_cast<IDispatch*>(nullptr));
-  if (SUCCEEDED(done)) done = member->function(arguments, answer);
-  watch_.last = name;
   if (FAILED(done) && !watch_.description.empty() && exception != nullptr) {
     exception->scode = done;
     exception->bstrDescription = Bstr(watch_.description).Detach();

@@ -26,7 +26,8 @@ class CallWatch {
   std::map<std::string, Hook> hooks;
   int hooked = 0;           ///< How often one ran.
   std::string description;  ///< Of failures that are exceptions.
-  std::string last;         ///< The member that was called last.
+  int depth = 0;            ///< Of the members that run.
+  std::string after;        ///< The members that clients called after a hook had run.
 
   HRESULT RunHook(const std::string& member);
 };
