@@ -98,11 +98,12 @@ HRESULT VbaAddIn::Invoke(DISPID member, REFIID /*reserved*/, LCID /*locale*/, WO
   if ((kind & DISPATCH_METHOD) == 0) return DISP_E_MEMBERNOTFOUND;
   switch (member) {
     case kOnConnectionMember: {
-      if (parameters == nullptr) return DISP_E_BADPARAMCOUNT;
       Variant editor;
       UINT badArgument = 0;
-      const HRESULT read = DispGetParam(parameters, 0, VT_DISPATCH, editor.Put(), &badArgument);
-      return FAILED(read) ? read : OnConnection(editor.get().pdispVal, 0, nullptr, nullptr);
+      const HRESULT read = parameters == nullptr
+                               ? E_POINTER
+                               : DispGetParam(parameters, 0, VT_DISPATCH, editor.Put(), &badArgument);
+      return SUCCEEDED(read) ? OnConnection(editor.get().pdispVal, 0, nullptr, nullptr) : S_OK;
     }
     case kOnDisconnectionMember:
       return OnDisconnection(0, nullptr);
