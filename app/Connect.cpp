@@ -90,14 +90,15 @@ HRESULT Connect::OnConnection(IDispatch* VBInst, LONG ConnectMode, IDispatch* /*
     watch_.reset(new ConnectionWindow(*this));  // every session has one
     const auto session = std::make_shared<Session>(*this, VBInst);
     session_ = session;
-    WatchHost(*session);
-    if (session->over()) return;
     if (ConnectMode == kExternal) {
-      // Who has started the add-in may let go of it before the window is there.
+      // Who has started the add-in may let go of it before the window is there. It waits now: its environment
+      // is asked for the process afterwards, for it may be busy.
       KeepForWindow();
       watch_->PostShow();
+      watch_->PostWatch();
     } else {
-      AddMenuEntry(*session);
+      WatchHost();
+      if (!session->over()) AddMenuEntry(*session);
     }
   });
 }
@@ -168,14 +169,18 @@ void Connect::ShowMainWindow() {
 }
 
 /// An environment that ends without a word is noticed by its process.
-void Connect::WatchHost(Session& session) {
+void Connect::WatchHost() {
+  const auto alive = ComPtr<IUnknown>::Share(this);
+  const std::shared_ptr<Session> session = session_;
+  if (!session) return;
   HWND window = nullptr;
   try {
-    window = session.root.MainWindow().HWnd();
+    window = session->root.MainWindow().HWnd();
   } catch (const HostError&) {
     window = nullptr;
   }
-  if (!session.over()) watch_->WatchProcessOf(window);
+  if (session->over()) return;
+  watch_->WatchProcessOf(window);
 }
 
 bool Connect::FindHostGone() {

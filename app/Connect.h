@@ -62,7 +62,6 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   };
 
   void AddMenuEntry(Session& session);
-  void WatchHost(Session& session);
   static host::CommandBarControl AddToAddInCommandBar(const host::VBE& root, const std::string& caption);
   // ClickListener
   void MenuHandler_Click() override;
@@ -78,6 +77,7 @@ class Connect final : public WithoutTypeInfo<ServerObject<IDTExtensibility2, IDT
   // ConnectionWindow::Owner
   void ShowMainWindow() override;
   void UnloadMainWindow() override;
+  void WatchHost() override;
   void HostIsGone() override;
   void PingHost() override;
 

@@ -8,6 +8,7 @@ namespace {
 constexpr UINT kShow = WM_APP + 1;
 constexpr UINT kGone = WM_APP + 2;
 constexpr UINT kUnload = WM_APP + 3;
+constexpr UINT kWatch = WM_APP + 4;
 
 constexpr UINT_PTR kWatchTimer = 1;
 constexpr UINT kProcessCheckMs = 1000;
@@ -34,6 +35,10 @@ void ConnectionWindow::WatchProcessOf(HWND hostWindow) {
 
 void ConnectionWindow::PostShow() {
   PostMessageA(hWnd(), kShow, 0, 0);
+}
+
+void ConnectionWindow::PostWatch() {
+  PostMessageA(hWnd(), kWatch, 0, 0);
 }
 
 void ConnectionWindow::PostUnload() {
@@ -70,9 +75,15 @@ LRESULT ConnectionWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lPar
     case WM_TIMER: {
       // The environment may disconnect while it is asked, and this object go with it.
       const HWND self = hWnd();
-      if (HostGone(0)) PostMessageA(self, kGone, 0, 0);
+      const bool watched = static_cast<bool>(process_);
+      if (!watched) KillTimer(self, kWatchTimer);  // until the next look for the process has ended
+      const bool gone = HostGone(0);
+      if (gone || !watched) PostMessageA(self, gone ? kGone : kWatch, 0, 0);
       return 0;
     }
+    case kWatch:
+      owner_.WatchHost();
+      return 0;
     case kGone:
       owner_.HostIsGone();
       return 0;

@@ -17,6 +17,8 @@ class ConnectionWindow : public Window {
     virtual void ShowMainWindow() = 0;
     // These may delete the window.
     virtual void UnloadMainWindow() = 0;
+    /// Asks the environment, while it is connected, for its window, and calls `WatchProcessOf`.
+    virtual void WatchHost() = 0;
     virtual void HostIsGone() = 0;
     /// Asks the environment, while it is connected, for a sign of life; throws `HostError`. Used when its
     /// process cannot be watched.
@@ -30,10 +32,11 @@ class ConnectionWindow : public Window {
   ~ConnectionWindow() override;
 
   /// Watches the process that a window belongs to. Without a window, or the right to wait for its process,
-  /// the environment is asked for signs of life instead.
+  /// the environment is asked for signs of life instead, and each time for its window once more.
   void WatchProcessOf(HWND hostWindow);
 
   void PostShow();
+  void PostWatch();
   void PostUnload();
   /// Finds out whether the environment is gone, as a call seems to have found; has the owner told when it is.
   bool FindGone();
