@@ -158,7 +158,10 @@ bool ComHostEnvironment::HasWindow(void* window) {
   const auto rootOwner = [](HWND of) { return GetAncestor(of, GA_ROOTOWNER); };
   try {
     const HWND root = rootOwner(static_cast<HWND>(window));
-    return root != nullptr && root == rootOwner(root_.MainWindow().HWnd());
+    const HWND main = IsWindow(mainWindow_) != 0 ? mainWindow_ : root_.MainWindow().HWnd();
+    return root != nullptr && root == rootOwner(main);
+  } catch (const HostBusy&) {
+    throw;
   } catch (const HostError&) {
     return false;
   }

@@ -21,8 +21,12 @@ class ComHostEnvironment : public HostEnvironment {
   bool HasWindow(void* window) override;
   bool Lost() override { return lost_(); }
 
+  /// Tells it its main window, which then need not be asked for while the environment may be busy.
+  void SetMainWindow(HWND window) { mainWindow_ = window; }
+
  private:
   const host::VBE& root_;
+  HWND mainWindow_ = nullptr;  ///< Null when not known.
   std::function<bool()> lost_;
 };
 

@@ -180,6 +180,7 @@ void Connect::WatchHost() {
     window = nullptr;
   }
   if (session->over()) return;
+  session->environment.SetMainWindow(window);
   watch_->WatchProcessOf(window);
 }
 

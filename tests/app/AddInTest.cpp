@@ -560,8 +560,16 @@ TEST_P(AnyHostTest, ABusyEnvironmentIsAskedAgain) {
   PasteInto(host, window, kPasted);
   // But not for ever.
   host.Ask("busy -1");
-  Paste(window);
-  EXPECT_EQ(CloseMessage(window), "The development environment is busy. Please try again later.");
+  for (const bool byKey : {false, true}) {
+    if (byKey) {
+      EXPECT_TRUE(WaitUntil([&] { return host.Ask("takefront"), host.Ask("front") == "yes"; }));
+      PostMessageA(window, WM_HOTKEY, 1, 0);
+      EXPECT_TRUE(WaitUntil([] { return IsForeground(FindVisibleWindow("Find Snippets")); }));
+    }
+    byKey ? PressKey(VK_RETURN, {VK_CONTROL}) : Paste(window);
+    EXPECT_TRUE(WaitUntil([] { return FindVisibleWindow("Find Snippets") == nullptr; }));
+    EXPECT_EQ(CloseMessage(window), "The development environment is busy. Please try again later.");
+  }
   host.Ask("busy 0");
   Disconnect(host);
 }

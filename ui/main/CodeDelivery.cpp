@@ -58,11 +58,14 @@ void CodeDelivery::Output(const SearchedLibrary& library, std::size_t snippet) {
 }
 
 void CodeDelivery::OutputToWindow(HWND window, const std::string& code) {
-  if (host_ != nullptr && host_->HasWindow(window)) {
-    output_.PasteCode(code);
-  } else {
-    Copy(code);
+  HostEnvironment* const asked = host_;
+  try {
+    if (asked != nullptr && asked->HasWindow(window)) return output_.PasteCode(code);
+  } catch (const HostBusy& error) {
+    if (host_ == asked) parts_.showMessage(error.what(), MessageStyle::kInformation, kMainWindowTitle);
+    return;
   }
+  Copy(code);
 }
 
 void CodeDelivery::CopyCode() {

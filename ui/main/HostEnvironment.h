@@ -86,7 +86,7 @@ class HostEnvironment {
   /// The name of the active project; empty when none is open.
   virtual std::string ProjectName() = 0;
   /// Whether that window, by the system's handle, is the environment's main window or belongs to it; false if
-  /// it cannot tell. VBA's editor shares its process with the windows of an Office.
+  /// it cannot tell. Throws `HostBusy` alone. VBA's editor shares its process with the windows of an Office.
   virtual bool HasWindow(void* /*window*/) { return false; }
   /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
   virtual bool Lost() { return true; }
