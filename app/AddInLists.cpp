@@ -46,20 +46,22 @@ void SetNumber(HKEY key, const char* name, DWORD number) {
   RegSetValueExA(key, name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
 }
 
-/// Lists an add-in without having it loaded. An entry that is there stays as its user has set it.
-void EnterKey(const char* list, const char* progId) {
+/// Lists an add-in without having it loaded. An entry that is there stays as its user has set it. False when
+/// it could not be written.
+bool EnterKey(const char* list, const char* progId) {
   HKEY opened = nullptr;
   DWORD disposition = 0;
   if (RegCreateKeyExA(HKEY_CURRENT_USER, Key(list, progId).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                       KEY_WRITE, nullptr, &opened, &disposition) != ERROR_SUCCESS) {
-    return;
+    return false;
   }
   const UniqueRegKey key(opened);
-  if (disposition != REG_CREATED_NEW_KEY) return;
+  if (disposition != REG_CREATED_NEW_KEY) return true;
   SetText(opened, "FriendlyName", kAddInName);
   SetText(opened, "Description", "Keeps code snippets in libraries and puts them into modules.");
   SetNumber(opened, "LoadBehavior", 0);     // loaded by its user alone
   SetNumber(opened, "CommandLineSafe", 0);  // it has windows
+  return true;
 }
 
 /// False when it is still there.
@@ -80,12 +82,12 @@ void RegisterAddIn() {
   WritePrivateProfileStringA(kAddInList, kAddInProgId, "0", kAddInFile);
 }
 
-void RegisterInKeys() {
-  EnterKey(kAddInKeys, kAddInProgId);
+bool RegisterInKeys() {
+  bool written = EnterKey(kAddInKeys, kAddInProgId);
   for (const VbaLibrary& library : kVbaLibraries) {
-    if (!LibraryPath(library).empty()) EnterKey(library.list, library.progId);
+    if (!LibraryPath(library).empty()) written = EnterKey(library.list, library.progId) && written;
   }
-  RegisterLibraries();
+  return RegisterLibraries() && written;
 }
 
 bool AddInRegistered() {

@@ -11,8 +11,8 @@ namespace snip {
 /// be written is not examined.
 void RegisterAddIn();
 /// Enters it likewise in the registry, and what VBA's editor loads of it. An entry that is there stays as its
-/// user has set it.
-void RegisterInKeys();
+/// user has set it. False when something could not be written.
+bool RegisterInKeys();
 /// Whether "vbaddin.ini" lists it, loaded at the start or not.
 bool AddInRegistered();
 /// For whom "vbaddin.ini" lists it, as far as can be found out.

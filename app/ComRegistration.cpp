@@ -271,13 +271,15 @@ std::wstring LibraryPath(const VbaLibrary& library) {
   return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? std::wstring() : path;
 }
 
-void RegisterLibraries() {
+bool RegisterLibraries() {
   Write(HKEY_CURRENT_USER, {"Software\\Classes", L""});  // which a new user may not have
   const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
+  bool written = true;
   for (const VbaLibrary& library : kVbaLibraries) {
     const std::wstring path = LibraryPath(library);
-    if (!path.empty()) Write(classes.get(), LibraryEntries(library, path));
+    if (!path.empty()) written = classes && Write(classes.get(), LibraryEntries(library, path)) && written;
   }
+  return written;
 }
 
 bool LibraryMissing() {

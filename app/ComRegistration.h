@@ -46,8 +46,8 @@ bool RegisterWhereMoved(std::span<const HKEY> roots);
 
 /// The library beside the program; empty when there is none.
 std::wstring LibraryPath(const VbaLibrary& library);
-/// Enters those that are there.
-void RegisterLibraries();
+/// Enters those that are there; false when the registry refuses.
+bool RegisterLibraries();
 /// Whether one of them is there, but no file for its class.
 bool LibraryMissing();
 /// Whether its class is this folder's, or nobody's for want of a file.

@@ -32,6 +32,12 @@ std::string AfterEntering(const RegistrationFacts& facts) {
         "The list of add-ins, vbaddin.ini in the Windows directory, could not be written, so that the "
         "VB IDE does not show the add-in. Run the program with /regserver as administrator.");
   }
+  if (!facts.inKeys) {
+    AddParagraph(
+        text,
+        "The lists of add-ins in the registry could not be written, so that VB 6 or the editor of VBA "
+        "may not show the add-in. Run the program with /regserver to try again.");
+  }
   if (facts.hiddenFromAdministrators && (facts.server == Entered::User || facts.listed == Entered::User)) {
     AddParagraph(
         text,
@@ -56,8 +62,8 @@ std::string AfterTakingAway(bool serverGone, bool listGone) {
   }
   if (!listGone) {
     AddParagraph(text,
-                 "The program could not be taken out of the list of add-ins, vbaddin.ini in the Windows "
-                 "directory.");
+                 "The program could not be taken out of all lists of add-ins: vbaddin.ini in the Windows "
+                 "directory and your lists in the registry.");
   }
   return text;
 }

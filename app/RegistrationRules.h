@@ -31,12 +31,13 @@ struct RegistrationFacts {
   bool hiddenFromAdministrators = false;
   /// Administrators' programs start a file now that ordinary users can write.
   bool replaceable = false;
+  bool inKeys = true;  ///< The entries in the registry's lists, with what VBA's editor loads.
 };
 
 /// What the user has to be told of it, in paragraphs; empty when everybody's environment finds the add-in.
 std::string AfterEntering(const RegistrationFacts& facts);
 
-/// What is said when the registration or the line could not be taken away; empty when both were.
+/// What is said when the registration or an entry in a list could not be taken away; empty when all were.
 std::string AfterTakingAway(bool serverGone, bool listGone);
 
 }  // namespace snip

@@ -48,7 +48,6 @@ class Application {
             {.enter =
                  [] {
                    RegisterAddIn();
-                   RegisterInKeys();
                    return AfterEntering(EnterServer());
                  },
              .enterAgain =
@@ -67,10 +66,9 @@ class Application {
     std::string remarks;
     if (mode == StartMode::Register) {
       if (!AddInRegistered()) RegisterAddIn();
-      RegisterInKeys();
       RegistrationFacts facts = EnterServer();
       facts.replaceable = RightsAreSplit() && RunsElevated() && ReplaceableByOrdinaryUsers(WideProgramPath());
-      done = facts.server != Entered::Nowhere && facts.listed != Entered::Nowhere;
+      done = facts.server != Entered::Nowhere && facts.listed != Entered::Nowhere && facts.inKeys;
       remarks = AfterEntering(facts);
     } else {
       const bool serverGone = UnregisterServer(RegistrationRoots());
@@ -103,10 +101,12 @@ class Application {
  private:
   static RegistrationFacts EnterServer() {
     constexpr Entered kRoots[] = {Entered::All, Entered::User};
+    const bool inKeys = RegisterInKeys();
     const std::optional<std::size_t> root = RegisterServer(RegistrationRoots());
     return {.server = root ? kRoots[*root] : Entered::Nowhere,
             .listed = WhereAddInIsRegistered(),
-            .hiddenFromAdministrators = RightsAreSplit()};
+            .hiddenFromAdministrators = RightsAreSplit(),
+            .inKeys = inKeys};
   }
 
   int MessageLoop() {

@@ -31,7 +31,7 @@ TEST(RegistrationRules, WhoseRegistrationAStartTakesOverAndARemovalTakesAway) {
 std::string Paragraphs(const std::string& text) {
   std::string words;
   for (const char* word : {"could not be registered", "could not be written", "for you alone", "can replace",
-                           "taken out of the registry", "taken out of the list"}) {
+                           "taken out of the registry", "taken out of all lists", "in the registry could"}) {
     if (text.find(word) != std::string::npos) words += std::string(words.empty() ? "" : ", ") + word;
   }
   return words;
@@ -49,6 +49,7 @@ TEST(RegistrationRules, WhatIsSaidOfAnEntry) {
       {{User, Nowhere, true, false}, "could not be written, for you alone"},
       {{Nowhere, Nowhere, false, false}, "could not be registered, could not be written"},
       {{All, All, true, true}, "can replace"},
+      {{All, All, false, false, false}, "could not be written, in the registry could"},
   };
   for (const auto& [facts, said] : cases) {
     EXPECT_EQ(Paragraphs(AfterEntering(facts)), said) << AfterEntering(facts);
@@ -56,7 +57,7 @@ TEST(RegistrationRules, WhatIsSaidOfAnEntry) {
   }
   EXPECT_EQ(AfterTakingAway(true, true), "");
   EXPECT_EQ(Paragraphs(AfterTakingAway(false, true)), "taken out of the registry");
-  EXPECT_EQ(Paragraphs(AfterTakingAway(true, false)), "taken out of the list");
+  EXPECT_EQ(Paragraphs(AfterTakingAway(true, false)), "taken out of all lists");
 }
 
 }  // namespace
