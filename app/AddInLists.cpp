@@ -17,6 +17,8 @@ constexpr const char* kAddInList = "Add-Ins32";
 
 // Visual Basic 6's list, with a key for each add-in by the name of its class, as VBA's have.
 constexpr const char* kAddInKeys = R"(Software\Microsoft\Visual Basic\6.0\Addins)";
+/// Above all of the lists, and not theirs alone.
+constexpr const char* kSharedKey = R"(Software\Microsoft)";
 
 bool HasEntry(const char* file) {
   char text[2]{};
@@ -64,9 +66,12 @@ bool EnterKey(const char* list, const char* progId) {
   return true;
 }
 
-/// False when it is still there.
+/// With the keys above it that hold nothing else: a user without the environment has none of them. False when
+/// it is still there.
 bool DeleteKey(const char* list, const char* progId) {
   const LONG deleted = RegDeleteKeyA(HKEY_CURRENT_USER, Key(list, progId).c_str());
+  for (std::string above = list; above != kSharedKey && DeleteKeyIfEmpty(HKEY_CURRENT_USER, above);)
+    above.resize(above.rfind('\\'));
   return deleted == ERROR_SUCCESS || deleted == ERROR_FILE_NOT_FOUND;
 }
 

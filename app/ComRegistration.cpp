@@ -135,20 +135,15 @@ bool TakeAway(HKEY classes, const Entries& entries) {
                       [classes](const Entry& entry) { return Exists(classes, entry.key, entry.view); });
 }
 
-bool IsEmpty(HKEY classes, const char* key, REGSAM view) {
+bool IsEmpty(HKEY root, const std::string& key, REGSAM view) {
   HKEY opened = nullptr;
-  if (RegOpenKeyExA(classes, key, 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
+  if (RegOpenKeyExA(root, key.c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS) return false;
   const UniqueRegKey owner(opened);
   DWORD keys = 0;
   DWORD values = 0;
   return RegQueryInfoKeyA(opened, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
                           nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
          keys == 0 && values == 0;
-}
-
-/// A user who has no classes of his own has no such key either.
-void DeleteClassIdsIfEmpty(HKEY classes, REGSAM view = 0) {
-  if (IsEmpty(classes, kClassIdsKey, view)) Delete(classes, kClassIdsKey, view);
 }
 
 /// The view of the registry that programs of the other width have.
@@ -228,7 +223,7 @@ bool UnregisterClass(HKEY classes) {
   bool gone = TakeAway(classes, ClassEntries(L""));
   // A copy of the other width is found by the same name.
   if (RegisteredIn(classes, kOtherView) == Registered::None) gone = TakeAway(classes, NameEntries()) && gone;
-  DeleteClassIdsIfEmpty(classes);
+  DeleteKeyIfEmpty(classes, kClassIdsKey);  // which a user without classes does not have either
   return gone;
 }
 
@@ -298,8 +293,14 @@ bool UnregisterLibrary(const VbaLibrary& library) {
   const UniqueRegKey classes = OpenClasses(HKEY_CURRENT_USER, KEY_READ | KEY_WRITE);
   if (!classes) return true;
   const bool gone = TakeAway(classes.get(), LibraryEntries(library, L""));
-  DeleteClassIdsIfEmpty(classes.get(), library.view);
+  DeleteKeyIfEmpty(classes.get(), kClassIdsKey, library.view);
   return gone;
+}
+
+bool DeleteKeyIfEmpty(HKEY root, const std::string& key, REGSAM view) {
+  if (!IsEmpty(root, key, view)) return false;
+  Delete(root, key, view);
+  return true;
 }
 
 }  // namespace snip

@@ -55,4 +55,8 @@ bool LibraryIsOwn(const VbaLibrary& library);
 /// False when something of it is still there.
 bool UnregisterLibrary(const VbaLibrary& library);
 
+/// Deletes a key without values and subkeys below `root`; whether it did. `view` of the registry is 0 for the
+/// program's own.
+bool DeleteKeyIfEmpty(HKEY root, const std::string& key, REGSAM view = 0);
+
 }  // namespace snip

@@ -620,11 +620,12 @@ TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
   };
   run("-unregserver");
   EXPECT_EQ(Program::AddInEntry(), "");
+  EXPECT_EQ(RegistryContents(HKEY_CURRENT_USER, R"(Software\Microsoft\VBA)"), std::set<std::string>{});
   const auto before = registry();
   run("/regserver");
   EXPECT_EQ(Program::AddInEntry(), "0");
   EXPECT_EQ(Program::ServerCommand(), "\"" + program_.folder().File("BnSnipstore2.exe") + "\"");
-  // Who has had the environment load it at every start keeps that.
+  // A user who has it loaded at every start keeps that setting.
   WritePrivateProfileStringA("Add-Ins32", "BnSnipstore2.Connect", "1", "vbaddin.ini");
   DWORD load = 1;
   for (const std::string& key : keys) {
