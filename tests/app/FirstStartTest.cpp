@@ -75,11 +75,13 @@ TEST(FirstStart, ALaterStartEntersWhatAnotherFolderOrAnEarlierVersionLeftOut) {
   program.Start("/regserver /silent");
   ASSERT_TRUE(program.WaitForEnd());
   const std::string command = Program::ServerCommand();
-  SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
-              REG_SZ, "Z:\\old.exe", sizeof "Z:\\old.exe");
   program.folder().Write("Lib.bns", NewLibraryBns());
   program.folder().Write("BnSnipstoreVba64.dll", "as unpacked over a version that had none");
   for (const bool first : {true, false}) {
+    if (!first) {
+      SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
+                  REG_SZ, "Z:\\old.exe", sizeof "Z:\\old.exe");
+    }
     SHDeleteKeyA(HKEY_CURRENT_USER, vb6);
     SHDeleteKeyA(HKEY_CURRENT_USER, vba);
     program.Start();
