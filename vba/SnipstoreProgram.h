@@ -13,8 +13,8 @@ class SnipstoreProgram {
   SnipstoreProgram(const SnipstoreProgram&) = delete;
   SnipstoreProgram& operator=(const SnipstoreProgram&) = delete;
 
-  /// Has it show its window for `editor`, and starts it when it does not run, or no more. Other calls come in
-  /// during that, `LetGo` among them.
+  /// Has it show its window for `editor`, and starts it unless it is running. Other calls come in during
+  /// that, `LetGo` among them.
   HRESULT Show(IDispatch* editor);
   /// Has it let go of the editor, which does not wait while its user is asked whether to save.
   void LetGo();

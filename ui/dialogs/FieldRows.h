@@ -11,7 +11,7 @@ class FieldRows : public Window {
  public:
   ~FieldRows() override { Destroy(); }
 
-  /// Makes it without rows' controls, which are added as children, each within its row. `rowHeight` is in
+  /// Makes it without the rows' controls, which are added as children, each within its row. `rowHeight` is in
   /// pixels. False when the system refuses.
   bool CreateIn(HWND dialog, const Rect& place, int rowHeight, int rows);
 
