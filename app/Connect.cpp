@@ -150,7 +150,7 @@ host::CommandBarControl Connect::AddToAddInCommandBar(const host::VBE& root, con
     if (!bar.exists()) return {};
     const host::CommandBarControls controls = bar.Controls();
     RemoveStaleEntries(controls, caption);
-    entry = controls.Add(host::kButtonControl);
+    entry = controls.Add(kButtonControl);
     entry.SetCaption(caption);
     return entry;
   } catch (const HostError&) {

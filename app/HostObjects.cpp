@@ -42,7 +42,7 @@ CommandBar CommandBars::Item(const std::string& name) const {
 }
 
 ComPtr<IUnknown> Events::CommandBarEvents(const CommandBarControl& control) const {
-  return ObjectIn(Call(L"CommandBarEvents", {ByValue(control.get())}));
+  return ObjectIn(Call(L"CommandBarEvents", {ByValue(control.get())}).get());
 }
 
 void CodeModule::InsertLines(LONG line, const std::string& text) const {

@@ -132,7 +132,6 @@ class VBE : public LateBound {
 };
 
 // The environment's numbers.
-inline constexpr LONG kButtonControl = 1;
 inline constexpr LONG kStandardModule = 1;
 inline constexpr LONG kDesignMode = 2;
 inline constexpr LONG kLocked = 1;

@@ -45,6 +45,9 @@ inline constexpr DISPID kOnBeginShutdownMember = 5;
 
 inline constexpr DISPID kClickEvent = 1;
 
+/// The kind of control that an entry of a menu is.
+inline constexpr LONG kButtonControl = 1;
+
 }  // namespace snip
 
 __CRT_UUID_DECL(snip::IDTExtensibility, 0x0002E151, 0x0000, 0x0000, 0xC0, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,

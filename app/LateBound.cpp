@@ -105,7 +105,7 @@ Variant ConvertedTo(VARTYPE type, const Variant& value) {
 }  // namespace
 
 LateBound::LateBound(const Variant& result, HostLink link) : link_(std::move(link)) {
-  const ComPtr<IUnknown> object = ObjectIn(result);
+  const ComPtr<IUnknown> object = ObjectIn(result.get());
   object_ = object.As<IDispatch>();
   if (object && !object_) throw HostBusy("The development environment is busy. Please try again later.");
 }
@@ -187,13 +187,6 @@ Variant TextVariant(const std::string& text) {
   raw->bstrVal = string.Detach();
   raw->vt = VT_BSTR;
   return value;
-}
-
-ComPtr<IUnknown> ObjectIn(const Variant& value) {
-  const VARIANT& raw = value.get();
-  // The two kinds of object keep their pointer in the same place.
-  const bool isObject = raw.vt == VT_DISPATCH || raw.vt == VT_UNKNOWN;
-  return ComPtr<IUnknown>::Share(isObject ? raw.punkVal : nullptr);
 }
 
 void ThrowIfFailed(HRESULT result) {

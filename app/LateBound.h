@@ -67,8 +67,6 @@ class LateBound {
 };
 
 Variant TextVariant(const std::string& text);
-/// A further reference to the object in a value; null when there is none.
-ComPtr<IUnknown> ObjectIn(const Variant& value);
 
 /// The environment has answered that it does not do what it was asked.
 class HostRefused : public HostError {

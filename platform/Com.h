@@ -160,6 +160,13 @@ class Variant {
   VARIANT value_;
 };
 
+/// A further reference to the object in a value; null when there is none.
+inline ComPtr<IUnknown> ObjectIn(const VARIANT& value) {
+  // The two kinds of object keep their pointer in the same place.
+  const bool isObject = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
+  return ComPtr<IUnknown>::Share(isObject ? value.punkVal : nullptr);
+}
+
 /// An object as an argument; it stays the caller's.
 inline VARIANT ByValue(IDispatch* object) {
   VARIANT value{};

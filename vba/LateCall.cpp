@@ -55,10 +55,7 @@ HRESULT Call(IDispatch* object, const wchar_t* member, Arguments arguments, VARI
 ComPtr<IDispatch> Get(IDispatch* object, const wchar_t* member, Arguments arguments) {
   Variant answer;
   if (FAILED(Call(object, member, arguments, answer.Put()))) return {};
-  const VARIANT& value = answer.get();
-  // The two kinds of object keep their pointer in the same place.
-  const bool isObject = value.vt == VT_DISPATCH || value.vt == VT_UNKNOWN;
-  return ComPtr<IUnknown>::Share(isObject ? value.punkVal : nullptr).As<IDispatch>();
+  return ObjectIn(answer.get()).As<IDispatch>();
 }
 
 HRESULT Put(IDispatch* object, const wchar_t* property, const wchar_t* text) {

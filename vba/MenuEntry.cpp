@@ -8,7 +8,6 @@ namespace {
 
 /// The number of the menu of add-ins, which is the same in every language.
 constexpr LONG kAddInsMenuId = 30038;
-constexpr LONG kButtonControl = 1;
 
 /// What is called of an editor only as long as it is connected.
 class Connected {
