@@ -299,10 +299,8 @@ bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
 
 bool LibraryKeeper::WriteDraft(std::string bytes) {
   if (draftPath_.empty()) return true;
-  if (drafting_.joinable()) {
-    if (!draftingDone_) return false;
-    drafting_.join();
-  }
+  if (WritesDraft()) return false;
+  FinishDraft();
   draftingDone_ = false;
   mayHaveDraft_ = true;
   try {

@@ -80,6 +80,8 @@ class LibraryKeeper : public LibraryStore {
 
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
   bool WriteDraft(std::string bytes);
+  /// Whether the last one is still being written.
+  bool WritesDraft() const { return drafting_.joinable() && !draftingDone_; }
   /// Whether a draft could not be written since the last call.
   bool TakeDraftFailure() { return draftFailed_.exchange(false); }
   /// The library is saved or left: there is nothing more to be drafted.
