@@ -72,7 +72,7 @@ void LibraryReading::Work() {
     lock.unlock();
     try {
       Refresh(result, order);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
       result.library = nullptr;  // told as one that cannot be read
     }
     lock.lock();

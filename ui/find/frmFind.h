@@ -27,8 +27,8 @@ class frmFind : public Window {
   static constexpr int kKeysId = 1104;
   static constexpr int kStatusId = 1105;
 
-  /// Of the menu's items.
-  enum Item : int { kGo = 1, kOutput, kCopy, kTags, kSystemKey, kClose };
+  /// Of the menu's items. Keys of dialogs send the numbers of OK and Cancel, 1 and 2.
+  enum Item : int { kGo = 100, kOutput, kCopy, kTags, kSystemKey, kClose };
 
   struct Services {
     FindTarget& target;

@@ -55,11 +55,16 @@ std::string SnippetFinding::UseSystemKey(HotKey key) {
 
 void SnippetFinding::FindOverOthers() {
   const HWND front = GetForegroundWindow();
-  DWORD process = 0;
-  GetWindowThreadProcessId(front, &process);
-  if (process == GetCurrentProcessId() && IsWindowEnabled(parts_.window.hWnd()) == 0)
-    return;  // a dialog comes first
-  overWindow_ = process == GetCurrentProcessId() ? nullptr : front;
+  if (IsWindowEnabled(parts_.window.hWnd()) == 0) {
+    SetForegroundWindow(GetLastActivePopup(parts_.window.hWnd()));  // a dialog comes first
+    return;
+  }
+  // The key repeats while it is held.
+  if (front != find_.hWnd() || front == nullptr) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(front, &process);
+    overWindow_ = process == GetCurrentProcessId() ? nullptr : front;
+  }
   find_.ShowMe(parts_.window.hWnd(), "", false);
 }
 

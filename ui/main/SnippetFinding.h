@@ -39,6 +39,8 @@ class SnippetFinding : private FindTarget {
   void Find();
   /// To the next or previous of what was looked for; shows the palette when nothing was.
   void FindNext(bool forward);
+  /// The palette takes no input while the main window takes none: a question there comes first.
+  void Enable(bool enabled) const { EnableWindow(find_.hWnd(), enabled ? TRUE : FALSE); }
   /// Shows the palette over whatever program is in front.
   void FindOverOthers();
 

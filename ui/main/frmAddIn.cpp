@@ -382,6 +382,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       hover_.Start();
       return Default(message, wParam, lParam);
     case WM_ENABLE:
+      finding_.Enable(wParam != 0);
       LookAround();
       return Default(message, wParam, lParam);
     case WM_ACTIVATE:
