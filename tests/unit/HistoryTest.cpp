@@ -133,23 +133,24 @@ TEST_F(HistoryTest, WhateverEndsTheProgramOrFailsAtAnyCallNoStateIsLost) {
     std::function<void()> before, act;
     std::set<std::string> kept;
   };
-  for (const Scene& scene : std::vector<Scene>{
-           {"save", saved, [&] { Save(Text(3)); }, {Text(1), Text(2)}},
-           {"start with a cut file", pendingFor(Text(2).substr(0, 9)), [&] { Begin(); }, {Text(2)}},
-           {"start with another file", pendingFor(Text(1)), [&] { Begin(); }, {Text(1), Text(2)}},
-           {"start with a draft", [&] { Draft(Text(2)); }, [&] { Begin(); }, {Text(1), Text(2)}},
-           {"draft", [&] { Draft(Text(2)); }, [&] { BeginDraft(Text(2)); }, {Text(1), Text(2)}},
-           {"throw away",
-            [&] { Draft(Text(3)); },
-            [&] { keeper->ThrownAway(BytesInMemory(Text(3))); },
-            {Text(1), Text(3)}},
-           {"rename",
-            [&] {
-              saved();
-              Draft(Text(3));
-            },
-            [&] { keeper->Rename(kLib, renamed); },
-            {Text(1), Text(2), Text(3)}}}) {
+  const std::vector<Scene> scenes = {
+      {"save", saved, [&] { Save(Text(3)); }, {Text(1), Text(2)}},
+      {"start with a cut file", pendingFor(Text(2).substr(0, 9)), [&] { Begin(); }, {Text(2)}},
+      {"start with another file", pendingFor(Text(1)), [&] { Begin(); }, {Text(1), Text(2)}},
+      {"start with a draft", [&] { Draft(Text(2)); }, [&] { Begin(); }, {Text(1), Text(2)}},
+      {"draft", [&] { Draft(Text(2)); }, [&] { BeginDraft(Text(2)); }, {Text(1), Text(2)}},
+      {"throw away",
+       [&] { Draft(Text(3)); },
+       [&] { keeper->ThrownAway(BytesInMemory(Text(3))); },
+       {Text(1), Text(3)}},
+      {"rename",
+       [&] {
+         saved();
+         Draft(Text(3));
+       },
+       [&] { keeper->Rename(kLib, renamed); },
+       {Text(1), Text(2), Text(3)}}};
+  for (const Scene& scene : scenes) {
     for (int run = 0, lastCall = 50; run < 4 * lastCall; ++run) {
       const int call = run / 4 + 1;
       SCOPED_TRACE(scene.name + std::to_string(run));
