@@ -58,7 +58,7 @@ bool LineReader::Refill() {
   const std::size_t kept = end_ - mark_;
   if (kept == room_) {
     room_ = std::max(2 * room_, kPiece);
-    std::unique_ptr<char[]> larger(new char[room_]);  // not zeroed first, unlike a vector
+    std::unique_ptr<char[]> larger(new char[room_]);              // not zeroed first, unlike a vector
     if (kept > 0) std::memcpy(larger.get(), bytes_.get(), kept);  // the mark is at the beginning
     bytes_ = std::move(larger);
   } else if (kept > 0) {
