@@ -1,7 +1,6 @@
 #include "find/LibraryReading.h"
 
 #include <exception>
-#include <new>
 #include <utility>
 #include <variant>
 

@@ -18,6 +18,10 @@ struct FileEntry {
   FileStamp stamp;
 };
 
+/// How often a lock that another program holds is asked for, and how long after the last time.
+inline constexpr int kLockAttempts = 100;
+inline constexpr Patience::Duration kLockPause{30};
+
 /// Something of the system's that is given back when this goes.
 class Held {
  public:

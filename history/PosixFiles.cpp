@@ -16,8 +16,6 @@ namespace snip {
 namespace {
 
 constexpr std::size_t kPiece = std::size_t{1} << 18U;
-constexpr int kLockAttempts = 100;
-constexpr std::chrono::milliseconds kLockPause{30};
 
 class Descriptor : public Held {
  public:

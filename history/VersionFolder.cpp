@@ -70,13 +70,12 @@ bool VersionFolder::Make() {
 
 void VersionFolder::TakeFrom(VersionFolder& former) {
   const std::vector<Version> versions = former.Versions();
-  const auto pending = files_.Stamp(former.File(kPendingSave));
   if (!Make()) return;
   const auto take = [&](const std::string& name) {
     const auto there = files_.Stamp(File(name));
-    return there && !there->exists && files_.Move(former.File(name), File(name));
+    if (there && !there->exists) files_.Move(former.File(name), File(name));
   };
-  if (!pending || pending->exists) take(std::string(kPendingSave));
+  take(std::string(kPendingSave));
   for (const Version& version : versions) take(FileNameOf(version));
   // What is left, a draft of another program perhaps, needs the label to be found.
   const auto isLeft = [](const FileEntry& entry) { return entry.name != kLabel; };

@@ -12,9 +12,7 @@ namespace snip {
 namespace {
 
 constexpr DWORD kPiece = DWORD{1} << 18U;
-constexpr int kLockAttempts = 100;
-constexpr Patience::Duration kLockPause{30};
-constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
+constexpr DWORD kShareAsReader = FILE_SHARE_READ | FILE_SHARE_DELETE;
 
 std::wstring Wide(const std::string& utf8) {
   std::wstring wide(utf8.size(), L'\0');
@@ -35,17 +33,6 @@ std::string Utf8(const std::wstring& wide) {
   utf8.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, wide.data(), size, utf8.data(),
                                                            static_cast<int>(utf8.size()), nullptr, nullptr)));
   return utf8;
-}
-
-UniqueFile Open(Patience& patience, const std::wstring& path, DWORD access, DWORD disposition) {
-  UniqueFile file;
-  Patiently(patience, [&] {
-    file.Reset(CreateFileW(path.c_str(), access,
-                           FILE_SHARE_READ | (access == GENERIC_READ ? FILE_SHARE_DELETE : 0), nullptr,
-                           disposition, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    return static_cast<bool>(file);
-  });
-  return file;
 }
 
 /// A mutex by a name that a path gives. It has to be given back by the thread that it belongs to.
@@ -86,7 +73,8 @@ std::optional<FileStamp> SystemFiles::Stamp(const std::string& path) {
 }
 
 std::optional<std::string> SystemFiles::Read(const std::string& path) {
-  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  const UniqueFile file =
+      OpenPatiently(patience(), SystemPath(path), GENERIC_READ, kShareAsReader, OPEN_EXISTING);
   LARGE_INTEGER size{};
   if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return std::nullopt;
   std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
@@ -98,7 +86,8 @@ std::optional<std::string> SystemFiles::Read(const std::string& path) {
 }
 
 std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view bytes) {
-  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  const UniqueFile file =
+      OpenPatiently(patience(), SystemPath(path), GENERIC_READ, kShareAsReader, OPEN_EXISTING);
   if (!file) return std::nullopt;
   const auto piece = std::make_unique<char[]>(kPiece);
   for (;;) {
@@ -111,7 +100,8 @@ std::optional<bool> SystemFiles::Holds(const std::string& path, std::string_view
 }
 
 bool SystemFiles::Write(const std::string& path, std::string_view bytes) {
-  const UniqueFile file = Open(patience(), SystemPath(path), GENERIC_WRITE, CREATE_ALWAYS);
+  const UniqueFile file =
+      OpenPatiently(patience(), SystemPath(path), GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS);
   if (!file) return false;
   DWORD written = 0;
   const auto wanted = static_cast<DWORD>(bytes.size());

@@ -22,9 +22,6 @@ bool IsLibrary(const WIN32_FIND_DATAA& entry) {
   return name.size() > kLibraryExtension.size() && HasLibraryExtension(name);
 }
 
-/// No library is that large, and a 32-bit process has no room for much more.
-constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
-
 std::wstring SystemPath(const std::string& path) {
   const std::u16string utf16 = Utf16FromAnsi(path);
   return LongPath(std::wstring(utf16.begin(), utf16.end()));
@@ -47,18 +44,6 @@ class FileBytes : public ByteSource {
   UniqueFile file_;
   bool failed_ = false;
 };
-
-/// Opens a file for one that reads with others, or writes alone. The name of one just deleted is only free
-/// when the last program that has it open lets go.
-UniqueFile OpenPatiently(Patience& patience, const std::wstring& path, DWORD access, DWORD disposition) {
-  UniqueFile file;
-  Patiently(patience, [&] {
-    file.Reset(CreateFileW(path.c_str(), access, FILE_SHARE_READ, nullptr, disposition,
-                           FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    return static_cast<bool>(file);
-  });
-  return file;
-}
 
 /// The system's older half takes these, whatever extension they have, for devices, so that hardly any other
 /// program could open or delete such a file.
@@ -111,7 +96,7 @@ std::optional<FileStamp> LibraryFolder::Stamp(const std::string& path) const {
 }
 
 std::unique_ptr<ByteSource> LibraryFolder::Open(const std::string& path) const {
-  UniqueFile file = OpenPatiently(*patience_, SystemPath(path), GENERIC_READ, OPEN_EXISTING);
+  UniqueFile file = OpenPatiently(*patience_, SystemPath(path), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
   LARGE_INTEGER size{};
   if (!file || GetFileSizeEx(file.get(), &size) == 0 || size.QuadPart > kLargestFile) return nullptr;
   return std::make_unique<FileBytes>(std::move(file));
@@ -122,7 +107,7 @@ bool LibraryFolder::Replace(const std::string& path, ByteSource&& bytes) {
   const std::unique_ptr<char[]> piece(new char[ByteSource::kWrittenPiece]);
   const std::wstring longPath = SystemPath(path);
   DeleteFileW(longPath.c_str());
-  const UniqueFile file = OpenPatiently(*patience_, longPath, GENERIC_WRITE, CREATE_ALWAYS);
+  const UniqueFile file = OpenPatiently(*patience_, longPath, GENERIC_WRITE, FILE_SHARE_READ, CREATE_ALWAYS);
   if (!file) return false;
   while (const auto size = static_cast<DWORD>(bytes.Read({piece.get(), ByteSource::kWrittenPiece}))) {
     DWORD written = 0;

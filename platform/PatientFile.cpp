@@ -32,4 +32,15 @@ std::optional<FileStamp> StampOfFile(const std::wstring& path) {
                    TicksOf(data.ftLastWriteTime)};
 }
 
+UniqueFile OpenPatiently(Patience& patience, const std::wstring& path, DWORD access, DWORD share,
+                         DWORD disposition) {
+  UniqueFile file;
+  Patiently(patience, [&] {
+    file.Reset(
+        CreateFileW(path.c_str(), access, share, nullptr, disposition, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    return static_cast<bool>(file);
+  });
+  return file;
+}
+
 }  // namespace snip

@@ -38,4 +38,12 @@ bool Patiently(Patience& patience, Attempt attempt) {
   return true;
 }
 
+/// Opens a file from its beginning to its end. `share` is what other programs may do meanwhile. The name of
+/// one just deleted is only free when the last program that has it open lets go.
+UniqueFile OpenPatiently(Patience& patience, const std::wstring& path, DWORD access, DWORD share,
+                         DWORD disposition);
+
+/// Bytes. No library is larger, and a 32-bit process has no room for much more.
+inline constexpr LONGLONG kLargestFile = LONGLONG{256} << 20U;
+
 }  // namespace snip
