@@ -97,9 +97,13 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
 }
 
 HICON SharedIcon(int iconId, int widthMetric) {
-  const int size = GetSystemMetrics(widthMetric);
-  return static_cast<HICON>(
-      LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(iconId), IMAGE_ICON, size, size, LR_SHARED));
+  const auto load = [iconId](int size) {
+    return static_cast<HICON>(
+        LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(iconId), IMAGE_ICON, size, size, LR_SHARED));
+  };
+  const HICON icon = load(GetSystemMetrics(widthMetric));
+  // Windows XP cannot read the PNG form, in which the sizes above this one are stored.
+  return icon != nullptr ? icon : load(32);
 }
 
 HWND CreateControl(HWND parent, const char* className, const char* text, DWORD style, DWORD exStyle, int id,

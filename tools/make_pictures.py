@@ -83,9 +83,11 @@ MASK = (0xC0, 0xC0, 0xC0)
 # channels) looks like the mask and is taken for a fringe.
 LEAST_DISTANCE_FROM_MASK = 80
 
-# Icon sizes above this are stored as PNG: only Windows Vista and later look
-# at them, and those read PNG.  The smaller ones must be readable everywhere.
-LARGEST_BMP_ICON = 48
+# Icon sizes above this are stored as PNG, which Windows Vista and later read,
+# in a sixth of the bytes. Windows XP's Explorer shows programs at 48 pixels;
+# messages need 32 there (SharedIcon in the program goes back to that).
+LARGEST_BMP_OF_PROGRAM = 48
+LARGEST_BMP_OF_MESSAGES = 32
 
 
 class PictureError(Exception):
@@ -388,13 +390,13 @@ def encode_icon_bmp(picture):
     return header + colours + mask
 
 
-def encode_ico(pictures):
+def encode_ico(pictures, largest_bmp):
     """An icon file with one entry for each picture."""
     offset = 6 + 16 * len(pictures)
     directory = struct.pack("<HHH", 0, 1, len(pictures))
     bodies = b""
     for picture in pictures:
-        small = picture.width <= LARGEST_BMP_ICON
+        small = picture.width <= largest_bmp
         body = encode_icon_bmp(picture) if small else encode_png(picture)
         # 256 does not fit into the byte and is written as 0.
         directory += struct.pack("<BBBBHHII", picture.width % 256,
@@ -593,7 +595,9 @@ def main():
     files = {f"{number}.bmp": encode_bmp(picture)
              for number, picture in toolbar.items()}
     files["drop.bmp"] = encode_bmp(drop_arrow)
-    files.update((f"{name}.ico", encode_ico(pictures))
+    files.update((f"{name}.ico", encode_ico(
+                     pictures, LARGEST_BMP_OF_PROGRAM if name == "snipstore"
+                     else LARGEST_BMP_OF_MESSAGES))
                  for name, pictures in icons.items())
 
     options.output.mkdir(parents=True, exist_ok=True)
