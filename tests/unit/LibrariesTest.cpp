@@ -106,7 +106,8 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   PaletteLibraries libraries(counted, folding);
   const auto refresh = [&] {
     libraries.Refresh(FindTarget::Open{{"Open", "p"}, &open},
-                      {{"Strings", "s"}, {"Dates", "d"}, {"Other", "o"}}, [] {});
+                      {{"Strings", "s"}, {"Dates", "d"}, {"Other", "o"}});
+    libraries.Read([] {});
   };
   const auto found = [&](const std::string& text) {
     rows.finder().SetLibraries(libraries.Searchable());

@@ -7,20 +7,26 @@
 namespace snip {
 
 void PaletteLibraries::Refresh(const std::optional<FindTarget::Open>& open,
-                               const std::vector<NamedLibrary>& others, std::function<void()> arrived) {
+                               const std::vector<NamedLibrary>& others) {
   const std::vector<Entry> before = std::exchange(entries_, {});
   if (open) {
     auto library =
         std::make_shared<SearchedLibrary>(open->library.name, open->library.path, open->snippets, folding_);
     entries_.push_back({{open->library, std::move(library)}, false, true});
   }
-  std::vector<LibraryAsRead> wanted;
   for (const NamedLibrary& file : others) {
     const auto known = std::ranges::find(before, file.path, &Entry::path);
     // The snippets of one that was open before are the window's no more.
     const bool kept = known != before.end() && !known->open;
-    wanted.push_back(kept ? known->read : LibraryAsRead{file, nullptr});
-    entries_.push_back({wanted.back()});
+    entries_.push_back({kept ? known->read : LibraryAsRead{file, nullptr}});
+  }
+  unread_ = others.size();
+}
+
+void PaletteLibraries::Read(std::function<void()> arrived) {
+  std::vector<LibraryAsRead> wanted;
+  for (const Entry& entry : entries_) {
+    if (!entry.open) wanted.push_back(entry.read);
   }
   if (!reading_) reading_.emplace(store_, folding_, std::move(arrived));
   unread_ = wanted.size();

@@ -17,11 +17,11 @@ class PaletteLibraries {
   /// `store` and `folding` must outlive this.
   PaletteLibraries(const LibraryStore& store, const Folding& folding) : store_(store), folding_(folding) {}
 
-  /// Takes the open library as it is now, and reads again which of the others have changed: what was read of
-  /// them before stays until then. `arrived` is called in the reading thread whenever there is something to
-  /// take.
-  void Refresh(const std::optional<FindTarget::Open>& open, const std::vector<NamedLibrary>& others,
-               std::function<void()> arrived);
+  /// Takes the open library as it is now; what was read of the others before stays until `Read`.
+  void Refresh(const std::optional<FindTarget::Open>& open, const std::vector<NamedLibrary>& others);
+  /// Reads which of the others have changed. `arrived` is called in the reading thread whenever there is
+  /// something to take.
+  void Read(std::function<void()> arrived);
   /// Takes what has been read since; false if all of it is as it was.
   bool TakeResults();
   /// Ends the reading, and lets all libraries go.

@@ -121,6 +121,8 @@ void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
   SetForegroundWindow(hWnd());
   SetFocus(field_);
   SendMessageA(field_, EM_SETSEL, 0, -1);
+  UpdateWindow(list_.hWnd());
+  ReadLibraries();
 }
 
 void frmFind::MakeControls() {
@@ -234,11 +236,15 @@ void frmFind::Forget() {
 // --- Libraries --------------------------------------------------------------------------------------------
 
 void frmFind::Refresh() {
-  if (std::exchange(current_, true)) return;
+  current_ = true;
   FindTarget& target = services_.target;
-  libraries_.Refresh(target.OpenLibrary(), target.OtherLibraries(),
-                     [window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
+  libraries_.Refresh(target.OpenLibrary(), target.OtherLibraries());
   rows_.finder().SetLibraries(libraries_.Searchable());
+}
+
+/// Once the list is painted: the reading takes time that the user would wait for it.
+void frmFind::ReadLibraries() {
+  libraries_.Read([window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
 }
 
 void frmFind::TakeResults() {
@@ -498,6 +504,7 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         current_ = false;
       } else if (IsWindowVisible(hWnd()) != 0 && !current_) {
         SearchAgain([this] { Refresh(); });
+        ReadLibraries();
       }
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:

@@ -66,6 +66,7 @@ class frmFind : public Window {
   Rect StoredPlace(HWND owner) const;  ///< Pixels.
   void SavePlace() const;
   void Refresh();
+  void ReadLibraries();
   void TakeResults();
   void ForgetLibraries();
   void Search(const std::optional<Place>& selected = {});
