@@ -37,6 +37,24 @@ bool IsWholeLibrary(std::string_view bytes) {
   return scanner.version() && scanner.Scan(ignored) == BnsEnding::ListEnd && bytes.ends_with('\n');
 }
 
+namespace {
+
+/// Makes a version of an interrupted save that is not completed.
+std::optional<Version> KeepPending(Files& files, VersionFolder& folder, std::string_view pending) {
+  const auto stamp = files.Stamp(folder.File(kPendingSave));
+  const VersionTag tag = IsWholeLibrary(pending) ? VersionTag::Unsaved : VersionTag::Cut;
+  return folder.KeepFile(kPendingSave, pending, tag, stamp.value_or(FileStamp()).time());
+}
+
+/// Whether there is no pending save but one of these bytes; any other becomes a version.
+bool ClearPending(Files& files, VersionFolder& folder, std::string_view bytes) {
+  if (files.Holds(folder.File(kPendingSave), bytes) != false) return true;
+  const auto pending = files.Read(folder.File(kPendingSave));
+  return pending && KeepPending(files, folder, *pending);
+}
+
+}  // namespace
+
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
                        std::optional<KnownContent>* known, Patience::Duration wait) {
   SaveOutcome outcome;
@@ -48,8 +66,8 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
     made = folder.Make();
     if (made) lock = files.Lock(folder.path());
     oldKept = made && KeepOldFile(files, folder, known);
-    // Without the lock it is another program's. An earlier one is only replaced by a whole one.
-    pending = lock && files.Write(folder.File(kUnfinished), bytes) &&
+    // Without the lock it is another program's.
+    pending = lock && ClearPending(files, folder, bytes) && files.Write(folder.File(kUnfinished), bytes) &&
               files.Move(folder.File(kUnfinished), folder.File(kPendingSave));
   }
   const Patience::Limit waits = files.LimitWaits(wait);
@@ -93,9 +111,8 @@ Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& wr
   }
   const bool cutOff = pending->starts_with(*library) && IsWholeLibrary(*pending);
   if (!cutOff) {
-    const VersionTag tag = IsWholeLibrary(*pending) ? VersionTag::Unsaved : VersionTag::Cut;
-    const auto kept = folder.KeepFile(kPendingSave, *pending, tag, pendingStamp->time());
-    return kept && tag == VersionTag::Unsaved ? Recovery{Recovery::Kind::Unsaved, kept} : Recovery();
+    const auto kept = KeepPending(files, folder, *pending);
+    return kept && IsWholeLibrary(*pending) ? Recovery{Recovery::Kind::Unsaved, kept} : Recovery();
   }
   if (!library->empty()) folder.Keep(*library, VersionTag::Cut, stamp->time());
   write(*pending);
