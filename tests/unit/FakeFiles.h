@@ -26,7 +26,6 @@ class FakeFiles : public Files {
 
   std::map<std::string, std::string> bytes;
   std::map<std::string, std::int64_t> changed;
-  std::set<std::string> held;
   std::set<std::string> busy;      ///< Another program has these open.
   std::set<std::string> tooLarge;  ///< To be read.
   Patience::Duration waited{};
@@ -37,23 +36,19 @@ class FakeFiles : public Files {
 
   std::optional<FileStamp> Stamp(const std::string& path) override {
     const std::lock_guard lock(mutex_);
-    const auto file = bytes.find(path);
-    return file == bytes.end() ? FileStamp{} : FileStamp{true, file->second.size(), changed[path]};
+    return bytes.contains(path) ? FileStamp{true, bytes[path].size(), changed[path]} : FileStamp{};
   }
   std::optional<std::string> Read(const std::string& path) override {
     const std::lock_guard lock(mutex_);
     if (tooLarge.contains(path)) throw std::bad_alloc();
-    if (Refuses(path)) return std::nullopt;
-    const auto file = bytes.find(path);
-    return file == bytes.end() ? std::nullopt : std::optional(file->second);
+    return Refuses(path) || !bytes.contains(path) ? std::nullopt : std::optional(bytes[path]);
   }
   bool Write(const std::string& path, std::string_view text) override {
     const std::lock_guard lock(mutex_);
     if (Refuses(path)) return false;
     const int call = ++calls;
     const bool whole = call < killAt && !Fails(call);
-    bytes[path] =
-        text.substr(0, whole ? text.size() : static_cast<std::size_t>(written * double(text.size())));
+    bytes[path] = text.substr(0, static_cast<std::size_t>((whole ? 1 : written) * double(text.size())));
     changed[path] = now.time_since_epoch().count() * 10000 + call;
     if (call == killAt) throw Killed();
     return whole;
@@ -61,10 +56,9 @@ class FakeFiles : public Files {
   bool Move(const std::string& from, const std::string& to) override {
     const std::lock_guard lock(mutex_);
     if (!Does() || !bytes.contains(from) || Refuses(from) || Refuses(to)) return false;
-    bytes[to] = std::exchange(bytes[from], {});
+    bytes[to] = bytes[from];
     changed[to] = changed[from];
-    bytes.erase(from);
-    return true;
+    return bytes.erase(from) > 0;
   }
   bool Remove(const std::string& path) override {
     const std::lock_guard lock(mutex_);
@@ -76,14 +70,13 @@ class FakeFiles : public Files {
   }
   std::vector<FileEntry> List(const std::string& folder) override {
     const std::lock_guard lock(mutex_);
-    std::map<std::string, FileStamp> entries;
+    std::vector<FileEntry> list;
     for (const auto& [path, text] : bytes) {
       if (!path.starts_with(folder + "/")) continue;
-      const std::string name = path.substr(folder.size() + 1);
-      entries[name.substr(0, name.find('/'))] = {true, text.size(), changed[path]};
+      const std::string below = path.substr(folder.size() + 1), name = below.substr(0, below.find('/'));
+      if (list.empty() || list.back().name != name)
+        list.push_back({name, {true, text.size(), changed[path]}});
     }
-    std::vector<FileEntry> list;
-    for (const auto& [name, stamp] : entries) list.push_back({name, stamp});
     return list;
   }
   UtcTime Now() override { return now += std::chrono::milliseconds(1); }
@@ -92,22 +85,17 @@ class FakeFiles : public Files {
   std::unique_ptr<Held> Claim(const std::string& path) override { return Hold("claim " + path); }
 
  private:
-  struct Hold_ : Held {
-    Hold_(std::set<std::string>& all, std::string own) : held(all), name(std::move(own)) {}
-    ~Hold_() override {
-      const std::lock_guard lock(mutex_);
-      held.erase(name);
-    }
-    std::set<std::string>& held;
-    std::string name;
+  struct Given : Held {
+    std::shared_ptr<int> life = std::make_shared<int>();
   };
 
   std::unique_ptr<Held> Hold(const std::string& name) {
     const std::lock_guard lock(mutex_);
-    return held.insert(name).second ? std::make_unique<Hold_>(held, name) : nullptr;
+    if (!held_[name].expired()) return nullptr;
+    auto given = std::make_unique<Given>();
+    held_[name] = given->life;
+    return given;
   }
-  static inline std::mutex mutex_;  ///< Drafts are written in the background.
-
   bool Refuses(const std::string& path) {
     const bool refuses = busy.contains(path);
     if (refuses) waited += patience().Take(std::chrono::milliseconds(1400));
@@ -119,6 +107,9 @@ class FakeFiles : public Files {
     if (call == killAt) throw Killed();
     return !Fails(call);
   }
+
+  std::mutex mutex_;  ///< Drafts are written in the background.
+  std::map<std::string, std::weak_ptr<int>> held_;
 };
 
 /// A library folder that deletes and writes as the real one does.
@@ -126,18 +117,12 @@ class FakeFolder : public LibraryStore {
  public:
   explicit FakeFolder(FakeFiles& files) : files_(files) {}
 
-  std::vector<std::string> Names() const override {
-    std::vector<std::string> names;
-    for (const FileEntry& entry : files_.List("/lib"))
-      names.push_back(entry.name.substr(0, entry.name.size() - 4));
-    return names;
-  }
+  std::vector<std::string> Names() const override { return {}; }
   std::string PathOf(const std::string& name) const override { return "/lib/" + name + ".bns"; }
   bool Exists(const std::string& path) const override { return files_.bytes.contains(path); }
   std::optional<FileStamp> Stamp(const std::string& path) const override { return files_.Stamp(path); }
   std::unique_ptr<ByteSource> Open(const std::string& path) const override {
-    const auto file = files_.bytes.find(path);
-    return file == files_.bytes.end() ? nullptr : std::make_unique<BytesInMemory>(file->second);
+    return Exists(path) ? std::make_unique<BytesInMemory>(files_.bytes[path]) : nullptr;
   }
   bool Replace(const std::string& path, ByteSource&& bytes) override {
     files_.Remove(path);
