@@ -43,7 +43,7 @@ void CodeColouring::Attach(HWND control, int lineHeight) {
   model_.Load({});
 }
 
-void CodeColouring::ChangeLook(const std::function<void()>& change) {
+void CodeColouring::WithoutUndo(const std::function<void()>& change) {
   if (!active()) return change();
   const FlagScope busy(busy_);
   const RichEditRanges::Unrecorded unrecorded(ranges_);
@@ -81,9 +81,12 @@ void CodeColouring::StartUncoloured(std::string columns) {
   if (const auto characters = RichEditText(control_)) model_.Load(RichEditColumns(*characters));
 }
 
-CodeColouring::Caret CodeColouring::CaretBefore() const {
+CodeColouring::Caret CodeColouring::CaretBefore(WPARAM typed) const {
   const CHARRANGE selection = Selection(control_);
-  return {static_cast<std::size_t>(selection.cpMin), static_cast<std::size_t>(selection.cpMax)};
+  const bool isAscii = typed >= u' ' && typed <= u'~';
+  return {.begin = static_cast<std::size_t>(selection.cpMin),
+          .end = static_cast<std::size_t>(selection.cpMax),
+          .typed = isAscii ? static_cast<char16_t>(typed) : u'\0'};
 }
 
 void CodeColouring::FollowEdit(Caret before) {
@@ -99,7 +102,9 @@ void CodeColouring::FollowEdit(Caret before) {
   const std::size_t end = length - tail;
   const std::size_t oldEnd = oldLength - tail;
   if (end < begin || oldEnd < begin) return FollowChange();
-  std::u16string characters = ranges_.Text(begin, end);
+  // In the middle of a long text, Wine 8's control takes twice as long to tell a character as to take it in.
+  std::u16string characters =
+      before.typed != 0 && end - begin == 1 ? std::u16string(1, before.typed) : ranges_.Text(begin, end);
   if (characters.size() != end - begin) return FollowChange();
   ShowAsStored(begin, characters);
   const std::string inserted = RichEditColumns(characters);

@@ -24,14 +24,15 @@ class CodeColouring {
   struct Caret {
     std::size_t begin = 0;  ///< Of the selection.
     std::size_t end = 0;
+    char16_t typed = 0;  ///< The character that a key puts there, if it is an ASCII one.
   };
 
   /// Works on a control from now on, which is empty; on none for null. `lineHeight` is in pixels.
   void Attach(HWND control, int lineHeight);
   bool active() const { return static_cast<bool>(ranges_); }
   void SetLineHeight(int lineHeight) { lineHeight_ = std::max(lineHeight, 1); }
-  /// Changes how the control's text looks; it is no edit that could be undone.
-  void ChangeLook(const std::function<void()>& change);
+  /// Changes the control's text or look in a way that cannot be undone.
+  void WithoutUndo(const std::function<void()>& change);
 
   const CodeColours& colours() const { return colours_; }
   /// Takes the user's present colours. True when the shown text has to be coloured again.
@@ -56,7 +57,8 @@ class CodeColouring {
   /// What the control shows: lines end in one CR, and characters from 0x80 on are some letter.
   const std::string& text() const { return model_.text(); }
 
-  Caret CaretBefore() const;
+  /// `typed` is what a key will put there, or 0.
+  Caret CaretBefore(WPARAM typed) const;
   /// Follows what a key, a paste or the like did at the caret.
   void FollowEdit(Caret before);
   /// Follows any other change.

@@ -23,6 +23,8 @@ Hue HueOf(TokenKind kind) {
 /// The language's own limit. Controls take long to lay out a longer line of many colours.
 constexpr std::size_t kLongestLine = 1023;
 
+constexpr std::size_t kRoomForTyping = 1000;
+
 bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\r';
 }
@@ -31,6 +33,9 @@ bool IsBlank(char c) {
 
 void ColouredText::Load(std::string text) {
   text_ = std::move(text);
+  // Room for some typing: to move a long text takes longer than a key.
+  text_.reserve(text_.size() + kRoomForTyping);
+  hues_.reserve(text_.size() + kRoomForTyping);
   hues_.assign(text_.size(), Hue::Fore);
   lines_.assign(1, Line{});
   for (std::size_t i = 0; i < text_.size(); ++i) {
