@@ -172,15 +172,17 @@ TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHist
   EXPECT_EQ(remote.Description(), "drafted");
   EXPECT_EQ(WindowText(remote.Code()), "'not committed");
   EXPECT_EQ(Stored(), Bytes("start"));
-  remote.Save();
-  // The version of the notice, which holds what is saved now, has become that save's.
+  remote.Press(MainButton::kEditSnippet);
+  Remote::Replace(remote.Code(), "'and more");
   SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
   const HWND history = Shown("frmHistory");
-  ASSERT_NE(history, nullptr);
+  EXPECT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1)) << "what is being edited is compared";
+  remote.Save();
+  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
   const HWND versions = GetDlgItem(history, frmHistory::kVersionsId);
-  EXPECT_TRUE(HasRows(history, frmHistory::kVersionsId, 1 + 2));
+  EXPECT_TRUE(HasRows(history, frmHistory::kVersionsId, 1 + 3));
   EXPECT_EQ(WindowText(history), "History of 'Lib'");
-  SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state before
+  SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state that was saved before
   SendMessageA(history, WM_COMMAND, MAKEWPARAM(frmHistory::kVersionsId, LBN_SELCHANGE), 0);
   EXPECT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1));
   SendMessageA(history, WM_COMMAND, frmHistory::kPutSnippetBackId, 0);
@@ -209,11 +211,11 @@ TEST_F(LifeCycleTest, ANoticeGoesWithTheLibraryThatItIsAboutAndADestroyedOneIsPu
     SendMessageA(remote.window(), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
                  reinterpret_cast<LPARAM>(files));
   };
-  for (const WPARAM entry : {1, 0}) {
-    choose(entry);
-    EXPECT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) == nullptr; }));
-    EXPECT_EQ(remote.Description(), entry == 1 ? "Other.bns" : "outside");
-  }
+  choose(1);
+  EXPECT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) == nullptr; }));
+  EXPECT_EQ(remote.Description(), "Other.bns");
+  choose(0);
+  EXPECT_EQ(remote.Description(), "outside");
   choose(1);
   program_.folder().Write("Lib.bns", "destroyed");
   choose(0);

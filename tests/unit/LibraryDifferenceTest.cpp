@@ -116,28 +116,26 @@ TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
 }
 
 TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibraryHasNoMore) {
-  const std::vector<Snippet> versions[] = {
-      LibraryOf("a=1,b=2,c=3"), LibraryOf("d=4,b=1"), LibraryOf("a="), {}, LibraryOf("e=5")};
+  const std::vector<std::string> versions{"a=1,b=2,c=3", "d=4,b=1", "a=", "unreadable", "e=5", "too large"};
   HistoryReader reader;
   const auto begin = [&](std::size_t count, const char* now) {
     std::vector<Version> named(count);
     for (std::size_t i = 0; i < count; ++i) named[i].size = i;
-    reader.Begin(
-        named,
-        [&](const Version& version) {
-          const auto& snippets = versions[version.size];
-          return snippets.empty() ? std::nullopt : std::optional(WriteBns(snippets));
-        },
-        LibraryOf(now));
+    const auto read = [&](const Version& version) {
+      const std::string& text = versions[static_cast<std::size_t>(version.size)];
+      if (text == "too large") throw std::bad_alloc();
+      return text == "unreadable" ? std::nullopt : std::optional(WriteBns(LibraryOf(text)));
+    };
+    reader.Begin(named, read, LibraryOf(now));
   };
   begin(2, "z=1");  // another takes its place
   reader.Compare(0, {});
-  begin(5, "a=1");
-  reader.Compare(3, std::chrono::seconds(10));
-  const auto unreadable = reader.Take();
-  ASSERT_TRUE(unreadable.compared);
-  EXPECT_FALSE(unreadable.compared->readable);
-  begin(5, "a=1");
+  for (const std::size_t unreadable : {3U, 5U}) {
+    begin(6, "a=1");
+    reader.Compare(unreadable, std::chrono::seconds(10));
+    EXPECT_FALSE(reader.Take().compared.value().readable);
+  }
+  begin(6, "a=1");
   reader.Compare(1, std::chrono::seconds(10));
   std::string rows, deleted, changes;
   for (HistoryReader::Found found; !found.all;) {
@@ -145,18 +143,16 @@ TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibr
     for (const auto& row : found.deleted) deleted += row.snippet.Name + std::to_string(row.version) + " ";
     for (const auto& [version, change] : found.changes) changes += std::to_string(version) + change + " ";
     if (!found.compared) continue;
-    EXPECT_EQ(found.compared->snippets, versions[1]);
+    EXPECT_EQ(found.compared->snippets, LibraryOf(versions[1]));
     for (const SnippetRow& row : found.compared->rows) rows += row.text + " ";
   }
-  EXPECT_EQ(rows, "+ d ~ b: now \"a\" ");
-  EXPECT_EQ(deleted, "b0 c0 d1 e4 ");
-  EXPECT_EQ(changes, "0+2 -1 ~1 1+2 -1 ");
+  EXPECT_EQ(rows + "| " + deleted + "| " + changes, "+ d ~ b: now \"a\" | b0 c0 d1 e4 | 0+2 -1 ~1 1+2 -1 ");
 
   const Snippet now{"a", "", "1\r\n' 2 _\r\n3", "d"}, then{"a", "", "1\r\n3", "e"};
   std::string lines;
   for (const Snippet* old : {&then, static_cast<const Snippet*>(nullptr)}) {
     for (const DifferenceLine& line : DifferingLines(&now, old))
-      lines += line.mark + line.text + (line.before == LineState::Fresh ? "" : "*") + " ";
+      lines += line.mark + line.text + (line.before == LineState::Fresh ? " " : "* ");
   }
   EXPECT_EQ(lines,
             "=Description -d +e =Code  1 -' 2 _  3* "

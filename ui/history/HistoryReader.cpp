@@ -75,6 +75,26 @@ void HistoryReader::Tell(const Task& task, Add add) {
   if (library_ == task.library && !(task.compares && wanted_)) add();
 }
 
+/// Nothing for a version that cannot be read.
+std::optional<std::vector<Snippet>> HistoryReader::SnippetsOf(const Library& library, std::size_t version) {
+  const auto bytes = library.read(library.versions.at(version));
+  return bytes ? std::optional(SnippetsIn(*bytes)) : std::nullopt;
+}
+
+HistoryReader::Compared HistoryReader::CompareWithNow(const Library& library, std::size_t version) {
+  Compared compared{.version = version, .readable = false};
+  try {
+    auto snippets = SnippetsOf(library, version);
+    if (!snippets) return compared;
+    compared.rows = DifferingSnippets(library.now, *snippets);
+    compared.snippets = std::move(*snippets);
+    compared.readable = true;
+  } catch (const std::exception&) {
+    return {.version = version, .readable = false};  // memory is short: as one that cannot be read
+  }
+  return compared;
+}
+
 void HistoryReader::Work() {
   std::shared_ptr<const Library> library;
   std::optional<std::vector<Snippet>> newer;  // than the version that is looked at, if that could be read
@@ -84,20 +104,15 @@ void HistoryReader::Work() {
       newer.reset();
       deleted = {};
     }
+    if (task->compares) {
+      Compared compared = CompareWithNow(*library, task->version);
+      Tell(*task, [&] { found_.compared = std::move(compared); });
+      compared_.notify_one();
+      continue;
+    }
     std::optional<std::vector<Snippet>> snippets;
     try {
-      const auto bytes = library->read(library->versions.at(task->version));
-      if (bytes) snippets = SnippetsIn(*bytes);
-      if (task->compares) {
-        Compared compared{.version = task->version, .readable = snippets.has_value()};
-        if (snippets) {
-          compared.rows = DifferingSnippets(library->now, *snippets);
-          compared.snippets = std::move(*snippets);
-        }
-        Tell(*task, [&] { found_.compared = std::move(compared); });
-        compared_.notify_one();
-        continue;
-      }
+      snippets = SnippetsOf(*library, task->version);
       std::vector<DeletedSnippets::Row> rows;
       std::string changes;
       if (snippets) rows = deleted.Add(task->version, *snippets, library->now);
@@ -109,7 +124,7 @@ void HistoryReader::Work() {
     } catch (const std::exception&) {
       snippets.reset();  // memory is short: as one that cannot be read
     }
-    if (!task->compares) newer = std::move(snippets);
+    newer = std::move(snippets);
   }
 }
 

@@ -64,6 +64,8 @@ class HistoryReader {
     bool compares = false;  ///< With the library as it is now, otherwise with the version before.
   };
 
+  static std::optional<std::vector<Snippet>> SnippetsOf(const Library& library, std::size_t version);
+  static Compared CompareWithNow(const Library& library, std::size_t version);
   void Work();
   std::optional<Task> Next();
   template <class Add>

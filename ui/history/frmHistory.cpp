@@ -142,6 +142,7 @@ void frmHistory::Layout() {
 // --- Versions ---------------------------------------------------------------------------------------------
 
 void frmHistory::Reload() {
+  source_.TakeEdits();
   const std::string name = source_.Name();
   std::vector<Version> versions = source_.Versions();
   const bool same = name == name_ && source_.Changes() == changes_ &&

@@ -26,6 +26,8 @@ class HistorySource {
   virtual std::vector<Version> Versions() = 0;
   /// Reads versions of the library that is open now, in any thread.
   virtual HistoryReader::ReadVersion Reading() = 0;
+  /// Has the library hold what is being edited.
+  virtual void TakeEdits() = 0;
   /// Where the versions' files are.
   virtual std::string Folder() const = 0;
   /// The library as it is in memory.

@@ -63,6 +63,7 @@ class LibraryWatch : private HistorySource {
   std::string Name() const override;
   std::vector<Version> Versions() override;
   HistoryReader::ReadVersion Reading() override;
+  void TakeEdits() override { parts_.editing.TakeShownCode(); }
   std::string Folder() const override;
   std::span<const Snippet> Now() const override;
   unsigned Changes() const override { return parts_.library.Changes; }
