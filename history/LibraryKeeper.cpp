@@ -100,6 +100,19 @@ void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) cons
     Tell({LibraryEvent::Kind::UnsavedFound, path, recovery.version});
 }
 
+/// Has the history of a library go along whose renaming was interrupted.
+void LibraryKeeper::FinishRename(VersionFolder& former, const std::string& library) const {
+  const auto before = parts_.files.Stamp(former.library()), after = parts_.files.Stamp(library);
+  if (!before || !after) return;
+  if (before->exists || !after->exists) {
+    parts_.files.Remove(former.File(kRenamedTo));
+    return;
+  }
+  if (const auto path = StorePathOf(library)) TakeAbandonedDrafts(former, *path);
+  VersionFolder folder(parts_.files, parts_.root, library);
+  if (const auto lock = parts_.files.Lock(former.path())) folder.TakeFrom(former);
+}
+
 /// A library whose save was interrupted may be missing, and would not be listed.
 std::vector<std::string> LibraryKeeper::Names() const {
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
@@ -112,6 +125,7 @@ std::vector<std::string> LibraryKeeper::Names() const {
     const auto library = VersionFolder::LibraryOf(parts_.files, parts_.root + "/" + entry.name);
     if (!library) continue;
     VersionFolder folder(parts_.files, parts_.root, *library);
+    if (const auto renamed = parts_.files.Read(folder.File(kRenamedTo))) FinishRename(folder, *renamed);
     if (!HasPendingSave(parts_.files, folder)) continue;
     // What the open library's file should hold is still in memory.
     if (const auto path = StorePathOf(*library); path && *path != openPath_) Recover(folder, *path);
@@ -171,7 +185,6 @@ SaveOutcome LibraryKeeper::SaveWithHistory(const std::string& path, std::string_
       saved_ = std::make_unique<VersionFolder>(HistoryOf(path));
     std::optional<KnownContent> known = Known(path);
     const SaveOutcome outcome = SaveSafely(parts_.files, *saved_, bytes, write, &known, kWaitOfASave / 2);
-    pruneSaved_ = true;
     if (known) Learn(path, known->stamp, known->hash);
     return outcome;
   } catch (const std::bad_alloc&) {
@@ -192,18 +205,19 @@ std::unique_ptr<ByteSource> LibraryKeeper::OpenToSearch(const std::string& path)
 }
 
 void LibraryKeeper::Prune() {
-  if (!saved_ || !pruneSaved_) return;
+  if (!mayBePruned_) return;
   const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
-  if (const auto lock = parts_.files.Lock(saved_->path())) {
-    saved_->Prune(parts_.limits());
-    pruneSaved_ = false;
-  }
+  VersionFolder folder = HistoryOf(openPath_);
+  const auto lock = parts_.files.Lock(folder.path());
+  if (lock) folder.Prune(parts_.limits());
+  mayBePruned_ = !lock;
 }
 
 void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   DropDraft();
   if (failedSave_ == path) Tell({LibraryEvent::Kind::Saved, std::exchange(failedSave_, {})});
   openPath_ = path;
+  mayBePruned_ = true;
   VersionFolder folder = HistoryOf(path);
   TakeAbandonedDrafts(folder, path);
   ClaimDraft(folder);
@@ -223,9 +237,14 @@ void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
 }
 
 bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) {
-  if (!parts_.folder.Rename(path, newPath)) return false;
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   VersionFolder former = HistoryOf(path), folder = HistoryOf(newPath);
+  const std::string mark = former.File(kRenamedTo);
+  parts_.files.Write(mark, folder.library());
+  if (!parts_.folder.Rename(path, newPath)) {
+    parts_.files.Remove(mark);
+    return false;
+  }
   if (path == openPath_) {
     openPath_ = newPath;
     MoveDraft(folder);
@@ -261,7 +280,7 @@ void LibraryKeeper::FindAbandonedDrafts() {
 }
 
 /// Drafts of programs that have ended without saving or answering No.
-void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) {
+void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) const {
   const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
   for (const FileEntry& entry : parts_.files.List(folder.path())) {
     if (!IsDraft(entry)) continue;
@@ -348,6 +367,7 @@ bool LibraryKeeper::LookForOutsideChange() {
       const auto lock = parts_.files.Lock(folder.path());
       if (!lock) return true;
       folder.Keep(*bytes, VersionTag::Outside, stamp->time());
+      mayBePruned_ = true;
     }
     Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
   }

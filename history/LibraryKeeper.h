@@ -75,7 +75,8 @@ class LibraryKeeper : public LibraryStore {
   /// Looks for what programs that ended without a save have left of any library.
   void FindAbandonedDrafts();
 
-  /// Removes what saves have left beyond the limits; for when nobody waits.
+  /// Removes what the open library's history has beyond the limits since it was opened, saved or changed by
+  /// another program; for when nobody waits.
   void Prune();
 
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
@@ -100,8 +101,9 @@ class LibraryKeeper : public LibraryStore {
 
   void Tell(LibraryEvent event) const;
   void Recover(VersionFolder& folder, const std::string& path) const;
+  void FinishRename(VersionFolder& former, const std::string& library) const;
   SaveOutcome SaveWithHistory(const std::string& path, std::string_view bytes);
-  void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path);
+  void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) const;
   void ClaimDraft(const VersionFolder& folder);
   void MoveDraft(VersionFolder& folder);
   void FinishDraft();
@@ -112,7 +114,7 @@ class LibraryKeeper : public LibraryStore {
   Parts parts_;
   std::string openPath_;
   std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
-  bool pruneSaved_ = false;
+  bool mayBePruned_ = false;              ///< The open library's history.
   std::unique_ptr<Held> draftClaim_;
   std::string draftPath_;                   ///< Empty when none can be written.
   bool mayHaveDraft_ = false;               ///< There may be a file of that path.

@@ -78,8 +78,9 @@ void VersionFolder::TakeFrom(VersionFolder& former) {
   take(std::string(kPendingSave));
   for (const Version& version : versions) take(FileNameOf(version));
   // What is left, a draft of another program perhaps, needs the label to be found.
-  const auto isLeft = [](const FileEntry& entry) { return entry.name != kLabel; };
+  const auto isLeft = [](const FileEntry& entry) { return entry.name != kLabel && entry.name != kRenamedTo; };
   if (std::ranges::any_of(files_.List(former.path()), isLeft)) return;
+  files_.Remove(former.File(kRenamedTo));
   files_.Remove(former.File(kLabel));
   files_.Remove(former.path());
 }

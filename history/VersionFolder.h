@@ -27,6 +27,9 @@ HistoryLimits LimitsFrom(const std::function<std::string(const char* name)>& rea
 /// A file of the folder: what is being saved.
 inline constexpr std::string_view kPendingSave = "pending.new";
 
+/// Another: the path that its library is being renamed to. The versions may be that library's already.
+inline constexpr std::string_view kRenamedTo = "renamed.txt";
+
 /// The versions of one library, each a file of its own in a folder of their own. Nothing is remembered but
 /// hashes: the folder may be changed or removed by others at any time.
 class VersionFolder {

@@ -89,13 +89,14 @@ class Scene {
     }
     return events;
   }
-  /// Whether each of these is in a library or is a version of one, which its folder names.
+  /// Whether each of these is in a library or is a version of one.
   bool Holds(const States& states) {
     States held;
     for (const auto& [path, bytes] : files.bytes) {
       if (path.starts_with("/lib/")) held.insert(StateOf(bytes));
       if (!path.ends_with("/path.txt")) continue;
       VersionFolder history = History(bytes.substr(0, bytes.size() - 2));
+      if (!files.bytes.contains(history.library())) continue;
       for (const Version& version : history.Versions()) held.insert(StateOf(*history.Read(version)));
     }
     return std::ranges::includes(held, states);
@@ -187,6 +188,7 @@ class Scene {
       {"keep", [this] { Keep(); }},
       {"limit", [this] { limits_ = {.versions = n_[0], .days = n_[1], .bytes = n_[2]}; }},
       {"prune", [this] { History().Prune(limits_); }},
+      {"tidy", [this] { keeper->Prune(); }},
       {"busy", [this] { files.busy.insert(path_); }},
       {"large", [this] { files.tooLarge.insert(path_); }},
       {"lock", [this] { lock_ = files.Lock(History().path()); }},
