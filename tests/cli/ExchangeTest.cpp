@@ -212,23 +212,19 @@ TEST(ExchangeTest, FieldsGoToPlaceholdersAndBack) {
       "<<procedure>> <<project>>";
   const Snippets library = {{.Name = "n", .Attachment = "", .Code = code, .Description = ""}};
   ConversionReport report;
-  const std::string vsCode = WriteVsCodeSnippets(library, false, kPage, report).snippets;
   EXPECT_EQ(
-      ReadVsCodeSnippets(vsCode, {}, {}, kPage).snippets.at(0).Code,
+      VsCodeRoundTrip(library, report).snippets.at(0).Code,
       "<<end>>Dim <<My var>> ' $ } <<Long=Long|a,b>>\r\n<<My var>> <<3=1>> <<date>> <<module>><<selection>> "
       "<<procedure>> <<project>>")
       << "a placeholder has no name but its text";
-  EXPECT_EQ(ReadVsCodeSnippets(R"({"n": {"body": "$1 ${2:date} ${3:end} $3 ${0:body}"}})", {}, {}, kPage)
-                .snippets.at(0)
-                .Code,
-            "<<1=>> <<2=date>> <<3=end>> <<3>> <<body>>")
-      << "a default text stays one";
-  const std::string studio = WriteVisualStudioSnippets(library, false, kPage, report);
-  EXPECT_EQ(ReadVisualStudioSnippets(studio, {}, kPage).snippets.at(0).Code,
+  EXPECT_EQ(VsRoundTrip(library, report).snippets.at(0).Code,
             "<<end>>Dim <<My_var=My var>> ' $ } <<type=Long>>\r\n<<My_var>> <<x=1>> <<date>> "
-            "<<module>><<selection>> "
-            "<<procedure>> <<project>>")
+            "<<module>><<selection>> <<procedure>> <<project>>")
       << "a literal has an id, and no choices";
+  const Imported defaults =
+      ReadVsCodeSnippets(R"({"n": {"body": "$1 ${2:date} ${3:end} $3 ${0:body}"}})", {}, {}, kPage);
+  EXPECT_EQ(defaults.snippets.at(0).Code, "<<1=>> <<2=date>> <<3=end>> <<3>> <<body>>")
+      << "a default text stays one";
 }
 
 TEST(ExchangeTest, CodeBecomesATemplateOnlyWhenTold) {
