@@ -10,7 +10,7 @@ export LC_ALL=C.UTF-8
 
 build_packages=(
   cmake ninja-build ccache g++ python3 googletest librsvg2-bin
-  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools
   libboost1.81-dev libcli11-dev librapidxml-dev libutfcpp-dev libxxhash-dev nlohmann-json3-dev)
 display_packages=(fonts-wine fonts-liberation2 locales xvfb xdotool x11-utils imagemagick)
 wine_packages=(wine wine64 "${display_packages[@]}")

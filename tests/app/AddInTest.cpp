@@ -70,8 +70,6 @@ class AddInTest : public testing::Test {
     UnregisterHostTypeLibrary();
   }
 
-  std::string LibraryPath() const { return program_.folder().File("host.tlb"); }
-
   /// Commands, each with its answer.
   static void Expect(HostProcess& host, std::initializer_list<std::pair<const char*, std::string>> answers) {
     for (const auto& [command, answer] : answers) EXPECT_EQ(host.Ask(command), answer) << command;
@@ -140,7 +138,7 @@ class AddInTest : public testing::Test {
 /// What all environments have: VBA's, too, which loads a part of the add-in into its process.
 class AnyHostTest : public AddInTest, public testing::WithParamInterface<const char*> {
  protected:
-  HostProcess Host() const { return HostProcess(LibraryPath(), GetParam()); }
+  HostProcess Host() const { return HostProcess(GetParam()); }
   static bool IsVba() { return *GetParam() != '\0'; }
 };
 INSTANTIATE_TEST_SUITE_P(Vb5, AnyHostTest, testing::Values(""));
@@ -151,7 +149,7 @@ TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
   for (const Traits& environment :
        {Traits{"older"}, Traits{"bynumber"}, Traits{"newer"}, Traits{"newer", "bynumber"}, Traits{"vba"},
         Traits{"vba", "bynumber"}, Traits{"vba", "nobar"}}) {
-    HostProcess host(LibraryPath());
+    HostProcess host;
     SCOPED_TRACE(testing::PrintToString(environment));
     for (const std::string& trait : environment) EXPECT_EQ(host.Ask(trait), "");
     for (const char* entry : {"Brennic Snipstore 2.0", "Other", "Brennic Snipstore 2.0"})
@@ -168,7 +166,7 @@ TEST_F(AddInTest, LoadingAddsOneEntryAndUnloadingRemovesIt) {
 }
 
 TEST_F(AddInTest, AnUntickedAddInIsTickedAgainAfterAnyTime) {
-  HostProcess host(LibraryPath());
+  HostProcess host;
   Expect(host, {{"connect 0", "0"}, {"disconnect 1", "0"}});
   // The time after which a server without an environment gives up.
   PostMessageA(FindWindowExA(HWND_MESSAGE, nullptr, "SnipstoreServerLife", nullptr), WM_TIMER, 1, 0);
@@ -200,7 +198,7 @@ TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
   for (const End end : {End::Disconnection, End::Close, End::DeathDuringTheQuestion}) {
     SCOPED_TRACE(static_cast<int>(end));
     const bool released = end != End::Disconnection;
-    HostProcess host(LibraryPath());
+    HostProcess host;
     host.Ask("module Form1 1 a");
     EXPECT_EQ(host.Ask("connect 2"), "0");
     if (released) host.Ask("release");
@@ -228,7 +226,7 @@ TEST_F(AddInTest, StartedFromOutsideItShowsAtOnceAndAddsNoEntry) {
 
 TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
   program_.folder().Write("My Great Lib.bns", "BNS1.0\r\nFirst\r\nd1\r\nBeep\r\n..\r\n");
-  HostProcess host(LibraryPath());
+  HostProcess host;
   EXPECT_EQ(host.Ask("connect 0"), "0");
   for (const char* time : {"at first", "again"}) {
     SCOPED_TRACE(time);
@@ -247,7 +245,7 @@ TEST_F(AddInTest, AMessageOfTheFirstShowBelongsToTheWindow) {
 }
 
 TEST_F(AddInTest, APressDuringADeliveryIsIgnored) {
-  HostProcess host(LibraryPath());
+  HostProcess host;
   host.Ask("module Form1 1 a");
   const HWND window = OpenWindow(host);
   ASSERT_TRUE(WaitUntil([&] { return IsForeground(window); }));
@@ -409,7 +407,7 @@ TEST_F(AddInTest, TheQuestionOfASessionsEndOutlivesTheEnvironment) {
   for (const auto& [disconnects, ends] : {std::pair{true, true}, {true, false}, {false, true}}) {
     SCOPED_TRACE(disconnects ? "the environment disconnects" : "the environment dies");
     SCOPED_TRACE(ends ? "the session ends" : "another program stops it");
-    HostProcess host(LibraryPath());
+    HostProcess host;
     const HWND window = OpenWindow(host);
     Describe(window);
     SendNotifyMessageA(window, WM_QUERYENDSESSION, 0, 0);
@@ -653,7 +651,7 @@ TEST_F(AddInTest, RegisteringAndUnregisteringLeavesTheRegistryAsItWas) {
 }
 
 TEST_F(AddInTest, AnObjectThatIsOnlyMadeLeavesNothing) {
-  HostProcess host(LibraryPath());
+  HostProcess host;
   EXPECT_EQ(host.Ask("create"), "0");
   EXPECT_EQ(Servers(), 1U);
   host.Ask("release");
@@ -684,7 +682,7 @@ TEST_P(AnyHostTest, TwoEnvironmentsShareTheProcessAndTheWindow) {
 }
 
 TEST_F(AddInTest, InVbasEditorTheEntryComesBackAndALostProgramIsStartedAgain) {
-  HostProcess host(LibraryPath(), "vba");
+  HostProcess host("vba");
   host.Ask("hook CommandBarControls.Add 80010001");
   Expect(host, {{"connect 1", "0"},
                 {"hook CommandBarControls.Add off", "hit"},
@@ -703,7 +701,7 @@ TEST_F(AddInTest, InVbasEditorTheEntryComesBackAndALostProgramIsStartedAgain) {
 }
 
 TEST_F(AddInTest, VbasEditorLoadsAndUnloadsItWithoutATrace) {
-  HostProcess host(LibraryPath(), "vba");
+  HostProcess host("vba");
   const std::string rounds = "connect 1, complete, shutdown, disconnect 0, references, release";
   EXPECT_EQ(host.Ask("repeat 10 " + rounds), "0,0,0,0,0,,");
   EXPECT_EQ(host.Ask("repeat 3 connect 1, click 0, disconnect 0, references, release"), "0,,0,0,,");
@@ -719,9 +717,9 @@ TEST_F(AddInTest, RoundsLeaveNothing) {
   const char* given = std::getenv("SNIPSTORE_ROUNDS");
   const int rounds = given != nullptr ? std::atoi(given) : 12;
   const int inOneProcess = rounds * 2 / 3;
-  HostProcess other(LibraryPath());
+  HostProcess other;
   EXPECT_EQ(other.Ask("connect 1"), "0");
-  HostProcess host(LibraryPath());
+  HostProcess host;
   ProcessUse before;
   for (int round = 0; round < rounds; ++round) {
     SCOPED_TRACE(round);

@@ -1,10 +1,7 @@
 // Plays the development environment, in a process of its own, for tests of the add-in.
 //
-//   test_host LIBRARY
-//
-// LIBRARY is the path of its type library, which it makes if need be. Commands come as lines on the standard
-// input, each is answered by a line on the standard output; results of calls are in hexadecimal. In module
-// texts a line end is "|". See the table of commands at the end.
+// Commands come as lines on the standard input, each is answered by a line on the standard output; results of
+// calls are in hexadecimal. In module texts a line end is "|". See the table of commands at the end.
 
 #include <windows.h>
 #include <objbase.h>
@@ -380,12 +377,11 @@ class Host {
 }  // namespace
 }  // namespace snip::test
 
-int main(int count, char** arguments) {
+int main() {
   using namespace snip;
-  if (count < 2) return 2;
   const ComApartment apartment;
   try {
-    test::RegisterHostTypeLibrary(arguments[1]);
+    test::RegisterHostTypeLibrary();
     test::Host host;
     std::thread([&host] { host.ReadCommands(); }).detach();
     std::cout << "ready" << std::endl;

@@ -24,7 +24,7 @@ Pipe MakePipe(bool childReads) {
 
 }  // namespace
 
-HostProcess::HostProcess(const std::string& typeLibrary, const std::string& trait) {
+HostProcess::HostProcess(const std::string& trait) {
   Pipe commands = MakePipe(true);
   Pipe answers = MakePipe(false);
   STARTUPINFOA start{};
@@ -34,7 +34,7 @@ HostProcess::HostProcess(const std::string& typeLibrary, const std::string& trai
   start.hStdOutput = answers.write.get();
   start.hStdError = answers.write.get();
   PROCESS_INFORMATION process{};
-  std::string commandLine = "\"" + ProgramDirectory() + "\\test_host.exe\" \"" + typeLibrary + "\"";
+  std::string commandLine = "\"" + ProgramDirectory() + "\\test_host.exe\"";
   if (CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start,
                      &process) == 0) {
     throw std::runtime_error("the environment does not start");

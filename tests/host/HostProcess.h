@@ -12,7 +12,7 @@ namespace snip::test {
 class HostProcess {
  public:
   /// `trait` is a command that makes it another environment.
-  explicit HostProcess(const std::string& typeLibrary, const std::string& trait = "");
+  explicit HostProcess(const std::string& trait = "");
   ~HostProcess();
   HostProcess(const HostProcess&) = delete;
   HostProcess& operator=(const HostProcess&) = delete;
