@@ -66,10 +66,6 @@ TEST(FirstStart, TheSecondStartOpensTheWindowAndWritesNothing) {
 TEST(FirstStart, ALaterStartEntersWhatAnotherFolderOrAnEarlierVersionLeftOut) {
   const char* const vb6 = R"(Software\Microsoft\Visual Basic\6.0\Addins\BnSnipstore2.Connect)";
   const char* const vba = R"(Software\Microsoft\VBA\VBE\6.0\Addins64\BnSnipstoreVba64.Connect)";
-  const auto listed = [](const char* key) {
-    DWORD size = 0;
-    return SHGetValueA(HKEY_CURRENT_USER, key, "LoadBehavior", nullptr, nullptr, &size) == ERROR_SUCCESS;
-  };
   Program program;
   program.MarkAsRunBefore();
   program.Start("/regserver /silent");
@@ -78,18 +74,16 @@ TEST(FirstStart, ALaterStartEntersWhatAnotherFolderOrAnEarlierVersionLeftOut) {
   program.folder().Write("Lib.bns", NewLibraryBns());
   program.folder().Write("BnSnipstoreVba64.dll", "as unpacked over a version that had none");
   for (const bool first : {true, false}) {
-    if (!first) {
-      SHSetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
-                  REG_SZ, "Z:\\old.exe", sizeof "Z:\\old.exe");
-    }
+    if (!first) Program::SetServerCommand("Z:\\old.exe");
     SHDeleteKeyA(HKEY_CURRENT_USER, vb6);
     SHDeleteKeyA(HKEY_CURRENT_USER, vba);
     program.Start();
     const HWND window = program.MainWindow();
     ASSERT_NE(window, nullptr) << "no second notice";
     EXPECT_EQ(Program::ServerCommand(), command);
-    EXPECT_EQ(listed(vb6), first) << "what its user has removed stays so";
-    EXPECT_EQ(listed(vba), first);
+    for (const char* key : {vb6, vba})
+      EXPECT_EQ(Program::ListEntry(key), first ? "Brennic Snipstore 2.0 0" : "")
+          << "what its user has removed stays so";
     PostMessageA(window, WM_CLOSE, 0, 0);
     ASSERT_TRUE(program.WaitForEnd());
   }

@@ -17,6 +17,7 @@ namespace {
 
 constexpr const char* kCompanyKey = "Software\\Brennic";
 constexpr const char* kMarkerKey = "Software\\Brennic\\BnSnipstore\\2.0";
+constexpr const char* kServerKey = "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32";
 constexpr DWORD kEndMs = 15000;
 
 void Forget() {
@@ -112,9 +113,23 @@ std::string Program::AddInEntry() {
 std::string Program::ServerCommand() {
   char text[MAX_PATH]{};
   DWORD size = sizeof text;
-  SHGetValueA(HKEY_CLASSES_ROOT, "CLSID\\{25E7D835-FA5D-4BBE-9850-7E945446795C}\\LocalServer32", nullptr,
-              nullptr, text, &size);
+  SHGetValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, nullptr, text, &size);
   return text;
+}
+
+void Program::SetServerCommand(const std::string& command) {
+  SHSetValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, REG_SZ, command.c_str(),
+              static_cast<DWORD>(command.size() + 1));
+}
+
+std::string Program::ListEntry(const std::string& key) {
+  char name[100]{};
+  DWORD size = sizeof name;
+  if (SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "FriendlyName", nullptr, name, &size) != 0) return "";
+  DWORD load = 0;
+  size = sizeof load;
+  SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "LoadBehavior", nullptr, &load, &size);
+  return std::string(name) + " " + std::to_string(load);
 }
 
 bool Program::HasRegistryKey() {

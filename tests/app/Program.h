@@ -39,6 +39,9 @@ class Program {
   static std::string AddInEntry();
   /// What COM starts for the add-in's class; empty when the class is not registered.
   static std::string ServerCommand();
+  static void SetServerCommand(const std::string& command);
+  /// What an environment's list in the registry says of the add-in, "NAME LOADED"; empty when it has none.
+  static std::string ListEntry(const std::string& key);
   /// Whether the program has made any key of its own.
   static bool HasRegistryKey();
 

@@ -102,17 +102,13 @@ class Host {
   }
 
  private:
+  static std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
   /// A text of the user's part of the registry, below "Software".
   static std::string UserText(const std::string& key) {
     char text[MAX_PATH]{};
     DWORD size = sizeof text;
     SHGetValueA(HKEY_CURRENT_USER, ("Software\\" + key).c_str(), nullptr, nullptr, text, &size);
     return text;
-  }
-  static CLSID ClassId(const std::string& text) {
-    CLSID id{};
-    CLSIDFromString(std::wstring(text.begin(), text.end()).c_str(), &id);
-    return id;
   }
 
   /// Makes the object of the first add-in in the list that VBA's editor of this width has, in this process.
@@ -125,12 +121,14 @@ class Host {
     const UniqueRegKey key(opened);
     char name[100]{};
     if (RegEnumKeyA(opened, 0, name, sizeof name) != ERROR_SUCCESS) return REGDB_E_CLASSNOTREG;
-    const std::string id = UserText("Classes\\" + std::string(name) + "\\CLSID");
-    library_ = LoadLibraryA(UserText("Classes\\CLSID\\" + id + "\\InprocServer32").c_str());
+    const std::string text = UserText("Classes\\" + std::string(name) + "\\CLSID");
+    library_ = LoadLibraryA(UserText("Classes\\CLSID\\" + text + "\\InprocServer32").c_str());
     const auto getClassObject = Function<decltype(DllGetClassObject)>("DllGetClassObject");
     if (getClassObject == nullptr) return CO_E_DLLNOTFOUND;
+    CLSID id{};
+    CLSIDFromString(Wide(text).c_str(), &id);
     ComPtr<IClassFactory> factory;
-    const HRESULT got = getClassObject(ClassId(id), __uuidof(IClassFactory), factory.PutVoid());
+    const HRESULT got = getClassObject(id, __uuidof(IClassFactory), factory.PutVoid());
     return FAILED(got) ? got : factory->CreateInstance(nullptr, __uuidof(IDispatch), object_.PutVoid());
   }
   template <class Type>
@@ -152,67 +150,53 @@ class Host {
   HRESULT Create() {
     if (model_.isVba) return CreateInProcess();
     CLSID id{};
-    const std::string name = kAddInProgId;
-    HRESULT result = CLSIDFromProgID(std::wstring(name.begin(), name.end()).c_str(), &id);
-    if (SUCCEEDED(result)) {
-      result = CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IUnknown), object_.PutVoid());
-    }
-    return result;
+    const HRESULT known = CLSIDFromProgID(Wide(kAddInProgId).c_str(), &id);
+    return FAILED(known)
+               ? known
+               : CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IUnknown), object_.PutVoid());
   }
-  HRESULT Query() {
-    return object_->QueryInterface(newer_ ? __uuidof(IDTExtensibility2) : __uuidof(IDTExtensibility),
-                                   addIn_.PutVoid());
-  }
-
   HRESULT ConnectAddIn(LONG mode, const ComPtr<IDispatch>& root) {
     HRESULT result = object_ ? S_OK : Create();
-    if (SUCCEEDED(result)) result = Query();
-    if (FAILED(result)) return result;
-    if (byNumber_) return CallNumber(1, {ByValue(root.get()), Variant(mode).get(), ByValue(nullptr)});
-    SAFEARRAY* custom = nullptr;
-    return addIn_->OnConnection(root.get(), mode, nullptr, &custom);
+    if (SUCCEEDED(result))
+      result = object_->QueryInterface(newer_ ? __uuidof(IDTExtensibility2) : __uuidof(IDTExtensibility),
+                                       addIn_.PutVoid());
+    return FAILED(result) ? result : Tell(1, mode, root);
   }
-  /// Calls a function of the add-in's interface by its number, VBA's editor by its name; an empty array
-  /// follows the arguments.
-  HRESULT CallNumber(DISPID number, std::vector<VARIANT> arguments) {
-    std::wistringstream names(
-        L"OnConnection OnDisconnection OnAddInsUpdate OnStartupComplete OnBeginShutdown");
-    std::wstring word;
-    for (DISPID i = 0; i < number; ++i) names >> word;
-    wchar_t* name = word.data();
-    const auto addIn = addIn_.As<IDispatch>();
-    if (model_.isVba && FAILED(addIn->GetIDsOfNames(IID_NULL, &name, 1, 0, &number)))
-      return DISP_E_UNKNOWNNAME;
-    SAFEARRAY* custom = nullptr;
-    arguments.emplace_back().vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
-    arguments.back().pparray = &custom;
-    std::reverse(arguments.begin(), arguments.end());
-    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
-    return addIn->Invoke(number, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
-  }
-  /// Calls a function of the add-in's with an array that holds nothing; the disconnection has a mode as well.
-  HRESULT Tell(DISPID number, LONG mode = 0) {
+  /// Calls a function of the add-in's, the connection with no array, the others with an array that holds
+  /// nothing: by its interface, by its number or, as VBA's editor does, by its name.
+  HRESULT Tell(DISPID number, LONG mode = 0, const ComPtr<IDispatch>& root = {}) {
     if (!addIn_) return E_POINTER;
-    if (byNumber_)
-      return CallNumber(number, number == 2 ? std::vector{Variant(mode).get()} : std::vector<VARIANT>());
-    SAFEARRAY* custom = SafeArrayCreateVector(VT_VARIANT, 0, 0);
-    const HRESULT result = number == 2   ? addIn_->OnDisconnection(mode, &custom)
-                           : number == 3 ? addIn_->OnAddInsUpdate(&custom)
-                           : number == 4 ? addIn_->OnStartupComplete(&custom)
-                           : newer_ ? static_cast<IDTExtensibility2*>(addIn_.get())->OnBeginShutdown(&custom)
-                                    : S_OK;
+    SAFEARRAY* custom = number == 1 ? nullptr : SafeArrayCreateVector(VT_VARIANT, 0, 0);
+    HRESULT result = S_OK;
+    if (byNumber_) {
+      std::vector<VARIANT> arguments(1);  // from the last to the first
+      arguments[0].vt = VT_BYREF | VT_ARRAY | VT_VARIANT;
+      arguments[0].pparray = &custom;
+      if (number == 1) arguments.push_back(ByValue(nullptr));
+      if (number <= 2) arguments.push_back(Variant(mode).get());
+      if (number == 1) arguments.push_back(ByValue(root.get()));
+      const wchar_t* const names[] = {L"OnConnection", L"OnDisconnection", L"OnAddInsUpdate",
+                                      L"OnStartupComplete", L"OnBeginShutdown"};
+      result = Call(model_.isVba ? names[number - 1] : L"", number, arguments);
+    } else {
+      result = number == 1   ? addIn_->OnConnection(root.get(), mode, nullptr, &custom)
+               : number == 2 ? addIn_->OnDisconnection(mode, &custom)
+               : number == 3 ? addIn_->OnAddInsUpdate(&custom)
+               : number == 4 ? addIn_->OnStartupComplete(&custom)
+               : newer_      ? static_cast<IDTExtensibility2*>(addIn_.get())->OnBeginShutdown(&custom)
+                             : S_OK;
+    }
     SafeArrayDestroy(custom);
     return result;
   }
-  HRESULT CallMember(const std::string& name) {
-    ComPtr<IDispatch> object = addIn_.As<IDispatch>();
-    std::wstring wide(name.begin(), name.end());
-    wchar_t* names = wide.data();
-    DISPID id = 0;
-    const HRESULT known = object->GetIDsOfNames(IID_NULL, &names, 1, 0, &id);
-    DISPPARAMS none{};
-    return FAILED(known) ? known
-                         : object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &none, nullptr, nullptr, nullptr);
+  /// Calls a member late-bound, by its name unless that is empty.
+  HRESULT Call(std::wstring name, DISPID member, std::vector<VARIANT> arguments) {
+    const auto addIn = addIn_.As<IDispatch>();
+    wchar_t* names = name.data();
+    if (!name.empty() && FAILED(addIn->GetIDsOfNames(IID_NULL, &names, 1, 0, &member)))
+      return DISP_E_UNKNOWNNAME;
+    DISPPARAMS parameters{arguments.data(), nullptr, static_cast<UINT>(arguments.size()), 0};
+    return addIn->Invoke(member, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   }
 
   /// Lets a member fail, answer with no object, or do something else first: "Object.Member disconnect".
@@ -312,7 +296,7 @@ class Host {
         {"shutdown", [&] { return Hex(Tell(5)); }},
         {"disconnect", [&] { return Hex(Tell(2, std::stol(next()))); }},
         {"release", [&] { return Release(); }},
-        {"call", [&] { return Hex(CallMember(next())); }},
+        {"call", [&] { return Hex(Call(Wide(next()), 0, {})); }},
         {"click", [&] { return Click(std::stoul(next())); }},
         {"entries", [&] { return Names(model_.entries, &MenuEntry::caption); }},
         {"entry",
@@ -345,7 +329,6 @@ class Host {
         {"repeat", [&] { return Repeat(words); }},
         {"bynumber", [&] { return byNumber_ = true, ""; }},
         {"newer", [&] { return newer_ = true, ""; }},
-        {"older", [&] { return newer_ = false, ""; }},
         {"after", [&] { return model_.watch.after; }},
         {"references", [&] { return std::to_string(model_.watch.references); }},
         {"front",

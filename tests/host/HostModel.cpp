@@ -41,9 +41,9 @@ ScriptObject::Function Done(Act act) {
 
 }  // namespace
 
-std::string Module::Text() const {
+std::string Module::Text(LONG first, LONG end) const {
   std::string text;
-  for (const std::string& line : lines) text += line + "\r\n";
+  for (LONG line = first; line < end; ++line) text += lines.at(static_cast<std::size_t>(line) - 1) + "\r\n";
   return text;
 }
 
@@ -62,14 +62,12 @@ void Module::InsertLines(LONG line, const std::string& text) {
   if (cursorLine >= line) cursorLine += static_cast<LONG>(added.size());
 }
 
-LONG Module::ProcedureStart(LONG line) const {
-  while (line > 0 && !lines.at(static_cast<std::size_t>(line) - 1).starts_with("Sub ")) --line;
-  return line;
-}
-
-std::string Module::ProcedureName(LONG start) const {
-  const std::string& header = lines.at(static_cast<std::size_t>(start) - 1);
-  return header.substr(4, header.find('(') - 4);
+std::string Module::ProcedureOf(LONG line) const {
+  for (; line > 0; --line) {
+    const std::string& header = lines.at(static_cast<std::size_t>(line) - 1);
+    if (header.starts_with("Sub ")) return header.substr(4, header.find('(') - 4);
+  }
+  return "";
 }
 
 std::shared_ptr<Module> HostModel::FindModule(const std::string& name) const {
@@ -243,25 +241,21 @@ IDispatch* HostModel::CodeModule(const std::shared_ptr<Module>& module) {
     const LONG first = arguments.Number(0);
     const LONG end = first + arguments.Number(1);
     if (first < 1 || end > static_cast<LONG>(module->lines.size()) + 1) return kOutOfRange;
-    std::string text;
-    for (LONG line = first; line < end; ++line)
-      text += (line == first ? "" : "\r\n") + module->lines[static_cast<std::size_t>(line) - 1];
-    return Answer(result, text);
+    const std::string text = module->Text(first, end);
+    return Answer(result, text.substr(0, text.rfind('\r')));
   };
   const auto erase = Done([module](auto& arguments) {
     const auto first = module->lines.begin() + arguments.Number(0) - 1;
     module->lines.erase(first, first + arguments.Number(1));
   });
   const auto procedure = [module](const Arguments& arguments, VARIANT& result) {
-    const LONG start = module->ProcedureStart(arguments.Number(0));
     *arguments[1].plVal = 0;
-    return Answer(result, start > 0 ? module->ProcedureName(start) : std::string());
+    return Answer(result, module->ProcedureOf(arguments.Number(0)));
   };
   const auto start = [module](const Arguments& arguments, VARIANT& result) {
-    LONG line = module->ProcedureStart(static_cast<LONG>(module->lines.size()));
-    while (line > 0 && module->ProcedureName(line) != arguments.Text(0))
-      line = module->ProcedureStart(line - 1);
-    return Answer(result, line);
+    const std::string header = "Sub " + arguments.Text(0) + "(";
+    const auto found = std::ranges::find_if(module->lines, [&](auto& l) { return l.starts_with(header); });
+    return Answer(result, static_cast<LONG>(found - module->lines.begin()) + 1);
   };
   const auto count = [](auto&, VARIANT& result) { return Answer(result, LONG{2}); };
   return Object("CodeModule",

@@ -26,12 +26,12 @@ struct Module {
   LONG selectionEnd = 0;  ///< The line before whose first character a selection ends; 0 without one.
   bool shown = false;
 
-  /// The lines, each with its line end.
-  std::string Text() const;
+  /// The lines from `first` to the one before `end`, each with its line end.
+  std::string Text(LONG first, LONG end) const;
+  std::string Text() const { return Text(1, static_cast<LONG>(lines.size()) + 1); }
   void InsertLines(LONG line, const std::string& text);
-  /// Where the procedure that a line belongs to begins, from 1; 0 in the declarations.
-  LONG ProcedureStart(LONG line) const;
-  std::string ProcedureName(LONG start) const;
+  /// The procedure that a line belongs to; empty in the declarations.
+  std::string ProcedureOf(LONG line) const;
 };
 
 /// What an environment holds, and the objects that show it to clients. Its objects keep parts of it alive, as
