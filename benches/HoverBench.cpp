@@ -45,6 +45,10 @@ std::vector<Rect> Buttons(HWND bar) {
     LONG width = 0;
     LONG height = 0;
     if (FAILED(accessible->accLocation(&place.x, &place.y, &width, &height, child))) continue;
+    if (role.lVal == ROLE_SYSTEM_BUTTONDROPDOWN) {  // drawn with the button in front of it
+      places.back().width += static_cast<int>(width);
+      continue;
+    }
     ScreenToClient(bar, &place);
     places.push_back({static_cast<int>(place.x), static_cast<int>(place.y), static_cast<int>(width),
                       static_cast<int>(height)});
