@@ -174,7 +174,6 @@ def refusing():
     refuse(REFUSED, "add", "l.bns", "One", says="already")
     refuse(REFUSED, "add", "l.bns", "a\nb", says="more than one line")
     refuse(REFUSED, "rename", "l.bns", "One", " ... ", says="reserves")
-    refuse(REFUSED, "edit", "l.bns", "One", "-c", "a\n (.)\n", says="line 2 of its code")
     refuse(REFUSED, "edit", "l.bns", "One", "-d", "(,)", says="line 1 of its description")
     refuse(REFUSED, "edit", "l.bns", "One", "-c", "\u2603", says="1 character")
     refuse(NO, "remove", "l.bns", "Two", "Three", says="Three")

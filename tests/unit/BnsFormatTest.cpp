@@ -5,6 +5,7 @@
 #include <functional>
 #include <initializer_list>
 
+#include "library/BnsRules.h"
 #include "platform/Text.h"
 #include "tests/unit/Printing.h"
 
@@ -128,6 +129,13 @@ TEST(BnsFormatTest, MarkersWithAnythingElseOnTheirLineAreText) {
         "(.)\0"s, "(,)"s,  "...."s,  "... x"s, "x ..."s, ". . ."s, ".."s, "."s,      "...\r"s, "...\t"s}) {
     EXPECT_EQ(CodeRead(line + "\r\n"), line);
   }
+}
+
+TEST(BnsRulesTest, TheFirstReservedLineIsTold) {
+  EXPECT_EQ(WhyNotHeld(Make("n", "", "d", "a\r\n (.)\r\n...")),
+            "line 2 of its code is \"(.)\", which the file format reserves");
+  EXPECT_EQ(WhyNotHeld(Make("n", "", "(,)", "")),
+            "line 1 of its description is \"(,)\", which the file format reserves");
 }
 
 TEST(BnsFormatTest, NameAndAttachmentAreTakenAsTheyStand) {

@@ -59,6 +59,9 @@ TEST(ColouredText, TheWholeTextIsColouredInFewRuns) {
   EXPECT_EQ(field.Finish(0, 9), 3U);
   EXPECT_EQ(field.Seen(), "kkk  kkk\r\rkkkkkkk kkk fff\r  f f sss c c c\rccc");
   EXPECT_TRUE(field.model.finished());
+  field.model.SetColouring(false);
+  field.Finish(0, 9);
+  EXPECT_EQ(field.Seen(), "fff  fff\r\rfffffff fff fff\r  f f fff f f f\rfff");
 }
 
 TEST(ColouredText, OnlyWhatAChangeConcernsIsColouredAnew) {

@@ -186,6 +186,8 @@ TEST(LibraryMergeTest, MergesSnippetBySnippet) {
            {"a=12345", "b=1234y", "a=x2345", "b=x234y", ""},  // renamed and changed, changed
            {"a=1,b=2,c=3", "c=3,a=1,b=2", "a=1,b=2,c=4", "c=4,a=1,b=2", ""},
            {"a=1,b=2,c=3", "a=1,b=2x,c=3", "c=3,a=1,b=2", "c=3,a=1,b=2x", ""},
+           {"a=1,b=2,c=3,d=4,e=5", "a=x,b=2,c=3,d=4,e=5", "d=4,e=5,a=1,b=2,c=3", "d=4,e=5,a=x,b=2,c=3", ""},
+           {"a=1,b=2,c=3,d=4,e=5", "a=1,b=2,c=3,d=4,e=5", "a=1,d=4,e=5,b=2,c=3", "a=1,d=4,e=5,b=2,c=3", ""},
            {"a=1,b=2", "a=1,o=3,b=2", "a=1,t=4,u=5,b=2", "a=1,o=3,t=4,u=5,b=2", ""},
            {"a=1", "a=1,n=2", "n=2,a=1", "a=1,n=2", ""},  // added by both
            {"a=1,a=1,a=2", "a=1,a=2", "a=1,a=1,a=2x", "a=1,a=2x", ""},
@@ -205,6 +207,10 @@ TEST(LibraryMergeTest, MergesSnippetBySnippet) {
     for (std::string& each : merged.conflicts) std::replace(each.begin(), each.end(), '"', '\'');
     EXPECT_EQ(merged.conflicts, conflict.empty() ? std::vector<std::string>{} : std::vector{conflict});
   }
+  const auto described = [](const char* letters) {
+    return std::vector<Snippet>{{.Name = "a", .Attachment = "", .Code = "", .Description = Text(letters)}};
+  };
+  EXPECT_EQ(MergeLibraries(described("abc"), described("xbc"), described("abz")).snippets, described("xbz"));
 }
 
 }  // namespace

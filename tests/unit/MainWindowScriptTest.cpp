@@ -58,6 +58,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
     if (found == steps_.end()) return "there is no " + verb_;
     const std::string answer = found->second(text);
     EXPECT_FALSE(view.waiting);
+    EXPECT_TRUE(verb_ != "edit" || view.locked || view.focus == Focus::Code);
     EXPECT_TRUE(view.rows.empty() || view.codeSetWhileWaiting);
     EXPECT_EQ(view.focus == Focus::NameBox, view.nameBoxRow.has_value());
     if (editing.ListsSnippets()) {
@@ -133,7 +134,14 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
       {"edit", Quiet([this](auto&) { editing.EditSnippet(); })},
       {"double", Quiet([this](auto&) { editing.txtCode_DblClick(); })},
       {"code", Quiet([this](auto& text) { view.code = text; })},
-      {"type", Quiet([this](auto& text) { view.code += text, editing.txtCode_KeyPress(text.at(0)); })},
+      {"type", Quiet([this](auto& text) {
+         view.code += text;
+         editing.txtCode_KeyPress(text.at(0));
+         const auto before = std::exchange(library.Changes, 0);
+         editing.txtCode_Change();
+         EXPECT_EQ(library.Changes, view.locked ? 0 : 1);
+         library.Changes += before;
+       })},
       {"store", Quiet([this](auto&) { editing.StoreShownCode(); })},
       {"leave", [this](auto&) { return std::string(editing.txtCode_LostFocus() ? "" : "no"); }},
       {"describe", Quiet([this](auto& text) { TypeDescription(text); })},

@@ -31,11 +31,7 @@ TEST(WordRange, ADoubleClickTakesTheWordUnderIt) {
       {"f(x)", 2, "x"},
       {"((x", 0, "("},
       {"my_var2 = 1", 2, "my_var2"},
-      {"Gr\xFC\xDF"
-       "e!",
-       0,
-       "Gr\xFC\xDF"
-       "e"},
+      {"\x80\xFC\xDF!", 0, "\x80\xFC\xDF"},
       {"a$", 1, "a"},
       {"= $", 2, "$"},
   };
