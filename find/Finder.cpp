@@ -100,7 +100,7 @@ std::optional<HitPlace> Finder::BestPlace(const QueryTerm& term, const SearchedL
     }
   }
   if (term.where == Where::Anywhere && term.needle.IsIn(texts.Description)) return HitPlace::Description;
-  if (term.where == Where::Tag && HasTag(texts.Description, term.needle, false, folding_))
+  if (term.where == Where::Tag && HasTag(texts.Description, term.needle, term.phrase, folding_))
     return HitPlace::Description;
   if ((term.where == Where::Anywhere || term.where == Where::Code) && term.needle.IsIn(texts.Code))
     return HitPlace::Code;
@@ -193,7 +193,7 @@ std::vector<TextRange> Finder::PlacesInDescription(std::string_view description)
   for (const QueryTerm& term : query_.terms) {
     if (term.excluded || term.where != Where::Tag) continue;
     ForEachTag(description, folding_, [&](std::string_view tag, TextRange place) {
-      if (term.needle.MatchesAt(tag, 0)) places.push_back(place);
+      if (IsTag(tag, term.needle, term.phrase)) places.push_back(place);
       return true;
     });
   }

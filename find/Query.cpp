@@ -27,7 +27,8 @@ QueryTerm TakeTerm(std::string_view& text, const Folding& folding) {
   const bool phrase = text.starts_with('"');
   if (phrase) text.remove_prefix(1);
   const std::size_t end = std::min(text.find_first_of(phrase ? "\"" : " \t\r\n"), text.size());
-  QueryTerm term{where, phrase, excluded, Needle(text.substr(0, end), folding)};
+  const bool whole = where == Where::Tag ? end < text.size() : phrase;
+  QueryTerm term{where, whole, excluded, Needle(text.substr(0, end), folding)};
   text.remove_prefix(std::min(end + 1, text.size()));
   return term;
 }
@@ -40,7 +41,9 @@ bool IsNarrowerTerm(const QueryTerm& narrower, const QueryTerm& wider) {
   if (narrower.where != wider.where || narrower.excluded != wider.excluded || narrower.phrase != wider.phrase)
     return false;
   const std::string& longer = narrower.needle.folded();
-  return narrower.excluded ? longer == wider.needle.folded() : wider.needle.MatchesAt(longer, 0);
+  const bool isWholeTag = narrower.where == Where::Tag && narrower.phrase;
+  return narrower.excluded || isWholeTag ? longer == wider.needle.folded()
+                                         : wider.needle.MatchesAt(longer, 0);
 }
 
 }  // namespace

@@ -13,7 +13,8 @@ struct QueryTerm {
   enum class Where { Anywhere, Name, Code, Tag, Library };
 
   Where where = Where::Anywhere;
-  bool phrase = false;    ///< Was in quotes: all of it has to be there as it is.
+  /// Was in quotes: all of it has to be there as it is. Of a tag: has ended, and no longer tag is meant.
+  bool phrase = false;
   bool excluded = false;  ///< Snippets that have it are not wanted.
   Needle needle;
 };

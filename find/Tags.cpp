@@ -17,8 +17,10 @@ void ForEachTag(std::string_view description, const Folding& folding,
                 const std::function<bool(std::string_view tag, TextRange place)>& take) {
   for (std::size_t at = description.find('#'); at < description.size(); at = description.find('#', at + 1)) {
     const std::size_t begin = at + 1;
+    // The second byte of a character may look like a sign.
     const auto isWord = [&](std::size_t i) {
-      return i < description.size() && folding.IsWord(description[i]);
+      return i < description.size() &&
+             (folding.IsWord(description[i]) || !folding.BeginsCharacter(description, i));
     };
     if ((at > 0 && isWord(at - 1)) || !isWord(begin) || IsDigit(description[begin])) continue;
     std::size_t end = begin;
@@ -27,10 +29,14 @@ void ForEachTag(std::string_view description, const Folding& folding,
   }
 }
 
-bool HasTag(std::string_view description, const Needle& tag, bool wholeTag, const Folding& folding) {
+bool IsTag(std::string_view tag, const Needle& wanted, bool whole) {
+  return wanted.MatchesAt(tag, 0) && (!whole || tag.size() == wanted.folded().size());
+}
+
+bool HasTag(std::string_view description, const Needle& wanted, bool whole, const Folding& folding) {
   bool has = false;
-  ForEachTag(description, folding, [&](std::string_view one, TextRange) {
-    has = tag.MatchesAt(one, 0) && (!wholeTag || one.size() == tag.folded().size());
+  ForEachTag(description, folding, [&](std::string_view tag, TextRange) {
+    has = IsTag(tag, wanted, whole);
     return !has;
   });
   return has;

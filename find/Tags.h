@@ -16,7 +16,9 @@ namespace snip {
 void ForEachTag(std::string_view description, const Folding& folding,
                 const std::function<bool(std::string_view tag, TextRange place)>& take);
 
-bool HasTag(std::string_view description, const Needle& tag, bool wholeTag, const Folding& folding);
+/// Whether a tag is that one or, unless all of it is meant, begins with it.
+bool IsTag(std::string_view tag, const Needle& wanted, bool whole);
+bool HasTag(std::string_view description, const Needle& wanted, bool whole, const Folding& folding);
 
 struct TagCount {
   std::string tag;        ///< As it is written where it was found first.

@@ -211,6 +211,13 @@ TEST_F(FindTest, TagsAreWordsBehindANumberSign) {
   for (const TagCount& tag : tags) names.push_back(tag.tag + " " + std::to_string(tag.count));
   EXPECT_EQ(names, (Names{"C-Delete 5", "C-Read 5", "C-Write 5", "Caf\xE9 3", "HTTPServerName 3", "IniFile 3",
                           "StringFromRegistry 3", "window_text 3"}));
+  // Characters of which the second byte looks like a bracket or a number.
+  const std::string text = "\x83\x5B#no #x\x83\x5By\x83\x7Cz [#n[";
+  const Folding shiftJis = ShiftJis();
+  std::string found;
+  ForEachTag(text, shiftJis,
+             [&](std::string_view tag, TextRange) { return found += tag, found += "|", true; });
+  EXPECT_EQ(found, "x\x83\x5By\x83\x7Cz|n|");
 }
 
 }  // namespace
