@@ -32,7 +32,10 @@ void Command::AddOption(const char* names, std::optional<std::string>& value, co
 
 void Command::AddOption(const char* names, std::optional<std::size_t>& value, const char* text,
                         const char* help) {
-  parser_.add_option(names, value, help)->option_text(text);
+  const auto fromOne = [](const std::string& number) {
+    return std::string(number.find_first_not_of('0') == std::string::npos ? "has to be 1 or more" : "");
+  };
+  parser_.add_option(names, value, help)->check(fromOne)->option_text(text);
 }
 
 void Command::AddList(const char* names, std::vector<std::string>& values, const char* text,

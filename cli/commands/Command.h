@@ -38,6 +38,7 @@ class Command {
   void AddOptionalText(const char* name, std::optional<std::string>& value, const char* help);
   void AddFlag(const char* names, bool& value, const char* help);
   void AddOption(const char* names, std::optional<std::string>& value, const char* text, const char* help);
+  /// A number from 1 on.
   void AddOption(const char* names, std::optional<std::size_t>& value, const char* text, const char* help);
   /// An option that may be given several times.
   void AddList(const char* names, std::vector<std::string>& values, const char* text, const char* help);

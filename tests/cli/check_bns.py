@@ -84,6 +84,7 @@ def finding():
            [{"library": "l.bns", "position": 1, "name": "One", "part": "description"}], "find: as JSON")
     expect(bns(DONE, "tags", *both).out == "#Best 1\n#café 1\n".encode(), "tags")
     expect(bns(DONE, "list", "--tag", "#CAFE", "tags.bns").out == b"One\n", "list --tag")
+    bns(USAGE, "find", "-n0", "one", *both, says="1 or more")
     expect(bns(NO, "find", "\u2603", *both).out == bns(NO, "tags", "l.bns").out == b"", "nothing to find")
 
 
