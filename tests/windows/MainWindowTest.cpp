@@ -399,6 +399,12 @@ TEST_F(MainWindowTest, AKeyThatNoProgramNeedsShowsThePaletteFromAnywhere) {
     PressKey('Y', {VK_CONTROL, VK_SHIFT});
     EXPECT_TRUE(Until([] { return IsForeground(FindVisibleWindow("Find Snippets")); }));
   }
+  // A key that programs need may have been stored elsewhere.
+  window_.Unload();
+  settings_.SaveMore("FindKey", HotKey{'C', HotKey::kControl}.Text());
+  ASSERT_TRUE(window_.Show());
+  EXPECT_NE(RegisterHotKey(nullptr, 1, MOD_CONTROL, 'C'), 0);
+  UnregisterHotKey(nullptr, 1);
 }
 
 }  // namespace

@@ -18,11 +18,19 @@ bool TypesCharacter(HotKey key) {
   pressed[VK_CONTROL] = pressed[VK_MENU] = 0x80;
   if ((key.held & HotKey::kShift) != 0) pressed[VK_SHIFT] = 0x80;
   WORD characters[2]{};
-  return ToAscii(key.key, MapVirtualKeyA(key.key, MAPVK_VK_TO_VSC), pressed, characters, 0) == 1 &&
-         characters[0] >= ' ';
+  const auto type = [&] {
+    return ToAscii(key.key, MapVirtualKeyA(key.key, MAPVK_VK_TO_VSC), pressed, characters, 0);
+  };
+  const int typed = type();
+  if (typed < 0) type();  // a dead key, which the keyboard would keep for the next one
+  return typed < 0 || (typed > 0 && characters[0] >= ' ');
 }
 
 }  // namespace
+
+std::string RefusalHere(HotKey key) {
+  return RefusalOf(key, TypesCharacter(key));
+}
 
 void frmFindKey::ShowMe(HWND owner, HotKey key) {
   key_ = key;
@@ -55,7 +63,7 @@ void frmFindKey::OnCommand(int id, int notification) {
 }
 
 void frmFindKey::Use(HotKey key) {
-  std::string reason = RefusalOf(key, TypesCharacter(key));
+  std::string reason = RefusalHere(key);
   if (reason.empty()) reason = use_(key);
   if (reason.empty()) return End(IDOK);
   SetWindowTextA(reason_, reason.c_str());

@@ -8,6 +8,9 @@
 
 namespace snip {
 
+/// `RefusalOf` with the keyboard that is here.
+std::string RefusalHere(HotKey key);
+
 /// Lets the user choose the key that brings the palette over any program.
 class frmFindKey : public CaptionedDialog {
  public:

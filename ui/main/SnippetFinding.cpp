@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/Win32Text.h"
+#include "ui/find/frmFindKey.h"
 
 namespace snip {
 namespace {
@@ -39,7 +40,8 @@ SnippetFinding::SnippetFinding(const Parts& parts)
 
 void SnippetFinding::LoadSystemKey() {
   const HotKey key = HotKey::FromText(parts_.settings.LoadMore(kKeySetting));
-  systemKey_ = Register(parts_.window.hWnd(), key) ? key : HotKey{};
+  // The keyboard's layout may have changed, or somebody the setting.
+  systemKey_ = RefusalHere(key).empty() && Register(parts_.window.hWnd(), key) ? key : HotKey{};
 }
 
 std::string SnippetFinding::UseSystemKey(HotKey key) {
