@@ -204,7 +204,10 @@ class AccessibleList::Object final : public ComObject<IAccessible, IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE get_accSelection(VARIANT* children) override {
     if (!Start(children)) return E_POINTER;
-    return Ask([](AccessibleItems&) { return S_FALSE; });
+    return Ask([&](AccessibleItems& items) {
+      const std::optional<int> item = items.SelectedItem();
+      return item ? Give(ChildId(*item), children) : S_FALSE;
+    });
   }
   HRESULT STDMETHODCALLTYPE accSelect(LONG flags, VARIANT child) override {
     return AskAbout(child, [&](AccessibleItems&, LONG) {

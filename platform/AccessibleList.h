@@ -37,6 +37,8 @@ class AccessibleItems {
   virtual AccessibleItem DescribeItem(int item) const = 0;
   /// The item that the keyboard acts on, of a window that has one: the highlighted item of a menu.
   virtual std::optional<int> FocusedItem() const { return std::nullopt; }
+  /// Of a window in which one item can be selected.
+  virtual std::optional<int> SelectedItem() const { return std::nullopt; }
   /// Does what pressing the item would do. It may run a modal loop and may destroy the window; what asked
   /// for it does not wait. The item may have changed since it was asked for, but exists and has an action.
   virtual void DoDefaultAction(int item) = 0;

@@ -121,9 +121,9 @@ int FoundList::RowAt(int y) const {
   return y >= 0 && row < rows_.count() ? row : -1;
 }
 
-void FoundList::TakeRows(int selected) {
+void FoundList::TakeRows(int selected, bool stays) {
+  top_ = stays ? std::max(0, top_ + selected - selected_) : 0;
   selected_ = selected;
-  top_ = 0;
   ShowSelected();
   UpdateScrollBar();
   InvalidateRect(hWnd(), nullptr, FALSE);
@@ -137,7 +137,8 @@ void FoundList::Select(int row) {
   ShowSelected();
   InvalidateRect(hWnd(), nullptr, FALSE);
   accessible_.Notify(EVENT_OBJECT_SELECTION, row);
-  if (GetFocus() == hWnd()) accessible_.Notify(EVENT_OBJECT_FOCUS, row);
+  // Also while the field has the focus: screen readers read out a row that gets it.
+  accessible_.Notify(EVENT_OBJECT_FOCUS, row);
   events_.selected();
 }
 
@@ -290,6 +291,8 @@ LRESULT FoundList::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS;
     case WM_SETFOCUS:
+      if (selected_ >= 0) accessible_.Notify(EVENT_OBJECT_FOCUS, selected_);
+      [[fallthrough]];
     case WM_KILLFOCUS:
       InvalidateRect(hWnd(), nullptr, FALSE);
       return 0;

@@ -25,8 +25,9 @@ class FoundList : public Window, private AccessibleItems {
 
   bool CreateIn(HWND parent, int id, HFONT font);
 
-  /// There are other rows; selects that one, or none for -1, and scrolls to it.
-  void TakeRows(int selected);
+  /// There are other rows; selects that one, or none for -1, and scrolls to it. `stays` says that it is the
+  /// selected one of before, which keeps its height in the window.
+  void TakeRows(int selected, bool stays = false);
   int selected() const { return selected_; }
   /// Selects what a key goes to; false if it is no such key.
   bool MoveByKey(WPARAM key);
@@ -41,6 +42,7 @@ class FoundList : public Window, private AccessibleItems {
   int AccessibleCount() const override { return rows_.count(); }
   AccessibleItem DescribeItem(int item) const override;
   std::optional<int> FocusedItem() const override;
+  std::optional<int> SelectedItem() const override { return FocusedItem(); }
   void DoDefaultAction(int item) override;
 
   int RowsInSight() const;
