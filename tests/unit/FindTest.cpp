@@ -136,7 +136,9 @@ TEST_F(FindTest, ThePalettesRowsBeginWithThePlacesInTheCode) {
     EXPECT_EQ(rows.FoundAt(row).has_value(), row == 4 || row == 5) << row;
   }
   EXPECT_EQ(rows.PlaceAt(2)->begin, 25U);
-  EXPECT_EQ(rows.RowOf(*rows.FoundAt(5)), 5);
+  for (const int row : {1, 2, 4, 5}) EXPECT_EQ(rows.RowOf(rows.IdentityOf(row)), row);
+  EXPECT_EQ(rows.RowOf({"Words", "Other", 7}), 5) << "moved";
+  EXPECT_EQ(rows.RowOf({"Words", "None", 1}), -1);
 
   rows.Search("nothing", "nothing");
   EXPECT_EQ(rows.count(), 2) << "no heading of an empty group";
@@ -172,10 +174,11 @@ TEST_F(FindTest, AWalkGoesThroughThePlacesInTheCodeAndOnToTheNextSnippet) {
         {"a", "", "fill, fill", ""}, {"b", "", "fill", ""}, {"c", "", "x fill", ""}};
     std::size_t at = 0;
     TextRange selected;
+    Went answer = Went::There;
     std::optional<std::string> ShownCode() override { return snippets[at].Code; }
-    bool GoTo(const FindDestination& destination) override {
-      at = destination.snippet;
-      return snippets[at].Name == destination.name;
+    Went GoTo(const FindDestination& destination) override {
+      if (answer == Went::There) at = destination.snippet;
+      return answer;
     }
     void SelectInCode(TextRange place) override { selected = place; }
     TextRange SelectedInCode() override { return selected; }
@@ -189,20 +192,28 @@ TEST_F(FindTest, AWalkGoesThroughThePlacesInTheCodeAndOnToTheNextSnippet) {
   const auto look = [&] {
     places += shown.snippets[shown.at].Name + std::to_string(shown.selected.begin) + " ";
   };
-  EXPECT_TRUE(walk.Go());
+  EXPECT_EQ(walk.Go(), Went::There);
   look();
   for (const char direction : std::string("++++----")) {
-    if (walk.GoOn(direction == '+') == std::optional(true)) look();
+    if (walk.GoOn(direction == '+') == Went::There) look();
   }
   EXPECT_EQ(places, "a0 a6 b0 c2 b0 a6 a0 ");
-  EXPECT_EQ(walk.GoOn(false), std::optional(false)) << "the walk ends at the first";
+  EXPECT_EQ(walk.GoOn(false), Went::Nowhere) << "the walk ends at the first";
+  walk.GoOn(true);
+  // A window that stays leaves the walk where it is; past a snippet that is missing it goes on.
+  for (const auto& [answer, at] : {std::pair{Went::Nowhere, 0U}, {Went::Missing, 0U}, {Went::There, 2U}}) {
+    shown.answer = answer;
+    EXPECT_EQ(walk.GoOn(true), answer);
+    EXPECT_EQ(shown.at, at);
+  }
   walk.Forget();
   walk.BeginInCode();
-  EXPECT_TRUE(*walk.GoOn(false));
+  shown.at = 0;
+  EXPECT_EQ(walk.GoOn(false), Went::There);
   EXPECT_EQ(shown.selected.begin, 6U) << "within the code a walk goes round";
   walk.Forget();
   finder.Search("x");
-  EXPECT_TRUE(*walk.GoOn(true) && shown.at == 2) << "what is looked for next begins a new walk";
+  EXPECT_TRUE(walk.GoOn(true) == Went::There && shown.at == 2) << "what is looked for next begins a new walk";
 }
 
 TEST_F(FindTest, TagsAreWordsBehindANumberSign) {

@@ -56,8 +56,8 @@ class BnRichEditTest : public testing::Test {
   std::string Text() const { return editor_.text().value(); }
   HWND Control() const { return GetDlgItem(editor_.hWnd(), BnRichEdit::kControlId); }
 
-  CHARFORMATA FormatOfSelection() const {
-    CHARFORMATA format{};
+  CHARFORMAT2A FormatOfSelection() const {
+    CHARFORMAT2A format{};
     format.cbSize = sizeof format;
     SendMessageA(Control(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
     return format;
@@ -309,6 +309,22 @@ TEST_F(BnRichEditTest, CodeIsColouredAtOnceWhereItIsSeenAndElsewhereByAndBy) {
     EXPECT_EQ(FirstLine(), 0);
     EXPECT_EQ(editor_.SelStart(), 0);
     EXPECT_EQ(SendMessageA(Control(), EM_CANUNDO, 0, 0), 0);
+  }
+}
+
+TEST_F(BnRichEditTest, PartsAreMarkedAndScrolledToAsTheyAreFilledIn) {
+  constexpr std::size_t line = kLineLength + 1;  // bytes
+  editor_.SetText(Lines(500));
+  editor_.Mark({.parts = {{line * 2, line * 2 + 2}, {line * 300, line * 300 + 2}}, .shown = 1, .ground = 99});
+  EXPECT_LT(LengthInControl(), 200 * kLineLength);
+  ASSERT_TRUE(WaitUntil([&] { return editor_.SelStart() == 300 * kLineLength; }));
+  const LRESULT first = FirstLine();
+  EXPECT_TRUE(first > 270 && first <= 300) << first;
+  ASSERT_TRUE(WaitUntil([&] { return LengthInControl() == 500 * kLineLength; }));
+  EXPECT_TRUE(FirstLine() == first && editor_.SelStart() == 300 * kLineLength && editor_.SelLength() == 2);
+  for (const int marked : {2, 300}) {
+    editor_.SetSelection(marked * kLineLength, 2);
+    EXPECT_EQ(FormatOfSelection().crBackColor, 99U) << marked;
   }
 }
 

@@ -296,10 +296,14 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   const HWND palette = Find("fill");
   EXPECT_EQ(FoundRows(palette).at(0), ">Fill twice - Words, in the name");
   EXPECT_EQ(WindowText(GetDlgItem(palette, frmFind::kStatusId)), "2 snippets - cannot be read: Broken");
-  EXPECT_TRUE(Until([&] {
-    const HWND preview = GetDlgItem(palette, frmFind::kPreviewId);  // made a moment after the list is seen
-    return WindowText(GetDlgItem(preview, BnRichEdit::kControlId)) == first.Code;
-  }));
+  const auto preview = [&] {  // made a moment after the list is seen
+    return GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
+  };
+  EXPECT_TRUE(Until([&] { return WindowText(preview()) == first.Code; }));
+  EXPECT_EQ(WindowText(GetWindow(preview(), GW_HWNDPREV)), "Preview") << "what names it to screen readers";
+  Variant selected;
+  AccessibleClient(GetDlgItem(palette, frmFind::kListId))->get_accSelection(selected.Put());
+  EXPECT_TRUE(selected.Is(1));
 
   PressKey(VK_DOWN);
   PressKey(VK_RETURN);
@@ -315,7 +319,15 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
 
   // From the code, what is selected there is looked for in it first.
   EXPECT_EQ(FoundRows(Find("")).at(1), ">Fill a - line 2, in this snippet");
+  PressKey('C', {VK_CONTROL});
+  EXPECT_TRUE(Until([&] { return ClipboardText(window_.hWnd()) == first.Code; }));
   PressKey(VK_DOWN);
+  // Other libraries arrive: what the user has selected stays so.
+  folder_.Write("Arrives.bns", WriteBns(std::vector{second}));
+  SendMessageA(palette, WM_ACTIVATE, WA_INACTIVE, 0);
+  SendMessageA(palette, WM_ACTIVATE, WA_ACTIVE, 0);
+  EXPECT_TRUE(Until([&] { return FoundRows(palette).size() == 7; }));
+  EXPECT_EQ(FoundRows(palette).at(2), ">Fill b - line 3, in this snippet");
   PressKey(VK_RETURN);
   EXPECT_TRUE(
       Until([&] { return IsForeground(window_.hWnd()) && CaretLine() == 2 && SelectedCode() == "Fill"; }));
@@ -337,8 +349,20 @@ TEST_F(MainWindowTest, FindSeesEditsAndTagsCopiesAndKeepsItsPlace) {
   TypeText("unsaved ");
   ASSERT_TRUE(Until([&] { return WindowText(Code()).starts_with("unsaved "); }));
   SetFocus(List());
+  PressKey(VK_F2);
+  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+  TypeText("New");
   const HWND palette = Find("unsaved");
-  EXPECT_EQ(FoundRows(palette), (std::vector<std::string>{">one - Numbers, in the code, line 1"}));
+  const std::vector<std::string> edited{">New - Numbers, in the code, line 1"};
+  EXPECT_EQ(FoundRows(palette), edited);
+  // A window that is put away takes the palette along, and what was read for it is let go of.
+  window_.Hide();
+  EXPECT_NE(KillTimer(palette, frmFind::kForgetTimer), 0);
+  SendMessageA(palette, WM_TIMER, frmFind::kForgetTimer, 0);
+  EXPECT_TRUE(FoundRows(palette).empty());
+  window_.Show();
+  EXPECT_TRUE(Until([&] { return FoundRows(palette) == edited; }));
+  Find("");
 
   PressKey('G', {VK_CONTROL});
   EXPECT_TRUE(Until([&] { return FoundRows(palette).size() == 2; }));

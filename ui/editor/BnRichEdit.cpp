@@ -22,8 +22,6 @@
 namespace snip {
 namespace {
 
-/// What a screen reader calls it.
-constexpr const char* kName = "Code";
 /// A longer text is replaced more quickly with the control itself, and filled in more quickly in parts: both
 /// take a time that grows with the square of the length.
 constexpr std::size_t kShortText = 16000;  ///< Characters.
@@ -114,8 +112,8 @@ bool ConcernsWholeText(UINT message) {
   }
 }
 
-int LineEndsIn(std::string_view text) {
-  int count = 0;
+std::size_t LineEndsIn(std::string_view text) {
+  std::size_t count = 0;
   for (auto at = text.find("\r\n"); at != std::string_view::npos; at = text.find("\r\n", at + 2)) ++count;
   return count;
 }
@@ -148,11 +146,11 @@ BnRichEdit::~BnRichEdit() {
   Destroy();
 }
 
-bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font) {
+bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font, const char* name) {
   font_ = font;
   colouring_.TakeColours(TranslateColor(foreColor_));
   return Create({.className = "BnRichEdit",
-                 .title = kName,
+                 .title = name,
                  .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
                  .exStyle = WS_EX_CONTROLPARENT,
                  .place = {},
@@ -241,6 +239,8 @@ void BnRichEdit::Show(const std::string& shown) {
     StopWork();
     changed_ = false;
     unfilled_.reset();
+    marks_ = {};
+    markShown_ = true;
     std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
     std::string columns = RichEditColumns(characters);
     if (!ShowAsRtf(std::move(characters), columns)) ShowPlain(shown, std::move(columns));
@@ -311,16 +311,19 @@ void BnRichEdit::FillMore() {
   UpdateWindow(control_);
   SendMessageA(control_, WM_SETREDRAW, FALSE, 0);
   constexpr LONG behindAll = 0x7FFFFFFF;
+  CHARRANGE selected{};
+  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
   SelectIn(control_, {behindAll, behindAll});
   // To free what Wine 8 records for undo leaves gaps between the lines that slow every key afterwards: in
   // 10,000 lines a key takes ten times as long.
   colouring_.WithoutUndo(
       [&] { ShowPart(unfilled_->characters, unfilled_->shownLines, end, RtfScope::Part); });
-  SelectIn(control_, {0, 0});
+  SelectIn(control_, selected);
   SendMessageA(control_, WM_SETREDRAW, TRUE, 0);
   unfilled_->shownLines = end;
-  if (end < colouring_.lineCount()) return;
+  if (end < colouring_.lineCount()) return MarkFilled();
   unfilled_.reset();
+  MarkFilled();
   RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);  // the scroll bars have changed
   // Something may have been dropped on it meanwhile, which is followed later.
   if (!touched_ && !colouring_.AgreesWithControl()) {
@@ -375,6 +378,7 @@ void BnRichEdit::SetForeColor(COLORREF color) {
 }
 
 void BnRichEdit::SetSyntaxColors(bool colouring) {
+  if (colouring == SyntaxColors()) return;
   FillAll();
   colouring_.SetSyntaxColors(colouring);
   FinishColouring();
@@ -437,9 +441,12 @@ void BnRichEdit::ScrollToMiddle() const {
 }
 
 int BnRichEdit::PlaceOfByte(std::size_t byte) const {
-  const std::string before = text().value_or(std::string()).substr(0, byte);
-  const auto characters = static_cast<int>(Utf16FromAnsi(before).size());
-  return hasRichEdit_ ? characters - LineEndsIn(before) : characters;
+  return static_cast<int>(CharactersIn(text().value_or(std::string()).substr(0, byte)));
+}
+
+/// How many characters of the control a part of the text is.
+std::size_t BnRichEdit::CharactersIn(std::string_view part) const {
+  return Utf16FromAnsi(part).size() - (hasRichEdit_ ? LineEndsIn(part) : 0);
 }
 
 std::size_t BnRichEdit::ByteOfPlace(int place) const {
@@ -451,15 +458,47 @@ std::size_t BnRichEdit::ByteOfPlace(int place) const {
   return AnsiFromUtf16(all.substr(0, end)).size();
 }
 
-void BnRichEdit::MarkBytes(const std::vector<std::pair<std::size_t, std::size_t>>& parts,
-                           COLORREF colour) const {
-  const RichEditRanges ranges(hasRichEdit_ ? control_ : nullptr);
-  if (!ranges) return;
-  const RichEditRanges::Colouring marking(ranges);
-  for (const auto& [begin, end] : parts) {
-    marking.SetBackColor(static_cast<std::size_t>(PlaceOfByte(begin)),
-                         static_cast<std::size_t>(PlaceOfByte(end)), colour);
+void BnRichEdit::Mark(Marks marks) {
+  const std::string all = text().value_or(std::string());
+  std::size_t passed = 0;
+  std::size_t place = 0;
+  const auto placeOf = [&](std::size_t byte) {
+    const std::string_view next = std::string_view(all).substr(passed, byte - passed);
+    passed = byte;
+    return place += CharactersIn(next);
+  };
+  for (auto& [begin, end] : marks.parts) {
+    begin = placeOf(begin);
+    end = placeOf(end);
   }
+  marks_ = std::move(marks);
+  marked_ = 0;
+  markShown_ = marks_.parts.empty();
+  MarkFilled();
+}
+
+void BnRichEdit::MarkFilled() {
+  const auto isFilled = [this](const Marks::Part& part, std::size_t linesBefore) {
+    return !unfilled_ || (unfilled_->shownLines > linesBefore &&
+                          part.second <= colouring_.LineStart(unfilled_->shownLines - linesBefore));
+  };
+  const FlagScope filling(filling_);
+  if (marked_ < marks_.parts.size() && isFilled(marks_.parts[marked_], 0)) {
+    const RichEditRanges ranges(hasRichEdit_ ? control_ : nullptr);
+    std::optional<RichEditRanges::Colouring> marking;
+    if (ranges) marking.emplace(ranges);
+    for (; marking && marked_ < marks_.parts.size() && isFilled(marks_.parts[marked_], 0); ++marked_) {
+      const auto& [begin, end] = marks_.parts[marked_];
+      marking->SetBackColor(begin, end, marks_.ground);
+      if (marks_.ink) marking->SetColor(begin, end, *marks_.ink);
+    }
+  }
+  // The lines below it are to be seen as well.
+  if (markShown_ || !isFilled(marks_.parts[marks_.shown], kLinesOfPart)) return;
+  markShown_ = true;
+  const auto& [begin, end] = marks_.parts[marks_.shown];
+  SetSelection(static_cast<int>(begin), static_cast<int>(end - begin));
+  ScrollToMiddle();
 }
 
 std::optional<std::string> BnRichEdit::SelText() const {
@@ -541,7 +580,7 @@ void BnRichEdit::OnChange() {
 LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_CREATE:
-      NameNextControl(hWnd(), kName);
+      NameNextControl(hWnd(), WindowText(hWnd()).c_str());
       MakeControl();
       return control_ != nullptr ? 0 : -1;
     case WM_SIZE:

@@ -29,6 +29,16 @@ class BnRichEdit : public Window {
   /// Of the control in the window.
   static constexpr int kControlId = 1;
 
+  /// Parts of a text that are marked.
+  struct Marks {
+    using Part = std::pair<std::size_t, std::size_t>;
+    std::vector<Part> parts{};  ///< Bytes [begin, end) of the text, in order and without overlap.
+    std::size_t shown = 0;      ///< Which of them is selected and scrolled to.
+    COLORREF ground = 0;
+    std::optional<COLORREF> ink{};  ///< Of the characters, if not their own.
+    friend bool operator==(const Marks&, const Marks&) = default;
+  };
+
   enum MouseButton { kLeftButton = 1, kRightButton = 2 };
 
   /// Any may be empty, and none may end the field. Points are in pixels of the screen.
@@ -48,7 +58,8 @@ class BnRichEdit : public Window {
   explicit BnRichEdit(Events events, Engine preferred = Engine::RichEdit);
   ~BnRichEdit() override;
 
-  bool CreateIn(HWND parent, int id, const FontProperty& font);
+  /// `name` is what a screen reader calls it.
+  bool CreateIn(HWND parent, int id, const FontProperty& font, const char* name = "Code");
 
   /// What was put in and not changed comes out byte for byte; a changed text has CR LF behind each line.
   /// Nothing when the control does not tell it.
@@ -81,8 +92,9 @@ class BnRichEdit : public Window {
   /// Where in the control a byte of `text()` is, and back.
   int PlaceOfByte(std::size_t byte) const;
   std::size_t ByteOfPlace(int place) const;
-  /// Shows these bytes of the text on that colour, until another text is shown. A plain control does not.
-  void MarkBytes(const std::vector<std::pair<std::size_t, std::size_t>>& parts, COLORREF colour) const;
+  /// Marks parts of the text, each as soon as it is filled in, until another text is shown. A plain control
+  /// selects only.
+  void Mark(Marks marks);
   /// With CR LF at line ends.
   std::optional<std::string> SelText() const;
   /// As if typed: can be undone, and is not done while locked. Zero bytes are left out.
@@ -113,6 +125,8 @@ class BnRichEdit : public Window {
   bool ShowAsRtf(std::u16string characters, std::string columns);
   void FillMore();
   void FillAll();
+  void MarkFilled();
+  std::size_t CharactersIn(std::string_view part) const;
   void ShowPart(std::u16string_view characters, std::size_t firstLine, std::size_t endLine, RtfScope scope);
   std::size_t EndOfPart(std::size_t firstLine, std::size_t lines) const;
   void ShowPlain(const std::string& shown, std::string columns);
@@ -150,6 +164,9 @@ class BnRichEdit : public Window {
     std::size_t shownLines = 0;
   };
   std::optional<Unfilled> unfilled_;
+  Marks marks_;  ///< In characters of the control. Those before `marked_` are marked.
+  std::size_t marked_ = 0;
+  bool markShown_ = true;
   MouseSelection mouse_;
   bool locked_ = true;
   bool remaking_ = false;

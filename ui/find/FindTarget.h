@@ -18,6 +18,13 @@ struct FindDestination {
   std::string name;
 };
 
+/// What became of the wish to go to a snippet.
+enum class Went {
+  There,
+  Nowhere,  ///< The window stays at what it shows, which is told there, or is gone.
+  Missing,  ///< The snippet is not in the library any more, or the library is none.
+};
+
 /// What a walk from one place that was found to the next asks of the window that shows them.
 class WalkTarget {
  public:
@@ -25,9 +32,8 @@ class WalkTarget {
 
   /// The code that is shown; none without a snippet.
   virtual std::optional<std::string> ShownCode() = 0;
-  /// Shows a snippet, opening its library as the chooser does. False if it is not there any more, or the
-  /// window is gone.
-  virtual bool GoTo(const FindDestination& destination) = 0;
+  /// Shows a snippet, opening its library as the chooser does.
+  virtual Went GoTo(const FindDestination& destination) = 0;
   /// Selects a part of the code that is shown; begins and ends are bytes.
   virtual void SelectInCode(TextRange place) = 0;
   /// The end of what is selected there, in bytes.
@@ -43,6 +49,8 @@ class FindTarget : public WalkTarget {
   };
   /// The library that is open, with what is being edited taken in; none if none is shown.
   virtual std::optional<Open> OpenLibrary() = 0;
+  /// The snippet of it whose code is shown, if there is one.
+  virtual std::optional<std::uint32_t> ShownSnippet() = 0;
   /// All that can be chosen besides, in their order.
   virtual std::vector<NamedLibrary> OtherLibraries() = 0;
   virtual FontProperty CodeFont() const = 0;

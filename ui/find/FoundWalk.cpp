@@ -28,13 +28,15 @@ void FoundWalk::BeginAt(const Found& chosen) {
 void FoundWalk::Forget() {
   inCode_ = false;
   hits_.clear();
+  hit_ = 0;
 }
 
-bool FoundWalk::GoTo(bool forward) {
-  const FindDestination destination = hits_[hit_];
-  if (!target_.GoTo(destination)) return false;
-  SelectPlace(forward, true);
-  return true;
+Went FoundWalk::GoTo(std::size_t hit, bool forward) {
+  const FindDestination destination = hits_[hit];
+  const Went went = target_.GoTo(destination);
+  if (went != Went::Nowhere) hit_ = hit;
+  if (went == Went::There) SelectPlace(forward, true);
+  return went;
 }
 
 /// Selects the next place in the code that is shown; false if there is none.
@@ -51,19 +53,18 @@ bool FoundWalk::SelectPlace(bool forward, bool fromStart) {
   return true;
 }
 
-std::optional<bool> FoundWalk::GoOn(bool forward) {
+std::optional<Went> FoundWalk::GoOn(bool forward) {
   if (finder_.query().empty()) return std::nullopt;
-  if (SelectPlace(forward, false)) return true;
-  if (inCode_) return SelectPlace(forward, true);
+  if (SelectPlace(forward, false)) return Went::There;
+  if (inCode_) return SelectPlace(forward, true) ? Went::There : Went::Nowhere;
   if (hits_.empty()) {
     if (finder_.found().empty()) return std::nullopt;
     BeginAt(finder_.found().front());
+    if (hits_.empty()) return std::nullopt;
     return Go();
   }
-  if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) return false;
-  hit_ = forward ? hit_ + 1 : hit_ - 1;
-  GoTo(forward);
-  return true;
+  if (forward ? hit_ + 1 >= hits_.size() : hit_ == 0) return Went::Nowhere;
+  return GoTo(forward ? hit_ + 1 : hit_ - 1, forward);
 }
 
 }  // namespace snip

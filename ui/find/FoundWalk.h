@@ -25,14 +25,15 @@ class FoundWalk {
 
   /// The snippet that the walk is at; only after `BeginAt`.
   const FindDestination& current() const { return hits_[hit_]; }
-  /// Shows that snippet and selects its first place. False if it is not there any more.
-  bool Go() { return GoTo(true); }
+  /// Shows that snippet and selects its first place.
+  Went Go() { return GoTo(hit_, true); }
 
-  /// Whether there was a next place or snippet; nothing if nothing has been looked for yet.
-  std::optional<bool> GoOn(bool forward);
+  /// Goes to the next place or snippet, if there is one: the walk is at a snippet that is missing, and stays
+  /// where it was if the window does. Nothing if nothing has been looked for yet.
+  std::optional<Went> GoOn(bool forward);
 
  private:
-  bool GoTo(bool forward);
+  Went GoTo(std::size_t hit, bool forward);
   bool SelectPlace(bool forward, bool fromStart);
 
   WalkTarget& target_;

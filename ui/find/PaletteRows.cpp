@@ -102,11 +102,24 @@ std::string PaletteRows::TagAt(int row) const {
   return listsTags_ && row >= 0 && row < count() ? tags_[static_cast<std::size_t>(row)].tag : std::string();
 }
 
-int PaletteRows::RowOf(const Found& found) const {
-  const auto& all = finder_.found();
-  const auto at = std::ranges::find_if(
-      all, [&](const Found& one) { return one.library == found.library && one.snippet == found.snippet; });
-  return at == all.end() || listsTags_ ? -1 : PlaceRows() + static_cast<int>(at - all.begin());
+RowIdentity PaletteRows::IdentityOf(int row) const {
+  if (const auto place = PlaceAt(row)) return {.at = place->begin};
+  const auto found = FoundAt(row);
+  if (!found) return {.text = TagAt(row)};
+  return {finder_.libraries()[found->library]->path(), std::string(finder_.SnippetOf(*found).Name),
+          found->snippet};
+}
+
+int PaletteRows::RowOf(const RowIdentity& wanted) const {
+  int moved = -1;
+  for (int row = First(); row >= 0 && row < count(); ++row) {
+    if (IsHeading(row)) continue;
+    const RowIdentity one = IdentityOf(row);
+    if (one == wanted) return row;
+    if (moved < 0 && !one.library.empty() && one.library == wanted.library && one.text == wanted.text)
+      moved = row;
+  }
+  return moved;
 }
 
 PaletteRow PaletteRows::FoundRow(const Found& found) const {

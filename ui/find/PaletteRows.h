@@ -23,6 +23,14 @@ struct PaletteRow {
   std::string Spoken() const { return text + behind + (place.empty() ? "" : ", in " + place); }
 };
 
+/// What a row stands for, by which it is found again after another search.
+struct RowIdentity {
+  std::string library{};  ///< The path of a snippet's library.
+  std::string text{};     ///< A snippet's name, or a tag.
+  std::size_t at = 0;     ///< The snippet in its library, or where a place begins.
+  friend bool operator==(const RowIdentity&, const RowIdentity&) = default;
+};
+
 /// The rows of the palette's list: what was found, after the places in the code that the user comes from.
 /// Made when they are asked for, since there may be many. Counted from 0.
 class PaletteRows {
@@ -50,8 +58,12 @@ class PaletteRows {
   std::optional<Found> FoundAt(int row) const;
   std::optional<TextRange> PlaceAt(int row) const;  ///< In the code that was searched first.
   std::string TagAt(int row) const;                 ///< Without its "#".
-  /// The row of a snippet that was found; -1 for another one.
-  int RowOf(const Found& found) const;
+  RowIdentity IdentityOf(int row) const;
+  /// The row of that identity, or of a snippet of that name if it has moved in its library; -1 if there is
+  /// none.
+  int RowOf(const RowIdentity& wanted) const;
+  /// The code that was searched first.
+  const std::string& code() const { return code_; }
 
  private:
   int PlaceRows() const;  ///< Of the first group with its heading, and the heading of the second.

@@ -20,9 +20,10 @@ namespace {
 
 /// Posted by the thread that reads libraries.
 constexpr UINT kLibraryRead = WM_APP + 1;
+/// Posted to the palette itself.
+constexpr UINT kRefresh = WM_APP + 2;
 
 constexpr UINT_PTR kPreviewTimer = 1;
-constexpr UINT_PTR kForgetTimer = 2;
 constexpr UINT kPreviewDelayMs = 30;  // a held key passes over the rows without showing their code
 constexpr UINT kForgetDelayMs = 30000;
 
@@ -57,18 +58,20 @@ UniqueMenu MakeMenu() {
   return bar;
 }
 
-/// Marked text has to be readable on it in the code's colours.
-COLORREF MarkColour() {
-  const COLORREF ground = GetSysColor(COLOR_WINDOW);
-  const bool dark = GetRValue(ground) + GetGValue(ground) + GetBValue(ground) < 3 * 128;
-  return dark ? RGB(96, 80, 0) : RGB(255, 240, 150);
-}
-
 bool HighContrast() {
   HIGHCONTRASTA contrast{};
   contrast.cbSize = sizeof contrast;
   return SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) != 0 &&
          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+}
+
+/// How what was found is marked: it has to be readable in the code's colours.
+BnRichEdit::Marks MarkColours() {
+  if (HighContrast())
+    return {.ground = GetSysColor(COLOR_HIGHLIGHT), .ink = GetSysColor(COLOR_HIGHLIGHTTEXT)};
+  const COLORREF ground = GetSysColor(COLOR_WINDOW);
+  const bool dark = GetRValue(ground) + GetGValue(ground) + GetBValue(ground) < 3 * 128;
+  return {.ground = dark ? RGB(96, 80, 0) : RGB(255, 240, 150)};
 }
 
 /// Whether the user has selected a part of the field's text: all of it is selected by the palette itself.
@@ -87,7 +90,11 @@ frmFind::frmFind(const Services& services)
       rows_(folding_),
       libraries_(services.store, folding_),
       walk_(services.target, rows_.finder()),
-      list_(rows_, {.selected = [this] { SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr); },
+      list_(rows_, {.selected =
+                        [this] {
+                          chosen_ = true;
+                          SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr);
+                        },
                     .activated = [this] { Activate(); }}),
       preview_({}) {}
 
@@ -110,7 +117,6 @@ void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
                               .iconId = IDI_SNIPSTORE});
     if (!made) return;
   }
-  KillTimer(hWnd(), kForgetTimer);
   codeFirst_ = codeFirst;
   told_.clear();
   current_ = false;
@@ -140,9 +146,8 @@ void frmFind::MakeControls() {
 /// The preview is made when there is something to show in it: the list is seen sooner, after a quarter fewer
 /// requests to Wine's server.
 void frmFind::MakePreview() {
-  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont());
+  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont(), "Preview");
   preview_.SetLocked(true);
-  SetWindowTextA(preview_.hWnd(), "Preview");
   SetWindowPos(preview_.hWnd(), list_.hWnd(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   Layout();
 }
@@ -194,11 +199,10 @@ Rect frmFind::StoredPlace(HWND owner) const {
 }
 
 void frmFind::SavePlace() const {
-  WINDOWPLACEMENT placement{};
-  placement.length = sizeof placement;
-  if (GetWindowPlacement(hWnd(), &placement) == 0) return;
+  RECT window{};
+  if (GetWindowRect(hWnd(), &window) == 0) return;
   const TwipsPerPixel twips = ScreenTwips();
-  const Rect place = ToRect(placement.rcNormalPosition);
+  const Rect place = ToRect(window);
   const std::pair<const char*, int> values[] = {{PlaceNames::kLeft, twips.ToTwipsX(place.left)},
                                                 {PlaceNames::kTop, twips.ToTwipsY(place.top)},
                                                 {PlaceNames::kWidth, twips.ToTwipsX(place.width)},
@@ -214,9 +218,6 @@ void frmFind::CloseMe() {
   SavePlace();
   KillTimer(hWnd(), kPreviewTimer);
   ShowWindow(hWnd(), SW_HIDE);
-  current_ = false;
-  // Kept for a moment: who closes the palette often opens it again soon.
-  SetTimer(hWnd(), kForgetTimer, kForgetDelayMs, nullptr);
 }
 
 /// Closes the palette for one who stays where they were.
@@ -228,7 +229,9 @@ void frmFind::Leave() {
 
 void frmFind::Forget() {
   KillTimer(hWnd(), kForgetTimer);
+  if (IsWindowVisible(hWnd()) != 0) return;
   ForgetLibraries();
+  marked_ = {};
   if (!std::exchange(previewed_, {}).empty()) preview_.SetText("");
   list_.TakeRows(-1);
 }
@@ -262,29 +265,28 @@ void frmFind::ForgetLibraries() {
 
 // --- Searching --------------------------------------------------------------------------------------------
 
-void frmFind::Search(const std::optional<Place>& selected) {
+void frmFind::Search() {
   rows_.Search(WindowText(field_), codeFirst_ ? services_.target.ShownCode() : std::nullopt);
-  int row = rows_.First();
-  const auto& libraries = rows_.finder().libraries();
-  for (std::uint32_t library = 0; selected && library < libraries.size(); ++library) {
-    if (libraries[library]->path() == selected->path)
-      row = std::max(row, rows_.RowOf({library, selected->snippet}));
-  }
-  list_.TakeRows(row);
-  ShowStatus();
-  SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr);
+  ShowRows();
 }
 
 /// Searches other libraries for the same, and leaves selected what the user has selected.
 void frmFind::SearchAgain(const std::function<void()>& change) {
-  std::optional<Place> selected;
-  if (const auto found = rows_.FoundAt(list_.selected()); found && list_.selected() != rows_.First()) {
-    selected = {rows_.finder().libraries()[found->library]->path(), found->snippet};
-  }
+  const auto selected = chosen_ ? std::optional(rows_.IdentityOf(list_.selected())) : std::nullopt;
   const bool tags = rows_.listsTags();
   change();
-  Search(selected);
-  if (tags) ShowTags();
+  rows_.Search(WindowText(field_), codeFirst_ ? services_.target.ShownCode() : std::nullopt);
+  if (tags) rows_.ListTags();
+  ShowRows(selected);
+}
+
+void frmFind::ShowRows(const std::optional<RowIdentity>& selected) {
+  const int row = selected ? rows_.RowOf(*selected) : -1;
+  chosen_ = row >= 0;
+  list_.TakeRows(chosen_ ? row : rows_.First(), chosen_);
+  if (rows_.listsTags() && rows_.count() == 0) told_ = "No description has a word with # before it.";
+  ShowStatus();
+  SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr);
 }
 
 void frmFind::SetText(const std::string& text) {
@@ -293,10 +295,9 @@ void frmFind::SetText(const std::string& text) {
 }
 
 void frmFind::ShowTags() {
+  told_.clear();
   rows_.ListTags();
-  list_.TakeRows(rows_.First());
-  Tell(rows_.count() == 0 ? "No description has a word with # before it." : "");
-  ShowPreview();
+  ShowRows();
 }
 
 void frmFind::Tell(const std::string& text) {
@@ -318,34 +319,33 @@ void frmFind::ShowStatus() {
   if (WindowText(status_) != text) SetWindowTextA(status_, text.c_str());
 }
 
-std::optional<SearchedSnippet> frmFind::Selected() const {
-  const auto found = rows_.FoundAt(list_.selected());
-  return found ? std::optional(rows_.finder().SnippetOf(*found)) : std::nullopt;
+/// The snippet of the selected row: a place in the code that is shown is one of its snippet.
+std::optional<Found> frmFind::Selected() const {
+  const int row = list_.selected();
+  if (!rows_.PlaceAt(row)) return rows_.FoundAt(row);
+  const Found shown{.library = 0, .snippet = services_.target.ShownSnippet().value_or(UINT32_MAX)};
+  return rows_.finder().Has(shown) ? std::optional(shown) : std::nullopt;  // the open library is the first
 }
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
   if (preview_.hWnd() == nullptr) MakePreview();
-  const int row = list_.selected();
-  const auto snippet = Selected();
-  const auto first = rows_.PlaceAt(row);
-  std::string code(snippet ? snippet->Code : std::string_view());
-  if (first) code = services_.target.ShownCode().value_or("");
-  if (preview_.Font() != services_.target.CodeFont()) preview_.SetFont(services_.target.CodeFont());
-  preview_.SetSyntaxColors(services_.target.ColoursCode());
-  preview_.SetText(code);
-  previewed_ = std::move(code);
-  std::vector<std::pair<std::size_t, std::size_t>> marks;
-  for (const TextRange& place : rows_.finder().PlacesInCode(previewed_)) {
-    if (marks.size() < kMostMarks) marks.emplace_back(place.begin, place.end);
+  const auto place = rows_.PlaceAt(list_.selected());
+  const auto found = Selected();
+  std::string code = place ? rows_.code() : std::string();
+  if (found && !place) code = rows_.finder().SnippetOf(*found).Code;
+  BnRichEdit::Marks marks = MarkColours();
+  for (const TextRange& one : rows_.finder().PlacesInCode(code)) {
+    if (one == place) marks.shown = marks.parts.size();
+    if (one == place || marks.parts.size() < kMostMarks) marks.parts.emplace_back(one.begin, one.end);
   }
-  if (marks.empty()) return;
-  if (!HighContrast()) preview_.MarkBytes(marks, MarkColour());
-  const std::size_t shown = first ? first->begin : marks.front().first;
-  const int end = preview_.PlaceOfByte(first ? first->end : marks.front().second);
-  const int begin = preview_.PlaceOfByte(shown);
-  preview_.SetSelection(begin, end - begin);
-  preview_.ScrollToMiddle();
+  preview_.SetFont(services_.target.CodeFont());
+  preview_.SetSyntaxColors(services_.target.ColoursCode());
+  if (code == previewed_ && marks == marked_) return;  // the user may have scrolled it
+  preview_.SetText(code);
+  preview_.Mark(marks);
+  previewed_ = std::move(code);
+  marked_ = std::move(marks);
 }
 
 // --- What is done with a row ------------------------------------------------------------------------------
@@ -368,7 +368,11 @@ void frmFind::Activate() {
   walk_.BeginAt(*selected);
   rows_.finder().Use(*selected);
   CloseMe();
-  if (walk_.Go()) return;
+  if (walk_.Go() == Went::Missing) TellMissing();
+}
+
+/// Shows the palette, which tells that the snippet that was to be gone to is missing.
+void frmFind::TellMissing() {
   const HWND owner = GetWindow(hWnd(), GW_OWNER);
   if (owner == nullptr || hWnd() == nullptr) return;
   const FindDestination& missing = walk_.current();
@@ -378,13 +382,14 @@ void frmFind::Activate() {
 }
 
 bool frmFind::GoOn(bool forward) {
-  const std::optional<bool> moved = walk_.GoOn(forward);
-  if (moved && !*moved) MessageBeep(MB_OK);
-  return moved.has_value();
+  const std::optional<Went> went = walk_.GoOn(forward);
+  if (went == Went::Nowhere) MessageBeep(MB_OK);
+  if (went == Went::Missing) TellMissing();
+  return went.has_value();
 }
 
 void frmFind::Output() {
-  const auto found = rows_.FoundAt(list_.selected());
+  const auto found = Selected();
   if (!found) return MessageBeep(MB_OK), void();
   const SearchedLibraryPtr library =
       rows_.finder().libraries()[found->library];  // kept while it is delivered
@@ -394,11 +399,12 @@ void frmFind::Output() {
 }
 
 void frmFind::Copy() {
-  const auto snippet = Selected();
-  if (!snippet) return MessageBeep(MB_OK), void();
-  const std::string name(snippet->Name);
-  rows_.finder().Use(*rows_.FoundAt(list_.selected()));
-  if (services_.target.Copy(std::string(snippet->Code))) Tell("Copied the code of \"" + name + "\".");
+  const auto found = Selected();
+  if (!found) return MessageBeep(MB_OK), void();
+  rows_.finder().Use(*found);
+  const SearchedSnippet snippet = rows_.finder().SnippetOf(*found);
+  const std::string told = "Copied the code of \"" + std::string(snippet.Name) + "\".";
+  if (services_.target.Copy(std::string(snippet.Code))) Tell(told);
 }
 
 void frmFind::ChooseSystemKey() {
@@ -410,8 +416,8 @@ void frmFind::ChooseSystemKey() {
 
 void frmFind::Escape() {
   if (rows_.listsTags()) {
-    Search();
-    return;
+    told_.clear();
+    return Search();
   }
   if (GetWindowTextLengthA(field_) == 0) return Leave();
   SetText("");
@@ -472,6 +478,8 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == kFieldId && notification == EN_CHANGE) {
     told_.clear();
     walk_.Forget();
+    // For screen readers, which were told that the list had the focus when the user selected a row.
+    if (chosen_) NotifyWinEvent(EVENT_OBJECT_FOCUS, field_, OBJID_CLIENT, CHILDID_SELF);
     Search();
     UpdateWindow(list_.hWnd());
   }
@@ -482,6 +490,19 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == Item::kTags) ShowTags();
   if (id == Item::kSystemKey) ChooseSystemKey();
   if (id == Item::kClose) Leave();
+}
+
+/// The palette was shown or activated, or the contrary.
+void frmFind::OnShown(bool shown) {
+  KillTimer(hWnd(), kForgetTimer);
+  if (shown) {
+    // Not before the main window has taken in what was edited in the field that is left.
+    PostMessageA(hWnd(), kRefresh, 0, 0);
+  } else {
+    current_ = false;
+    // Kept for a moment: who closes the palette often opens it again soon.
+    SetTimer(hWnd(), kForgetTimer, kForgetDelayMs, nullptr);
+  }
 }
 
 LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -500,13 +521,14 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     }
     case WM_ACTIVATE:
-      if (LOWORD(wParam) == WA_INACTIVE) {
-        current_ = false;
-      } else if (IsWindowVisible(hWnd()) != 0 && !current_) {
-        SearchAgain([this] { Refresh(); });
-        ReadLibraries();
-      }
+    case WM_SHOWWINDOW:
+      OnShown(message == WM_ACTIVATE ? LOWORD(wParam) != WA_INACTIVE : wParam != FALSE);
       return Default(message, wParam, lParam);
+    case kRefresh:
+      if (current_ || IsWindowVisible(hWnd()) == 0) return 0;
+      SearchAgain([this] { Refresh(); });
+      ReadLibraries();
+      return 0;
     case WM_SETFOCUS:
       SetFocus(field_);
       return 0;

@@ -27,6 +27,9 @@ class frmFind : public Window {
   static constexpr int kKeysId = 1104;
   static constexpr int kStatusId = 1105;
 
+  /// Of the timer that lets go of libraries once the palette is hidden.
+  static constexpr UINT_PTR kForgetTimer = 2;
+
   /// Of the menu's items. Keys of dialogs send the numbers of OK and Cancel, 1 and 2.
   enum Item : int { kGo = 100, kOutput, kCopy, kTags, kSystemKey, kClose };
 
@@ -43,8 +46,8 @@ class frmFind : public Window {
   /// Shows the palette in front of `owner`. Begins with `text`, unless it is empty; `codeFirst` searches the
   /// code that is shown before the libraries.
   void ShowMe(HWND owner, const std::string& text, bool codeFirst);
-  /// Goes on from what was gone to last: to the next place in its code, or else to the next snippet. False if
-  /// nothing has been looked for yet.
+  /// Goes on from what was gone to last: to the next place in its code, or else to the next snippet. Tells of
+  /// one that is missing. False if nothing has been looked for yet.
   bool GoOn(bool forward);
 
   /// Looks at a message before it is dispatched; true when it is used up.
@@ -54,12 +57,6 @@ class frmFind : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  /// A snippet by what stays the same when libraries are read again.
-  struct Place {
-    std::string path;
-    std::uint32_t snippet = 0;
-  };
-
   void MakeControls();
   void MakePreview();
   void Layout();
@@ -69,12 +66,14 @@ class frmFind : public Window {
   void ReadLibraries();
   void TakeResults();
   void ForgetLibraries();
-  void Search(const std::optional<Place>& selected = {});
+  void Search();
   void SearchAgain(const std::function<void()>& change);
+  void ShowRows(const std::optional<RowIdentity>& selected = {});
   void Forget();
   void CloseMe();
   void Leave();
   bool OnKey(WPARAM key, bool control, bool shift);
+  void OnShown(bool shown);
   void OnCommand(int id, int notification);
   void Escape();
   void Activate();
@@ -85,8 +84,9 @@ class frmFind : public Window {
   void ShowPreview();
   void ShowStatus();
   void Tell(const std::string& text);
+  void TellMissing();
   void SetText(const std::string& text);
-  std::optional<SearchedSnippet> Selected() const;
+  std::optional<Found> Selected() const;
 
   Services services_;
   Folding folding_;
@@ -102,9 +102,11 @@ class frmFind : public Window {
   HWND status_ = nullptr;
   FoundList list_;
   BnRichEdit preview_;
-  std::string told_;       ///< Shown in place of a count until something else is looked for.
-  std::string previewed_;  ///< The code in the preview.
-  bool current_ = false;   ///< The libraries have been asked for since the window was activated.
+  std::string told_;          ///< Shown in place of a count until something else is looked for.
+  std::string previewed_;     ///< The code in the preview,
+  BnRichEdit::Marks marked_;  ///< and what is marked there.
+  bool chosen_ = false;       ///< The user has selected a row, since something was looked for.
+  bool current_ = false;      ///< The libraries have been asked for since the window was activated.
   bool codeFirst_ = false;
 };
 

@@ -61,6 +61,7 @@ void SnippetFinding::FindOverOthers() {
     SetForegroundWindow(GetLastActivePopup(parts_.window.hWnd()));  // a dialog comes first
     return;
   }
+  if (!parts_.editing.SettleName()) return;
   // The key repeats while it is held.
   if (front != find_.hWnd() || front == nullptr) {
     DWORD process = 0;
@@ -76,6 +77,7 @@ void SnippetFinding::Find() {
   const bool inCode = code.HasFocus();
   std::string text = inCode ? code.SelText().value_or("") : SelectedText(GetFocus());
   if (text.find_first_of("\r\n") != std::string::npos) text.clear();
+  if (!parts_.editing.SettleName()) return;  // the new name is searched, unless it is refused
   find_.ShowMe(parts_.window.hWnd(), text, inCode && parts_.editing.Shown() != nullptr);
 }
 
@@ -89,29 +91,34 @@ std::optional<FindTarget::Open> SnippetFinding::OpenLibrary() {
   return Open{{parts_.library.LibraryName, parts_.operations.OpenPath()}, &parts_.library.Snippets};
 }
 
+std::optional<std::uint32_t> SnippetFinding::ShownSnippet() {
+  const bool shows = parts_.editing.ListsSnippets() && parts_.editing.Shown() != nullptr;
+  return shows ? std::optional(static_cast<std::uint32_t>(parts_.editing.shownIndex())) : std::nullopt;
+}
+
 std::optional<std::string> SnippetFinding::ShownCode() {
   return parts_.editing.Shown() != nullptr ? parts_.controls.Code() : std::nullopt;
 }
 
-bool SnippetFinding::GoTo(const FindDestination& destination) {
-  if (parts_.window.hWnd() == nullptr) return false;
+Went SnippetFinding::GoTo(const FindDestination& destination) {
+  if (parts_.window.hWnd() == nullptr) return Went::Nowhere;
   parts_.showWindow();
-  if (!parts_.operations.Choose(destination.library.path) || parts_.window.hWnd() == nullptr ||
-      !parts_.editing.ListsSnippets())
-    return false;
+  if (!parts_.operations.Choose(destination.library.path) || parts_.window.hWnd() == nullptr)
+    return Went::Nowhere;
+  if (!parts_.editing.ListsSnippets()) return Went::Missing;
   const auto& snippets = parts_.library.Snippets;
   auto at = destination.snippet;
   if (at >= snippets.size() || snippets[at].Name != destination.name) {
     at = static_cast<std::size_t>(std::ranges::find(snippets, destination.name, &Snippet::Name) -
                                   snippets.begin());
   }
-  if (at == snippets.size()) return false;
+  if (at == snippets.size()) return Went::Missing;
   if (const int row = static_cast<int>(at); row != parts_.editing.shownIndex()) {
     parts_.controls.SelectRow(row);
     parts_.editing.lstCode_Click(row);
   }
   parts_.controls.FocusList();
-  return true;
+  return Went::There;
 }
 
 void SnippetFinding::SelectInCode(TextRange place) {

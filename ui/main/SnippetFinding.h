@@ -47,11 +47,12 @@ class SnippetFinding : private FindTarget {
  private:
   // FindTarget
   std::optional<Open> OpenLibrary() override;
+  std::optional<std::uint32_t> ShownSnippet() override;
   std::vector<NamedLibrary> OtherLibraries() override { return parts_.operations.OtherLibraries(); }
   std::optional<std::string> ShownCode() override;
   FontProperty CodeFont() const override { return parts_.controls.Font(); }
   bool ColoursCode() const override { return parts_.controls.txtCode().SyntaxColors(); }
-  bool GoTo(const FindDestination& destination) override;
+  Went GoTo(const FindDestination& destination) override;
   void SelectInCode(TextRange place) override;
   TextRange SelectedInCode() override;
   void Output(const SearchedLibrary& library, std::size_t snippet) override;
