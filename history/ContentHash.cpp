@@ -1,7 +1,5 @@
 #include "history/ContentHash.h"
 
-#include <exception>
-
 #define XXH_INLINE_ALL
 #include <xxhash.h>
 
@@ -12,19 +10,11 @@ std::uint64_t ContentHash(std::string_view bytes) {
 }
 
 HashInBackground::HashInBackground(std::string_view bytes) {
-  try {
-    thread_ = std::thread([this, bytes] { hash_ = ContentHash(bytes); });
-  } catch (const std::exception&) {
-    hash_ = ContentHash(bytes);  // no thread to be had
-  }
-}
-
-HashInBackground::~HashInBackground() {
-  Wait();
+  if (!work_.Begin([this, bytes] { hash_ = ContentHash(bytes); })) hash_ = ContentHash(bytes);
 }
 
 std::uint64_t HashInBackground::Wait() {
-  if (thread_.joinable()) thread_.join();
+  work_.Finish();
   return hash_;
 }
 

@@ -4,7 +4,8 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <thread>
+
+#include "history/BackgroundWork.h"
 
 namespace snip {
 
@@ -15,15 +16,11 @@ std::uint64_t ContentHash(std::string_view bytes);
 class HashInBackground {
  public:
   explicit HashInBackground(std::string_view bytes);
-  ~HashInBackground();
-  HashInBackground(const HashInBackground&) = delete;
-  HashInBackground& operator=(const HashInBackground&) = delete;
-
   std::uint64_t Wait();
 
  private:
   std::uint64_t hash_ = 0;
-  std::thread thread_;
+  BackgroundWork work_;
 };
 
 /// The hash of contents that come piece by piece.

@@ -58,10 +58,6 @@ class LibraryKeeper::WatchedBytes : public ByteSource {
 
 LibraryKeeper::LibraryKeeper(Parts parts) : parts_(std::move(parts)) {}
 
-LibraryKeeper::~LibraryKeeper() {
-  FinishDraft();
-}
-
 VersionFolder LibraryKeeper::HistoryOf(const std::string& path) const {
   return VersionFolder(parts_.files, parts_.root, parts_.pathForFiles(path));
 }
@@ -256,7 +252,7 @@ bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) 
 
 /// Has the open library's draft in another folder; one that cannot be moved stays where it is.
 void LibraryKeeper::MoveDraft(VersionFolder& folder) {
-  FinishDraft();
+  drafting_.Finish();
   const std::string former = draftPath_;
   auto claim = std::move(draftClaim_);
   const bool made = folder.Make();
@@ -318,61 +314,59 @@ bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
 
 bool LibraryKeeper::WriteDraft(std::string bytes) {
   if (draftPath_.empty()) return true;
-  if (WritesDraft()) return false;
-  FinishDraft();
-  draftingDone_ = false;
   mayHaveDraft_ = true;
-  try {
-    drafting_ = std::thread([this, folder = HistoryOf(openPath_), path = draftPath_,
-                             text = std::move(bytes)]() mutable {
-      try {
-        const std::string unfinished = path + ".tmp";
-        if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
-          draftFailed_ = true;
-      } catch (...) {
-        draftFailed_ = true;  // memory is short; the draft before stays
-      }
-      draftingDone_ = true;
-    });
-  } catch (const std::exception&) {
-    return false;  // no thread to be had: the next time
-  }
-  return true;
-}
-
-void LibraryKeeper::FinishDraft() {
-  if (drafting_.joinable()) drafting_.join();
+  return drafting_.Begin(
+      [this, folder = HistoryOf(openPath_), path = draftPath_, text = std::move(bytes)]() mutable {
+        try {
+          const std::string unfinished = path + ".tmp";
+          if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
+            draftFailed_ = true;
+        } catch (...) {
+          draftFailed_ = true;  // memory is short; the draft before stays
+        }
+      });
 }
 
 void LibraryKeeper::DropDraft() {
-  FinishDraft();
+  drafting_.Finish();
   if (std::exchange(mayHaveDraft_, false)) parts_.files.Remove(draftPath_);
 }
 
 bool LibraryKeeper::LookForOutsideChange() {
+  if (looking_.Works()) return true;
+  looking_.Finish();
+  TakeChange();
   const auto known = Known(openPath_);
   if (openPath_.empty() || !known) return false;
-  const std::string path = parts_.pathForFiles(openPath_);
-  const auto stamp = parts_.files.Stamp(path);
+  const auto stamp = parts_.files.Stamp(parts_.pathForFiles(openPath_));
   if (!stamp || !stamp->exists || *stamp == known->stamp) return false;
-  if (std::exchange(seen_, *stamp) != *stamp) return true;
-  // The user may be typing.
-  const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
-  const auto bytes = parts_.files.Read(path);
-  if (!bytes) return true;
-  const std::uint64_t hash = ContentHash(*bytes);
-  if (hash != known->hash) {
-    VersionFolder folder = HistoryOf(openPath_);
-    if (folder.Make()) {
-      const auto lock = parts_.files.Lock(folder.path());
-      if (!lock) return true;
-      folder.Keep(*bytes, VersionTag::Outside, stamp->time());
-      mayBePruned_ = true;
-    }
+  if (std::exchange(seen_, *stamp) == *stamp) ReadChange(*known, *stamp);
+  return true;
+}
+
+void LibraryKeeper::ReadChange(const KnownContent& before, const FileStamp& stamp) {
+  looking_.Begin([this, folder = HistoryOf(openPath_), path = openPath_, before, stamp]() mutable {
+    // A save must not wait for this.
+    const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
+    const bool made = folder.Make();
+    const auto lock = made ? parts_.files.Lock(folder.path()) : nullptr;
+    const auto bytes = made && !lock ? std::nullopt : parts_.files.Read(folder.library());
+    if (!bytes) return;
+    const std::uint64_t hash = ContentHash(*bytes);
+    if (lock && hash != before.hash) folder.Keep(*bytes, VersionTag::Outside, stamp.time());
+    change_ = {path, before, {stamp, hash}};
+  });
+}
+
+void LibraryKeeper::TakeChange() {
+  const auto change = std::exchange(change_, std::nullopt);
+  // The library may have been saved since, or another one opened.
+  if (!change || change->path != openPath_ || Known(openPath_) != change->before) return;
+  if (change->now.hash != change->before.hash) {
     Tell({LibraryEvent::Kind::ChangedOutside, openPath_});
+    mayBePruned_ = true;
   }
-  Learn(openPath_, *stamp, hash);
-  return false;
+  Learn(openPath_, change->now.stamp, change->now.hash);
 }
 
 }  // namespace snip

@@ -7,10 +7,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
+#include "history/BackgroundWork.h"
 #include "history/SafeSave.h"
 #include "library/LibraryStore.h"
 
@@ -51,7 +51,6 @@ class LibraryKeeper : public LibraryStore {
   };
 
   explicit LibraryKeeper(Parts parts);
-  ~LibraryKeeper() override;
 
   std::vector<std::string> Names() const override;
   std::string PathOf(const std::string& name) const override { return parts_.folder.PathOf(name); }
@@ -81,15 +80,16 @@ class LibraryKeeper : public LibraryStore {
 
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
   bool WriteDraft(std::string bytes);
-  /// Whether the last one is still being written.
-  bool WritesDraft() const { return drafting_.joinable() && !draftingDone_; }
+  /// Whether a draft is still being written, or a changed file being read.
+  bool WorksInBackground() const { return drafting_.Works() || looking_.Works(); }
   /// Whether a draft could not be written since the last call.
   bool TakeDraftFailure() { return draftFailed_.exchange(false); }
   /// The library is saved or left: there is nothing more to be drafted.
   void DropDraft();
 
-  /// Looks whether another program has changed the open library's file since it was read or written here.
-  /// True when it has to be looked at once more, because that program may still be writing.
+  /// Looks whether another program has changed the open library's file since it was read or written here, and
+  /// keeps that in the background. True when it has to be looked at once more, because either may not be
+  /// done.
   bool LookForOutsideChange();
 
   /// What has happened since the last call, the oldest first.
@@ -98,6 +98,10 @@ class LibraryKeeper : public LibraryStore {
 
  private:
   class WatchedBytes;
+  struct OutsideChange {
+    std::string path;
+    KnownContent before, now;
+  };
 
   void Tell(LibraryEvent event) const;
   void Recover(VersionFolder& folder, const std::string& path) const;
@@ -106,7 +110,8 @@ class LibraryKeeper : public LibraryStore {
   void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) const;
   void ClaimDraft(const VersionFolder& folder);
   void MoveDraft(VersionFolder& folder);
-  void FinishDraft();
+  void ReadChange(const KnownContent& before, const FileStamp& stamp);
+  void TakeChange();
   std::optional<std::string> StorePathOf(const std::string& library) const;
   void Learn(const std::string& path, const FileStamp& stamp, std::uint64_t hash) const;
   std::optional<KnownContent> Known(const std::string& path) const;
@@ -116,18 +121,20 @@ class LibraryKeeper : public LibraryStore {
   std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
   bool mayBePruned_ = false;              ///< The open library's history.
   std::unique_ptr<Held> draftClaim_;
-  std::string draftPath_;                   ///< Empty when none can be written.
-  bool mayHaveDraft_ = false;               ///< There may be a file of that path.
-  std::thread drafting_;                    ///< Writes the last draft of the open library.
-  std::atomic<bool> draftingDone_ = false;  ///< That has been written, or could not be.
+  std::string draftPath_;      ///< Empty when none can be written.
+  bool mayHaveDraft_ = false;  ///< There may be a file of that path.
   std::atomic<bool> draftFailed_ = false;
-  std::string failedSave_;    ///< The library whose last save failed; empty when none did.
-  FileStamp seen_;            ///< Of a file that another program has changed.
-  mutable std::mutex mutex_;  ///< Of the following.
+  std::string failedSave_;               ///< The library whose last save failed; empty when none did.
+  FileStamp seen_;                       ///< Of a file that another program has changed.
+  std::optional<OutsideChange> change_;  ///< What has been read of it.
+  mutable std::mutex mutex_;             ///< Of the following.
   mutable std::vector<std::pair<std::string, KnownContent>> known_;  ///< By path.
   mutable std::vector<LibraryEvent> events_;
   mutable std::atomic<bool> hasEvents_ = false;
   mutable bool historyFailed_ = false;
+  // Last, because they use the others.
+  BackgroundWork drafting_;
+  BackgroundWork looking_;
 };
 
 }  // namespace snip

@@ -23,6 +23,8 @@ namespace snip {
 struct KnownContent {
   FileStamp stamp;
   std::uint64_t hash = 0;
+
+  friend bool operator==(const KnownContent&, const KnownContent&) = default;
 };
 
 /// Writes the library's file; false when not all of it is there.

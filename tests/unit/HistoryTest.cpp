@@ -138,10 +138,14 @@ class Scene {
   }
   void Draft() {
     keeper->WriteDraft(Text(n_[0]));
-    for (int wait = 0; keeper->WritesDraft() && wait < 5000; ++wait) std::this_thread::sleep_for(1ms);
+    WaitForThread();
   }
   void Look() {
-    for (int looks = 0; looks < 4 && keeper->LookForOutsideChange(); ++looks) continue;
+    const unsigned most = n_.empty() ? 4 : n_[0];
+    for (unsigned looks = 0; looks < most && keeper->LookForOutsideChange(); ++looks) WaitForThread();
+  }
+  void WaitForThread() const {
+    for (int wait = 0; keeper->WorksInBackground() && wait < 5000; ++wait) std::this_thread::sleep_for(1ms);
   }
   /// As another program does, or this one that then ended.
   void Put() {
