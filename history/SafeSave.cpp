@@ -15,19 +15,6 @@ struct IgnoredLines : BnsEvents {
   void OnPlainLines(BnsSection, std::string_view) override {}
 };
 
-/// Makes a version of the file that the save is about to delete. False when it could not.
-bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known) {
-  const auto stamp = files.Stamp(folder.library());
-  if (stamp && !stamp->exists) return true;
-  const bool unchanged = known != nullptr && *known && stamp == (*known)->stamp;
-  if (unchanged && folder.NewestIs((*known)->hash)) return true;
-  const auto old = files.Read(folder.library());
-  if (!stamp || !old) return false;
-  const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
-  const VersionTag own = IsWholeLibrary(*old) ? VersionTag::Saved : VersionTag::Cut;
-  return folder.Keep(*old, foreign ? VersionTag::Outside : own, stamp->time()).has_value();
-}
-
 }  // namespace
 
 bool IsWholeLibrary(std::string_view bytes) {
@@ -54,6 +41,18 @@ bool ClearPending(Files& files, VersionFolder& folder, std::string_view bytes) {
 }
 
 }  // namespace
+
+bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known) {
+  const auto stamp = files.Stamp(folder.library());
+  if (stamp && !stamp->exists) return true;
+  const bool unchanged = known != nullptr && *known && stamp == (*known)->stamp;
+  if (unchanged && folder.NewestIs((*known)->hash)) return true;
+  const auto old = files.Read(folder.library());
+  if (!stamp || !old) return false;
+  const bool foreign = known != nullptr && *known && (*known)->hash != ContentHash(*old);
+  const VersionTag own = IsWholeLibrary(*old) ? VersionTag::Saved : VersionTag::Cut;
+  return folder.Keep(*old, foreign ? VersionTag::Outside : own, stamp->time()).has_value();
+}
 
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
                        std::optional<KnownContent>* known, Patience::Duration wait) {

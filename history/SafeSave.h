@@ -35,6 +35,9 @@ struct SaveOutcome {
   bool kept = false;     ///< The history did all of its part. It never keeps the library from being written.
 };
 
+/// Makes a version of the file that a save is about to delete. False when it could not. `known` is as below.
+bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known);
+
 /// Saves under a lock that orders several programs. `known` is what this program knows of the file, and is
 /// told the new contents, also those that a failed save left; null for a program that has not read the file
 /// before. What is beyond the limits stays for now. Waits for other programs no longer than `wait` before the

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "cli/system/Files.h"
+#include "history/SafeSave.h"
 #include "library/Library.h"
 
 namespace snip {
@@ -20,11 +21,8 @@ void WriteLibraryFile(const std::string& path, std::string_view bytes, Existing 
   auto history = HistoryOf(files, path);
   if (history && !history->Make()) history.reset();
   const auto lock = history ? files.Lock(history->path()) : nullptr;
-  if (history) {
-    const auto old = files.Read(history->library());
-    const auto stamp = files.Stamp(history->library());
-    if (old && stamp) history->Keep(*old, VersionTag::Saved, stamp->time());
-  }
+  if (history) KeepOldFile(files, *history, nullptr);
+  // The file is replaced in one step: there is no save that could be interrupted.
   WriteFileSafely(path, bytes, existing);
   if (!history) return;
   history->Keep(bytes, VersionTag::Saved);
