@@ -111,8 +111,9 @@ class FakeLibraryView : public LibraryView {
   int selected = -1;
   std::string fileNameText;
   bool gone = false, fileNameBoxShown = false, fileNameSelected = false;
-  std::deque<std::string> names;              ///< What the user enters, one after the other; then he cancels.
-  std::optional<std::string> chosenPath;      ///< What the user picks in the dialog; nothing cancels it.
+  std::deque<std::string> names;          ///< What the user enters, one after the other; then he cancels.
+  std::optional<std::string> chosenPath;  ///< What the user picks in the dialog; nothing cancels it.
+  std::function<void()> whileChoosing = [] {};
   mutable int textsBeforeMemoryRunsOut = -1;  ///< Counted down at each entry that is read.
 
   bool Gone() const override { return gone; }
@@ -145,6 +146,7 @@ class FakeLibraryView : public LibraryView {
   }
   std::optional<std::string> ChooseLibraryFile() override {
     calls_.emplace_back("browse");
+    whileChoosing();
     return chosenPath;
   }
 

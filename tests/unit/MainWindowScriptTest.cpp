@@ -46,6 +46,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
       shownUnderMessage_ = library.LibraryName + ": " + Joined(view.rows);
       chooser.gone = chooser.gone || goes_;
     };
+    chooser.whileChoosing = [this] { chooser.gone = goes_; };
     store.whileBusy = [this] { EXPECT_TRUE(view.waiting || verb_ == "make" || verb_ == "close"); };
     operations.LoadFiles();
   }
@@ -169,7 +170,9 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
          chooser.chosenPath = path.empty() ? std::nullopt : std::optional(path);
          return Choose(kBrowseEntry);
        }},
-      {"drop", Quiet([this](auto& path) { operations.OpenOutside(path); })},
+      {"drop", [this](auto& path) { return std::string(operations.OpenOutside(path) ? "" : "no"); }},
+      {"go-to", [this](auto& path) { return std::string(operations.Choose(path) ? "" : "no"); }},
+      {"instead", Quiet([this](auto& name) { operations.OpenInstead({Named(name)}); })},
       {"save", Quiet([this](auto&) { operations.SaveLibrary(); })},
       {"close", [this](auto&) { return std::string(operations.OfferToSave() ? "" : "no"); }},
       {"answer", Quiet([this](auto& text) {
@@ -221,7 +224,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
       // What is as it cannot be helped.
       {"silent", Quiet([this](auto&) { view.silent = true; })},  // the fields do not tell their texts
       {"tell", Quiet([this](auto&) { view.silent = false; })},
-      {"go", Quiet([this](auto&) { goes_ = true; })},  // while the next message is shown
+      {"go", Quiet([this](auto&) { goes_ = true; })},  // while the next message or dialog is shown
   };
 
   std::string verb_;
