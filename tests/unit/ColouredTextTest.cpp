@@ -85,7 +85,8 @@ TEST(ColouredText, OnlyWhatAChangeConcernsIsColouredAnew) {
     field.Load("Dim x\rDim y\rDim z");
     field.Finish(0, 3);
     field.Edit(change.begin, change.end, change.inserted, change.hue);
-    field.model.Replace(change.begin, change.end, change.inserted, change.hue);
+    EXPECT_EQ(field.model.Replace(change.begin, change.end, change.inserted, change.hue),
+              change.firstLine + change.linesToFinish);
     EXPECT_EQ(field.model.NextUnfinished(0), change.firstLine);
     EXPECT_EQ(field.Finish(0, change.linesToFinish), change.runs);
     EXPECT_TRUE(field.model.finished());
