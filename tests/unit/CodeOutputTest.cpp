@@ -71,7 +71,7 @@ struct FakePane : HostCodePane {
     host.Call("delete " + std::to_string(first) + " " + std::to_string(count));
   }
   std::string ProcedureAt(int at) override { return at > 1 ? "Proc" : ""; }
-  std::string ProcedureCodeAt(int at) override { return at > 1 ? "\r\n  Sub Proc()\r\n  End Sub" : ""; }
+  std::string ProcedureCodeAt(int at) override { return at > 1 ? "\r\n  Sub Proc()\r\n  End Sub\r\n" : ""; }
   std::string ModuleName() override { return host.module; }
 
   FakeHost& host;
@@ -158,7 +158,8 @@ TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
   editing.ShowNothing("");  // in place of a file that is no library; the one before is still in memory
   output.PasteCode();
   output.PasteToNewModule("Lib");
-  EXPECT_EQ(calls, Calls(2, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
+  output.PasteFitted({});
+  EXPECT_EQ(calls, Calls(3, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
 }
 
 TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
@@ -194,6 +195,7 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
                ", insert 3     If [c] Then\r\n      one\r\n\r\n        two\r\n    End If, delete 13 3"},
            Row{"<<selection>>x", caret, "", ", insert 3     x"},
            Row{"no field", lines, "", ", insert 3     no field"},
+           Row{"last", {6, 1, 6, 1}, "", ", insert 6   last"},
        }) {
     Run(false);
     view.code = row.code;
@@ -232,7 +234,7 @@ TEST_F(CodeOutputTest, CodeIsTakenWithoutItsIndentation) {
   };
   for (const Row& row :
        {Row{{3, 5, 3, 8}, "one"}, Row{{3, 6, 3, 8}, "ne"}, Row{{3, 3, 6, 1}, "one\r\n\r\n  two"},
-        Row{{2, 1, 3, 6}, "Sub Proc()\r\n  o"}, Row{{5, 1, 5, 1}, "Sub Proc()\r\nEnd Sub"},
+        Row{{2, 1, 3, 6}, "Sub Proc()\r\n  o"}, Row{{6, 1, 6, 1}, "Sub Proc()\r\nEnd Sub"},
         Row{{1, 1, 1, 1}, ""}, Row{{9, 1, 9, 1}, ""}}) {
     host.selection = row.selection;
     EXPECT_EQ(output.TakeCode().value_or(""), row.code);
