@@ -1,6 +1,7 @@
 #include "ui/dialogs/frmFields.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Fonts.h"
 #include "platform/Win32Text.h"
@@ -17,6 +18,8 @@ constexpr int kWidth = 280;
 constexpr int kLabelWidth = 80;
 constexpr int kRowHeight = 16;  // a multiple of 8 gives whole pixels with every font
 constexpr int kPreviewHeight = 96;
+constexpr int kButtonHeight = 14;
+constexpr int kBelowRows = 12 + kPreviewHeight + kMargin + kButtonHeight + kMargin;
 
 const std::string& DefaultOf(const CodeField& field) {
   return field.choices.empty() ? field.name : field.choices.front();
@@ -38,10 +41,13 @@ void frmFields::OnInit() {
   UseFont(MessageFont());
   codeFont_ = FontOfSize(codeFontProperty_.Name, codeFontProperty_.Size);
   SetWindowTextA(hWnd(), "Fill In Fields");
-  const int height = std::min(count_, kMostInSight) * kRowHeight;
+  const int frame = GetSystemMetrics(SM_CYCAPTION) + 2 * GetSystemMetrics(SM_CYFIXEDFRAME);
+  const int room = WorkArea(hWnd()).height - frame - Down(kMargin + kBelowRows);
+  const int inSight = std::min({count_, kMostInSight, std::max(1, room / Down(kRowHeight))});
+  const int height = inSight * kRowHeight;
   rows_.CreateIn(hWnd(), Pixels({0, kMargin, kWidth, height}), Down(kRowHeight), count_);
   AddFields();
-  int top = kMargin + height;
+  const int top = kMargin + height;
   const std::string label = fields_->size() == static_cast<std::size_t>(count_)
                                 ? "Code:"
                                 : "Code (only the first " + std::to_string(count_) + " of " +
@@ -52,10 +58,10 @@ void frmFields::OnInit() {
           WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | ES_AUTOHSCROLL,
           kPreviewId, {kMargin, top + 12, kWidth - 2 * kMargin, kPreviewHeight}, WS_EX_CLIENTEDGE);
   SendMessageA(code, WM_SETFONT, reinterpret_cast<WPARAM>(codeFont_.get()), FALSE);
-  top += 12 + kPreviewHeight + kMargin;
-  AddDefaultButton("OK", IDOK, {kWidth - kMargin - 104, top, 50, 14});
-  AddButton("Cancel", IDCANCEL, {kWidth - kMargin - 50, top, 50, 14});
-  SizeAndCentre({Across(kWidth), Down(top + 14 + kMargin)});
+  const int buttons = top + 12 + kPreviewHeight + kMargin;
+  AddDefaultButton("OK", IDOK, {kWidth - kMargin - 104, buttons, 50, kButtonHeight});
+  AddButton("Cancel", IDCANCEL, {kWidth - kMargin - 50, buttons, 50, kButtonHeight});
+  SizeAndCentre({Across(kWidth), Down(top + kBelowRows)});
   ShowPreview();
   SetFocus(FieldAt(0));
   SendMessageA(FieldAt(0), EM_SETSEL, 0, -1);
@@ -75,7 +81,8 @@ void frmFields::AddFields() {
       return CreateControl(rows_.hWnd(), className, text.c_str(), WS_VISIBLE | style, exStyle, id, font(),
                            place);
     };
-    add("STATIC", field.name, SS_LEFT, -1, 0, {Across(kMargin), top + Down(2), Across(kLabelWidth), Down(9)});
+    add("STATIC", field.name, SS_LEFT | SS_ENDELLIPSIS, -1, 0,
+        {Across(kMargin), top + Down(2), Across(kLabelWidth), Down(9)});
     const Rect place{left, top, right - left, Down(choice ? 90 : 13)};
     const int id = kFirstFieldId + i;
     if (!choice) {
@@ -102,6 +109,8 @@ void frmFields::OnCommand(int id, int notification) {
     ReadFields();
     ShowPreview();
   }
+  // Windows does that itself; Wine 8 leaves the text selected in every list that had the focus.
+  if (field && notification == CBN_KILLFOCUS) SendMessageA(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
   if (notification != BN_CLICKED) return;
   if (id == IDOK) {
     ReadFields();
@@ -117,7 +126,13 @@ void frmFields::ReadFields() {
 }
 
 void frmFields::ShowPreview() {
-  SetDlgItemTextA(hWnd(), kPreviewId, (*preview_)(texts_).c_str());
+  const std::string before = std::exchange(shown_, (*preview_)(texts_));
+  if (before == shown_) return;
+  const auto changed = std::mismatch(before.begin(), before.end(), shown_.begin(), shown_.end()).first;
+  const auto at = static_cast<LPARAM>(changed - before.begin());
+  SetDlgItemTextA(hWnd(), kPreviewId, shown_.c_str());
+  SendDlgItemMessageA(hWnd(), kPreviewId, EM_SETSEL, static_cast<WPARAM>(at), at);
+  SendDlgItemMessageA(hWnd(), kPreviewId, EM_SCROLLCARET, 0, 0);
 }
 
 }  // namespace snip

@@ -40,12 +40,14 @@ class frmFields : public CaptionedDialog {
   void AddFields();
   HWND FieldAt(int index) const { return GetDlgItem(rows_.hWnd(), kFirstFieldId + index); }
   void ReadFields();
+  /// With what has changed in sight.
   void ShowPreview();
 
   const std::vector<CodeField>* fields_ = nullptr;
   const Preview* preview_ = nullptr;
   int count_ = 0;  ///< Of the fields that are asked for.
   Texts texts_;
+  std::string shown_;  ///< The code in the preview.
   FieldRows rows_;
   FontProperty codeFontProperty_;
   UniqueFont codeFont_;
