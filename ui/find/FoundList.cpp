@@ -206,10 +206,12 @@ void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
   room.left += texts.heading ? margin : margin * 2;
   room.top += rowHeight_ / 10;
   SetTextColor(dc, colour);
-  // The line that it was found in has the right half, for the names to be below one another.
+  // The line that it was found in has the right half, for the names to be below one another, unless the list
+  // is too narrow for both.
   RECT left = room;
   const LONG middle = (place.left + place.right) / 2;
-  if (!texts.context.empty()) left.right = middle - margin;
+  const bool hasContext = !texts.context.empty() && place.right - place.left >= 20 * rowHeight_;
+  if (hasContext) left.right = middle - margin;
   const Folding& folding = rows_.finder().folding();
   LineWriter line(dc, left, folding);
   if (texts.heading) {
@@ -221,10 +223,12 @@ void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
   line.UseAllRoom();
   SetTextColor(dc, weak);
   line.Write(texts.behind, font_);
-  room.left = middle;
-  LineWriter context(dc, room, folding);
-  SetTextColor(dc, colour);
-  context.Write(texts.context, texts.contextMarks, font_, marked_.get());
+  if (hasContext) {
+    room.left = middle;
+    LineWriter context(dc, room, folding);
+    SetTextColor(dc, colour);
+    context.Write(texts.context, texts.contextMarks, font_, marked_.get());
+  }
   if (selected && GetFocus() == hWnd()) DrawFocusRect(dc, &place);
 }
 

@@ -164,11 +164,14 @@ void frmFind::Layout() {
   top += fieldHeight + margin / 2;
   const int foot = size.height - 2 * line - margin / 2;
   const int rest = std::max(0, foot - margin / 2 - top);
-  const int listHeight = rest * 11 / 20;
+  // A low window is all list: a line or two of code would help nobody.
+  const bool showsCode = rest >= 10 * line;
+  const int listHeight = showsCode ? rest * 11 / 20 : rest;
   MoveTo(list_.hWnd(), {margin, top, width, listHeight});
   if (preview_.hWnd() != nullptr) {
     MoveTo(preview_.hWnd(),
            {margin, top + listHeight + margin / 2, width, std::max(0, rest - listHeight - margin / 2)});
+    ShowWindow(preview_.hWnd(), showsCode ? SW_SHOWNA : SW_HIDE);
   }
   MoveTo(status_, {margin, foot, width, line});
   MoveTo(keys_, {margin, foot + line, width, line});
