@@ -87,10 +87,7 @@ class LifeCycleTest : public testing::Test {
   }
   static HWND Shown(const char* className) {
     HWND found = nullptr;
-    WaitUntil([&] {
-      found = FindWindowA(className, nullptr);
-      return found != nullptr && IsWindowVisible(found) != 0;
-    });
+    WaitUntil([&] { return (found = FindVisibleOfClass(className)) != nullptr; });
     return found;
   }
   /// Waits for a list of a window to have so many rows.

@@ -134,8 +134,11 @@ class Scene {
     keeper->OpenedOrSaved(path);
   }
   void Save() {
-    if (keeper->Replace(path_, BytesInMemory(Text(n_[0])))) keeper->OpenedOrSaved(path_);
+    const bool done = keeper->Replace(path_, BytesInMemory(Text(n_[0])));
+    if (done) keeper->OpenedOrSaved(path_);
+    Answer(done);
   }
+  void Answer(bool done) { answer_ = done ? "done" : "refused"; }
   void Draft() {
     keeper->WriteDraft(Text(n_[0]));
     WaitForThread();
@@ -149,9 +152,9 @@ class Scene {
   }
   /// As another program does, or this one that then ended.
   void Put() {
+    if (!path_.starts_with("/lib")) files.bytes[History().File("path.txt")] = kLibrary + "\r\n";
     files.bytes[path_] = n_.size() == 1 ? Text(n_[0]) : Text(n_[0], n_[1]);
     files.changed[path_] = ++files.calls;
-    if (!path_.starts_with("/lib")) files.bytes[History().File("path.txt")] = kLibrary + "\r\n";
   }
   /// At an hour, and perhaps with that of a file.
   void Keep() {
@@ -182,10 +185,10 @@ class Scene {
       {"names", [this] { keeper->Names(); }},
       {"open", [this] { Open(path_); }},
       {"save", [this] { Save(); }},
-      {"create", [this] { keeper->Create(path_, BytesInMemory(Text(n_[0]))); }},
-      {"rename", [this] { keeper->Rename(keeper->openPath(), path_); }},
+      {"create", [this] { Answer(keeper->Create(path_, BytesInMemory(Text(n_[0])))); }},
+      {"rename", [this] { Answer(keeper->Rename(keeper->openPath(), path_)); }},
       {"draft", [this] { Draft(); }},
-      {"throw", [this] { keeper->ThrownAway(BytesInMemory(Text(n_[0]))); }},
+      {"throw", [this] { Answer(keeper->ThrownAway(BytesInMemory(Text(n_[0])))); }},
       {"look", [this] { Look(); }},
       {"see", [this] { See(); }},
       {"put", [this] { Put(); }},
