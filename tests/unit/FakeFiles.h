@@ -4,7 +4,6 @@
 #include <limits>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <set>
 #include <string>
@@ -19,7 +18,7 @@ namespace snip::test {
 /// The program ends in the middle of a call.
 struct Killed {};
 
-/// Files in memory, of which any call can fail or end the program.
+/// Files in memory, of which any call can fail or end the program. For one thread at a time.
 class FakeFiles : public Files {
  public:
   static constexpr int kNever = std::numeric_limits<int>::max();
@@ -35,16 +34,13 @@ class FakeFiles : public Files {
   double written = 0.5;  ///< How much of its bytes a write that does not end leaves.
 
   std::optional<FileStamp> Stamp(const std::string& path) override {
-    const std::lock_guard lock(mutex_);
     return bytes.contains(path) ? FileStamp{true, bytes[path].size(), changed[path]} : FileStamp{};
   }
   std::optional<std::string> Read(const std::string& path) override {
-    const std::lock_guard lock(mutex_);
     if (tooLarge.contains(path)) throw std::bad_alloc();
     return Refuses(path) || !bytes.contains(path) ? std::nullopt : std::optional(bytes[path]);
   }
   bool Write(const std::string& path, std::string_view text) override {
-    const std::lock_guard lock(mutex_);
     if (Refuses(path)) return false;
     const int call = ++calls;
     const bool whole = call < killAt && !Fails(call);
@@ -54,22 +50,14 @@ class FakeFiles : public Files {
     return whole;
   }
   bool Move(const std::string& from, const std::string& to) override {
-    const std::lock_guard lock(mutex_);
     if (!Does() || !bytes.contains(from) || Refuses(from) || Refuses(to)) return false;
     bytes[to] = bytes[from];
     changed[to] = changed[from];
     return bytes.erase(from) > 0;
   }
-  bool Remove(const std::string& path) override {
-    const std::lock_guard lock(mutex_);
-    return Does() && bytes.erase(path) > 0;
-  }
-  bool MakeFolder(const std::string&) override {
-    const std::lock_guard lock(mutex_);
-    return Does();
-  }
+  bool Remove(const std::string& path) override { return Does() && bytes.erase(path) > 0; }
+  bool MakeFolder(const std::string&) override { return Does(); }
   std::vector<FileEntry> List(const std::string& folder) override {
-    const std::lock_guard lock(mutex_);
     std::vector<FileEntry> list;
     for (const auto& [path, text] : bytes) {
       if (!path.starts_with(folder + "/")) continue;
@@ -90,7 +78,6 @@ class FakeFiles : public Files {
   };
 
   std::unique_ptr<Held> Hold(const std::string& name) {
-    const std::lock_guard lock(mutex_);
     if (!held_[name].expired()) return nullptr;
     auto given = std::make_unique<Given>();
     held_[name] = given->life;
@@ -108,7 +95,6 @@ class FakeFiles : public Files {
     return !Fails(call);
   }
 
-  std::mutex mutex_;  ///< Drafts are written in the background.
   std::map<std::string, std::weak_ptr<int>> held_;
 };
 
