@@ -8,6 +8,7 @@
 #include "settings/Settings.h"
 #include "settings/SettingsText.h"
 #include "tests/unit/FakeSettingsTarget.h"
+#include "tests/unit/Script.h"
 #include "ui/dialogs/SettingsChoices.h"
 #include "ui/find/HotKey.h"
 
@@ -179,38 +180,19 @@ TEST(SettingsChoicesTest, EachValueIsSavedRightAfterItIsApplied) {
   EXPECT_EQ(target.switches, choices.switches);
 }
 
+/// Keys as they are stored, on a keyboard that types characters with all or none of them.
+struct ScriptedKeyboard {
+  std::string types;
+  std::string operator()(const std::string& stored) const {
+    const HotKey key = HotKey::FromText(stored);
+    if (key.empty()) return "none" + RefusalOf(key, true);
+    EXPECT_EQ(key.Text(), stored);
+    return RefusalOf(key, types == "types").empty() ? "free" : RefusalOf(key, types == "types");
+  }
+};
+
 TEST(HotKeyTest, KeysThatWindowsOrKeyboardsNeedAreRefused) {
-  constexpr auto controlShift = HotKey::kControl | HotKey::kShift;
-  constexpr auto controlAlt = HotKey::kControl | HotKey::kAlt;
-  struct Case {
-    std::uint8_t key;
-    int held;
-    bool types;
-    const char* reason;  ///< A part of it; empty if the key is free.
-  };
-  for (const Case& one : {Case{0, 0, false, ""},
-                          {'F', controlShift, false, ""},
-                          {'F', controlAlt, false, ""},
-                          {0x77, HotKey::kAlt, false, ""},
-                          {'Q', controlAlt, true, "AltGr"},
-                          {'F', 0, false, "typed"},
-                          {0x74, 0, false, "function"},
-                          {0x7B, controlShift, false, "debuggers"},
-                          {'C', HotKey::kControl, false, "Most programs"},
-                          {'F', HotKey::kAlt, false, "menus"},
-                          {0x09, HotKey::kAlt, false, "Windows needs"},
-                          {0x73, HotKey::kAlt, false, "Windows needs"},
-                          {0x1B, controlShift, false, "Windows needs"},
-                          {0x2E, controlAlt, false, "Windows needs"}}) {
-    const HotKey key{one.key, static_cast<std::uint8_t>(one.held)};
-    const std::string reason = RefusalOf(key, one.types);
-    EXPECT_TRUE(reason.empty() == (*one.reason == 0) && reason.find(one.reason) != std::string::npos)
-        << int{one.key} << " " << one.held << ": " << reason;
-    EXPECT_EQ(HotKey::FromText(key.Text()), key);
-  }
-  for (const char* text : {"", "-1", "12", "070", "65.5", "9999999", "x"}) {
-    EXPECT_EQ(HotKey::FromText(text).empty(), text != std::string("12")) << text;
-  }
+  PlayScripts<ScriptedKeyboard>("hot-keys.txt");
 }
 
 }  // namespace
