@@ -160,6 +160,8 @@ TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
   output.PasteToNewModule("Lib");
   output.PasteFitted({});
   EXPECT_EQ(calls, Calls(3, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
+  output.PasteToNewModule("Lib", library.Snippets);  // what another library holds
+  EXPECT_EQ(calls.back(), "show");
 }
 
 TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {

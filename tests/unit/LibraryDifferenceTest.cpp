@@ -7,6 +7,7 @@
 #include <optional>
 #include <random>
 #include <sstream>
+#include <thread>
 #include <string>
 #include <utility>
 #include <vector>
@@ -134,6 +135,7 @@ TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibr
     begin(6, "a=1");
     reader.Compare(unreadable, std::chrono::seconds(10));
     EXPECT_FALSE(reader.Take().compared.value().readable);
+    while (!reader.Take().all) std::this_thread::yield();
   }
   begin(6, "a=1");
   reader.Compare(1, std::chrono::seconds(10));
