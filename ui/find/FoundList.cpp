@@ -132,14 +132,17 @@ void FoundList::TakeRows(int selected, bool stays) {
 }
 
 void FoundList::Select(int row) {
-  if (row < 0 || row >= rows_.count() || row == selected_) return;
-  selected_ = row;
-  ShowSelected();
-  InvalidateRect(hWnd(), nullptr, FALSE);
-  accessible_.Notify(EVENT_OBJECT_SELECTION, row);
-  // Also while the field has the focus: screen readers read out a row that gets it.
+  if (row < 0 || row >= rows_.count()) return;
+  const bool other = std::exchange(selected_, row) != row;
+  if (other) {
+    ShowSelected();
+    InvalidateRect(hWnd(), nullptr, FALSE);
+    accessible_.Notify(EVENT_OBJECT_SELECTION, row);
+  }
+  // Also while the field has the focus, and when there is no further row: screen readers read out a row that
+  // gets it.
   accessible_.Notify(EVENT_OBJECT_FOCUS, row);
-  events_.selected();
+  if (other) events_.selected();
 }
 
 bool FoundList::MoveByKey(WPARAM key) {
