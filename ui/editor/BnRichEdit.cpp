@@ -312,17 +312,21 @@ void BnRichEdit::FillMore() {
   SendMessageA(control_, WM_SETREDRAW, FALSE, 0);
   constexpr LONG behindAll = 0x7FFFFFFF;
   CHARRANGE selected{};
+  POINT scrolled{};
   SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+  SendMessageA(control_, EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
   SelectIn(control_, {behindAll, behindAll});
   // To free what Wine 8 records for undo leaves gaps between the lines that slow every key afterwards: in
   // 10,000 lines a key takes ten times as long.
   colouring_.WithoutUndo(
       [&] { ShowPart(unfilled_->characters, unfilled_->shownLines, end, RtfScope::Part); });
   SelectIn(control_, selected);
+  SendMessageA(control_, EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
   SendMessageA(control_, WM_SETREDRAW, TRUE, 0);
   unfilled_->shownLines = end;
   if (end < colouring_.lineCount()) return MarkFilled();
   unfilled_.reset();
+  if (!touched_) SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);  // should it have recorded all the same
   MarkFilled();
   RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);  // the scroll bars have changed
   // Something may have been dropped on it meanwhile, which is followed later.
