@@ -98,15 +98,19 @@ void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) cons
 
 /// Has the history of a library go along whose renaming was interrupted.
 void LibraryKeeper::FinishRename(VersionFolder& former, const std::string& library) const {
-  const auto before = parts_.files.Stamp(former.library()), after = parts_.files.Stamp(library);
-  if (!before || !after) return;
-  if (before->exists || !after->exists) {
-    parts_.files.Remove(former.File(kRenamedTo));
+  const auto is = [this](const std::string& path, bool there) {
+    const auto stamp = parts_.files.Stamp(path);
+    return stamp && stamp->exists == there;
+  };
+  const auto isRenamed = [&] { return is(former.library(), false) && is(library, true); };
+  if (!isRenamed()) {
+    if (is(former.library(), true)) parts_.files.Remove(former.File(kRenamedTo));
     return;
   }
   if (const auto path = StorePathOf(library)) TakeAbandonedDrafts(former, *path);
   VersionFolder folder(parts_.files, parts_.root, library);
-  if (const auto lock = parts_.files.Lock(former.path())) folder.TakeFrom(former);
+  // Another program may have been in the middle of saving a library of the former name.
+  if (const auto lock = parts_.files.Lock(former.path()); lock && isRenamed()) folder.TakeFrom(former);
 }
 
 /// A library whose save was interrupted may be missing, and would not be listed.
@@ -175,6 +179,7 @@ SaveOutcome LibraryKeeper::SaveWithHistory(const std::string& path, std::string_
   const auto write = [&](std::string_view piece) {
     return parts_.folder.Replace(path, BytesInMemory(piece));
   };
+  looking_.Finish();  // it holds the lock
   try {
     // It is kept, since it remembers what its versions hold.
     if (!saved_ || saved_->library() != parts_.pathForFiles(path))
@@ -234,6 +239,7 @@ void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
 
 bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) {
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
+  looking_.Finish();  // it holds the lock
   VersionFolder former = HistoryOf(path), folder = HistoryOf(newPath);
   const std::string mark = former.File(kRenamedTo);
   parts_.files.Write(mark, folder.library());

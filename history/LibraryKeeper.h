@@ -80,8 +80,8 @@ class LibraryKeeper : public LibraryStore {
 
   /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
   bool WriteDraft(std::string bytes);
-  /// Whether a draft is still being written, or a changed file being read.
-  bool WorksInBackground() const { return drafting_.Works() || looking_.Works(); }
+  bool WritesDraft() const { return drafting_.Works(); }
+  bool ReadsOutsideChange() const { return looking_.Works(); }
   /// Whether a draft could not be written since the last call.
   bool TakeDraftFailure() { return draftFailed_.exchange(false); }
   /// The library is saved or left: there is nothing more to be drafted.

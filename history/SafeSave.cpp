@@ -35,7 +35,7 @@ std::optional<Version> KeepPending(Files& files, VersionFolder& folder, std::str
 
 /// Whether there is no pending save but one of these bytes; any other becomes a version.
 bool ClearPending(Files& files, VersionFolder& folder, std::string_view bytes) {
-  if (files.Holds(folder.File(kPendingSave), bytes) != false) return true;
+  if (!HasPendingSave(files, folder) || files.Holds(folder.File(kPendingSave), bytes) == true) return true;
   const auto pending = files.Read(folder.File(kPendingSave));
   return pending && KeepPending(files, folder, *pending);
 }
@@ -64,6 +64,8 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
     const Patience::Limit waits = files.LimitWaits(wait);
     made = folder.Make();
     if (made) lock = files.Lock(folder.path());
+    // A library of this name is there again, so that what is pending is no longer that of the renamed one.
+    if (lock) files.Remove(folder.File(kRenamedTo));
     oldKept = made && KeepOldFile(files, folder, known);
     // Without the lock it is another program's.
     pending = lock && ClearPending(files, folder, bytes) && files.Write(folder.File(kUnfinished), bytes) &&
@@ -82,7 +84,7 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
   std::optional<Version> kept;
   if (pending) {
     kept = folder.KeepFile(kPendingSave, bytes, VersionTag::Saved, std::nullopt, hash.Wait());
-  } else if (made && !lock) {
+  } else if (made) {
     kept = folder.Keep(bytes, VersionTag::Saved);
   }
   outcome.kept = kept && oldKept;
@@ -91,7 +93,7 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
 
 bool HasPendingSave(Files& files, const VersionFolder& folder) {
   const auto stamp = files.Stamp(folder.File(kPendingSave));
-  return stamp && stamp->exists;
+  return !stamp || stamp->exists;
 }
 
 Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& write) {

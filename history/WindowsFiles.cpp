@@ -136,7 +136,8 @@ std::vector<FileEntry> SystemFiles::List(const std::string& folder) {
   const UniqueFind search(FindFirstFileW((SystemPath(folder) + L"\\*").c_str(), &data));
   if (!search) return entries;
   do {
-    entries.push_back({Utf8(data.cFileName), StampOf(data)});
+    std::string name = Utf8(data.cFileName);
+    if (name != "." && name != "..") entries.push_back({std::move(name), StampOf(data)});
   } while (FindNextFileW(search.get(), &data) != 0);
   return entries;
 }

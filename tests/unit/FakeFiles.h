@@ -55,7 +55,12 @@ class FakeFiles : public Files {
     changed[to] = changed[from];
     return bytes.erase(from) > 0;
   }
-  bool Remove(const std::string& path) override { return Does() && bytes.erase(path) > 0; }
+  bool Remove(const std::string& path) override {
+    const int call = ++calls;
+    const bool removed = !Fails(call) && bytes.erase(path) > 0;
+    if (call == killAt) throw Killed();
+    return removed;
+  }
   bool MakeFolder(const std::string&) override { return Does(); }
   std::vector<FileEntry> List(const std::string& folder) override {
     std::vector<FileEntry> list;

@@ -148,7 +148,8 @@ class Scene {
     for (unsigned looks = 0; looks < most && keeper->LookForOutsideChange(); ++looks) WaitForThread();
   }
   void WaitForThread() const {
-    for (int wait = 0; keeper->WorksInBackground() && wait < 5000; ++wait) std::this_thread::sleep_for(1ms);
+    for (int wait = 0; (keeper->WritesDraft() || keeper->ReadsOutsideChange()) && wait < 5000; ++wait)
+      std::this_thread::sleep_for(1ms);
   }
   /// As another program does, or this one that then ended.
   void Put() {
@@ -244,6 +245,7 @@ TEST(HistoryTest, WhateverEndsTheProgramOrFailsAtAnyCallNoStateIsLost) {
   };
   for (const auto& [before, act, kept, memory] :
        std::vector<Row>{{"save 2", "save 3", {"1", "2"}, "3"},
+                        {"put x.tmp 9; rename /lib/New.bns; save 2 library", "save 3", {"1", "2"}, "3"},
                         {"put pending.new 2; put library 2 9", "start", {"2"}, "4"},
                         {"put pending.new 2", "start", {"1", "2"}, "4"},
                         {"draft 2", "start", {"1", "2"}, "4"},
@@ -278,8 +280,11 @@ TEST(HistoryTest, WhateverEndsTheProgramOrFailsAtAnyCallNoStateIsLost) {
         }
         scene.Do("works; start");
         EXPECT_TRUE(scene.Holds(kept) && (!failed || scene.Holds({"3"})));
-        EXPECT_FALSE(scene.File().starts_with("cut"));
-        EXPECT_LE(std::ranges::count(scene.Events(), ' '), 4) << "one event";
+        const bool renames = act == std::string("rename /lib/New.bns");
+        EXPECT_TRUE(scene.File()[0] < 'a' || (renames && scene.File() == "none")) << scene.File();
+        const std::vector<std::string> told = Split(scene.Events(), ' ');
+        EXPECT_LE(std::ranges::count_if(told, [](auto& word) { return std::ranges::count(kEvents, word); }),
+                  1);
         scene.Do("start");
         EXPECT_EQ(scene.Events(), "") << "told once";
       }

@@ -5,11 +5,14 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "history/SystemFiles.h"
+#include "history/VersionFolder.h"
 #include "platform/Handle.h"
 #include "tests/unit/AllBytes.h"
 #include "tests/support/TestDesktop.h"
@@ -47,6 +50,16 @@ TEST_F(LibraryFolderTest, ListsLibrariesOnly) {
   const std::vector<std::string> names = store_.Names();
   EXPECT_TRUE(std::ranges::is_permutation(names, libraries)) << testing::PrintToString(names);
   EXPECT_EQ(LibraryFolder("C:\\").PathOf("x"), "C:\\x.bns");
+}
+
+TEST_F(LibraryFolderTest, AHistoryGoesAlongWithItsLibraryAndLeavesNothing) {
+  SystemFiles files(std::make_shared<Patience>());
+  const std::string root = folder_.File("History");
+  VersionFolder former(files, root, folder_.File("a.bns")), now(files, root, folder_.File("b.bns"));
+  ASSERT_TRUE(former.Make() && former.Keep("x", VersionTag::Saved));
+  now.TakeFrom(former);
+  EXPECT_EQ(now.Versions().size(), 1U);
+  EXPECT_EQ(files.List(root).size(), 1U) << "the former name's folder is gone";
 }
 
 TEST_F(LibraryFolderTest, WhatCannotBeReadIsNothing) {

@@ -62,7 +62,7 @@ void LibraryWatch::Tick() {
 // --- Drafts -----------------------------------------------------------------------------------------------
 
 void LibraryWatch::Draft() {
-  if (parts_.keeper->WorksInBackground() || !parts_.editing.TakeShownCode()) return;
+  if (parts_.keeper->WritesDraft() || !parts_.editing.TakeShownCode()) return;
   if (!parts_.operations.HasUnsaved() || parts_.library.LibraryName.empty()) return draftTimer_.Done();
   try {
     if (parts_.keeper->WriteDraft(WriteBns(parts_.library.Snippets))) draftTimer_.Done();
