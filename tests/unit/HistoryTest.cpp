@@ -192,6 +192,7 @@ class Scene {
       {"throw", [this] { Answer(keeper->ThrownAway(BytesInMemory(Text(n_[0])))); }},
       {"look", [this] { Look(); }},
       {"see", [this] { See(); }},
+      {"where", [this] { answer_ = History(path_).path(); }},
       {"put", [this] { Put(); }},
       {"keep", [this] { Keep(); }},
       {"limit", [this] { limits_ = {.versions = n_[0], .days = n_[1], .bytes = n_[2]}; }},
@@ -336,10 +337,12 @@ TEST(HistoryTest, NoSequenceOfSavesKillsAndChangesLosesAState) {
 }
 
 TEST(HistoryTest, TheUsersLimitsTakeThePlaceOfTheDefaultOnes) {
-  const HistoryLimits set = LimitsFrom([](const char* name) {
-    return name == std::string("HistoryDays") ? "7" : name[7] == 'V' ? "x" : "1";
-  });
-  EXPECT_TRUE(set.versions == 50 && set.days == 7 && set.bytes == 1048576);
+  const std::map<std::string, std::string> set{
+      {"HistoryVersions", "7"}, {"HistoryDays", "8"}, {"HistoryMegabytes", "9"}};
+  const HistoryLimits limits = LimitsFrom([&](const char* name) { return set.at(name); });
+  EXPECT_TRUE(limits.versions == 7 && limits.days == 8 && limits.bytes == 9U << 20U);
+  const HistoryLimits none = LimitsFrom([&](const char* name) { return set.at(name) + "x"; });
+  EXPECT_TRUE(none.versions == 50 && none.days == 30 && none.bytes == 64U << 20U);
 }
 
 TEST(HistoryTest, DraftsFollowAPauseAndSteadyWorkNowAndThen) {
