@@ -429,6 +429,18 @@ TEST_F(BnRichEditTest, ColoursFollowTheirSwitchesAndTheSystem) {
   }
   EXPECT_EQ(SendMessageA(Control(), EM_CANUNDO, 0, 0), 0);
   EXPECT_EQ(Text(), "Dim a$ 'b");
+  std::string lines = "Dim a$ 'b";
+  for (int line = 1; line < 300; ++line) lines += "\r\nDim a$ 'b";
+  editor_.SetText(lines);
+  for (const int place : {0, 2000}) {
+    editor_.SetSelection(place, 0);
+    for (const bool colours : {false, true}) {
+      editor_.SetSyntaxColors(colours);
+      EXPECT_EQ(editor_.SelStart(), place);
+      EXPECT_TRUE(WaitUntil([&] { return Hues().ends_with(colours ? hues : "fff ff ff"); }));
+      EXPECT_TRUE(Hues().starts_with(colours ? hues : "fff ff ff"));
+    }
+  }
 }
 
 TEST_F(BnRichEditTest, AnotherFontLeavesTextSelectionAndColours) {

@@ -245,9 +245,7 @@ void BnRichEdit::Show(const std::string& shown) {
     std::string columns = RichEditColumns(characters);
     if (!ShowAsRtf(std::move(characters), columns)) ShowPlain(shown, std::move(columns));
     SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
-    const bool atStart =
-        SelStart() == 0 && SelLength() == 0 && SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0) == 0;
-    if (!atStart) SetSelection(0, 0);
+    if (!AtStart()) SetSelection(0, 0);
   }
   FinishColouring();
 }
@@ -383,9 +381,20 @@ void BnRichEdit::SetForeColor(COLORREF color) {
 
 void BnRichEdit::SetSyntaxColors(bool colouring) {
   if (colouring == SyntaxColors()) return;
-  FillAll();
+  // To show a long text again takes a twentieth of the time in which it is coloured where it is.
+  const bool showsAgain = !IsShort(colouring_.text()) && !touched_ && marks_.parts.empty() && AtStart();
+  if (!showsAgain) FillAll();
   colouring_.SetSyntaxColors(colouring);
-  FinishColouring();
+  if (showsAgain) {
+    Show(bytes_.shown());
+  } else {
+    FinishColouring();
+  }
+}
+
+/// Whether the caret and what is seen are where a text is shown at first.
+bool BnRichEdit::AtStart() const {
+  return SelStart() == 0 && SelLength() == 0 && SendMessageA(control_, EM_GETFIRSTVISIBLELINE, 0, 0) == 0;
 }
 
 void BnRichEdit::UpdateColours() {

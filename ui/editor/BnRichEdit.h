@@ -141,6 +141,7 @@ class BnRichEdit : public Window {
   void AskForMenu() const;
   void OnChange();
   void UpdateColours();
+  bool AtStart() const;
   void FinishColouring();
   void StartWork();
   void WorkOn();
