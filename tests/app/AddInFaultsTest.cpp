@@ -41,8 +41,9 @@ TEST_P(AnyFaultyHostTest, FailuresAndADisconnectionWhileConnectingAreSwallowed) 
     if (member == "CommandBars.ActiveMenuBar") host.Ask("nobar");
     for (const std::string failure : {"80004005", "80020009 with words", "nothing", "disconnect"}) {
       if (member == kRemoval && failure == "disconnect") continue;
-      SCOPED_TRACE(member + " " + failure);
-      host.Ask("hook " + member + " " + failure);
+      const std::string hook = std::string("hook ").append(member).append(" ").append(failure);
+      SCOPED_TRACE(hook);
+      host.Ask(hook);
       Expect(host, {{"connect 0", "0"}});
       if (failure == "disconnect") {
         ExpectNoCallsAfterwards();

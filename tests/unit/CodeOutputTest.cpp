@@ -214,9 +214,10 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
   }
   view.code = "<<x>>";
   FakeHost other{calls};
-  for (const std::function<void()>& change : std::initializer_list<std::function<void()>>{
-           [&] { ++host.selection->startLine; }, [&] { host.module += "x"; }, [&] { output.SetHost(&other); },
-           [&] { output.SetHost(nullptr); }}) {
+  const std::vector<std::function<void()>> changes = {
+      [&] { ++host.selection->startLine; }, [&] { host.module += "x"; }, [&] { output.SetHost(&other); },
+      [&] { output.SetHost(nullptr); }};
+  for (const auto& change : changes) {
     during = change;
     output.PasteFitted(services);
     EXPECT_EQ(calls.back(), output.connected() ? "64 [Brennic Snipstore 2.x] The code window has changed in "
