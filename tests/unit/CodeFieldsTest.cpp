@@ -33,7 +33,7 @@ TEST(CodeFields, AreAskedForAndFilledAndNameCode) {
            Row{Asked, "Dim <<name>> As <<type=Long|String>> ' <<Name>>", "name;type:Long|String"},
            {Asked, "<<a>><<a=1>><<A=2>>", "a:1"},
            {Asked, "<<a=>>", "a:"},
-           {Asked, "<<first name>> <<x-0>> <<9>>", "first name;x-0;9"},
+           {Asked, "<<first name>> <<zZ-0>> <<9>>", "first name;zZ-0;9"},
            {Asked, "<<selection>><<END>><<date>><<module>><<procedure>><<project>>", ""},
            {Asked, "<<>> << a>> <<a >> <<a\r\n>> <<a(>> a << b >> c <<open", ""},
            {Asked, "<<<a>> <<a=b>c>>", "a:b>c"},

@@ -15,13 +15,13 @@ TEST(RtfText, EveryCharacterIsWrittenSoThatItComesBack) {
                      .colours = {.fore = 0x010203, .keyword = 0, .comment = 0, .string = 0},
                      .tabTwips = 0};
   const std::array<HueRun, 2> runs = {HueRun{0, 3, Hue::Keyword}, HueRun{4, 6, Hue::Comment}};
-  const std::string rtf = RtfOf(u"End 'x \t{\\}\u20AC\u8000\r", runs, look);
+  const std::string rtf = RtfOf(u"End 'x \t{\\}\u20AC\u8000\x80\r", runs, look);
   EXPECT_NE(rtf.find("\\f0\\fnil\\fcharset1 Courier New;"), std::string::npos) << rtf;
   EXPECT_EQ(rtf.find("\\tx"), std::string::npos) << "no stops without a distance";
   EXPECT_NE(rtf.find("\\colortbl ;\\red3\\green2\\blue1;"), std::string::npos) << rtf;
   EXPECT_EQ(rtf.substr(rtf.find("\\plain")),
             "\\plain\\f0\\fs20\\b\\strike\\cf1 \\cf2 End \\cf3 'x\\cf1  \\tab "
-            "\\{\\\\\\}\\u8364?\\u-32768?\\par\n\\par\n}");
+            "\\{\\\\\\}\\u8364?\\u-32768?\\u128?\\par\n\\par\n}");
   EXPECT_FALSE(FitsRtf(u"a\u0001"));
   EXPECT_TRUE(FitsRtf(u"a\t\r\xE9"));
 }

@@ -125,7 +125,6 @@ void LibraryOperations::LoadFiles() {
   }
   for (const std::string& name : names) InsertFile(view_.FileCount(), name);
   InsertFile(view_.FileCount(), kBrowseEntry);
-  editing_.DisableEdit(false);
   view_.SelectFile(0);
   cboFiles_Click();
 }
