@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include "library/BnsRules.h"
+#include "library/LineEnds.h"
 #include "platform/Text.h"
 #include "tests/unit/Printing.h"
 
@@ -129,6 +130,12 @@ TEST(BnsFormatTest, MarkersWithAnythingElseOnTheirLineAreText) {
         "(.)\0"s, "(,)"s,  "...."s,  "... x"s, "x ..."s, ". . ."s, ".."s, "."s,      "...\r"s, "...\t"s}) {
     EXPECT_EQ(CodeRead(line + "\r\n"), line);
   }
+}
+
+TEST(LineEndsTest, AllBecomeTheSameAndTheUnusualOnesAreCounted) {
+  const ConvertedLines lines = WithLineEnds("a\r\n\nb\rc", "\n", std::nullopt);
+  EXPECT_EQ(lines.text, "a\n\nb\nc");
+  EXPECT_EQ(lines.changed, 2U);
 }
 
 TEST(BnsRulesTest, TheFirstReservedLineIsTold) {
