@@ -139,16 +139,6 @@ TEST_F(LibrariesTest, ThePaletteSearchesWhatIsReadAndReadsAgainWhatHasChanged) {
   refresh();  // is left behind
 }
 
-TEST_F(LibrariesTest, TheOtherLibrariesAreThoseOfTheFolderAndOfTheChooserButTheOpenOne) {
-  Load();
-  chooser.chosenPath = "D:\\Far.bns";
-  store.files["D:\\Far.bns"] = WriteBns(std::vector{Named("Far")});
-  ChooseFile(static_cast<int>(chooser.files.size()) - 1);
-  std::string others;
-  for (const NamedLibrary& other : operations.OtherLibraries()) others += other.name + " ";
-  EXPECT_EQ(library.LibraryName + ": " + others, "Far: Strings Other ");
-}
-
 TEST_F(LibrariesTest, ANamelessLibraryIsNotAskedAbout) {
   EXPECT_EQ(operations.SavedElsewhere(), "");
   library.Saved = false;

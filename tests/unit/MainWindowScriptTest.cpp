@@ -199,6 +199,11 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
                 (chooser.fileNameBoxShown ? " shown" : "");
        }},
       {"libraries", [this](auto&) { return ChooserState(); }},
+      {"others",
+       [this](auto&) {
+         const auto others = operations.OtherLibraries();
+         return std::to_string(others.size()) + " from " + others.at(0).path;
+       }},
       {"elsewhere", [this](auto&) { return operations.SavedElsewhere(); }},
       {"file",
        [this](auto& name) { return store.files.contains(Path(name)) ? store.files[Path(name)] : "no"; }},
