@@ -140,7 +140,7 @@ class Scene {
   }
   void Answer(bool done) { answer_ = done ? "done" : "refused"; }
   void Draft() {
-    keeper->WriteDraft(Text(n_[0]));
+    EXPECT_TRUE(keeper->WriteDraft(Text(n_[0])));
     WaitForThread();
   }
   void Look() {
