@@ -109,6 +109,7 @@ TEST(LibraryDifferenceTest, TellsWhatBecameOfEachSnippet) {
            {"b=123", "c=3xy", "0>- ->0"},
            {"a=123", "b=x123,c=123", "->0 0>1r"},  // the most similar one is the renamed one
            {"b=1234", "c=1234x,d=123yz", "0>0rc ->1"},
+           {"a=1234,b=1235", "c=1234x", "0>0rc 1>-"},
            {"a=1,a=2,a=3", "a=2,a=4", "2>- 0>1mc"},  // equal names: first equal texts, then by order
            {"a=,a=,a=", "a=,a=", "2>-"},
        }) {
