@@ -113,11 +113,17 @@ RowIdentity PaletteRows::IdentityOf(int row) const {
 int PaletteRows::RowOf(const RowIdentity& wanted) const {
   int moved = -1;
   for (int row = First(); row >= 0 && row < count(); ++row) {
-    if (IsHeading(row)) continue;
-    const RowIdentity one = IdentityOf(row);
-    if (one == wanted) return row;
-    if (moved < 0 && !one.library.empty() && one.library == wanted.library && one.text == wanted.text)
-      moved = row;
+    const auto found = FoundAt(row);
+    if (!found) {
+      if (!IsHeading(row) && IdentityOf(row) == wanted) return row;
+      continue;
+    }
+    // Compared in place: an identity of each row would copy two texts for every snippet that was found.
+    if (finder_.libraries()[found->library]->path() != wanted.library ||
+        finder_.SnippetOf(*found).Name != wanted.text)
+      continue;
+    if (found->snippet == wanted.at) return row;
+    if (moved < 0) moved = row;
   }
   return moved;
 }
