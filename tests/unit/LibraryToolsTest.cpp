@@ -202,18 +202,23 @@ TEST(BnsSearchTest, HitsTellTextAndLine) {
          {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "(.)", "two", "", "", "(,)", "ax", "..."}) {
       file += line + lineEnd;
     }
-    std::string found;
-    const Matcher matcher({.text = "x"}, kLetters);
-    BytesInMemory bytes(file);
-    BnsScanner scanner(bytes);
-    SearchLibrary(scanner, matcher, {}, [&](const Hit& hit) {
-      found += std::to_string(hit.snippet) + std::string(hit.name) + "/" +
-               std::to_string(static_cast<int>(hit.section)) + "/" + std::to_string(hit.line) + "/" +
-               std::string(hit.text) + "/" + std::to_string(hit.match.at) + ";";
-    });
-    BytesInMemory again(file);
-    EXPECT_TRUE(CanHaveHits(again, matcher));
-    EXPECT_EQ(found, "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;1two/5/1/ax/1;");
+    for (const auto& [pattern, hits] :
+         {std::pair{Pattern{.text = "x"},
+                    "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;1two/5/1/ax/1;"},
+          {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;1two/3/1//0;"}}) {
+      std::string found;
+      const Matcher matcher(pattern, kLetters);
+      BytesInMemory bytes(file);
+      BnsScanner scanner(bytes);
+      SearchLibrary(scanner, matcher, {}, [&](const Hit& hit) {
+        found += std::to_string(hit.snippet) + std::string(hit.name) + "/" +
+                 std::to_string(static_cast<int>(hit.section)) + "/" + std::to_string(hit.line) + "/" +
+                 std::string(hit.text) + "/" + std::to_string(hit.match.at) + ";";
+      });
+      BytesInMemory again(file);
+      EXPECT_TRUE(CanHaveHits(again, matcher));
+      EXPECT_EQ(found, hits);
+    }
   }
 }
 
