@@ -88,6 +88,7 @@ TEST(ColouredText, OnlyWhatAChangeConcernsIsColouredAnew) {
     EXPECT_EQ(field.model.Replace(change.begin, change.end, change.inserted, change.hue),
               change.firstLine + change.linesToFinish);
     EXPECT_EQ(field.model.NextUnfinished(0), change.firstLine);
+    EXPECT_EQ(field.model.NextUnfinished(change.firstLine + change.linesToFinish), field.model.lineCount());
     EXPECT_EQ(field.Finish(0, change.linesToFinish), change.runs);
     EXPECT_TRUE(field.model.finished());
     EXPECT_EQ(field.Seen(), ColoursFromScratch(field.text));

@@ -82,12 +82,14 @@ struct Checked {
   std::string file;  ///< With LF for CR LF.
   std::vector<std::size_t> lines;
   const char* says;  ///< In the first message.
+  const char* lineEnd = "\r\n";
 };
 
 TEST(BnsCheckTest, ProblemsHaveTheirLines) {
   for (const Checked& checked :
        std::vector<Checked>{{"BNS2.0\na\n\nd\n(,)\nc\n...\n", {}, ""},
                             {"BNS2.0\n...\n", {}, ""},
+                            {"BNS2.0\na\n\nd\n(,)\nc\n...\n", {1}, "LF instead of CR LF", "\n"},
                             {"", {1}, "empty"},
                             {"x\n", {1}, "neither"},
                             {"\xEF\xBB\xBF"
@@ -108,7 +110,7 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
                             {"BNS2.0\na\n\nd\n(,)\n<<<<<<< HEAD\n>>>>>>> x\n...\n", {6, 7}, "conflict"},
                             {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
     std::string file;
-    for (const char c : checked.file) file += c == '\n' ? "\r\n" : std::string(1, c);
+    for (const char c : checked.file) file += c == '\n' ? checked.lineEnd : std::string(1, c);
     std::vector<std::size_t> lines;
     const auto problems = CheckLibrary(file, kLetters);
     lines.reserve(problems.size());
@@ -198,13 +200,13 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
 TEST(BnsSearchTest, HitsTellTextAndLine) {
   for (const std::string lineEnd : {"\r\n", "\n"}) {
     std::string file;
-    for (const char* line :
-         {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "(.)", "two", "", "", "(,)", "ax", "..."}) {
+    for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "x", "(.)", "two", "", "",
+                             "(,)", "ax", "..."}) {
       file += line + lineEnd;
     }
     for (const auto& [pattern, hits] :
          {std::pair{Pattern{.text = "x"},
-                    "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;1two/5/1/ax/1;"},
+                    "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;0one x/5/3/x/0;1two/5/1/ax/1;"},
           {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;1two/3/1//0;"}}) {
       std::string found;
       const Matcher matcher(pattern, kLetters);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <string>
+#include <utility>
 
 #include "ui/editor/CodeColours.h"
 
@@ -39,6 +40,8 @@ TEST(CodeColours, AreReadableOnAnyBackgroundOrTheForeColour) {
   EXPECT_GT(ownColours, 0);
   EXPECT_EQ(CodeColoursOn(0xFFFFFF, 0).keyword, 0x800000U);
   EXPECT_NE(CodeColoursOn(0, 0xFFFFFF).comment, 0xFFFFFFU);
+  for (const auto& [color, contrast] : {std::pair(0xFF0000U, 8.59), {0x00FF00U, 1.37}, {0x0000FFU, 4.00}})
+    EXPECT_NEAR(Contrast(color, 0xFFFFFF), contrast, 0.005) << color;
 }
 
 }  // namespace

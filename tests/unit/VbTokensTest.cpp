@@ -76,7 +76,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"#If a And _", "PPP...PPP..", directive},
       {"b Then", "..PPPP", LineState::Fresh, directive},
       {"#1/2/98# = x", "DDDDDDDD...."},
-      {"x.End: rs!Next = .Print", "......................."},
+      {"x.End: rs1!Next = .Print", "........................"},
       {"[End] = [Next 'a]", "................."},
       {"[End = 1", ".KKK...N"},
       {"a! = b!c: x = a&HF", ".................."},

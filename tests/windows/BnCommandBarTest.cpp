@@ -17,6 +17,7 @@
 #include "tests/support/TestDesktop.h"
 #include "tests/support/TestRegistry.h"
 #include "tests/unit/MemoryBag.h"
+#include "ui/commandbar/SystemSounds.h"
 #include "ui/main/frmTip.h"
 
 namespace snip::test {
@@ -33,6 +34,8 @@ class BnCommandBarTest : public testing::Test {
 
   void SetUp() override {
     ASSERT_TRUE(tip_.Load());
+    registry_.SetRegValue(
+        "sound", registry_.CreateRegKey(HKEY_CURRENT_USER, OfficeSchemeSoundKey("ToolbarClick")), "", REG_SZ);
     Show(bar_, 0, 560);
     const PictureRef picture = Picture::FromResource(IDB_NEW_SNIPPET);
     bar_.AddButton("&Push me", picture, ButtonType::Push, DisplayType::Picture);
@@ -96,7 +99,7 @@ class BnCommandBarTest : public testing::Test {
   TestRegistry testRegistry_;
   Registry32 registry_{[](const std::string&, int, const std::string&) { return MessageResult::Ok; }};
   Log log_;
-  SoundEffects sounds_{registry_, [this](const std::string&) { log_.emplace_back("sound"); }};
+  SoundEffects sounds_{registry_, [this](const std::string& file) { log_.push_back(file); }};
   const TestFrame frame_{"bar", {50, 50, 600, 200}};
   frmTip tip_;
   std::function<void(int)> onDropdown_ = [](int) {};

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "app/AddInWindow.h"
 #include "library/BnsFormat.h"
 #include "library/LibraryFolder.h"
+#include "platform/Clipboard.h"
 #include "platform/Win32Text.h"
 #include "tests/support/TestDesktop.h"
 #include "tests/support/TestRegistry.h"
@@ -134,6 +136,28 @@ TEST_F(FaultsTest, ASaveThatCannotBeWrittenIsSilentAndCanBeRepeated) {
   EXPECT_EQ(WindowText(Description()), "first");
   Send(WM_CLOSE);
   EXPECT_TRUE(messages_.empty());
+}
+
+TEST_F(FaultsTest, ACutWaitsForTheClipboardOrLeavesTheCode) {
+  Open();
+  const HWND code = GetDlgItem(FindControl(window_->hWnd(), frmAddIn::kCodeId), BnRichEdit::kControlId);
+  for (const int command : {Command::kEditSnippet, Command::kSelectAll}) Send(WM_COMMAND, command);
+  for (const bool letsGo : {false, true}) {
+    std::atomic<bool> held = false, done = false;
+    const Driver other([&] {
+      held = OpenClipboard(nullptr) != 0;
+      if (letsGo) Sleep(60);  // a moment
+      WaitUntil([&] { return letsGo || done; });
+      CloseClipboard();
+    });
+    ASSERT_TRUE(WaitUntil([&] { return held.load(); }));
+    Send(WM_COMMAND, Command::kCut);
+    done = true;
+    EXPECT_EQ(WindowText(code), letsGo ? "" : DefaultSnippet().Code);
+  }
+  EXPECT_EQ(messages_,
+            std::vector<std::string>{"The clipboard is in use by another program. Please try again."});
+  EXPECT_EQ(ClipboardText(window_->hWnd()), DefaultSnippet().Code);
 }
 
 TEST_F(FaultsTest, ARegistryThatRefusesIsReportedAndTheProgramGoesOn) {

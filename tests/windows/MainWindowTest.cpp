@@ -213,6 +213,7 @@ TEST_F(MainWindowTest, TheNameBoxGoesWithItsRowOrTakesTheName) {
   EXPECT_TRUE(Until([&] { return liesOnRow(3); }));
   SendMessageA(List(), LB_SETTOPINDEX, 40, 0);
   EXPECT_TRUE(Until([&] { return ListBoxText(List(), 3) == "drei" && GetFocus() == List(); }));
+  EXPECT_EQ(SendMessageA(List(), LB_GETTOPINDEX, 0, 0), 40) << "the row changes where it is, out of sight";
   SendMessageA(List(), LB_SETTOPINDEX, 0, 0);
   ClickRow(5);
   ASSERT_TRUE(Until([&] { return WindowText(Code()) == "'n5"; }));
