@@ -19,7 +19,7 @@ namespace snip {
 namespace {
 
 constexpr UINT_PTR kLookTimer = 1;
-constexpr std::chrono::milliseconds kUnnoticed{30};  ///< All but large libraries are read by then.
+constexpr std::chrono::milliseconds kUnnoticed{15};  ///< All but large libraries are read by then.
 constexpr const char* kCodeFace = "Courier New";
 constexpr double kCodePoints = 10;
 constexpr std::size_t kTabColumns = 4;
@@ -97,7 +97,8 @@ void frmHistory::MakeControls() {
   const auto make = [this](const char* name, int id, DWORD style, HFONT font) {
     // A label before each list names it, and so does its text, for readers that do not look at labels.
     CreateControl(hWnd(), "STATIC", name, WS_VISIBLE, 0, id + 100, font_.get());
-    CreateControl(hWnd(), "LISTBOX", name, style, WS_EX_CLIENTEDGE, id, font);
+    lists_.at(static_cast<std::size_t>(id - kVersionsId)) =
+        CreateControl(hWnd(), "LISTBOX", name, style, WS_EX_CLIENTEDGE, id, font);
   };
   make("Versions", kVersionsId, list, font_.get());
   make("Snippets", kSnippetsId, list, font_.get());
@@ -166,17 +167,17 @@ void frmHistory::Reload() {
   deleted_.clear();
   Send(kVersionsId, WM_SETREDRAW, FALSE);
   Send(kVersionsId, LB_RESETCONTENT);
-  Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(""));
+  Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(TextOfDeletedRow().c_str()));
   std::size_t row = entries_.empty() ? 0 : 1;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     Send(kVersionsId, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(TextOfRow(entries_[i]).c_str()));
     if (kept == FileNameOf(entries_[i].version)) row = i + 1;
   }
-  SetRow(0, TextOfDeletedRow());
   Send(kVersionsId, LB_SETCURSEL, row);
-  Send(kVersionsId, WM_SETREDRAW, TRUE);
-  InvalidateRect(GetDlgItem(hWnd(), kVersionsId), nullptr, TRUE);
-  VersionChosen();
+  Repaint(kVersionsId);
+  compared_.reset();
+  // In a message of its own, since all that has come until now took long enough for a large library.
+  PostMessageA(hWnd(), WM_COMMAND, MAKEWPARAM(kVersionsId, LBN_SELCHANGE), 0);
 }
 
 std::string frmHistory::TextOfRow(const Entry& entry) const {
@@ -186,14 +187,22 @@ std::string frmHistory::TextOfRow(const Entry& entry) const {
   return words.empty() ? text : text + "   (" + words + ")";
 }
 
-/// Replaces a row of the versions in its place.
+/// Shows a list that was not to be painted while it was filled.
+void frmHistory::Repaint(int list) {
+  Send(list, WM_SETREDRAW, TRUE);
+  InvalidateRect(GetDlgItem(hWnd(), list), nullptr, TRUE);
+}
+
+/// Replaces a row of the versions in its place, and paints only once.
 void frmHistory::SetRow(std::size_t row, const std::string& text) {
   const LRESULT selected = Send(kVersionsId, LB_GETCURSEL);
   const LRESULT top = Send(kVersionsId, LB_GETTOPINDEX);
+  Send(kVersionsId, WM_SETREDRAW, FALSE);
   Send(kVersionsId, LB_DELETESTRING, row);
   Send(kVersionsId, LB_INSERTSTRING, row, reinterpret_cast<LPARAM>(text.c_str()));
   Send(kVersionsId, LB_SETCURSEL, static_cast<WPARAM>(selected));
   Send(kVersionsId, LB_SETTOPINDEX, static_cast<WPARAM>(top));
+  Repaint(kVersionsId);
 }
 
 std::string frmHistory::TextOfDeletedRow() const {
@@ -238,10 +247,10 @@ bool frmHistory::ShowsDeleted() const {
 
 void frmHistory::VersionChosen() {
   compared_.reset();
-  ShowRows();
   if (const auto entry = SelectedEntry()) reader_.Compare(*entry, kUnnoticed);
   SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);
   TakeFound();
+  if (!compared_) ShowRows();
 }
 
 /// Fills "Snippets", with nothing as long as the version is being read.
@@ -264,8 +273,7 @@ void frmHistory::ShowRows() {
     for (const SnippetRow& row : compared_->rows) add(row.text);
     wanted_.clear();
   }
-  Send(kSnippetsId, WM_SETREDRAW, TRUE);
-  InvalidateRect(GetDlgItem(hWnd(), kSnippetsId), nullptr, TRUE);
+  Repaint(kSnippetsId);
   SnippetChosen();
 }
 
@@ -318,8 +326,7 @@ void frmHistory::SnippetChosen() {
   }
   Send(kLinesId, LB_SETHORIZONTALEXTENT,
        (longest + 1) * static_cast<std::size_t>(TextSize(codeFont_.get(), "M").width));
-  Send(kLinesId, WM_SETREDRAW, TRUE);
-  InvalidateRect(GetDlgItem(hWnd(), kLinesId), nullptr, TRUE);
+  Repaint(kLinesId);
   EnableButtons();
 }
 

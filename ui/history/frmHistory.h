@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -77,6 +78,7 @@ class frmHistory : public Window {
   void Reload();
   void TakeFound();
   void SetRow(std::size_t row, const std::string& text);
+  void Repaint(int list);
   std::string TextOfRow(const Entry& entry) const;
   std::string TextOfDeletedRow() const;
   std::string SelectedText(int list) const;
@@ -96,8 +98,8 @@ class frmHistory : public Window {
   void DrawLine(const DRAWITEMSTRUCT& item) const;
   void DrawCode(HDC dc, const DifferenceLine& line, int left, int top, bool selected) const;
 
-  LRESULT Send(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-    return SendMessageA(GetDlgItem(hWnd(), id), message, wParam, lParam);
+  LRESULT Send(int list, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
+    return SendMessageA(lists_.at(static_cast<std::size_t>(list - kVersionsId)), message, wParam, lParam);
   }
 
   HistorySource& source_;
@@ -106,6 +108,7 @@ class frmHistory : public Window {
   UniqueFont font_;
   UniqueFont codeFont_;
   Size character_{};
+  std::array<HWND, 3> lists_{};  ///< By identifier: to look for one takes longer than to add a row.
   CodeColours colours_;
   std::string name_;            ///< The library's.
   unsigned changes_ = 0;        ///< The state of the library that all is compared with.
