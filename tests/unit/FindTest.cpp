@@ -54,7 +54,7 @@ class ScriptedPalette : WalkTarget {
       answer_ = rest == "there" ? Went::There : rest == "nowhere" ? Went::Nowhere : Went::Missing;
     if (verb == "forget" || verb == "stay") walk_.Forget();
     if (verb == "stay") walk_.BeginInCode();
-    if (verb == "begin") return walk_.BeginAt(rows_.finder().found()[0]), Told(walk_.Go());
+    if (verb == "begin") return walk_.BeginAt(rows_.finder().found()[rest.empty() ? 0 : 1]), Told(walk_.Go());
     if (verb == "next" || verb == "back") return Told(walk_.GoOn(verb == "next"));
     return Rows();
   }
