@@ -87,8 +87,12 @@ TEST_P(AnyHostTest, TheSystemWideKeyDeliversToTheEnvironmentIfThatWasInFrontElse
 
 TEST_P(AnyHostTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
   const HWND window = OpenWindow(host);
+  // An edit in progress is part of it.
+  SendMessageA(window, WM_COMMAND, kMainButton + MainButton::kEditSnippet, 0);
+  SendMessageA(FindControl(window, BnRichEdit::kControlId), EM_REPLACESEL, FALSE,
+               reinterpret_cast<LPARAM>("' edited\r\n"));
   Choose(window, kNewModule);
-  const std::string expected = "shown Sub A()|  Beep|End Sub|Dim x|";
+  const std::string expected = "shown ' edited|Sub A()|  Beep|End Sub|Dim x|";
   ExpectSoon(host, "text modMyGreatLib", expected);
   // The name is taken now: the second one keeps its own. A press that comes while the first module is still
   // being made is ignored, so it is repeated, but not so often that it keeps the program from anything else.
@@ -100,6 +104,9 @@ TEST_P(AnyHostTest, ANewModuleIsNamedAfterTheLibraryAndHoldsEverySnippet) {
             "The new module could not be named 'modMyGreatLib': The development environment answered: Name "
             "conflicts with existing module, project, or object library");
   Expect(host, {{"modules", "[modMyGreatLib][Module2]"}, {"text Module2", expected}});
+  host.Send("disconnect 1");
+  CloseMessage(window, IDNO);
+  host.Answer();
 }
 
 TEST_P(AnyHostTest, WhatTheEnvironmentRefusesIsTold) {

@@ -139,6 +139,7 @@ TEST_P(AnyHostTest, ADisconnectionClosesWhateverIsOpen) {
                                       {"New library", kMainButton + MainButton::kNewLibrary},
                                       {"A message", kMainButton + MainButton::kOutput},
                                       {"Fields", kPasteFitted},
+                                      {"Choose Attachment", kSetAttachment},
                                       {"A menu", kOutputMenu}}) {
     SCOPED_TRACE(what);
     const HWND window = OpenWindow(host, command == kPasteFitted ? kFormWithA : "");

@@ -183,7 +183,7 @@ TEST_F(MainWindowTest, AttachmentsAreSetThroughTheDialogAndViewed) {
 TEST_F(MainWindowTest, ADroppedLibraryIsOpenedAndADroppedFileAttached) {
   WriteLibrary("Home", {"one"});
   const TemporaryFolder elsewhere;
-  const std::string library = elsewhere.File("Far.bns");
+  const std::string library = elsewhere.File("Far.bns"), note = elsewhere.File("note.txt");
   elsewhere.Write("Far.bns", WriteBns(std::vector{Named("far")}));
   Open();
   const UniqueFile process(OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, program_.Id()));
@@ -191,12 +191,12 @@ TEST_F(MainWindowTest, ADroppedLibraryIsOpenedAndADroppedFileAttached) {
   const auto drop = [&](HWND part) {
     struct Dropped {
       DROPFILES header{};
-      char names[MAX_PATH + 1]{};
+      char names[2 * MAX_PATH + 1]{};
     } dropped;
     POINT place{Place(part).left + 5, Place(part).top + 5};
     ScreenToClient(window_, &place);
     dropped.header = {.pFiles = sizeof(DROPFILES), .pt = place, .fNC = FALSE, .fWide = FALSE};
-    std::copy(library.begin(), library.end(), dropped.names);
+    std::ranges::copy(note + '\0' + library, dropped.names);
     void* there = VirtualAllocEx(process.get(), nullptr, sizeof dropped, MEM_COMMIT, PAGE_READWRITE);
     WriteProcessMemory(process.get(), there, &dropped, sizeof dropped, nullptr);
     PostMessageA(window_, WM_DROPFILES, reinterpret_cast<WPARAM>(there), 0);
@@ -205,7 +205,7 @@ TEST_F(MainWindowTest, ADroppedLibraryIsOpenedAndADroppedFileAttached) {
   EXPECT_TRUE(WaitUntil([&] { return Rows() == Names{"far"}; })) << WindowText(Files());
   drop(Control(frmAddIn::kAttachId));
   PressKey('S', {VK_CONTROL});
-  EXPECT_TRUE(WaitUntil([&] { return File("Far").find("far\r\n" + library) != std::string::npos; }));
+  EXPECT_TRUE(WaitUntil([&] { return File("Far").find("far\r\n" + note) != std::string::npos; }));
   Close();
 }
 
