@@ -173,6 +173,10 @@ TEST_F(BnCommandBarTest, ButtonsFollowThePointer) {
   ASSERT_TRUE(Logged("up 1"));
   EXPECT_EQ(GetCapture(), nullptr);
   EXPECT_EQ(std::ranges::count(log_, "sound"), 0);
+  log_.clear();
+  SendMessageA(bar_.hWnd(), WM_RBUTTONDOWN, MK_RBUTTON | MK_CONTROL, MAKELPARAM(500, 6));
+  SendMessageA(bar_.hWnd(), WM_MBUTTONUP, MK_SHIFT, MAKELPARAM(500, 6));
+  EXPECT_EQ(ButtonEvents(), (Log{"leave 1", "down 2 2 500,6", "up 4"}));
 }
 
 TEST_F(BnCommandBarTest, AContainerMayDeleteTheBarInAnyEvent) {
