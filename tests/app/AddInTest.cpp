@@ -53,13 +53,17 @@ TEST_P(AnyHostTest, ChoosingTheEntryOpensTheWindowAndClosingHidesIt) {
   EXPECT_TRUE(WaitUntil([&] { return IsForeground(window); }));
   for (const bool byClose : {true, false}) {
     if (!byClose && IsVba()) continue;  // which does not see the program's object
-    byClose ? void(PostMessageA(window, WM_CLOSE, 0, 0)) : Expect(host, {{"call Hide", "0"}});
+    byClose ? void(PostMessageA(window, WM_CLOSE, 0, 0)) : Expect(host, {{"call HIDE", "0"}});
     ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(window) == 0; }));
     EXPECT_NE(IsWindow(window), FALSE) << "it stays loaded";
     host.Ask("takefront");
     EXPECT_EQ(host.Ask(byClose ? "click 0" : "call Show"), byClose ? "" : "0");
     ASSERT_TRUE(WaitUntil([&] { return IsForeground(window); }));
   }
+  SendMessageA(window, WM_SYSCOMMAND, SC_MINIMIZE, 0);
+  host.Ask("takefront");
+  Expect(host, {{"click 0", ""}});
+  EXPECT_TRUE(WaitUntil([&] { return IsIconic(window) == 0 && IsForeground(window); }));
   Disconnect(host);
   EXPECT_TRUE(WaitUntil([&] { return IsWindow(window) == 0 && host.Ask("entries").empty(); }));
 }

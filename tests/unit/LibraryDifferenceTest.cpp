@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <optional>
 #include <random>
 #include <sstream>
@@ -133,6 +134,14 @@ TEST(LibraryDifferenceTest, AHistoryTellsWhatItsVersionsChangedAndHaveAndTheLibr
   };
   begin(2, "z=1");  // another takes its place
   reader.Compare(0, {});
+  std::atomic<bool> allTooSoon = false;
+  const auto whileReading = [&](const Version&) {
+    allTooSoon = reader.Take().all;
+    return std::nullopt;
+  };
+  reader.Begin(std::vector<Version>(1), whileReading, {});
+  while (!reader.Take().all) std::this_thread::yield();
+  EXPECT_FALSE(allTooSoon);
   for (const std::size_t unreadable : {3U, 5U}) {
     begin(6, "a=1");
     reader.Compare(unreadable, std::chrono::seconds(10));

@@ -181,6 +181,7 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
            {{.text = "b.*A", .regularExpression = true}, {}},
            {{.text = "[^x]{8,}", .regularExpression = true}, {0}},
            {{.text = "(?=ab)", .regularExpression = true}, {10}},
+           {{.text = "(?<!\\n)ab", .regularExpression = true}, {10}},
            {{.text = "\\Aab", .regularExpression = true}, {10}}}) {
     std::vector<std::size_t> lines;  // one match a line, as a search has it
     const Matcher matcher(pattern, kLetters);

@@ -154,8 +154,12 @@ TEST_F(CaptionTest, ShowsIconAndText) {
   SetWindowTextA(frame_.hWnd(), "Gradient Gradient");
   EXPECT_TRUE(HasGradient(frame_.hWnd(), kBlue));
   EXPECT_GT(TextPixels(frame_.hWnd()), text + 20);
-  SetWindowTextA(frame_.hWnd(), "");
-  EXPECT_EQ(TextPixels(frame_.hWnd()), 0);
+  const auto shown = [this](const char* title) {
+    SetWindowTextA(frame_.hWnd(), title);
+    return TextPixels(frame_.hWnd());
+  };
+  EXPECT_EQ(shown(""), 0);
+  EXPECT_GT(shown("&&"), shown("&"));
 }
 
 TEST_F(CaptionTest, PaintsAfterEachMessageThatMayHaveSpoiltIt) {

@@ -4,6 +4,8 @@
 
 #include <commdlg.h>
 
+#include <filesystem>
+
 #include "platform/Win32Text.h"
 #include "tests/support/ModalWindow.h"
 
@@ -23,7 +25,6 @@ class CommonDialogTest : public testing::Test {
     dialog_.InitDir = folder_.path();
     dialog_.Filter = "Snippets|*.bns|All files|*.*";
     dialog_.FilterIndex = 2;
-    dialog_.Flags = OFN_NOCHANGEDIR;
     dialog_.DialogTitle = "Choose one";
   }
 
@@ -42,6 +43,7 @@ class CommonDialogTest : public testing::Test {
 };
 
 TEST_F(CommonDialogTest, FileDialogsTakeTheirPropertiesAndGiveTheChosenFile) {
+  const std::filesystem::path current = std::filesystem::current_path();
   folder_.Write("a rather long name.text", "");
   struct Case {
     const char* name;
@@ -85,6 +87,7 @@ TEST_F(CommonDialogTest, FileDialogsTakeTheirPropertiesAndGiveTheChosenFile) {
     }
   }
 
+  EXPECT_EQ(std::filesystem::current_path(), current);
   EXPECT_LE(dialog_.ShortFileTitle().size(), 12U);
   EXPECT_TRUE(dialog_.ShortFileName().ends_with("\\" + dialog_.ShortFileTitle()));
   EXPECT_NE(GetFileAttributesA(dialog_.ShortFileName().c_str()), INVALID_FILE_ATTRIBUTES);

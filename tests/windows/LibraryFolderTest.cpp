@@ -67,8 +67,14 @@ TEST_F(LibraryFolderTest, WhatCannotBeReadIsNothing) {
   folder_.Write("locked.bns", "BNS2.0\r\n...\r\n");
   const UniqueFile lock(CreateFileA(folder_.File("locked.bns").c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_EXISTING, 0, nullptr));
-  for (const char* name : {"x.bns", "locked.bns", "missing.bns", "a<b?.bns"}) {
-    EXPECT_EQ(Read(folder_.File(name)), std::nullopt) << name;
+  {
+    const UniqueFile huge(
+        CreateFileA(folder_.File("huge.bns").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    SetFilePointer(huge.get(), (256 << 20) + 1, nullptr, FILE_BEGIN);
+    ASSERT_NE(SetEndOfFile(huge.get()), 0);
+  }
+  for (const char* name : {"x.bns", "locked.bns", "huge.bns", "missing.bns", "a<b?.bns"}) {
+    EXPECT_FALSE(Read(folder_.File(name))) << name;
   }
 }
 
