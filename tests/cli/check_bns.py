@@ -308,6 +308,8 @@ def failing_writes():
         library = os.path.join(small, "l.bns")
         write(library, LIBRARY)
         fails(small, "edit", library, "One", "-C", "-", stdin=b"x" * 70000)
+        write("from.bns", LIBRARY.replace(b"One", b"Big").replace(b"Dim s$", b"x" * 70000))
+        fails(".", "move", "from.bns", "Big", "--into", library)
         os.remove(library)
     if readonly:
         fails(readonly, "add", "--create", os.path.join(readonly, "new.bns"), "x")

@@ -66,6 +66,7 @@ TEST(VbTokens, ALineIsSplitAsVisualBasicReadsIt) {
       {"x = &HaF& + &O07 + &h0", "....NNNNN...NNNN...NNN"},
       {"x = a &Has & b", ".............."},
       {"d = #1/2/98# + #12:30 PM# + #Jan 1, 1998#", "....DDDDDDDD...DDDDDDDDDD...DDDDDDDDDDDDD"},
+      {"d = #1 Jan 1998#", "....DDDDDDDDDDDD"},
       {"Print #1, \"x\": Close #2", "KKKKK..N..SSS..KKKKK..N"},
       {"Close #1, #2: Close #3", "KKKKK..N...N..KKKKK..N"},
       {"Close #1: Close #2", "KKKKK..N..KKKKK..N"},
