@@ -308,6 +308,13 @@ TEST_F(MenuWindowTest, ADockedMenuHasAllKeysAndTheWheel) {
   PressKey(VK_DOWN);
   EXPECT_TRUE(Logged("select 1"));
   EXPECT_EQ(WindowText(edit_), "text");
+  Hover(kEdit);
+  PressKey(VK_DOWN);
+  ASSERT_TRUE(Until([&] { return menu_->input().HotItem() != kEdit; }));
+  POINT pointer = CentreOf(Layout().Row(kEdit));
+  ScreenToClient(menu_->hWnd(), &pointer);
+  SendMessageA(menu_->hWnd(), WM_MOUSEMOVE, 0, MAKELPARAM(pointer.x, pointer.y));
+  EXPECT_NE(menu_->input().HotItem(), kEdit) << "the pointer has not moved";
   PressKey(VK_ESCAPE);
   ASSERT_TRUE(Closed());
   ExpectFocusStayed();
