@@ -55,21 +55,21 @@ class AddInTest : public testing::Test {
     const std::string library = kVbaLibraries[sizeof(void*) == 8 ? 1 : 0].file;
     CopyFileA((ProgramDirectory() + "\\..\\" + library).c_str(), program_.folder().File(library).c_str(),
               TRUE);
-    program_.Start("/RegServer /silent");
-    EXPECT_TRUE(program_.WaitForEnd());
-    EXPECT_EQ(program_.ExitCode(), 0U);
+    RunSilently("/RegServer");
   }
   ~AddInTest() override {
     EXPECT_TRUE(WaitUntil([] { return Servers() == 0U; })) << "a process stays behind";
     UnregisterHostTypeLibrary();
   }
   void TearDown() override {
-    if (!host.Running()) return;
-    host.Ask("disconnect 1");  // unless the test has done so
-    ExpectSoon(host, "references", "0");
-    EXPECT_EQ(host.Ask("release"), "");
+    if (host.Running()) Disconnect(host);
   }
 
+  void RunSilently(const std::string& argument) {
+    program_.Start(argument + " -Silent");
+    EXPECT_TRUE(program_.WaitForEnd());
+    EXPECT_EQ(program_.ExitCode(), 0U);
+  }
   /// Commands, each with its answer.
   static void Expect(HostProcess& at, std::initializer_list<std::pair<const char*, std::string>> answers) {
     for (const auto& [command, answer] : answers) EXPECT_EQ(at.Ask(command), answer) << command;
@@ -80,7 +80,7 @@ class AddInTest : public testing::Test {
   /// Connects and chooses the entry, after another command.
   HWND OpenWindow(HostProcess& at, const std::string& first = "") const {
     if (!first.empty()) at.Ask(first);
-    Expect(at, {{"connect 0", "0"}, {"click 0", ""}});
+    Expect(at, {{"connect 0", "0"}, {"click", ""}});
     const HWND window = program_.MainWindow();
     SendMessageA(window, WM_NULL, 0, 0);  // answered when all of the showing is done
     return window;

@@ -8,6 +8,7 @@
 #include "library/BnsFormat.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
+#include "tests/support/TestRegistry.h"
 #include "ui/dialogs/frmMsg.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/frmAddIn.h"
@@ -96,10 +97,7 @@ void MainWindowUser::SetSetting(const std::string& section, const std::string& v
 }
 
 std::string MainWindowUser::Setting(const std::string& section, const std::string& value) {
-  char text[200]{};
-  DWORD size = sizeof text;
-  SHGetValueA(HKEY_CURRENT_USER, KeyOf(section).c_str(), value.c_str(), nullptr, text, &size);
-  return text;
+  return RegistryText(HKEY_CURRENT_USER, KeyOf(section), value.c_str());
 }
 
 void MainWindowUser::Open() {

@@ -11,6 +11,7 @@
 #include "app/AddInLists.h"
 #include "app/ComRegistration.h"
 #include "platform/Win32Text.h"
+#include "tests/support/TestRegistry.h"
 
 namespace snip::test {
 namespace {
@@ -97,11 +98,7 @@ void Program::MarkAsRunBefore(const std::string& marker) const {
 }
 
 std::string Program::Marker() {
-  char text[100]{};
-  DWORD size = sizeof text;
-  const bool found =
-      SHGetValueA(HKEY_CURRENT_USER, kMarkerKey, "RunBefore", nullptr, text, &size) == ERROR_SUCCESS;
-  return found ? text : "";
+  return RegistryText(HKEY_CURRENT_USER, kMarkerKey, "RunBefore");
 }
 
 std::string Program::AddInEntry() {
@@ -111,10 +108,7 @@ std::string Program::AddInEntry() {
 }
 
 std::string Program::ServerCommand() {
-  char text[MAX_PATH]{};
-  DWORD size = sizeof text;
-  SHGetValueA(HKEY_CLASSES_ROOT, kServerKey, nullptr, nullptr, text, &size);
-  return text;
+  return RegistryText(HKEY_CLASSES_ROOT, kServerKey);
 }
 
 void Program::SetServerCommand(const std::string& command) {
@@ -123,13 +117,11 @@ void Program::SetServerCommand(const std::string& command) {
 }
 
 std::string Program::ListEntry(const std::string& key) {
-  char name[100]{};
-  DWORD size = sizeof name;
-  if (SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "FriendlyName", nullptr, name, &size) != 0) return "";
+  const std::string name = RegistryText(HKEY_CURRENT_USER, key, "FriendlyName");
   DWORD load = 0;
-  size = sizeof load;
+  DWORD size = sizeof load;
   SHGetValueA(HKEY_CURRENT_USER, key.c_str(), "LoadBehavior", nullptr, &load, &size);
-  return std::string(name) + " " + std::to_string(load);
+  return name.empty() ? "" : name + " " + std::to_string(load);
 }
 
 bool Program::HasRegistryKey() {

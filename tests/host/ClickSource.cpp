@@ -15,12 +15,8 @@ class Point final : public ComObject<IConnectionPoint> {
   }
   ~Point() override { --watch_.references; }
 
-  HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* id) override {
-    *id = events_;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** container) override {
-    *container = nullptr;
+  HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override {
     return E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE Advise(IUnknown* client, DWORD* cookie) override {
@@ -41,10 +37,7 @@ class Point final : public ComObject<IConnectionPoint> {
     const auto sinks = sinks_.lock();
     return sinks && sinks->erase(cookie) == 1 ? S_OK : CONNECT_E_NOCONNECTION;
   }
-  HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override {
-    *connections = nullptr;
-    return E_NOTIMPL;
-  }
+  HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
 
  private:
   CallWatch& watch_;
@@ -60,10 +53,7 @@ class Source final : public ComObject<IConnectionPointContainer> {
 
   std::weak_ptr<Sinks> sinks() const { return sinks_; }
 
-  HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** points) override {
-    *points = nullptr;
-    return E_NOTIMPL;
-  }
+  HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID id, IConnectionPoint** point) override {
     *point = nullptr;
     if (id != events_) return CONNECT_E_NOCONNECTION;

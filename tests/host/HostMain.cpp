@@ -5,17 +5,14 @@
 
 #include <windows.h>
 #include <objbase.h>
-#include <psapi.h>
-#include <shlwapi.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <functional>
 #include <iostream>
+#include <list>
 #include <map>
 #include <memory>
-#include <optional>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -31,6 +28,7 @@
 #include "platform/Window.h"
 #include "tests/host/HostModel.h"
 #include "tests/host/HostTypeLibrary.h"
+#include "tests/support/TestRegistry.h"
 
 namespace snip::test {
 namespace {
@@ -69,18 +67,16 @@ class HostWindow : public Window {
   ~HostWindow() override { Destroy(); }
 
   std::function<void(const std::string& line)> onCommand;
-  /// From any thread.
+  /// From any thread; the line has to stay.
   void PostCommand(const std::string& line) const {
-    PostMessageA(hWnd(), kCommand, 0, reinterpret_cast<LPARAM>(new std::string(line)));
+    PostMessageA(hWnd(), kCommand, 0, reinterpret_cast<LPARAM>(&line));
   }
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
-    if (message == kCommand) {
-      onCommand(*std::unique_ptr<std::string>(reinterpret_cast<std::string*>(lParam)));
-      return 0;
-    }
-    return Default(message, wParam, lParam);
+    if (message != kCommand) return Default(message, wParam, lParam);
+    onCommand(*reinterpret_cast<const std::string*>(lParam));
+    return 0;
   }
 };
 
@@ -94,35 +90,27 @@ class Host {
 
   /// Reads commands and hands them to the thread that runs them.
   void ReadCommands() {
-    for (std::string line; std::getline(std::cin, line);) {
-      while (!line.empty() && line.back() == '\r') line.pop_back();
-      window_.PostCommand(line);
-    }
+    for (std::string line; std::getline(std::cin, line);) window_.PostCommand(lines_.emplace_back(line));
     PostMessageA(window_.hWnd(), WM_QUIT, 0, 0);
   }
 
  private:
-  static std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
-  /// A text of the user's part of the registry, below "Software".
-  static std::string UserText(const std::string& key) {
-    char text[MAX_PATH]{};
-    DWORD size = sizeof text;
-    SHGetValueA(HKEY_CURRENT_USER, ("Software\\" + key).c_str(), nullptr, nullptr, text, &size);
-    return text;
+  /// What is left of a command.
+  static std::string Rest(std::istringstream& words) {
+    std::string rest;
+    std::getline(words >> std::ws, rest);
+    return rest;
   }
+  static std::wstring Wide(const std::string& text) { return {text.begin(), text.end()}; }
 
-  /// Makes the object of the first add-in in the list that VBA's editor of this width has, in this process.
-  /// Wine's COM finds no classes of the user.
+  /// Makes the object of the add-in for VBA's editor of this width, in this process. Wine's COM finds no
+  /// classes of the user.
   HRESULT CreateInProcess() {
-    const std::string list =
-        std::string(R"(Microsoft\VBA\VBE\6.0\Addins)") + (sizeof(void*) == 8 ? "64" : "");
-    HKEY opened = nullptr;
-    RegOpenKeyExA(HKEY_CURRENT_USER, ("Software\\" + list).c_str(), 0, KEY_READ, &opened);
-    const UniqueRegKey key(opened);
-    char name[100]{};
-    if (RegEnumKeyA(opened, 0, name, sizeof name) != ERROR_SUCCESS) return REGDB_E_CLASSNOTREG;
-    const std::string text = UserText("Classes\\" + std::string(name) + "\\CLSID");
-    library_ = LoadLibraryA(UserText("Classes\\CLSID\\" + text + "\\InprocServer32").c_str());
+    const std::string classes = "Software\\Classes\\";
+    const std::string name = kVbaLibraries[sizeof(void*) == 8 ? 1 : 0].progId;
+    const std::string text = RegistryText(HKEY_CURRENT_USER, classes + name + "\\CLSID");
+    library_ = LoadLibraryA(
+        RegistryText(HKEY_CURRENT_USER, classes + "CLSID\\" + text + "\\InprocServer32").c_str());
     const auto getClassObject = Function<decltype(DllGetClassObject)>("DllGetClassObject");
     if (getClassObject == nullptr) return CO_E_DLLNOTFOUND;
     CLSID id{};
@@ -150,10 +138,8 @@ class Host {
   HRESULT Create() {
     if (model_.isVba) return CreateInProcess();
     CLSID id{};
-    const HRESULT known = CLSIDFromProgID(Wide(kAddInProgId).c_str(), &id);
-    return FAILED(known)
-               ? known
-               : CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IUnknown), object_.PutVoid());
+    CLSIDFromProgID(Wide(kAddInProgId).c_str(), &id);
+    return CoCreateInstance(id, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IUnknown), object_.PutVoid());
   }
   HRESULT ConnectAddIn(LONG mode, const ComPtr<IDispatch>& root) {
     HRESULT result = object_ ? S_OK : Create();
@@ -165,7 +151,7 @@ class Host {
   /// Calls a function of the add-in's, the connection with no array, the others with an array that holds
   /// nothing: by its interface, by its number or, as VBA's editor does, by its name.
   HRESULT Tell(DISPID number, LONG mode = 0, const ComPtr<IDispatch>& root = {}) {
-    if (!addIn_) return E_POINTER;
+    if (!addIn_) return S_OK;  // there is nothing to tell
     SAFEARRAY* custom = number == 1 ? nullptr : SafeArrayCreateVector(VT_VARIANT, 0, 0);
     HRESULT result = S_OK;
     if (byNumber_) {
@@ -209,20 +195,13 @@ class Host {
       model_.watch.after.clear();
       return std::exchange(model_.watch.hooked, 0) > 0 ? "hit" : "";
     }
-    const std::map<std::string, CallWatch::Hook> known{{"disconnect", [this] { return Tell(2, 1); }},
-                                                       {"nothing", [] { return kAnswerNothing; }},
-                                                       {"slow", [] { return Sleep(1000), S_OK; }},
-                                                       {"exit", []() -> HRESULT { ExitProcess(0); }}};
-    if (const auto hook = known.find(what); hook != known.end()) {
-      model_.watch.hooks[member] = hook->second;
-      return "";
-    }
-    const auto code = static_cast<HRESULT>(std::stoul(what, nullptr, 16));
-    std::string description;
-    std::getline(words >> std::ws, description);
-    model_.watch.hooks[member] = [this, code, description] {
+    model_.watch.hooks[member] = [this, what, description = Rest(words)]() -> HRESULT {
+      if (what == "disconnect") return Tell(2, 1);
+      if (what == "nothing") return kAnswerNothing;
+      if (what == "slow") return Sleep(1000), S_OK;
+      if (what == "exit") ExitProcess(0);
       model_.watch.description = description;
-      return code;
+      return static_cast<HRESULT>(std::stoul(what, nullptr, 16));
     };
     return "";
   }
@@ -231,23 +210,15 @@ class Host {
   /// of one of that name.
   std::string AddModule(std::istringstream& words) {
     auto module = std::make_shared<Module>();
-    LONG cursor = 1;
-    std::string text;
-    words >> module->name >> cursor;
-    std::getline(words >> std::ws, text);
-    std::istringstream lines(text);
+    words >> module->name >> module->cursorLine;
+    std::istringstream lines(Rest(words));
     for (std::string line; std::getline(lines, line, '|');) module->lines.push_back(line);
-    module->cursorLine = cursor;
     model_.modules.remove(model_.FindModule(module->name));
     model_.modules.push_back(module);
     model_.activeModule = module;
     return "";
   }
 
-  std::string Click(std::size_t index) {
-    if (index >= model_.entries.size()) return "no such entry";
-    return model_.Click(*std::next(model_.entries.begin(), static_cast<std::ptrdiff_t>(index))), "";
-  }
   template <class Object>
   static std::string Names(const std::list<std::shared_ptr<Object>>& objects, std::string Object::*name) {
     std::string text;
@@ -257,8 +228,8 @@ class Host {
   std::string Text(const std::string& name) const {
     const auto module = model_.FindModule(name);
     if (!module) return "no such module";
-    std::string text = (module->shown ? "shown " : "") + module->Text();
-    for (std::size_t end = 0; (end = text.find("\r\n")) != std::string::npos;) text.replace(end, 2, "|");
+    std::string text = module->shown ? "shown " : "";
+    for (const std::string& line : module->lines) text += line + "|";
     return text;
   }
 
@@ -266,8 +237,7 @@ class Host {
   std::string Repeat(std::istringstream& words) {
     int count = 0;
     words >> count;
-    std::string rest;
-    std::getline(words >> std::ws, rest);
+    const std::string rest = Rest(words);
     std::string answers;
     for (int i = 0; i < count; ++i) {
       std::istringstream commands(rest);
@@ -297,12 +267,11 @@ class Host {
         {"disconnect", [&] { return Hex(Tell(2, std::stol(next()))); }},
         {"release", [&] { return Release(); }},
         {"call", [&] { return Hex(Call(Wide(next()), 0, {})); }},
-        {"click", [&] { return Click(std::stoul(next())); }},
+        {"click", [&] { return model_.Click(), ""; }},
         {"entries", [&] { return Names(model_.entries, &MenuEntry::caption); }},
         {"entry",
          [&] {
-           model_.entries.push_back(std::make_shared<MenuEntry>());
-           std::getline(words >> std::ws, model_.entries.back()->caption);
+           model_.entries.push_back(std::make_shared<MenuEntry>(MenuEntry{Rest(words)}));
            return "";
          }},
         {"nobar", [&] { return model_.hasAddInsBar = false, ""; }},
@@ -334,20 +303,20 @@ class Host {
         {"front",
          [&] {
            const HWND front = GetForegroundWindow();
-           return front == window_.hWnd() ? "yes" : sheet_ && front == sheet_->hWnd() ? "sheet" : "no";
+           return front == window_.hWnd() ? "yes" : front == sheet_.hWnd() ? "sheet" : "no";
          }},
         {"takefront",
          [&] {
-           if (next() == "sheet" && !sheet_) sheet_.emplace();
-           return SetForegroundWindow((word == "sheet" ? *sheet_ : window_).hWnd()) != 0 ? "yes" : "no";
+           return SetForegroundWindow((next() == "sheet" ? sheet_ : window_).hWnd()) != 0 ? "yes" : "no";
          }},
     };
     const auto command = commands.find(name);
     return command == commands.end() ? "unknown command" : command->second();
   }
 
+  std::list<std::string> lines_;  ///< That have been read.
+  HostWindow sheet_;              ///< Another window of its process, as an Office has.
   HostWindow window_;
-  std::optional<HostWindow> sheet_;  ///< Another window of its process, as an Office has.
   HostModel model_{window_.hWnd()};
   ComPtr<BusyFilter> filter_{new BusyFilter};
   ComPtr<IUnknown> object_;

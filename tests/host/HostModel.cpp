@@ -1,7 +1,6 @@
 #include "tests/host/HostModel.h"
 
 #include <algorithm>
-#include <cctype>
 #include <utility>
 
 #include "app/IDTExtensibility.h"
@@ -48,18 +47,14 @@ std::string Module::Text(LONG first, LONG end) const {
 }
 
 void Module::InsertLines(LONG line, const std::string& text) {
-  std::vector<std::string> added{""};
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text.compare(i, 2, "\r\n") == 0) {
-      added.emplace_back();
-      ++i;
-    } else {
-      added.back() += text[i];
-    }
+  auto at = lines.begin() + (line - 1);
+  LONG count = 0;
+  for (std::size_t from = 0, end = 0; end != std::string::npos; from = end + 2, ++count) {
+    end = text.find("\r\n", from);
+    at = std::next(lines.insert(at, text.substr(from, end - from)));
   }
-  lines.insert(lines.begin() + (line - 1), added.begin(), added.end());
   // The cursor stays with the line that it is on.
-  if (cursorLine >= line) cursorLine += static_cast<LONG>(added.size());
+  if (cursorLine >= line) cursorLine += count;
 }
 
 std::string Module::ProcedureOf(LONG line) const {
@@ -106,25 +101,23 @@ IDispatch* HostModel::Project() {
 }
 
 IDispatch* HostModel::CommandBars() {
-  std::vector<ScriptObject::Member> members{
-      {L"Item", kGet, {VT_BSTR}, [this](const Arguments& arguments, VARIANT& result) {
-         if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
-         return Answer(result, AddInsBar());
-       }}};
-  if (isVba) members.push_back(Get(L"ActiveMenuBar", [this] { return MenuBar(); }));
-  return Object("CommandBars", std::move(members));
-}
-
-IDispatch* HostModel::AddInsBar() {
-  return Object("CommandBar", {Get(L"Controls", [this] { return Controls(); })});
-}
-
-IDispatch* HostModel::MenuBar() {
-  const auto find = [this](const Arguments& arguments, VARIANT& result) {
-    if (arguments.Number(1) != 30038) return Answer(result, static_cast<IDispatch*>(nullptr));
-    return Answer(result, Object("CommandBarPopup", {Get(L"CommandBar", [this] { return AddInsBar(); })}));
+  const auto addIns = [this] {
+    return Object("CommandBar", {Get(L"Controls", [this] { return Controls(); })});
   };
-  return Object("MenuBar", {{L"FindControl", kMethod, {VT_ERROR, VT_I4}, find}});
+  const auto byName = [this, addIns](const Arguments& arguments, VARIANT& result) {
+    if (!hasAddInsBar || arguments.Text(0) != "Add-Ins") return E_INVALIDARG;
+    return Answer(result, addIns());
+  };
+  const auto byNumber = [this, addIns](const Arguments& arguments, VARIANT& result) {
+    const bool known = arguments.Number(1) == 30038;
+    return Answer(result, known ? Object("CommandBarPopup", {Get(L"CommandBar", addIns)}) : nullptr);
+  };
+  const auto menuBar = [this, byNumber] {
+    return Object("MenuBar", {{L"FindControl", kMethod, {VT_ERROR, VT_I4}, byNumber}});
+  };
+  std::vector<ScriptObject::Member> members{{L"Item", kGet, {VT_BSTR}, byName}};
+  if (isVba) members.push_back(Get(L"ActiveMenuBar", menuBar));
+  return Object("CommandBars", std::move(members));
 }
 
 IDispatch* HostModel::Controls() {
@@ -140,25 +133,20 @@ IDispatch* HostModel::Controls() {
     return Answer(result, Control(entries.back()));
   };
   // VBA's editor keeps what is not temporary.
-  const std::vector<VARTYPE> added = isVba
-                                         ? std::vector<VARTYPE>{VT_I4, VT_ERROR, VT_ERROR, VT_ERROR, VT_BOOL}
-                                         : std::vector<VARTYPE>{VT_I4};
+  std::vector<VARTYPE> added{VT_I4};
+  if (isVba) added.insert(added.end(), {VT_ERROR, VT_ERROR, VT_ERROR, VT_BOOL});
   return Object("CommandBarControls", {Get(L"Count", [this] { return static_cast<LONG>(entries.size()); }),
                                        {L"Item", kGet, {VT_I4}, item},
                                        {L"Add", kMethod, added, add}});
 }
 
 IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
-  const auto remove = [this, entry](auto&, VARIANT&) {
-    const std::size_t before = entries.size();
-    entries.remove(entry);
-    return entries.size() < before ? S_OK : E_FAIL;
-  };
+  const auto remove = [this, entry](auto&, VARIANT&) { return entries.remove(entry) > 0 ? S_OK : E_FAIL; };
   auto* const control = new ScriptObject(
       watch, "CommandBarControl",
       {Get(L"Caption", [entry] { return entry->caption; }),
        {L"Caption", kPut, {VT_BSTR}, Done([entry](auto& text) { entry->caption = text.Text(0); })},
-       {L"Tag", kPut, {VT_BSTR}, Done([entry](auto& text) { entry->tag = text.Text(0); })},
+       {L"Tag", kPut, {VT_BSTR}, Done([](auto&) {})},
        {L"Delete", kMethod, {}, remove}});
   if (isVba) {
     control->source = MakeClickSource(watch, __uuidof(CommandBarButtonEvents), entry->sinks.emplace_back());
@@ -167,22 +155,21 @@ IDispatch* HostModel::Control(const std::shared_ptr<MenuEntry>& entry) {
 }
 
 IDispatch* HostModel::Events() {
-  return Object(
-      "Events",
-      {{L"CommandBarEvents", kGet, {VT_DISPATCH}, [this](const Arguments& arguments, VARIANT& result) {
-          const std::string wanted = TextOf(arguments.Object(0), L"Caption");
-          const auto entry =
-              std::ranges::find(entries, wanted, [](const auto& each) { return each->caption; });
-          if (entry == entries.end()) return E_INVALIDARG;
-          result.vt = VT_UNKNOWN;
-          result.punkVal =
-              MakeClickSource(watch, __uuidof(CommandBarControlEvents), (*entry)->sinks.emplace_back())
-                  .Detach();
-          return S_OK;
-        }}});
+  const auto source = [this](const Arguments& arguments, VARIANT& result) {
+    const std::string wanted = TextOf(arguments.Object(0), L"Caption");
+    const auto entry = std::ranges::find(entries, wanted, [](const auto& each) { return each->caption; });
+    if (entry == entries.end()) return E_INVALIDARG;
+    auto& sinks = (*entry)->sinks.emplace_back();
+    result.vt = VT_UNKNOWN;
+    result.punkVal = MakeClickSource(watch, __uuidof(CommandBarControlEvents), sinks).Detach();
+    return S_OK;
+  };
+  return Object("Events", {{L"CommandBarEvents", kGet, {VT_DISPATCH}, source}});
 }
 
-void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
+void HostModel::Click() {
+  if (entries.empty()) return;
+  const auto entry = entries.front();
   const ComPtr<IDispatch> control(Control(entry));
   std::vector<ComPtr<IDispatch>> told;  // who may come and go during it
   for (const auto& source : entry->sinks) {
@@ -191,14 +178,13 @@ void HostModel::Click(const std::shared_ptr<MenuEntry>& entry) {
     for (const auto& [cookie, sink] : *sinks) told.push_back(ComPtr<IDispatch>::Share(sink.get()));
   }
   for (const auto& sink : told) {
-    VARIANT_BOOL handled = VARIANT_FALSE;
-    VARIANT_BOOL cancel = VARIANT_FALSE;
+    VARIANT_BOOL flag = VARIANT_FALSE;  // "handled", which VBA's editor has not got, and "cancel"
     VARIANT arguments[3]{};
-    arguments[0].vt = VT_BYREF | VT_BOOL;
-    arguments[0].pboolVal = &cancel;
-    arguments[1].vt = VT_BYREF | VT_BOOL;
-    arguments[1].pboolVal = &handled;
-    arguments[isVba ? 1 : 2] = ByValue(control.get());  // VBA's knows no "handled"
+    for (VARIANT& argument : arguments) {
+      argument.vt = VT_BYREF | VT_BOOL;
+      argument.pboolVal = &flag;
+    }
+    arguments[isVba ? 1 : 2] = ByValue(control.get());
     DISPPARAMS parameters{arguments, nullptr, isVba ? 2U : 3U, 0};
     sink->Invoke(kClickEvent, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
   }
@@ -287,23 +273,18 @@ IDispatch* HostModel::Components() {
 
 IDispatch* HostModel::Component(const std::shared_ptr<Module>& module) {
   const auto rename = [this, module](const Arguments& arguments, VARIANT&) {
-    return Rename(*module, arguments.Text(0));
+    const std::string name = arguments.Text(0);
+    if (FindModule(name)) {
+      watch.description = "Name conflicts with existing module, project, or object library";
+      return static_cast<HRESULT>(0x800A7D9C);
+    }
+    module->name = name;
+    return S_OK;
   };
   return Object("VBComponent", {Get(L"Name", [module] { return module->name; }),
                                 {L"Name", kPut, {VT_BSTR}, rename},
                                 Get(L"Collection", [this] { return Components(); }),
                                 Get(L"CodeModule", [this, module] { return CodeModule(module); })});
-}
-
-HRESULT HostModel::Rename(Module& module, const std::string& name) {
-  const bool legal = std::all_of(name.begin(), name.end(), [](char c) {
-    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
-  });
-  if (!legal) watch.description = "Not a legal object name: '" + name + "'";
-  if (FindModule(name)) watch.description = "Name conflicts with existing module, project, or object library";
-  if (!watch.description.empty()) return static_cast<HRESULT>(0x800A7D9C);
-  module.name = name;
-  return S_OK;
 }
 
 }  // namespace snip::test

@@ -12,9 +12,8 @@ namespace snip::test {
 
 /// An entry of the "Add-Ins" bar.
 struct MenuEntry {
-  std::string caption;
-  std::string tag;
-  std::vector<std::weak_ptr<Sinks>> sinks;
+  std::string caption = {};
+  std::vector<std::weak_ptr<Sinks>> sinks = {};
 };
 
 /// A module with its code window.
@@ -28,7 +27,6 @@ struct Module {
 
   /// The lines from `first` to the one before `end`, each with its line end.
   std::string Text(LONG first, LONG end) const;
-  std::string Text() const { return Text(1, static_cast<LONG>(lines.size()) + 1); }
   void InsertLines(LONG line, const std::string& text);
   /// The procedure that a line belongs to; empty in the declarations.
   std::string ProcedureOf(LONG line) const;
@@ -53,8 +51,8 @@ class HostModel {
   std::shared_ptr<Module> FindModule(const std::string& name) const;
   /// The root object.
   ComPtr<IDispatch> VBE();
-  /// Chooses an entry: tells those who want to know.
-  void Click(const std::shared_ptr<MenuEntry>& entry);
+  /// Chooses the first entry: tells those who want to know.
+  void Click();
 
  private:
   IDispatch* Object(std::string name, std::vector<ScriptObject::Member> members);
@@ -62,8 +60,6 @@ class HostModel {
   /// Whether the project takes no changes now.
   bool Refuses() const { return mode != 2 || protection == 1; }
   IDispatch* CommandBars();
-  IDispatch* MenuBar();
-  IDispatch* AddInsBar();
   IDispatch* Controls();
   IDispatch* Control(const std::shared_ptr<MenuEntry>& entry);
   IDispatch* Events();
@@ -71,7 +67,6 @@ class HostModel {
   IDispatch* CodeModule(const std::shared_ptr<Module>& module);
   IDispatch* Components();
   IDispatch* Component(const std::shared_ptr<Module>& module);
-  HRESULT Rename(Module& module, const std::string& name);
 
   HWND window_;
   int modulesAdded_ = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <windows.h>
+#include <shlwapi.h>
 
 #include <set>
 #include <string>
@@ -29,6 +30,13 @@ class TestRegistry {
   std::string forbidden_;  ///< A key, from HKEY_CURRENT_USER.
   UniqueRegKey key_;
 };
+
+/// A text of the registry, the key's default one without a `name`; empty when there is none.
+inline std::string RegistryText(HKEY root, const std::string& key, const char* name = nullptr) {
+  char text[MAX_PATH]{};
+  DWORD size = sizeof text;
+  return SHGetValueA(root, key.c_str(), name, nullptr, text, &size) == ERROR_SUCCESS ? text : "";
+}
 
 /// Every key from `path` on, with its default text if it has one.
 std::set<std::string> RegistryContents(HKEY root, const std::string& path);

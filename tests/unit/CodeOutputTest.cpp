@@ -231,18 +231,14 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
 
 TEST_F(CodeOutputTest, CodeIsTakenWithoutItsIndentation) {
   Run(false);
-  struct Row {
-    HostSelection selection;
-    std::string code;
-  };
-  for (const Row& row :
+  using Row = std::pair<HostSelection, std::string>;
+  for (const auto& [selection, code] :
        {Row{{3, 5, 3, 8}, "one"}, Row{{3, 6, 3, 8}, "ne"}, Row{{3, 3, 6, 1}, "one\r\n\r\n  two"},
         Row{{2, 1, 3, 6}, "Sub Proc()\r\n  o"}, Row{{6, 1, 6, 1}, "Sub Proc()\r\nEnd Sub"},
         Row{{1, 1, 1, 1}, ""}, Row{{9, 1, 9, 1}, ""}}) {
-    host.selection = row.selection;
-    EXPECT_EQ(output.TakeCode().value_or(""), row.code);
-    EXPECT_EQ(calls.back().ends_with("Nothing is selected, and the caret is in no procedure."),
-              row.code.empty());
+    host.selection = selection;
+    EXPECT_EQ(output.TakeCode().value_or(""), code);
+    EXPECT_EQ(calls.back().ends_with("Nothing is selected, and the caret is in no procedure."), code.empty());
   }
   EXPECT_EQ(SnippetOfCode("Sub A()").Name, "A");
   EXPECT_EQ(SnippetOfCode("' ...\r\nx").Name, DefaultSnippet().Name) << "the name that ends a library's list";
