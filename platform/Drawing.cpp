@@ -35,8 +35,15 @@ void DrawEtchedLabel(HDC dc, const std::string& text, const Rect& area, HFONT fo
   DrawLabel(dc, text, area, font, shadow, format);
 }
 
-UniqueBitmap ScreenBitmap(Size size) {
-  return UniqueBitmap(CreateCompatibleBitmap(WindowDC(nullptr).get(), size.width, size.height));
+UniqueBitmap ColorBitmap(Size size) {
+  BITMAPINFO description{};
+  description.bmiHeader.biSize = sizeof description.bmiHeader;
+  description.bmiHeader.biWidth = size.width;
+  description.bmiHeader.biHeight = size.height;
+  description.bmiHeader.biPlanes = 1;
+  description.bmiHeader.biBitCount = 32;
+  void* bits = nullptr;
+  return UniqueBitmap(CreateDIBSection(nullptr, &description, DIB_RGB_COLORS, &bits, nullptr, 0));
 }
 
 }  // namespace snip

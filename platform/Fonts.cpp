@@ -29,7 +29,7 @@ UniqueFont MessageFontInFace(const std::string& face) {
   LOGFONTA description = MessageFontDescription();
   SetFace(description, face);
   UniqueFont font(CreateFontIndirectA(&description));
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   const SelectedObject selected(screen.get(), font.get());
   char taken[LF_FACESIZE]{};
   GetTextFaceA(screen.get(), sizeof taken, taken);
@@ -37,7 +37,7 @@ UniqueFont MessageFontInFace(const std::string& face) {
 }
 
 UniqueFont FontOfSize(const std::string& face, double points) {
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   LOGFONTA description{};
   description.lfHeight =
       -static_cast<LONG>(std::lround(points * GetDeviceCaps(screen.get(), LOGPIXELSY) / 72));
@@ -55,7 +55,7 @@ Size CharacterSize(HFONT font) {
 }
 
 Size TextSize(HFONT font, std::string_view text) {
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   const SelectedObject selected(screen.get(), font);
   SIZE size{};
   GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
@@ -67,7 +67,7 @@ HFONT FontOf(HWND control) {
 }
 
 Size WrappedTextSize(HFONT font, const std::string& text, int width) {
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   const SelectedObject selected(screen.get(), font);
   RECT area{0, 0, width, 0};
   DrawTextA(screen.get(), text.data(), static_cast<int>(text.size()), &area,

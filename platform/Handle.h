@@ -55,7 +55,17 @@ using UniqueAccelerators = UniqueHandle<HACCEL, &DestroyAcceleratorTable>;
 using UniqueCursor = UniqueHandle<HCURSOR, &DestroyCursor>;
 using UniqueMenu = UniqueHandle<HMENU, &DestroyMenu>;
 
-/// The device context of a window, or of the whole screen for a null window.
+/// A device context to measure texts and the screen with. Nothing is drawn on it: one of the screen itself
+/// would be a request to Wine's server each time.
+class MeasuringDC {
+ public:
+  HDC get() const { return dc_.get(); }
+
+ private:
+  UniqueMemoryContext dc_{CreateCompatibleDC(nullptr)};
+};
+
+/// The device context of a window.
 class WindowDC {
  public:
   explicit WindowDC(HWND window) : window_(window), dc_(GetDC(window)) {}

@@ -6,7 +6,7 @@
 namespace snip {
 
 TwipsPerPixel ScreenTwips() {
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   return TwipsPerPixel::FromDpi(GetDeviceCaps(screen.get(), LOGPIXELSX),
                                 GetDeviceCaps(screen.get(), LOGPIXELSY));
 }

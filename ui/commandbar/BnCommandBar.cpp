@@ -289,7 +289,7 @@ BarMetrics BnCommandBar::Metrics() const {
 
 void BnCommandBar::MakeFont() {
   font_ = snip::MakeFont(properties_.Font, twips_);
-  const WindowDC screen(nullptr);
+  const MeasuringDC screen;
   const SelectedObject font(screen.get(), font_.get());
   TEXTMETRICA metrics{};
   GetTextMetricsA(screen.get(), &metrics);

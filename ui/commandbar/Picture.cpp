@@ -27,11 +27,11 @@ Size IconSize(HICON icon) {
 
 UniqueBitmap LoadBitmapResource(int id) {
   return UniqueBitmap(static_cast<HBITMAP>(
-      LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_DEFAULTCOLOR)));
+      LoadImageA(GetModuleHandleA(nullptr), MAKEINTRESOURCEA(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
 }
 
 UniqueBitmap Scaled(const Picture& picture, Size size) {
-  UniqueBitmap scaled = ScreenBitmap(size);
+  UniqueBitmap scaled = ColorBitmap(size);
   const MemoryDC source(picture.bitmap());
   const MemoryDC target(scaled.get());
   SetStretchBltMode(target.get(), COLORONCOLOR);
