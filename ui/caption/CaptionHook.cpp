@@ -64,6 +64,7 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   Remove();
   if (IsWindow(window) == 0 || Of(window) != nullptr) return;
   window_ = window;
+  installed_ = std::shared_ptr<CaptionHook>(this, [](CaptionHook*) {});
   painter_ = &painter;
   active_ = HasActiveCaption(window);
   dialogActive_ = false;
@@ -89,6 +90,7 @@ void CaptionHook::Remove() {
 void CaptionHook::Detach() {
   const HWND window = std::exchange(window_, nullptr);
   if (window == nullptr) return;
+  installed_.reset();
   ShareWithOwner(window, false);
   RemovePropA(window, kHookProperty);
   const WNDPROC previous = ToProcedure(RemovePropA(window, kPreviousProperty));
@@ -107,7 +109,7 @@ void CaptionHook::ShareWithOwner(HWND window, bool active) {
   const HWND owner = GetWindow(window, GW_OWNER);
   CaptionHook* hook = owner == nullptr ? nullptr : Of(owner);
   if (hook == nullptr || active == std::exchange(hook->dialogActive_, active)) return;
-  PaintAgain(owner);
+  PaintAgain(hook->installed_);
 }
 
 CaptionHook* CaptionHook::Of(HWND window) {
@@ -127,14 +129,15 @@ LRESULT CALLBACK CaptionHook::HookProc(HWND window, UINT message, WPARAM wParam,
   return hook->HandleMessage(previous, message, wParam, lParam);
 }
 
-// The hook may be removed, and be gone, once the previous procedure has run: after each call of it, only
-// `PaintAgain` is to be called, which looks the hook up again.
+// The hook may be removed, and be gone, once the previous procedure has run: after each call of it, only what
+// `installed` still has is to be used.
 LRESULT CaptionHook::HandleMessage(WNDPROC previous, UINT message, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
+  const Installed installed = installed_;
   switch (message) {
     case WM_SIZE: {
       const LRESULT result = CallWindowProcA(previous, window, message, wParam, lParam);
-      if (Of(window) != nullptr) SendMessageA(window, WM_NCPAINT, 1, 0);
+      if (!installed.expired()) SendMessageA(window, WM_NCPAINT, 1, 0);
       return result;
     }
     case WM_NCACTIVATE:
@@ -154,7 +157,7 @@ LRESULT CaptionHook::HandleMessage(WNDPROC previous, UINT message, WPARAM wParam
     case WM_INITMENUPOPUP: {
       // Painted afterwards: the system draws its own title bar for some of these.
       const LRESULT result = CallWindowProcA(previous, window, message, wParam, lParam);
-      PaintAgain(window);
+      PaintAgain(installed);
       return result;
     }
     case WM_SETCURSOR:
@@ -174,18 +177,20 @@ LRESULT CaptionHook::HandleMessage(WNDPROC previous, UINT message, WPARAM wParam
 
 LRESULT CaptionHook::OnNcActivate(WNDPROC previous, WPARAM wParam, LPARAM lParam) {
   const HWND window = window_;
+  const Installed installed = installed_;
   active_ = wParam != 0;
   ShareWithOwner(window, active_);
   if (!painter_->CanPaint(window)) return CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, lParam);
   // With -1 the system notes the change but draws nothing: its own title bar would be seen for a moment.
   const LRESULT result = CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, -1);
-  if (CaptionHook* hook = Of(window)) hook->OnNcPaint(previous, 1, 0);
+  if (const auto hook = installed.lock()) hook->OnNcPaint(previous, 1, 0);
   return result;
 }
 
 /// `updateRegion` is one of the screen, or 1 for the whole window.
 LRESULT CaptionHook::OnNcPaint(WNDPROC previous, WPARAM updateRegion, LPARAM lParam) {
   const HWND window = window_;
+  const Installed installed = installed_;
   if (!painter_->CanPaint(window)) {
     return CallWindowProcA(previous, window, WM_NCPAINT, updateRegion, lParam);
   }
@@ -198,17 +203,17 @@ LRESULT CaptionHook::OnNcPaint(WNDPROC previous, WPARAM updateRegion, LPARAM lPa
   Guarded([&] { CombineRgn(rest.get(), rest.get(), painter_->Covered(window).get(), RGN_DIFF); });
   const LRESULT result =
       CallWindowProcA(previous, window, WM_NCPAINT, reinterpret_cast<WPARAM>(rest.get()), lParam);
-  PaintAgain(window);
+  PaintAgain(installed);
   return result;
 }
 
 LRESULT CaptionHook::OnSettingsChanged(WNDPROC previous, UINT message, WPARAM wParam, LPARAM lParam) {
-  const HWND window = window_;
+  const Installed installed = installed_;
   painter_->ReadMetrics();
-  const LRESULT result = CallWindowProcA(previous, window, message, wParam, lParam);
-  if (CaptionHook* hook = Of(window)) {
+  const LRESULT result = CallWindowProcA(previous, window_, message, wParam, lParam);
+  if (const auto hook = installed.lock()) {
     hook->TakeOverFrame(hook->painter_->Enabled());
-    PaintAgain(window);
+    PaintAgain(installed);
   }
   return result;
 }
@@ -218,19 +223,18 @@ void CaptionHook::TakeOverFrame(bool take) {
   SetClassicFrame(window_, take);
 }
 
-void CaptionHook::PaintAgain(HWND window) {
-  CaptionHook* hook = Of(window);
-  if (hook == nullptr) return;
+void CaptionHook::PaintAgain(const Installed& installed) {
   // When memory runs out the title bar stays as it is.
-  Guarded([&] { hook->Paint(); });
+  if (const auto hook = installed.lock()) Guarded([&] { hook->Paint(); });
 }
 
 void CaptionHook::Paint() {
   const HWND window = window_;
   if (!painter_->CanPaint(window)) return;
   if (!icon_) {
+    const Installed installed = installed_;
     const HICON icon = IconOf(window);
-    if (Of(window) != this) return;
+    if (installed.expired()) return;
     icon_ = icon;
   }
   painter_->Paint(window, active_ || dialogActive_, *icon_);

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <optional>
 
 #include "ui/caption/CaptionPainter.h"
@@ -30,9 +31,12 @@ class CaptionHook {
   void Remove();
 
  private:
+  /// Null once the hook is removed. A property tells it too, but takes a request to Wine's server each time.
+  using Installed = std::weak_ptr<CaptionHook>;
+
   static CaptionHook* Of(HWND window);
   static LRESULT CALLBACK HookProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static void PaintAgain(HWND window);
+  static void PaintAgain(const Installed& installed);
   static void ShareWithOwner(HWND window, bool active);
 
   void Detach();
@@ -43,6 +47,7 @@ class CaptionHook {
   void TakeOverFrame(bool take);
   void Paint();
 
+  std::shared_ptr<CaptionHook> installed_;  ///< This hook, while it has a window.
   HWND window_ = nullptr;
   WNDPROC previous_ = nullptr;  ///< As in the property, which takes long to be asked for with each message.
   CaptionPainter* painter_ = nullptr;
