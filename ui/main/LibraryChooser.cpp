@@ -13,21 +13,19 @@
 namespace snip {
 
 void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
-  // The height is that of the opened list; the field's own follows the font.
-  constexpr Rect openList{0, 0, 100, 300};
   // The box first: it covers the chooser.
   NameNextControl(parent, "Library name");
   txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
   fileName_ = ExactTextField(txtFileName_);
   NameNextControl(parent, "Library");
-  cboFiles_ = CreateControl(parent, "COMBOBOX", "",
-                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWNLIST, 0, id,
-                            font, openList);
+  cboFiles_ =
+      CreateControl(parent, "COMBOBOX", "",
+                    WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWNLIST, 0, id, font);
 }
 
 void LibraryChooser::Place(const Places& places) const {
-  constexpr int openListHeight = 300;
+  constexpr int openListHeight = 300;  // the field's own follows the font
   const int height = PlaceInParent(cboFiles_).height;
   const int top = (places.bar.height - height) / 2;
   const int width = places.bar.width - places.left - places.rightMargin;
