@@ -54,9 +54,10 @@ bool Window::Create(const Creation& creation) {
     return false;
   }
   const Rect& place = creation.place;
+  const auto menuOrId =
+      creation.menu != nullptr ? creation.menu : reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id));
   return CreateWindowExA(creation.exStyle, creation.className, creation.title, creation.style, place.left,
-                         place.top, place.width, place.height, creation.parent,
-                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id)),
+                         place.top, place.width, place.height, creation.parent, menuOrId,
                          GetModuleHandleA(nullptr), this) != nullptr;
 }
 

@@ -32,7 +32,8 @@ class Window {
     DWORD exStyle = 0;
     Rect place{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};  ///< Pixels.
     HWND parent = nullptr;
-    int id = 0;  ///< Of a child window.
+    int id = 0;            ///< Of a child window.
+    HMENU menu = nullptr;  ///< Of any other; the window destroys it.
     UINT classStyle = CS_DBLCLKS;
     int iconId = 0;                  ///< Resource number of the window's icon, 0 for none.
     int background = COLOR_BTNFACE;  ///< A system colour.

@@ -107,15 +107,17 @@ frmFind::~frmFind() {
 void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
   if (hWnd() == nullptr) {
     font_ = MessageFont();
-    menu_ = MakeMenu();
+    UniqueMenu menu = MakeMenu();
     const bool made = Create({.className = "frmFind",
                               .title = "Find Snippets",
                               .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
                               .exStyle = WS_EX_CONTROLPARENT,
                               .place = StoredPlace(owner),
                               .parent = owner,
+                              .menu = menu.get(),
                               .iconId = IDI_SNIPSTORE});
     if (!made) return;
+    menu.Release();
   }
   codeFirst_ = codeFirst;
   told_.clear();
@@ -132,7 +134,6 @@ void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
 }
 
 void frmFind::MakeControls() {
-  SetMenu(hWnd(), menu_.Release());  // the window destroys it
   NameNextControl(hWnd(), "Search for");
   field_ = CreateControl(hWnd(), "EDIT", "", WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, WS_EX_CLIENTEDGE,
                          kFieldId, font_.get());
@@ -149,7 +150,6 @@ void frmFind::MakePreview() {
   preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont(), "Preview");
   preview_.SetLocked(true);
   SetWindowPos(preview_.hWnd(), list_.hWnd(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-  Layout();
 }
 
 void frmFind::Layout() {
@@ -221,6 +221,8 @@ void frmFind::CloseMe() {
   SavePlace();
   KillTimer(hWnd(), kPreviewTimer);
   ShowWindow(hWnd(), SW_HIDE);
+  // Until the list is seen again: painting its scroll bars takes 120 requests to Wine's server.
+  ShowWindow(preview_.hWnd(), SW_HIDE);
 }
 
 /// Closes the palette for one who stays where they were.
@@ -333,6 +335,7 @@ std::optional<Found> frmFind::Selected() const {
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
   if (preview_.hWnd() == nullptr) MakePreview();
+  if (IsWindowVisible(preview_.hWnd()) == 0) Layout();
   const auto place = rows_.PlaceAt(list_.selected());
   const auto found = Selected();
   std::string code = place ? rows_.code() : std::string();

@@ -96,7 +96,6 @@ class frmFind : public Window {
 
   CaptionHook captionHook_;
   UniqueFont font_;
-  UniqueMenu menu_;
   HWND field_ = nullptr;
   HWND keys_ = nullptr;
   HWND status_ = nullptr;
