@@ -25,7 +25,10 @@ class ExactTextField {
   std::optional<std::string> Text() const;
 
  private:
+  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
+
   HWND control_ = nullptr;
+  WNDPROC own_ = &DefWindowProcA;  ///< The control's.
   std::unique_ptr<Subclass> pasting_;
   std::string original_;
   TextFieldBytes bytes_;
