@@ -275,7 +275,7 @@ void SnippetControls::SetEditMode(bool editing) {
 }
 
 void SnippetControls::SetWaitCursor(bool waiting) {
-  SetCursor(LoadCursorA(nullptr, waiting ? IDC_WAIT : IDC_ARROW));
+  SetCursor(waiting ? waitCursor_ : arrowCursor_);
 }
 
 }  // namespace snip

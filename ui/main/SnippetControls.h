@@ -93,6 +93,9 @@ class SnippetControls : public SnippetView {
   const LibraryChooser& chooser_;
   BnRichEdit txtCode_;
   TwipsPerPixel twips_;
+  // Looked up once: each snippet that is shown has the pointer wait.
+  HCURSOR waitCursor_ = LoadCursorA(nullptr, IDC_WAIT);
+  HCURSOR arrowCursor_ = LoadCursorA(nullptr, IDC_ARROW);
   FontProperty font_{.Name = "Courier New", .Size = 10};
   UniqueFont fontHandle_;
   HWND lstCode_ = nullptr;
