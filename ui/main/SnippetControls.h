@@ -57,7 +57,14 @@ class SnippetControls : public SnippetView {
   /// Whether the description is being set by the program, so that its change is no edit.
   bool settingDescription() const { return settingDescription_; }
 
+  /// Of the timer of the window that adds the rows of a long list a part at a time.
+  static constexpr UINT_PTR kRowsTimer = 3;
+
+  /// Shows the first rows at once, so that a long library opens as fast as a short one. The others follow
+  /// with the timer, or as soon as something needs them.
   void FillRows(std::span<const Snippet> snippets) override;
+  void AddMoreRows();
+  void AddAllRows();
   void InsertRow(int row, const std::string& name) override;
   void RemoveRow(int row) override;
   void SetRowText(int row, const std::string& name) override;
@@ -80,7 +87,8 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
-  void AddRow(const std::string& name) const;
+  void AddRow(const char* name) const;
+  void AddRows(std::size_t most);
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
@@ -99,6 +107,8 @@ class SnippetControls : public SnippetView {
   FontProperty font_{.Name = "Courier New", .Size = 10};
   UniqueFont fontHandle_;
   HWND lstCode_ = nullptr;
+  std::string moreRows_;     ///< The names of the rows that are still to be added, each with a zero byte.
+  std::size_t nextRow_ = 0;  ///< Where the next of them begins.
   HWND txtName_ = nullptr;
   HWND txtDesc_ = nullptr;
   int nameBoxRow_ = -1;
