@@ -77,6 +77,7 @@ void SnippetControls::SetFont(const FontProperty& font) {
   FontProperty wanted = font;
   if (wanted.Name.empty()) wanted.Name = font_.Name;
   if (!(wanted.Size > 0 && wanted.Size <= kLargestFont)) wanted.Size = font_.Size;
+  if (wanted == font_) return;
   font_ = wanted;
   UniqueFont handle = MakeFont(font_, twips_);
   txtCode_.SetFont(font_);

@@ -24,7 +24,6 @@ constexpr int kFrameInset = 15;
 }  // namespace
 
 void frmAddIn::MakeControls() {
-  captionHook_.Install(hWnd(), services_.caption);
   // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
   bars_.CreateMain(hWnd(), kMainBarId, font_.get());
@@ -46,6 +45,7 @@ void frmAddIn::MakeControls() {
   tTip_.Attach(leftPane_.hWnd(), controls_.lstCode());
   tTip_.TakeListFont();
   watch_.Attach(hWnd(), rightPane_.hWnd());
+  captionHook_.Install(hWnd(), services_.caption);
 }
 
 // --- What is kept -----------------------------------------------------------------------------------------
