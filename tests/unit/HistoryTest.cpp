@@ -47,6 +47,16 @@ std::string StateOf(const std::string& text) {
                                                                  : "cut" + std::to_string(text.size());
 }
 
+/// A library that memory is too short for as a whole.
+struct TooLarge : BytesInMemory {
+  using BytesInMemory::BytesInMemory;
+  std::string ReadRest() override {
+    std::array<char, 5> begin{};
+    Read(begin);
+    throw std::bad_alloc();
+  }
+};
+
 /// A program with a library, other programs, and files that fail when they are told to. A command is a verb,
 /// the file it is about - "library", a full path, or a file of the library's history; the open library if it
 /// names none - and numbers, most of which are states of a library.
@@ -186,6 +196,7 @@ class Scene {
       {"names", [this] { keeper->Names(); }},
       {"open", [this] { Open(path_); }},
       {"save", [this] { Save(); }},
+      {"short", [this] { Answer(keeper->Replace(path_, TooLarge(Text(n_[0])))); }},
       {"create", [this] { Answer(keeper->Create(path_, BytesInMemory(Text(n_[0])))); }},
       {"rename", [this] { Answer(keeper->Rename(keeper->openPath(), path_)); }},
       {"draft", [this] { Draft(); }},
