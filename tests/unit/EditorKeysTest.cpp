@@ -60,6 +60,10 @@ TEST(EditorKeys, CharactersOfCtrlAndLettersAreNoText) {
   EXPECT_FALSE(TakesCharacter('\r', Key("+", 13), false));
   EXPECT_FALSE(TakesCharacter('a', {}, true));
   EXPECT_TRUE(TakesCharacter('\3', Key("^", 'C'), true));
+  for (const bool locked : {false, true}) {  // cuts, and undoes
+    EXPECT_EQ(TakesCharacter('\x18', Key("^", 'X'), locked), !locked);
+    EXPECT_EQ(TakesCharacter('\x1A', Key("^", 'Z'), locked), !locked);
+  }
 }
 
 }  // namespace

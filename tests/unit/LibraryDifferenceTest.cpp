@@ -49,6 +49,7 @@ TEST(LineDifferenceTest, IsRightAndAsSmallAsPossible) {
       ASSERT_EQ(made.size(), change.newFirst);
       append(newLines, change.newFirst, change.newFirst + change.newCount);
       old = change.oldFirst + change.oldCount;
+      ASSERT_LE(old, size);
       changed += change.oldCount + change.newCount;
     }
     append(oldLines, old, oldLines.size());
