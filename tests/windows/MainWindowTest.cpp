@@ -326,7 +326,7 @@ TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   const auto preview = [&] {  // made a moment after the list is seen
     return GetDlgItem(GetDlgItem(palette, frmFind::kPreviewId), BnRichEdit::kControlId);
   };
-  EXPECT_TRUE(Until([&] { return WindowText(preview()) == first.Code; }));
+  EXPECT_TRUE(Until([&] { return WindowText(preview()) == first.Code && ClientSize(preview()).height > 0; }));
   EXPECT_EQ(WindowText(GetWindow(preview(), GW_HWNDPREV)), "Preview") << "what names it to screen readers";
   Variant selected;
   AccessibleClient(GetDlgItem(palette, frmFind::kListId))->get_accSelection(selected.Put());

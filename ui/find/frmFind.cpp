@@ -334,8 +334,9 @@ std::optional<Found> frmFind::Selected() const {
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
+  const bool shown = IsWindowVisible(preview_.hWnd()) != 0;
   if (preview_.hWnd() == nullptr) MakePreview();
-  if (IsWindowVisible(preview_.hWnd()) == 0) Layout();
+  if (!shown) Layout();
   const auto place = rows_.PlaceAt(list_.selected());
   const auto found = Selected();
   std::string code = place ? rows_.code() : std::string();
