@@ -201,14 +201,14 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
 TEST(BnsSearchTest, HitsTellTextAndLine) {
   for (const std::string lineEnd : {"\r\n", "\n"}) {
     std::string file;
-    for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "x", "(.)", "two", "", "",
-                             "(,)", "ax", "..."}) {
+    for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "x", "", "(.)", "two", "",
+                             "", "(,)", "ax", "..."}) {
       file += line + lineEnd;
     }
     for (const auto& [pattern, hits] :
          {std::pair{Pattern{.text = "x"},
                     "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;0one x/5/3/x/0;1two/5/1/ax/1;"},
-          {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;1two/3/1//0;"}}) {
+          {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;0one x/5/4//0;1two/3/1//0;"}}) {
       std::string found;
       const Matcher matcher(pattern, kLetters);
       BytesInMemory bytes(file);
