@@ -17,6 +17,7 @@
 #include "tests/support/AccessibleClient.h"
 #include "tests/support/TestDesktop.h"
 #include "tests/support/TestRegistry.h"
+#include "ui/editor/CodeColours.h"
 #include "ui/find/frmFindKey.h"
 #include "ui/main/frmAddIn.h"
 
@@ -312,6 +313,21 @@ TEST_F(MainWindowTest, ALongListIsThereAtOnceAndWholeForWhatNeedsItsRows) {
   SendMessageA(window_.hWnd(), WM_COMMAND, Command::kDeleteSnippet, 0);
   EXPECT_EQ(rows(), 5999);
   EXPECT_EQ(ListBoxText(List(), 0), "n1");
+}
+
+TEST_F(MainWindowTest, TheCodeFollowsTheSystemsColours) {
+  Open();
+  int element = COLOR_WINDOW;
+  const COLORREF before = GetSysColor(element);
+  for (const COLORREF background : {RGB(0, 0, 0), before}) {
+    SetSysColors(1, &element, &background);  // tells the windows of the desktop alone
+    CHARFORMATA format{};
+    format.cbSize = sizeof format;
+    EXPECT_TRUE(Until([&] {
+      SendMessageA(Code(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
+      return format.crTextColor == CodeColoursOn(background, GetSysColor(COLOR_WINDOWTEXT)).comment;
+    }));
+  }
 }
 
 TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
