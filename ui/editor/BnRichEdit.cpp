@@ -4,7 +4,6 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "platform/FlagScope.h"
@@ -15,6 +14,7 @@
 #include "platform/SystemLibrary.h"
 #include "platform/Win32Text.h"
 #include "ui/commandbar/PropertyFont.h"
+#include "ui/editor/EditMessages.h"
 #include "ui/editor/PlainTextOnly.h"
 #include "ui/editor/RichEditFormat.h"
 #include "ui/editor/RichEditText.h"
@@ -22,12 +22,6 @@
 namespace snip {
 namespace {
 
-/// A longer text is replaced more quickly with the control itself, and filled in more quickly in parts: both
-/// take a time that grows with the square of the length.
-constexpr std::size_t kShortText = 16000;  ///< Characters.
-constexpr std::ptrdiff_t kShortTextLines = 200;
-/// Of a longer text, what is filled in at a time: it takes about 4 ms.
-constexpr std::size_t kLinesOfPart = 48;
 constexpr LPARAM kNoTextLimit = 0x7FFFFFFE;
 constexpr int kTabCharacters = 4;
 
@@ -36,101 +30,10 @@ constexpr UINT kColouringPause = 10;  ///< Milliseconds between two slices.
 /// Posted to the container when the control changed by itself, as it does when something is dropped on it.
 constexpr UINT kFollowChange = WM_APP + 1;
 
-/// Messages by which others than the program change the text; a locked control's own refusal does not cover
-/// all.
-bool ChangesText(UINT message) {
-  switch (message) {
-    case WM_CUT:
-    case WM_PASTE:
-    case WM_CLEAR:
-    case WM_UNDO:
-    case WM_SETTEXT:
-    case WM_UNICHAR:
-    case WM_IME_STARTCOMPOSITION:
-    case WM_IME_COMPOSITION:
-    case WM_IME_ENDCOMPOSITION:
-    case WM_IME_CHAR:
-    case WM_IME_KEYDOWN:
-    case EM_UNDO:
-    case EM_REDO:
-    case EM_PASTESPECIAL:
-    case EM_REPLACESEL:
-    case EM_SETTEXTEX:
-    case EM_STREAMIN:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool IsShort(const auto& text) {
-  return text.size() <= kShortText && std::count(text.begin(), text.end(), '\r') <= kShortTextLines;
-}
-
-std::size_t LongestLineOf(std::u16string_view characters) {
-  std::size_t longest = 0;
-  for (std::size_t start = 0; start < characters.size();) {
-    const std::size_t end = std::min(characters.find(u'\r', start), characters.size());
-    longest = std::max(longest, end - start);
-    start = end + 1;
-  }
-  return longest;
-}
-
-void SelectIn(HWND control, CHARRANGE range) {
-  SendMessageA(control, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&range));
-}
-
-/// Messages that tell, change or scroll the text, or may.
-bool ConcernsWholeText(UINT message) {
-  switch (message) {
-    case EM_GETSEL:
-    case EM_EXGETSEL:
-    case EM_GETFIRSTVISIBLELINE:
-    case EM_CANUNDO:
-    case EM_SETREADONLY:
-      return false;
-    case WM_SETTEXT:
-    case WM_GETTEXT:
-    case WM_GETTEXTLENGTH:
-    case WM_NCLBUTTONDOWN:
-    case WM_HSCROLL:
-    case WM_VSCROLL:
-    case WM_CONTEXTMENU:
-    case WM_GETOBJECT:
-    case WM_SETFONT:
-    case WM_PRINT:
-    case WM_PRINTCLIENT:
-      return true;
-    default: {
-      const auto within = [message](UINT first, UINT last) { return first <= message && message <= last; };
-      constexpr UINT lastOfPlainControl = 0x00DF;
-      return within(WM_KEYFIRST, WM_KEYLAST) || within(WM_LBUTTONDOWN, WM_MOUSELAST) ||
-             within(WM_IME_STARTCOMPOSITION, WM_IME_KEYLAST) || within(WM_CUT, WM_UNDO) ||
-             within(EM_GETSEL, lastOfPlainControl) || message >= WM_USER;
-    }
-  }
-}
-
 std::size_t LineEndsIn(std::string_view text) {
   std::size_t count = 0;
   for (auto at = text.find("\r\n"); at != std::string_view::npos; at = text.find("\r\n", at + 2)) ++count;
   return count;
-}
-
-/// Messages that change the text at the caret, if at all.
-bool EditsAtCaret(UINT message, WPARAM wParam) {
-  switch (message) {
-    case WM_CHAR:
-    case WM_CUT:
-    case WM_CLEAR:
-    case EM_REPLACESEL:
-      return true;
-    case WM_KEYDOWN:
-      return wParam != 'Z' && wParam != 'Y';
-    default:
-      return false;
-  }
 }
 
 }  // namespace
@@ -228,7 +131,7 @@ void BnRichEdit::SetText(const std::string& text) {
 }
 
 int BnRichEdit::TextLength() const {
-  if (unfilled_) return static_cast<int>(unfilled_->characters.size());
+  if (parts_.unfinished()) return static_cast<int>(parts_.WholeLength());
   if (colouring_.active()) return static_cast<int>(colouring_.TextLength());
   return static_cast<int>(Utf16FromAnsi(FieldText(control_).value_or(std::string())).size());
 }
@@ -238,9 +141,8 @@ void BnRichEdit::Show(const std::string& shown) {
     const FlagScope filling(filling_);
     StopWork();
     changed_ = false;
-    unfilled_.reset();
+    parts_.Forget();
     marks_ = {};
-    markShown_ = true;
     std::u16string characters = hasRichEdit_ ? RichEditCharacters(shown) : std::u16string();
     std::string columns = RichEditColumns(characters);
     if (!ShowAsRtf(std::move(characters), columns)) ShowPlain(shown, std::move(columns));
@@ -250,80 +152,21 @@ void BnRichEdit::Show(const std::string& shown) {
   FinishColouring();
 }
 
-/// The quickest way to show a text in colours; false when it needs another way. A long text takes a control
-/// less time in parts than as a whole, a twelfth of it for 10,000 lines, and what is coloured line by line
-/// when it is there takes fifty times as long.
+RtfLook BnRichEdit::Look() const {
+  return {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()};
+}
+
 bool BnRichEdit::ShowAsRtf(std::u16string characters, std::string columns) {
-  if (!colouring_.active() || characters.empty() || !FitsRtf(characters) ||
-      LongestLineOf(characters) > kShortText) {
-    return false;
-  }
-  if (!IsShort(colouring_.text())) MakeControl();
-  const bool isShort = IsShort(characters);
-  colouring_.Start(std::move(columns));
+  if (!colouring_.active()) return false;
+  if (CodeFilling::IsLong(colouring_.text())) MakeControl();
   const auto inSight = static_cast<std::size_t>(ClientSize(hWnd()).height / characterSize_.height + 2);
-  const std::size_t end = isShort ? colouring_.lineCount() : EndOfPart(0, std::max(inSight, kLinesOfPart));
-  ShowPart(characters, 0, end, RtfScope::Whole);
-  if (isShort) return colouring_.AgreesWithControl();
-  unfilled_ = {std::move(characters), end};
-  return true;
+  return parts_.Start(control_, std::move(characters), std::move(columns), Look(), inSight);
 }
 
-/// The line in front of which a part ends that is shown in a moment.
-std::size_t BnRichEdit::EndOfPart(std::size_t firstLine, std::size_t lines) const {
-  const std::size_t start = colouring_.LineStart(firstLine);
-  std::size_t end = firstLine + 1;
-  while (end < colouring_.lineCount() && end < firstLine + lines &&
-         colouring_.LineStart(end + 1) - start <= kShortText) {
-    ++end;
-  }
-  return end;
-}
-
-void BnRichEdit::ShowPart(std::u16string_view characters, std::size_t firstLine, std::size_t endLine,
-                          RtfScope scope) {
-  const std::size_t start = colouring_.LineStart(firstLine);
-  const std::size_t end = colouring_.LineStart(endLine);
-  std::vector<HueRun> runs = colouring_.HuesOf(firstLine, endLine);
-  for (HueRun& run : runs) {
-    run.begin -= start;
-    run.end -= start;
-  }
-  const bool whole = scope == RtfScope::Whole;
-  StreamIn(control_,
-           RtfOf(characters.substr(start, end - start), runs,
-                 {.font = font_, .colours = colouring_.colours(), .tabTwips = TabTwips()}, scope),
-           whole ? SF_RTF : SF_RTF | SFF_SELECTION);
-  constexpr double halfPoints = 2;
-  // RTF has half points only. To set the size of each part takes as long as filling it in.
-  if (std::floor(font_.Size * halfPoints) == font_.Size * halfPoints) return;
-  if (!whole) SelectIn(control_, {static_cast<LONG>(start), static_cast<LONG>(end)});
-  SetRichEditSize(control_, font_, whole ? SCF_ALL : SCF_SELECTION);
-}
-
-/// Adds some lines to a text that is shown in part.
 void BnRichEdit::FillMore() {
   const FlagScope filling(filling_);
-  const std::size_t end = EndOfPart(unfilled_->shownLines, kLinesOfPart);
-  // What it shows is not changed, and drawing it takes three times as long as adding to it.
-  UpdateWindow(control_);
-  SendMessageA(control_, WM_SETREDRAW, FALSE, 0);
-  constexpr LONG behindAll = 0x7FFFFFFF;
-  CHARRANGE selected{};
-  POINT scrolled{};
-  SendMessageA(control_, EM_EXGETSEL, 0, reinterpret_cast<LPARAM>(&selected));
-  SendMessageA(control_, EM_GETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
-  SelectIn(control_, {behindAll, behindAll});
-  // To free what Wine 8 records for undo leaves gaps between the lines that slow every key afterwards: in
-  // 10,000 lines a key takes ten times as long.
-  colouring_.WithoutUndo(
-      [&] { ShowPart(unfilled_->characters, unfilled_->shownLines, end, RtfScope::Part); });
-  SelectIn(control_, selected);
-  SendMessageA(control_, EM_SETSCROLLPOS, 0, reinterpret_cast<LPARAM>(&scrolled));
-  SendMessageA(control_, WM_SETREDRAW, TRUE, 0);
-  unfilled_->shownLines = end;
-  if (end < colouring_.lineCount()) return MarkFilled();
-  unfilled_.reset();
+  parts_.AddPart(Look());
+  if (parts_.unfinished()) return MarkFilled();
   if (!touched_) SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);  // should it have recorded all the same
   MarkFilled();
   RedrawWindow(control_, nullptr, nullptr, RDW_INVALIDATE | RDW_FRAME);  // the scroll bars have changed
@@ -335,7 +178,7 @@ void BnRichEdit::FillMore() {
 }
 
 void BnRichEdit::FillAll() {
-  while (unfilled_) FillMore();
+  while (parts_.unfinished()) FillMore();
 }
 
 void BnRichEdit::ShowPlain(const std::string& shown, std::string columns) {
@@ -382,7 +225,7 @@ void BnRichEdit::SetForeColor(COLORREF color) {
 void BnRichEdit::SetSyntaxColors(bool colouring) {
   if (colouring == SyntaxColors()) return;
   // To show a long text again takes a twentieth of the time in which it is coloured where it is.
-  const bool showsAgain = !IsShort(colouring_.text()) && !touched_ && marks_.parts.empty() && AtStart();
+  const bool showsAgain = CodeFilling::IsLong(colouring_.text()) && !touched_ && marks_.empty() && AtStart();
   if (!showsAgain) FillAll();
   colouring_.SetSyntaxColors(colouring);
   if (showsAgain) {
@@ -411,13 +254,13 @@ void BnRichEdit::FinishColouring() {
 }
 
 void BnRichEdit::StartWork() {
-  if ((colouring_.finished() && !unfilled_) || working_) return;
+  if ((colouring_.finished() && !parts_.unfinished()) || working_) return;
   working_ = true;
   SetTimer(hWnd(), kColouringTimer, kColouringPause, nullptr);
 }
 
 void BnRichEdit::WorkOn() {
-  if (unfilled_) {
+  if (parts_.unfinished()) {
     FillMore();
   } else if (!colouring_.FinishSome()) {
     StopWork();
@@ -484,34 +327,18 @@ void BnRichEdit::Mark(Marks marks) {
     begin = placeOf(begin);
     end = placeOf(end);
   }
-  marks_ = std::move(marks);
-  marked_ = 0;
-  markShown_ = marks_.parts.empty();
+  marks_.Set(std::move(marks));
   MarkFilled();
 }
 
 void BnRichEdit::MarkFilled() {
-  const auto isFilled = [this](const Marks::Part& part, std::size_t linesBefore) {
-    return !unfilled_ || (unfilled_->shownLines > linesBefore &&
-                          part.second <= colouring_.LineStart(unfilled_->shownLines - linesBefore));
-  };
   const FlagScope filling(filling_);
-  if (marked_ < marks_.parts.size() && isFilled(marks_.parts[marked_], 0)) {
-    const RichEditRanges ranges(hasRichEdit_ ? control_ : nullptr);
-    std::optional<RichEditRanges::Colouring> marking;
-    if (ranges) marking.emplace(ranges);
-    for (; marking && marked_ < marks_.parts.size() && isFilled(marks_.parts[marked_], 0); ++marked_) {
-      const auto& [begin, end] = marks_.parts[marked_];
-      marking->SetBackColor(begin, end, marks_.ground);
-      if (marks_.ink) marking->SetColor(begin, end, *marks_.ink);
-    }
-  }
+  marks_.MarkUpTo(parts_.FilledEnd(), hasRichEdit_ ? control_ : nullptr);
   // The lines below it are to be seen as well.
-  if (markShown_ || !isFilled(marks_.parts[marks_.shown], kLinesOfPart)) return;
-  markShown_ = true;
-  const auto& [begin, end] = marks_.parts[marks_.shown];
-  SetSelection(static_cast<int>(begin), static_cast<int>(end - begin));
-  ScrollToMiddle();
+  if (const auto shown = marks_.TakeShown(parts_.FilledEnd(CodeFilling::kLinesOfPart))) {
+    SetSelection(static_cast<int>(shown->first), static_cast<int>(shown->second - shown->first));
+    ScrollToMiddle();
+  }
 }
 
 std::optional<std::string> BnRichEdit::SelText() const {
@@ -543,7 +370,7 @@ void BnRichEdit::Undo() {
 }
 
 LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (unfilled_ && !filling_ && control == control_ && ConcernsWholeText(message)) FillAll();
+  if (parts_.unfinished() && !filling_ && control == control_ && ConcernsWholeText(message)) FillAll();
   if (FilterInput(message, wParam, lParam)) return 0;
   // An event may have replaced the control, or locked it.
   const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
@@ -603,7 +430,7 @@ LRESULT BnRichEdit::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Focus();
       return 0;
     case WM_DESTROY:
-      unfilled_.reset();
+      parts_.Forget();
       colouring_.Attach(nullptr, 0);
       control_ = nullptr;
       return 0;

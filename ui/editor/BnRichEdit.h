@@ -3,16 +3,15 @@
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "platform/Handle.h"
 #include "platform/TextFieldBytes.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/CodeColouring.h"
+#include "ui/editor/CodeFilling.h"
+#include "ui/editor/CodeMarks.h"
 #include "ui/editor/MouseSelection.h"
-#include "ui/editor/RtfText.h"
 
 namespace snip {
 
@@ -28,16 +27,6 @@ class BnRichEdit : public Window {
  public:
   /// Of the control in the window.
   static constexpr int kControlId = 1;
-
-  /// Parts of a text that are marked.
-  struct Marks {
-    using Part = std::pair<std::size_t, std::size_t>;
-    std::vector<Part> parts{};  ///< Bytes [begin, end) of the text, in order and without overlap.
-    std::size_t shown = 0;      ///< Which of them is selected and scrolled to.
-    COLORREF ground = 0;
-    std::optional<COLORREF> ink{};  ///< Of the characters, if not their own.
-    friend bool operator==(const Marks&, const Marks&) = default;
-  };
 
   enum MouseButton { kLeftButton = 1, kRightButton = 2 };
 
@@ -92,8 +81,8 @@ class BnRichEdit : public Window {
   /// Where in the control a byte of `text()` is, and back.
   int PlaceOfByte(std::size_t byte) const;
   std::size_t ByteOfPlace(int place) const;
-  /// Marks parts of the text, each as soon as it is filled in, until another text is shown. A plain control
-  /// selects only.
+  /// Marks parts of the text, in bytes, each as soon as it is filled in, until another text is shown. A plain
+  /// control selects only.
   void Mark(Marks marks);
   /// With CR LF at line ends.
   std::optional<std::string> SelText() const;
@@ -127,8 +116,7 @@ class BnRichEdit : public Window {
   void FillAll();
   void MarkFilled();
   std::size_t CharactersIn(std::string_view part) const;
-  void ShowPart(std::u16string_view characters, std::size_t firstLine, std::size_t endLine, RtfScope scope);
-  std::size_t EndOfPart(std::size_t firstLine, std::size_t lines) const;
+  RtfLook Look() const;
   void ShowPlain(const std::string& shown, std::string columns);
   std::optional<std::string> ShownText() const;
 
@@ -158,16 +146,8 @@ class BnRichEdit : public Window {
   std::string original_;
   TextFieldBytes bytes_;
   CodeColouring colouring_;
-  /// A long text that the control shows the beginning of, the lines up to `shownLines`. The others follow in
-  /// parts, or at once when they are needed.
-  struct Unfilled {
-    std::u16string characters;
-    std::size_t shownLines = 0;
-  };
-  std::optional<Unfilled> unfilled_;
-  Marks marks_;  ///< In characters of the control. Those before `marked_` are marked.
-  std::size_t marked_ = 0;
-  bool markShown_ = true;
+  CodeFilling parts_{colouring_};
+  CodeMarks marks_;
   MouseSelection mouse_;
   bool locked_ = true;
   bool remaking_ = false;

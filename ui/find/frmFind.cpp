@@ -66,7 +66,7 @@ bool HighContrast() {
 }
 
 /// How what was found is marked: it has to be readable in the code's colours.
-BnRichEdit::Marks MarkColours() {
+Marks MarkColours() {
   if (HighContrast())
     return {.ground = GetSysColor(COLOR_HIGHLIGHT), .ink = GetSysColor(COLOR_HIGHLIGHTTEXT)};
   const COLORREF ground = GetSysColor(COLOR_WINDOW);
@@ -270,8 +270,12 @@ void frmFind::ForgetLibraries() {
 
 // --- Searching --------------------------------------------------------------------------------------------
 
-void frmFind::Search() {
+void frmFind::SearchRows() {
   rows_.Search(WindowText(field_), codeFirst_ ? services_.target.ShownCode() : std::nullopt);
+}
+
+void frmFind::Search() {
+  SearchRows();
   ShowRows();
 }
 
@@ -280,7 +284,7 @@ void frmFind::SearchAgain(const std::function<void()>& change) {
   const auto selected = chosen_ ? std::optional(rows_.IdentityOf(list_.selected())) : std::nullopt;
   const bool tags = rows_.listsTags();
   change();
-  rows_.Search(WindowText(field_), codeFirst_ ? services_.target.ShownCode() : std::nullopt);
+  SearchRows();
   if (tags) rows_.ListTags();
   ShowRows(selected);
 }
@@ -341,7 +345,7 @@ void frmFind::ShowPreview() {
   const auto found = Selected();
   std::string code = place ? rows_.code() : std::string();
   if (found && !place) code = rows_.finder().SnippetOf(*found).Code;
-  BnRichEdit::Marks marks = MarkColours();
+  Marks marks = MarkColours();
   for (const TextRange& one : rows_.finder().PlacesInCode(code)) {
     if (one == place) marks.shown = marks.parts.size();
     if (one == place || marks.parts.size() < kMostMarks) marks.parts.emplace_back(one.begin, one.end);

@@ -66,6 +66,7 @@ class frmFind : public Window {
   void ReadLibraries();
   void TakeResults();
   void ForgetLibraries();
+  void SearchRows();
   void Search();
   void SearchAgain(const std::function<void()>& change);
   void ShowRows(const std::optional<RowIdentity>& selected = {});
@@ -101,11 +102,11 @@ class frmFind : public Window {
   HWND status_ = nullptr;
   FoundList list_;
   BnRichEdit preview_;
-  std::string told_;          ///< Shown in place of a count until something else is looked for.
-  std::string previewed_;     ///< The code in the preview,
-  BnRichEdit::Marks marked_;  ///< and what is marked there.
-  bool chosen_ = false;       ///< The user has selected a row, since something was looked for.
-  bool current_ = false;      ///< The libraries have been asked for since the window was activated.
+  std::string told_;       ///< Shown in place of a count until something else is looked for.
+  std::string previewed_;  ///< The code in the preview,
+  Marks marked_;           ///< and what is marked there.
+  bool chosen_ = false;    ///< The user has selected a row, since something was looked for.
+  bool current_ = false;   ///< The libraries have been asked for since the window was activated.
   bool codeFirst_ = false;
 };
 
