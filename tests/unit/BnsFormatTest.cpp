@@ -158,6 +158,9 @@ TEST(BnsFormatTest, NameAndAttachmentAreTakenAsTheyStand) {
 }
 
 TEST(BnsFormatTest, BlanksAreDroppedAtTheEndOfLinesOnly) {
+  Snippet snippet = Make("n ", "a ", " d ", " a  \r\n\r\nb \r\n");
+  EXPECT_EQ(DropLineEndSpaces(snippet), 3U);
+  EXPECT_EQ(snippet, Make("n ", "a ", " d", " a\r\n\r\nb\r\n"));
   const std::string lines = "  both  \r\ntab\t\r\ntab and blank\t \r\n   \r\nin  side\r\n \r\n";
   const std::string expected = "  both\r\ntab\t\r\ntab and blank\t\r\n\r\nin  side\r\n";
   EXPECT_EQ(CodeRead(lines), expected);
