@@ -32,6 +32,7 @@ void LibraryWatch::Attach(HWND window, HWND noticeOver) {
 void LibraryWatch::Unload() {
   notice_.Hide();
   history_.Destroy();
+  wait_.Reset();
   folderChange_.Reset();
   watched_.clear();
   draftTimer_.Done();
@@ -52,7 +53,11 @@ void LibraryWatch::Tick() {
     parts_.keeper->Prune();
     WatchFolder();
   }
-  if (parts_.keeper->hasEvents()) notices_.Add(parts_.keeper->TakeEvents());
+  if (parts_.keeper->hasEvents()) {
+    notices_.Add(parts_.keeper->TakeEvents());
+    mayTell_ = true;
+  }
+  if (!mayTell_) return;  // where the library is saved takes the controls to tell
   if (notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere())) notice_.Hide();
   // Under a question a notice could not be answered.
   if (notices_.told() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
@@ -85,17 +90,35 @@ void LibraryWatch::WatchFolder() {
   if (path != watched_) {
     watched_ = path;
     const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
+    wait_.Reset();
+    folderChanged_ = false;
     // Many programs save by giving a new file the library's name.
     folderChange_.Reset(FindFirstChangeNotificationA(
         folder.c_str(), FALSE,
         FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
+    AwaitChange();
     looking_ = true;  // it may have changed since it was read
   }
-  if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
+  if (folderChanged_.exchange(false)) {
     looking_ = true;
     FindNextChangeNotification(folderChange_.get());
+    AwaitChange();
   }
   if (looking_) looking_ = parts_.keeper->LookForOutsideChange();
+}
+
+/// Asking for a change in every tick would be a tenth of what the idle program does.
+void LibraryWatch::AwaitChange() {
+  wait_.Reset();
+  HANDLE wait = nullptr;
+  if (folderChange_ && RegisterWaitForSingleObject(&wait, folderChange_.get(), &FolderChanged, this, INFINITE,
+                                                   WT_EXECUTEINWAITTHREAD | WT_EXECUTEONLYONCE) != 0)
+    wait_.Reset(wait);
+}
+
+/// In another thread.
+void CALLBACK LibraryWatch::FolderChanged(void* self, BOOLEAN /*timedOut*/) {
+  static_cast<LibraryWatch*>(self)->folderChanged_ = true;
 }
 
 // --- The notice -------------------------------------------------------------------------------------------
