@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <initializer_list>
+#include <functional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -37,10 +38,12 @@ class Frame : public Window {
                    .iconId = IDI_SNIPSTORE});
   }
   std::multiset<UINT> seen;
+  std::function<void()> onGetIcon;
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
     seen.insert(message);
+    if (message == WM_GETICON && onGetIcon) onGetIcon();
     return Default(message, wParam, lParam);
   }
 };
@@ -245,6 +248,18 @@ TEST(CaptionHook, HooksAndUnhooksInAnyOrder) {
     frames[1 - first].Destroy();
     EXPECT_EQ(frames[1 - first].seen.count(WM_NCDESTROY), 1U);
   }
+}
+
+TEST(CaptionHook, MayBeRemovedWhileItAsksForTheIcon) {
+  Frame frame;
+  CaptionPainter painter;
+  CaptionHook hook;
+  ASSERT_TRUE(frame.Make({100, 100, 300, 100}));
+  ASSERT_TRUE(WaitUntil([&] { return IsForeground(frame.hWnd()); }));
+  frame.onGetIcon = [&] { hook.Remove(); };
+  hook.Install(frame.hWnd(), painter);
+  EXPECT_EQ(GetPropA(frame.hWnd(), "OldMeProc"), nullptr);
+  EXPECT_FALSE(HasGradient(frame.hWnd(), kBlue));
 }
 
 LRESULT CALLBACK Replaced(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

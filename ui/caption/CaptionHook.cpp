@@ -183,7 +183,7 @@ LRESULT CaptionHook::OnNcActivate(WNDPROC previous, WPARAM wParam, LPARAM lParam
   if (!painter_->CanPaint(window)) return CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, lParam);
   // With -1 the system notes the change but draws nothing: its own title bar would be seen for a moment.
   const LRESULT result = CallWindowProcA(previous, window, WM_NCACTIVATE, wParam, -1);
-  if (const auto hook = installed.lock()) hook->OnNcPaint(previous, 1, 0);
+  if (CaptionHook* hook = Still(installed)) hook->OnNcPaint(previous, 1, 0);
   return result;
 }
 
@@ -211,7 +211,7 @@ LRESULT CaptionHook::OnSettingsChanged(WNDPROC previous, UINT message, WPARAM wP
   const Installed installed = installed_;
   painter_->ReadMetrics();
   const LRESULT result = CallWindowProcA(previous, window_, message, wParam, lParam);
-  if (const auto hook = installed.lock()) {
+  if (CaptionHook* hook = Still(installed)) {
     hook->TakeOverFrame(hook->painter_->Enabled());
     PaintAgain(installed);
   }
@@ -225,7 +225,7 @@ void CaptionHook::TakeOverFrame(bool take) {
 
 void CaptionHook::PaintAgain(const Installed& installed) {
   // When memory runs out the title bar stays as it is.
-  if (const auto hook = installed.lock()) Guarded([&] { hook->Paint(); });
+  if (CaptionHook* hook = Still(installed)) Guarded([&] { hook->Paint(); });
 }
 
 void CaptionHook::Paint() {

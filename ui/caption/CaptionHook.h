@@ -31,11 +31,14 @@ class CaptionHook {
   void Remove();
 
  private:
-  /// Null once the hook is removed. A property tells it too, but takes a request to Wine's server each time.
+  /// Expired once the hook is removed. A property tells it too, but takes a request to Wine's server each
+  /// time.
   using Installed = std::weak_ptr<CaptionHook>;
 
   static CaptionHook* Of(HWND window);
   static LRESULT CALLBACK HookProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  /// Null for a removed one. What is called may remove it again.
+  static CaptionHook* Still(const Installed& installed) { return installed.lock().get(); }
   static void PaintAgain(const Installed& installed);
   static void ShareWithOwner(HWND window, bool active);
 
