@@ -310,6 +310,10 @@ TEST_F(MainWindowTest, ALongListIsThereAtOnceAndWholeForWhatNeedsItsRows) {
   EXPECT_TRUE(Until([&] { return rows() == 6000; }));
   choose("Numbers");
   choose("Many");
+  choose("Numbers");
+  SendMessageA(window_.hWnd(), WM_TIMER, SnippetControls::kRowsTimer, 0);
+  EXPECT_EQ(KillTimer(window_.hWnd(), SnippetControls::kRowsTimer), FALSE);
+  choose("Many");
   SendMessageA(window_.hWnd(), WM_COMMAND, Command::kDeleteSnippet, 0);
   EXPECT_EQ(rows(), 5999);
   EXPECT_EQ(ListBoxText(List(), 0), "n1");

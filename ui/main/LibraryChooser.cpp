@@ -25,7 +25,7 @@ void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
 }
 
 void LibraryChooser::Place(const Places& places) const {
-  constexpr int openListHeight = 300;  // the field's own follows the font
+  constexpr int openListHeight = 300;  // the closed field's height follows the font
   const int height = PlaceInParent(cboFiles_).height;
   const int top = (places.bar.height - height) / 2;
   const int width = places.bar.width - places.left - places.rightMargin;

@@ -52,6 +52,7 @@ void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
 
 void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
   editMode_.reset();
+  moreRows_ = {};
   fontHandle_ = MakeFont(font_, twips_);
   NameNextControl(leftPane, "Snippets");
   // The list's text, which is not shown, names it for readers that do not look at labels.
@@ -115,27 +116,35 @@ void SnippetControls::FillRows(std::span<const Snippet> snippets) {
   // Without redrawing and with the memory asked for at once the longest list fills in an instant.
   std::size_t textSize = 0;
   for (const Snippet& snippet : snippets) textSize += snippet.Name.size() + 1;
+  const auto first = snippets.first(std::min(snippets.size(), kRowsAtOnce));
+  std::string more;
+  if (first.size() < snippets.size()) more.reserve(textSize);
+  for (const Snippet& snippet : snippets.subspan(first.size()))
+    more.append(snippet.Name.c_str()).push_back('\0');
+
   List(WM_SETREDRAW, FALSE);
   List(LB_RESETCONTENT);
   List(LB_INITSTORAGE, snippets.size(), static_cast<LPARAM>(textSize));
-  const auto first = snippets.first(std::min(snippets.size(), kRowsAtOnce));
   for (const Snippet& snippet : first) AddRow(snippet.Name.c_str());
   List(WM_SETREDRAW, TRUE);
   InvalidateRect(lstCode_, nullptr, TRUE);
-
-  moreRows_.clear();
+  moreRows_ = std::move(more);
   nextRow_ = 0;
-  for (const Snippet& snippet : snippets.subspan(first.size()))
-    moreRows_.append(snippet.Name.c_str()).push_back('\0');
-  if (!moreRows_.empty()) SetTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer, USER_TIMER_MINIMUM, nullptr);
+  if (moreRows_.empty()) return;
+  // A screen reader tells how many rows there are.
+  BOOL read = FALSE;
+  SystemParametersInfoA(SPI_GETSCREENREADER, 0, &read, 0);
+  if (read != FALSE || SetTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer, USER_TIMER_MINIMUM, nullptr) == 0)
+    AddAllRows();
 }
 
 void SnippetControls::AddMoreRows() {
   AddRows(kRowsOfStep);
+  if (moreRows_.empty()) KillTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer);
 }
 
 void SnippetControls::AddAllRows() {
-  AddRows(moreRows_.size());
+  AddRows(SIZE_MAX);
 }
 
 void SnippetControls::AddRows(std::size_t most) {
@@ -146,10 +155,8 @@ void SnippetControls::AddRows(std::size_t most) {
     nextRow_ = moreRows_.find('\0', nextRow_) + 1;
   }
   List(WM_SETREDRAW, TRUE);
-  InvalidateRect(lstCode_, nullptr, TRUE);
-  if (nextRow_ < moreRows_.size()) return;
-  moreRows_ = {};
-  KillTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer);
+  InvalidateRect(lstCode_, nullptr, FALSE);  // they come below those that are seen
+  if (nextRow_ == moreRows_.size()) moreRows_ = {};
 }
 
 void SnippetControls::AddRow(const char* name) const {

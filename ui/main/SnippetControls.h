@@ -57,7 +57,7 @@ class SnippetControls : public SnippetView {
   /// Whether the description is being set by the program, so that its change is no edit.
   bool settingDescription() const { return settingDescription_; }
 
-  /// Of the timer of the window that adds the rows of a long list a part at a time.
+  /// The id of the window's timer with which it calls `AddMoreRows`. Others of the window have other ids.
   static constexpr UINT_PTR kRowsTimer = 3;
 
   /// Shows the first rows at once, so that a long library opens as fast as a short one. The others follow
