@@ -36,6 +36,8 @@ void DrawEtchedLabel(HDC dc, const std::string& text, const Rect& area, HFONT fo
 }
 
 UniqueBitmap ColorBitmap(Size size) {
+  static const bool exact = GetDeviceCaps(WindowDC(nullptr).get(), BITSPIXEL) >= 24;
+  if (!exact) return UniqueBitmap(CreateCompatibleBitmap(WindowDC(nullptr).get(), size.width, size.height));
   BITMAPINFO description{};
   description.bmiHeader.biSize = sizeof description.bmiHeader;
   description.bmiHeader.biWidth = size.width;

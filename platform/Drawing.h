@@ -22,8 +22,10 @@ void DrawLabel(HDC dc, const std::string& text, const Rect& area, HFONT font, CO
 void DrawEtchedLabel(HDC dc, const std::string& text, const Rect& area, HFONT font, COLORREF highlight,
                      COLORREF shadow, UINT format = 0);
 
-/// A bitmap of 32 bits a pixel, null for a size of nothing. It belongs to no device: one in the screen's
-/// format takes seven requests to Wine's server to make and select, and a start makes fifty.
+/// A bitmap for what the screen shows, null for a size of nothing. It has 32 bits a pixel and belongs to no
+/// device: one in the screen's format takes seven requests to Wine's server to make and select, and the
+/// program makes fifty when it starts. Only a screen of fewer colours gets one in its format, since colours
+/// that it lacks are mixed there, and would turn into their nearest when they are copied.
 UniqueBitmap ColorBitmap(Size size);
 
 /// Such a bitmap with the device context to draw on it, and perhaps a palette.

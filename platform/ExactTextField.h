@@ -18,6 +18,8 @@ namespace snip {
 class ExactTextField {
  public:
   ExactTextField() = default;
+  /// Of a control that has just been made: what has been put in front of its procedure does not see the texts
+  /// that are set.
   explicit ExactTextField(HWND control);
 
   void SetText(const std::string& text);

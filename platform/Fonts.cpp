@@ -29,18 +29,17 @@ UniqueFont MessageFontInFace(const std::string& face) {
   LOGFONTA description = MessageFontDescription();
   SetFace(description, face);
   UniqueFont font(CreateFontIndirectA(&description));
-  const MeasuringDC screen;
-  const SelectedObject selected(screen.get(), font.get());
+  const MeasuringDC dc;
+  const SelectedObject selected(dc.get(), font.get());
   char taken[LF_FACESIZE]{};
-  GetTextFaceA(screen.get(), sizeof taken, taken);
+  GetTextFaceA(dc.get(), sizeof taken, taken);
   return lstrcmpiA(taken, face.c_str()) == 0 ? std::move(font) : MessageFont();
 }
 
 UniqueFont FontOfSize(const std::string& face, double points) {
-  const MeasuringDC screen;
+  const MeasuringDC dc;
   LOGFONTA description{};
-  description.lfHeight =
-      -static_cast<LONG>(std::lround(points * GetDeviceCaps(screen.get(), LOGPIXELSY) / 72));
+  description.lfHeight = -static_cast<LONG>(std::lround(points * GetDeviceCaps(dc.get(), LOGPIXELSY) / 72));
   description.lfCharSet = DEFAULT_CHARSET;
   SetFace(description, face);
   return UniqueFont(CreateFontIndirectA(&description));
@@ -55,10 +54,10 @@ Size CharacterSize(HFONT font) {
 }
 
 Size TextSize(HFONT font, std::string_view text) {
-  const MeasuringDC screen;
-  const SelectedObject selected(screen.get(), font);
+  const MeasuringDC dc;
+  const SelectedObject selected(dc.get(), font);
   SIZE size{};
-  GetTextExtentPoint32A(screen.get(), text.data(), static_cast<int>(text.size()), &size);
+  GetTextExtentPoint32A(dc.get(), text.data(), static_cast<int>(text.size()), &size);
   return {static_cast<int>(size.cx), static_cast<int>(size.cy)};
 }
 
@@ -67,10 +66,10 @@ HFONT FontOf(HWND control) {
 }
 
 Size WrappedTextSize(HFONT font, const std::string& text, int width) {
-  const MeasuringDC screen;
-  const SelectedObject selected(screen.get(), font);
+  const MeasuringDC dc;
+  const SelectedObject selected(dc.get(), font);
   RECT area{0, 0, width, 0};
-  DrawTextA(screen.get(), text.data(), static_cast<int>(text.size()), &area,
+  DrawTextA(dc.get(), text.data(), static_cast<int>(text.size()), &area,
             DT_CALCRECT | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_EXPANDTABS);
   return {static_cast<int>(area.right), static_cast<int>(area.bottom)};
 }

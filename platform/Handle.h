@@ -65,7 +65,7 @@ class MeasuringDC {
   UniqueMemoryContext dc_{CreateCompatibleDC(nullptr)};
 };
 
-/// The device context of a window.
+/// The device context of a window, or of the whole screen for a null window.
 class WindowDC {
  public:
   explicit WindowDC(HWND window) : window_(window), dc_(GetDC(window)) {}

@@ -6,9 +6,12 @@
 namespace snip {
 
 TwipsPerPixel ScreenTwips() {
-  const MeasuringDC screen;
-  return TwipsPerPixel::FromDpi(GetDeviceCaps(screen.get(), LOGPIXELSX),
-                                GetDeviceCaps(screen.get(), LOGPIXELSY));
+  const MeasuringDC dc;
+  const auto dpi = [&dc](int axis) {
+    const int told = GetDeviceCaps(dc.get(), axis);
+    return told > 0 ? told : 96;  // no device context is left to be had
+  };
+  return TwipsPerPixel::FromDpi(dpi(LOGPIXELSX), dpi(LOGPIXELSY));
 }
 
 Rect ScreenAt(Point point) {

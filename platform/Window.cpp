@@ -54,17 +54,19 @@ void Window::Destroy() {
   if (hWnd_ != nullptr) DestroyWindow(hWnd_);
 }
 
-bool Window::Create(const Creation& creation) {
+bool Window::Create(Creation creation) {
   if (!EnsureClass(creation.className, creation.classStyle, creation.iconId, creation.background,
                    &WindowProc)) {
     return false;
   }
   const Rect& place = creation.place;
   const auto menuOrId =
-      creation.menu != nullptr ? creation.menu : reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id));
-  return CreateWindowExA(creation.exStyle, creation.className, creation.title, creation.style, place.left,
-                         place.top, place.width, place.height, creation.parent, menuOrId,
-                         GetModuleHandleA(nullptr), this) != nullptr;
+      creation.menu ? creation.menu.get() : reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.id));
+  const HWND made = CreateWindowExA(creation.exStyle, creation.className, creation.title, creation.style,
+                                    place.left, place.top, place.width, place.height, creation.parent,
+                                    menuOrId, GetModuleHandleA(nullptr), this);
+  if (made != nullptr) creation.menu.Release();  // the window destroys it
+  return made != nullptr;
 }
 
 LRESULT Window::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {

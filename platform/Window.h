@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/Geometry.h"
+#include "platform/Handle.h"
 
 namespace snip {
 
@@ -32,15 +33,15 @@ class Window {
     DWORD exStyle = 0;
     Rect place{CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT};  ///< Pixels.
     HWND parent = nullptr;
-    int id = 0;            ///< Of a child window.
-    HMENU menu = nullptr;  ///< Of any other; the window destroys it.
+    int id = 0;         ///< Of a child window.
+    UniqueMenu menu{};  ///< Of any other.
     UINT classStyle = CS_DBLCLKS;
     int iconId = 0;                  ///< Resource number of the window's icon, 0 for none.
     int background = COLOR_BTNFACE;  ///< A system colour.
   };
 
   /// Registers the class on first use and makes the window. False when the system refuses.
-  bool Create(const Creation& creation);
+  bool Create(Creation creation);
 
   /// Answers a message; what it does not know it hands to `Default`.
   virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);

@@ -289,10 +289,10 @@ BarMetrics BnCommandBar::Metrics() const {
 
 void BnCommandBar::MakeFont() {
   font_ = snip::MakeFont(properties_.Font, twips_);
-  const MeasuringDC screen;
-  const SelectedObject font(screen.get(), font_.get());
+  const MeasuringDC dc;
+  const SelectedObject font(dc.get(), font_.get());
   TEXTMETRICA metrics{};
-  GetTextMetricsA(screen.get(), &metrics);
+  GetTextMetricsA(dc.get(), &metrics);
   lineHeight_ = static_cast<int>(metrics.tmHeight);
 }
 

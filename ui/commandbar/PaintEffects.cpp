@@ -36,7 +36,7 @@ void Emboss(HDC dc, int x, int y, Size size, HBITMAP shape, COLORREF highlight, 
 
 }  // namespace
 
-PaintEffects::PaintEffects() : halftone_(CreateHalftonePalette(MeasuringDC().get())) {}
+PaintEffects::PaintEffects() : halftone_(CreateHalftonePalette(WindowDC(nullptr).get())) {}
 
 void PaintEffects::PaintNormalStdPic(HDC hdcDest, int xDest, int yDest, int width, int height,
                                      const Picture* picSource, int xSrc, int ySrc, HPALETTE hPal) const {

@@ -107,17 +107,15 @@ frmFind::~frmFind() {
 void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
   if (hWnd() == nullptr) {
     font_ = MessageFont();
-    UniqueMenu menu = MakeMenu();
     const bool made = Create({.className = "frmFind",
                               .title = "Find Snippets",
                               .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
                               .exStyle = WS_EX_CONTROLPARENT,
                               .place = StoredPlace(owner),
                               .parent = owner,
-                              .menu = menu.get(),
+                              .menu = MakeMenu(),
                               .iconId = IDI_SNIPSTORE});
     if (!made) return;
-    menu.Release();
   }
   codeFirst_ = codeFirst;
   told_.clear();
@@ -338,6 +336,7 @@ std::optional<Found> frmFind::Selected() const {
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
+  if (IsWindowVisible(hWnd()) == 0) return;  // a library has been read after the palette was closed
   const bool shown = IsWindowVisible(preview_.hWnd()) != 0;
   if (preview_.hWnd() == nullptr) MakePreview();
   if (!shown) Layout();
