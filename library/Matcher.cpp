@@ -159,7 +159,8 @@ std::optional<Match> Matcher::FindExpression(std::string_view text, std::size_t 
       return match;
     }
     at = end;
-    while (at < text.size() && IsLineEnd(text[at])) ++at;
+    if (text.substr(at).starts_with("\r\n")) ++at;
+    ++at;
   }
   return std::nullopt;
 }

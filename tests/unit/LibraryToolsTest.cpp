@@ -208,7 +208,8 @@ TEST(BnsSearchTest, HitsTellTextAndLine) {
     for (const auto& [pattern, hits] :
          {std::pair{Pattern{.text = "x"},
                     "0one x/1/1/one x/4;0one x/3/2/x/0;0one x/5/2/x x/0;0one x/5/3/x/0;1two/5/1/ax/1;"},
-          {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;0one x/5/4//0;1two/3/1//0;"}}) {
+          {{.text = "^$", .regularExpression = true}, "0one x/5/1//0;0one x/5/4//0;1two/3/1//0;"},
+          {{.text = "^(?!.)", .regularExpression = true}, "0one x/5/1//0;0one x/5/4//0;1two/3/1//0;"}}) {
       std::string found;
       const Matcher matcher(pattern, kLetters);
       BytesInMemory bytes(file);
