@@ -182,6 +182,7 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
            {{.text = "[^x]{8,}", .regularExpression = true}, {0}},
            {{.text = "(?=ab)", .regularExpression = true}, {10}},
            {{.text = "(?<!\\n)ab", .regularExpression = true}, {10}},
+           {{.text = "^(?!.)", .regularExpression = true}, {}},
            {{.text = "\\Aab", .regularExpression = true}, {10}}}) {
     std::vector<std::size_t> lines;  // one match a line, as a search has it
     const Matcher matcher(pattern, kLetters);
