@@ -7,6 +7,7 @@
 #include <new>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "history/Files.h"
@@ -18,8 +19,9 @@ namespace snip::test {
 /// The program ends in the middle of a call.
 struct Killed {};
 
-/// Files in memory, of which any call can fail or end the program. For one thread at a time.
-class FakeFiles : public Files {
+/// Files in memory, of which any call can fail or end the program, and a library folder that deletes and
+/// writes them as the real one does. For one thread at a time.
+class FakeFiles : public Files, public LibraryStore {
  public:
   static constexpr int kNever = std::numeric_limits<int>::max();
 
@@ -34,7 +36,7 @@ class FakeFiles : public Files {
   double written = 0.5;  ///< How much of its bytes a write that does not end leaves.
 
   std::optional<FileStamp> Stamp(const std::string& path) override {
-    return bytes.contains(path) ? FileStamp{true, bytes[path].size(), changed[path]} : FileStamp{};
+    return std::as_const(*this).Stamp(path);
   }
   std::optional<std::string> Read(const std::string& path) override {
     if (tooLarge.contains(path)) throw std::bad_alloc();
@@ -42,26 +44,19 @@ class FakeFiles : public Files {
   }
   bool Write(const std::string& path, std::string_view text) override {
     if (Refuses(path)) return false;
-    const int call = ++calls;
-    const bool whole = call < killAt && !Fails(call);
+    const bool whole = Begins() && calls < killAt;
     bytes[path] = text.substr(0, static_cast<std::size_t>((whole ? 1 : written) * double(text.size())));
-    changed[path] = now.time_since_epoch().count() * 10000 + call;
-    if (call == killAt) throw Killed();
-    return whole;
+    changed[path] = now.time_since_epoch().count() * 10000 + calls;
+    return Ends(whole);
   }
   bool Move(const std::string& from, const std::string& to) override {
-    if (!Does() || !bytes.contains(from) || Refuses(from) || Refuses(to)) return false;
+    if (!Begins() || !bytes.contains(from) || Refuses(from) || Refuses(to)) return Ends(false);
     bytes[to] = bytes[from];
     changed[to] = changed[from];
-    return bytes.erase(from) > 0;
+    return Ends(bytes.erase(from) > 0);
   }
-  bool Remove(const std::string& path) override {
-    const int call = ++calls;
-    const bool removed = !Fails(call) && bytes.erase(path) > 0;
-    if (call == killAt) throw Killed();
-    return removed;
-  }
-  bool MakeFolder(const std::string&) override { return Does(); }
+  bool Remove(const std::string& path) override { return Ends(Begins() && bytes.erase(path) > 0); }
+  bool MakeFolder(const std::string&) override { return Ends(Begins()); }
   std::vector<FileEntry> List(const std::string& folder) override {
     std::vector<FileEntry> list;
     for (const auto& [path, text] : bytes) {
@@ -76,6 +71,22 @@ class FakeFiles : public Files {
   std::string Identity(const std::string& path) override { return path; }
   std::unique_ptr<Held> Lock(const std::string& path) override { return Hold("lock " + path); }
   std::unique_ptr<Held> Claim(const std::string& path) override { return Hold("claim " + path); }
+
+  // LibraryStore
+  std::vector<std::string> Names() const override { return {}; }
+  std::string PathOf(const std::string& name) const override { return "/lib/" + name + ".bns"; }
+  bool Exists(const std::string& path) const override { return bytes.contains(path); }
+  std::optional<FileStamp> Stamp(const std::string& path) const override {
+    return Exists(path) ? FileStamp{true, bytes.at(path).size(), changed.at(path)} : FileStamp{};
+  }
+  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
+    return Exists(path) ? std::make_unique<BytesInMemory>(bytes.at(path)) : nullptr;
+  }
+  bool Replace(const std::string& path, ByteSource&& source) override {
+    Remove(path);
+    return Write(path, AllBytes(source));
+  }
+  bool Rename(const std::string& path, const std::string& newPath) override { return Move(path, newPath); }
 
  private:
   struct Given : Held {
@@ -93,38 +104,11 @@ class FakeFiles : public Files {
     if (refuses) waited += patience().Take(std::chrono::milliseconds(1400));
     return refuses;
   }
-  bool Fails(int call) const { return call >= failFrom && call <= failUntil; }
-  bool Does() {
-    const int call = ++calls;
-    if (call == killAt) throw Killed();
-    return !Fails(call);
-  }
+  /// Whether a call does anything.
+  bool Begins() { return ++calls < failFrom || calls > failUntil; }
+  bool Ends(bool done) const { return calls == killAt ? throw Killed() : done; }
 
   std::map<std::string, std::weak_ptr<int>> held_;
-};
-
-/// A library folder that deletes and writes as the real one does.
-class FakeFolder : public LibraryStore {
- public:
-  explicit FakeFolder(FakeFiles& files) : files_(files) {}
-
-  std::vector<std::string> Names() const override { return {}; }
-  std::string PathOf(const std::string& name) const override { return "/lib/" + name + ".bns"; }
-  bool Exists(const std::string& path) const override { return files_.bytes.contains(path); }
-  std::optional<FileStamp> Stamp(const std::string& path) const override { return files_.Stamp(path); }
-  std::unique_ptr<ByteSource> Open(const std::string& path) const override {
-    return Exists(path) ? std::make_unique<BytesInMemory>(files_.bytes[path]) : nullptr;
-  }
-  bool Replace(const std::string& path, ByteSource&& bytes) override {
-    files_.Remove(path);
-    return files_.Write(path, AllBytes(bytes));
-  }
-  bool Rename(const std::string& path, const std::string& newPath) override {
-    return files_.Move(path, newPath);
-  }
-
- private:
-  FakeFiles& files_;
 };
 
 }  // namespace snip::test
