@@ -32,7 +32,6 @@ void LibraryWatch::Attach(HWND window, HWND noticeOver) {
 void LibraryWatch::Unload() {
   notice_.Hide();
   history_.Destroy();
-  wait_.Reset();
   folderChange_.Reset();
   watched_.clear();
   draftTimer_.Done();
@@ -90,35 +89,17 @@ void LibraryWatch::WatchFolder() {
   if (path != watched_) {
     watched_ = path;
     const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
-    wait_.Reset();
-    folderChanged_ = false;
     // Many programs save by giving a new file the library's name.
     folderChange_.Reset(FindFirstChangeNotificationA(
         folder.c_str(), FALSE,
         FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
-    AwaitChange();
     looking_ = true;  // it may have changed since it was read
   }
-  if (folderChanged_.exchange(false)) {
+  if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
     looking_ = true;
     FindNextChangeNotification(folderChange_.get());
-    AwaitChange();
   }
   if (looking_) looking_ = parts_.keeper->LookForOutsideChange();
-}
-
-/// Asking for a change in every tick would be a tenth of what the idle program does.
-void LibraryWatch::AwaitChange() {
-  wait_.Reset();
-  HANDLE wait = nullptr;
-  if (folderChange_ && RegisterWaitForSingleObject(&wait, folderChange_.get(), &FolderChanged, this, INFINITE,
-                                                   WT_EXECUTEINWAITTHREAD | WT_EXECUTEONLYONCE) != 0)
-    wait_.Reset(wait);
-}
-
-/// In another thread.
-void CALLBACK LibraryWatch::FolderChanged(void* self, BOOLEAN /*timedOut*/) {
-  static_cast<LibraryWatch*>(self)->folderChanged_ = true;
 }
 
 // --- The notice -------------------------------------------------------------------------------------------

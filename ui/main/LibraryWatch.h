@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -52,16 +51,12 @@ class LibraryWatch : private HistorySource {
 
  private:
   using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
-  static void EndWait(HANDLE wait) { UnregisterWaitEx(wait, INVALID_HANDLE_VALUE); }
-  using UniqueWait = UniqueHandle<HANDLE, &LibraryWatch::EndWait>;
 
   void ShowNotice();
   void Chosen(NoticeChoice choice);
   bool TakeUnsaved(const LibraryEvent& event);
   void Draft();
   void WatchFolder();
-  void AwaitChange();
-  static void CALLBACK FolderChanged(void* self, BOOLEAN timedOut);
   VersionFolder History() const;
 
   // HistorySource
@@ -84,7 +79,6 @@ class LibraryWatch : private HistorySource {
   Notice notice_;
   frmHistory history_;
   NoticeQueue notices_;
-  bool mayTell_ = false;  ///< There has been an event.
 
   DraftTimer draftTimer_;
   unsigned seenChanges_ = 0;
@@ -92,10 +86,9 @@ class LibraryWatch : private HistorySource {
   DWORD lastTick_ = 0;
   std::uint64_t now_ = 0;  ///< Milliseconds, which do not begin again as the system's do.
 
-  std::string watched_;  ///< The file whose folder is watched.
-  std::atomic<bool> folderChanged_ = false;
+  bool mayTell_ = false;  ///< There has been an event.
+  std::string watched_;   ///< The file whose folder is watched.
   UniqueChange folderChange_;
-  UniqueWait wait_;  ///< For that, in a thread of the system's.
   std::uint64_t nextLook_ = 0;
   bool looking_ = false;  ///< The file has changed, or may have.
 };
