@@ -289,51 +289,6 @@ TEST_F(MainWindowTest, ATinyWindowKeepsItsLayoutAndAGrownOneFillsIt) {
   EXPECT_EQ(codeSize(), (Size{before.width + 100, before.height + 100}));
 }
 
-TEST_F(MainWindowTest, ALongListIsThereAtOnceAndWholeForWhatNeedsItsRows) {
-  std::vector<Snippet> many;
-  for (int i = 0; i < 6000; ++i) many.push_back(Named("n" + std::to_string(i)));
-  folder_.Write("Many.bns", WriteBns(many));
-  const auto rows = [this] { return SendMessageA(List(), LB_GETCOUNT, 0, 0); };
-  const auto choose = [this](const char* library) {
-    SendMessageA(Files(), CB_SELECTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(library));
-    SendMessageA(window_.hWnd(), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(Files()));
-  };
-  Open();
-  PressKey(VK_END);
-  EXPECT_TRUE(Until([&] { return Selected() == 5999; }));
-  EXPECT_EQ(ListBoxText(List(), 5999), "n5999");
-  choose("Numbers");
-  EXPECT_EQ(rows(), 3);
-  choose("Many");
-  EXPECT_TRUE(rows() > 0 && rows() < 6000);
-  EXPECT_TRUE(Until([&] { return rows() == 6000; }));
-  choose("Numbers");
-  choose("Many");
-  choose("Numbers");
-  SendMessageA(window_.hWnd(), WM_TIMER, SnippetControls::kRowsTimer, 0);
-  EXPECT_EQ(KillTimer(window_.hWnd(), SnippetControls::kRowsTimer), FALSE);
-  choose("Many");
-  SendMessageA(window_.hWnd(), WM_COMMAND, Command::kDeleteSnippet, 0);
-  EXPECT_EQ(rows(), 5999);
-  EXPECT_EQ(ListBoxText(List(), 0), "n1");
-}
-
-TEST_F(MainWindowTest, TheCodeFollowsTheSystemsColours) {
-  Open();
-  int element = COLOR_WINDOW;
-  const COLORREF before = GetSysColor(element);
-  for (const COLORREF background : {RGB(0, 0, 0), before}) {
-    SetSysColors(1, &element, &background);  // tells the windows of the desktop alone
-    CHARFORMATA format{};
-    format.cbSize = sizeof format;
-    EXPECT_TRUE(Until([&] {
-      SendMessageA(Code(), EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
-      return format.crTextColor == CodeColoursOn(background, GetSysColor(COLOR_WINDOWTEXT)).comment;
-    }));
-  }
-}
-
 TEST_F(MainWindowTest, FindGoesFromAnyLibraryToTheNextPlaceAndTheNextSnippet) {
   const Snippet first{"Fill twice", "", "Sub A\r\n  Fill a\r\n  Fill b", ""};
   const Snippet second{"Other", "", "fill c", "about a #tag"};

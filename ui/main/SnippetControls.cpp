@@ -21,11 +21,6 @@ constexpr double kLargestFont = 2048;
 /// of 100,000 characters. Such a line is no description to be read; it is shown unwrapped.
 constexpr std::size_t kLongestWrappedLine = 5000;
 
-/// Adding a row takes Wine 8's list box 1.7 us: the first rows delay the window by 2 ms, where 10,000 would
-/// by 17, and a step stops its messages for 7.
-constexpr std::size_t kRowsAtOnce = 1000;
-constexpr std::size_t kRowsOfStep = 4000;
-
 std::size_t LongestLine(const std::string& text) {
   std::size_t longest = 0;
   std::size_t start = 0;
@@ -52,7 +47,6 @@ void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
 
 void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
   editMode_.reset();
-  moreRows_ = {};
   fontHandle_ = MakeFont(font_, twips_);
   NameNextControl(leftPane, "Snippets");
   // The list's text, which is not shown, names it for readers that do not look at labels.
@@ -113,69 +107,31 @@ void SnippetControls::txtDesc_LostFocus() const {
 }
 
 void SnippetControls::FillRows(std::span<const Snippet> snippets) {
-  // Without redrawing and with the memory asked for at once the longest list fills in an instant.
+  // Without redrawing and with the memory asked for at once the longest library fills in an instant.
   std::size_t textSize = 0;
   for (const Snippet& snippet : snippets) textSize += snippet.Name.size() + 1;
-  const auto first = snippets.first(std::min(snippets.size(), kRowsAtOnce));
-  std::string more;
-  if (first.size() < snippets.size()) more.reserve(textSize);
-  for (const Snippet& snippet : snippets.subspan(first.size()))
-    more.append(snippet.Name.c_str()).push_back('\0');
-
   List(WM_SETREDRAW, FALSE);
   List(LB_RESETCONTENT);
   List(LB_INITSTORAGE, snippets.size(), static_cast<LPARAM>(textSize));
-  for (const Snippet& snippet : first) AddRow(snippet.Name.c_str());
+  for (const Snippet& snippet : snippets) AddRow(snippet.Name);
   List(WM_SETREDRAW, TRUE);
   InvalidateRect(lstCode_, nullptr, TRUE);
-  moreRows_ = std::move(more);
-  nextRow_ = 0;
-  if (moreRows_.empty()) return;
-  // A screen reader tells how many rows there are.
-  BOOL read = FALSE;
-  SystemParametersInfoA(SPI_GETSCREENREADER, 0, &read, 0);
-  if (read != FALSE || SetTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer, USER_TIMER_MINIMUM, nullptr) == 0)
-    AddAllRows();
 }
 
-void SnippetControls::AddMoreRows() {
-  AddRows(kRowsOfStep);
-  if (moreRows_.empty()) KillTimer(GetAncestor(lstCode_, GA_ROOT), kRowsTimer);
-}
-
-void SnippetControls::AddAllRows() {
-  AddRows(SIZE_MAX);
-}
-
-void SnippetControls::AddRows(std::size_t most) {
-  if (moreRows_.empty()) return;
-  List(WM_SETREDRAW, FALSE);
-  for (; most > 0 && nextRow_ < moreRows_.size(); --most) {
-    AddRow(&moreRows_[nextRow_]);
-    nextRow_ = moreRows_.find('\0', nextRow_) + 1;
-  }
-  List(WM_SETREDRAW, TRUE);
-  InvalidateRect(lstCode_, nullptr, FALSE);  // they come below those that are seen
-  if (nextRow_ == moreRows_.size()) moreRows_ = {};
-}
-
-void SnippetControls::AddRow(const char* name) const {
-  List(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
+void SnippetControls::AddRow(const std::string& name) const {
+  List(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
 void SnippetControls::InsertRow(int row, const std::string& name) {
-  AddAllRows();
   List(LB_INSERTSTRING, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(name.c_str()));
 }
 
 void SnippetControls::RemoveRow(int row) {
-  AddAllRows();
   List(LB_DELETESTRING, static_cast<WPARAM>(row));
   LockDescription();
 }
 
 void SnippetControls::SetRowText(int row, const std::string& name) {
-  AddAllRows();
   // A list box cannot change a row: it gets a new one in the old one's place.
   const int selected = SelectedRow();
   const LRESULT top = List(LB_GETTOPINDEX);
@@ -192,12 +148,10 @@ int SnippetControls::SelectedRow() const {
   return static_cast<int>(List(LB_GETCURSEL));
 }
 void SnippetControls::SelectRow(int row) {
-  if (row >= List(LB_GETCOUNT)) AddAllRows();
   // Selecting it scrolls to it: the user may be looking at other rows.
   if (row != SelectedRow()) List(LB_SETCURSEL, static_cast<WPARAM>(row));
 }
 std::optional<int> SnippetControls::SelectNameFrom(const std::string& beginning) {
-  AddAllRows();
   // The search begins behind the row that it is given.
   const int from = beginning.size() > 1 ? SelectedRow() - 1 : SelectedRow();
   const LRESULT row = List(LB_FINDSTRING, static_cast<WPARAM>(std::max(from, -1)),
@@ -252,7 +206,6 @@ void SnippetControls::FocusCode() {
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
   nameBoxRow_ = row;
-  AddAllRows();
   List(LB_SETCURSEL, static_cast<WPARAM>(row));  // also scrolls it into view
   MoveTo(txtName_, NameBoxPlace());
   name_.SetText(name);

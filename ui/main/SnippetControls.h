@@ -57,14 +57,7 @@ class SnippetControls : public SnippetView {
   /// Whether the description is being set by the program, so that its change is no edit.
   bool settingDescription() const { return settingDescription_; }
 
-  /// The id of the window's timer with which it calls `AddMoreRows`. Others of the window have other ids.
-  static constexpr UINT_PTR kRowsTimer = 3;
-
-  /// Shows the first rows at once, so that a long library opens as fast as a short one. The others follow
-  /// with the timer, or as soon as something needs them.
   void FillRows(std::span<const Snippet> snippets) override;
-  void AddMoreRows();
-  void AddAllRows();
   void InsertRow(int row, const std::string& name) override;
   void RemoveRow(int row) override;
   void SetRowText(int row, const std::string& name) override;
@@ -87,8 +80,7 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
-  void AddRow(const char* name) const;
-  void AddRows(std::size_t most);
+  void AddRow(const std::string& name) const;
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
@@ -107,8 +99,6 @@ class SnippetControls : public SnippetView {
   FontProperty font_{.Name = "Courier New", .Size = 10};
   UniqueFont fontHandle_;
   HWND lstCode_ = nullptr;
-  std::string moreRows_;     ///< The names of the rows that are still to be added, each with a zero byte.
-  std::size_t nextRow_ = 0;  ///< Where the next of them begins.
   HWND txtName_ = nullptr;
   HWND txtDesc_ = nullptr;
   int nameBoxRow_ = -1;

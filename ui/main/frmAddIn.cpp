@@ -288,7 +288,6 @@ bool frmAddIn::PreTranslate(MSG& message) {
   if (!chooser_.ListIsOpen() && TranslateAcceleratorA(hWnd(), accelerators_.get(), &message) != 0)
     return true;
   if (message.message == WM_KEYDOWN) {
-    controls_.AddAllRows();  // the key may go to the last one
     if (const auto command = CommandOfKey(message.wParam)) {
       SendMessageA(hWnd(), WM_COMMAND, static_cast<WPARAM>(*command), 0);
       return true;
@@ -378,7 +377,6 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return Default(message, wParam, lParam);
     case WM_TIMER:
       if (wParam == kTipTimer || wParam == kWatchTimer) Tick();
-      if (wParam == SnippetControls::kRowsTimer) controls_.AddMoreRows();
       return 0;
     case WM_SETCURSOR:
       hover_.Start();
