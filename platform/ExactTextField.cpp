@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/Clipboard.h"
+#include "platform/Guarded.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -19,40 +20,40 @@ void Paste(HWND control) {
   SendMessageA(control, EM_SETMODIFY, TRUE, 0);  // no documentation says that the control does
 }
 
-}  // namespace
-
-ExactTextField::ExactTextField(HWND control)
-    : control_(control),
-      own_(reinterpret_cast<WNDPROC>(GetWindowLongPtrA(control, GWLP_WNDPROC))),
-      pasting_(std::make_unique<Subclass>()) {
-  pasting_->Start(control, [](const Subclass::Message& message) -> LRESULT {
-    if (message.id != WM_PASTE) return message.PassOn();
-    Paste(message.window);
+/// In front of the control's own procedure, which is its user data.
+LRESULT CALLBACK PasteProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_PASTE) {
+    Guarded([&] { Paste(control); });
     return 0;
-  });
+  }
+  const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(control, GWLP_USERDATA));
+  return CallWindowProcA(own, control, message, wParam, lParam);
 }
 
-/// Past the subclass, which looks at nothing but what is pasted: each message that it passes on takes three
-/// requests to Wine's server, a sixth of all that showing the next snippet took.
-LRESULT ExactTextField::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
-  return CallWindowProcA(own_, control_, message, wParam, lParam);
+}  // namespace
+
+// By hand: the common controls' way asks Wine's server three times with each message for window properties,
+// which was a sixth of showing the next snippet.
+ExactTextField::ExactTextField(HWND control) : control_(control) {
+  SetWindowLongPtrA(control, GWLP_USERDATA, GetWindowLongPtrA(control, GWLP_WNDPROC));
+  SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PasteProc));
 }
 
 void ExactTextField::SetText(const std::string& text) {
   original_ = text;
   bytes_ = TextFieldBytes(text);
   // Not WM_SETTEXT: for that, Wine 8 draws the scroll bar twice, which takes longer than all else.
-  Send(EM_SETSEL, 0, -1);
-  Send(EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
-  Send(EM_SETSEL);
-  Send(EM_SCROLLCARET);
-  Send(WM_HSCROLL, SB_LEFT, 0);  // Wine 8 loses its place in lines wider than 32,767 pixels
-  Send(EM_EMPTYUNDOBUFFER);
-  Send(EM_SETMODIFY, FALSE, 0);
+  SendMessageA(control_, EM_SETSEL, 0, -1);
+  SendMessageA(control_, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(bytes_.shown().c_str()));
+  SendMessageA(control_, EM_SETSEL, 0, 0);
+  SendMessageA(control_, EM_SCROLLCARET, 0, 0);
+  SendMessageA(control_, WM_HSCROLL, SB_LEFT, 0);  // Wine 8 loses its place in lines wider than 32,767 pixels
+  SendMessageA(control_, EM_EMPTYUNDOBUFFER, 0, 0);
+  SendMessageA(control_, EM_SETMODIFY, FALSE, 0);
 }
 
 std::optional<std::string> ExactTextField::Text() const {
-  if (Send(EM_GETMODIFY) == 0) return original_;
+  if (SendMessageA(control_, EM_GETMODIFY, 0, 0) == 0) return original_;
   std::optional<std::string> text = FieldText(control_);
   if (text) text = bytes_.Restore(std::move(*text));
   return text;

@@ -2,11 +2,9 @@
 
 #include <windows.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "platform/Subclass.h"
 #include "platform/TextFieldBytes.h"
 
 namespace snip {
@@ -18,8 +16,7 @@ namespace snip {
 class ExactTextField {
  public:
   ExactTextField() = default;
-  /// Of a control that has just been made: what has been put in front of its procedure does not see the texts
-  /// that are set.
+  /// Of an edit control of the program's own, whose user data it takes.
   explicit ExactTextField(HWND control);
 
   void SetText(const std::string& text);
@@ -27,11 +24,7 @@ class ExactTextField {
   std::optional<std::string> Text() const;
 
  private:
-  LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
-
   HWND control_ = nullptr;
-  WNDPROC own_ = &DefWindowProcA;  ///< The control's.
-  std::unique_ptr<Subclass> pasting_;
   std::string original_;
   TextFieldBytes bytes_;
 };
