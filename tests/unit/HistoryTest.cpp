@@ -176,7 +176,7 @@ class Scene {
       {"look",
        [this] {
          const unsigned most = n_.empty() ? 4 : n_[0];
-         for (unsigned looks = 0; looks < most && keeper->LookForOutsideChange(); ++looks) WaitForThread();
+         for (unsigned looks = 0; looks != most && keeper->LookForOutsideChange(); ++looks) WaitForThread();
        }},
       {"see", [this] { See(); }},
       {"where", [this] { answer_ = History(path_).path(); }},
