@@ -63,8 +63,8 @@ bool HasActiveCaption(HWND window) {
 void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   Remove();
   if (IsWindow(window) == 0 || Of(window) != nullptr) return;
+  installed_ = std::shared_ptr<CaptionHook>(this, [](CaptionHook*) {});  // first: it may throw
   window_ = window;
-  installed_ = std::shared_ptr<CaptionHook>(this, [](CaptionHook*) {});
   painter_ = &painter;
   active_ = HasActiveCaption(window);
   dialogActive_ = false;
