@@ -77,7 +77,7 @@ void frmHistory::Show(HWND owner) {
     Reload();
   }
   ShowWindow(hWnd(), IsIconic(hWnd()) != 0 ? SW_RESTORE : SW_SHOW);
-  SetFocus(GetDlgItem(hWnd(), kVersionsId));
+  SetFocus(List(kVersionsId));
 }
 
 bool frmHistory::PreTranslate(MSG& message) {
@@ -190,7 +190,7 @@ std::string frmHistory::TextOfRow(const Entry& entry) const {
 /// Shows a list that was not to be painted while it was filled.
 void frmHistory::Repaint(int list) {
   Send(list, WM_SETREDRAW, TRUE);
-  InvalidateRect(GetDlgItem(hWnd(), list), nullptr, TRUE);
+  InvalidateRect(List(list), nullptr, TRUE);
 }
 
 /// Replaces a row of the versions in its place, and paints only once.
@@ -278,7 +278,7 @@ void frmHistory::ShowRows() {
 }
 
 std::string frmHistory::SelectedText(int list) const {
-  return ListBoxText(GetDlgItem(hWnd(), list), static_cast<int>(Send(list, LB_GETCURSEL)));
+  return ListBoxText(List(list), static_cast<int>(Send(list, LB_GETCURSEL)));
 }
 
 // --- Snippets ---------------------------------------------------------------------------------------------

@@ -98,8 +98,9 @@ class frmHistory : public Window {
   void DrawLine(const DRAWITEMSTRUCT& item) const;
   void DrawCode(HDC dc, const DifferenceLine& line, int left, int top, bool selected) const;
 
+  HWND List(int id) const { return lists_.at(static_cast<std::size_t>(id - kVersionsId)); }
   LRESULT Send(int list, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-    return SendMessageA(lists_.at(static_cast<std::size_t>(list - kVersionsId)), message, wParam, lParam);
+    return SendMessageA(List(list), message, wParam, lParam);
   }
 
   HistorySource& source_;
