@@ -29,7 +29,6 @@ constexpr UINT kForgetDelayMs = 30000;
 
 constexpr Size kDefaultSize{8400, 6600};  // twips
 constexpr Size kLeastSize{3600, 3000};
-constexpr std::size_t kMostMarks = 200;
 
 struct PlaceNames {
   static constexpr const char* kLeft = "FindLeft";
@@ -58,22 +57,6 @@ UniqueMenu MakeMenu() {
   return bar;
 }
 
-bool HighContrast() {
-  HIGHCONTRASTA contrast{};
-  contrast.cbSize = sizeof contrast;
-  return SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) != 0 &&
-         (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
-}
-
-/// How what was found is marked: it has to be readable in the code's colours.
-Marks MarkColours() {
-  if (HighContrast())
-    return {.ground = GetSysColor(COLOR_HIGHLIGHT), .ink = GetSysColor(COLOR_HIGHLIGHTTEXT)};
-  const COLORREF ground = GetSysColor(COLOR_WINDOW);
-  const bool dark = GetRValue(ground) + GetGValue(ground) + GetBValue(ground) < 3 * 128;
-  return {.ground = dark ? RGB(96, 80, 0) : RGB(255, 240, 150)};
-}
-
 /// Whether the user has selected a part of the field's text: all of it is selected by the palette itself.
 bool HasPartSelected(HWND field) {
   DWORD start = 0;
@@ -95,8 +78,7 @@ frmFind::frmFind(const Services& services)
                           chosen_ = true;
                           SetTimer(hWnd(), kPreviewTimer, kPreviewDelayMs, nullptr);
                         },
-                    .activated = [this] { Activate(); }}),
-      preview_({}) {}
+                    .activated = [this] { Activate(); }}) {}
 
 frmFind::~frmFind() {
   Destroy();
@@ -140,14 +122,6 @@ void frmFind::MakeControls() {
                           font_.get());
   keys_ = CreateControl(hWnd(), "STATIC", kKeys, WS_VISIBLE | SS_NOPREFIX | SS_ENDELLIPSIS, 0, kKeysId,
                         font_.get());
-}
-
-/// The preview is made when there is something to show in it: the list is seen sooner, after a quarter fewer
-/// requests to Wine's server.
-void frmFind::MakePreview() {
-  preview_.CreateIn(hWnd(), kPreviewId, services_.target.CodeFont(), "Preview");
-  preview_.SetLocked(true);
-  SetWindowPos(preview_.hWnd(), list_.hWnd(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void frmFind::Layout() {
@@ -234,8 +208,7 @@ void frmFind::Forget() {
   KillTimer(hWnd(), kForgetTimer);
   if (IsWindowVisible(hWnd()) != 0) return;
   ForgetLibraries();
-  marked_ = {};
-  if (!std::exchange(previewed_, {}).empty()) preview_.SetText("");
+  preview_.Clear();
   list_.TakeRows(-1);
 }
 
@@ -337,25 +310,18 @@ std::optional<Found> frmFind::Selected() const {
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
   if (IsWindowVisible(hWnd()) == 0) return;  // a library has been read after the palette was closed
-  const bool shown = IsWindowVisible(preview_.hWnd()) != 0;
-  if (preview_.hWnd() == nullptr) MakePreview();
-  if (!shown) Layout();
+  const FontProperty font = services_.target.CodeFont();
+  const bool inSight = IsWindowVisible(preview_.hWnd()) != 0;
+  // Not made before there is something to show in it: the list is seen sooner, after a quarter fewer requests
+  // to Wine's server.
+  if (preview_.hWnd() == nullptr) preview_.CreateIn(hWnd(), kPreviewId, list_.hWnd(), font);
+  if (!inSight) Layout();
+  preview_.SetLook(font, services_.target.ColoursCode());
   const auto place = rows_.PlaceAt(list_.selected());
   const auto found = Selected();
   std::string code = place ? rows_.code() : std::string();
   if (found && !place) code = rows_.finder().SnippetOf(*found).Code;
-  Marks marks = MarkColours();
-  for (const TextRange& one : rows_.finder().PlacesInCode(code)) {
-    if (one == place) marks.shown = marks.parts.size();
-    if (one == place || marks.parts.size() < kMostMarks) marks.parts.emplace_back(one.begin, one.end);
-  }
-  preview_.SetFont(services_.target.CodeFont());
-  preview_.SetSyntaxColors(services_.target.ColoursCode());
-  if (code == previewed_ && marks == marked_) return;  // the user may have scrolled it
-  preview_.SetText(code);
-  preview_.Mark(marks);
-  previewed_ = std::move(code);
-  marked_ = std::move(marks);
+  preview_.Show(code, rows_.finder().PlacesInCode(code), place);
 }
 
 // --- What is done with a row ------------------------------------------------------------------------------
@@ -451,7 +417,6 @@ bool frmFind::PreTranslate(MSG& message) {
 
 bool frmFind::OnKey(WPARAM key, bool control, bool shift) {
   const HWND focus = GetFocus();
-  const bool inPreview = preview_.HasFocus();
   switch (key) {
     case VK_RETURN:
       control ? Output() : Activate();
@@ -475,8 +440,7 @@ bool frmFind::OnKey(WPARAM key, bool control, bool shift) {
       SendMessageA(field_, EM_SETSEL, 0, -1);
       return true;
     case 'C':
-      if (!control || (focus == field_ && HasPartSelected(field_)) || (inPreview && preview_.SelLength() > 0))
-        return false;
+      if (!control || (focus == field_ && HasPartSelected(field_)) || preview_.HasSelection()) return false;
       Copy();
       return true;
     default:

@@ -8,9 +8,9 @@
 #include "platform/Window.h"
 #include "settings/SettingsStore.h"
 #include "ui/caption/CaptionHook.h"
-#include "ui/editor/BnRichEdit.h"
 #include "ui/find/FindTarget.h"
 #include "ui/find/FoundList.h"
+#include "ui/find/FoundPreview.h"
 #include "ui/find/FoundWalk.h"
 #include "ui/find/PaletteLibraries.h"
 #include "ui/find/PaletteRows.h"
@@ -58,7 +58,6 @@ class frmFind : public Window {
 
  private:
   void MakeControls();
-  void MakePreview();
   void Layout();
   Rect StoredPlace(HWND owner) const;  ///< Pixels.
   void SavePlace() const;
@@ -101,12 +100,10 @@ class frmFind : public Window {
   HWND keys_ = nullptr;
   HWND status_ = nullptr;
   FoundList list_;
-  BnRichEdit preview_;
-  std::string told_;       ///< Shown in place of a count until something else is looked for.
-  std::string previewed_;  ///< The code in the preview,
-  Marks marked_;           ///< and what is marked there.
-  bool chosen_ = false;    ///< The user has selected a row, since something was looked for.
-  bool current_ = false;   ///< The libraries have been asked for since the window was activated.
+  FoundPreview preview_;
+  std::string told_;      ///< Shown in place of a count until something else is looked for.
+  bool chosen_ = false;   ///< The user has selected a row, since something was looked for.
+  bool current_ = false;  ///< The libraries have been asked for since the window was activated.
   bool codeFirst_ = false;
 };
 
