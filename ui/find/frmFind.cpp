@@ -3,15 +3,13 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "platform/Dialog.h"
 #include "platform/Fonts.h"
 #include "platform/Rects.h"
-#include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "resources/resource.h"
-#include "settings/SettingsText.h"
+#include "ui/find/PalettePlace.h"
 #include "ui/find/SystemFolding.h"
 #include "ui/find/frmFindKey.h"
 
@@ -26,16 +24,6 @@ constexpr UINT kRefresh = WM_APP + 2;
 constexpr UINT_PTR kPreviewTimer = 1;
 constexpr UINT kPreviewDelayMs = 30;  // a held key passes over the rows without showing their code
 constexpr UINT kForgetDelayMs = 30000;
-
-constexpr Size kDefaultSize{8400, 6600};  // twips
-constexpr Size kLeastSize{3600, 3000};
-
-struct PlaceNames {
-  static constexpr const char* kLeft = "FindLeft";
-  static constexpr const char* kTop = "FindTop";
-  static constexpr const char* kWidth = "FindWidth";
-  static constexpr const char* kHeight = "FindHeight";
-};
 
 constexpr const char* kKeys =
     "Enter: go to   Ctrl+Enter: output   Ctrl+C: copy   F3: next   Ctrl+G: tags   Esc: close";
@@ -93,7 +81,7 @@ void frmFind::ShowMe(HWND owner, const std::string& text, bool codeFirst) {
                               .title = "Find Snippets",
                               .style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN,
                               .exStyle = WS_EX_CONTROLPARENT,
-                              .place = StoredPlace(owner),
+                              .place = StoredPalettePlace(services_.settings, owner),
                               .parent = owner,
                               .menu = MakeMenu(),
                               .iconId = IDI_SNIPSTORE});
@@ -149,43 +137,9 @@ void frmFind::Layout() {
   MoveTo(keys_, {margin, foot + line, width, line});
 }
 
-Rect frmFind::StoredPlace(HWND owner) const {
-  const TwipsPerPixel twips = ScreenTwips();
-  const auto stored = [&](const char* name) {
-    return static_cast<int>(std::clamp(Val(services_.settings.LoadMore(name)), -400000.0, 400000.0));
-  };
-  Rect place{0, 0, stored(PlaceNames::kWidth), stored(PlaceNames::kHeight)};
-  const bool isStored = place.width >= kLeastSize.width && place.height >= kLeastSize.height;
-  if (!isStored) place = {0, 0, kDefaultSize.width, kDefaultSize.height};
-  place = twips.ToPixels(place);
-  RECT before{};
-  GetWindowRect(owner, &before);
-  place.left =
-      isStored ? twips.ToPixelsX(stored(PlaceNames::kLeft)) : (before.left + before.right - place.width) / 2;
-  place.top =
-      isStored ? twips.ToPixelsY(stored(PlaceNames::kTop)) : before.top + (before.bottom - before.top) / 8;
-  // Whole on a screen that is there.
-  const Rect screen = ScreenAt({place.left + place.width / 2, place.top + place.height / 2});
-  place.width = std::min(place.width, screen.width);
-  place.height = std::min(place.height, screen.height);
-  place.left = std::clamp(place.left, screen.left, screen.right() - place.width);
-  place.top = std::clamp(place.top, screen.top, screen.bottom() - place.height);
-  return place;
-}
-
 void frmFind::SavePlace() const {
   RECT window{};
-  if (GetWindowRect(hWnd(), &window) == 0) return;
-  const TwipsPerPixel twips = ScreenTwips();
-  const Rect place = ToRect(window);
-  const std::pair<const char*, int> values[] = {{PlaceNames::kLeft, twips.ToTwipsX(place.left)},
-                                                {PlaceNames::kTop, twips.ToTwipsY(place.top)},
-                                                {PlaceNames::kWidth, twips.ToTwipsX(place.width)},
-                                                {PlaceNames::kHeight, twips.ToTwipsY(place.height)}};
-  for (const auto& [name, value] : values) {
-    const std::string text = NumberText(value);
-    if (services_.settings.LoadMore(name) != text) services_.settings.SaveMore(name, text);
-  }
+  if (GetWindowRect(hWnd(), &window) != 0) StorePalettePlace(services_.settings, ToRect(window));
 }
 
 void frmFind::CloseMe() {
@@ -489,9 +443,8 @@ LRESULT frmFind::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Layout();
       return 0;
     case WM_GETMINMAXINFO: {
-      const TwipsPerPixel twips = ScreenTwips();
-      auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
-      limits.ptMinTrackSize = {twips.ToPixelsX(kLeastSize.width), twips.ToPixelsY(kLeastSize.height)};
+      const Size least = LeastPaletteSize();
+      reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.width, least.height};
       return 0;
     }
     case WM_ACTIVATE:

@@ -59,7 +59,6 @@ class frmFind : public Window {
  private:
   void MakeControls();
   void Layout();
-  Rect StoredPlace(HWND owner) const;  ///< Pixels.
   void SavePlace() const;
   void Refresh();
   void ReadLibraries();
