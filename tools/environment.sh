@@ -160,6 +160,9 @@ make_prefix() {
     wineserver -w
     touch "$1/made"
   fi
+  # Debian's Wine has its server end with the last program, and one that starts at that moment fails. A server that
+  # stays must not hold our lock, since it outlives a script that is killed.
+  [ "$2" = Y ] || (exec {held}>&-; wineserver -k; wineserver -w; wineserver -p) </dev/null >/dev/null 2>&1 || true
   # The first process of a prefix starts services that keep its streams open: it gets none of ours.
   wine wineboot </dev/null >/dev/null 2>&1 || die "Wine does not start in $1"
 }
