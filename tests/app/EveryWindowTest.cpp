@@ -67,6 +67,8 @@ class EveryWindow : public MainWindowFixture {
 
   /// Presses Tab until the focus is where it began; every part that takes part has had it then.
   void GoRound(HWND window) const {
+    // A window is in front a moment before its first control has the focus.
+    EXPECT_TRUE(WaitUntil([&] { return IsChild(window, Focus()) != 0; }));
     std::vector<HWND> parts;
     EnumChildWindows(window, &AddVisible, reinterpret_cast<LPARAM>(&parts));
     std::set<HWND> missing;

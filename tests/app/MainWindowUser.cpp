@@ -103,9 +103,10 @@ std::string MainWindowUser::Setting(const std::string& section, const std::strin
 void MainWindowUser::Open() {
   program_.Start();
   window_ = program_.MainWindow();
-  Need(window_ != nullptr &&
-           WaitUntil([&] { return IsForeground(window_) && (Selected() == 0 || !Prompt().empty()); }),
-       "the main window does not come up");
+  const auto ready = [&] {
+    return IsForeground(window_) && Focus() != nullptr && (Selected() == 0 || !Prompt().empty());
+  };
+  Need(window_ != nullptr && WaitUntil(ready), "the main window does not come up");
 }
 
 void MainWindowUser::Close() {
