@@ -8,6 +8,7 @@ file(GLOB_RECURSE PICTURE_FILES CONFIGURE_DEPENDS ${PICTURE_SOURCES}/*)
 
 add_custom_command(
   OUTPUT ${PICTURE_OUTPUT}/made
+  BYPRODUCTS ${PICTURE_OUTPUT}/toolbar.h ${PICTURE_OUTPUT}/toolbar.rc
   COMMAND ${Python3_EXECUTABLE} ${PICTURE_SCRIPT} ${PICTURE_SOURCES} ${PICTURE_OUTPUT}
   COMMAND ${CMAKE_COMMAND} -E touch ${PICTURE_OUTPUT}/made
   DEPENDS ${PICTURE_SCRIPT} ${PICTURE_FILES}
@@ -15,7 +16,7 @@ add_custom_command(
   VERBATIM)
 add_custom_target(pictures DEPENDS ${PICTURE_OUTPUT}/made)
 
-# Lets the resource script of `target` find the pictures, and builds it anew when one changes.
+# Lets the resource script of `target` find the pictures, and builds it again when one changes.
 function(use_pictures target)
   add_dependencies(${target} pictures)
   target_include_directories(${target} PRIVATE ${PICTURE_OUTPUT} ${PROJECT_SOURCE_DIR}/resources)

@@ -7,10 +7,13 @@ SOURCE_DIR holds
 
     palette.gpl       the colours every picture is drawn with (GIMP palette)
     *.svg             the program icon and the four message-box icons
-    toolbar/*.xpm     the toolbar pictures, 16x16, one character per pixel
+    toolbar/NUMBER-NAME.xpm
+                      the toolbar pictures, one character per pixel
 
-OUT_DIR receives snipstore.ico, the four message-box .ico files, 101.bmp to
-120.bmp and drop.bmp.  The same sources always give the same bytes.
+OUT_DIR receives snipstore.ico, the four message-box .ico files, and of each
+toolbar picture NAME.bmp with its number in toolbar.h and its resource in
+toolbar.rc, both under the name IDB_NAME.  The same sources always give the
+same bytes.
 
 Needs Python 3 and rsvg-convert (Debian package librsvg2-bin), nothing else.
 Every source is checked before anything is written; a picture with a fault
@@ -49,33 +52,9 @@ ICONS = {
     "critical": [(size, "critical.svg") for size in (32, 40, 48)],
 }
 
-# Resource number -> source in toolbar/ (without .xpm).
-TOOLBAR = {
-    101: "paste-to-code",
-    102: "copy",
-    103: "new-module",
-    104: "edit-snippet",
-    105: "delete-snippet",
-    106: "keep-on-top",
-    107: "about",
-    108: "new-snippet",
-    109: "new-library",
-    110: "save-library",
-    111: "web-page",
-    112: "rename-library",
-    113: "settings",
-    114: "view-attachment",
-    115: "undo",
-    116: "cut",
-    117: "paste",
-    118: "select-all",
-    119: "commit",
-    120: "syntax-highlighting",
-}
-
+# The toolbar pictures that have another size than the others.
 TOOLBAR_SIZE = (16, 16)
-DROP_ARROW = "drop-arrow"
-DROP_ARROW_SIZE = (5, 3)
+OTHER_SIZES = {"drop-arrow": (5, 3)}
 
 MASK = (0xC0, 0xC0, 0xC0)
 
@@ -320,12 +299,9 @@ def check_icon_picture(path, picture, size):
 
 
 def check_nothing_is_left_over(source):
-    """A picture nobody uses is mostly a misspelt name; say so."""
+    """An icon's drawing nobody uses is mostly a misspelt name; say so."""
     used = {source / name for sizes in ICONS.values() for _, name in sizes}
-    used |= {toolbar_path(source, name) for name in TOOLBAR.values()}
-    used.add(toolbar_path(source, DROP_ARROW))
-    found = set(source.glob("**/*.svg")) | set(source.glob("**/*.xpm"))
-    for path in sorted(found - used):
+    for path in sorted(set(source.glob("**/*.svg")) - used):
         raise PictureError(f"{path}: no picture of the program is made from "
                            f"this file")
 
@@ -418,6 +394,8 @@ GREY_TEXT = (0xA0, 0xA0, 0xA0)
 WHITE = (0xFF, 0xFF, 0xFF)
 SHEET_BACK = (0xFA, 0xFA, 0xFA)
 
+LARGEST_ENLARGED = 48
+
 # Digits for the captions, 3x5 pixels, one row per group.
 DIGITS = {
     "0": "111 101 101 101 111", "1": "010 110 010 010 111",
@@ -497,18 +475,16 @@ def toolbar_views(picture):
     return main_views, classic_views
 
 
-def contact_sheet(icons, toolbar, drop_arrow):
+def contact_sheet(icons, toolbar):
     """Draw all pictures at 1x and 4x on the grounds they will meet."""
     cell_width, cell_height, columns = 288, 112, 4
-    entries = sorted(toolbar.items())
-    toolbar_rows = (len(entries) + columns) // columns
+    toolbar_rows = (len(toolbar) + columns - 1) // columns
     sheet = Picture(columns * cell_width, 0)
 
-    for index, (number, picture) in enumerate(entries + [(0, drop_arrow)]):
+    for index, ((number, _), picture) in enumerate(toolbar.items()):
         left = index % columns * cell_width + 6
         top = index // columns * cell_height + 6
-        if number:
-            write_number(sheet, left, top, number)
+        write_number(sheet, left, top, number)
         main_views, classic_views = toolbar_views(picture)
         for i, (view, back) in enumerate(main_views):
             paste(sheet, left + 34 + i * 82, top, view, 4, back)
@@ -527,12 +503,12 @@ def sheet_icon_rows(sheet, top, pictures):
     Returns where the next icon may begin.
     """
     left, row_height = 6, 0
-    views = [(p, 1, back) for p in pictures if p.width <= LARGEST_BMP_ICON
+    views = [(p, 1, back) for p in pictures if p.width <= LARGEST_ENLARGED
              for back in (BUTTON_FACE, HIGHLIGHT)]
     views += [(p, 4, BUTTON_FACE) for p in pictures
-              if p.width <= LARGEST_BMP_ICON]
+              if p.width <= LARGEST_ENLARGED]
     views += [(p, 1, BUTTON_FACE) for p in pictures
-              if p.width > LARGEST_BMP_ICON]
+              if p.width > LARGEST_ENLARGED]
     for picture, factor, back in views:
         width = (picture.width + 4) * factor
         if left + width > sheet.width:
@@ -547,17 +523,29 @@ def sheet_icon_rows(sheet, top, pictures):
 # Putting it together
 # ---------------------------------------------------------------------------
 
-def toolbar_path(source, name):
-    """Where the source of a toolbar picture lies."""
-    return source / "toolbar" / f"{name}.xpm"
+def load_toolbar(source, palette):
+    """Read and check the toolbar pictures: {(number, name): picture}, in the
+    order of their numbers."""
+    toolbar = {}
+    for path in sorted((source / "toolbar").iterdir()):
+        label = re.fullmatch(r"(\d{3})-([a-z]+(?:-[a-z]+)*)\.xpm", path.name)
+        if not label:
+            raise PictureError(f"{path}: is not called NUMBER-NAME.xpm")
+        number, name = int(label[1]), label[2]
+        if any(number == other or name == its_name
+               for other, its_name in toolbar):
+            raise PictureError(f"{path}: another picture has this number or "
+                               f"name")
+        picture = read_xpm(path)
+        check_toolbar_picture(path, picture,
+                              OTHER_SIZES.get(name, TOOLBAR_SIZE), palette)
+        toolbar[number, name] = picture
+    return toolbar
 
 
-def load_toolbar_picture(source, name, size, palette):
-    """Read and check one toolbar picture."""
-    path = toolbar_path(source, name)
-    picture = read_xpm(path)
-    check_toolbar_picture(path, picture, size, palette)
-    return picture
+def resource_name(name):
+    """What the program calls a toolbar picture."""
+    return "IDB_" + name.upper().replace("-", "_")
 
 
 def load_icon(source, sizes, palette):
@@ -584,17 +572,18 @@ def main():
 
     palette = read_palette(options.source / "palette.gpl")
     check_nothing_is_left_over(options.source)
-    toolbar = {number: load_toolbar_picture(options.source, name,
-                                            TOOLBAR_SIZE, palette)
-               for number, name in TOOLBAR.items()}
-    drop_arrow = load_toolbar_picture(options.source, DROP_ARROW,
-                                      DROP_ARROW_SIZE, palette)
+    toolbar = load_toolbar(options.source, palette)
     icons = {name: load_icon(options.source, sizes, palette)
              for name, sizes in ICONS.items()}
 
-    files = {f"{number}.bmp": encode_bmp(picture)
-             for number, picture in toolbar.items()}
-    files["drop.bmp"] = encode_bmp(drop_arrow)
+    files = {f"{name}.bmp": encode_bmp(picture)
+             for (_, name), picture in toolbar.items()}
+    files["toolbar.h"] = "".join(
+        f"#define {resource_name(name)} {number}\n"
+        for number, name in toolbar).encode()
+    files["toolbar.rc"] = "".join(
+        f'{resource_name(name)} BITMAP "{name}.bmp"\n'
+        for _, name in toolbar).encode()
     files.update((f"{name}.ico", encode_ico(
                      pictures, LARGEST_BMP_OF_PROGRAM if name == "snipstore"
                      else LARGEST_BMP_OF_MESSAGES))
@@ -605,7 +594,7 @@ def main():
         (options.output / name).write_bytes(data)
     if options.contact_sheet:
         options.contact_sheet.write_bytes(
-            encode_png(contact_sheet(icons, toolbar, drop_arrow)))
+            encode_png(contact_sheet(icons, toolbar)))
 
 
 if __name__ == "__main__":
