@@ -5,7 +5,8 @@
 
 namespace snip::bench {
 
-RealWindow::RealWindow(const std::vector<Snippet>& snippets) {
+RealWindow::RealWindow(const std::vector<Snippet>& snippets)
+    : MainWindowParts([](const std::string&, int, const std::string&) { return MessageResult::No; }) {
   folder_.Write("Bench.bns", WriteBns(snippets));
   window_.Show();
   AnswerAll();

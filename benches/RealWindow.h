@@ -4,16 +4,12 @@
 #include <vector>
 
 #include "library/Library.h"
-#include "library/LibraryFolder.h"
-#include "tests/support/TestDesktop.h"
-#include "tests/support/TestRegistry.h"
-#include "ui/caption/CaptionPainter.h"
-#include "ui/main/frmAddIn.h"
+#include "tests/support/MainWindowParts.h"
 
 namespace snip::bench {
 
 /// The program's main window in this process, with a library of its own and an empty registry.
-class RealWindow {
+class RealWindow : test::MainWindowParts {
  public:
   explicit RealWindow(const std::vector<Snippet>& snippets);
 
@@ -26,23 +22,7 @@ class RealWindow {
   HWND Code() const { return GetDlgItem(Control(frmAddIn::kCodeId), BnRichEdit::kControlId); }
 
  private:
-  test::TemporaryFolder folder_;
-  test::TestRegistry testRegistry_;
-  LibraryFolder store_{folder_.path()};
-  ShowMessageFunction showMessage_ = [](const std::string&, int, const std::string&) {
-    return MessageResult::No;
-  };
-  Registry32 registry_{showMessage_};
-  SoundEffects sounds_{registry_};
-  SettingsStore settings_{registry_};
-  CaptionPainter captions_;
-  frmAddIn window_{{.store = store_,
-                    .settings = settings_,
-                    .sounds = sounds_,
-                    .caption = captions_,
-                    .showMessage = showMessage_,
-                    .unloaded = [] {},
-                    .hidden = [] {}}};
+  frmAddIn window_{Services()};
 };
 
 }  // namespace snip::bench

@@ -11,13 +11,10 @@
 
 #include "app/AddInWindow.h"
 #include "library/BnsFormat.h"
-#include "library/LibraryFolder.h"
 #include "platform/Clipboard.h"
 #include "platform/Win32Text.h"
-#include "tests/support/TestDesktop.h"
-#include "tests/support/TestRegistry.h"
+#include "tests/support/MainWindowParts.h"
 #include "ui/main/MainWindowKeys.h"
-#include "ui/main/frmAddIn.h"
 
 namespace snip::test {
 namespace {
@@ -27,20 +24,18 @@ using namespace std::string_literals;
 constexpr int kSave = int{Command::kMainButton} + int{MainButton::kSaveLibrary};
 
 /// The real window on a library "Lib" of one snippet, while something around it fails.
-class FaultsTest : public testing::Test {
+class FaultsTest : public testing::Test, protected MainWindowParts {
  protected:
-  FaultsTest() { folder_.Write("Lib.bns", NewLibraryBns()); }
+  FaultsTest()
+      : MainWindowParts([this](const std::string& prompt, int, const std::string&) {
+          messages_.push_back(prompt);
+          return answer_();
+        }) {
+    folder_.Write("Lib.bns", NewLibraryBns());
+  }
   ~FaultsTest() override { window_.reset(); }
 
-  void Make() {
-    window_ = std::make_unique<frmAddIn>(frmAddIn::Services{.store = store_,
-                                                            .settings = settings_,
-                                                            .sounds = sounds_,
-                                                            .caption = captions_,
-                                                            .showMessage = showMessage_,
-                                                            .unloaded = [] {},
-                                                            .hidden = [] {}});
-  }
+  void Make() { window_ = std::make_unique<frmAddIn>(Services()); }
   void Open() {
     Make();
     ASSERT_TRUE(window_->Show());
@@ -57,19 +52,8 @@ class FaultsTest : public testing::Test {
   }
   std::string Stored() const { return folder_.Read("Lib.bns"); }
 
-  TemporaryFolder folder_;
-  LibraryFolder store_{folder_.path()};
   std::vector<std::string> messages_;
   std::function<MessageResult()> answer_ = [] { return MessageResult::Ok; };
-  ShowMessageFunction showMessage_ = [this](const std::string& prompt, int, const std::string&) {
-    messages_.push_back(prompt);
-    return answer_();
-  };
-  Registry32 registry_{showMessage_};
-  SoundEffects sounds_{registry_};
-  SettingsStore settings_{registry_};
-  CaptionPainter captions_;
-  TestRegistry testRegistry_;
   std::unique_ptr<frmAddIn> window_;
 };
 

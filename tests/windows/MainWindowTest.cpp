@@ -10,16 +10,13 @@
 #include <vector>
 
 #include "library/BnsFormat.h"
-#include "library/LibraryFolder.h"
 #include "platform/Clipboard.h"
 #include "platform/ScreenTwips.h"
 #include "platform/Win32Text.h"
 #include "tests/support/AccessibleClient.h"
-#include "tests/support/TestDesktop.h"
-#include "tests/support/TestRegistry.h"
+#include "tests/support/MainWindowParts.h"
 #include "ui/editor/CodeColours.h"
 #include "ui/find/frmFindKey.h"
-#include "ui/main/frmAddIn.h"
 
 namespace snip::test {
 namespace {
@@ -29,8 +26,15 @@ Snippet Named(const std::string& name) {
 }
 
 /// The real window with real messages; only the message box is answered by the test.
-class MainWindowTest : public testing::Test {
+class MainWindowTest : public testing::Test, protected MainWindowParts {
  protected:
+  MainWindowTest()
+      : MainWindowParts([this](const std::string& prompt, int, const std::string& title) {
+          EXPECT_EQ(title, prompt.ends_with("Snipstore 2.0 format.") ? "" : "Brennic Snipstore 2.x");
+          messages_.push_back(prompt);
+          return MessageResult::Ok;
+        }) {}
+
   void SetUp() override {
     folder_.Write("Numbers.bns", WriteBns(std::vector{Named("one"), Named("two"), Named("three")}));
   }
@@ -93,26 +97,8 @@ class MainWindowTest : public testing::Test {
     return WaitUntil(condition, 10000, [this] { Answer(); });
   }
 
-  TemporaryFolder folder_;
-  LibraryFolder store_{folder_.path()};
   std::vector<std::string> messages_;
-  TestRegistry testRegistry_;
-  ShowMessageFunction showMessage_ = [this](const std::string& prompt, int, const std::string& title) {
-    EXPECT_EQ(title, prompt.ends_with("Snipstore 2.0 format.") ? "" : "Brennic Snipstore 2.x");
-    messages_.push_back(prompt);
-    return MessageResult::Ok;
-  };
-  Registry32 registry_{showMessage_};
-  SoundEffects sounds_{registry_};
-  SettingsStore settings_{registry_};
-  CaptionPainter captions_;
-  frmAddIn window_{{.store = store_,
-                    .settings = settings_,
-                    .sounds = sounds_,
-                    .caption = captions_,
-                    .showMessage = showMessage_,
-                    .unloaded = [] {},
-                    .hidden = [] {}}};
+  frmAddIn window_{Services()};
 };
 
 TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeen) {
