@@ -65,13 +65,14 @@ class MeasuringDC {
   UniqueMemoryContext dc_{CreateCompatibleDC(nullptr)};
 };
 
-/// The device context of a window, or of the whole screen for a null window.
-class WindowDC {
+/// A device context of a window as long as it lives.
+template <auto Get>
+class ContextOfWindow {
  public:
-  explicit WindowDC(HWND window) : window_(window), dc_(GetDC(window)) {}
-  ~WindowDC() { ReleaseDC(window_, dc_); }
-  WindowDC(const WindowDC&) = delete;
-  WindowDC& operator=(const WindowDC&) = delete;
+  explicit ContextOfWindow(HWND window) : window_(window), dc_(Get(window)) {}
+  ~ContextOfWindow() { ReleaseDC(window_, dc_); }
+  ContextOfWindow(const ContextOfWindow&) = delete;
+  ContextOfWindow& operator=(const ContextOfWindow&) = delete;
   HDC get() const { return dc_; }
 
  private:
@@ -79,19 +80,8 @@ class WindowDC {
   HDC dc_;
 };
 
-/// The device context of a whole window, frame included; its origin is the window's left top.
-class FrameDC {
- public:
-  explicit FrameDC(HWND window) : window_(window), dc_(GetWindowDC(window)) {}
-  ~FrameDC() { ReleaseDC(window_, dc_); }
-  FrameDC(const FrameDC&) = delete;
-  FrameDC& operator=(const FrameDC&) = delete;
-  HDC get() const { return dc_; }
-
- private:
-  HWND window_;
-  HDC dc_;
-};
+using WindowDC = ContextOfWindow<&GetDC>;  ///< Of the client area, or of the whole screen for a null window.
+using FrameDC = ContextOfWindow<&GetWindowDC>;  ///< Frame included; its origin is the window's left top.
 
 /// The device context in which a window answers WM_PAINT.
 class PaintDC {
