@@ -9,6 +9,12 @@
 #include "vba/LateCall.h"
 
 namespace snip::vba {
+namespace {
+
+constexpr int kMostAttempts = 3;
+constexpr DWORD kPauseMs = 100;
+
+}  // namespace
 
 HRESULT SnipstoreProgram::Show(IDispatch* editor) {
   if (starting_) return S_FALSE;
@@ -21,7 +27,14 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     LetGo();  // it has ended by itself, or cannot show itself
   }
   starting_ = true;
-  const HRESULT started = Start(editor);
+  HRESULT started = Start(editor);
+  // A program that is just ending is still found, and refuses; by the next attempt it is gone. For one that
+  // does not come up the system has waited long enough.
+  const auto isEnding = [&] { return FAILED(started) && started != CO_E_SERVER_EXEC_FAILURE; };
+  for (int attempts = 1; isEnding() && attempts < kMostAttempts; ++attempts) {
+    Sleep(kPauseMs);
+    started = Start(editor);
+  }
   starting_ = false;
   return started;
 }

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <optional>
 #include <set>
 #include <tuple>
 
+#include "app/ComServer.h"
 #include "tests/app/AddInDriver.h"
 #include "tests/support/TestRegistry.h"
 
@@ -144,8 +146,17 @@ TEST_F(AddInTest, InVbasEditorTheEntryComesBackAndALostProgramIsStartedAgain) {
                   {"complete", "0"},
                   {"shutdown", "0"},  // which is cancelled
                   {"entries", kEntry}});
+  // The first click finds a program that is about to end.
+  const ComApartment apartment;
+  ServerLife life(INFINITE, INFINITE);
+  std::optional<ComServer> ending;
+  ending.emplace(kConnectClassId, life, [&](REFIID /*iid*/, void** /*object*/) {
+    ending.reset();
+    return CO_E_SERVER_STOPPING;
+  });
   for (int time = 0; time < 2; ++time) {
     editor.Ask("click");
+    ASSERT_FALSE(ending) << "not asked";
     ASSERT_NE(program_.MainWindow(), nullptr);
     // Ends the program as one whose environment has died; what is killed stays known to Wine's COM.
     PostMessageA(FindWindowExA(HWND_MESSAGE, nullptr, "SnipstoreConnection", nullptr), WM_APP + 2, 0, 0);
