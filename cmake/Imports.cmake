@@ -20,25 +20,3 @@ function(delay_load target library)
   add_dependencies(${target} ${library}_imports)
   target_link_libraries(${target} PUBLIC ${directory}/${library}.a delayimp)
 endfunction()
-
-# Functions that come from their libraries by number in the 32-bit programs: Windows XP's libraries give them no
-# name. The numbers are documented with the functions, and later systems keep them.
-function(import_by_number target library)
-  if(NOT CMAKE_SIZEOF_VOID_P EQUAL 4)
-    return()
-  endif()
-  set(directory ${PROJECT_BINARY_DIR}/generated)
-  list(JOIN ARGN "\n" exports)
-  file(CONFIGURE OUTPUT ${directory}/${library}_numbers.def CONTENT "LIBRARY ${library}.dll\nEXPORTS\n${exports}\n")
-  add_custom_command(
-    OUTPUT ${directory}/${library}_numbers.a
-    COMMAND ${CMAKE_DLLTOOL} --kill-at --temp-prefix ${library}_numbers --input-def ${library}_numbers.def
-            --output-lib ${library}_numbers.a
-    WORKING_DIRECTORY ${directory}
-    DEPENDS ${directory}/${library}_numbers.def
-    COMMENT "Making the imports by number of ${library}"
-    VERBATIM)
-  add_custom_target(${library}_numbers DEPENDS ${directory}/${library}_numbers.a)
-  add_dependencies(${target} ${library}_numbers)
-  target_link_libraries(${target} PUBLIC ${directory}/${library}_numbers.a)
-endfunction()

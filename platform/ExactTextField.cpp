@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/Clipboard.h"
-#include "platform/Guarded.h"
 #include "platform/Win32Text.h"
 
 namespace snip {
@@ -20,23 +19,15 @@ void Paste(HWND control) {
   SendMessageA(control, EM_SETMODIFY, TRUE, 0);  // no documentation says that the control does
 }
 
-/// In front of the control's own procedure, which is its user data.
-LRESULT CALLBACK PasteProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_PASTE) {
-    Guarded([&] { Paste(control); });
-    return 0;
-  }
-  const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(control, GWLP_USERDATA));
-  return CallWindowProcA(own, control, message, wParam, lParam);
-}
-
 }  // namespace
 
-// By hand: the common controls' way asks Wine's server three times with each message for window properties,
-// which was a sixth of showing the next snippet.
-ExactTextField::ExactTextField(HWND control) : control_(control) {
-  SetWindowLongPtrA(control, GWLP_USERDATA, GetWindowLongPtrA(control, GWLP_WNDPROC));
-  SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PasteProc));
+void ExactTextField::Attach(HWND control) {
+  control_ = control;
+  subclass_.Start(control, [](const Subclass::Message& message) {
+    if (message.id != WM_PASTE) return message.PassOn();
+    Paste(message.window);
+    return LRESULT{0};
+  });
 }
 
 void ExactTextField::SetText(const std::string& text) {

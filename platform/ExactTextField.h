@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "platform/Subclass.h"
 #include "platform/TextFieldBytes.h"
 
 namespace snip {
@@ -15,9 +16,8 @@ namespace snip {
 /// What is pasted becomes what the code page has of it, so that the control shows what will be stored.
 class ExactTextField {
  public:
-  ExactTextField() = default;
-  /// Of an edit control of the program's own, whose user data it takes.
-  explicit ExactTextField(HWND control);
+  /// From now on the text of this edit control.
+  void Attach(HWND control);
 
   void SetText(const std::string& text);
   /// Nothing when the control does not tell it.
@@ -25,6 +25,7 @@ class ExactTextField {
 
  private:
   HWND control_ = nullptr;
+  Subclass subclass_;
   std::string original_;
   TextFieldBytes bytes_;
 };

@@ -1,40 +1,101 @@
 #include "platform/Subclass.h"
 
-#include <commctrl.h>
-
 #include <utility>
 
 #include "platform/Guarded.h"
 
 namespace snip {
+namespace {
+
+WNDPROC Replace(HWND window, WNDPROC procedure) {
+  return reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+}
+
+}  // namespace
+
+/// After its end it still leads to those behind it, for the message that it is handling.
+struct Subclass::Link {
+  Handler handler;
+  WNDPROC own = nullptr;       ///< The window's, behind the last.
+  std::shared_ptr<Link> next;  ///< The one that was there before; null for the last.
+  bool stopped = false;
+
+  LRESULT Answer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NCDESTROY) stopped = true;
+    return Guarded(LRESULT{0}, [&] { return handler({window, message, wParam, lParam, stopped, *this}); });
+  }
+};
+
+/// Those of one window, which owns it.
+struct Subclass::Chain {
+  WNDPROC own = nullptr;
+  std::shared_ptr<Link> first;  ///< The latest; null when none is left, but a procedure in front of them is.
+};
 
 LRESULT Subclass::Message::PassOn() const {
-  return DefSubclassProc(window, id, wParam, lParam);
+  std::shared_ptr<Link> next = link.next;
+  while (next && next->stopped) next = next->next;
+  return next ? next->Answer(window, id, wParam, lParam)
+              : CallWindowProcA(link.own, window, id, wParam, lParam);
 }
 
 bool Subclass::Start(HWND window, Handler handler) {
   Stop();
-  auto hook = std::make_shared<Hook>(Hook{std::move(handler)});
-  const auto self = reinterpret_cast<UINT_PTR>(this);
-  if (window == nullptr || SetWindowSubclass(window, &Procedure, self, self) == FALSE) return false;
+  if (GetWindowThreadProcessId(window, nullptr) != GetCurrentThreadId()) return false;
+  auto link = std::make_shared<Link>();
+  link->handler = std::move(handler);
+  if (Of(window) == nullptr) {
+    Bind(window, new Chain);
+    Of(window)->own = Replace(window, &Procedure);
+  }
+  Chain& chain = *Of(window);
+  link->own = chain.own;
+  link->next = std::exchange(chain.first, link);
+  link_ = std::move(link);
   window_ = window;
-  hook_ = std::move(hook);
   return true;
 }
 
 void Subclass::Stop() {
-  const HWND window = std::exchange(window_, nullptr);
-  if (window == nullptr) return;
-  RemoveWindowSubclass(window, &Procedure, reinterpret_cast<UINT_PTR>(this));
-  std::exchange(hook_, nullptr)->stopped = true;
+  const std::shared_ptr<Link> link = std::exchange(link_, nullptr);
+  if (!link || std::exchange(link->stopped, true)) return;
+  Chain* const chain = Of(window_);
+  if (chain == nullptr) return;  // the window is gone
+  std::shared_ptr<Link>* place = &chain->first;
+  while (*place && *place != link) place = &(*place)->next;
+  if (*place) *place = link->next;
+  const auto current = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(window_, GWLP_WNDPROC));
+  // A procedure in front, put there later, goes on calling ours, and would be lost with it.
+  if (chain->first || current != &Procedure) return;
+  Replace(window_, chain->own);
+  Bind(window_, nullptr);
+  delete chain;
 }
 
-LRESULT CALLBACK Subclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
-                                     DWORD_PTR self) {
-  auto* subclass = reinterpret_cast<Subclass*>(self);
-  const std::shared_ptr<Hook> hook = subclass->hook_;
-  if (message == WM_NCDESTROY) subclass->Stop();
-  return Guarded(LRESULT{0}, [&] { return hook->handler({window, message, wParam, lParam, hook->stopped}); });
+WNDPROC Subclass::WindowsOwn() const {
+  return link_->own;
+}
+
+Subclass::Chain* Subclass::Of(HWND window) {
+  return reinterpret_cast<Chain*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+}
+
+void Subclass::Bind(HWND window, const Chain* chain) {
+  SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(chain));
+}
+
+LRESULT CALLBACK Subclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  Chain* const chain = Of(window);
+  if (chain == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+  const WNDPROC own = chain->own;
+  const std::shared_ptr<Link> first = chain->first;
+  if (message == WM_NCDESTROY) {
+    Bind(window, nullptr);
+    delete chain;
+  }
+  return first ? first->Answer(window, message, wParam, lParam)
+               : CallWindowProcA(own, window, message, wParam, lParam);
 }
 
 }  // namespace snip

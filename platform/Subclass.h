@@ -8,8 +8,15 @@
 namespace snip {
 
 /// Sees the messages of another window of the thread before that window does, for as long as it is there and
-/// the window lives. A window may have several.
+/// the window lives. A window may have several, which end in any order; the latest sees a message first. When
+/// somebody else has put a procedure in front since then, ours stays after the end and only passes messages
+/// on.
+///
+/// They are found by the window's user data, which is theirs alone. The common controls find theirs by window
+/// properties and ask Wine's server for three with each message, a sixth of showing the next snippet.
 class Subclass {
+  struct Link;
+
  public:
   struct Message {
     HWND window;
@@ -17,8 +24,10 @@ class Subclass {
     WPARAM wParam;
     LPARAM lParam;
     const bool& stopped;  ///< The subclass has ended, and what its handler refers to may be gone.
+    const Link& link;     ///< Of the subclass.
 
-    /// Has the window answer it, and the subclasses that were there before.
+    /// Has the window answer it, and the subclasses that were there before. To have them see
+    /// something else, change a copy and pass that on.
     LRESULT PassOn() const;
   };
   /// Answers a message. It may do anything, the end of the subclass included. When it throws, the message has
@@ -30,21 +39,22 @@ class Subclass {
   Subclass(const Subclass&) = delete;
   Subclass& operator=(const Subclass&) = delete;
 
-  /// Instead of the window so far. False when the system refuses, as it does for a null window.
+  /// Instead of the window so far. False for what is no window of this thread.
   bool Start(HWND window, Handler handler);
   void Stop();
 
- private:
-  struct Hook {
-    Handler handler;
-    bool stopped = false;
-  };
+  /// The procedure that the window had before its first subclass. To be asked of one that has started.
+  WNDPROC WindowsOwn() const;
 
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                    DWORD_PTR self);
+ private:
+  struct Chain;
+
+  static Chain* Of(HWND window);
+  static void Bind(HWND window, const Chain* chain);
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   HWND window_ = nullptr;
-  std::shared_ptr<Hook> hook_;  ///< Shared with the messages that are being handled.
+  std::shared_ptr<Link> link_;  ///< Shared with the messages that are being handled.
 };
 
 }  // namespace snip

@@ -9,6 +9,9 @@
 namespace snip {
 namespace {
 
+/// Offset among the class's own bytes of each window; the user data belongs to `Subclass`.
+constexpr int kBoundObject = 0;
+
 bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPROC procedure) {
   const HINSTANCE instance = GetModuleHandleA(nullptr);
   WNDCLASSEXA existing{};
@@ -19,6 +22,7 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
   description.cbSize = sizeof description;
   description.style = style;
   description.lpfnWndProc = procedure;
+  description.cbWndExtra = sizeof(Window*);
   description.hInstance = instance;
   description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
   description.hbrBackground = GetSysColorBrush(background);
@@ -47,7 +51,7 @@ Window::~Window() {
   Destroy();
   // Still there when the object is deleted in the midst of its window's destruction, which goes on without
   // it.
-  if (hWnd_ != nullptr) SetWindowLongPtrA(hWnd_, GWLP_USERDATA, 0);
+  if (hWnd_ != nullptr) SetWindowLongPtrA(hWnd_, kBoundObject, 0);
 }
 
 void Window::Destroy() {
@@ -88,9 +92,9 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
     const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(lParam);
     auto* self = static_cast<Window*>(creation->lpCreateParams);
     self->hWnd_ = window;
-    SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    SetWindowLongPtrA(window, kBoundObject, reinterpret_cast<LONG_PTR>(self));
   }
-  auto* self = reinterpret_cast<Window*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+  auto* self = reinterpret_cast<Window*>(GetWindowLongPtrA(window, kBoundObject));
   // Some messages come before WM_NCCREATE and some could come after WM_NCDESTROY.
   if (self == nullptr) return DefWindowProcA(window, message, wParam, lParam);
 
@@ -101,7 +105,7 @@ LRESULT CALLBACK Window::WindowProc(HWND window, UINT message, WPARAM wParam, LP
   const bool ends = message == WM_CLOSE || message == WM_QUERYENDSESSION;
   const LRESULT result = answer ? *answer : ends ? 0 : DefWindowProcA(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) {
-    SetWindowLongPtrA(window, GWLP_USERDATA, 0);
+    SetWindowLongPtrA(window, kBoundObject, 0);
     self->hWnd_ = nullptr;
   }
   return result;

@@ -127,10 +127,9 @@ class BnRichEditTest : public testing::Test {
 };
 
 /// In double-byte code pages the system may tell a length that would do for any entry of as many characters.
-LRESULT CALLBACK TellDoubleLength(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(list, GWLP_USERDATA));
-  const bool asksLength = message == LB_GETTEXTLEN || message == CB_GETLBTEXTLEN;
-  return CallWindowProcA(own, list, message, wParam, lParam) * (asksLength ? 2 : 1);
+LRESULT TellDoubleLength(const Subclass::Message& message) {
+  const bool asksLength = message.id == LB_GETTEXTLEN || message.id == CB_GETLBTEXTLEN;
+  return message.PassOn() * (asksLength ? 2 : 1);
 }
 
 TEST_F(BnRichEditTest, ListsTellTheirEntriesAsTheyAre) {
@@ -138,8 +137,8 @@ TEST_F(BnRichEditTest, ListsTellTheirEntriesAsTheyAre) {
   for (const auto& [name, add, textOf] : {std::tuple{"LISTBOX", UINT{LB_ADDSTRING}, &ListBoxText},
                                           {"COMBOBOX", UINT{CB_ADDSTRING}, &ComboBoxText}}) {
     const HWND list = CreateControl(frame_, name, "", CBS_DROPDOWNLIST, 0, 7, nullptr, {0, 0, 90, 90});
-    SetWindowLongPtrA(list, GWLP_USERDATA,
-                      SetWindowLongPtrA(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&TellDoubleLength)));
+    Subclass doubled;
+    ASSERT_TRUE(doubled.Start(list, &TellDoubleLength));
     SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(entry.c_str()));
     EXPECT_EQ(textOf(list, 0), entry);
     EXPECT_EQ(textOf(list, 1), "");
@@ -207,7 +206,8 @@ TEST_F(BnRichEditTest, OnlyTextIsPastedAndWhatTheCodePageLacksIsReplaced) {
     SendMessageA(Control(), EM_REDO, 0, 0);
     EXPECT_EQ(RichEditText(Control()), Utf16FromAnsi("a" + stored + "b"));
   }
-  const ExactTextField field(other_);
+  ExactTextField field;
+  field.Attach(other_);
   SendMessageA(other_, WM_PASTE, 0, 0);
   // Past the field's own procedures, which are told in the code page.
   WNDCLASSW edit{};

@@ -18,7 +18,7 @@ void frmNew::OnInit() {
       Add("EDIT", "", WS_TABSTOP | ES_AUTOHSCROLL, kNameId, {7, 18, 186, 14}, WS_EX_CLIENTEDGE);
   AddDefaultButton("OK", IDOK, {89, 39, 50, 14});
   AddButton("Cancel", IDCANCEL, {143, 39, 50, 14});
-  field_ = ExactTextField(txtName);
+  field_.Attach(txtName);
   field_.SetText(name_);
   SizeAndCentre({Across(200), Down(60)});
   SendMessageA(txtName, EM_SETSEL, 0, -1);

@@ -8,7 +8,6 @@
 
 #include "platform/FlagScope.h"
 #include "platform/Fonts.h"
-#include "platform/Guarded.h"
 #include "platform/OleColor.h"
 #include "platform/ScreenTwips.h"
 #include "platform/SystemLibrary.h"
@@ -77,10 +76,7 @@ void BnRichEdit::MakeControl() {
                                ES_AUTOHSCROLL | ES_WANTRETURN | ES_NOHIDESEL,
                            WS_EX_CLIENTEDGE, kControlId, fontHandle_.get(), {0, 0, size.width, size.height});
   if (control_ == nullptr) return;
-  // By hand: the common controls' way asks for window properties with each message, which takes long.
-  SetWindowLongPtrA(control_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  controlsOwn_ = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrA(control_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ControlProc)));
+  subclass_.Start(control_, [this](const Subclass::Message& message) { return OnControlMessage(message); });
   SendMessageA(control_, EM_SETREADONLY, locked_ ? TRUE : FALSE, 0);
   if (hasRichEdit_) {
     SendMessageA(control_, EM_EXLIMITTEXT, 0, kNoTextLimit);
@@ -369,29 +365,28 @@ void BnRichEdit::Undo() {
   SendMessageA(control_, EM_UNDO, 0, 0);
 }
 
-LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (parts_.unfinished() && !filling_ && control == control_ && ConcernsWholeText(message)) FillAll();
-  if (FilterInput(message, wParam, lParam)) return 0;
+LRESULT BnRichEdit::OnControlMessage(const Subclass::Message& message) {
+  const UINT id = message.id;
+  if (parts_.unfinished() && !filling_ && message.window == control_ && ConcernsWholeText(id)) FillAll();
+  if (FilterInput(message)) return 0;
   // An event may have replaced the control, or locked it.
-  const bool going = message == WM_DESTROY || message == WM_NCDESTROY;
-  if (!going && (control != control_ || (locked_ && !filling_ && ChangesText(message)))) return 0;
-  if (message == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();
-  if (message == WM_PASTE || message == EM_PASTESPECIAL) {
+  const bool going = id == WM_DESTROY || id == WM_NCDESTROY;
+  if (!going && (message.window != control_ || (locked_ && !filling_ && ChangesText(id)))) return 0;
+  if (id == WM_PAINT && !changed_ && !filling_) colouring_.FinishVisible();
+  if (id == WM_PASTE || id == EM_PASTESPECIAL) {
     Paste();
     return 0;
   }
-  if (answering_ || remaking_ || filling_ || colouring_.busy()) {
-    return CallWindowProcA(controlsOwn_, control, message, wParam, lParam);
-  }
-  const bool atCaret = colouring_.active() && EditsAtCaret(message, wParam);
+  if (answering_ || remaking_ || filling_ || colouring_.busy()) return message.PassOn();
+  const bool atCaret = colouring_.active() && EditsAtCaret(id, message.wParam);
   const CodeColouring::Caret caret =
-      atCaret ? colouring_.CaretBefore(message == WM_CHAR ? wParam : 0) : CodeColouring::Caret{};
+      atCaret ? colouring_.CaretBefore(id == WM_CHAR ? message.wParam : 0) : CodeColouring::Caret{};
   LRESULT result = 0;
   {
     const FlagScope answering(answering_);
-    result = CallWindowProcA(controlsOwn_, control, message, wParam, lParam);
+    result = message.PassOn();
   }
-  if (changed_ && control == control_) {
+  if (changed_ && message.window == control_) {
     changed_ = false;
     if (atCaret) {
       colouring_.FollowEdit(caret);
@@ -401,11 +396,6 @@ LRESULT BnRichEdit::OnControlMessage(HWND control, UINT message, WPARAM wParam, 
     StartWork();
   }
   return result;
-}
-
-LRESULT CALLBACK BnRichEdit::ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-  auto* self = reinterpret_cast<BnRichEdit*>(GetWindowLongPtrA(control, GWLP_USERDATA));
-  return Guarded(LRESULT{0}, [&] { return self->OnControlMessage(control, message, wParam, lParam); });
 }
 
 /// The control tells that its text has changed.

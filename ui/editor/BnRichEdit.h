@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/Handle.h"
+#include "platform/Subclass.h"
 #include "platform/TextFieldBytes.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyBag.h"
@@ -104,8 +105,6 @@ class BnRichEdit : public Window {
     if (event) event(arguments...);
   }
 
-  static LRESULT CALLBACK ControlProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
-
   void MakeControl();
   void SetTabStops() const;
   int TabTwips() const;
@@ -120,9 +119,9 @@ class BnRichEdit : public Window {
   void ShowPlain(const std::string& shown, std::string columns);
   std::optional<std::string> ShownText() const;
 
-  LRESULT OnControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT OnControlMessage(const Subclass::Message& message);
   /// Looks at an input message before the control does; true when the control is not to see it.
-  bool FilterInput(UINT message, WPARAM wParam, LPARAM lParam);
+  bool FilterInput(const Subclass::Message& message);
   bool FilterKey(WPARAM key);
   bool SelectsWithMouse(UINT message, WPARAM wParam, LPARAM lParam);
   void Paste();
@@ -137,8 +136,8 @@ class BnRichEdit : public Window {
 
   Events events_;
   bool hasRichEdit_;
-  HWND control_ = nullptr;         ///< Belongs to this window and goes with it.
-  WNDPROC controlsOwn_ = nullptr;  ///< Its procedure, behind ControlProc.
+  HWND control_ = nullptr;  ///< Belongs to this window and goes with it.
+  Subclass subclass_;       ///< Of the control.
   FontProperty font_;
   UniqueFont fontHandle_;
   Size characterSize_;  ///< Of the font, in pixels.

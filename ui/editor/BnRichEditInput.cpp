@@ -63,9 +63,11 @@ bool BnRichEdit::SelectsWithMouse(UINT message, WPARAM wParam, LPARAM lParam) {
   return hasRichEdit_ && mouse_.Filter(control_, message, wParam, lParam);
 }
 
-bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
+bool BnRichEdit::FilterInput(const Subclass::Message& message) {
+  const WPARAM wParam = message.wParam;
+  const LPARAM lParam = message.lParam;
   POINT place{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-  switch (message) {
+  switch (message.id) {
     case WM_CHAR: {
       const EditorKey held = WithHeldKeys(0);
       if (wParam >= ' ' || !held.control) Raise(events_.keyPress, static_cast<char>(wParam));
@@ -76,7 +78,7 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_KEYUP:
       // The system makes WM_CONTEXTMENU of the menu key, here or before the key comes.
       if (wParam != VK_APPS) return false;
-      DefWindowProcA(control_, message, wParam, lParam);
+      DefWindowProcA(control_, message.id, wParam, lParam);
       return true;
     case WM_SYSKEYDOWN:
       if (wParam == VK_F10 && Held(VK_SHIFT)) {
@@ -85,10 +87,10 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       if (ActionOf(WithHeldKeys(wParam), locked_) == KeyAction::Pass) return false;
       // Menus and the window's own keys; the control would make characters of numbers with it.
-      DefWindowProcA(control_, message, wParam, lParam);
+      DefWindowProcA(control_, message.id, wParam, lParam);
       return true;
     case WM_SYSCHAR:
-      DefWindowProcA(control_, message, wParam, lParam);
+      DefWindowProcA(control_, message.id, wParam, lParam);
       return true;
     case WM_CONTEXTMENU:
       // With the mouse it was asked for by mouseDown; the keyboard's is sent by programs that help people.
@@ -97,7 +99,7 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_LBUTTONDOWN:
       ClientToScreen(control_, &place);
       Raise(events_.mouseDown, kLeftButton, place);
-      return SelectsWithMouse(message, wParam, lParam);
+      return SelectsWithMouse(message.id, wParam, lParam);
     case WM_RBUTTONDOWN:
     case WM_RBUTTONDBLCLK:  // a second press soon after the menu was closed asks for it once more
       Focus();
@@ -107,13 +109,11 @@ bool BnRichEdit::FilterInput(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_RBUTTONUP:
       return true;
     case WM_LBUTTONDBLCLK:
-      if (!SelectsWithMouse(message, wParam, lParam)) {
-        CallWindowProcA(controlsOwn_, control_, message, wParam, lParam);
-      }
+      if (!SelectsWithMouse(message.id, wParam, lParam)) message.PassOn();
       Raise(events_.dblClick);
       return true;
     default:
-      return SelectsWithMouse(message, wParam, lParam);
+      return SelectsWithMouse(message.id, wParam, lParam);
   }
 }
 

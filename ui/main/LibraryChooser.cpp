@@ -17,7 +17,7 @@ void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
   NameNextControl(parent, "Library name");
   txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
-  fileName_ = ExactTextField(txtFileName_);
+  fileName_.Attach(txtFileName_);
   NameNextControl(parent, "Library");
   cboFiles_ =
       CreateControl(parent, "COMBOBOX", "",

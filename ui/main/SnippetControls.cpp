@@ -42,7 +42,7 @@ void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
   NameNextControl(window, "Snippet name");
   txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, id, listFont);
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
-  name_ = ExactTextField(txtName_);
+  name_.Attach(txtName_);
 }
 
 void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
@@ -65,7 +65,7 @@ void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
                            WS_EX_CLIENTEDGE, id, font);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
   LockDescription();
-  description_ = ExactTextField(txtDesc_);
+  description_.Attach(txtDesc_);
 }
 
 void SnippetControls::SetFont(const FontProperty& font) {
