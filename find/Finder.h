@@ -56,8 +56,6 @@ class Finder {
   };
   struct Rank;
 
-  bool MatchTerm(const QueryTerm& term, const SearchedLibrary& library, std::size_t snippet,
-                 Rank& rank) const;
   std::optional<HitPlace> BestPlace(const QueryTerm& term, const SearchedLibrary& library,
                                     std::size_t snippet) const;
   bool Matches(const SearchedLibrary& library, std::size_t snippet, Rank& rank) const;

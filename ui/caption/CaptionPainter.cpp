@@ -120,10 +120,6 @@ void CaptionPainter::Paint(HWND window, bool isActive, HICON icon) const {
 }
 
 void CaptionPainter::PaintGround(HDC dc, const CaptionLayout& layout, const Colors& colors) const {
-  if (!gradient) {
-    FillArea(dc, layout.Area(), colors.end);
-    return;
-  }
   for (int i = 0; i < layout.BandCount(); ++i) {
     FillArea(dc, layout.Band(i), layout.BandColor(i, colors.start, colors.end));
   }

@@ -15,7 +15,7 @@ class CaptionPainter {
  public:
   struct Colors {
     COLORREF start = 0;  ///< At the left end.
-    COLORREF end = 0;    ///< At the right end, and everywhere without a gradient.
+    COLORREF end = 0;    ///< At the right end.
     COLORREF text = RGB(255, 255, 255);
   };
 
@@ -24,7 +24,6 @@ class CaptionPainter {
 
   Colors active{.end = 0xFF0000};
   Colors inactive{.end = 0xC0C0C0};
-  bool gradient = true;
 
   /// Takes over the fonts of the system's title bars and whether high contrast is on. To be called again when
   /// the user has changed them.
