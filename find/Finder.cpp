@@ -94,7 +94,7 @@ std::optional<HitPlace> Finder::BestPlace(const QueryTerm& term, const SearchedL
   if (term.where == Where::Anywhere || term.where == Where::Name) {
     const std::uint32_t needed = SearchedLibrary::LetterBits(term.needle.folded(), folding_);
     if ((needed & ~library.lettersInName(snippet)) == 0) {
-      // What is not wanted has to be there as it is, or its letters would exclude too much.
+      // An excluded word has to match as a whole; matching its single letters would exclude too much.
       if (const auto place = MatchName(term.needle, term.phrase || term.excluded, texts.Name, folding_))
         return place;
     }
@@ -114,7 +114,7 @@ bool Finder::Matches(const SearchedLibrary& library, std::size_t snippet, Rank& 
     if (place.has_value() == term.excluded) return false;
     if (place) rank.Add(*place);
   }
-  // A name that begins with all that was typed is better than one that has its words somewhere.
+  // A name that begins with the whole query is better than one that has its words anywhere.
   if (!joined_.empty() && rank.worst <= HitPlace::InName) {
     const auto place = MatchName(joined_.front(), true, library[snippet].Name, folding_);
     if (place && *place <= HitPlace::NameBegin) rank = {*place, static_cast<std::uint64_t>(*place)};
@@ -135,7 +135,7 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
   }
   if (count > 1) joined_.emplace_back(words, folding_);
 
-  // In one number each, the most important first, so that sorting them is quick.
+  // Packed into one number, the most important part first, so that sorting is fast.
   std::vector<std::uint64_t> ranked;
   const auto consider = [&](std::uint32_t library, std::uint32_t snippet) {
     Rank rank;

@@ -13,15 +13,15 @@ namespace snip {
 
 /// A snippet that was found.
 struct Found {
-  std::uint32_t library = 0;        ///< Its place among the libraries.
+  std::uint32_t library = 0;        ///< Index in `libraries`.
   std::uint32_t snippet = 0;        ///< From 0.
-  HitPlace place = HitPlace::None;  ///< Of the words the one that was found worst.
+  HitPlace place = HitPlace::None;  ///< The worst of the places of all words.
 
   friend bool operator==(const Found&, const Found&) = default;
 };
 
-/// Finds snippets in libraries, the best first: a snippet is as good as the worst place of its words, then
-/// as all of them, then the later it was used.
+/// Finds snippets in libraries, the best first. Snippets are ordered by the worst place of their words, then
+/// by the sum of all places, then by how lately they were used.
 class Finder {
  public:
   /// `folding` must outlive this.
@@ -31,20 +31,20 @@ class Finder {
   const std::vector<SearchedLibraryPtr>& libraries() const { return libraries_; }
   void SetLibraries(std::vector<SearchedLibraryPtr> libraries);
 
-  /// What matches the text, in order. Valid until the next search or other libraries.
+  /// The snippets that match the text, in order. Valid until the next search or `SetLibraries`.
   const std::vector<Found>& Search(std::string_view text);
   const std::vector<Found>& found() const { return found_; }
   const Query& query() const { return query_; }
-  /// Whether the snippet is there: the open library may have changed since the search.
+  /// Whether the snippet still exists: the open library may have changed since the search.
   bool Has(const Found& found) const {
     return found.library < libraries_.size() && found.snippet < libraries_[found.library]->size();
   }
   SearchedSnippet SnippetOf(const Found& found) const { return (*libraries_[found.library])[found.snippet]; }
 
-  /// The snippet was used: among equals it comes first from the next search on.
+  /// The user has used the snippet: from the next search on it comes first among equals.
   void Use(const Found& found);
 
-  // What of a text was looked for, in its order and without overlap.
+  // The places where a text matches the query, in order and without overlap.
   std::vector<TextRange> PlacesInName(std::string_view name) const;
   std::vector<TextRange> PlacesInDescription(std::string_view description) const;
   std::vector<TextRange> PlacesInCode(std::string_view code) const;
@@ -67,11 +67,11 @@ class Finder {
   const Folding& folding_;
   std::vector<SearchedLibraryPtr> libraries_;
   Query query_;
-  std::vector<Needle> joined_;  ///< All words as they were typed, if there are several.
+  std::vector<Needle> joined_;  ///< All words as one phrase, if there are several.
   std::vector<Found> found_;
-  bool narrows_ = false;        ///< `found_` is all that `query_` finds.
-  std::vector<Used> used_;      ///< The last one first.
-  std::vector<Found> usedNow_;  ///< Those of them that are there, in the same order.
+  bool narrows_ = false;  ///< `found_` is the full result of `query_`, which a narrower query can start from.
+  std::vector<Used> used_;      ///< The most recent first.
+  std::vector<Found> usedNow_;  ///< Those that exist now, in the same order.
 };
 
 }  // namespace snip

@@ -6,7 +6,7 @@
 namespace snip {
 namespace {
 
-/// The letters without accents from U+00C0 on, in small letters; a point for what has none.
+/// The lower-case letters without accents from U+00C0 on; a point for characters that have none.
 constexpr std::string_view kLatin =
     "aaaaaa.ceeeeiiii.nooooo.ouuuuy.."
     "aaaaaa.ceeeeiiii.nooooo.ouuuuy.y"
@@ -72,7 +72,7 @@ std::string Folding::Fold(std::string_view text) const {
   std::string folded(text);
   for (std::size_t i = 0; i < folded.size(); ++i) {
     if (IsLead(folded[i])) {
-      ++i;  // the byte behind it may look like a letter
+      ++i;  // the trail byte may look like a letter
     } else {
       folded[i] = Fold(folded[i]);
     }
@@ -84,7 +84,8 @@ bool Folding::BeginsCharacter(std::string_view text, std::size_t at) const {
   if (at >= text.size()) return true;
   if (bytes_ == Bytes::Utf8) return (static_cast<unsigned char>(text[at]) & 0xC0U) != 0x80U;
   if (bytes_ == Bytes::One) return true;
-  // A byte that is no lead byte ends a character, so those directly before `at` form pairs from there on.
+  // A byte that is not a lead byte ends a character, so the lead bytes directly before `at` pair up from
+  // there on.
   std::size_t begin = at;
   while (begin > 0 && IsLead(text[begin - 1])) --begin;
   return (at - begin) % 2 == 0;

@@ -9,27 +9,27 @@
 
 namespace snip {
 
-/// Which characters of a code page a search takes for the same: letters without regard to case and accents.
-/// Characters of several bytes are the same only if all their bytes are, and are never split.
+/// Which characters of a code page a search treats as equal: letters regardless of case and accents.
+/// Characters of several bytes are equal only if all bytes are, and are never split.
 class Folding {
  public:
-  enum class Bytes { One, Two, Utf8 };  ///< How many a character has at most.
+  enum class Bytes { One, Two, Utf8 };  ///< The most bytes that a character has.
 
-  /// For a code page with one byte a character; `characters` says in Unicode which each byte is.
+  /// For a code page with one byte per character; `characters` maps each byte to Unicode.
   Folding(const LetterTable& letters, const std::array<char32_t, 256>& characters);
-  /// For a code page in which some bytes, the lead bytes, make one character with the byte behind them.
+  /// For a code page in which a lead byte forms one character with the next byte.
   static Folding DoubleByte(const std::array<bool, 256>& leadBytes);
   static Folding Utf8();
 
   Bytes bytes() const { return bytes_; }
-  /// A character of one byte as it is compared.
+  /// The form of a one-byte character that is compared.
   char Fold(char byte) const { return fold_[static_cast<unsigned char>(byte)]; }
   std::string Fold(std::string_view text) const;
-  /// Whether the byte is of a letter or a digit, or an underscore.
+  /// Whether the byte belongs to a letter or digit, or is an underscore.
   bool IsWord(char byte) const { return word_[static_cast<unsigned char>(byte)]; }
   bool IsCapital(char byte) const { return capital_[static_cast<unsigned char>(byte)]; }
   bool IsLead(char byte) const { return lead_[static_cast<unsigned char>(byte)]; }
-  /// Whether a character begins at that place of the text.
+  /// Whether a character begins at `at`.
   bool BeginsCharacter(std::string_view text, std::size_t at) const;
 
  private:

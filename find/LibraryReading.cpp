@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// A file that ends when what is read from it is not wanted any more.
+/// A file that seems to end as soon as its contents are no longer wanted.
 class LibraryReading::Interruptible : public ByteSource {
  public:
   Interruptible(ByteSource& bytes, std::function<bool()> wanted)
@@ -72,7 +72,7 @@ void LibraryReading::Work() {
     try {
       Refresh(result, order);
     } catch (const std::exception&) {
-      result.library = nullptr;  // told as one that cannot be read
+      result.library = nullptr;  // reported as unreadable
     }
     lock.lock();
     if (order != order_) continue;

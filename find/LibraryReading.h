@@ -14,7 +14,7 @@
 
 namespace snip {
 
-/// A library by the name that it has in lists.
+/// A library and its name in lists.
 struct NamedLibrary {
   std::string name;
   std::string path;
@@ -24,23 +24,23 @@ struct NamedLibrary {
 /// A library as it was read from its file.
 struct LibraryAsRead {
   NamedLibrary file;
-  SearchedLibraryPtr library;        ///< Null if the file is not read yet, or cannot be, or is no library.
-  std::optional<FileStamp> stamp{};  ///< Of the file when it was read.
+  SearchedLibraryPtr library;  ///< Null if the file is not read yet, cannot be read, or is not a library.
+  std::optional<FileStamp> stamp{};  ///< The file's stamp when it was read.
 };
 
-/// Reads libraries for a search in a second thread, which shares nothing with the libraries that are open.
+/// Reads libraries for a search in a second thread, independently of the open library.
 class LibraryReading {
  public:
   /// `store` and `folding` must outlive this. `arrived` is called in the second thread for each result; it
-  /// may not call this.
+  /// must not call this object.
   LibraryReading(const LibraryStore& store, const Folding& folding, std::function<void()> arrived);
-  /// Waits for no more than the piece of a file that is being read.
+  /// Waits at most until the current piece of a file is read.
   ~LibraryReading();
   LibraryReading(const LibraryReading&) = delete;
   LibraryReading& operator=(const LibraryReading&) = delete;
 
-  /// Reads these in their order, in place of what is not read yet; the result for a file that has not changed
-  /// since it was read is the library that is given with it. False if the system gives no thread.
+  /// Reads these in order, and drops what was not read yet. If a file has not changed since it was read, the
+  /// result is the library that was given with it. False if the system cannot start a thread.
   bool Read(const std::vector<LibraryAsRead>& files);
   /// The results since the last call, in order.
   std::vector<LibraryAsRead> Take();
@@ -60,7 +60,7 @@ class LibraryReading {
   // Guarded by the mutex.
   std::deque<LibraryAsRead> wanted_;
   std::vector<LibraryAsRead> results_;
-  unsigned int order_ = 0;  ///< Counts calls of Read: results of earlier ones are dropped.
+  unsigned int order_ = 0;  ///< Counts the calls of Read, to drop the results of earlier ones.
   bool ending_ = false;
 
   std::thread thread_;

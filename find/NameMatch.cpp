@@ -8,12 +8,12 @@
 namespace snip {
 namespace {
 
-// Longer ones are only compared as a whole.
+// Longer words and names are only compared as a whole.
 constexpr std::size_t kLongestName = 128;
 constexpr std::size_t kLongestWord = 32;
 
-/// Whether a word begins there: behind what is no part of a word, at a capital behind a small letter
-/// ("Read|String"), at the last of several capitals ("HTTP|Server"), and where digits begin or end.
+/// Whether a word begins there: after a character that is not part of a word, at a capital after a small
+/// letter ("Read|String"), at the last of several capitals ("HTTP|Server"), and where digits begin or end.
 bool BeginsWord(std::string_view name, std::size_t at, const Folding& folding) {
   const auto inWord = [&](std::size_t i) { return folding.IsWord(name[i]) && name[i] != '_'; };
   const auto isDigit = [&](std::size_t i) { return name[i] >= '0' && name[i] <= '9'; };
@@ -31,10 +31,11 @@ class LetterMatch {
   LetterMatch(const std::string& word, std::string_view name, const Folding& folding)
       : word_(word), name_(name), folding_(folding) {}
 
-  /// As beginnings of words of the name.
+  /// Matches the letters as beginnings of words of the name.
   bool MatchBeginnings() { return Continue(0, 0); }
 
-  /// In order, the first where a word of the name begins: elsewhere, most sentences have most words.
+  /// Matches the letters in order, the first at the beginning of a word: without that rule, most sentences
+  /// would match most words.
   bool MatchInOrder() {
     std::size_t at = 0;
     for (std::size_t i = 0; i < word_.size(); ++i, ++at) {
@@ -42,7 +43,7 @@ class LetterMatch {
       if (at == name_.size()) return false;
       places_[i] = at;
     }
-    // The letters closest to the end that was found make the shortest part of the name.
+    // Choosing the letters closest to the end gives the shortest match.
     for (std::size_t i = word_.size() - 1; i-- > 0;) {
       std::size_t closest = places_[i + 1] - 1;
       while (!CanBe(closest, i)) --closest;
@@ -69,7 +70,7 @@ class LetterMatch {
     return Is(at, word_[letter]) && (letter > 0 || BeginsWord(name_, at, folding_));
   }
 
-  /// Matches the letters from `letter` on: the first goes on at `at` or begins a later word.
+  /// Matches the letters from `letter` on; the first one is at `at` or begins a later word.
   bool Continue(std::size_t letter, std::size_t at) {
     if (letter == word_.size()) return true;
     const std::size_t state = letter * kLongestName + at;
@@ -90,10 +91,10 @@ class LetterMatch {
   std::string_view name_;
   const Folding& folding_;
   std::array<std::size_t, kLongestWord> places_{};
-  std::bitset<kLongestWord * kLongestName> failed_;  ///< What need not be tried again.
+  std::bitset<kLongestWord * kLongestName> failed_;  ///< Combinations that have failed.
 };
 
-/// Whether the letters can be looked at one by one: none is part of a character of several bytes.
+/// Whether the letters can be compared one by one, because none belongs to a character of several bytes.
 bool HasOnlySingleBytes(std::string_view text, const Folding& folding) {
   return folding.bytes() == Folding::Bytes::One ||
          std::ranges::none_of(text, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });

@@ -9,15 +9,15 @@
 
 namespace snip {
 
-/// Where a word was found, the best first.
+/// Where a word was found, from the best place to the worst.
 enum class HitPlace : unsigned char {
-  None,  ///< Nothing was looked for but libraries.
+  None,  ///< The query names libraries only.
   WholeName,
   NameBegin,
-  WordBegin,   ///< Where a word of the name begins.
-  WordBegins,  ///< Its letters begin several: "rsfr" is in "ReadStringFromRegistry".
+  WordBegin,   ///< At the beginning of a word of the name.
+  WordBegins,  ///< As the beginnings of several words: "rsfr" matches "ReadStringFromRegistry".
   InName,
-  LettersInName,  ///< All of its letters are in the name in their order, from where a word begins.
+  LettersInName,  ///< All its letters are in the name, in order, starting at the beginning of a word.
   Description,
   Code,
 };
@@ -29,8 +29,8 @@ struct TextRange {
   friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
-/// The best place at which the name has the word, if it has it; a phrase has to be there as a whole. `parts`
-/// becomes what of the name that is, in its order.
+/// The best place at which the name matches the word, if it does; a phrase has to match as a whole. `parts`
+/// becomes the matching parts of the name, in order.
 std::optional<HitPlace> MatchName(const Needle& word, bool phrase, std::string_view name,
                                   const Folding& folding, std::vector<TextRange>* parts = nullptr);
 

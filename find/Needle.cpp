@@ -11,14 +11,14 @@
 namespace snip {
 namespace {
 
-/// The bit that tells small ASCII letters from capitals.
+/// The bit that is set in lower-case ASCII letters.
 constexpr unsigned char kSmallBit = 0x20;
 
 char WithSmallBit(char byte) {
   return static_cast<char>(static_cast<unsigned char>(byte) | kSmallBit);
 }
 
-/// How common a character is in code and prose; the higher, the rarer.
+/// How rare a character is in code and prose: a higher value is rarer.
 std::size_t Rarity(char folded) {
   constexpr std::string_view mostCommonFirst = " etaoinsrldcumhpfgybwvkxjqz";
   return mostCommonFirst.find(folded);
@@ -26,11 +26,11 @@ std::size_t Rarity(char folded) {
 
 #if defined(__i386__) || defined(__x86_64__)
 
-/// Two bytes that a block of a text is compared with.
+/// The two bytes that a block of text is compared with.
 struct BlockProbe {
   const char* at;  ///< In the text.
   char value;
-  char highBit;  ///< 0x80 if all bytes of the upper half pass.
+  char highBit;  ///< 0x80 if all bytes from 0x80 on pass.
 };
 
 constexpr std::size_t kBlock = 16;

@@ -10,31 +10,31 @@
 
 namespace snip {
 
-/// A text that is looked for in others without regard to case and accents, about as fast as memory is read.
+/// A text to search for, regardless of case and accents, about as fast as memory can be read.
 class Needle {
  public:
   /// `folding` must outlive this.
   Needle(std::string_view text, const Folding& folding);
 
-  /// As it is compared. A match has as many bytes.
+  /// The folded text. A match has the same number of bytes.
   const std::string& folded() const { return folded_; }
-  /// The first match that begins at or after `from`; none for an empty needle.
+  /// The first match at or after `from`; nothing for an empty needle.
   std::optional<std::size_t> Find(std::string_view text, std::size_t from = 0) const;
   bool IsIn(std::string_view text) const { return Find(text).has_value(); }
   bool MatchesAt(std::string_view text, std::size_t at) const;
 
  private:
-  /// A place in the needle that the search looks at first, because few texts have that character.
+  /// A byte of the needle that is compared first, because it is rare.
   struct Probe {
     std::size_t at = 0;
-    char value = 0;        ///< What the byte there is once its bit for small letters is set,
-    bool anyHigh = false;  ///< unless it is one of the upper half, where letters have accents.
+    char value = 0;        ///< The byte with its lower-case bit set,
+    bool anyHigh = false;  ///< or any byte from 0x80 on, where accented letters are.
 
     bool Passes(char byte) const;
   };
 
   bool Passes(std::string_view text, std::size_t at) const;
-  /// The first place in [from, end) that passes the probes; `end` if there is none.
+  /// The first place in [from, end) that passes the probes, or `end`.
   std::size_t NextCandidate(std::string_view text, std::size_t from, std::size_t end) const;
 
   const Folding& folding_;

@@ -13,7 +13,7 @@ using Where = QueryTerm::Where;
 constexpr std::pair<std::string_view, Where> kPrefixes[] = {
     {"name:", Where::Name}, {"code:", Where::Code}, {"in:", Where::Library}, {"#", Where::Tag}};
 
-/// Takes the condition that a text begins with off it.
+/// Removes the first term from a text and returns it.
 QueryTerm TakeTerm(std::string_view& text, const Folding& folding) {
   const bool excluded = text.front() == '-';
   if (excluded) text.remove_prefix(1);

@@ -13,25 +13,26 @@ struct QueryTerm {
   enum class Where { Anywhere, Name, Code, Tag, Library };
 
   Where where = Where::Anywhere;
-  /// Was in quotes: all of it has to be there as it is. Of a tag: has ended, and no longer tag is meant.
+  /// A quoted text, which has to match as a whole. For a tag: it is complete, so longer tags do not match.
   bool phrase = false;
-  bool excluded = false;  ///< Snippets that have it are not wanted.
+  bool excluded = false;  ///< Snippets that match it are left out.
   Needle needle;
 };
 
-/// What is looked for: `word`, `"a phrase"`, `#tag`, `name:word`, `code:word` and `in:library`, in quotes or
-/// not. All have to be there, of several libraries any one. `-` before one excludes what has it.
+/// What to search for: `word`, `"a phrase"`, `#tag`, `name:word`, `code:word` and `in:library`, quoted or
+/// not. A snippet has to match all of them, but only one of several libraries. `-` before a term excludes its
+/// matches.
 struct Query {
   std::vector<QueryTerm> terms;
 
   bool empty() const { return terms.empty(); }
 };
 
-/// Any text is a query: what is not complete yet, as it is being typed, asks for nothing. `folding` must
-/// outlive the query.
+/// Every text is a query: a term that is not complete yet, while it is being typed, has no effect. `folding`
+/// must outlive the query.
 Query ParseQuery(std::string_view text, const Folding& folding);
 
-/// Whether all that `narrower` finds is found by `wider`, too, as far as that can be told from their words.
+/// Whether `wider` finds everything that `narrower` does. May be false although it does.
 bool IsNarrower(const Query& narrower, const Query& wider);
 
 }  // namespace snip

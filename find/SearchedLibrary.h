@@ -12,7 +12,7 @@
 
 namespace snip {
 
-/// The texts of a snippet, which a library keeps.
+/// The texts of a snippet. They belong to the library.
 struct SearchedSnippet {
   std::string_view Name, Attachment, Code, Description;
 };
@@ -20,15 +20,15 @@ struct SearchedSnippet {
 /// A library as a search sees it.
 class SearchedLibrary {
  public:
-  /// One without snippets. About as many bytes as theirs are asked for at once.
+  /// An empty library that allocates memory in blocks of about that many bytes.
   SearchedLibrary(std::string name, std::string path, std::size_t bytes = 0);
-  /// One that its owner keeps, and may change: a search of it sees no more snippets than there were.
+  /// A view of an owner's snippets, which the owner may change. It never sees more snippets than there were.
   SearchedLibrary(std::string name, std::string path, const std::vector<Snippet>* shared,
                   const Folding& folding);
   SearchedLibrary(const SearchedLibrary&) = delete;
   SearchedLibrary& operator=(const SearchedLibrary&) = delete;
 
-  /// Copies a snippet to the end; not into one that its owner keeps.
+  /// Appends a copy of a snippet; not for a view.
   void Add(const Snippet& snippet, const Folding& folding);
 
   const std::string& name() const { return name_; }
@@ -36,10 +36,11 @@ class SearchedLibrary {
   std::size_t size() const;
   SearchedSnippet operator[](std::size_t snippet) const;
   std::vector<Snippet> Snippets() const;
-  /// Which letters the name of a snippet has, as LetterBits tells them.
+  /// The `LetterBits` of a snippet's name.
   std::uint32_t lettersInName(std::size_t snippet) const { return letters_[snippet]; }
 
-  /// A bit for each letter and some for other characters: a text that has not all bits of a word lacks it.
+  /// A bit for each letter and some for other characters. A text without all bits of a word cannot contain
+  /// it.
   static std::uint32_t LetterBits(std::string_view text, const Folding& folding);
 
  private:

@@ -17,7 +17,7 @@ void ForEachTag(std::string_view description, const Folding& folding,
                 const std::function<bool(std::string_view tag, TextRange place)>& take) {
   for (std::size_t at = description.find('#'); at < description.size(); at = description.find('#', at + 1)) {
     const std::size_t begin = at + 1;
-    // The second byte of a character may look like a sign.
+    // The trail byte of a character may look like "#".
     const auto isWord = [&](std::size_t i) {
       return i < description.size() &&
              (folding.IsWord(description[i]) || !folding.BeginsCharacter(description, i));
@@ -45,7 +45,7 @@ bool HasTag(std::string_view description, const Needle& wanted, bool whole, cons
 std::vector<TagCount> CountTags(const std::vector<SearchedLibraryPtr>& libraries, const Folding& folding) {
   struct Counted {
     TagCount tag;
-    std::size_t snippets = 0;  ///< That had been looked at after the last one that it was counted for.
+    std::size_t snippets = 0;  ///< The index of the last snippet counted for this tag, plus one.
   };
   std::map<std::string, Counted> counts;
   std::size_t snippets = 0;

@@ -18,19 +18,19 @@ struct FindDestination {
   std::string name;
 };
 
-/// What became of the wish to go to a snippet.
+/// The result of going to a snippet.
 enum class Went {
   There,
-  Nowhere,  ///< The window stays at what it shows, which is told there, or is gone.
-  Missing,  ///< The snippet is not in the library any more, or the library is none.
+  Nowhere,  ///< The window still shows what it did, and has told the user why; or it is closed.
+  Missing,  ///< The snippet is no longer in the library, or the library cannot be read.
 };
 
-/// What a walk from one place that was found to the next asks of the window that shows them.
+/// What `FoundWalk` needs from the window that shows the matches.
 class WalkTarget {
  public:
   virtual ~WalkTarget() = default;
 
-  /// The code that is shown; none without a snippet.
+  /// The code that is shown; nothing without a snippet.
   virtual std::optional<std::string> ShownCode() = 0;
   /// Shows a snippet, opening its library as the chooser does.
   virtual Went GoTo(const FindDestination& destination) = 0;
@@ -40,31 +40,31 @@ class WalkTarget {
   virtual TextRange SelectedInCode() = 0;
 };
 
-/// What the palette asks of the window that it belongs to.
+/// What the palette needs from its main window.
 class FindTarget : public WalkTarget {
  public:
   struct Open {
     NamedLibrary library;
     const std::vector<Snippet>* snippets = nullptr;
   };
-  /// The library that is open, with what is being edited taken in; none if none is shown.
+  /// The open library, including unfinished edits; nothing if no library is open.
   virtual std::optional<Open> OpenLibrary() = 0;
-  /// The snippet of it whose code is shown, if there is one.
+  /// Its snippet whose code is shown, if any.
   virtual std::optional<std::uint32_t> ShownSnippet() = 0;
-  /// All that can be chosen besides, in their order.
+  /// The other libraries, in the order of the chooser.
   virtual std::vector<NamedLibrary> OtherLibraries() = 0;
   virtual FontProperty CodeFont() const = 0;
   virtual bool ColoursCode() const = 0;
 
-  /// Does with a snippet what the output button shows.
+  /// Sends a snippet where the output button would.
   virtual void Output(const SearchedLibrary& library, std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;
-  /// Brings the program to the front again that the palette was shown over, if it was.
+  /// Brings the program over which the palette was shown back to the front, if there was one.
   virtual void GiveFrontBack() = 0;
 
-  /// The key that shows the palette over any program.
+  /// The system-wide key that shows the palette.
   virtual HotKey SystemKey() const = 0;
-  /// Makes another key that one, or none for an empty one. Says why not, in a sentence; nothing if it works.
+  /// Changes that key; an empty one removes it. Returns why that failed, as a sentence, or an empty text.
   virtual std::string UseSystemKey(HotKey key) = 0;
 };
 

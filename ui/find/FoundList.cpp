@@ -22,20 +22,20 @@ UniqueFont BoldOf(HFONT font, bool underlined) {
   return UniqueFont(CreateFontIndirectA(&description));
 }
 
-/// A colour between that of text and that of its ground, that is still easy to read.
+/// A colour between those of the text and its background that is still easy to read.
 COLORREF Between(COLORREF text, COLORREF ground) {
   const auto mix = [](int a, int b) { return (2 * a + b) / 3; };
   return RGB(mix(GetRValue(text), GetRValue(ground)), mix(GetGValue(text), GetGValue(ground)),
              mix(GetBValue(text), GetBValue(ground)));
 }
 
-/// Writes one line, parts of it in another font, within a rectangle; what does not fit ends with dots.
+/// Writes one line within a rectangle, parts of it in another font; a text that does not fit ends with dots.
 class LineWriter {
  public:
   LineWriter(HDC dc, const RECT& room, const Folding& folding)
       : dc_(dc), room_(room), right_(room.right), folding_(folding) {}
 
-  /// Leaves room at the end for a text that is written later, but no more than a third of what there is.
+  /// Reserves room at the right end for a text written later, at most a third of what is left.
   void LeaveRoomFor(std::string_view text, HFONT font) {
     const SelectedObject selected(dc_, font);
     const int wanted = text.empty() ? 0 : LetterEnds(text).back();
@@ -74,7 +74,7 @@ class LineWriter {
     GetTextExtentExPointA(dc_, text.data(), static_cast<int>(text.size()), 0, nullptr, ends.data(), &size);
     return ends;
   }
-  /// Letter by letter: what is written by itself is not always as wide as it is measured.
+  /// Letter by letter, because a part that is written alone is not always as wide as it was measured.
   void Draw(std::string_view text, const std::vector<int>& ends) {
     std::vector<int> widths(text.size());
     std::adjacent_difference(ends.begin(), ends.begin() + std::ssize(text), widths.begin());
@@ -100,7 +100,7 @@ FoundList::~FoundList() {
 bool FoundList::CreateIn(HWND parent, int id, HFONT font) {
   font_ = font;
   heading_ = BoldOf(font, false);
-  marked_ = BoldOf(font, true);  // not every face has a bold one that can be told
+  marked_ = BoldOf(font, true);  // not every face has a bold weight that looks different
   rowHeight_ = std::max(CharacterSize(marked_.get()).height, CharacterSize(font).height) * 5 / 4;
   return Create({.className = "BnFoundList",
                  .title = "Found snippets",
@@ -139,8 +139,8 @@ void FoundList::Select(int row) {
     InvalidateRect(hWnd(), nullptr, FALSE);
     accessible_.Notify(EVENT_OBJECT_SELECTION, row);
   }
-  // Also while the field has the focus, and when there is no further row: screen readers read out a row that
-  // gets it.
+  // Also sent while the field has the focus, and when there is no further row, because screen readers read a
+  // row out when it gets the focus.
   accessible_.Notify(EVENT_OBJECT_FOCUS, row);
   if (other) events_.selected();
 }
@@ -168,7 +168,7 @@ bool FoundList::MoveByKey(WPARAM key) {
 
 void FoundList::ShowSelected() {
   if (selected_ < 0) return;
-  // The heading of the first row is shown with it.
+  // Scrolls the heading above the first row into view, too.
   const int first = selected_ == rows_.First() ? 0 : selected_;
   ScrollTo(std::clamp(top_, selected_ - RowsInSight() + 1, first));
 }
@@ -209,8 +209,8 @@ void FoundList::PaintRow(HDC dc, int row, const RECT& place) const {
   room.left += texts.heading ? margin : margin * 2;
   room.top += rowHeight_ / 10;
   SetTextColor(dc, colour);
-  // The line that it was found in has the right half, for the names to be below one another, unless the list
-  // is too narrow for both.
+  // The matching line has the right half so that the names form a column, unless the list is too narrow for
+  // both.
   RECT left = room;
   const LONG middle = (place.left + place.right) / 2;
   const bool hasContext = !texts.context.empty() && place.right - place.left >= 20 * rowHeight_;

@@ -11,7 +11,7 @@
 
 namespace snip {
 
-/// The palette's list: paints the rows that are in sight, and has one selected. Rows count from 0.
+/// The palette's list, with one selected row. It paints only the visible rows. Rows count from 0.
 class FoundList : public Window, private AccessibleItems {
  public:
   struct Events {
@@ -25,13 +25,13 @@ class FoundList : public Window, private AccessibleItems {
 
   bool CreateIn(HWND parent, int id, HFONT font);
 
-  /// There are other rows; selects that one, or none for -1, and scrolls to it. `stays` says that it is the
-  /// selected one of before, which keeps its height in the window.
+  /// The rows have changed: selects that row, or none for -1, and scrolls to it. With `stays` the row is the
+  /// one that was selected before, and keeps its place on the screen.
   void TakeRows(int selected, bool stays = false);
   int selected() const { return selected_; }
-  /// Selects what a key goes to; false if it is no such key.
+  /// Moves the selection by a key; false if the key does not move it.
   bool MoveByKey(WPARAM key);
-  /// Selects a row and tells of it, if it is another one.
+  /// Selects a row and raises `selected`, if it is not selected already.
   void Select(int row);
 
  protected:
@@ -60,7 +60,7 @@ class FoundList : public Window, private AccessibleItems {
   UniqueFont heading_;
   UniqueFont marked_;
   int rowHeight_ = 1;  ///< Pixels.
-  int top_ = 0;        ///< The first row in sight.
+  int top_ = 0;        ///< The first visible row.
   int selected_ = -1;
   RowScrollBar scrollBar_;
 };

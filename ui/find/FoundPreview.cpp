@@ -14,7 +14,7 @@ bool HighContrast() {
          (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
 }
 
-/// The colours of marks, on which code has to be readable in its own colours.
+/// The colours of marks. Coloured code has to stay readable on them.
 Marks MarkColours() {
   if (HighContrast())
     return {.ground = GetSysColor(COLOR_HIGHLIGHT), .ink = GetSysColor(COLOR_HIGHLIGHTTEXT)};

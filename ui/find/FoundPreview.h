@@ -15,7 +15,7 @@ class FoundPreview {
  public:
   /// Null before `CreateIn`.
   HWND hWnd() const { return field_.hWnd(); }
-  /// The Tab key reaches it from `before`.
+  /// In the order of the Tab key it follows `before`.
   void CreateIn(HWND parent, int id, HWND before, const FontProperty& font);
 
   /// Uses the font and the colouring of the main window's code field.
@@ -30,7 +30,7 @@ class FoundPreview {
 
  private:
   BnRichEdit field_{{}};
-  std::string code_;  ///< That is shown.
+  std::string code_;  ///< The code that is shown.
   Marks marks_;
 };
 

@@ -9,27 +9,27 @@
 
 namespace snip {
 
-/// Goes from what was found to the next, in the window that the palette belongs to: through the places in the
-/// code that is shown, and from there to the next snippet.
+/// Moves from one match to the next in the main window: through the places in the shown code, then on to the
+/// next snippet.
 class FoundWalk {
  public:
   /// Both must outlive this.
   FoundWalk(WalkTarget& target, Finder& finder) : target_(target), finder_(finder) {}
 
-  /// Begins at a snippet among all that is found now.
+  /// Begins at a snippet of the current search result.
   void BeginAt(const Found& found);
-  /// Stays in the code that is shown.
+  /// Walks only through the code that is shown.
   void BeginInCode() { inCode_ = true; }
-  /// Something else is looked for: the walk begins at the first of it, unless the user goes to another one.
+  /// The search has changed: the walk begins at its first match, unless the user chooses another one.
   void Forget();
 
-  /// The snippet that the walk is at; only after `BeginAt`.
+  /// The current snippet of the walk; call it only after `BeginAt`.
   const FindDestination& current() const { return hits_[hit_]; }
   /// Shows that snippet and selects its first place.
   Went Go() { return GoTo(hit_, true); }
 
-  /// Goes to the next place or snippet, if there is one: the walk is at a snippet that is missing, and stays
-  /// where it was if the window does. Nothing if nothing has been looked for yet.
+  /// Goes to the next place or snippet, if there is one. The walk moves on to a snippet that turns out to be
+  /// missing, but not to one that the window refuses to show. Nothing if nothing has been searched for yet.
   std::optional<Went> GoOn(bool forward);
 
  private:
@@ -39,7 +39,7 @@ class FoundWalk {
   WalkTarget& target_;
   Finder& finder_;
   bool inCode_ = false;
-  std::vector<FindDestination> hits_;  ///< What was found when the user went to one of them.
+  std::vector<FindDestination> hits_;  ///< The search result when the walk began.
   std::size_t hit_ = 0;
 };
 

@@ -16,7 +16,7 @@ void PaletteLibraries::Refresh(const std::optional<FindTarget::Open>& open,
   }
   for (const NamedLibrary& file : others) {
     const auto known = std::ranges::find(before, file.path, &Entry::path);
-    // The snippets of one that was open before are the window's no more.
+    // The entry of the library that was open refers to the window's snippets, so its file is read instead.
     const bool kept = known != before.end() && !known->open;
     entries_.push_back({kept ? known->read : LibraryAsRead{file, nullptr}});
   }

@@ -17,27 +17,27 @@ class PaletteLibraries {
   /// `store` and `folding` must outlive this.
   PaletteLibraries(const LibraryStore& store, const Folding& folding) : store_(store), folding_(folding) {}
 
-  /// Takes the open library as it is now; what was read of the others before stays until `Read`.
+  /// Takes the open library as it is now. The others stay as they were read before, until `Read`.
   void Refresh(const std::optional<FindTarget::Open>& open, const std::vector<NamedLibrary>& others);
   /// Reads which of the others have changed. `arrived` is called in the reading thread whenever there is
   /// something to take.
   void Read(std::function<void()> arrived);
-  /// Takes what has been read since; false if all of it is as it was.
+  /// Takes what has been read since the last call; false if nothing has changed.
   bool TakeResults();
-  /// Ends the reading, and lets all libraries go.
+  /// Stops reading and frees all libraries.
   void Forget();
 
-  /// Those that can be searched already, in the order of the chooser, the open one first.
+  /// The libraries read so far, the open one first, then in the order of the chooser.
   std::vector<SearchedLibraryPtr> Searchable() const;
   std::size_t unread() const { return unread_; }
-  /// The names of those that cannot be read, separated by commas.
+  /// The names of libraries that cannot be read, separated by commas.
   std::string Unreadable() const;
 
  private:
   struct Entry {
     LibraryAsRead read;
     bool unreadable = false;
-    bool open = false;  ///< The window's own, of which the snippets may change.
+    bool open = false;  ///< The library open in the window, whose snippets may change.
 
     const std::string& path() const { return read.file.path; }
   };

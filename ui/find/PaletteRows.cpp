@@ -20,7 +20,7 @@ std::size_t LineNumber(std::string_view text, std::size_t at) {
   return 1 + static_cast<std::size_t>(std::ranges::count(text.substr(0, at), '\n'));
 }
 
-/// Puts the line with a text's first place into the row, so that the place is in sight.
+/// Puts the line with the first match into the row, shortened at its start so that the match is visible.
 void AddContext(std::string_view text, const std::vector<TextRange>& places, const Folding& folding,
                 std::string& context, std::vector<TextRange>& marks) {
   constexpr std::size_t inSight = 40;
@@ -118,7 +118,8 @@ int PaletteRows::RowOf(const RowIdentity& wanted) const {
       if (!IsHeading(row) && IdentityOf(row) == wanted) return row;
       continue;
     }
-    // Compared in place: an identity of each row would copy two texts for every snippet that was found.
+    // Compared in place, because an identity for every row would copy two texts for each snippet that was
+    // found.
     if (finder_.libraries()[found->library]->path() != wanted.library ||
         finder_.SnippetOf(*found).Name != wanted.text)
       continue;

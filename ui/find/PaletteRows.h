@@ -23,7 +23,7 @@ struct PaletteRow {
   std::string Spoken() const { return text + behind + (place.empty() ? "" : ", in " + place); }
 };
 
-/// What a row stands for, by which it is found again after another search.
+/// Identifies a row, so that it can be selected again after another search.
 struct RowIdentity {
   std::string library{};  ///< The path of a snippet's library.
   std::string text{};     ///< A snippet's name, or a tag.
@@ -31,8 +31,8 @@ struct RowIdentity {
   friend bool operator==(const RowIdentity&, const RowIdentity&) = default;
 };
 
-/// The rows of the palette's list: what was found, after the places in the code that the user comes from.
-/// Made when they are asked for, since there may be many. Counted from 0.
+/// The rows of the palette's list: first the places in the shown code, then the snippets that were found. A
+/// row is made when it is asked for, because there may be many. Rows count from 0.
 class PaletteRows {
  public:
   explicit PaletteRows(const Folding& folding) : finder_(folding) {}
@@ -40,39 +40,37 @@ class PaletteRows {
   Finder& finder() { return finder_; }
   const Finder& finder() const { return finder_; }
 
-  /// Searches the libraries, and the code first, if there is one.
+  /// Searches the libraries, and also the code, if there is one.
   void Search(const std::string& text, const std::optional<std::string>& code);
-  /// Lists the tags of all libraries instead.
+  /// Lists the tags of all libraries instead of search results.
   void ListTags();
   bool listsTags() const { return listsTags_; }
 
   int count() const;
   PaletteRow Row(int row) const;
-  /// The row next to `row` in the direction of `step`, or that one itself at the end; headings are passed
-  /// over.
+  /// The next row after `row` in the direction of `step`, or `row` itself at the end. Skips headings.
   int Step(int row, int step) const;
-  /// The first row that is no heading; -1 if there is none.
+  /// The first row that is not a heading, or -1.
   int First() const { return count() == 0 ? -1 : Step(-1, 1); }
 
-  // What a row stands for; nothing for a row of another kind.
+  // The content of a row; nothing for a row of another kind.
   std::optional<Found> FoundAt(int row) const;
   std::optional<TextRange> PlaceAt(int row) const;  ///< In the code that was searched first.
   std::string TagAt(int row) const;                 ///< Without its "#".
   RowIdentity IdentityOf(int row) const;
-  /// The row of that identity, or of a snippet of that name if it has moved in its library; -1 if there is
-  /// none.
+  /// The row of that identity, or of a snippet of that name if it has moved in its library, or -1.
   int RowOf(const RowIdentity& wanted) const;
   /// The code that was searched first.
   const std::string& code() const { return code_; }
 
  private:
-  int PlaceRows() const;  ///< Of the first group with its heading, and the heading of the second.
+  int PlaceRows() const;  ///< The rows of the first group and both headings.
   bool IsHeading(int row) const;
   PaletteRow FoundRow(const Found& found) const;
 
   Finder finder_;
   std::string code_;
-  std::vector<TextRange> places_;  ///< In the code, the first of each line.
+  std::vector<TextRange> places_;  ///< In the code, the first match of each line.
   std::vector<TagCount> tags_;
   bool listsTags_ = false;
 };

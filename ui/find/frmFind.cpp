@@ -16,13 +16,13 @@
 namespace snip {
 namespace {
 
-/// Posted by the thread that reads libraries.
+/// The reading thread has read a library.
 constexpr UINT kLibraryRead = WM_APP + 1;
-/// Posted to the palette itself.
+/// The palette is to refresh its libraries.
 constexpr UINT kRefresh = WM_APP + 2;
 
 constexpr UINT_PTR kPreviewTimer = 1;
-constexpr UINT kPreviewDelayMs = 30;  // a held key passes over the rows without showing their code
+constexpr UINT kPreviewDelayMs = 30;  // so that a held arrow key does not show the code of every row
 constexpr UINT kForgetDelayMs = 30000;
 
 constexpr const char* kKeys =
@@ -40,12 +40,12 @@ UniqueMenu MakeMenu() {
   AppendMenuA(snippet.get(), MF_STRING, Item::kSystemKey, "System-wide &Key...");
   AppendMenuA(snippet.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuA(snippet.get(), MF_STRING, Item::kClose, "C&lose\tEsc");
-  const auto popup = reinterpret_cast<UINT_PTR>(snippet.Release());  // the bar destroys it with itself
+  const auto popup = reinterpret_cast<UINT_PTR>(snippet.Release());  // the menu bar destroys it
   AppendMenuA(bar.get(), MF_POPUP, popup, "&Snippet");
   return bar;
 }
 
-/// Whether the user has selected a part of the field's text: all of it is selected by the palette itself.
+/// Whether the user has selected a part of the field's text. All of it is selected by the palette itself.
 bool HasPartSelected(HWND field) {
   DWORD start = 0;
   DWORD end = 0;
@@ -124,7 +124,7 @@ void frmFind::Layout() {
   top += fieldHeight + margin / 2;
   const int foot = size.height - 2 * line - margin / 2;
   const int rest = std::max(0, foot - margin / 2 - top);
-  // A low window is all list: a line or two of code would help nobody.
+  // A low window shows only the list, because a line or two of code would be of no use.
   const bool showsCode = rest >= 10 * line;
   const int listHeight = showsCode ? rest * 11 / 20 : rest;
   MoveTo(list_.hWnd(), {margin, top, width, listHeight});
@@ -147,13 +147,14 @@ void frmFind::CloseMe() {
   SavePlace();
   KillTimer(hWnd(), kPreviewTimer);
   ShowWindow(hWnd(), SW_HIDE);
-  // Until the list is seen again: painting its scroll bars takes 120 requests to Wine's server.
+  // Hidden until the list has been painted again: painting its scroll bars takes 120 requests to Wine's
+  // server.
   ShowWindow(preview_.hWnd(), SW_HIDE);
 }
 
-/// Closes the palette for one who stays where they were.
+/// Closes the palette and returns to where the user came from.
 void frmFind::Leave() {
-  // First: a window that is hidden in front brings the one it belongs to there.
+  // This comes first, because hiding the foreground window would activate its owner.
   services_.target.GiveFrontBack();
   CloseMe();
 }
@@ -175,7 +176,7 @@ void frmFind::Refresh() {
   rows_.finder().SetLibraries(libraries_.Searchable());
 }
 
-/// Once the list is painted: the reading takes time that the user would wait for it.
+/// Called after the list is painted, so that the user does not wait for the reading.
 void frmFind::ReadLibraries() {
   libraries_.Read([window = hWnd()] { PostMessageA(window, kLibraryRead, 0, 0); });
 }
@@ -204,7 +205,7 @@ void frmFind::Search() {
   ShowRows();
 }
 
-/// Searches other libraries for the same, and leaves selected what the user has selected.
+/// Searches again after `change` has changed the libraries, and keeps the row that the user has selected.
 void frmFind::SearchAgain(const std::function<void()>& change) {
   const auto selected = chosen_ ? std::optional(rows_.IdentityOf(list_.selected())) : std::nullopt;
   const bool tags = rows_.listsTags();
@@ -253,7 +254,7 @@ void frmFind::ShowStatus() {
   if (WindowText(status_) != text) SetWindowTextA(status_, text.c_str());
 }
 
-/// The snippet of the selected row: a place in the code that is shown is one of its snippet.
+/// The snippet of the selected row. For a place in the shown code that is the shown snippet.
 std::optional<Found> frmFind::Selected() const {
   const int row = list_.selected();
   if (!rows_.PlaceAt(row)) return rows_.FoundAt(row);
@@ -263,11 +264,10 @@ std::optional<Found> frmFind::Selected() const {
 
 void frmFind::ShowPreview() {
   KillTimer(hWnd(), kPreviewTimer);
-  if (IsWindowVisible(hWnd()) == 0) return;  // a library has been read after the palette was closed
+  if (IsWindowVisible(hWnd()) == 0) return;  // a library was read after the palette was closed
   const FontProperty font = services_.target.CodeFont();
   const bool inSight = IsWindowVisible(preview_.hWnd()) != 0;
-  // Not made before there is something to show in it: the list is seen sooner, after a quarter fewer requests
-  // to Wine's server.
+  // Made only now so that the list appears sooner: that saves it a quarter of its requests to Wine's server.
   if (preview_.hWnd() == nullptr) preview_.CreateIn(hWnd(), kPreviewId, list_.hWnd(), font);
   if (!inSight) Layout();
   preview_.SetLook(font, services_.target.ColoursCode());
@@ -301,7 +301,7 @@ void frmFind::Activate() {
   if (walk_.Go() == Went::Missing) TellMissing();
 }
 
-/// Shows the palette, which tells that the snippet that was to be gone to is missing.
+/// Shows the palette with the message that the snippet to go to is missing.
 void frmFind::TellMissing() {
   const HWND owner = GetWindow(hWnd(), GW_OWNER);
   if (owner == nullptr || hWnd() == nullptr) return;
@@ -322,7 +322,7 @@ void frmFind::Output() {
   const auto found = Selected();
   if (!found) return MessageBeep(MB_OK), void();
   const SearchedLibraryPtr library =
-      rows_.finder().libraries()[found->library];  // kept while it is delivered
+      rows_.finder().libraries()[found->library];  // kept alive while it is delivered
   rows_.finder().Use(*found);
   Leave();
   services_.target.Output(*library, found->snippet);
@@ -406,7 +406,7 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == kFieldId && notification == EN_CHANGE) {
     told_.clear();
     walk_.Forget();
-    // For screen readers, which were told that the list had the focus when the user selected a row.
+    // For screen readers: when the user selected a row, they were told that the list has the focus.
     if (chosen_) NotifyWinEvent(EVENT_OBJECT_FOCUS, field_, OBJID_CLIENT, CHILDID_SELF);
     Search();
     UpdateWindow(list_.hWnd());
@@ -420,15 +420,15 @@ void frmFind::OnCommand(int id, int notification) {
   if (id == Item::kClose) Leave();
 }
 
-/// The palette was shown or activated, or the contrary.
+/// The palette was shown or activated, or hidden or deactivated.
 void frmFind::OnShown(bool shown) {
   KillTimer(hWnd(), kForgetTimer);
   if (shown) {
-    // Not before the main window has taken in what was edited in the field that is left.
+    // Posted, because the main window first has to take in the text of the field that loses the focus.
     PostMessageA(hWnd(), kRefresh, 0, 0);
   } else {
     current_ = false;
-    // Kept for a moment: who closes the palette often opens it again soon.
+    // Freed only after a while, because a closed palette is often opened again soon.
     SetTimer(hWnd(), kForgetTimer, kForgetDelayMs, nullptr);
   }
 }

@@ -27,10 +27,10 @@ class frmFind : public Window {
   static constexpr int kKeysId = 1104;
   static constexpr int kStatusId = 1105;
 
-  /// Of the timer that lets go of libraries once the palette is hidden.
+  /// The timer that frees the libraries some time after the palette is hidden.
   static constexpr UINT_PTR kForgetTimer = 2;
 
-  /// Of the menu's items. Keys of dialogs send the numbers of OK and Cancel, 1 and 2.
+  /// Items of the menu. 1 and 2 are taken: dialog keys send them for OK and Cancel.
   enum Item : int { kGo = 100, kOutput, kCopy, kTags, kSystemKey, kClose };
 
   struct Services {
@@ -43,14 +43,14 @@ class frmFind : public Window {
   explicit frmFind(const Services& services);
   ~frmFind() override;
 
-  /// Shows the palette in front of `owner`. Begins with `text`, unless it is empty; `codeFirst` searches the
-  /// code that is shown before the libraries.
+  /// Shows the palette in front of `owner` and searches for `text`, or for the last text if it is empty.
+  /// `codeFirst` also searches the shown code and lists its matches first.
   void ShowMe(HWND owner, const std::string& text, bool codeFirst);
-  /// Goes on from what was gone to last: to the next place in its code, or else to the next snippet. Tells of
-  /// one that is missing. False if nothing has been looked for yet.
+  /// Shows the next match: the next place in the shown code, or else the next snippet. Reports a snippet that
+  /// is missing. False if nothing has been searched for yet.
   bool GoOn(bool forward);
 
-  /// Looks at a message before it is dispatched; true when it is used up.
+  /// Looks at a message before it is dispatched; true if it has been handled.
   bool PreTranslate(MSG& message);
 
  protected:
@@ -100,9 +100,9 @@ class frmFind : public Window {
   HWND status_ = nullptr;
   FoundList list_;
   FoundPreview preview_;
-  std::string told_;      ///< Shown in place of a count until something else is looked for.
-  bool chosen_ = false;   ///< The user has selected a row, since something was looked for.
-  bool current_ = false;  ///< The libraries have been asked for since the window was activated.
+  std::string told_;      ///< A message shown instead of the count until the next search.
+  bool chosen_ = false;   ///< The user has selected a row since the last search.
+  bool current_ = false;  ///< The libraries were refreshed since the window was activated.
   bool codeFirst_ = false;
 };
 

@@ -11,7 +11,7 @@ namespace {
 static_assert(HotKey::kShift == HOTKEYF_SHIFT && HotKey::kControl == HOTKEYF_CONTROL &&
               HotKey::kAlt == HOTKEYF_ALT);
 
-/// Whether the keyboard types a character by Ctrl+Alt, perhaps with Shift, and the key.
+/// Whether Ctrl+Alt, with or without Shift, types a character with this key.
 bool TypesCharacter(HotKey key) {
   if ((key.held & (HotKey::kControl | HotKey::kAlt)) != (HotKey::kControl | HotKey::kAlt)) return false;
   BYTE pressed[256]{};
@@ -22,7 +22,7 @@ bool TypesCharacter(HotKey key) {
     return ToAscii(key.key, MapVirtualKeyA(key.key, MAPVK_VK_TO_VSC), pressed, characters, 0);
   };
   const int typed = type();
-  if (typed < 0) type();  // a dead key, which the keyboard would keep for the next one
+  if (typed < 0) type();  // a dead key: typing it again clears the keyboard's state
   return typed < 0 || (typed > 0 && characters[0] >= ' ');
 }
 

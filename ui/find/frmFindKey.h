@@ -8,21 +8,21 @@
 
 namespace snip {
 
-/// `RefusalOf` with the keyboard that is here.
+/// `RefusalOf` with the user's keyboard layout.
 std::string RefusalHere(HotKey key);
 
-/// Lets the user choose the key that brings the palette over any program.
+/// The dialog that sets the system-wide key of the palette.
 class frmFindKey : public CaptionedDialog {
  public:
   static constexpr int kKeyId = 100;
   static constexpr int kReasonId = 101;
   static constexpr int kOffId = 102;
 
-  /// `use` makes a key the one that works, and says why not, or nothing.
+  /// `use` applies a key and returns why that failed, or an empty text.
   frmFindKey(CaptionPainter& caption, std::function<std::string(HotKey)> use)
       : CaptionedDialog(caption), use_(std::move(use)) {}
 
-  /// Shows the dialog with the key that works now.
+  /// Shows the dialog with the current key.
   void ShowMe(HWND owner, HotKey key);
 
  protected:

@@ -57,7 +57,7 @@ HistoryReader::Found HistoryReader::Take() {
   return found;
 }
 
-/// Waits for something to do; nothing at the end.
+/// Waits for the next piece of work; returns nothing at the end.
 std::optional<HistoryReader::Task> HistoryReader::Next() {
   std::unique_lock lock(mutex_);
   working_ = false;
@@ -68,14 +68,14 @@ std::optional<HistoryReader::Task> HistoryReader::Next() {
   return Task{library_, looked_++, false};
 }
 
-/// Adds to what is found, unless the task is of no use any more.
+/// Adds to the results, unless the task has been replaced.
 template <class Add>
 void HistoryReader::Tell(const Task& task, Add add) {
   const std::lock_guard lock(mutex_);
   if (library_ == task.library && !(task.compares && wanted_)) add();
 }
 
-/// Nothing for a version that cannot be read.
+/// Returns nothing for a version that cannot be read.
 std::optional<std::vector<Snippet>> HistoryReader::SnippetsOf(const Library& library, std::size_t version) {
   const auto bytes = library.read(library.versions.at(version));
   return bytes ? std::optional(SnippetsIn(*bytes)) : std::nullopt;
@@ -97,7 +97,7 @@ HistoryReader::Compared HistoryReader::CompareWithNow(const Library& library, st
 
 void HistoryReader::Work() {
   std::shared_ptr<const Library> library;
-  std::optional<std::vector<Snippet>> newer;  // than the version that is looked at, if that could be read
+  std::optional<std::vector<Snippet>> newer;  // the next newer version, if it could be read
   DeletedSnippets deleted;
   while (const auto task = Next()) {
     if (std::exchange(library, task->library) != task->library) {

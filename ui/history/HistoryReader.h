@@ -17,42 +17,42 @@
 
 namespace snip {
 
-/// Reads a library's versions and compares them, in a second thread, because that takes long for a large one.
+/// Reads and compares a library's versions in a second thread, because that takes long for a large library.
 class HistoryReader {
  public:
   using ReadVersion = std::function<std::optional<std::string>(const Version&)>;
 
-  /// A version beside the library as it is now.
+  /// A version compared with the library as it is now.
   struct Compared {
     std::size_t version = 0;
     std::vector<Snippet> snippets{};
     std::vector<SnippetRow> rows{};
     bool readable = true;
   };
-  /// What has been found out since it was asked last.
+  /// What has been found since the last call.
   struct Found {
-    std::vector<std::pair<std::size_t, std::string>> changes;  ///< What versions' saves changed.
+    std::vector<std::pair<std::size_t, std::string>> changes;  ///< What each version changed, by its index.
     std::vector<DeletedSnippets::Row> deleted;
     std::optional<Compared> compared;
-    bool all = false;  ///< There is nothing more to come.
+    bool all = false;  ///< All versions have been compared.
   };
 
   HistoryReader() = default;
-  /// Waits for no more than one version that is being read.
+  /// Waits at most until the version being read is finished.
   ~HistoryReader();
   HistoryReader(const HistoryReader&) = delete;
   HistoryReader& operator=(const HistoryReader&) = delete;
 
-  /// Looks through these, the newest first, in place of what was looked through before. `read` is called in
-  /// the second thread. False if the system gives no thread.
+  /// Starts on these versions, the newest first, and drops those given before. `read` is called in the second
+  /// thread. False if the system cannot start a thread.
   bool Begin(std::vector<Version> versions, ReadVersion read, std::vector<Snippet> now);
-  /// Compares this one next, in place of one that was to be, and waits a moment for it. Without the second
-  /// thread it counts as one that cannot be read.
+  /// Compares this version next, instead of one requested before, and waits a moment for the result. Without
+  /// a second thread the version counts as unreadable.
   void Compare(std::size_t version, std::chrono::milliseconds wait);
   Found Take();
 
  private:
-  /// What is looked through does not change; another takes its place.
+  /// Never changed; `Begin` replaces it as a whole.
   struct Library {
     std::vector<Version> versions;
     ReadVersion read;
@@ -61,7 +61,7 @@ class HistoryReader {
   struct Task {
     std::shared_ptr<const Library> library;
     std::size_t version = 0;
-    bool compares = false;  ///< With the library as it is now, otherwise with the version before.
+    bool compares = false;  ///< With the library as it is now; otherwise with the previous version.
   };
 
   static std::optional<std::vector<Snippet>> SnippetsOf(const Library& library, std::size_t version);
@@ -77,7 +77,7 @@ class HistoryReader {
   // Guarded by the mutex.
   std::shared_ptr<const Library> library_;
   std::optional<std::size_t> wanted_;
-  std::size_t looked_ = 0;  ///< How many versions have been compared with those before them, or are being.
+  std::size_t looked_ = 0;  ///< How many versions have been compared with the previous ones, or are being.
   bool working_ = false;
   bool ends_ = false;
   Found found_;

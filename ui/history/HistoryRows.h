@@ -12,8 +12,8 @@
 
 namespace snip {
 
-// What the history window lists. A version is compared with the library as it is now: "+" is what putting it
-// back would bring, "-" what it would take away, "~" what it would change.
+// The rows of the history window. A version is compared with the library as it is now: restoring it would add
+// a snippet marked "+", remove one marked "-", and change one marked "~".
 
 struct SnippetRow {
   char mark = '~';
@@ -26,25 +26,25 @@ struct SnippetRow {
 std::vector<SnippetRow> DifferingSnippets(std::span<const Snippet> now, std::span<const Snippet> then);
 
 struct DifferenceLine {
-  char mark = ' ';  ///< '+', '-', ' ' for a line that both have, '=' for the heading of a text.
+  char mark = ' ';  ///< '+' or '-'; ' ' for a line that both have, '=' for a heading.
   std::string text;
   bool code = false;
-  LineState before = LineState::Fresh;  ///< What the line before leaves for the colours of code.
+  LineState before = LineState::Fresh;  ///< The state of VB tokens at the line's start, for colouring.
 };
 
-/// The texts in which two states of a snippet differ, line by line; either may be missing, not both.
+/// The texts in which two states of a snippet differ, line by line. One of the two may be null.
 std::vector<DifferenceLine> DifferingLines(const Snippet* now, const Snippet* then);
 
-/// Collects the snippets that versions have and the library has no more; versions are added from the newest
-/// on.
+/// Collects the snippets that a version has but the library no longer has. Add the versions from the newest
+/// to the oldest.
 class DeletedSnippets {
  public:
   struct Row {
     Snippet snippet;
-    std::size_t version = 0;  ///< The newest that has it.
+    std::size_t version = 0;  ///< The newest version that has it.
   };
 
-  /// Those that no version before had.
+  /// The snippets that no version added before had.
   std::vector<Row> Add(std::size_t version, std::span<const Snippet> snippets, std::span<const Snippet> now);
 
  private:

@@ -6,9 +6,9 @@
 
 namespace snip {
 
-/// A time as the user's system writes it, in local time: with its date, and to the second.
+/// Date and local time to the second, in the format of the user's system.
 std::string DateAndTime(UtcTime time);
-/// The same to the minute, without the date of the same day as `now`.
+/// The same to the minute, and without the date if it is that of `now`.
 std::string ShortTime(UtcTime time, UtcTime now);
 
 }  // namespace snip

@@ -60,9 +60,9 @@ void Notice::Follow() {
   RECT whole{};
   GetWindowRect(owner, &whole);
   const bool seen = IsWindowVisible(owner) != 0 && IsIconic(owner) == 0;
-  // It may be wider than the part: the buttons are there to be reached.
+  // It may be wider than that part, because all buttons have to be visible.
   const int left = std::max(static_cast<int>(part.right) - size_.width, static_cast<int>(whole.left) + 8);
-  // Right above its owner: other windows of the owner may be over both.
+  // Directly above its owner in z-order; other windows of the owner may cover both.
   const HWND above = GetWindow(owner, GW_HWNDPREV);
   const UINT order = above == hWnd() ? SWP_NOZORDER : 0;
   SetWindowPos(hWnd(), above == nullptr ? HWND_TOP : above, left, static_cast<int>(part.top), size_.width,

@@ -10,24 +10,24 @@
 
 namespace snip {
 
-/// A line with some buttons over the upper edge of a part of its owner. It comes without taking the focus and
-/// stays until a button is chosen, or Escape is pressed while it has the focus.
+/// A line of text with buttons, shown above a part of its owner. It does not take the focus, and stays until
+/// a button is clicked or Escape is pressed in it.
 class Notice : public Window {
  public:
   explicit Notice(std::function<void(NoticeChoice)> chosen) : chosen_(std::move(chosen)) {}
   ~Notice() override;
 
-  /// Shows another text. `beneath` is the part of the owner over whose upper edge it is put.
+  /// Shows another text. The notice is placed over the upper edge of `beneath`, a part of the owner.
   void Show(HWND owner, HWND beneath, const NoticeText& text);
   void Hide();
   bool shown() const { return hWnd() != nullptr; }
-  /// Goes where its owner has gone.
+  /// Follows its owner, which has moved.
   void Follow();
-  /// Its owner has come to the front. Wine 8 does not raise owned windows along with it.
+  /// Call this when the owner comes to the front: Wine 8 does not raise owned windows with it.
   void ComeToFront() const;
-  /// Gives its first button the focus.
+  /// Moves the focus to the first button.
   void Focus() const;
-  /// Its keys; true when a message is used up.
+  /// Handles the notice's keys; true if the message has been handled.
   bool PreTranslate(MSG& message);
 
  protected:
@@ -42,7 +42,7 @@ class Notice : public Window {
   NoticeText text_;
   HWND beneath_ = nullptr;
   UniqueFont font_;
-  Size size_{};  ///< Of all that it shows, in pixels.
+  Size size_{};  ///< Of text and buttons, in pixels.
   int textWidth_ = 0;
   HWND label_ = nullptr;
 };

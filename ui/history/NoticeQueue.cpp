@@ -44,7 +44,7 @@ bool NoticeQueue::Update(const std::string& openPath, const std::string& savePat
     told_ = std::move(*next);
     waiting_.erase(next);
   }
-  // A file that was changed is read as it is when its library is opened again.
+  // Opening the library again reads the changed file, so there is nothing to ask.
   if (before && !over && (stays || before->kind != Kind::ChangedOutside)) Add({std::move(*before)});
   return true;
 }

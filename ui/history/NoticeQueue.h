@@ -8,25 +8,25 @@
 
 namespace snip {
 
-/// What the notice tells, one event at a time. Its answers are about what is in memory, so an event waits
-/// until its library is open. Those that have nothing to be answered, or whose answer opens their library,
-/// tell its name and do not wait, and a failed save comes before all others, until it is made good.
+/// Chooses the event that the notice shows, one at a time. Buttons act on the library in memory, so an event
+/// waits until its library is open. Events without buttons, or with one that opens the library, name the
+/// library and do not wait. A failed save comes first until a later save succeeds.
 class NoticeQueue {
  public:
   void Add(const std::vector<LibraryEvent>& events);
 
-  /// Chooses what to tell while the library of that path is open, which is saved as `savePath`, if that is
-  /// another file; true when it is not what was told before.
+  /// Chooses the event to show while the library `path` is open, which will be saved as `savePath` if it was
+  /// renamed. True if it is another event than before.
   bool Update(const std::string& openPath, const std::string& savePath = {});
-  /// What is to be told; none when nothing is.
+  /// The event to show; null if there is none.
   const std::optional<LibraryEvent>& told() const { return told_; }
-  /// The user has answered.
+  /// The user has clicked a button.
   void Answered() { told_.reset(); }
 
  private:
   std::vector<LibraryEvent> waiting_;
   std::optional<LibraryEvent> told_;
-  bool over_ = false;  ///< What was told is true no more.
+  bool over_ = false;  ///< The shown event no longer applies.
 };
 
 }  // namespace snip

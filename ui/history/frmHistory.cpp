@@ -72,7 +72,7 @@ void frmHistory::Show(HWND owner) {
                  .parent = owner,
                  .iconId = IDI_SNIPSTORE}))
       return;
-    SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);  // it is seen before it is filled
+    SetTimer(hWnd(), kLookTimer, USER_TIMER_MINIMUM, nullptr);  // the window appears before it is filled
   } else {
     Reload();
   }
@@ -95,7 +95,7 @@ void frmHistory::MakeControls() {
   captionHook_.Install(hWnd(), caption_);
   constexpr DWORD list = WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
   const auto make = [this](const char* name, int id, DWORD style, HFONT font) {
-    // A label before each list names it, and so does its text, for readers that do not look at labels.
+    // The label before a list names it, and so does the list's text for screen readers that ignore labels.
     CreateControl(hWnd(), "STATIC", name, WS_VISIBLE, 0, id + 100, font_.get());
     lists_.at(static_cast<std::size_t>(id - kVersionsId)) =
         CreateControl(hWnd(), "LISTBOX", name, style, WS_EX_CLIENTEDGE, id, font);
@@ -157,7 +157,7 @@ void frmHistory::Reload() {
   for (const Version& version : versions) entries.push_back({.version = version});
   HistoryReader::ReadVersion read = source_.Reading();
   const std::span<const Snippet> now = source_.Now();
-  // When memory is short, all stays as it was.
+  // If memory runs out up to here, nothing has changed.
   looking_ = reader_.Begin(std::move(versions), read, {now.begin(), now.end()});
   SetWindowTextA(hWnd(), ("History of '" + name + "'").c_str());
   name_ = name;
@@ -176,7 +176,7 @@ void frmHistory::Reload() {
   Send(kVersionsId, LB_SETCURSEL, row);
   Repaint(kVersionsId);
   compared_.reset();
-  // In a message of its own, since all that has come until now took long enough for a large library.
+  // Posted, because the work so far takes long enough for a large library.
   PostMessageA(hWnd(), WM_COMMAND, MAKEWPARAM(kVersionsId, LBN_SELCHANGE), 0);
 }
 
@@ -187,13 +187,13 @@ std::string frmHistory::TextOfRow(const Entry& entry) const {
   return words.empty() ? text : text + "   (" + words + ")";
 }
 
-/// Shows a list that was not to be painted while it was filled.
+/// Paints a list whose painting was switched off while it was filled.
 void frmHistory::Repaint(int list) {
   Send(list, WM_SETREDRAW, TRUE);
   InvalidateRect(List(list), nullptr, TRUE);
 }
 
-/// Replaces a row of the versions in its place, and paints only once.
+/// Replaces the text of a version's row, and paints only once.
 void frmHistory::SetRow(std::size_t row, const std::string& text) {
   const LRESULT selected = Send(kVersionsId, LB_GETCURSEL);
   const LRESULT top = Send(kVersionsId, LB_GETTOPINDEX);
@@ -209,7 +209,7 @@ std::string frmHistory::TextOfDeletedRow() const {
   return "Deleted snippets (" + std::to_string(deleted_.size()) + (looking_ ? " so far)" : ")");
 }
 
-/// Shows what has been read since the last time.
+/// Shows what has been read since the last call.
 void frmHistory::TakeFound() {
   if (!read_) return Reload();
   HistoryReader::Found found = reader_.Take();
@@ -227,7 +227,7 @@ void frmHistory::TakeFound() {
   if (!std::exchange(looking_, false)) return;
   SetRow(0, TextOfDeletedRow());
   if (!ShowsDeleted()) return;
-  // The user may have chosen one already; more come only at the end.
+  // Keeps the user's selection, since rows are only added at the end.
   const LRESULT chosen = Send(kSnippetsId, LB_GETCURSEL);
   ShowRows();
   if (chosen <= 0) return;
@@ -253,7 +253,7 @@ void frmHistory::VersionChosen() {
   if (!compared_) ShowRows();
 }
 
-/// Fills "Snippets", with nothing as long as the version is being read.
+/// Fills "Snippets"; the list stays empty while the version is being read.
 void frmHistory::ShowRows() {
   Send(kSnippetsId, WM_SETREDRAW, FALSE);
   Send(kSnippetsId, LB_RESETCONTENT);
@@ -288,7 +288,7 @@ std::optional<std::size_t> frmHistory::ChosenRow() const {
   return selected < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(selected));
 }
 
-/// The version's state of the chosen snippet; null when it has none.
+/// The chosen snippet as the version has it; null if the version does not have it.
 const Snippet* frmHistory::ChosenSnippet() const {
   const auto row = ChosenRow();
   if (!row) return nullptr;
@@ -298,7 +298,7 @@ const Snippet* frmHistory::ChosenSnippet() const {
   return then ? &compared_->snippets[*then] : nullptr;
 }
 
-/// Where in the library as it is now the chosen snippet is, if it is there.
+/// The chosen snippet's place in the library as it is now, if it is there.
 std::optional<std::size_t> frmHistory::ChosenPlaceNow() const {
   const auto row = ChosenRow();
   if (!row || !compared_ || *row >= compared_->rows.size()) return std::nullopt;
@@ -334,7 +334,7 @@ void frmHistory::EnableButtons() {
   const auto enable = [this](int id, bool enabled) {
     EnableWindow(GetDlgItem(hWnd(), id), enabled ? TRUE : FALSE);
   };
-  // Until a change of the library is compared, what is shown might be another place's.
+  // After a change of the library the places are not valid until it is compared again.
   const bool current = source_.Changes() == changes_;
   enable(kPutSnippetBackId, current && source_.CanPutBack() && ChosenSnippet() != nullptr);
   enable(kPutLibraryBackId, source_.CanPutAllBack() && compared_ && !compared_->snippets.empty());
@@ -344,7 +344,7 @@ void frmHistory::EnableButtons() {
 // --- Ways back --------------------------------------------------------------------------------------------
 
 void frmHistory::PutSnippetBack() {
-  // What it would take the place of is another one perhaps.
+  // The library has changed, so the snippet's place may now be another snippet's.
   if (source_.Changes() != changes_) return Reload();
   const Snippet* const snippet = ChosenSnippet();
   if (snippet == nullptr || !source_.CanPutBack()) return;
@@ -446,7 +446,7 @@ LRESULT frmHistory::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {character_.width * 80, character_.height * 20};
       return 0;
     case WM_ACTIVATE:
-      // The library may have been changed meanwhile.
+      // The library may have changed while another window was active.
       if (LOWORD(wParam) != WA_INACTIVE && read_) Reload();
       return Default(message, wParam, lParam);
     case WM_TIMER:

@@ -25,26 +25,26 @@ class HistorySource {
   virtual std::string Name() const = 0;
   /// The newest first.
   virtual std::vector<Version> Versions() = 0;
-  /// Reads versions of the library that is open now, in any thread.
+  /// A function that reads versions of the open library, in any thread.
   virtual HistoryReader::ReadVersion Reading() = 0;
-  /// Has the library hold what is being edited.
+  /// Takes unfinished edits into the library.
   virtual void TakeEdits() = 0;
   /// Where the versions' files are.
   virtual std::string Folder() const = 0;
   /// The library as it is in memory.
   virtual std::span<const Snippet> Now() const = 0;
-  /// Another number whenever that has changed.
+  /// Changes whenever `Now` changes.
   virtual unsigned Changes() const = 0;
   virtual bool CanPutBack() const = 0;
   virtual bool CanPutAllBack() const = 0;
-  /// Puts a snippet in the place of one of the library, or of one of its name, or else at the end.
+  /// Puts a snippet back in place of the one at `inPlaceOf`, or of one with its name, or else at the end.
   virtual void PutBack(const Snippet& snippet, std::optional<std::size_t> inPlaceOf) = 0;
   virtual void PutAllBack(std::vector<Snippet> snippets) = 0;
   virtual void Tell(const std::string& text) = 0;
 };
 
-/// The history window: the versions of the open library, what in them differs from the library as it is now,
-/// and the ways back. Not modal.
+/// The modeless history window: lists the versions of the open library, shows how they differ from the
+/// library as it is now, and puts snippets or a whole version back.
 class frmHistory : public Window {
  public:
   static constexpr int kVersionsId = 101;
@@ -58,19 +58,19 @@ class frmHistory : public Window {
   frmHistory(HistorySource& source, CaptionPainter& caption) : source_(source), caption_(caption) {}
   ~frmHistory() override;
 
-  /// Shows the window, or the one that is open, for the library that is open now.
+  /// Shows the window for the open library, or refreshes it if it is open already.
   void Show(HWND owner);
-  /// Looks at a message before it is dispatched; true when it is used up.
+  /// Looks at a message before it is dispatched; true if it has been handled.
   bool PreTranslate(MSG& message);
 
  protected:
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
-  /// One version as far as it has been looked at.
+  /// One version, and what is known of it so far.
   struct Entry {
     Version version{};
-    std::string changes{};  ///< What its save changed; empty before that is known.
+    std::string changes{};  ///< What the version changed; empty until that is known.
   };
 
   void MakeControls();
@@ -109,16 +109,16 @@ class frmHistory : public Window {
   UniqueFont font_;
   UniqueFont codeFont_;
   Size character_{};
-  std::array<HWND, 3> lists_{};  ///< By identifier: to look for one takes longer than to add a row.
+  std::array<HWND, 3> lists_{};  ///< By identifier: looking a window up takes longer than adding a row.
   CodeColours colours_;
   std::string name_;            ///< The library's.
-  unsigned changes_ = 0;        ///< The state of the library that all is compared with.
+  unsigned changes_ = 0;        ///< `Changes` of the library that the versions were compared with.
   std::vector<Entry> entries_;  ///< The newest first.
   HistoryReader::ReadVersion read_;
   std::vector<DeletedSnippets::Row> deleted_;
   bool looking_ = false;                             ///< Versions are still being compared.
-  std::optional<HistoryReader::Compared> compared_;  ///< The selected entry, once it is read.
-  std::string wanted_;  ///< The row of "Snippets" that is to be selected again once it is there.
+  std::optional<HistoryReader::Compared> compared_;  ///< The selected version, once it has been read.
+  std::string wanted_;  ///< The row of "Snippets" to select again after a reload.
   std::vector<DifferenceLine> lines_;
   HistoryReader reader_;
 };
