@@ -13,7 +13,7 @@ bool BackgroundWork::Begin(std::function<void()> work) {
     thread_ = std::thread([this, act = std::move(work)] {
       try {
         act();
-      } catch (...) {  // a thread that throws would end the program
+      } catch (...) {  // an exception that leaves a thread would end the program
       }
       done_ = true;
     });

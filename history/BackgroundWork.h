@@ -6,7 +6,7 @@
 
 namespace snip {
 
-/// Does one piece of work at a time in a thread of its own.
+/// Runs one piece of work at a time in a thread.
 class BackgroundWork {
  public:
   BackgroundWork() = default;
@@ -14,11 +14,11 @@ class BackgroundWork {
   BackgroundWork(const BackgroundWork&) = delete;
   BackgroundWork& operator=(const BackgroundWork&) = delete;
 
-  /// False when the piece before is still being worked on, or when there is no thread to be had. What the
-  /// work throws ends it.
+  /// False if the previous piece is still running, or if no thread can be started. An exception ends the work
+  /// silently.
   bool Begin(std::function<void()> work);
   bool Works() const { return thread_.joinable() && !done_; }
-  /// Waits for the end of the work.
+  /// Waits until the work is done.
   void Finish();
 
  private:

@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// How many snippets a save added, removed and changed otherwise.
+/// How many snippets a save added, removed and changed.
 struct ChangeCounts {
   std::size_t added = 0;
   std::size_t removed = 0;
@@ -17,7 +17,7 @@ struct ChangeCounts {
 
 ChangeCounts CountChanges(std::span<const Snippet> older, std::span<const Snippet> newer);
 
-/// "+3 -1 ~2", without what is 0; "=" when all is.
+/// "+3 -1 ~2", leaving out zeros; "=" if all are 0.
 std::string TextOf(const ChangeCounts& counts);
 
 }  // namespace snip

@@ -9,10 +9,10 @@
 
 namespace snip {
 
-/// Tells contents apart; equal on all systems.
+/// A hash that is the same on all systems.
 std::uint64_t ContentHash(std::string_view bytes);
 
-/// The hash of bytes, which stay where they are meanwhile, made in a thread of its own.
+/// Hashes bytes in a second thread. They must stay valid until this is destroyed.
 class HashInBackground {
  public:
   explicit HashInBackground(std::string_view bytes);
@@ -23,7 +23,7 @@ class HashInBackground {
   BackgroundWork work_;
 };
 
-/// The hash of contents that come piece by piece.
+/// The hash of contents that are given piece by piece.
 class RunningHash {
  public:
   RunningHash();

@@ -6,12 +6,12 @@
 
 namespace snip {
 
-/// When changes that are not saved are to be written as a draft: after a pause, and during steady work now
-/// and then. Times are milliseconds of any clock that does not go back.
+/// Decides when unsaved changes are written as a draft: after a pause, and from time to time during steady
+/// work. Times are milliseconds of a clock that never goes back.
 class DraftTimer {
  public:
-  // With the second after which a change is noticed, the one after which the end of these is, and the time of
-  // the disk, a draft is written within 10 seconds of a pause and 60 of steady work.
+  // A change is noticed up to a second late, and so is the end of these times. Together with writing to the
+  // disk, a draft is complete within 10 seconds of a pause and 60 of steady work.
   static constexpr std::uint64_t kPauseMs = 8000;
   static constexpr std::uint64_t kLongestMs = 57000;
 
@@ -22,11 +22,11 @@ class DraftTimer {
   bool Due(std::uint64_t now) const {
     return first_ && now >= std::min(last_ + kPauseMs, *first_ + kLongestMs);
   }
-  /// A draft is written, or there is nothing to be written any more.
+  /// A draft has been written, or there are no unsaved changes any more.
   void Done() { first_.reset(); }
 
  private:
-  std::optional<std::uint64_t> first_;  ///< The first change that no draft holds.
+  std::optional<std::uint64_t> first_;  ///< The time of the first change since the last draft.
   std::uint64_t last_ = 0;
 };
 

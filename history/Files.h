@@ -18,11 +18,11 @@ struct FileEntry {
   FileStamp stamp;
 };
 
-/// How often a lock that another program holds is asked for, and how long after the last time.
+/// How often, and at which intervals, to ask for a lock that another program holds.
 inline constexpr int kLockAttempts = 100;
 inline constexpr Patience::Duration kLockPause{30};
 
-/// Something of the system's that is given back when this goes.
+/// A system resource that the destructor releases.
 class Held {
  public:
   Held() = default;
@@ -31,44 +31,44 @@ class Held {
   Held& operator=(const Held&) = delete;
 };
 
-/// The files and the clock as the history uses them. Paths are full, in UTF-8, with "/" or the system's own
-/// separator. Any call may fail, and may be made in any thread.
+/// The files and the clock that the history uses. Paths are absolute, in UTF-8, with "/" or the system's
+/// separator. Any call may fail. All may be called in any thread.
 class Files {
  public:
   explicit Files(std::shared_ptr<Patience> patience = std::make_shared<Patience>())
       : patience_(std::move(patience)) {}
   virtual ~Files() = default;
 
-  /// As long as the result lives, all calls of this thread together wait for other programs no longer than
-  /// that.
+  /// As long as the result exists, all calls in this thread together wait for other programs at most that
+  /// long.
   Patience::Limit LimitWaits(Patience::Duration all) { return {*patience_, all}; }
 
-  /// Nothing when it cannot be told whether there is such a file.
+  /// Nothing if it is unknown whether there is such a file.
   virtual std::optional<FileStamp> Stamp(const std::string& path) = 0;
   virtual std::optional<std::string> Read(const std::string& path) = 0;
-  /// Whether a file holds exactly these bytes. Nothing when it cannot be read.
+  /// Whether a file consists of exactly these bytes. Nothing if it cannot be read.
   virtual std::optional<bool> Holds(const std::string& path, std::string_view bytes) {
     const auto there = Read(path);
     return there ? std::optional(*there == bytes) : std::nullopt;
   }
-  /// Makes or overwrites a file, and returns when the bytes are on the disk.
+  /// Creates or overwrites a file, and returns once the bytes are on the disk.
   virtual bool Write(const std::string& path, std::string_view bytes) = 0;
-  /// Renames a file and replaces one of the new name in one step.
+  /// Renames a file, atomically replacing one of the new name.
   virtual bool Move(const std::string& from, const std::string& to) = 0;
-  /// A file, or an empty folder.
+  /// Removes a file or an empty folder.
   virtual bool Remove(const std::string& path) = 0;
-  /// Makes a folder, and those around it. True also when there is one.
+  /// Creates a folder and its parents. Also true if it exists already.
   virtual bool MakeFolder(const std::string& path) = 0;
-  /// What a folder holds, in any order; nothing when there is none.
+  /// The entries of a folder, in any order; nothing if there is no such folder.
   virtual std::vector<FileEntry> List(const std::string& folder) = 0;
   virtual UtcTime Now() = 0;
-  /// One text for all ways to write the path of a file.
+  /// The canonical form of a path: the same for every way to write it.
   virtual std::string Identity(const std::string& path) = 0;
-  /// Keeps other programs from working at `path` as long as the result lives. Waits for them for some
-  /// seconds, if it may; null when they go on. Where the system has no lock to give, nothing is held. Belongs
-  /// to the thread that asked.
+  /// Locks `path` against other programs as long as the result exists. Waits some seconds for them, if
+  /// allowed; null if they still hold it. Where the system has no such lock, the result locks nothing. It has
+  /// to be released by the same thread.
   virtual std::unique_ptr<Held> Lock(const std::string& path) = 0;
-  /// Null when another program, or this one, holds the claim to `path` already.
+  /// Null if another program, or this one, has claimed `path` already.
   virtual std::unique_ptr<Held> Claim(const std::string& path) = 0;
 
  protected:

@@ -25,19 +25,19 @@ bool IsDraft(const FileEntry& entry) {
 
 }  // namespace
 
-/// Tells the keeper what a library's file holds once it is read to its end.
+/// Passes a file's hash to the keeper once the file has been read to its end.
 class LibraryKeeper::WatchedBytes : public ByteSource {
  public:
   WatchedBytes(std::unique_ptr<ByteSource> bytes, std::function<void(std::uint64_t)> read)
       : bytes_(std::move(bytes)), read_(std::move(read)) {}
   ~WatchedBytes() override {
-    // A library ends before its file may do.
+    // The file may go on after the end of the library.
     try {
       std::array<char, 4096> rest{};
       while (Read(rest) > 0) continue;
       if (!bytes_->Failed()) read_(hash_.Value());
     } catch (const std::exception&) {
-      return;  // nothing is known of the file then
+      return;  // then nothing is known about the file
     }
   }
   WatchedBytes(const WatchedBytes&) = delete;
@@ -96,7 +96,7 @@ void LibraryKeeper::Recover(VersionFolder& folder, const std::string& path) cons
     Tell({LibraryEvent::Kind::UnsavedFound, path, recovery.version});
 }
 
-/// Has the history of a library go along whose renaming was interrupted.
+/// Renames the history of a library whose renaming was interrupted.
 void LibraryKeeper::FinishRename(VersionFolder& former, const std::string& library) const {
   const auto is = [this](const std::string& path, bool there) {
     const auto stamp = parts_.files.Stamp(path);
@@ -113,7 +113,7 @@ void LibraryKeeper::FinishRename(VersionFolder& former, const std::string& libra
   if (const auto lock = parts_.files.Lock(former.path()); lock && isRenamed()) folder.TakeFrom(former);
 }
 
-/// A library whose save was interrupted may be missing, and would not be listed.
+/// After an interrupted save a library's file may be missing, so that it would not be listed.
 std::vector<std::string> LibraryKeeper::Names() const {
   const Patience::Limit waits = parts_.files.LimitWaits(kWaitOfASave);
   const std::string anyLibrary = parts_.pathForFiles(parts_.folder.PathOf("x"));
@@ -127,14 +127,14 @@ std::vector<std::string> LibraryKeeper::Names() const {
     VersionFolder folder(parts_.files, parts_.root, *library);
     if (const auto renamed = parts_.files.Read(folder.File(kRenamedTo))) FinishRename(folder, *renamed);
     if (!HasPendingSave(parts_.files, folder)) continue;
-    // What the open library's file should hold is still in memory.
+    // Not needed for the open library, which is still in memory.
     if (const auto path = StorePathOf(*library); path && *path != openPath_) Recover(folder, *path);
   }
   return parts_.folder.Names();
 }
 
-/// The library's path as the store writes it, which knows those of its folder by their names in its own
-/// spelling; nothing for one that it cannot write.
+/// A library's path in the store's form: the store lists the libraries of its folder by name, in its own
+/// spelling. Nothing for a path that the store cannot write.
 std::optional<std::string> LibraryKeeper::StorePathOf(const std::string& library) const {
   std::string_view name = std::string_view(library).substr(library.find_last_of("/\\") + 1);
   if (HasLibraryExtension(name)) name.remove_suffix(kLibraryExtension.size());
@@ -181,7 +181,7 @@ SaveOutcome LibraryKeeper::SaveWithHistory(const std::string& path, std::string_
   };
   looking_.Finish();  // it holds the lock
   try {
-    // It is kept, since it remembers what its versions hold.
+    // Kept for the next save, which need not hash the versions again.
     if (!saved_ || saved_->library() != parts_.pathForFiles(path))
       saved_ = std::make_unique<VersionFolder>(HistoryOf(path));
     std::optional<KnownContent> known = Known(path);
@@ -189,7 +189,7 @@ SaveOutcome LibraryKeeper::SaveWithHistory(const std::string& path, std::string_
     if (known) Learn(path, known->stamp, known->hash);
     return outcome;
   } catch (const std::bad_alloc&) {
-    // The history reads whole files; the library can be saved without.
+    // The history needs the whole file in memory; the library can be saved without it.
     const bool written = write(bytes);
     if (const auto stamp = parts_.files.Stamp(parts_.pathForFiles(path)); written && stamp)
       Learn(path, *stamp, ContentHash(bytes));
@@ -229,7 +229,7 @@ void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
   draftPath_.clear();
   constexpr int mostPrograms = 16;
   for (int number = 0; number < mostPrograms && !draftClaim_; ++number) {
-    // One that is still there could not be kept: the next start tries again.
+    // A file that is still there could not be kept; the next start tries again.
     const auto stamp = parts_.files.Stamp(folder.File(DraftName(number)));
     if (!stamp || stamp->exists) continue;
     draftClaim_ = parts_.files.Claim(folder.File(DraftName(number)));
@@ -256,7 +256,7 @@ bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) 
   return true;
 }
 
-/// Has the open library's draft in another folder; one that cannot be moved stays where it is.
+/// Moves the open library's draft to another folder; one that cannot be moved stays.
 void LibraryKeeper::MoveDraft(VersionFolder& folder) {
   drafting_.Finish();
   const std::string former = draftPath_;
@@ -281,7 +281,7 @@ void LibraryKeeper::FindAbandonedDrafts() {
   }
 }
 
-/// Drafts of programs that have ended without saving or answering No.
+/// Keeps the drafts of programs that ended before the user saved or chose not to.
 void LibraryKeeper::TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) const {
   const Patience::Limit waits = parts_.files.LimitWaits(Patience::Duration::zero());
   for (const FileEntry& entry : parts_.files.List(folder.path())) {
@@ -328,7 +328,7 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
           if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
             draftFailed_ = true;
         } catch (...) {
-          draftFailed_ = true;  // memory is short; the draft before stays
+          draftFailed_ = true;  // out of memory; the previous draft stays
         }
       });
 }
@@ -366,7 +366,7 @@ void LibraryKeeper::ReadChange(const KnownContent& before, const FileStamp& stam
 
 void LibraryKeeper::TakeChange() {
   const auto change = std::exchange(change_, std::nullopt);
-  // The library may have been saved since, or another one opened.
+  // In between the library may have been saved, or another one opened.
   if (!change || change->path != openPath_ || Known(openPath_) != change->before) return;
   if (change->now.hash != change->before.hash) {
     Tell({LibraryEvent::Kind::ChangedOutside, openPath_});

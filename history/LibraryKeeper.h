@@ -16,15 +16,15 @@
 
 namespace snip {
 
-/// Something about a library that its user may want to know.
+/// An event about a library that the user may want to know.
 struct LibraryEvent {
   enum class Kind {
-    SaveFailed,      ///< The file is not what was saved.
+    SaveFailed,      ///< The file does not hold what was to be saved.
     SaveCompleted,   ///< An interrupted save has been completed.
-    UnsavedFound,    ///< Changes that were never saved are the history's version of that time.
+    UnsavedFound,    ///< Changes that were never saved are in the history, as the version of that time.
     ChangedOutside,  ///< Another program has changed the file of the open library.
-    HistoryFailed,   ///< The history cannot be written. Told once.
-    Saved,           ///< After a save that failed, memory and file are the same again.
+    HistoryFailed,   ///< The history cannot be written. Reported once.
+    Saved,           ///< A save has succeeded after one that failed.
   };
   Kind kind = Kind::SaveFailed;
   std::string path;  ///< The library's, as its store writes it.
@@ -33,20 +33,21 @@ struct LibraryEvent {
   friend bool operator==(const LibraryEvent&, const LibraryEvent&) = default;
 };
 
-/// The library folder with a history of every library beside it. Files are saved, read and listed as the
-/// folder does it; before and after that versions are kept and interrupted saves completed. When the history
-/// fails, the folder works as without it.
+/// The library folder, with a history of every library. It saves, reads and lists files through the folder,
+/// and before and after that keeps versions and completes interrupted saves. If the history fails, the folder
+/// works as it does without one.
 ///
-/// Libraries may be opened, and versions read, in another thread; all else belongs to the window's.
+/// Opening libraries and reading versions may be done in another thread; everything else belongs to the
+/// window's thread.
 class LibraryKeeper : public LibraryStore {
  public:
   struct Parts {
     LibraryStore& folder;
     Files& files;
-    std::string root;  ///< Where the histories are, as `Files` takes it.
-    /// A path of the library store as `Files` takes it.
+    std::string root;  ///< The folder of the histories, as a path for `Files`.
+    /// Converts a path of the library store to one for `Files`.
     std::function<std::string(const std::string&)> pathForFiles;
-    std::function<std::string(const std::string&)> pathFromFiles;  ///< The other way.
+    std::function<std::string(const std::string&)> pathFromFiles;  ///< Converts it back.
     std::function<HistoryLimits()> limits;
   };
 
@@ -59,40 +60,40 @@ class LibraryKeeper : public LibraryStore {
   std::unique_ptr<ByteSource> Open(const std::string& path) const override;
   std::unique_ptr<ByteSource> OpenToSearch(const std::string& path) const override;
   bool Replace(const std::string& path, ByteSource&& bytes) override;
-  /// Begins no history: a library that could not be made must not be made by the next start.
+  /// Does not begin a history: if creating the file fails, the next start must not complete it.
   bool Create(const std::string& path, ByteSource&& bytes) override;
-  /// The history goes along.
+  /// Renames the history, too.
   bool Rename(const std::string& path, const std::string& newPath) override;
   void OpenedOrSaved(const std::string& path) override;
   bool ThrownAway(ByteSource&& bytes) override;
 
-  /// The file of the open library; empty before one is open.
+  /// The path of the open library's file; empty before one is opened.
   const std::string& openPath() const { return openPath_; }
   /// The history of a library.
   VersionFolder HistoryOf(const std::string& path) const;
 
-  /// Looks for what programs that ended without a save have left of any library.
+  /// Looks for unsaved changes of any library that a program left when it ended.
   void FindAbandonedDrafts();
 
-  /// Removes what the open library's history has beyond the limits since it was opened, saved or changed by
-  /// another program; for when nobody waits.
+  /// Removes the versions of the open library that exceed the limits. Call it when the user is not waiting.
   void Prune();
 
-  /// Writes the library as it is in memory, in the background. False when the last one is not written yet.
+  /// Writes the library as it is in memory as a draft, in the background. False if the last draft is still
+  /// being written.
   bool WriteDraft(std::string bytes);
   bool WritesDraft() const { return drafting_.Works(); }
   bool ReadsOutsideChange() const { return looking_.Works(); }
   /// Whether a draft could not be written since the last call.
   bool TakeDraftFailure() { return draftFailed_.exchange(false); }
-  /// The library is saved or left: there is nothing more to be drafted.
+  /// The library has been saved or closed: removes its draft.
   void DropDraft();
 
-  /// Looks whether another program has changed the open library's file since it was read or written here, and
-  /// keeps that in the background. True when it has to be looked at once more, because either may not be
-  /// done.
+  /// Checks whether another program has changed the open library's file since it was last read or written
+  /// here, and keeps the change as a version in the background. True if it has to be called again because
+  /// either may not be finished.
   bool LookForOutsideChange();
 
-  /// What has happened since the last call, the oldest first.
+  /// The events since the last call, the oldest first.
   std::vector<LibraryEvent> TakeEvents();
   bool hasEvents() const { return hasEvents_; }
 
@@ -118,21 +119,21 @@ class LibraryKeeper : public LibraryStore {
 
   Parts parts_;
   std::string openPath_;
-  std::unique_ptr<VersionFolder> saved_;  ///< Of the library that was saved last.
-  bool mayBePruned_ = false;              ///< The open library's history.
+  std::unique_ptr<VersionFolder> saved_;  ///< The history of the library that was saved last.
+  bool mayBePruned_ = false;              ///< The open library's history may exceed the limits.
   std::unique_ptr<Held> draftClaim_;
-  std::string draftPath_;      ///< Empty when none can be written.
-  bool mayHaveDraft_ = false;  ///< There may be a file of that path.
+  std::string draftPath_;      ///< Empty if no draft can be written.
+  bool mayHaveDraft_ = false;  ///< There may be a file with that path.
   std::atomic<bool> draftFailed_ = false;
-  std::string failedSave_;               ///< The library whose last save failed; empty when none did.
-  FileStamp seen_;                       ///< Of a file that another program has changed.
-  std::optional<OutsideChange> change_;  ///< What has been read of it.
-  mutable std::mutex mutex_;             ///< Of the following.
+  std::string failedSave_;               ///< The library whose last save failed; empty if none did.
+  FileStamp seen_;                       ///< The stamp of a file that another program has changed.
+  std::optional<OutsideChange> change_;  ///< The contents read from it.
+  mutable std::mutex mutex_;             ///< Guards the following.
   mutable std::vector<std::pair<std::string, KnownContent>> known_;  ///< By path.
   mutable std::vector<LibraryEvent> events_;
   mutable std::atomic<bool> hasEvents_ = false;
   mutable bool historyFailed_ = false;
-  // Last, because they use the others.
+  // Last, because their threads use the members above.
   BackgroundWork drafting_;
   BackgroundWork looking_;
 };

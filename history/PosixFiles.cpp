@@ -25,7 +25,7 @@ class Descriptor : public Held {
   }
   int number() const { return number_; }
   explicit operator bool() const { return number_ >= 0; }
-  /// Whether all went well until the end.
+  /// Closes the file; true if everything succeeded.
   bool Close() { return close(std::exchange(number_, -1)) == 0; }
 
  private:

@@ -26,14 +26,14 @@ bool IsWholeLibrary(std::string_view bytes) {
 
 namespace {
 
-/// Makes a version of an interrupted save that is not completed.
+/// Keeps an interrupted save as a version instead of completing it.
 std::optional<Version> KeepPending(Files& files, VersionFolder& folder, std::string_view pending) {
   const auto stamp = files.Stamp(folder.File(kPendingSave));
   const VersionTag tag = IsWholeLibrary(pending) ? VersionTag::Unsaved : VersionTag::Cut;
   return folder.KeepFile(kPendingSave, pending, tag, stamp.value_or(FileStamp()).time());
 }
 
-/// Whether there is no pending save but one of these bytes; any other becomes a version.
+/// Keeps a pending save as a version if it has other bytes. True if none such is left.
 bool ClearPending(Files& files, VersionFolder& folder, std::string_view bytes) {
   if (!HasPendingSave(files, folder) || files.Holds(folder.File(kPendingSave), bytes) == true) return true;
   const auto pending = files.Read(folder.File(kPendingSave));
@@ -57,17 +57,17 @@ bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownC
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
                        std::optional<KnownContent>* known, Patience::Duration wait) {
   SaveOutcome outcome;
-  HashInBackground hash(bytes);  // while the disk is waited for
+  HashInBackground hash(bytes);  // hashes while waiting for the disk
   std::unique_ptr<Held> lock;
   bool made = false, oldKept = false, pending = false;
   {
     const Patience::Limit waits = files.LimitWaits(wait);
     made = folder.Make();
     if (made) lock = files.Lock(folder.path());
-    // A library of this name is there again, so that what is pending is no longer that of the renamed one.
+    // There is a library of this name again, so the pending save no longer belongs to the renamed one.
     if (lock) files.Remove(folder.File(kRenamedTo));
     oldKept = made && KeepOldFile(files, folder, known);
-    // Without the lock it is another program's.
+    // Without the lock the pending save belongs to another program.
     pending = lock && ClearPending(files, folder, bytes) && files.Write(folder.File(kUnfinished), bytes) &&
               files.Move(folder.File(kUnfinished), folder.File(kPendingSave));
   }
@@ -98,7 +98,7 @@ bool HasPendingSave(Files& files, const VersionFolder& folder) {
 
 Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& write) {
   if (!HasPendingSave(files, folder)) return {};
-  // Another program may be in the middle of this very save.
+  // Another program may be saving this file at the moment.
   const auto lock = files.Lock(folder.path());
   const auto pendingStamp = files.Stamp(folder.File(kPendingSave));
   if (!lock || !pendingStamp || !pendingStamp->exists) return {};

@@ -10,12 +10,12 @@
 
 namespace snip {
 
-// Saving a library so that a copy of it is on the disk at every moment, whatever ends the program:
+// Saves a library so that a whole copy of it is on the disk at every moment, even if the program is ended:
 //
-//     the old file becomes a version, if it is none yet
+//     the old file becomes a version, unless it is one already
 //     pending.new    the new bytes, on the disk before anything else happens
-//     the library    is written as it always was, by `write`
-//     pending.new    becomes a version once the library reads back as it; otherwise it stays
+//     the library    is written by `write`
+//     pending.new    becomes a version once the library reads back the same; otherwise it stays
 //
 // A pending.new that is found later belongs to a save that was interrupted or failed.
 
@@ -27,21 +27,21 @@ struct KnownContent {
   friend bool operator==(const KnownContent&, const KnownContent&) = default;
 };
 
-/// Writes the library's file; false when not all of it is there.
+/// Writes the library's file; false if not all of it was written.
 using WriteLibrary = std::function<bool(std::string_view bytes)>;
 
 struct SaveOutcome {
   bool written = false;  ///< The file holds exactly the bytes.
-  bool kept = false;     ///< The history did all of its part. It never keeps the library from being written.
+  bool kept = false;     ///< The history was written completely; if not, the library is saved all the same.
 };
 
-/// Makes a version of the file that a save is about to delete. False when it could not. `known` is as below.
+/// Keeps a file that a save is about to delete as a version. False on failure. `known` is as below.
 bool KeepOldFile(Files& files, VersionFolder& folder, const std::optional<KnownContent>* known);
 
-/// Saves under a lock that orders several programs. `known` is what this program knows of the file, and is
-/// told the new contents, also those that a failed save left; null for a program that has not read the file
-/// before. What is beyond the limits stays for now. Waits for other programs no longer than `wait` before the
-/// library is written, and as long again from then on.
+/// Saves under a lock against other programs. `known` is what this program knows about the file; it is
+/// updated, also when a save fails. It is null for a program that has not read the file before. Versions
+/// beyond the limits are not removed yet. Waits for other programs at most `wait` before the library is
+/// written, and at most as long again after that.
 SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view bytes, const WriteLibrary& write,
                        std::optional<KnownContent>* known,
                        Patience::Duration wait = Patience::Duration::max());
@@ -49,19 +49,19 @@ SaveOutcome SaveSafely(Files& files, VersionFolder& folder, std::string_view byt
 struct Recovery {
   enum class Kind {
     Nothing,
-    Completed,  ///< The file was missing or cut, and holds what was to be saved now.
-    Unsaved,    ///< The file is another one: what was to be saved is the newest "-unsaved" version.
+    Completed,  ///< The file was missing or cut off, and now holds what was to be saved.
+    Unsaved,    ///< The file has other contents: what was to be saved is now the newest "-unsaved" version.
   };
   Kind kind = Kind::Nothing;
-  std::optional<Version> version{};  ///< That holds what was to be saved.
+  std::optional<Version> version{};  ///< The version with what was to be saved.
 };
 
 /// Whether a save of the library was interrupted.
 bool HasPendingSave(Files& files, const VersionFolder& folder);
-/// Completes or keeps an interrupted save. What cannot be done now is left for the next time.
+/// Completes an interrupted save or keeps it as a version. What fails now is left for the next time.
 Recovery RecoverSave(Files& files, VersionFolder& folder, const WriteLibrary& write);
 
-/// Whether bytes are a library with its end, not one that broke off.
+/// Whether the bytes are a complete library, not one that is cut off.
 bool IsWholeLibrary(std::string_view bytes);
 
 }  // namespace snip

@@ -24,11 +24,11 @@ class SystemFiles : public Files {
   std::unique_ptr<Held> Claim(const std::string& path) override;
 };
 
-/// How much the user wants to be kept, where the system has a place for such wishes.
+/// How much history the user wants to keep, if the system has a place for such settings.
 HistoryLimits UserLimits();
 
-/// Where the histories of all libraries are: "History" beside the program when the file "portable.txt" is
-/// there too, otherwise in the user's own folder for what programs keep. Empty when the system has none.
+/// The folder of all histories: "History" beside the program if there is a file "portable.txt", otherwise in
+/// the user's folder for application data. Empty if the system has no such folder.
 std::string HistoryRoot();
 
 }  // namespace snip

@@ -17,7 +17,7 @@ std::size_t NameBegin(std::string_view path) {
   return path.find_last_of("/\\") + 1;
 }
 
-/// A beginning that any file system takes and people recognise.
+/// The readable beginning of a folder's name, valid on any file system.
 std::string Readable(std::string_view file) {
   if (HasLibraryExtension(file)) file.remove_suffix(kLibraryExtension.size());
   std::string name;
@@ -77,7 +77,7 @@ void VersionFolder::TakeFrom(VersionFolder& former) {
   };
   take(std::string(kPendingSave));
   for (const Version& version : versions) take(FileNameOf(version));
-  // What is left, a draft of another program perhaps, needs the label to be found.
+  // If something is left, perhaps another program's draft, it is found by the label.
   const auto isLeft = [](const FileEntry& entry) { return entry.name != kLabel && entry.name != kRenamedTo; };
   if (std::ranges::any_of(files_.List(former.path()), isLeft)) return;
   files_.Remove(former.File(kRenamedTo));
@@ -151,7 +151,7 @@ std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t
   const Kept kept = Find(versions, bytes, hash);
   if (kept.newest || (kept.version && tag != VersionTag::Saved)) return kept.version;
   const UtcTime now = files_.Now();
-  const UtcTime came = std::min(time.value_or(now), now);  // a file's time may be any
+  const UtcTime came = std::min(time.value_or(now), now);  // a file may have any time
   Version version{.time = came, .tag = tag, .size = bytes.size(), .written = came};
   if (!versions.empty()) {
     version.time = std::max(version.time, versions.front().time + std::chrono::milliseconds(1));
@@ -165,7 +165,7 @@ std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t
 std::optional<Version> VersionFolder::Keep(std::string_view bytes, VersionTag tag,
                                            std::optional<UtcTime> time) {
   return Keep(bytes, ContentHash(bytes), tag, time, [&](const std::string& file) {
-    // A version is whole or not there at all.
+    // A version is complete or does not exist.
     const std::string unfinished = File("version.tmp");
     return files_.Write(unfinished, bytes) && files_.Move(unfinished, file);
   });
@@ -177,7 +177,7 @@ std::optional<Version> VersionFolder::KeepFile(std::string_view name, std::strin
   bool moved = false;
   const auto kept = Keep(bytes, hash ? *hash : ContentHash(bytes), tag, time,
                          [&](const std::string& file) { return moved = files_.Move(File(name), file); });
-  if (!kept) return std::nullopt;  // the file is the only copy
+  if (!kept) return std::nullopt;  // so keep the file, which is the only copy
   return moved || files_.Remove(File(name)) ? kept : std::nullopt;
 }
 
@@ -186,7 +186,7 @@ void VersionFolder::Prune(const HistoryLimits& limits) {
   const auto dayOf = [](const Version& version) {
     return std::chrono::floor<std::chrono::days>(version.CameAbout());
   };
-  std::size_t days = 0;  // seen so far, the last ones first
+  std::size_t days = 0;  // so far, the last day first
   std::uint64_t room = limits.bytes;
   for (std::size_t i = 0; i < versions.size(); ++i) {
     const bool firstOfDay = i + 1 == versions.size() || dayOf(versions[i + 1]) != dayOf(versions[i]);

@@ -17,21 +17,22 @@ namespace snip {
 struct HistoryLimits {
   std::size_t versions = 50;                       ///< The newest ones,
   std::size_t days = 30;                           ///< the first of each of the last days that have any,
-  std::uint64_t bytes = std::uint64_t{64} << 20U;  ///< and of these no more than that; the newest always.
+  std::uint64_t bytes = std::uint64_t{64} << 20U;  ///< but at most so many bytes; the newest always.
 };
 
-/// The limits that the user has set; `read` gives the text of a value, empty without one. What is no number
-/// leaves the default.
+/// The limits that the user has set. `read` returns the text of a value, empty if there is none. A text that
+/// is not a number leaves the default.
 HistoryLimits LimitsFrom(const std::function<std::string(const char* name)>& read);
 
-/// A file of the folder: what is being saved.
+/// The file with the library that is being saved.
 inline constexpr std::string_view kPendingSave = "pending.new";
 
-/// Another: the path that its library is being renamed to. The versions may be that library's already.
+/// The file with the path that the library is being renamed to. The versions may have been moved there
+/// already.
 inline constexpr std::string_view kRenamedTo = "renamed.txt";
 
-/// The versions of one library, each a file of its own in a folder of their own. Nothing is remembered but
-/// hashes: the folder may be changed or removed by others at any time.
+/// The versions of one library: a folder with one file each. Only hashes are cached, because other programs
+/// may change or remove the folder at any time.
 class VersionFolder {
  public:
   /// `root` holds the folders of all libraries; `library` is the full path of the library's file.
@@ -41,34 +42,33 @@ class VersionFolder {
   const std::string& path() const { return path_; }
   std::string File(std::string_view name) const { return path_ + "/" + std::string(name); }
 
-  /// Makes the folder, with "path.txt" to tell whose it is.
+  /// Creates the folder, with "path.txt", which names the library.
   bool Make();
-  /// The library of a history's folder; nothing when that does not tell.
+  /// The library that a history's folder belongs to; nothing if the folder does not say.
   static std::optional<std::string> LibraryOf(Files& files, const std::string& folder);
-  /// Takes over what the library had under its former name, but for drafts.
+  /// Takes over the files from the library's former name, except drafts.
   void TakeFrom(VersionFolder& former);
 
   /// The newest first.
   std::vector<Version> Versions();
   std::optional<std::string> Read(const Version& version);
 
-  /// Keeps a state, unless the history has it, and returns the version that holds it; nothing when it could
-  /// not be written. Equal contents are kept once: the state of a save takes the place of an equal older one.
-  /// `time` is when the state came about, if not now; versions keep the order in which they came, whatever
-  /// the clock says.
+  /// Keeps a state, unless the history has it, and returns its version; nothing if it could not be written.
+  /// Equal contents are kept once: a saved state replaces an equal older one. `time` is when the state was
+  /// made, if not now; versions keep the order in which they were added, whatever the clock says.
   std::optional<Version> Keep(std::string_view bytes, VersionTag tag,
                               std::optional<UtcTime> time = std::nullopt);
-  /// The same for a file of this folder that holds exactly those bytes; the file is gone afterwards. `hash`
-  /// is theirs, if the caller has it.
+  /// The same for a file of this folder with exactly those bytes, which becomes the version's file or is
+  /// removed. `hash` is that of the bytes, if known.
   std::optional<Version> KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
                                   std::optional<UtcTime> time = std::nullopt,
                                   std::optional<std::uint64_t> hash = std::nullopt);
   bool Keeps(std::string_view bytes);
-  /// Whether the newest version, as far as its contents have been seen, has that hash. Reads no file but the
-  /// folder.
+  /// Whether the newest version has that hash, as far as its hash is cached. Lists the folder but reads no
+  /// file.
   bool NewestIs(std::uint64_t hash);
 
-  /// Removes what is beyond the limits.
+  /// Removes the versions beyond the limits.
   void Prune(const HistoryLimits& limits);
 
  private:
@@ -91,11 +91,11 @@ class VersionFolder {
   std::optional<std::uint64_t> Remembered(const std::string& file) const;
 
   std::vector<std::pair<std::string, std::uint64_t>>
-      hashes_;  ///< Of versions whose contents have been seen, by file name.
+      hashes_;  ///< Of versions whose contents have been read, by file name.
 };
 
-/// What the folder of a library is called begins with its readable name and ends with this text for all
-/// libraries of the folder in which the library lies.
+/// The end of a history folder's name, which is the same for all libraries in one folder. The name begins
+/// with the library's readable name.
 std::string MarkOfFolder(std::string_view identityOfFolder);
 
 }  // namespace snip

@@ -35,7 +35,7 @@ std::string Utf8(const std::wstring& wide) {
   return utf8;
 }
 
-/// A mutex by a name that a path gives. It has to be given back by the thread that it belongs to.
+/// A mutex named after a path. The thread that owns it has to release it.
 class NamedMutex : public Held {
  public:
   NamedMutex(const char* purpose, const std::string& identity)
@@ -175,7 +175,7 @@ HistoryLimits UserLimits() {
     return {};
   const UniqueRegKey key(opened);
   return LimitsFrom([&](const char* name) {
-    std::string text(16, '\0');  // as long as any number that counts
+    std::string text(16, '\0');  // long enough for any number
     auto size = static_cast<DWORD>(text.size());
     const LSTATUS read =
         RegQueryValueExA(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(text.data()), &size);

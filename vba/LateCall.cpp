@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kMostArguments = 5;
 
-/// With the arguments in the order of `IDispatch`, the last one first.
+/// Reverses the arguments, because `IDispatch` takes the last one first.
 HRESULT InvokeWith(IDispatch* object, DISPID member, WORD kind, Arguments arguments, VARIANT* answer) {
   VARIANT reversed[kMostArguments];
   if (arguments.size() > std::size(reversed)) return DISP_E_BADPARAMCOUNT;
@@ -22,12 +22,12 @@ HRESULT InvokeWith(IDispatch* object, DISPID member, WORD kind, Arguments argume
   return object->Invoke(member, IID_NULL, LOCALE_NEUTRAL, kind, &parameters, answer, nullptr, nullptr);
 }
 
-/// The object may go while it is called: the call has a reference of its own.
+/// The call holds a reference, because the object may be released during it.
 HRESULT InvokeByName(IDispatch* object, const wchar_t* member, WORD kind, Arguments arguments,
                      VARIANT* answer) {
   if (object == nullptr) return E_POINTER;
   const auto alive = ComPtr<IDispatch>::Share(object);
-  auto* name = const_cast<wchar_t*>(member);  // which nobody writes to
+  auto* name = const_cast<wchar_t*>(member);  // which is not written to
   DISPID id = DISPID_UNKNOWN;
   const HRESULT known = object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_NEUTRAL, &id);
   return FAILED(known) ? known : InvokeWith(object, id, kind, arguments, answer);

@@ -9,9 +9,9 @@
 
 namespace snip::vba {
 
-// Members of late-bound objects, called by their names. Nothing here throws: what could not be had is empty.
+// Calls members of late-bound objects by name. Nothing here throws: a failed call gives an empty result.
 
-using Arguments = std::initializer_list<VARIANT>;  ///< In the order of the declaration; the caller's own.
+using Arguments = std::initializer_list<VARIANT>;  ///< In the order of the declaration; owned by the caller.
 
 /// An argument that is left out.
 VARIANT Missing();
@@ -20,11 +20,11 @@ VARIANT Missing();
 HRESULT Invoke(IDispatch* object, DISPID member, Arguments arguments);
 /// Reads a property or calls a method.
 HRESULT Call(IDispatch* object, const wchar_t* member, Arguments arguments = {}, VARIANT* answer = nullptr);
-/// The object that a member answers with; null when it has none.
+/// The object that a member returns; null if it returns none.
 ComPtr<IDispatch> Get(IDispatch* object, const wchar_t* member, Arguments arguments = {});
 HRESULT Put(IDispatch* object, const wchar_t* property, const wchar_t* text);
 
-/// A text as an argument; empty when memory runs out.
+/// A text as an argument; empty if memory runs out.
 Variant TextVariant(const wchar_t* text);
 
 }  // namespace snip::vba

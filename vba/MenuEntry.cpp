@@ -6,15 +6,15 @@
 namespace snip::vba {
 namespace {
 
-/// The number of the menu of add-ins, which is the same in every language.
+/// The number of the add-ins menu, which is the same in every language.
 constexpr LONG kAddInsMenuId = 30038;
 
-/// What is called of an editor only as long as it is connected.
+/// An object of the editor that is called only as long as the editor is connected.
 class Connected {
  public:
   Connected(const MenuEntry::Owner& owner, const IDispatch* editor) : owner_(owner), editor_(editor) {}
 
-  /// Null, of which no member is called, after the disconnection.
+  /// Null after the disconnection, so that no member is called.
   IDispatch* operator()(IDispatch* object) const { return owner_.ConnectedTo(editor_) ? object : nullptr; }
   IDispatch* operator()(const ComPtr<IDispatch>& object) const { return operator()(object.get()); }
 
@@ -23,8 +23,8 @@ class Connected {
   const IDispatch* editor_;
 };
 
-/// The controls of the menu of add-ins; null when there is none. A translated editor knows it by another
-/// name.
+/// The controls of the add-ins menu; null if there is none. A translated editor calls it otherwise, so there
+/// it is found by number.
 ComPtr<IDispatch> AddInsControls(IDispatch* editor, const Connected& connected) {
   const ComPtr<IDispatch> bars = Get(editor, L"CommandBars");
   ComPtr<IDispatch> bar = Get(connected(bars), L"Item", {TextVariant(L"Add-Ins").get()});
@@ -68,13 +68,13 @@ bool MenuEntry::Add(IDispatch* editor, Owner& owner) {
   const VARIANT temporary = True();
   button_ = Get(connected(controls), L"Add",
                 {Variant(kButtonControl).get(), Missing(), Missing(), Missing(), temporary});
-  // Clicks are told to the sinks of all buttons with the same tag, those without one among them.
+  // Buttons with equal tags share click events, and so do all buttons without a tag.
   return SUCCEEDED(Put(connected(button_), L"Caption", kEntryCaption)) &&
          SUCCEEDED(Put(connected(button_), L"Tag", kEntryCaption)) &&
          SUCCEEDED(clicks_.Start(connected(button_), owner));
 }
 
-/// The button still tells its events while it is deleted: the sink goes first.
+/// The event sink is removed first, because the button still raises events while it is deleted.
 MenuEntry::~MenuEntry() {
   clicks_.Stop();
   Call(button_.get(), L"Delete");

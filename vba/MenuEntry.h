@@ -4,13 +4,13 @@
 
 namespace snip::vba {
 
-/// The add-in's entry in the editor's menu of add-ins, from `Add` to the end of this. It is a temporary one:
-/// the editor forgets it when it ends without a word.
+/// The add-in's entry in the editor's add-ins menu, from `Add` until this is destroyed. It is temporary: the
+/// editor drops it when the editor itself ends.
 class MenuEntry {
  public:
   class Owner : public ClickListener {
    public:
-    /// Whether it is still connected to an editor.
+    /// Whether the add-in is still connected to an editor.
     virtual bool ConnectedTo(const IDispatch* editor) const = 0;
 
    protected:
@@ -22,9 +22,9 @@ class MenuEntry {
   MenuEntry(const MenuEntry&) = delete;
   MenuEntry& operator=(const MenuEntry&) = delete;
 
-  /// Enters it in the menus of `editor`, the editor's root object, in place of those that an earlier time has
-  /// left; false, with nothing left, when the editor refuses. It calls nothing more once the editor, which it
-  /// waits for, has disconnected. Called once.
+  /// Adds the entry to the menus of `editor`, the editor's root object, and removes entries left from an
+  /// earlier time. False, without an entry, if the editor refuses. The editor may disconnect during these
+  /// calls; then no more are made. Call it once.
   bool Add(IDispatch* editor, Owner& owner);
 
  private:

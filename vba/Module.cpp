@@ -1,4 +1,4 @@
-// What COM asks the library for.
+// The functions that COM calls in the library.
 
 #include <windows.h>
 #include <objbase.h>

@@ -26,8 +26,8 @@ bool ModuleUsed() {
 
 }  // namespace snip::vba
 
-// In place of the run-time library's, which bring exceptions along. The compiler has been told that this one
-// may answer with null.
+// These replace the operators of the run-time library, which would pull in exceptions. A compiler option says
+// that this one may return null.
 void* operator new(std::size_t size) {
   void* const memory = HeapAlloc(GetProcessHeap(), 0, size);
   if (memory != nullptr) snip::vba::LockModule();

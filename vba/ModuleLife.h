@@ -2,8 +2,8 @@
 
 namespace snip::vba {
 
-// The library stays loaded as long as something of it is left, which others may keep: an object, for all of
-// its objects are made by `operator new`, or a lock.
+// The library stays loaded as long as others hold an object or a lock of it. All of its objects are created
+// by `operator new`, which counts them.
 
 void LockModule();
 void UnlockModule();

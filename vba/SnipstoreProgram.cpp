@@ -22,9 +22,9 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     const auto connect = ComPtr<IDispatch>::Share(connect_.get());
     CoAllowSetForegroundWindow(connect.get(), nullptr);
     if (SUCCEEDED(Call(connect.get(), L"Show"))) return S_OK;
-    // Another call may have let go of it, or have started another one.
+    // Another call may have disconnected it, or started a new one.
     if (connect_.get() != connect.get()) return S_FALSE;
-    LetGo();  // it has ended by itself, or cannot show itself
+    LetGo();  // it has ended, or cannot show its window
   }
   starting_ = true;
   HRESULT started = Start(editor);
@@ -45,7 +45,7 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
       CoCreateInstance(kConnectClassId, nullptr, CLSCTX_LOCAL_SERVER, __uuidof(IDispatch), connect.PutVoid());
   if (FAILED(result)) return result;
   CoAllowSetForegroundWindow(connect.get(), nullptr);
-  // Connected so it shows its window at once, and leaves the menus alone.
+  // With this connect mode it shows its window at once and does not change the menus.
   result = Invoke(connect.get(), kOnConnectionMember,
                   {ByValue(editor), Variant(kExternal).get(), ByValue(nullptr), Missing()});
   connect_ = std::move(connect);
@@ -56,7 +56,7 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
 void SnipstoreProgram::LetGo() {
   const ComPtr<IDispatch> connect = std::move(connect_);
   if (!connect) return;
-  CoAllowSetForegroundWindow(connect.get(), nullptr);  // for the question
+  CoAllowSetForegroundWindow(connect.get(), nullptr);  // so that its question can come to the front
   Call(connect.get(), L"Detach");
 }
 

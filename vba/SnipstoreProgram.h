@@ -4,8 +4,8 @@
 
 namespace snip::vba {
 
-/// The program, which works for the editor in a process of its own, of either width, from the first `Show` to
-/// `LetGo`. All calls go by late binding, which crosses without any type library.
+/// The program, which serves the editor from a process of its own, 32 or 64 bits wide, from the first `Show`
+/// to `LetGo`. All calls are late-bound, because these need no type library between processes.
 class SnipstoreProgram {
  public:
   SnipstoreProgram() = default;
@@ -13,16 +13,17 @@ class SnipstoreProgram {
   SnipstoreProgram(const SnipstoreProgram&) = delete;
   SnipstoreProgram& operator=(const SnipstoreProgram&) = delete;
 
-  /// Has it show its window for `editor`, and starts it unless it is running. Other calls come in during
-  /// that, `LetGo` among them.
+  /// Makes the program show its window for `editor`, and starts it if need be. Other calls may come in during
+  /// that, even `LetGo`.
   HRESULT Show(IDispatch* editor);
-  /// Has it let go of the editor, which does not wait while its user is asked whether to save.
+  /// Disconnects the program from the editor. The editor does not wait while the user is asked whether to
+  /// save.
   void LetGo();
 
  private:
   HRESULT Start(IDispatch* editor);
 
-  ComPtr<IDispatch> connect_;  ///< Its object for this editor.
+  ComPtr<IDispatch> connect_;  ///< The program's object for this editor.
   bool starting_ = false;
 };
 

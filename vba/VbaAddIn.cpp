@@ -9,7 +9,7 @@
 namespace snip::vba {
 namespace {
 
-/// In the order of their numbers, which begin with 1.
+/// In the order of their numbers, which start at 1.
 constexpr const wchar_t* kMembers[] = {L"OnConnection", L"OnDisconnection", L"OnAddInsUpdate",
                                        L"OnStartupComplete", L"OnBeginShutdown"};
 
@@ -22,7 +22,7 @@ VbaAddIn::~VbaAddIn() {
 HRESULT VbaAddIn::OnConnection(IDispatch* editor, LONG /*mode*/, IDispatch* /*addIn*/,
                                SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
-  LetGo();  // editors have been seen to connect twice
+  LetGo();  // some editors connect twice
   editor_ = ComPtr<IDispatch>::Share(editor);
   AddEntry();
   return S_OK;
@@ -38,14 +38,14 @@ HRESULT VbaAddIn::OnAddInsUpdate(SAFEARRAY** /*custom*/) {
   return S_OK;
 }
 
-/// An editor that was still starting at the connection may have refused the entry.
+/// Tries again, because an editor that was still starting when it connected may have refused the entry.
 HRESULT VbaAddIn::OnStartupComplete(SAFEARRAY** /*custom*/) {
   const auto alive = ComPtr<IUnknown>::Share(this);
   AddEntry();
   return S_OK;
 }
 
-/// The shutdown may still be cancelled: what is to be let go of waits for the disconnection.
+/// Nothing is released yet, because the shutdown may still be cancelled; a disconnection follows otherwise.
 HRESULT VbaAddIn::OnBeginShutdown(SAFEARRAY** /*custom*/) {
   return S_OK;
 }
@@ -54,11 +54,12 @@ void VbaAddIn::AddEntry() {
   if (!editor_ || entry_) return;
   const auto editor = ComPtr<IDispatch>::Share(editor_.get());
   std::unique_ptr<MenuEntry> entry(new MenuEntry);
-  // The editor may disconnect while it is called.
+  // The editor may disconnect during the call.
   if (entry && entry->Add(editor.get(), *this) && ConnectedTo(editor.get())) entry_ = std::move(entry);
 }
 
-/// First what calls this, then what the editor shows, then the program, and the editor's own object last.
+/// In this order: what calls this object, what the editor shows, the program, and at last the editor's
+/// object.
 void VbaAddIn::LetGo() {
   const auto editor = std::move(editor_);
   entry_.reset();
@@ -83,7 +84,7 @@ HRESULT VbaAddIn::GetIDsOfNames(REFIID /*reserved*/, LPOLESTR* names, UINT count
                                 DISPID* ids) {
   if (names == nullptr || ids == nullptr) return E_POINTER;
   if (count == 0) return S_OK;
-  // Arguments, whose names would follow that of their member, are not known by name.
+  // Names of arguments, which follow that of the member, are not supported.
   std::fill_n(ids, count, DISPID_UNKNOWN);
   const auto* const found = std::find_if(std::begin(kMembers), std::end(kMembers),
                                          [&](const wchar_t* name) { return lstrcmpiW(names[0], name) == 0; });

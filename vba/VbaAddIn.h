@@ -9,8 +9,8 @@
 
 namespace snip::vba {
 
-/// The add-in as VBA's editor sees it, in the editor's own process: an entry in its menu of add-ins, which
-/// starts the program. Whatever fails, the editor is told of success, for it would not load the add-in again.
+/// The add-in in the process of VBA's editor: an entry in its add-ins menu, which starts the program. All
+/// calls report success, because after a failure the editor would not load the add-in again.
 class VbaAddIn final : public WithoutTypeInfo<ComObject<IDTExtensibility2, IDispatch>>,
                        private MenuEntry::Owner {
  public:
