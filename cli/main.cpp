@@ -16,7 +16,7 @@ int main(int count, char** values) {
     terminal.Complain(failure.what());
     code = failure.code();
   } catch (const std::exception& error) {
-    // From the file system's functions, or for lack of memory.
+    // Thrown by file system functions, or for lack of memory.
     terminal.Complain(error.what());
   }
   return static_cast<int>(code);

@@ -6,7 +6,7 @@ namespace snip {
 
 Command::Command(CLI::App& app, Session& session, const char* name, const char* help)
     : parser_(*app.add_subcommand(name, help)), session_(session) {
-  parser_.footer("");  // without that of the program's own help
+  parser_.footer("");  // drops the footer of the program's own help
 }
 
 void Command::AddText(const char* name, std::string& value, const char* help) {

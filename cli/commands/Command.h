@@ -27,7 +27,7 @@ class Command {
   Command(const Command&) = delete;
   Command& operator=(const Command&) = delete;
 
-  /// Does the work; throws a Failure for what ends it early.
+  /// Does the work; throws a Failure to end it early.
   virtual ExitCode Run() = 0;
 
  protected:
@@ -38,7 +38,7 @@ class Command {
   void AddOptionalText(const char* name, std::optional<std::string>& value, const char* help);
   void AddFlag(const char* names, bool& value, const char* help);
   void AddOption(const char* names, std::optional<std::string>& value, const char* text, const char* help);
-  /// A number from 1 on.
+  /// A number, at least 1.
   void AddOption(const char* names, std::optional<std::size_t>& value, const char* text, const char* help);
   /// An option that may be given several times.
   void AddList(const char* names, std::vector<std::string>& values, const char* text, const char* help);
@@ -65,7 +65,7 @@ class Command {
   void AddCreate(bool& create);
   void AddJson();
   void AddLossy();
-  /// For a command that writes libraries as they are: what --lossy allows is the loss of damaged data.
+  /// For a command that rewrites libraries: --lossy allows it to lose damaged data.
   void AddLossyChange();
   void AddDryRun();
   void AddEncoding(Encoding& encoding, const char* help);
@@ -74,7 +74,7 @@ class Command {
   Session& session_;
 };
 
-/// The texts of a snippet as `add` and `edit` are given them.
+/// The texts of a snippet as options of `add` and `edit`.
 struct SnippetTexts {
   std::optional<std::string> code;  ///< The texts themselves,
   std::optional<std::string> description;
@@ -84,7 +84,7 @@ struct SnippetTexts {
   Encoding encoding = Encoding::Auto;
 
   bool empty() const { return !code && !description && !attachment && !codeFile && !descriptionFile; }
-  /// Changes the texts of a snippet that are given.
+  /// Replaces those texts of a snippet that were given.
   void Apply(Session& session, Snippet& snippet) const;
 };
 

@@ -38,7 +38,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments, Terminal& terminal, 
 
   ExitCode code = ExitCode::Done;
   try {
-    std::reverse(arguments.begin(), arguments.end());  // as the parser wants them
+    std::reverse(arguments.begin(), arguments.end());  // the parser takes the last one first
     app.parse(std::move(arguments));
     const auto all = app.get_subcommands([](const CLI::App* /*each*/) { return true; });
     for (std::size_t i = 0; i < all.size(); ++i) {
@@ -54,7 +54,7 @@ ExitCode RunCommandLine(std::vector<std::string> arguments, Terminal& terminal, 
     if (wrong) terminal.Complain(message);
     code = wrong ? ExitCode::Usage : ExitCode::Done;
   } catch (const std::exception&) {
-    terminal.Flush();  // results before the error
+    terminal.Flush();  // so that results appear before the error
     throw;
   }
   terminal.Flush();

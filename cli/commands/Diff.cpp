@@ -47,7 +47,7 @@ class Diff : public Command {
     if (session_.json) session_.WriteLine(list_.dump(2));
     return different ? ExitCode::No : ExitCode::Done;
   } catch (const Failure& failure) {
-    // 1 means different, so that scripts expect one code for all errors, as of other programs that compare.
+    // 1 means different, so all errors share one other code, as in other comparing programs.
     throw Failure(ExitCode::Usage, failure.what());
   }
 
@@ -56,12 +56,12 @@ class Diff : public Command {
 
   Snippets Read(const std::string& path) { return LibraryFile(session_, path).snippets; }
 
-  /// What git compares in place of the library's bytes.
+  /// Prints the text that git compares instead of the library's bytes.
   ExitCode PrintText() {
     if (arguments_.size() != 1) throw Failure(ExitCode::Usage, "--textconv takes one library");
     const std::string bytes = session_.Read(arguments_[0]);
     if (std::holds_alternative<NotALibrary>(ReadBns(bytes))) {
-      // A history may have a damaged file, and git would show nothing after an error.
+      // Not an error, because an old commit may have a damaged file and git would then show nothing.
       session_.terminal.Write(session_.page.ToUtf8(bytes));
       return ExitCode::Done;
     }
@@ -98,7 +98,7 @@ class Diff : public Command {
     return ExitCode::Done;
   }
 
-  /// Prints the differences; whether there are any.
+  /// Prints the differences; returns whether there are any.
   bool Compare(const Snippets& older, const Snippets& newer) {
     const auto changes = CompareLibraries(older, newer);
     for (const SnippetChange& change : changes) {

@@ -11,7 +11,7 @@
 namespace snip {
 namespace {
 
-/// Writes the files into a temporary folder and renames that, so that all are there or none.
+/// Writes the files into a temporary folder and renames it, so that all files appear or none.
 void WriteFolder(const std::string& path, const std::vector<FolderFile>& files) {
   std::filesystem::path target = ToPath(path);
   if (target.filename().empty()) target = target.parent_path();
@@ -58,7 +58,7 @@ class Export : public Command {
     const bool toOutput = output_ == "-";
     const std::vector<Snippet> snippets = ChosenSnippets();
     ConversionReport report;
-    std::vector<FolderFile> files;  // for a folder; else the first is the one that was asked for
+    std::vector<FolderFile> files;  // for a folder; otherwise the first is the exported file
     if (format == Format::Bas) {
       if (toOutput) throw Failure(ExitCode::Usage, "a folder cannot be written to the standard output");
       if (asTemplates_) throw Failure(ExitCode::Usage, ".bas files have no templates");

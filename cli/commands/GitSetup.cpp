@@ -9,7 +9,7 @@
 namespace snip {
 namespace {
 
-/// A line of git's attributes: bytes are kept as they are, and two drivers of the configuration are used.
+/// A line of git's attributes: keeps bytes unchanged, and uses two drivers of the configuration.
 constexpr std::string_view kAttributes = "*.bns -text diff=bns merge=bns";
 
 constexpr const char* kSections[] = {"merge.bns", "diff.bns"};
@@ -33,7 +33,7 @@ class GitSetup : public Command {
     if (!OutputOf("git --version")) throw Failure(ExitCode::File, "git cannot be run");
     const std::string attributes = AttributesFile();
     for (const char* section : kSections) {
-      // A section that is there twice would give the driver twice.
+      // With the section twice, the driver would be there twice.
       const bool exists =
           OutputOf(Git("config " + Scope() + " --get-regexp ^" + section + "[.]")).has_value();
       if (undo_ && exists) Do("config " + Scope() + " --remove-section " + section);
@@ -68,7 +68,7 @@ class GitSetup : public Command {
     }
   }
 
-  /// The repository's own file, which its other users get as well, or the user's.
+  /// The repository's attributes file, which is shared with its other users, or the user's.
   std::string AttributesFile() const {
     if (!global_) {
       const std::string top = LineOf(OutputOf(Git("rev-parse --show-toplevel")));
@@ -90,7 +90,7 @@ class GitSetup : public Command {
     return home + "/.config/git/attributes";
   }
 
-  /// Adds the line at the end, or removes it: what the file had before comes back byte for byte.
+  /// Adds the line at the end, or removes it, which restores the file byte for byte.
   void ChangeAttributes(const std::string& path) {
     std::error_code ignored;
     const bool exists = std::filesystem::exists(ToPath(path), ignored);

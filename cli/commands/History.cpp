@@ -10,7 +10,7 @@
 namespace snip {
 namespace {
 
-/// The history of a library on the command line; its versions are known by their names without the extension.
+/// The history of a library on the command line. A version is named by its file name without the extension.
 class KeptVersions {
  public:
   KeptVersions(Session& session, const std::string& path)
@@ -24,7 +24,7 @@ class KeptVersions {
     const std::string file = FileNameOf(version);
     return file.substr(0, file.size() - kLibraryExtension.size());
   }
-  /// By its name, or "#" and its number from 1, the newest.
+  /// By its name, or by "#" and its number; 1 is the newest.
   const Version& Find(const std::string& which) const {
     for (std::size_t i = 0; i < versions_.size(); ++i) {
       if (which == Name(versions_[i]) || which == "#" + std::to_string(i + 1)) return versions_[i];

@@ -20,7 +20,7 @@ BnsContents ReadContents(Session& session, const std::string& path, std::string_
 /// lossy.
 void CheckNothingIsLost(Session& session, const std::string& path, std::string_view bytes);
 
-/// The contents of a library that is to be written: as ReadContents, but version 1 is refused, and so is what
+/// Reads a library that is to be changed: like ReadContents, but refuses version 1 and what
 /// CheckNothingIsLost refuses.
 BnsContents ReadForChange(Session& session, const std::string& path, std::string_view bytes);
 
@@ -36,10 +36,10 @@ void RequireHeld(Session& session, Snippet& snippet);
 /// when the library is saved.
 class LibraryFile {
  public:
-  /// Reads a library; throws a Failure if it is not one.
+  /// Reads a library; throws a Failure if the file is not one.
   LibraryFile(Session& session, const std::string& path);
-  /// A library to be changed. Refuses one of which saving would lose data, unless the session is lossy. With
-  /// `create`, a library without snippets if there is no file.
+  /// Reads a library to be changed. Refuses one if saving would lose data, unless the session is lossy. With
+  /// `create`, returns an empty library if there is no file.
   static LibraryFile ForChange(Session& session, const std::string& path, bool create = false);
 
   std::vector<Snippet> snippets;
@@ -48,7 +48,7 @@ class LibraryFile {
   bool isNew() const { return isNew_; }
 
   /// The position of the snippet that `which` (UTF-8) names: its exact name; its name in another case; or "#"
-  /// and its number from 1. Throws a Failure for none and for several.
+  /// and its number from 1. Throws a Failure if there is none, or more than one.
   std::size_t Find(const std::string& which) const;
 
   /// Throws a Failure if there is no room for so many more snippets.

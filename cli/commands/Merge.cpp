@@ -65,7 +65,8 @@ class Merge : public Transfer {
     const std::string bytes = session_.Read(path);
     const std::string name = label_ ? *label_ + " (" + side + ")" : path;
     if (side != "base") return ReadForChange(session_, name, bytes).snippets;
-    // Git has an empty file for a library that both sides added, and a library may have been converted since.
+    // Git passes an empty file if both sides added the library, and the library may have been converted
+    // since.
     if (bytes.empty()) return {};
     CheckNothingIsLost(session_, name, bytes);
     return ReadContents(session_, name, bytes).snippets;

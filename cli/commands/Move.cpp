@@ -53,8 +53,8 @@ class Move : public Command {
   }
 
  private:
-  /// Writes the other library first, because if the second write fails the snippet is then in both, not in
-  /// neither.
+  /// Writes the other library first: if the second write fails, the snippet is in both libraries rather than
+  /// in none.
   void MoveInto(LibraryFile& from, std::size_t position) {
     std::error_code ignored;
     if (std::filesystem::equivalent(ToPath(library_), ToPath(*into_), ignored)) {

@@ -11,7 +11,7 @@
 
 namespace snip {
 
-/// What every command works with.
+/// What all commands share.
 class Session {
  public:
   Session(Terminal& streams, const CodePage& codePage) : terminal(streams), page(codePage) {}
@@ -19,10 +19,10 @@ class Session {
   Terminal& terminal;
   const CodePage& page;
   bool json = false;    ///< Print JSON.
-  bool lossy = false;   ///< Continue where text would be lost.
+  bool lossy = false;   ///< Continue although text is lost.
   bool dryRun = false;  ///< Write no file.
 
-  /// Opens a file, or for "-" the standard input, which can be read once.
+  /// Opens a file, or the standard input for "-", which can be read only once.
   InputFile Open(const std::string& path);
   std::string Read(const std::string& path) { return Open(path).ReadAll(); }
   /// A text of the command line in the library's code page; refuses to lose characters.

@@ -23,7 +23,8 @@ void Transfer::AddSnippets(LibraryFile& library, Imported imported) {
   for (const LossNote& note : imported.report.notes()) {
     report_.Note(note.loss, note.snippet, note.count, note.detail);
   }
-  // Only names that the library had before are taken: a source may have a name several times.
+  // Only the names that the library had before count as taken, because a source may have a name several
+  // times.
   std::vector<Snippet>& snippets = library.snippets;
   std::unordered_multimap<std::string, std::size_t> names;
   std::unordered_set<std::string> taken;

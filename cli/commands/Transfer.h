@@ -16,8 +16,8 @@ class Transfer : public Command {
  protected:
   void AddTransfer();
 
-  /// Adds snippets at the end of the library, unless it has the same one in all texts already. One whose name
-  /// is taken is skipped or gets a number; nothing is overwritten.
+  /// Adds snippets at the end of the library, except those that it has already with the same texts. A snippet
+  /// whose name is taken is skipped or gets a number; nothing is overwritten.
   void AddSnippets(LibraryFile& library, Imported imported);
 
   bool create_ = false;
@@ -42,8 +42,7 @@ enum class Format { ByName, VisualStudio, VsCode, Bas };
 std::map<std::string, Format> FormatWords();
 constexpr const char* kFormatHelp = "the other tool's format, if the file's name does not tell it";
 
-/// `wanted`, or else the format that the file name's extension or a folder tells. Throws a Failure if nothing
-/// does.
+/// `wanted`, or else the format of the extension or of a folder. Throws a Failure for another extension.
 Format FormatOf(Format wanted, const std::string& path);
 
 /// The file with the paths of attachments that belongs to a VS Code file.

@@ -26,7 +26,7 @@ std::string_view WithoutFirstLine(std::string_view text) {
   return end == std::string_view::npos ? std::string_view{} : text.substr(end + kLineEnd.size());
 }
 
-/// Whether code alone in a file would be taken for something in front of code.
+/// Whether a file with this code alone would be read as having a description or attributes.
 bool BeginsOtherwise(std::string_view code) {
   constexpr std::array<std::string_view, 5> others = {"'", "Attribute VB_", "\xEF\xBB\xBF", "\xFF\xFE",
                                                       "\xFE\xFF"};
@@ -34,8 +34,8 @@ bool BeginsOtherwise(std::string_view code) {
                      [&](std::string_view other) { return code.starts_with(other); });
 }
 
-/// The description as comments, and the code behind an empty line. Where there is no description, an empty
-/// comment keeps code that begins with a comment from being taken for it.
+/// The description as comments, an empty line, and the code. Without a description an empty comment comes
+/// first if the code would otherwise be read as having one.
 std::string BasBytes(const Snippet& snippet) {
   std::string bytes;
   if (!snippet.Description.empty() || BeginsOtherwise(snippet.Code)) {
@@ -52,8 +52,8 @@ std::string BasBytes(const Snippet& snippet) {
   return bytes.append(snippet.Code).append(kLineEnd);
 }
 
-/// Takes a file apart again; also one that was written by hand or saved by the development environment, which
-/// puts attributes in front.
+/// Splits a file again. It may also be written by hand, or saved by the development environment, which puts
+/// attributes first.
 void ReadBas(std::string_view text, Snippet& snippet) {
   while (text.starts_with("Attribute VB_")) text = WithoutFirstLine(text);
   std::string description;
@@ -78,8 +78,8 @@ std::string WithUsualLines(std::string_view text, std::size_t& changed) {
   return std::move(lines.text);
 }
 
-/// The name as one that every file system takes: without the characters that Windows refuses and without its
-/// device names.
+/// The name changed to one that is valid on every file system, without characters that Windows refuses and
+/// without its device names.
 std::string FileStem(const std::string& name) {
   std::string stem;
   for (const char32_t c : utf8::utf8to32(name)) {
@@ -151,7 +151,7 @@ std::vector<FolderFile> WriteBasFolder(std::span<const Snippet> snippets, const 
                                        ConversionReport& report) {
   std::vector<FolderFile> files;
   OrderedJson index = OrderedJson::array();
-  // Some file systems do not tell capitals from small letters.
+  // Some file systems ignore case.
   const auto small = [&](const std::string& stem) { return page.Lower(page.FromUtf8(stem).text); };
   UniqueNames stems;
   for (const Snippet& snippet : snippets) stems.Reserve(small(FileStem(page.ToUtf8(snippet.Name))));

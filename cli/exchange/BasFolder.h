@@ -12,8 +12,8 @@ namespace snip {
 /// A folder of `.bas` files, one for each snippet: the description as a block of comments, an empty line, the
 /// code; in the library's code page, lines ending with CR LF.
 ///
-/// The order of the snippets, names that are no file names, and the paths of attachments are kept in a file
-/// of its own beside them, which need not be there when the folder is read.
+/// An index file holds the order of the snippets, names that cannot be file names, and the paths of
+/// attachments. It may be missing when the folder is read.
 
 /// A file of the folder.
 struct FolderFile {
@@ -23,8 +23,8 @@ struct FolderFile {
 
 inline constexpr std::string_view kBasIndex = "snippets.json";
 
-/// Reads the folder's `.bas` files in the order of the index; those it does not list come behind it, in the
-/// order of their names. `encoding` is that of the files. Throws Malformed for an index that is none.
+/// Reads the folder's `.bas` files in the order of the index, then the others in the order of their names.
+/// `encoding` is that of the files. Throws Malformed for a damaged index.
 Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, const CodePage& page);
 
 /// The files to write, the index last.

@@ -6,7 +6,7 @@
 
 namespace snip {
 
-/// What could not be carried over unchanged.
+/// Why a snippet could not be carried over unchanged.
 enum class Loss {
   // The snippet was skipped:
   SameName,       ///< The library has another snippet of that name.
@@ -14,7 +14,7 @@ enum class Loss {
   Template,       ///< It has placeholders, and --templates was not given.
   OtherLanguage,  ///< It is not Visual Basic.
   NoCode,         ///< It has no code.
-  RepeatedKey,    ///< The file has the name again further down.
+  RepeatedKey,    ///< The file has the same name again later.
   NoRoom,         ///< The library is full.
   // The snippet was carried over, but:
   Characters,     ///< Characters that the target cannot represent became "?".

@@ -8,7 +8,7 @@
 namespace snip {
 namespace {
 
-/// Where the comment or string that begins at `at` ends; `at` itself when neither does.
+/// The end of the comment or string that begins at `at`; `at` itself if none begins there.
 std::size_t SkipCommentOrString(std::string_view json, std::size_t at) {
   const std::string_view rest = json.substr(at);
   const auto behind = [&](std::string_view closer) {
@@ -23,7 +23,8 @@ std::size_t SkipCommentOrString(std::string_view json, std::size_t at) {
   return std::min(end + 1, json.size());
 }
 
-/// Makes blanks of commas between a value and a closing bracket, which the parser would refuse. Lines stay.
+/// Replaces commas between a value and a closing bracket, which the parser would refuse, with blanks. Line
+/// numbers stay the same.
 std::string WithoutTrailingCommas(std::string_view json) {
   std::string text(json);
   constexpr std::size_t none = std::string::npos;
@@ -73,7 +74,7 @@ Json ReadJsonWithComments(std::string_view bytes, OutermostKeys& keys) {
   } catch (const Json::parse_error& error) {
     const auto end = std::min(error.byte > 0 ? error.byte - 1 : 0, text.size());
     const auto lineEnds = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n');
-    // The message begins with the parser's own name for it and the place; what is wrong stands last.
+    // The message begins with the parser's name of the error and the place; the reason is at the end.
     const std::string_view message = error.what();
     const auto colon = message.find(": ");
     throw Malformed(

@@ -13,7 +13,7 @@ namespace snip {
 
 /// How an import treats the placeholders of a snippet.
 enum class Templates {
-  Fields,  ///< Fields of the code; a placeholder that no field can stand for becomes its default text.
+  Fields,  ///< Placeholders become fields of the code, or their default texts if no field can represent them.
   Skip,    ///< The snippet is left out.
   Fill,    ///< Each placeholder becomes its default text.
   AsText,  ///< The code is the template's text, with placeholders and escapes unchanged.
@@ -24,7 +24,7 @@ struct ImportOptions {
   bool allLanguages = false;  ///< Also snippets that say they are not Visual Basic.
 };
 
-/// Snippets of another tool's file, and what of them could not be imported.
+/// Snippets of another tool's file, and a report of what could not be imported.
 struct Imported {
   std::vector<Snippet> snippets;
   ConversionReport report;

@@ -15,10 +15,10 @@
 namespace snip {
 namespace {
 
-// Bodies come from anywhere, and reading them must end: what exceeds these limits is no placeholder.
+// Bodies may come from anywhere, so reading them has limits: what exceeds them is not a placeholder.
 constexpr int kDeepest = 32;                 // placeholders in defaults of placeholders
 constexpr std::size_t kLongest = 4096;       // choices and transformations, in bytes
-constexpr std::size_t kLargest = 1U << 20U;  // what a body may become, in bytes
+constexpr std::size_t kLargest = 1U << 20U;  // of an expanded body, in bytes
 
 bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -51,7 +51,7 @@ class TemplateReader {
   TemplateReader(std::string_view body, bool asFields) : body_(body), asFields_(asFields) {}
 
   TemplateText Read() {
-    // Twice, since a mention may come before the placeholder that has the default.
+    // Twice, because a placeholder may be mentioned before its default is given.
     ReadText(0, false);
     at_ = 0;
     placeholders_ = 0;
@@ -114,7 +114,7 @@ class TemplateReader {
     return value;
   }
 
-  /// The field that stands for a placeholder, which was written in `length` bytes; nothing when none can.
+  /// The field that represents a placeholder, which was written in `length` bytes; nothing if none can.
   std::optional<std::string> FieldFor(const std::string& name, std::size_t length) const {
     for (const auto& [field, variable] : kVariables) {
       // These fields have no place for a default text.
@@ -124,19 +124,19 @@ class TemplateReader {
     const auto known = choices_.find(name);
     const std::vector<std::string> choices =
         known != choices_.end() ? known->second : std::vector<std::string>{""};
-    // A first text that is a word names a field better than its number, unless another placeholder has it,
-    // too.
+    // A default that is a word is a better field name than the number, unless another placeholder has the
+    // same one.
     const bool alone = std::none_of(choices_.begin(), choices_.end(), [&](const auto& other) {
       return other.first != name && EqualsIgnoringAsciiCase(other.second.front(), choices.front());
     });
     const bool named =
         alone && WrittenField(choices.front()).has_value() && !IsDigit(choices.front().front());
-    // The editor has no variable for the procedure, so that a placeholder has to stand for that field.
+    // The editor has no variable for the procedure, so a placeholder represents that field.
     const bool answered = IsAnswered(choices.front());
     const bool procedure = EqualsIgnoringAsciiCase(choices.front(), kProcedureField);
     if (named && choices.size() == 1 && (!answered || procedure)) return WrittenField(choices.front());
     const std::string label = named && !answered ? choices.front() : name;
-    // Every mention has to fit, or the user would be asked for some of them alone.
+    // Every mention has to be a field, or the user would be asked for only some of them.
     auto whole = WrittenField(label, choices);
     const bool mention = known != choices_.end() && length <= name.size() + std::string_view("${}").size();
     return whole && mention ? WrittenField(label) : whole;
@@ -190,7 +190,7 @@ class TemplateReader {
     return std::nullopt;
   }
 
-  /// `expression/format/options}`: what it would make of a default depends on the editor.
+  /// `expression/format/options}`: its result depends on the editor.
   bool SkipTransformation() {
     int slashes = 0;
     int braces = 0;
@@ -219,7 +219,7 @@ class TemplateReader {
   std::size_t placeholders_ = 0;
   std::map<std::string, std::string> defaults_;
   std::map<std::string, std::vector<std::string>> choices_;  ///< The default first.
-  std::unordered_set<std::size_t> none_;  ///< Where a "$" was found to begin no placeholder.
+  std::unordered_set<std::size_t> none_;  ///< Places of a "$" that does not begin a placeholder.
 };
 
 }  // namespace

@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// The encoding of a text from outside. A byte order mark overrides all but `Ansi`.
+/// The encoding of an external text. A byte order mark overrides all but `Ansi`.
 enum class Encoding {
   Auto,  ///< UTF-8 if the bytes are valid UTF-8, else the library's code page.
   Utf8,
@@ -17,7 +17,7 @@ enum class Encoding {
   AnsiUnlessMarked,  ///< The library's code page.
 };
 
-/// Converts a text from outside to the library's code page; line ends stay as they are.
+/// Converts an external text to the library's code page; line ends stay as they are.
 AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage& page);
 
 /// Converts a library's text to UTF-8 with LF as line end. CR LF is the usual kind.

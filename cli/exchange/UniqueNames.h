@@ -6,13 +6,13 @@
 
 namespace snip {
 
-/// Gives out names none of which is there twice: a name that is taken gets a number behind it.
+/// Makes names unique: appends a number to a name that is taken.
 class UniqueNames {
  public:
-  /// Keeps a name from being made out of another and a number.
+  /// Reserves a name, so that no other name becomes it by a number.
   void Reserve(const std::string& key) { taken_.emplace(key, 0); }
 
-  /// `keyOf` makes of a name what must be different.
+  /// `keyOf` returns the part of a name that has to be unique.
   template <class KeyOf>
   std::string Take(const std::string& name, KeyOf keyOf) {
     std::size_t& number = taken_[keyOf(name)];
@@ -27,7 +27,7 @@ class UniqueNames {
   }
 
  private:
-  std::map<std::string, std::size_t> taken_;  ///< And the number given last; 0 for a name not given out yet.
+  std::map<std::string, std::size_t> taken_;  ///< With the last number used; 0 for a reserved name.
 };
 
 }  // namespace snip

@@ -22,7 +22,7 @@ namespace {
 
 using Defaults = std::map<std::string, std::string, std::less<>>;
 
-/// The placeholders of a snippet: those declared, and the two that need no declaration.
+/// The placeholders of a snippet: the declared ones, and the two predefined ones.
 Defaults PlaceholdersOf(const XmlNode* content) {
   Defaults defaults = {{"end", ""}, {"selected", ""}};
   const XmlNode* const declarations = ChildOf(content, "Declarations");
@@ -39,8 +39,8 @@ struct Filled {
   std::size_t placeholders = 0;
 };
 
-/// The field that stands for a placeholder with that default, which a later mention does not repeat; nothing
-/// when none can.
+/// The field that represents a placeholder with that default, which a later mention does not repeat; nothing
+/// if none can.
 std::optional<std::string> FieldFor(const std::string& id, const std::string& text, bool mentioned) {
   if (id == "end") return WrittenField(std::string(kEndField));
   if (id == "selected") return WrittenField(std::string(kSelectionField));
@@ -49,8 +49,8 @@ std::optional<std::string> FieldFor(const std::string& id, const std::string& te
   return whole && mentioned ? WrittenField(id) : whole;
 }
 
-/// The code with every placeholder exchanged for a field, with `asFields`, or else for its default text.
-/// Throws std::length_error where that makes it longer by more than a megabyte.
+/// The code with every placeholder replaced by a field, with `asFields`, or by its default text. Throws
+/// std::length_error if that adds more than a megabyte.
 Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& defaults, bool asFields) {
   Filled filled;
   std::set<std::string> mentioned;
@@ -65,7 +65,7 @@ Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& d
                            ? defaults.end()
                            : defaults.find(code.substr(delimiter.size(), end - delimiter.size()));
     if (known == defaults.end()) {
-      // A delimiter around something else is text; the second may begin a placeholder.
+      // Delimiters around another name are text; the second one may begin a placeholder.
       filled.code.append(delimiter);
       code.remove_prefix(delimiter.size());
       continue;
@@ -81,7 +81,7 @@ Filled Fill(std::string_view code, std::string_view delimiter, const Defaults& d
   return filled;
 }
 
-/// The properties that a library has no place for; those that say nothing are not counted.
+/// The number of properties that a library cannot hold, except empty ones.
 std::size_t OtherFieldsOf(const XmlNode* header, const XmlNode* content, bool helpIsPath) {
   std::size_t count = 0;
   for (const char* name : {"Shortcut", "Author", "HelpUrl"}) {
@@ -139,7 +139,7 @@ std::string DelimiterFor(std::string_view code) {
   for (const char candidate : std::string_view("$~@^`|#%&!;?")) {
     if (code.find(candidate) == std::string_view::npos) return {candidate};
   }
-  // Outside of every code page with one byte a character, so outside of every library.
+  // A character outside all single-byte code pages, so no library contains it.
   return utf8::utf32to8(U"\u2588");
 }
 

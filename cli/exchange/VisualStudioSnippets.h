@@ -11,7 +11,7 @@ namespace snip {
 /// Visual Studio's `.snippet` files: XML, several snippets a file.
 ///
 /// Title is the name, Description the description, Code the code. The attachment's path is the HelpUrl, which
-/// Visual Studio does not use and which is no path where it begins with a scheme. Control characters that XML
+/// Visual Studio does not use; one with a scheme is not a path. Control characters that XML
 /// cannot hold are lost.
 
 /// Reads a file; throws Malformed.

@@ -16,7 +16,7 @@ std::size_t LineIn(std::string_view text, std::size_t at) {
                  std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
 }
 
-/// Where the tag that begins at `at` ends; a ">" in an attribute's value ends none.
+/// The end of the tag that begins at `at`; a ">" in an attribute's value does not end it.
 std::size_t EndOfTag(std::string_view xml, std::size_t at) {
   char quote = '\0';
   for (; at < xml.size(); ++at) {
@@ -31,8 +31,8 @@ std::size_t EndOfTag(std::string_view xml, std::size_t at) {
   return std::string_view::npos;
 }
 
-/// Ends over-deep documents before the parser goes down into them. What a document type could declare is not
-/// wanted, and would hide tags.
+/// Rejects documents that are nested too deeply, because the parser would recurse into them, and document
+/// types, because their declarations could hide tags.
 void CheckDepth(std::string_view xml) {
   std::size_t depth = 0;
   for (auto at = xml.find('<'); at != std::string_view::npos; at = xml.find('<', at)) {
@@ -52,7 +52,7 @@ void CheckDepth(std::string_view xml) {
       opens = end != std::string_view::npos && !rest.starts_with("</") && xml[end - 1] != '/';
       if (rest.starts_with("</") && depth > 0) --depth;
     }
-    if (end == std::string_view::npos) return;  // the parser says what is wrong
+    if (end == std::string_view::npos) return;  // the parser will report the error
     depth += opens ? 1 : 0;
     if (depth > kDeepest) throw Malformed(LineIn(xml, at), "elements are nested too deeply");
     at = end;
@@ -117,14 +117,14 @@ std::string TextOf(const XmlNode* node) {
     const bool holdsText = part->type() == rapidxml::node_data || part->type() == rapidxml::node_cdata;
     if (holdsText) text.append(part->value(), part->value_size());
   }
-  // XML has one kind of line end; the parser leaves that to its user.
+  // XML line ends are LF; the parser does not convert them.
   std::string lines;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool carriageReturn = text[i] == '\r';
     if (carriageReturn && i + 1 < text.size() && text[i + 1] == '\n') continue;
     lines += carriageReturn ? '\n' : text[i];
   }
-  // A character reference can name what is no character.
+  // A character reference may have a number that is not a character.
   return utf8::replace_invalid(lines);
 }
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr unsigned int kWesternEuropean = 1252;
 
-// What the platform knows of characters. Those of code pages with one byte a character fit in a wchar_t.
+// What the platform knows about characters. Characters of single-byte code pages fit in a wchar_t.
 #ifdef _WIN32
 class Platform {
  public:
@@ -136,7 +136,7 @@ AnsiText CodePage::FromUtf16(std::string_view bytes, bool bigEndian) const {
     const auto first = static_cast<unsigned char>(bytes[i - 1]);
     const auto second = static_cast<unsigned char>(bytes[i]);
     const auto unit = static_cast<char32_t>(bigEndian ? first << 8U | second : second << 8U | first);
-    // A pair is one character, which no code page with one byte a character has.
+    // A surrogate pair is one character, which no single-byte code page has.
     const bool pairEnds = pairBegun && unit >> 10U == 0x37;
     if (!pairEnds) Append(ansi, unit);
     pairBegun = unit >> 10U == 0x36;

@@ -31,7 +31,7 @@ class CodePage : public LetterTable {
   AnsiText FromUtf16(std::string_view bytes, bool bigEndian) const;
 
  private:
-  /// By its number on Windows.
+  /// Creates a code page by its number on Windows.
   explicit CodePage(unsigned int number);
   void Append(AnsiText& to, char32_t character) const;
 

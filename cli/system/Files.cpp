@@ -61,7 +61,7 @@ bool InputFile::Rewind() {
 }
 
 std::string InputFile::ReadAll() {
-  // Neither a library nor another tool's file is larger, and a 32-bit process could not hold it twice.
+  // No library or snippet file is larger, and a 32-bit process could not hold it twice.
   constexpr std::size_t largest = std::size_t{256} << 20U;
   const auto piece = std::make_unique<char[]>(kWrittenPiece);
   std::string bytes;

@@ -24,7 +24,7 @@ class InputFile : public ByteSource {
   std::size_t Read(std::span<char> room) override;
   bool Failed() const override { return false; }
 
-  /// Goes back to the beginning; false if that is not possible, as it is not for a pipe.
+  /// Goes back to the beginning; false if that is not possible, for example for a pipe.
   bool Rewind();
 
   /// All bytes that are left; throws a Failure if there are more than 256 MB.

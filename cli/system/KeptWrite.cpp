@@ -22,7 +22,7 @@ void WriteLibraryFile(const std::string& path, std::string_view bytes, Existing 
   if (history && !history->Make()) history.reset();
   const auto lock = history ? files.Lock(history->path()) : nullptr;
   if (history) KeepOldFile(files, *history, nullptr);
-  // The file is replaced in one step: there is no save that could be interrupted.
+  // The file is replaced atomically, so an interrupted save need not be completed.
   WriteFileSafely(path, bytes, existing);
   if (!history) return;
   history->Keep(bytes, VersionTag::Saved);

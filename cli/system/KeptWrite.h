@@ -10,12 +10,12 @@
 
 namespace snip {
 
-/// The history of a library, which Snipstore shares; nothing when the system has no place for histories, and
-/// for files of other names than libraries have.
+/// The history of a library, shared with Snipstore; nothing if the system has no folder for histories, or if
+/// the file is not named like a library.
 std::optional<VersionFolder> HistoryOf(Files& files, const std::string& path);
 
-/// Writes a library as WriteFileSafely does, and keeps the file before and the new one in its history. A
-/// history that fails does not keep the library from being written.
+/// Writes a library like WriteFileSafely, and keeps the old and the new file in its history. If the history
+/// fails, the library is written all the same.
 void WriteLibraryFile(const std::string& path, std::string_view bytes, Existing existing);
 
 }  // namespace snip

@@ -66,7 +66,7 @@ std::filesystem::path Followed(const std::filesystem::path& path) {
   auto* const finalPath = reinterpret_cast<FinalPathFunction*>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetFinalPathNameByHandleW")));
   if (!file || finalPath == nullptr) return path;
-  constexpr DWORD kNormalized = 0;  // as FILE_NAME_NORMALIZED, which the headers keep for later systems
+  constexpr DWORD kNormalized = 0;  // FILE_NAME_NORMALIZED, which the headers define only for later systems
   const DWORD size = finalPath(file.get(), nullptr, 0, kNormalized);
   std::wstring followed(size, L'\0');
   const DWORD length = size == 0 ? 0 : finalPath(file.get(), followed.data(), size, kNormalized);
