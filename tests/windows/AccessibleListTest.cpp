@@ -239,20 +239,18 @@ TEST_F(AccessibleListTest, AnswersFollowTheWindowAndItsItems) {
 }
 
 TEST_F(AccessibleListTest, BehindAModalWindowNothingIsPressed) {
-  const HWND frame = CreateWindowExA(0, "STATIC", "frame", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 200, 300,
-                                     200, nullptr, nullptr, nullptr, nullptr);
+  const TestFrame frame;
   bar_->Destroy();
-  ASSERT_TRUE(bar_->CreateAt({0, 0, 200, 40}, frame));
+  ASSERT_TRUE(bar_->CreateAt({0, 0, 200, 40}, frame.get()));
   const AccessibleClient client(bar_->hWnd());
   EXPECT_TRUE(client.Press("New snippet"));
-  EnableWindow(frame, FALSE);
+  EnableWindow(frame.get(), FALSE);
   EXPECT_TRUE(PressedByNow().empty());
   EXPECT_EQ(Answers(client, "press 1; state 1"), "never 1");
-  EnableWindow(frame, TRUE);
+  EnableWindow(frame.get(), TRUE);
   EXPECT_TRUE(client.Press("New snippet"));
   EXPECT_EQ(PressedByNow(), std::vector<int>{0});
   bar_->Destroy();
-  DestroyWindow(frame);
 }
 
 TEST_F(AccessibleListTest, RefusesWhatIsNoChildAndWhatHasNoPlaceForTheAnswer) {

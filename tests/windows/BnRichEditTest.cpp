@@ -4,7 +4,7 @@
 #include <richedit.h>
 
 #include <algorithm>
-#include <cstring>
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
@@ -14,6 +14,7 @@
 
 #include "platform/Clipboard.h"
 #include "platform/ExactTextField.h"
+#include "platform/GlobalMemory.h"
 #include "platform/OleColor.h"
 #include "platform/OleDragSource.h"
 #include "platform/Win32Text.h"
@@ -40,17 +41,9 @@ class BnRichEditTest : public testing::Test {
  protected:
   explicit BnRichEditTest(BnRichEdit::Engine engine = BnRichEdit::Engine::RichEdit) : engine_(engine) {}
   void SetUp() override {
-    frame_ = CreateWindowExA(0, "STATIC", "editor", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 50, 50, 500, 300,
-                             nullptr, nullptr, nullptr, nullptr);
-    other_ = CreateWindowExA(0, "EDIT", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 0, 0, 100, 20, frame_,
-                             nullptr, nullptr, nullptr);
-    ASSERT_TRUE(editor_.CreateIn(frame_, 5, kFont));
+    other_ = CreateControl(frame_.get(), "EDIT", "", WS_VISIBLE | WS_TABSTOP, 0, 8, nullptr, {0, 0, 100, 20});
+    ASSERT_TRUE(editor_.CreateIn(frame_.get(), 5, kFont));
     MoveWindow(editor_.hWnd(), 0, 20, 480, 200, TRUE);
-    ASSERT_TRUE(WaitUntil([&] { return GetActiveWindow() == frame_; }));
-  }
-  void TearDown() override {
-    editor_.Destroy();
-    DestroyWindow(frame_);
   }
 
   std::string Text() const { return editor_.text().value(); }
@@ -70,25 +63,29 @@ class BnRichEditTest : public testing::Test {
     return CallWindowProcA(description.lpfnWndProc, Control(), EM_GETTEXTLENGTHEX,
                            reinterpret_cast<WPARAM>(&asked), 0);
   }
+  /// Where a character of the control's is, in pixels.
+  POINT PlaceOf(int character) const {
+    POINTL place{};
+    SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), character);
+    return {place.x, place.y};
+  }
   LRESULT FirstLine() const { return SendMessageA(Control(), EM_GETFIRSTVISIBLELINE, 0, 0); }
 
-  /// One letter for the colour of each character of the control's, from `begin` on; blanks are left blank.
+  /// One letter for the colour of each of the control's characters from `begin` on: fore, keyword, comment or
+  /// string. Blanks stay blank.
   std::string Hues(int begin, int end) {
     const int start = editor_.SelStart();
     const int length = editor_.SelLength();
     const CodeColours colours = CodeColoursOn(GetSysColor(COLOR_WINDOW), TranslateColor(editor_.foreColor()));
+    const std::array hueColors{colours.fore, colours.keyword, colours.comment, colours.string};
     std::string hues;
     SendMessageA(Control(), WM_SETREDRAW, FALSE, 0);
     for (int i = begin; i < end; ++i) {
       SendMessageA(Control(), EM_SETSEL, static_cast<WPARAM>(i), i + 1);
       const COLORREF color = FormatOfSelection().crTextColor;
       const bool blank = editor_.SelText().value().find_first_not_of(" \t\r\n") == std::string::npos;
-      hues += blank                      ? ' '
-              : color == colours.fore    ? 'f'
-              : color == colours.keyword ? 'k'
-              : color == colours.comment ? 'c'
-              : color == colours.string  ? 's'
-                                         : '?';
+      const auto known = std::ranges::find(hueColors, color);
+      hues += blank ? ' ' : "fkcs?"[known - hueColors.begin()];
     }
     SendMessageA(Control(), EM_SETSEL, static_cast<WPARAM>(start), start + length);
     SendMessageA(Control(), WM_SETREDRAW, TRUE, 0);
@@ -96,17 +93,14 @@ class BnRichEditTest : public testing::Test {
   }
   std::string Hues() { return Hues(0, editor_.TextLength()); }
   void PutOnClipboard(const std::vector<std::pair<UINT, std::string>>& contents) const {
-    ASSERT_NE(OpenClipboard(frame_), 0);
+    ASSERT_NE(OpenClipboard(frame_.get()), 0);
     EmptyClipboard();
-    for (const auto& [format, data] : contents) {
-      const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, data.size() + 1);
-      std::memcpy(GlobalLock(block), data.c_str(), data.size() + 1);
-      GlobalUnlock(block);
-      SetClipboardData(format, block);
-    }
+    for (const auto& [format, data] : contents)
+      SetClipboardData(format, MakeGlobal({data.c_str(), data.size() + 1}).Release());
     CloseClipboard();
   }
 
+  const TestFrame frame_{"editor", {50, 50, 500, 300}};
   BnRichEdit::Engine engine_;
   std::vector<std::string> log_;
   std::function<void()> onDoubleClick_ = [] {};
@@ -122,7 +116,6 @@ class BnRichEditTest : public testing::Test {
                                           POINT) { log_.push_back("button " + std::to_string(button)); },
                       .contextMenu = [this](POINT) { log_.emplace_back("menu"); }},
                      engine_};
-  HWND frame_ = nullptr;
   HWND other_ = nullptr;
 };
 
@@ -136,7 +129,7 @@ TEST_F(BnRichEditTest, ListsTellTheirEntriesAsTheyAre) {
   const std::string entry = Letters() + "x";
   for (const auto& [name, add, textOf] : {std::tuple{"LISTBOX", UINT{LB_ADDSTRING}, &ListBoxText},
                                           {"COMBOBOX", UINT{CB_ADDSTRING}, &ComboBoxText}}) {
-    const HWND list = CreateControl(frame_, name, "", CBS_DROPDOWNLIST, 0, 7, nullptr, {0, 0, 90, 90});
+    const HWND list = CreateControl(frame_.get(), name, "", CBS_DROPDOWNLIST, 0, 7, nullptr, {0, 0, 90, 90});
     Subclass doubled;
     ASSERT_TRUE(doubled.Start(list, &TellDoubleLength));
     SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(entry.c_str()));
@@ -184,7 +177,7 @@ TEST_F(BnRichEditTest, OnlyTextIsPastedAndWhatTheCodePageLacksIsReplaced) {
   const std::vector<std::pair<const char*, std::function<void()>>> ways = {
       {"key", [] { PressKey('V', {VK_CONTROL}); }},
       {"message", [this] { SendMessageA(Control(), WM_PASTE, 0, 0); }},
-      {"menu", [this] { editor_.ReplaceSelection(ClipboardText(frame_)); }},
+      {"menu", [this] { editor_.ReplaceSelection(ClipboardText(frame_.get())); }},
       {"another program",
        [&] {
          SETTEXTEX how{ST_SELECTION | ST_KEEPUNDO, 1200};
@@ -262,8 +255,7 @@ TEST_F(BnRichEditTest, DoubleClicksSelectWordsTripleClicksLinesAndDraggingMoreOf
     editor_.SetLocked(true);
     editor_.SetText(text);
     const auto placeOf = [&](int character) {
-      POINTL place{};
-      SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), start + character);
+      const POINT place = PlaceOf(start + character);
       return POINT{place.x + 2, place.y + 4};
     };
     ClickAt(Control(), placeOf(row.pressed), row.clicks - 1);
@@ -469,13 +461,10 @@ TEST_F(BnRichEditTest, TextIsShownAsItIsWhateverItLooksLike) {
     SCOPED_TRACE(text);
     editor_.SetText(text);
     EXPECT_EQ(WindowText(Control()), text);
-    POINTL place{};
     editor_.SetText("\tx");
-    SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&place), 1);
-    POINTL start{};
+    const LONG behindTab = PlaceOf(1).x;
     editor_.SetText("1234x");
-    SendMessageA(Control(), EM_POSFROMCHAR, reinterpret_cast<WPARAM>(&start), 4);
-    EXPECT_NEAR(place.x, start.x, 1);
+    EXPECT_NEAR(PlaceOf(4).x, behindTab, 1);
   }
 }
 
