@@ -39,12 +39,6 @@ bool Within(HWND window, POINT screen) {
   return GetWindowRect(window, &place) != 0 && PtInRect(&place, screen) != 0;
 }
 
-bool HasNoFrame(HWND window) {
-  RECT place{};
-  return GetWindowRect(window, &place) != 0 &&
-         ClientSize(window) == Size{place.right - place.left, place.bottom - place.top};
-}
-
 }  // namespace
 
 Window::~Window() {
@@ -80,10 +74,7 @@ LRESULT Window::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT Window::Default(UINT message, WPARAM wParam, LPARAM lParam) {
   // An edit control that takes several lines asks its parent to close when Escape is pressed: meant for a
   // dialog, and the default would destroy a mere container with all it holds.
-  const bool isChild = (GetWindowLongA(hWnd_, GWL_STYLE) & WS_CHILD) != 0;
-  if (message == WM_CLOSE && isChild) return 0;
-  // Wine 8 makes a device context for the frame, with ten requests to its server, even where there is none.
-  if (message == WM_NCPAINT && isChild && HasNoFrame(hWnd_)) return 0;
+  if (message == WM_CLOSE && (GetWindowLongA(hWnd_, GWL_STYLE) & WS_CHILD) != 0) return 0;
   return DefWindowProcA(hWnd_, message, wParam, lParam);
 }
 
