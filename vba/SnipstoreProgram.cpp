@@ -14,6 +14,17 @@ namespace {
 constexpr int kMostAttempts = 3;
 constexpr DWORD kPauseMs = 100;
 
+/// A program that is just ending may still be found, and is gone a moment later.
+bool MayBeEnding(HRESULT result) {
+  for (const HRESULT known :
+       {CO_E_SERVER_STOPPING, CO_E_OBJNOTCONNECTED, RPC_E_DISCONNECTED, RPC_E_SERVER_DIED,
+        RPC_E_SERVER_DIED_DNE, HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE),
+        HRESULT_FROM_WIN32(RPC_S_CALL_FAILED), E_FAIL /* of Wine 8.0 */}) {
+    if (result == known) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 HRESULT SnipstoreProgram::Show(IDispatch* editor) {
@@ -24,14 +35,13 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     if (SUCCEEDED(Call(connect.get(), L"Show"))) return S_OK;
     // Another call may have disconnected it, or started a new one.
     if (connect_.get() != connect.get()) return S_FALSE;
-    LetGo();  // it has ended, or cannot show its window
+    Detach();  // it has ended, or cannot show its window
   }
   starting_ = true;
+  const unsigned int partings = partings_;
   HRESULT started = Start(editor);
-  // A program that is just ending is still found, and refuses; by the next attempt it is gone. For one that
-  // does not come up the system has waited long enough.
-  const auto isEnding = [&] { return FAILED(started) && started != CO_E_SERVER_EXEC_FAILURE; };
-  for (int attempts = 1; isEnding() && attempts < kMostAttempts; ++attempts) {
+  for (int attempts = 1; MayBeEnding(started) && partings == partings_ && attempts < kMostAttempts;
+       ++attempts) {
     Sleep(kPauseMs);
     started = Start(editor);
   }
@@ -49,11 +59,16 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
   result = Invoke(connect.get(), kOnConnectionMember,
                   {ByValue(editor), Variant(kExternal).get(), ByValue(nullptr), Missing()});
   connect_ = std::move(connect);
-  if (FAILED(result)) LetGo();
+  if (FAILED(result)) Detach();
   return result;
 }
 
 void SnipstoreProgram::LetGo() {
+  ++partings_;
+  Detach();
+}
+
+void SnipstoreProgram::Detach() {
   const ComPtr<IDispatch> connect = std::move(connect_);
   if (!connect) return;
   CoAllowSetForegroundWindow(connect.get(), nullptr);  // so that its question can come to the front

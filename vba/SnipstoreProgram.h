@@ -22,9 +22,11 @@ class SnipstoreProgram {
 
  private:
   HRESULT Start(IDispatch* editor);
+  void Detach();
 
   ComPtr<IDispatch> connect_;  ///< The program's object for this editor.
   bool starting_ = false;
+  unsigned int partings_ = 0;  ///< Counts the calls of `LetGo`: one during a start makes it the last attempt.
 };
 
 }  // namespace snip::vba
