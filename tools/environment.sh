@@ -160,11 +160,15 @@ make_prefix() {
     wineserver -w
     touch "$1/made"
   fi
-  # Debian's Wine has its server end with the last program, and one that starts at that moment fails. A server that
-  # stays must not hold our lock, since it outlives a script that is killed.
-  [ "$2" = Y ] || (exec {held}>&-; wineserver -k; wineserver -w; wineserver -p) </dev/null >/dev/null 2>&1 || true
-  # The first process of a prefix starts services that keep its streams open: it gets none of ours.
-  wine wineboot </dev/null >/dev/null 2>&1 || die "Wine does not start in $1"
+  if [ "$2" = N ]; then start_private_server; else wine wineboot </dev/null >/dev/null 2>&1; fi ||
+    die "Wine does not start in $1"
+}
+
+# Starts Wine's server for the private prefix, and ends first what still runs there. Debian's ends with the last program,
+# and one that starts at that moment fails: this one waits for a minute. The services that the first program starts keep
+# its streams open, and must not hold our lock either, since they outlive a script that is killed.
+start_private_server() {
+  (exec {held}>&-; wineserver -k; wineserver -w; wineserver -p60; wine wineboot) </dev/null >/dev/null 2>&1
 }
 
 # Prints the X window with that title once there is one; waits for at most a minute.

@@ -11,13 +11,14 @@ constexpr DWORD kLongestCaseMs = 240000;
 
 BOOL CALLBACK TellWindow(HWND window, LPARAM /*parameter*/) {
   if (IsWindowVisible(window) == 0) return TRUE;
-  char title[64]{};
-  GetWindowTextA(window, title, sizeof title);
+  wchar_t title[64]{};
+  InternalGetWindowText(window, title, 64);  // which asks no thread
   DWORD process = 0;
   GetWindowThreadProcessId(window, &process);
   DWORD_PTR result = 0;
   const bool answers = SendMessageTimeoutA(window, WM_NULL, 0, 0, SMTO_NORMAL, 1000, &result) != 0;
-  std::printf("  window \"%s\" of process %lx %s\n", title, process, answers ? "answers" : "does not answer");
+  std::printf("  window \"%ls\" of process %lx %s\n", title, process,
+              answers ? "answers" : "does not answer");
   return TRUE;
 }
 
