@@ -332,7 +332,10 @@ void frmHistory::SnippetChosen() {
 
 void frmHistory::EnableButtons() {
   const auto enable = [this](int id, bool enabled) {
-    EnableWindow(GetDlgItem(hWnd(), id), enabled ? TRUE : FALSE);
+    const HWND button = GetDlgItem(hWnd(), id);
+    // A disabled button that keeps the focus would take every key, Escape too.
+    if (!enabled && GetFocus() == button) SetFocus(List(kSnippetsId));
+    EnableWindow(button, enabled ? TRUE : FALSE);
   };
   // After a change of the library the places are not valid until it is compared again.
   const bool current = source_.Changes() == changes_;
