@@ -77,23 +77,6 @@ class LifeCycleTest : public testing::Test {
     return WriteBns(library);
   }
   std::string Stored() const { return program_.folder().Read("Lib.bns"); }
-  /// Whether the library's history has a file of that name.
-  bool Kept(const std::string& name) const {
-    WIN32_FIND_DATAA folder{};
-    const std::string root = program_.folder().File("History\\");
-    const UniqueFind search(FindFirstFileA((root + "Lib*").c_str(), &folder));
-    const std::string path = root + folder.cFileName + "\\" + name;
-    return search && GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-  }
-  static HWND Shown(const char* className) {
-    HWND found = nullptr;
-    WaitUntil([&] { return (found = FindVisibleOfClass(className)) != nullptr; });
-    return found;
-  }
-  /// Waits for a list of a window to have so many rows.
-  static bool HasRows(HWND window, int list, LRESULT count) {
-    return WaitUntil([&] { return SendMessageA(GetDlgItem(window, list), LB_GETCOUNT, 0, 0) == count; });
-  }
   void Close(const Remote& remote) {
     PostMessageA(remote.window(), WM_CLOSE, 0, 0);
     ASSERT_TRUE(program_.WaitForEnd());
@@ -140,91 +123,12 @@ TEST_F(LifeCycleTest, KilledAtAnyMomentTheNextStartFindsOneOfTheLastTwoSaves) {
     program_.Start();
     const Remote again(program_.process());
     ASSERT_NE(again.window(), nullptr);
-    EXPECT_TRUE(Stored() == last || Stored() == next) << Stored().size() << " bytes";
-    EXPECT_TRUE(left == last || Stored() == next) << "a damaged file is completed";
+    // A damaged file is completed.
+    EXPECT_TRUE(Stored() == (left == last ? last : next)) << Stored().size() << " bytes";
     Close(again);
   }
   std::printf("%d kills: %d before the save, %d after it, %d missing, %d cut short\n", kills, before, after,
               missing, cut);
-}
-
-TEST_F(LifeCycleTest, ChangesThatWereNeverSavedAreOfferedAfterACrashAndTheirHistoryIsShown) {
-  program_.folder().Write("Lib.bns", Bytes("start"));
-  program_.Start();
-  {
-    const Remote remote(program_.process());
-    remote.Describe("drafted");
-    remote.Press(MainButton::kEditSnippet);
-    Remote::Replace(remote.Code(), "'not committed");
-    ASSERT_TRUE(WaitUntil([&] { return Kept("draft.bns"); }));
-    program_.Kill();
-  }
-  program_.Start();
-  const Remote remote(program_.process());
-  const HWND notice = Shown("Notice");
-  ASSERT_NE(notice, nullptr);
-  EXPECT_EQ(WindowText(notice).substr(0, 30), "Unsaved changes of 'Lib' from ");
-  EXPECT_EQ(remote.Description(), "start");
-  SendMessageA(notice, WM_COMMAND, 100, 0);  // Take Them
-  EXPECT_EQ(remote.Description(), "drafted");
-  EXPECT_EQ(WindowText(remote.Code()), "'not committed");
-  EXPECT_EQ(Stored(), Bytes("start"));
-  remote.Press(MainButton::kEditSnippet);
-  Remote::Replace(remote.Code(), "'and more");
-  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
-  const HWND history = Shown("frmHistory");
-  EXPECT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1)) << "what is being edited is compared";
-  remote.Save();
-  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
-  const HWND versions = GetDlgItem(history, frmHistory::kVersionsId);
-  EXPECT_TRUE(HasRows(history, frmHistory::kVersionsId, 1 + 3));
-  EXPECT_EQ(WindowText(history), "History of 'Lib'");
-  SendMessageA(versions, LB_SETCURSEL, 2, 0);  // the state that was saved before
-  SendMessageA(history, WM_COMMAND, MAKEWPARAM(frmHistory::kVersionsId, LBN_SELCHANGE), 0);
-  EXPECT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1));
-  SendMessageA(history, WM_COMMAND, frmHistory::kPutSnippetBackId, 0);
-  EXPECT_EQ(remote.Description(), "start");
-  SendMessageA(remote.window(), WM_COMMAND, Command::kUndoList, 0);
-  EXPECT_EQ(remote.Description(), "drafted");
-  remote.Save();
-  Close(remote);
-  EXPECT_FALSE(Kept("draft.bns"));
-}
-
-TEST_F(LifeCycleTest, ANoticeGoesWithTheLibraryThatItIsAboutAndADestroyedOneIsPutBack) {
-  for (const char* name : {"Lib.bns", "Other.bns"}) program_.folder().Write(name, Bytes(name));
-  program_.Start();
-  const Remote remote(program_.process());
-  // By a new file that is given the name, as many programs save.
-  const TemporaryFolder elsewhere;
-  elsewhere.Write("new", Bytes("outside"));
-  ASSERT_NE(MoveFileExA(elsewhere.File("new").c_str(), program_.folder().File("Lib.bns").c_str(),
-                        MOVEFILE_REPLACE_EXISTING),
-            0);
-  ASSERT_NE(Shown("Notice"), nullptr);
-  const HWND files = remote.Control(frmAddIn::kFilesId);
-  const auto choose = [&](WPARAM entry) {
-    SendMessageA(files, CB_SETCURSEL, entry, 0);
-    SendMessageA(remote.window(), WM_COMMAND, MAKEWPARAM(frmAddIn::kFilesId, CBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(files));
-  };
-  choose(1);
-  EXPECT_TRUE(WaitUntil([] { return FindWindowA("Notice", nullptr) == nullptr; }));
-  EXPECT_EQ(remote.Description(), "Other.bns");
-  choose(0);
-  EXPECT_EQ(remote.Description(), "outside");
-  choose(1);
-  program_.folder().Write("Lib.bns", "destroyed");
-  choose(0);
-  EXPECT_EQ(remote.Description(), "");
-  SendMessageA(remote.window(), WM_COMMAND, Command::kHistory, 0);
-  const HWND history = Shown("frmHistory");
-  ASSERT_TRUE(HasRows(history, frmHistory::kSnippetsId, 1));
-  SendMessageA(history, WM_COMMAND, frmHistory::kPutLibraryBackId, 0);
-  EXPECT_EQ(remote.Description(), "outside");
-  remote.Save();
-  EXPECT_EQ(Stored(), Bytes("outside"));
-  Close(remote);
 }
 
 TEST_F(LifeCycleTest, TwoInstancesSaveOneLibraryInTurnAndAtOnce) {

@@ -138,8 +138,8 @@ int MainWindowUser::Selected() const {
   return static_cast<int>(SendMessageA(List(), LB_GETCURSEL, 0, 0));
 }
 
-Names MainWindowUser::Rows() const {
-  return TextsIn(List(), LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT);
+Names MainWindowUser::RowsOf(HWND list) {
+  return TextsIn(list, LB_GETCOUNT, LB_GETTEXTLEN, LB_GETTEXT);
 }
 
 Names MainWindowUser::Libraries() const {

@@ -49,7 +49,8 @@ class MainWindowUser {
   HWND NameBox() const;
   HWND FileNameBox() const;
   int Selected() const;
-  Names Rows() const;
+  static Names RowsOf(HWND list);
+  Names Rows() const { return RowsOf(List()); }
   Names Libraries() const;
   bool CodeLocked() const;
   /// The focus, the capture and so on of the program's thread.

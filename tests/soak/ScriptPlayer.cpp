@@ -4,6 +4,7 @@
 #include <cctype>
 #include <filesystem>
 #include <iomanip>
+#include <regex>
 #include <stdexcept>
 #include <utility>
 #include <variant>
@@ -47,6 +48,10 @@ std::string InOneLine(std::string text) {
   std::erase(text, '\r');
   std::ranges::replace(text, '\n', '^');
   return text;
+}
+
+std::string WithoutTimes(const std::string& text) {
+  return std::regex_replace(text, std::regex(R"(\d+([-/:.]\d+)+( [AP]M)?)"), "#");
 }
 
 /// The snippets of a library in one line, or that it is none.
@@ -306,6 +311,8 @@ std::string ScriptPlayer::State() const {
       if (item.Has(STATE_SYSTEM_UNAVAILABLE)) state += ", no " + item.name;
     }
   }
+  const HWND notice = FindVisibleOfClass("Notice");
+  if (notice != nullptr) state += " | " + WithoutTimes(WindowText(notice));
   return state + told_;
 }
 
@@ -356,7 +363,10 @@ bool ScriptPlayer::SetUp(const std::string& verb, std::istream& words) const {
   words >> std::quoted(library);
   std::vector<Snippet> snippets;
   for (std::string name; words >> std::quoted(name);) snippets.push_back(Named(name));
-  (verb == "file" ? program_.folder() : elsewhere_).Write(library + ".bns", WriteBns(snippets));
+  const std::string file = library + ".bns";
+  elsewhere_.Write(file, WriteBns(snippets));
+  // By a new file that is given the name, as many programs save.
+  if (verb == "file") std::filesystem::rename(elsewhere_.File(file), program_.folder().File(file));
   return true;
 }
 
@@ -478,6 +488,40 @@ std::string ScriptPlayer::Do(const std::string& line) {
       {"maximise", [&] { SizeTo(SC_MAXIMIZE, [](HWND window) { return IsZoomed(window) != 0; }); }},
       {"close", [&] { EndAndStart(false); }},
       {"kill", [&] { EndAndStart(true); }},
+      {"drafted",
+       [&] {
+         using Files = std::filesystem::recursive_directory_iterator;
+         const auto isDraft = [](const auto& file) { return file.path().filename() == "draft.bns"; };
+         const auto drafted = [&] { return std::ranges::any_of(Files(program_.folder().path()), isDraft); };
+         Need(WaitUntil(drafted), "no draft is written");
+       }},
+      {"history",
+       [&] {
+         PressKey('H', {VK_CONTROL, VK_SHIFT});
+         const auto list = [] {
+           return GetDlgItem(FindVisibleOfClass("frmHistory"), frmHistory::kVersionsId);
+         };
+         Need(Wait([&] { return Focus() == list() && !RowsOf(list()).empty(); }), "no history comes up");
+         PressKey(VK_HOME);
+         for (int below = number(); below > 0; --below) PressKey(VK_DOWN);
+         look_ = [window = GetParent(list())] {
+           std::string shown = WindowText(window);
+           for (int id = frmHistory::kVersionsId; id <= frmHistory::kLinesId; ++id)
+             shown += " | " + testing::PrintToString(RowsOf(GetDlgItem(window, id)));
+           return WithoutTimes(shown);
+         };
+       }},
+      {"press",
+       [&] {
+         const std::string caption = text();
+         const HWND history = FindVisibleOfClass("frmHistory");
+         const HWND window = history != nullptr ? history : FindVisibleOfClass("Notice");
+         const HWND button = FindWindowExA(window, nullptr, "BUTTON", caption.c_str());
+         Need(button != nullptr, "there is no button " + caption);
+         ClickCentre(button);
+         if (history != nullptr) PressKey(VK_ESCAPE);
+         AnswerDialogs();
+       }},
       {"clipboard",
        [&] {
          look_ = [] {
@@ -501,7 +545,7 @@ std::string ScriptPlayer::Do(const std::string& line) {
 }
 
 bool ScriptPlayer::Sees(const std::string& state) const {
-  return WaitUntil([&] { return look_() == state; }, 3000);
+  return WaitUntil([&] { return look_() == state; });
 }
 
 }  // namespace snip::test
