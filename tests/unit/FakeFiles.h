@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <limits>
 #include <map>
 #include <memory>
 #include <new>
@@ -19,21 +18,25 @@ namespace snip::test {
 /// The program ends in the middle of a call.
 struct Killed {};
 
-/// Files in memory, of which any call can fail or end the program, and a library folder that deletes and
-/// writes them as the real one does. For one thread at a time.
-class FakeFiles : public Files, public LibraryStore {
- public:
-  static constexpr int kNever = std::numeric_limits<int>::max();
+/// What goes wrong with files.
+struct Faults {
+  static constexpr int kNever = 1 << 30;
 
-  std::map<std::string, std::string> bytes;
-  std::map<std::string, std::int64_t> changed;
   std::set<std::string> busy;      ///< Another program has these open.
   std::set<std::string> tooLarge;  ///< To be read.
+  int killAt = kNever, failFrom = kNever, failUntil = kNever;
+  double written = 0.5;  ///< How much of its bytes a write that does not end leaves.
+};
+
+/// Files in memory, of which any call can fail or end the program, and a library folder that deletes and
+/// writes them as the real one does. For one thread at a time.
+class FakeFiles : public Files, public LibraryStore, public Faults {
+ public:
+  std::map<std::string, std::string> bytes;
+  std::map<std::string, std::int64_t> changed;
   Patience::Duration waited{};
   UtcTime now = std::chrono::sys_days(std::chrono::year(2026) / 7 / 9) + std::chrono::hours(14);
   int calls = 0;  ///< That change something.
-  int killAt = kNever, failFrom = kNever, failUntil = kNever;
-  double written = 0.5;  ///< How much of its bytes a write that does not end leaves.
 
   std::optional<FileStamp> Stamp(const std::string& path) override {
     return std::as_const(*this).Stamp(path);
