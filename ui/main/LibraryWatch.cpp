@@ -32,7 +32,7 @@ void LibraryWatch::Attach(HWND window, HWND noticeOver) {
 void LibraryWatch::Unload() {
   notice_.Hide();
   history_.Destroy();
-  folderChange_.Reset();
+  folderChange_.Stop();
   watched_.clear();
   draftTimer_.Done();
   if (parts_.keeper != nullptr && !parts_.operations.HasUnsaved()) parts_.keeper->DropDraft();
@@ -88,17 +88,10 @@ void LibraryWatch::WatchFolder() {
   const std::string& path = parts_.keeper->openPath();
   if (path != watched_) {
     watched_ = path;
-    const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
-    // Many programs save by giving a new file the library's name.
-    folderChange_.Reset(FindFirstChangeNotificationA(
-        folder.c_str(), FALSE,
-        FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
+    folderChange_.Watch(path.substr(0, path.find_last_of('\\') + 1));
     looking_ = true;  // it may have changed since it was read
   }
-  if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
-    looking_ = true;
-    FindNextChangeNotification(folderChange_.get());
-  }
+  if (folderChange_.Take()) looking_ = true;
   if (looking_) looking_ = parts_.keeper->LookForOutsideChange();
 }
 
