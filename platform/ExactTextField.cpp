@@ -23,6 +23,8 @@ void Paste(HWND control) {
 
 void ExactTextField::Attach(HWND control) {
   control_ = control;
+  original_.clear();
+  bytes_ = {};
   subclass_.Start(control, [](const Subclass::Message& message) {
     if (message.id != WM_PASTE) return message.PassOn();
     Paste(message.window);

@@ -7,6 +7,10 @@
 namespace snip {
 namespace {
 
+WNDPROC ProcedureOf(HWND window) {
+  return reinterpret_cast<WNDPROC>(GetWindowLongPtrA(window, GWLP_WNDPROC));
+}
+
 WNDPROC Replace(HWND window, WNDPROC procedure) {
   return reinterpret_cast<WNDPROC>(
       SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
@@ -65,15 +69,12 @@ void Subclass::Stop() {
   std::shared_ptr<Link>* place = &chain->first;
   while (*place && *place != link) place = &(*place)->next;
   if (*place) *place = link->next;
-  const auto current = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(window_, GWLP_WNDPROC));
   // A procedure in front, put there later, goes on calling ours, and would be lost with it.
-  if (chain->first || current != &Procedure) return;
-  Replace(window_, chain->own);
-  Bind(window_, nullptr);
-  delete chain;
+  if (chain->first || ProcedureOf(window_) != &Procedure) return;
+  End(window_);
 }
 
-WNDPROC Subclass::WindowsOwn() const {
+WNDPROC Subclass::OriginalProcedure() const {
   return link_->own;
 }
 
@@ -81,19 +82,22 @@ Subclass::Chain* Subclass::Of(HWND window) {
   return reinterpret_cast<Chain*>(GetWindowLongPtrA(window, GWLP_USERDATA));
 }
 
+void Subclass::End(HWND window) {
+  const std::unique_ptr<Chain> chain(Of(window));
+  if (ProcedureOf(window) == &Procedure) Replace(window, chain->own);
+  Bind(window, nullptr);
+}
+
 void Subclass::Bind(HWND window, const Chain* chain) {
   SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(chain));
 }
 
 LRESULT CALLBACK Subclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  Chain* const chain = Of(window);
+  const Chain* const chain = Of(window);
   if (chain == nullptr) return DefWindowProcA(window, message, wParam, lParam);
   const WNDPROC own = chain->own;
   const std::shared_ptr<Link> first = chain->first;
-  if (message == WM_NCDESTROY) {
-    Bind(window, nullptr);
-    delete chain;
-  }
+  if (message == WM_NCDESTROY) End(window);
   return first ? first->Answer(window, message, wParam, lParam)
                : CallWindowProcA(own, window, message, wParam, lParam);
 }

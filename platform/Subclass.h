@@ -9,8 +9,8 @@ namespace snip {
 
 /// Sees the messages of another window of the thread before that window does, for as long as it is there and
 /// the window lives. A window may have several, which end in any order; the latest sees a message first. When
-/// somebody else has put a procedure in front since then, ours stays after the end and only passes messages
-/// on.
+/// other code has put a procedure in front since then, ours stays after the end and only passes messages on.
+/// That code must not put back an older procedure than ours.
 ///
 /// They are found by the window's user data, which is theirs alone. The common controls find theirs by window
 /// properties and ask Wine's server for three with each message, a sixth of showing the next snippet.
@@ -23,8 +23,10 @@ class Subclass {
     UINT id;
     WPARAM wParam;
     LPARAM lParam;
-    const bool& stopped;  ///< The subclass has ended, and what its handler refers to may be gone.
-    const Link& link;     ///< Of the subclass.
+    /// The subclass has ended, and what its handler refers to may be gone; or its window ends with this
+    /// message.
+    const bool& stopped;
+    const Link& link;  ///< Of the subclass.
 
     /// Has the window answer it, and the subclasses that were there before. To have them see
     /// something else, change a copy and pass that on.
@@ -44,12 +46,13 @@ class Subclass {
   void Stop();
 
   /// The procedure that the window had before its first subclass. To be asked of one that has started.
-  WNDPROC WindowsOwn() const;
+  WNDPROC OriginalProcedure() const;
 
  private:
   struct Chain;
 
   static Chain* Of(HWND window);
+  static void End(HWND window);
   static void Bind(HWND window, const Chain* chain);
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -21,11 +22,15 @@ class Watched : public Window {
   Watched() { Create({.className = "SubclassTestWindow", .style = WS_POPUP}); }
   ~Watched() override { Destroy(); }
 
-  /// "a" starts the subclass a, "-a" ends it.
+  /// "a" starts the subclass a, "-a" ends it, "!" destroys the window, "?" throws.
   void Do(std::string_view steps) {
     for (std::size_t i = 0; i < steps.size(); ++i) {
       if (steps[i] == '-') {
         At(steps[++i]).reset();
+      } else if (steps[i] == '!') {
+        Destroy();
+      } else if (steps[i] == '?') {
+        throw std::runtime_error("out of order");
       } else {
         EXPECT_TRUE(Begin(steps[i]));
       }
@@ -104,6 +109,12 @@ TEST(Subclass, MayChangeTheOthersWhileItHandlesAMessage) {
     window.inA = inA;
     EXPECT_EQ(window.SeenOfOne(), seen);
     EXPECT_EQ(window.SeenOfOne(), seenNext);
+  }
+  for (const auto& [inA, seen] : {std::pair{"!", "caCABW"}, {"?", "ca"}}) {
+    Watched window;
+    window.Do("bac");
+    window.inA = inA;
+    EXPECT_EQ(window.Seen([&] { EXPECT_EQ(SendMessageA(window.hWnd(), WM_APP, 0, 0), 0); }), seen);
   }
   EXPECT_FALSE(Subclass().Start(nullptr, {}));
   EXPECT_FALSE(Subclass().Start(GetDesktopWindow(), {}));

@@ -60,7 +60,7 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   frameTaken_ = false;  // a window that went with its hook took its frame along
   icon_.reset();
   SetPropA(window, kHookProperty, this);
-  SetPropA(window, kPreviousProperty, reinterpret_cast<HANDLE>(subclass_.WindowsOwn()));
+  SetPropA(window, kPreviousProperty, reinterpret_cast<HANDLE>(subclass_.OriginalProcedure()));
   TakeOverFrame(painter.Enabled());
   ShareWithOwner(window, active_ || GetActiveWindow() == window);
 }
@@ -142,7 +142,7 @@ LRESULT CaptionHook::HandleMessage(const Subclass::Message& message) {
 LRESULT CaptionHook::OnNcActivate(Subclass::Message message) {
   active_ = message.wParam != 0;
   ShareWithOwner(message.window, active_);
-  if (!painter_->CanPaint(message.window)) return message.PassOn();
+  if (message.stopped || !painter_->CanPaint(message.window)) return message.PassOn();
   // With -1 the system notes the change but draws nothing: its own title bar would be seen for a moment.
   message.lParam = -1;
   const LRESULT result = message.PassOn();
