@@ -22,7 +22,7 @@ bool EnsureClass(const char* name, UINT style, int iconId, int background, WNDPR
   description.cbSize = sizeof description;
   description.style = style;
   description.lpfnWndProc = procedure;
-  description.cbWndExtra = sizeof(Window*);
+  description.cbWndExtra = sizeof(LONG_PTR);
   description.hInstance = instance;
   description.hCursor = LoadCursorA(nullptr, IDC_ARROW);
   description.hbrBackground = GetSysColorBrush(background);

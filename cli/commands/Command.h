@@ -49,6 +49,7 @@ class Command {
   template <class Value>
   void AddWord(const char* name, Value& value, const std::map<std::string, Value>& words, const char* help) {
     std::vector<std::string> names;
+    names.reserve(words.size());
     for (const auto& [word, unused] : words) names.push_back(word);
     AddWord(name, names, help, [&value, words](const std::string& word) { value = words.at(word); });
   }

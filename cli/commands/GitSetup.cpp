@@ -76,7 +76,7 @@ class GitSetup : public Command {
         throw Failure(ExitCode::File, "this folder is not in the work tree of a git repository");
       return top + "/.gitattributes";
     }
-    const std::string chosen = LineOf(OutputOf(Git("config --global --type=path core.attributesFile")));
+    std::string chosen = LineOf(OutputOf(Git("config --global --type=path core.attributesFile")));
     if (!chosen.empty()) return chosen;
     const auto variable = [](const char* name) {
       const char* const value = std::getenv(name);

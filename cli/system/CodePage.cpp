@@ -4,7 +4,8 @@
 #include <windows.h>
 #else
 #include <iconv.h>
-#include <wctype.h>
+
+#include <cwctype>
 #endif
 
 #include <utf8cpp/utf8.h>

@@ -25,7 +25,7 @@ class InputFile : public ByteSource {
   bool Failed() const override { return false; }
 
   /// Goes back to the beginning; false if that is not possible, for example for a pipe.
-  bool Rewind();
+  bool Rewind() override;
 
   /// All bytes that are left; throws a Failure if there are more than 256 MB.
   std::string ReadAll();
