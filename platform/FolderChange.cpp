@@ -24,13 +24,17 @@ bool FolderChange::Take() {
   return true;
 }
 
-/// Once each time: a folder that has gone would be told of without end.
+/// For one change at a time: for a folder that has been removed the system would report changes without end.
 void FolderChange::Wait() {
   wait_.Reset();
+  if (!notification_) return;
   HANDLE wait = nullptr;
-  if (notification_ && RegisterWaitForSingleObject(&wait, notification_.get(), &Changed, &changed_, INFINITE,
-                                                   WT_EXECUTEONLYONCE | WT_EXECUTEINWAITTHREAD) != 0)
+  if (RegisterWaitForSingleObject(&wait, notification_.get(), &Changed, &changed_, INFINITE,
+                                  WT_EXECUTEONLYONCE | WT_EXECUTEINWAITTHREAD) != 0) {
     wait_.Reset(wait);
+  } else {
+    changed_ = true;  // so that it is looked for and tried again
+  }
 }
 
 void FolderChange::Changed(void* changed, BOOLEAN /*timedOut*/) {

@@ -14,7 +14,7 @@ inline void EndWait(HANDLE wait) {
 }
 
 /// Tells whether files of a folder have been written, named or removed. A thread of the system waits for it,
-/// because to ask for it again and again would be most of what an idle program does.
+/// because asking again and again was a tenth of an idle program's requests to Wine's server.
 class FolderChange {
  public:
   /// Watches this folder in place of the one before. One that the system does not watch never changes.

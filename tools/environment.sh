@@ -1,4 +1,4 @@
-# Sourced by ./run and ./test: packages, builds, a display and a Wine prefix. Everything that these make lies in
+# Sourced by ./run and ./test: packages, builds, a display and a Wine prefix. Everything that these make is in
 # build/ and program/ of the checkout.
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -100,14 +100,14 @@ start_private_display() {
   export DISPLAY
   rm -f "$number_file"
   xdpyinfo >/dev/null 2>&1 || die "no private display could be started"
-  # A desktop tells programs its resources; where none are told, the X library looks for their files anew each time
+  # A desktop tells programs its resources; where none are told, the X library looks for their files each time
   # that Wine selects a font. This one means nothing to any program.
   xprop -root -f RESOURCE_MANAGER 8s -set RESOURCE_MANAGER 'Snipstore.display: private'
 }
 
 have_display() { [ -n "${DISPLAY:-}" ] && xdpyinfo >/dev/null 2>&1; }
 
-# Ends what runs in the private prefix, which nobody else uses meanwhile, and the private display. Programs on the
+# Ends what runs in the private prefix, which nobody else uses, and the private display. Programs on the
 # user's own display are the user's.
 end_environment() {
   [ -z "${private_prefix:-}" ] || { wineserver -k; wineserver -w; } >/dev/null 2>&1 || true

@@ -490,9 +490,12 @@ std::string ScriptPlayer::Do(const std::string& line) {
       {"kill", [&] { EndAndStart(true); }},
       {"drafted",
        [&] {
-         using Files = std::filesystem::recursive_directory_iterator;
-         const auto isDraft = [](const auto& file) { return file.path().filename() == "draft.bns"; };
-         const auto drafted = [&] { return std::ranges::any_of(Files(program_.folder().path()), isDraft); };
+         const auto drafted = [&] {
+           std::error_code gone;  // a folder may go while it is looked through
+           std::filesystem::recursive_directory_iterator file(program_.folder().path(), gone);
+           while (file != end(file) && file->path().filename() != "draft.bns") file.increment(gone);
+           return file != end(file);
+         };
          Need(WaitUntil(drafted), "no draft is written");
        }},
       {"history",

@@ -15,8 +15,8 @@ class NoticeQueue {
  public:
   void Add(const std::vector<LibraryEvent>& events);
 
-  /// Chooses the event to show while the library `path` is open, which will be saved as `savePath` if it was
-  /// renamed. True if it is another event than before.
+  /// Chooses the event to show while the library `openPath` is open, which will be saved as `savePath` if
+  /// that is another file. True if it is another event than before.
   bool Update(const std::string& openPath, const std::string& savePath = {});
   /// The event to show; null if there is none.
   const std::optional<LibraryEvent>& told() const { return told_; }

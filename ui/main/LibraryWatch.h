@@ -35,14 +35,14 @@ class LibraryWatch : private HistorySource {
 
   explicit LibraryWatch(const Parts& parts);
 
-  /// `noticeOver` is the part of the window whose upper edge notices lie over.
+  /// `noticeOver` is the part of the window whose upper edge notices cover.
   void Attach(HWND window, HWND noticeOver);
   void Unload();
 
   /// At least once in a second.
   void Tick();
   void OnActivate();
-  /// The window was moved, or another size.
+  /// The window was moved or changed its size.
   void Follow() { notice_.Follow(); }
   bool PreTranslate(MSG& message) { return notice_.PreTranslate(message) || history_.PreTranslate(message); }
 

@@ -186,7 +186,7 @@ void SnippetControls::SetDescription(const std::string& text) {
   LockDescription();
 }
 
-/// Without a selected snippet there is none that what is typed would belong to.
+/// Without a selected snippet, what is typed would belong to none.
 void SnippetControls::LockDescription() const {
   const bool locked = editingDisabled_ || SelectedRow() < 0;
   const bool wasLocked = (GetWindowLongA(txtDesc_, GWL_STYLE) & ES_READONLY) != 0;
