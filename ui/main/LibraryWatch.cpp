@@ -13,7 +13,8 @@
 namespace snip {
 namespace {
 
-constexpr std::uint64_t kLookMs = 500;
+/// For changes while the window is in front; when it comes to the front it looks at once.
+constexpr std::uint64_t kLookMs = 3000;
 
 }  // namespace
 
@@ -32,7 +33,7 @@ void LibraryWatch::Attach(HWND window, HWND noticeOver) {
 void LibraryWatch::Unload() {
   notice_.Hide();
   history_.Destroy();
-  folderChange_.Stop();
+  folderChange_.Reset();
   watched_.clear();
   draftTimer_.Done();
   if (parts_.keeper != nullptr && !parts_.operations.HasUnsaved()) parts_.keeper->DropDraft();
@@ -88,10 +89,17 @@ void LibraryWatch::WatchFolder() {
   const std::string& path = parts_.keeper->openPath();
   if (path != watched_) {
     watched_ = path;
-    folderChange_.Watch(path.substr(0, path.find_last_of('\\') + 1));
+    const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
+    // Many programs save by giving a new file the library's name.
+    folderChange_.Reset(FindFirstChangeNotificationA(
+        folder.c_str(), FALSE,
+        FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
     looking_ = true;  // it may have changed since it was read
   }
-  if (folderChange_.Take()) looking_ = true;
+  if (folderChange_ && WaitForSingleObject(folderChange_.get(), 0) == WAIT_OBJECT_0) {
+    looking_ = true;
+    FindNextChangeNotification(folderChange_.get());
+  }
   if (looking_) looking_ = parts_.keeper->LookForOutsideChange();
 }
 

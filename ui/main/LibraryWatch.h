@@ -10,7 +10,7 @@
 
 #include "history/DraftTimer.h"
 #include "history/LibraryKeeper.h"
-#include "platform/FolderChange.h"
+#include "platform/Handle.h"
 #include "platform/MessageFunction.h"
 #include "ui/history/Notice.h"
 #include "ui/history/NoticeQueue.h"
@@ -50,6 +50,8 @@ class LibraryWatch : private HistorySource {
   void FocusNotice() const { notice_.Focus(); }
 
  private:
+  using UniqueChange = UniqueHandle<HANDLE, &FindCloseChangeNotification, -1>;
+
   void ShowNotice();
   void Chosen(NoticeChoice choice);
   bool TakeUnsaved(const LibraryEvent& event);
@@ -86,7 +88,7 @@ class LibraryWatch : private HistorySource {
 
   bool mayTell_ = false;  ///< There has been an event.
   std::string watched_;   ///< The file whose folder is watched.
-  FolderChange folderChange_;
+  UniqueChange folderChange_;
   std::uint64_t nextLook_ = 0;
   bool looking_ = false;  ///< The file has changed, or may have.
 };
