@@ -3,6 +3,7 @@
 #include <string>
 
 #include "platform/Drawing.h"
+#include "platform/HighContrast.h"
 #include "platform/Rects.h"
 #include "platform/Win32Text.h"
 
@@ -63,11 +64,7 @@ void CaptionPainter::ReadMetrics() {
   SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
   font_.Reset(CreateFontIndirectA(&metrics.lfCaptionFont));
   smallFont_.Reset(CreateFontIndirectA(&metrics.lfSmCaptionFont));
-
-  HIGHCONTRASTA contrast{};
-  contrast.cbSize = sizeof contrast;
-  SystemParametersInfoA(SPI_GETHIGHCONTRAST, contrast.cbSize, &contrast, 0);
-  highContrast_ = (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
+  highContrast_ = HasHighContrast();
 }
 
 bool CaptionPainter::CanPaint(HWND window) const {

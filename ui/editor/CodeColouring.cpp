@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "platform/FlagScope.h"
+#include "platform/HighContrast.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/editor/RichEditText.h"
@@ -16,13 +17,6 @@ namespace {
 
 /// How long a slice may take, well below what a user feels.
 constexpr std::chrono::milliseconds kSlice{8};
-
-bool HighContrast() {
-  HIGHCONTRASTA contrast{};
-  contrast.cbSize = sizeof contrast;
-  SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0);
-  return (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
-}
 
 CHARRANGE Selection(HWND control) {
   CHARRANGE selection{};
@@ -51,7 +45,7 @@ void CodeColouring::WithoutUndo(const std::function<void()>& change) {
 }
 
 bool CodeColouring::TakeColours(COLORREF fore) {
-  highContrast_ = HighContrast();
+  highContrast_ = HasHighContrast();
   const CodeColours colours = CodeColoursOn(GetSysColor(COLOR_WINDOW), fore);
   const bool changed = colours != colours_;
   colours_ = colours;

@@ -2,21 +2,16 @@
 
 #include <utility>
 
+#include "platform/HighContrast.h"
+
 namespace snip {
 namespace {
 
 constexpr std::size_t kMostMarks = 200;
 
-bool HighContrast() {
-  HIGHCONTRASTA contrast{};
-  contrast.cbSize = sizeof contrast;
-  return SystemParametersInfoA(SPI_GETHIGHCONTRAST, sizeof contrast, &contrast, 0) != 0 &&
-         (contrast.dwFlags & HCF_HIGHCONTRASTON) != 0;
-}
-
 /// The colours of marks. Coloured code has to stay readable on them.
 Marks MarkColours() {
-  if (HighContrast())
+  if (HasHighContrast())
     return {.ground = GetSysColor(COLOR_HIGHLIGHT), .ink = GetSysColor(COLOR_HIGHLIGHTTEXT)};
   const COLORREF ground = GetSysColor(COLOR_WINDOW);
   const bool dark = GetRValue(ground) + GetGValue(ground) + GetBValue(ground) < 3 * 128;
