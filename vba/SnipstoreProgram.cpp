@@ -38,10 +38,9 @@ HRESULT SnipstoreProgram::Show(IDispatch* editor) {
     Detach();  // it has ended, or cannot show its window
   }
   starting_ = true;
-  const unsigned int partings = partings_;
+  letGo_ = false;
   HRESULT started = Start(editor);
-  for (int attempts = 1; MayBeEnding(started) && partings == partings_ && attempts < kMostAttempts;
-       ++attempts) {
+  for (int attempts = 1; MayBeEnding(started) && !letGo_ && attempts < kMostAttempts; ++attempts) {
     Sleep(kPauseMs);
     started = Start(editor);
   }
@@ -64,7 +63,7 @@ HRESULT SnipstoreProgram::Start(IDispatch* editor) {
 }
 
 void SnipstoreProgram::LetGo() {
-  ++partings_;
+  letGo_ = true;
   Detach();
 }
 

@@ -26,7 +26,7 @@ class SnipstoreProgram {
 
   ComPtr<IDispatch> connect_;  ///< The program's object for this editor.
   bool starting_ = false;
-  unsigned int partings_ = 0;  ///< Counts the calls of `LetGo`: one during a start makes it the last attempt.
+  bool letGo_ = false;  ///< `LetGo` was called since the start began, which then makes no further attempt.
 };
 
 }  // namespace snip::vba
