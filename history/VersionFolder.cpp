@@ -140,10 +140,6 @@ bool VersionFolder::NewestIs(std::uint64_t hash) {
   return !versions.empty() && Remembered(FileNameOf(versions.front())) == hash;
 }
 
-bool VersionFolder::Keeps(std::string_view bytes) {
-  return Find(Versions(), bytes, ContentHash(bytes)).version.has_value();
-}
-
 template <class Place>
 std::optional<Version> VersionFolder::Keep(std::string_view bytes, std::uint64_t hash, VersionTag tag,
                                            std::optional<UtcTime> time, Place place) {

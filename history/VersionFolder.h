@@ -63,7 +63,6 @@ class VersionFolder {
   std::optional<Version> KeepFile(std::string_view name, std::string_view bytes, VersionTag tag,
                                   std::optional<UtcTime> time = std::nullopt,
                                   std::optional<std::uint64_t> hash = std::nullopt);
-  bool Keeps(std::string_view bytes);
   /// Whether the newest version has that hash, as far as its hash is cached. Lists the folder but reads no
   /// file.
   bool NewestIs(std::uint64_t hash);
