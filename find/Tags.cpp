@@ -61,6 +61,7 @@ std::vector<TagCount> CountTags(const std::vector<SearchedLibraryPtr>& libraries
     }
   }
   std::vector<TagCount> tags;
+  tags.reserve(counts.size());
   for (auto& [folded, counted] : counts) tags.push_back(std::move(counted.tag));
   return tags;
 }

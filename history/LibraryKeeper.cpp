@@ -26,7 +26,7 @@ bool IsDraft(const FileEntry& entry) {
 }  // namespace
 
 /// Passes a file's hash to the keeper once the file has been read to its end.
-class LibraryKeeper::WatchedBytes : public ByteSource {
+class LibraryKeeper::WatchedBytes final : public ByteSource {
  public:
   WatchedBytes(std::unique_ptr<ByteSource> bytes, std::function<void(std::uint64_t)> read)
       : bytes_(std::move(bytes)), read_(std::move(read)) {}
@@ -59,7 +59,7 @@ class LibraryKeeper::WatchedBytes : public ByteSource {
 LibraryKeeper::LibraryKeeper(Parts parts) : parts_(std::move(parts)) {}
 
 VersionFolder LibraryKeeper::HistoryOf(const std::string& path) const {
-  return VersionFolder(parts_.files, parts_.root, parts_.pathForFiles(path));
+  return {parts_.files, parts_.root, parts_.pathForFiles(path)};
 }
 
 void LibraryKeeper::Tell(LibraryEvent event) const {
