@@ -221,20 +221,19 @@ void LibraryKeeper::OpenedOrSaved(const std::string& path) {
   mayBePruned_ = true;
   VersionFolder folder = HistoryOf(path);
   TakeAbandonedDrafts(folder, path);
-  ClaimDraft(folder);
+  draft_ = {};  // its name may be claimed once more
+  draft_ = ClaimDraft(folder);
 }
 
-void LibraryKeeper::ClaimDraft(const VersionFolder& folder) {
-  draftClaim_.reset();
-  draftPath_.clear();
+LibraryKeeper::Draft LibraryKeeper::ClaimDraft(const VersionFolder& folder) const {
   constexpr int mostPrograms = 16;
-  for (int number = 0; number < mostPrograms && !draftClaim_; ++number) {
+  for (int number = 0; number < mostPrograms; ++number) {
+    const std::string path = folder.File(DraftName(number));
     // A file that is still there could not be kept; the next start tries again.
-    const auto stamp = parts_.files.Stamp(folder.File(DraftName(number)));
-    if (!stamp || stamp->exists) continue;
-    draftClaim_ = parts_.files.Claim(folder.File(DraftName(number)));
-    if (draftClaim_) draftPath_ = folder.File(DraftName(number));
+    if (const auto stamp = parts_.files.Stamp(path); !stamp || stamp->exists) continue;
+    if (auto claim = parts_.files.Claim(path)) return {path, std::move(claim)};
   }
+  return {};
 }
 
 bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) {
@@ -259,15 +258,12 @@ bool LibraryKeeper::Rename(const std::string& path, const std::string& newPath) 
 /// Moves the open library's draft to another folder; one that cannot be moved stays.
 void LibraryKeeper::MoveDraft(VersionFolder& folder) {
   drafting_.Finish();
-  const std::string former = draftPath_;
-  auto claim = std::move(draftClaim_);
   const bool made = folder.Make();
-  ClaimDraft(folder);
-  if (!mayHaveDraft_ || (made && !draftPath_.empty() && parts_.files.Move(former, draftPath_))) return;
-  const auto left = parts_.files.Stamp(former);
-  if (left && !left->exists) return;
-  draftClaim_ = std::move(claim);
-  draftPath_ = former;
+  Draft moved = ClaimDraft(folder);
+  if (mayHaveDraft_ && !(made && moved.claim && parts_.files.Move(draft_.path, moved.path))) {
+    if (const auto left = parts_.files.Stamp(draft_.path); !left || left->exists) return;
+  }
+  draft_ = std::move(moved);
 }
 
 void LibraryKeeper::FindAbandonedDrafts() {
@@ -319,10 +315,10 @@ bool LibraryKeeper::ThrownAway(ByteSource&& bytes) {
 }
 
 bool LibraryKeeper::WriteDraft(std::string bytes) {
-  if (draftPath_.empty()) return true;
+  if (!draft_.claim) return true;
   mayHaveDraft_ = true;
   return drafting_.Begin(
-      [this, folder = HistoryOf(openPath_), path = draftPath_, text = std::move(bytes)]() mutable {
+      [this, folder = HistoryOf(openPath_), path = draft_.path, text = std::move(bytes)]() mutable {
         try {
           const std::string unfinished = path + ".tmp";
           if (!folder.Make() || !parts_.files.Write(unfinished, text) || !parts_.files.Move(unfinished, path))
@@ -335,7 +331,7 @@ bool LibraryKeeper::WriteDraft(std::string bytes) {
 
 void LibraryKeeper::DropDraft() {
   drafting_.Finish();
-  if (std::exchange(mayHaveDraft_, false)) parts_.files.Remove(draftPath_);
+  if (std::exchange(mayHaveDraft_, false)) parts_.files.Remove(draft_.path);
 }
 
 bool LibraryKeeper::LookForOutsideChange() {

@@ -99,6 +99,10 @@ class LibraryKeeper : public LibraryStore {
 
  private:
   class WatchedBytes;
+  struct Draft {
+    std::string path;
+    std::unique_ptr<Held> claim;  ///< Null if no draft can be written.
+  };
   struct OutsideChange {
     std::string path;
     KnownContent before, now;
@@ -109,7 +113,7 @@ class LibraryKeeper : public LibraryStore {
   void FinishRename(VersionFolder& former, const std::string& library) const;
   SaveOutcome SaveWithHistory(const std::string& path, std::string_view bytes);
   void TakeAbandonedDrafts(VersionFolder& folder, const std::string& path) const;
-  void ClaimDraft(const VersionFolder& folder);
+  Draft ClaimDraft(const VersionFolder& folder) const;
   void MoveDraft(VersionFolder& folder);
   void ReadChange(const KnownContent& before, const FileStamp& stamp);
   void TakeChange();
@@ -121,9 +125,8 @@ class LibraryKeeper : public LibraryStore {
   std::string openPath_;
   std::unique_ptr<VersionFolder> saved_;  ///< The history of the library that was saved last.
   bool mayBePruned_ = false;              ///< The open library's history may exceed the limits.
-  std::unique_ptr<Held> draftClaim_;
-  std::string draftPath_;      ///< Empty if no draft can be written.
-  bool mayHaveDraft_ = false;  ///< There may be a file with that path.
+  Draft draft_;                           ///< Of the open library.
+  bool mayHaveDraft_ = false;             ///< There may be a file with its path.
   std::atomic<bool> draftFailed_ = false;
   std::string failedSave_;               ///< The library whose last save failed; empty if none did.
   FileStamp seen_;                       ///< The stamp of a file that another program has changed.
