@@ -21,13 +21,17 @@ WNDPROC Replace(HWND window, WNDPROC procedure) {
 /// After its end it still leads to those behind it, for the message that it is handling.
 struct Subclass::Link {
   Handler handler;
-  WNDPROC own = nullptr;       ///< The window's, behind the last.
   std::shared_ptr<Link> next;  ///< The one that was there before; null for the last.
   bool stopped = false;
 
-  LRESULT Answer(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_NCDESTROY) stopped = true;
-    return Guarded(LRESULT{0}, [&] { return handler({window, message, wParam, lParam, stopped, *this}); });
+  /// Has it answer, or the next that has not stopped; behind the last, the window's own procedure.
+  static LRESULT Answer(std::shared_ptr<Link> link, WNDPROC own, HWND window, UINT message, WPARAM wParam,
+                        LPARAM lParam) {
+    while (link && link->stopped) link = link->next;
+    if (!link) return CallWindowProcA(own, window, message, wParam, lParam);
+    if (message == WM_NCDESTROY) link->stopped = true;
+    const Message told{window, message, wParam, lParam, link->stopped, *link, own};
+    return Guarded(LRESULT{0}, [&] { return link->handler(told); });
   }
 };
 
@@ -38,10 +42,7 @@ struct Subclass::Chain {
 };
 
 LRESULT Subclass::Message::PassOn() const {
-  std::shared_ptr<Link> next = link.next;
-  while (next && next->stopped) next = next->next;
-  return next ? next->Answer(window, id, wParam, lParam)
-              : CallWindowProcA(link.own, window, id, wParam, lParam);
+  return Link::Answer(link.next, own, window, id, wParam, lParam);
 }
 
 bool Subclass::Start(HWND window, Handler handler) {
@@ -54,9 +55,7 @@ bool Subclass::Start(HWND window, Handler handler) {
     // The window owns it, as a number, which the analyzer does not see.
     Of(window)->own = Replace(window, &Procedure);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   }
-  Chain& chain = *Of(window);
-  link->own = chain.own;
-  link->next = std::exchange(chain.first, link);
+  link->next = std::exchange(Of(window)->first, link);
   link_ = std::move(link);
   window_ = window;
   return true;
@@ -76,7 +75,7 @@ void Subclass::Stop() {
 }
 
 WNDPROC Subclass::OriginalProcedure() const {
-  return link_->own;
+  return Of(window_)->own;
 }
 
 Subclass::Chain* Subclass::Of(HWND window) {
@@ -94,13 +93,10 @@ void Subclass::Bind(HWND window, const Chain* chain) {
 }
 
 LRESULT CALLBACK Subclass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const Chain* const chain = Of(window);
-  if (chain == nullptr) return DefWindowProcA(window, message, wParam, lParam);
-  const WNDPROC own = chain->own;
-  const std::shared_ptr<Link> first = chain->first;
+  if (Of(window) == nullptr) return DefWindowProcA(window, message, wParam, lParam);
+  const auto [own, first] = *Of(window);
   if (message == WM_NCDESTROY) End(window);
-  return first ? first->Answer(window, message, wParam, lParam)
-               : CallWindowProcA(own, window, message, wParam, lParam);
+  return Link::Answer(first, own, window, message, wParam, lParam);
 }
 
 }  // namespace snip

@@ -27,6 +27,7 @@ class Subclass {
     /// message.
     const bool& stopped;
     const Link& link;  ///< Of the subclass.
+    WNDPROC own;       ///< The window's, behind the last subclass.
 
     /// Has the window answer it, and the subclasses that were there before. To have them see
     /// something else, change a copy and pass that on.
@@ -45,7 +46,7 @@ class Subclass {
   bool Start(HWND window, Handler handler);
   void Stop();
 
-  /// The procedure that the window had before its first subclass. To be asked of one that has started.
+  /// The procedure that the window had before its first subclass. For one that sees messages.
   WNDPROC OriginalProcedure() const;
 
  private:
