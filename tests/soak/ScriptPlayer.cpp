@@ -11,7 +11,6 @@
 
 #include "library/BnsFormat.h"
 #include "platform/Win32Text.h"
-#include "platform/Window.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/frmAddIn.h"
 
@@ -19,28 +18,6 @@ namespace snip::test {
 namespace {
 
 constexpr int kTypedFieldId = 100;  // of the dialogs: the message, or the field for a name
-constexpr int kMostRows = 30;
-constexpr int kLongText = 300;
-
-/// As often as the program can answer.
-bool Wait(const std::function<bool()>& condition) {
-  constexpr DWORD patience = 15000;
-  constexpr int eagerTries = 20;
-  const DWORD start = GetTickCount();
-  for (int tries = 0; GetTickCount() - start < patience; ++tries) {
-    if (condition()) return true;
-    Sleep(tries < eagerTries ? 0 : 1);
-  }
-  return condition();
-}
-
-void Need(bool condition, const std::string& what) {
-  if (!condition) throw std::runtime_error(what);
-}
-
-bool IsShown(HWND window) {
-  return IsWindowVisible(window) != 0;
-}
 
 /// A text in one line: "^" is a line end, "~" a tab.
 std::string InOneLine(std::string text) {
@@ -69,9 +46,22 @@ std::string Contents(const std::string& bytes) {
 
 }  // namespace
 
-ScriptPlayer::ScriptPlayer() = default;
-
 // --- Waiting ----------------------------------------------------------------------------------------------
+
+bool ScriptPlayer::Wait(const std::function<bool()>& condition) {
+  constexpr DWORD patience = 15000;
+  constexpr int eagerTries = 20;
+  const DWORD start = GetTickCount();
+  for (int tries = 0; GetTickCount() - start < patience; ++tries) {
+    if (condition()) return true;
+    Sleep(tries < eagerTries ? 0 : 1);
+  }
+  return condition();
+}
+
+void ScriptPlayer::Need(bool condition, const std::string& what) {
+  if (!condition) throw std::runtime_error(what);
+}
 
 void ScriptPlayer::Start() {
   if (program_.Running()) return;
@@ -160,124 +150,6 @@ void ScriptPlayer::EndAndStart(bool kills) {
   CheckFiles("row", before);
 }
 
-// --- What is done -----------------------------------------------------------------------------------------
-
-bool ScriptPlayer::IsUnderNameBox(int row) const {
-  RECT place{};
-  SendMessageA(List(), LB_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
-  MapWindowPoints(List(), nullptr, reinterpret_cast<POINT*>(&place), 2);
-  const Rect box = Place(NameBox());
-  const auto middle = static_cast<int>((place.top + place.bottom) / 2);
-  return middle >= box.top && middle < box.bottom();
-}
-
-/// False when the focus does not get there: a name that is not taken keeps it.
-bool ScriptPlayer::ClickInto(HWND field, int times) {
-  if (Focus() == field && times == 1) return true;
-  const POINT place = Aside({5, 5});
-  const Size size = ClientSize(field);
-  Perform([&] {
-    if (place.x < size.width && place.y < size.height) return ClickAt(field, place, times);
-    // A pane that is too small for the pointer.
-    PostMessageA(field, times == 1 ? WM_LBUTTONDOWN : WM_LBUTTONDBLCLK, MK_LBUTTON, 0);
-    PostMessageA(field, WM_LBUTTONUP, 0, 0);
-  });
-  return Focus() == field;
-}
-
-/// Selects what is between two places, counted as the field does, and types over it or deletes it.
-void ScriptPlayer::Replace(HWND field, Span span, const std::string& text) {
-  if (!IsShown(field) || !ClickInto(field)) return;
-  // What a random run goes on adding to would grow for ever.
-  if (GetWindowTextLengthA(field) > kLongText) span = {};
-  SendMessageA(field, EM_SETSEL, static_cast<WPARAM>(span.from), span.to);
-  const bool typed = std::ranges::all_of(text, [](char c) { return c == '\n' || VkKeyScanA(c) != -1; });
-  Perform([&] {
-    if (text.empty()) PressKey(VK_DELETE);
-    for (const char c : text) {
-      if (!typed) {
-        SendMessageA(field, WM_CHAR, static_cast<unsigned char>(c), 1);
-      } else if (c == '\n') {
-        // Not by the keyboard, where a Shift of the keys around it would count for it.
-        Settle();
-        PostMessageA(field, WM_KEYDOWN, VK_RETURN, 1);
-        Settle();
-      } else {
-        TypeText(std::string(1, c));
-      }
-    }
-  });
-}
-
-void ScriptPlayer::TakeCode(Span span, WORD key) {
-  if (CodeLocked() || !ClickInto(Code())) return;
-  SendMessageA(Code(), EM_SETSEL, static_cast<WPARAM>(span.from), span.to);
-  Perform([&] { PressKey(key, {VK_CONTROL}); });
-}
-
-void ScriptPlayer::PressKeys(const std::string& keys) {
-  static const std::map<std::string, WORD> named{
-      {"Enter", VK_RETURN}, {"Escape", VK_ESCAPE}, {"Delete", VK_DELETE}, {"Up", VK_UP},
-      {"Down", VK_DOWN},    {"End", VK_END},       {"Tab", VK_TAB},       {"Space", VK_SPACE},
-      {"Menu", VK_APPS},    {"F1", VK_F1},         {"F2", VK_F2},         {"F4", VK_F4},
-      {"F9", VK_F9},        {"F10", VK_F10}};
-  const std::size_t last = keys.find_last_of('+') + 1;
-  const auto key = named.find(keys.substr(last));
-  const WORD code = key == named.end() ? static_cast<WORD>(keys[last]) : key->second;
-  const bool control = keys.starts_with("Ctrl+");
-  const bool shift = keys.find("Shift+") != std::string::npos;
-  if (keys == "Ctrl+N" && Rows().size() >= kMostRows) return;
-  Perform([&] {
-    if (control && shift) PressKey(code, {VK_CONTROL, VK_SHIFT});
-    if (control != shift) PressKey(code, {static_cast<WORD>(control ? VK_CONTROL : VK_SHIFT)});
-    if (!control && !shift) PressKey(code);
-  });
-}
-
-void ScriptPlayer::UseMenu(const std::string& item) {
-  if (IsShown(NameBox())) return;
-  PostMessageA(window_, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(List()), -1);
-  const HWND menu = Menu("Snippets");
-  Need(menu != nullptr, "no menu comes up");
-  // While it unfolds nothing else is handled.
-  Settle();
-  // Refused while the item is grey: then nothing may happen.
-  if (item.empty() || !AccessibleClient(menu).Press(item)) PressKey(VK_ESCAPE);
-  Need(Wait([&] { return IsWindow(menu) == 0; }), "the menu stays open");
-  AnswerDialogs();
-}
-
-/// Chooses an entry by its text or its number, which counts round.
-void ScriptPlayer::Choose(const std::string& library) {
-  const Names entries = Libraries();
-  if (entries.empty()) return;
-  const bool isNumber = !library.empty() && std::isdigit(static_cast<unsigned char>(library.front())) != 0;
-  const std::string entry =
-      isNumber ? entries[static_cast<std::size_t>(std::stoi(library)) % entries.size()] : library;
-  if ((isNumber && entry == kBrowseEntry) || entry == WindowText(Files())) return;
-  if (std::ranges::find(entries, entry) == entries.end()) return;
-  if (SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) == 0) Perform([&] { ClickCentre(Files()); });
-  if (Focus() == Files()) Perform([&] { ChooseFromOpenList(entry); });
-}
-
-void ScriptPlayer::Split(bool columns, int by) const {
-  const HWND parent = columns ? window_ : GetParent(Description());
-  const HWND splitter = FindWindowExA(parent, nullptr, "SnipstoreSplitter", nullptr);
-  const auto at = [&](int distance) {
-    return columns ? MAKELPARAM(2 + distance, 2) : MAKELPARAM(2, 2 + distance);
-  };
-  PostMessageA(splitter, WM_LBUTTONDOWN, MK_LBUTTON, at(0));
-  PostMessageA(splitter, WM_MOUSEMOVE, MK_LBUTTON, at(by));
-  PostMessageA(splitter, WM_LBUTTONUP, 0, at(0));
-}
-
-void ScriptPlayer::SizeTo(WPARAM command, bool (*done)(HWND)) {
-  PostMessageA(window_, WM_SYSCOMMAND, command, 0);
-  Need(Wait([&] { return done(window_); }), "the window cannot be minimised or maximised");
-  PostMessageA(window_, WM_SYSCOMMAND, SC_RESTORE, 0);
-  Need(Wait([&] { return !done(window_) && IsForeground(window_); }), "the window cannot be restored");
-}
-
 // --- What is to be seen -----------------------------------------------------------------------------------
 
 std::string ScriptPlayer::State() const {
@@ -314,6 +186,22 @@ std::string ScriptPlayer::State() const {
   const HWND notice = FindVisibleOfClass("Notice");
   if (notice != nullptr) state += " | " + WithoutTimes(WindowText(notice));
   return state + told_;
+}
+
+std::string ScriptPlayer::Copied() {
+  const std::string copied = InOneLine(ClipboardNow());
+  return copied.empty() ? "nothing" : copied;
+}
+
+std::string ScriptPlayer::Saved(const std::string& library) const {
+  return program_.folder().Has(library + ".bns") ? Contents(File(library)) : "none";
+}
+
+std::string ScriptPlayer::HistoryState(HWND window) {
+  std::string shown = WindowText(window);
+  for (int id = frmHistory::kVersionsId; id <= frmHistory::kLinesId; ++id)
+    shown += " | " + testing::PrintToString(RowsOf(GetDlgItem(window, id)));
+  return WithoutTimes(shown);
 }
 
 ScriptPlayer::FileBytes ScriptPlayer::FilesNow() const {
@@ -387,16 +275,7 @@ std::string ScriptPlayer::Do(const std::string& line) {
   };
   const auto span = [&]() -> Span {
     if ((words >> std::ws).eof() || std::isdigit(words.peek()) == 0) return {};
-    const int from = number();
-    return {from, number()};
-  };
-  const auto row = [&](int times) {
-    const auto rows = static_cast<int>(Rows().size());
-    const int wanted = rows == 0 ? -1 : number() % rows;
-    // Not the row under the name box, and not into a double click.
-    if (wanted < 0 || (IsShown(NameBox()) && (times > 1 || IsUnderNameBox(wanted)))) return;
-    if (wanted == Selected() && times == 1 && Focus() == List()) return;
-    Perform([&] { ClickRow(wanted, times); });
+    return {number(), number()};
   };
   const auto replace = [&](HWND field) {
     const Span where = span();
@@ -409,8 +288,9 @@ std::string ScriptPlayer::Do(const std::string& line) {
   look_ = [this] { return State(); };
   const FileBytes before = FilesNow();
   const std::map<std::string, std::function<void()>> verbs{
-      {"row", [&] { row(1); }},
-      {"rename", [&] { row(2); }},
+      // The list and the fields.
+      {"row", [&] { ClickListRow(number(), 1); }},
+      {"rename", [&] { ClickListRow(number(), 2); }},
       {"click", [&] { ClickInto(text() == "code" ? Code() : Description()); }},
       {"edit", [&] { ClickInto(Code(), 2); }},
       {"code", [&] { replace(Code()); }},
@@ -420,125 +300,34 @@ std::string ScriptPlayer::Do(const std::string& line) {
       {"describe", [&] { replace(Description()); }},
       {"name", [&] { replace(NameBox()); }},
       {"filename", [&] { replace(FileNameBox()); }},
+      {"type", [&] { Perform([&] { TypeText(text()); }); }},
+      // Keys, buttons and menus.
       {"key", [&] { PressKeys(text()); }},
-      {"button",
-       [&] {
-         const std::string name = text();
-         const bool ofEditor = name == "Commit" || name == "Syntax Highlighting";
-         if (name == "New Snippet" && Rows().size() >= kMostRows) return;
-         const AccessibleClient bar(Control(ofEditor ? frmAddIn::kEditBarId : frmAddIn::kMainBarId));
-         // Refused while the button is grey: then nothing may happen.
-         Perform([&] { static_cast<void>(bar.Press(name)); });
-       }},
+      {"button", [&] { PressButton(text()); }},
       {"menu", [&] { UseMenu(text()); }},
-      {"right",
-       [&] {
-         const std::string place = text();
-         Perform([&] {
-           if (place == "row") ClickRow(number(), 1, MouseButton::Right);
-           if (place == "space") ClickAt(List(), {30, 200}, 1, MouseButton::Right);
-           if (place == "code") ClickAt(Code(), {60, 40}, 1, MouseButton::Right);
-         });
-       }},
+      {"right", [&] { Perform([&, place = text()] { ClickRight(place, number()); }); }},
       {"arrow", [&] { Perform([&] { ClickArrow(); }); }},
       {"attachment", [&] { Perform([&] { ClickCentre(Control(frmAddIn::kAttachId)); }); }},
-      {"item",
-       [&] {
-         const HWND menu = FindVisibleOfClass("frmMenu");
-         Perform([&] {
-           ClickItem(WindowText(menu), text());
-           Need(Wait([&] { return !IsShown(menu); }), "the menu stays open");
-         });
-       }},
-      {"type", [&] { Perform([&] { TypeText(text()); }); }},
-      {"other",
-       [&] {
-         Perform([&] {
-           const TestFrame other;
-           Need(Wait([&] { return IsForeground(other.get()); }), "no other window comes to the front");
-           SetForegroundWindow(window_);
-         });
-       }},
+      {"item", [&] { Perform([&] { ChooseItem(text()); }); }},
+      // Libraries and what was in them.
       {"library", [&] { Choose(text()); }},
-      {"new",
-       [&] {
-         libraryName_ = text();
-         PressKeys("Ctrl+Shift+N");
-       }},
-      {"browse",
-       [&] {
-         const std::string name = text();
-         chosenPath_ = name.empty() ? "" : elsewhere_.File(name + ".bns");
-         Choose(kBrowseEntry);
-       }},
-      {"split",
-       [&] {
-         const bool columns = number() == 0;
-         const int by = number() - 200;
-         Perform([&] { Split(columns, by); });
-       }},
-      {"size",
-       [&] {
-         const int width = number();
-         const int height = number();
-         SetWindowPos(window_, nullptr, width / 8, height / 8, 450 + width, 300 + height, SWP_NOZORDER);
-         AnswerDialogs();
-       }},
+      {"new", [&] { libraryName_ = text(), PressKeys("Ctrl+Shift+N"); }},
+      {"browse", [&] { Browse(text()); }},
+      {"drafted", [&] { WaitForDraft(); }},
+      {"history", [&] { ShowHistory(number()); }},
+      {"press", [&] { PressInHistory(text()); }},
+      // The window and the program.
+      {"other", [&] { Perform([&] { GoToAnotherWindow(); }); }},
+      {"split", [&] { Perform([&, columns = number() == 0] { Split(columns, number() - 200); }); }},
+      {"size", [&] { Perform([&, width = number()] { Resize(width, number()); }); }},
       {"minimise", [&] { SizeTo(SC_MINIMIZE, [](HWND window) { return IsIconic(window) != 0; }); }},
       {"maximise", [&] { SizeTo(SC_MAXIMIZE, [](HWND window) { return IsZoomed(window) != 0; }); }},
       {"close", [&] { EndAndStart(false); }},
       {"kill", [&] { EndAndStart(true); }},
-      {"drafted",
-       [&] {
-         const auto drafted = [&] {
-           std::error_code gone;  // a folder may go while it is looked through
-           std::filesystem::recursive_directory_iterator file(program_.folder().path(), gone);
-           while (file != end(file) && file->path().filename() != "draft.bns") file.increment(gone);
-           return file != end(file);
-         };
-         Need(WaitUntil(drafted), "no draft is written");
-       }},
-      {"history",
-       [&] {
-         PressKey('H', {VK_CONTROL, VK_SHIFT});
-         const auto list = [] {
-           return GetDlgItem(FindVisibleOfClass("frmHistory"), frmHistory::kVersionsId);
-         };
-         Need(Wait([&] { return Focus() == list() && !RowsOf(list()).empty(); }), "no history comes up");
-         PressKey(VK_HOME);
-         for (int below = number(); below > 0; --below) PressKey(VK_DOWN);
-         look_ = [window = GetParent(list())] {
-           std::string shown = WindowText(window);
-           for (int id = frmHistory::kVersionsId; id <= frmHistory::kLinesId; ++id)
-             shown += " | " + testing::PrintToString(RowsOf(GetDlgItem(window, id)));
-           return WithoutTimes(shown);
-         };
-       }},
-      {"press",
-       [&] {
-         const std::string caption = text();
-         const HWND history = FindVisibleOfClass("frmHistory");
-         const HWND window = history != nullptr ? history : FindVisibleOfClass("Notice");
-         const HWND button = FindWindowExA(window, nullptr, "BUTTON", caption.c_str());
-         Need(button != nullptr, "there is no button " + caption);
-         ClickCentre(button);
-         if (history != nullptr) PressKey(VK_ESCAPE);
-         AnswerDialogs();
-       }},
-      {"clipboard",
-       [&] {
-         look_ = [] {
-           const std::string copied = InOneLine(ClipboardNow());
-           return copied.empty() ? "nothing" : copied;
-         };
-       }},
+      // What is looked at.
+      {"clipboard", [&] { look_ = [] { return Copied(); }; }},
       {"libraries", [&] { look_ = [this] { return testing::PrintToString(Libraries()); }; }},
-      {"saved",
-       [&] {
-         look_ = [this, name = text()] {
-           return program_.folder().Has(name + ".bns") ? Contents(File(name)) : "none";
-         };
-       }},
+      {"saved", [&] { look_ = [this, name = text()] { return Saved(name); }; }},
   };
   const auto known = verbs.find(verb);
   if (known == verbs.end()) throw std::runtime_error("no such thing: " + verb);
