@@ -18,7 +18,7 @@ bool Pane::CreateIn(HWND parent, const char* name, std::function<void(HDC dc)> p
 
 LRESULT Pane::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_CONTEXTMENU:  // by default Wine 8 would put the pane in the control's place
+    case WM_CONTEXTMENU:  // Wine 8's default would replace the control in wParam by the pane
     case WM_COMMAND:
     case WM_NOTIFY:
     case WM_CTLCOLOREDIT:

@@ -6,13 +6,12 @@
 
 namespace snip {
 
-/// A plain container. What its controls send goes on to the parent window, which knows what they
-/// are for.
+/// A container that forwards its controls' messages to its parent, which handles them.
 class Pane : public Window {
  public:
   ~Pane() override { Destroy(); }
 
-  /// `name` is what assistive programs call it. `paint`, if there is one, draws what its controls leave free.
+  /// `name` is the accessible name. `paint`, if given, draws the area that the controls leave free.
   bool CreateIn(HWND parent, const char* name = "", std::function<void(HDC dc)> paint = {});
 
  protected:

@@ -35,7 +35,7 @@ int Splitter::Edge() const {
 void Splitter::MoveEdge(int edge) {
   Rect place = PlaceInParent(hWnd());
   (divides_ == Divides::Columns ? place.left : place.top) = edge;
-  // Over the parts that it is moved across.
+  // On top, to be seen over the panes that it crosses.
   SetWindowPos(hWnd(), HWND_TOP, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
@@ -53,7 +53,7 @@ void Splitter::React(SplitterDrag::Reaction reaction) {
   dropped_(Edge());
 }
 
-/// Something else took the mouse away: nothing was decided.
+/// Undoes a drag that ended because another window took the mouse capture.
 void Splitter::CancelDrag() {
   if (drag_.MouseUp() == SplitterDrag::Reaction::None) return;
   InvalidateRect(hWnd(), nullptr, TRUE);
@@ -61,7 +61,7 @@ void Splitter::CancelDrag() {
   GoBeneath();
 }
 
-/// Back beneath the controls that lie over the parts.
+/// Restores the z-order, so that it is below the controls that cover the panes.
 void Splitter::GoBeneath() {
   SetWindowPos(hWnd(), above_ != nullptr ? above_ : HWND_TOP, 0, 0, 0, 0,
                SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);

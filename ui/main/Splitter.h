@@ -15,14 +15,15 @@ class Splitter : public Window {
  public:
   enum class Divides { Columns, Rows };
 
-  /// The colour it takes while it is dragged: grey.
+  /// Its colour during a drag.
   static constexpr COLORREF kSplitDragColor = 0x808080;
 
-  /// `dropped` is called when it was let go, with its left or top edge in pixels of the parent.
+  /// `dropped` is called at the end of a drag, with the splitter's left or top edge in client pixels of the
+  /// parent.
   Splitter(Divides divides, std::function<void(int edge)> dropped);
   ~Splitter() override;
 
-  /// Drops it `by` pixels further right or down.
+  /// Acts like a drag by `by` pixels to the right or down.
   void Move(int by) { dropped_(Edge() + by); }
 
   bool CreateIn(HWND parent, const char* name);
@@ -31,6 +32,7 @@ class Splitter : public Window {
   LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
  private:
+  /// The coordinate of a mouse message on the axis on which the splitter moves.
   int Along(LPARAM lParam) const;
   int Edge() const;
   void MoveEdge(int edge);
@@ -43,7 +45,7 @@ class Splitter : public Window {
   std::function<void(int edge)> dropped_;
   SplitterDrag drag_;
   int startEdge_ = 0;
-  HWND above_ = nullptr;  ///< The sibling that it lay beneath before the drag.
+  HWND above_ = nullptr;  ///< The sibling just above it in the z-order before the drag.
 };
 
 }  // namespace snip

@@ -4,8 +4,8 @@
 
 namespace snip {
 
-/// The press, the moves and the release of a splitter. Positions are along the way that it can go, in its
-/// own coordinates.
+/// The state of a splitter's drag. Positions are pixels on the axis on which it moves, relative to the
+/// splitter.
 class SplitterDrag {
  public:
   enum class Reaction { None, Begin, Drop };
@@ -20,7 +20,7 @@ class SplitterDrag {
     }
     return MouseUp();
   }
-  /// How far the splitter has to go to follow the mouse.
+  /// How far the splitter has to move to follow the mouse, in pixels; 0 without a drag.
   std::int32_t MouseMove(std::int32_t position) const { return dragging() ? position - start_ : 0; }
   Reaction MouseUp() {
     const bool dropped = dragging();

@@ -26,7 +26,7 @@ constexpr UINT_PTR kTipTimer = 1;
 constexpr UINT_PTR kWatchTimer = 2;
 constexpr UINT kWatchMs = 1000;
 
-/// What moves the shown snippet or undoes a change of the list, with Ctrl, and Shift or not.
+/// The command of Ctrl and a key in the snippet list: undo, redo, or move the shown snippet.
 std::optional<int> ListCommandOfKey(WPARAM key, bool shift) {
   struct Key {
     WPARAM key;
@@ -42,8 +42,8 @@ std::optional<int> ListCommandOfKey(WPARAM key, bool shift) {
   return std::nullopt;
 }
 
-/// Posted to the window itself when an edit field has lost the focus: only afterwards the new focus is known,
-/// and only then may a message box be shown.
+/// Posted when an edit field loses the focus: the new focus is known, and a message box allowed, only after
+/// the notification.
 constexpr UINT kFieldLeft = WM_APP + 1;
 /// Sent by `Show` to a new window, so that loading runs inside the window procedure, which stops exceptions.
 constexpr UINT kLoadFiles = WM_APP + 2;
@@ -101,7 +101,7 @@ bool frmAddIn::Show(HostEnvironment* host) {
     operations_.ReadAhead();
     if (!Form_Load()) return false;
     SendMessageA(hWnd(), kLoadFiles, 0, 0);
-    if (hWnd() == nullptr) return false;  // unloaded while it told the user something
+    if (hWnd() == nullptr) return false;  // closed while a message box was open
   }
   ShowInFront();
   return true;
@@ -137,14 +137,15 @@ void frmAddIn::Unload() {
   if (Form_QueryUnload() && host_ == nullptr) DestroyWindow(hWnd());
 }
 
-/// Shows a hidden window that has something to ask: the question belongs to it.
+/// Ends edits, and shows the window if there is something to save or to tell, so that the message box has a
+/// visible owner.
 void frmAddIn::ShowForQuestion() {
   if (!editing_.SettleName()) editing_.txtName_Cancel();  // there is no time to ask for another name
   const bool taken = editing_.txtCode_LostFocus();
   if (!taken || (!library_.Saved && !library_.LibraryName.empty())) Show(host_);
 }
 
-/// What lies under the pointer may have changed without a move of it.
+/// Updates what depends on the pointer: another control may be under it although the mouse did not move.
 void frmAddIn::LookAround() {
   hover_.Start();
   bars_.cmd.LookForPointer();
@@ -164,8 +165,8 @@ bool frmAddIn::Form_Load() {
                  .iconId = IDI_SNIPSTORE});
 }
 
-/// Takes in what is being edited and offers to save; false when the window has to stay. While the question
-/// is open, another program may ask the window to close once more: then it has to stay as well.
+/// Commits edits and offers to save; false if the window must stay open. It also stays if another program
+/// asks it to close while the question is open.
 bool frmAddIn::Form_QueryUnload() {
   if (unloading_ || !editing_.SettleName()) return false;
   const FlagScope unloading(unloading_);
@@ -174,7 +175,7 @@ bool frmAddIn::Form_QueryUnload() {
 
 void frmAddIn::CloseWindow() {
   if (host_ != nullptr) {
-    // The environment keeps the window loaded, and the library in it, until it lets go of the add-in.
+    // The environment keeps the window loaded, and the library in it, until it disconnects the add-in.
     Hide();
     services_.hidden();
     return;
@@ -191,7 +192,7 @@ void frmAddIn::Form_Unload() {
   CloseSettings();
   operations_.Leave();
   watch_.Unload();
-  // The window may be made again: it then starts from its files.
+  // `Show` may make the window again, which must start without a library.
   library_ = {};
   editing_.Reset();
   lastFocus_ = nullptr;
@@ -201,7 +202,7 @@ void frmAddIn::Form_Unload() {
 
 // --- Keys and fields --------------------------------------------------------------------------------------
 
-/// A key of a button presses it, as a click does.
+/// Runs the command of a key; a button's key presses the button, as a click does.
 void frmAddIn::OnKey(int command) {
   using namespace Command;
   if (command >= kEditButton && command < kRenameSnippet) {
@@ -231,8 +232,8 @@ void frmAddIn::OnCommand(int id, int notification) {
   if (isField && notification == EN_KILLFOCUS) PostMessageA(hWnd(), kFieldLeft, 0, 0);
 }
 
-/// Commits what was edited in a field that has lost the focus to another field. When another program or a
-/// message has it, the user comes back to the field as it is.
+/// Commits the field that has lost the focus to another control of the window. If another program or a
+/// message box has the focus, the edit goes on when the user comes back.
 void frmAddIn::FieldLeft() {
   const HWND focus = GetFocus();
   if (focus == nullptr || IsChild(hWnd(), focus) == 0) return;
@@ -262,7 +263,7 @@ std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   if (focus == controls_.lstCode()) {
     if (key == VK_F2 && GetKeyState(VK_SHIFT) >= 0) return Command::kRenameSnippet;
     const bool control = GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
-    // Ctrl+D nowhere else: slipped on while typing, it would take the snippet with the text.
+    // Ctrl+D works in the list only: pressed by mistake while typing, it would delete the snippet.
     if (key == VK_DELETE || (key == 'D' && control && GetKeyState(VK_SHIFT) >= 0))
       return Command::kDeleteSnippet;
     if (key == 'C' && control) return Command::kCopyCode;
@@ -275,16 +276,16 @@ bool frmAddIn::PreTranslate(MSG& message) {
   if (hWnd() == nullptr) return false;
   if (menus_.PreTranslate(message) || finding_.PreTranslate(message) || watch_.PreTranslate(message))
     return true;
-  if (message.message == WM_TIMER) return false;  // no key, and comes all the time
+  if (message.message == WM_TIMER) return false;  // frequent, and never a key
   const bool ours = message.hwnd == hWnd() || IsChild(hWnd(), message.hwnd) != 0;
   if (!ours) return false;
   if (RememberFocus()) menus_.StayInFront();
   if (message.message == WM_SYSKEYDOWN && message.wParam == VK_F4) {
-    // Everywhere else the system does this; Wine 8's combo box keeps the keys for itself.
+    // Other controls leave Alt+F4 to the system; Wine 8's combo box swallows it.
     PostMessageA(hWnd(), WM_SYSCOMMAND, SC_CLOSE, 0);
     return true;
   }
-  // In the opened list of libraries nothing is chosen yet that a command could be meant for.
+  // No commands while the list of libraries is open: the library that they would work on is not chosen yet.
   if (!chooser_.ListIsOpen() && TranslateAcceleratorA(hWnd(), accelerators_.get(), &message) != 0)
     return true;
   if (message.message == WM_KEYDOWN) {
@@ -297,11 +298,11 @@ bool frmAddIn::PreTranslate(MSG& message) {
     TypeAhead(message);
     return true;
   }
-  // The code field knows by itself when Tab moves on and when it is a character of the code.
+  // The code field itself decides whether Tab moves the focus or is typed into the code.
   if (IsChild(controls_.txtCode().hWnd(), message.hwnd) != 0) return false;
   if (message.message == WM_KEYDOWN && message.wParam == VK_TAB) {
-    // The dialog manager would select the whole code on entering the code field, for the next key to replace,
-    // and a field of several lines hands Tab to its container, which is no dialog.
+    // Not left to the dialog manager, which would select the whole code on entering the code field, so that
+    // the next key replaced it; and a multi-line field leaves Tab to its parent, which is not a dialog.
     SetFocus(GetNextDlgTabItem(hWnd(), message.hwnd, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE));
     return true;
   }
@@ -317,7 +318,7 @@ void frmAddIn::TypeAhead(const MSG& message) {
   if (message.time - lastTyped_ > pause) typedName_.clear();
   lastTyped_ = message.time;
   typedName_ += static_cast<char>(message.wParam);
-  // One letter again and again goes through all the names that begin with it.
+  // The same letter repeated goes through all names that begin with it.
   const bool sameLetter = typedName_.find_first_not_of(typedName_.front()) == std::string::npos;
   auto row = controls_.SelectNameFrom(typedName_);
   if (!row && sameLetter) row = controls_.SelectNameFrom(typedName_.substr(0, 1));
@@ -327,7 +328,7 @@ void frmAddIn::TypeAhead(const MSG& message) {
 bool frmAddIn::RememberFocus() {
   const HWND focus = GetFocus();
   if (IsChild(hWnd(), focus) == 0) return false;
-  // The code field may replace its control, and passes the focus on.
+  // Remember the code field instead of its inner control, which it may replace; it passes the focus on.
   const HWND field = controls_.txtCode().HasFocus() ? controls_.txtCode().hWnd() : focus;
   if (std::exchange(lastFocus_, field) == field) return false;
   typedName_.clear();
@@ -339,12 +340,12 @@ HWND frmAddIn::FocusTarget() const {
                                                                               : controls_.lstCode();
 }
 
-/// Looks at what no message tells: where the pointer is, how far the list is scrolled, and what the code
-/// field and the clipboard hold, for a torn-off menu to show what can be done with it.
+/// Polls what no message reports: where the pointer is, how far the list is scrolled and, for torn-off menus,
+/// whether the code field and the clipboard allow their commands.
 void frmAddIn::Tick() {
-  delivery_.ForgetLastDelivery();  // a timer's turn comes when no input waits any more
+  delivery_.ForgetLastDelivery();  // WM_TIMER comes only when no input is waiting
   const bool pointed = switches_[Switch::SnippetTips] && ShowListTip();
-  // Scrolled out of sight, a name is taken as it is when its box is left.
+  // Scrolling the renamed row out of sight commits the name, as leaving the box does.
   if (!controls_.KeepNameBoxOnRow() && GetFocus() == controls_.txtName()) controls_.FocusList();
   const bool tornOff = menus_.UpdateTornOff();
   watch_.Tick();
@@ -353,7 +354,8 @@ void frmAddIn::Tick() {
 
 LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
   const LRESULT brush = Default(message, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(field));
-  // The description stands out while it is edited. The hot colour is near white in some colour schemes.
+  // The description has another colour while it is edited: that of keywords, because COLOR_HOTLIGHT is nearly
+  // white in some colour schemes.
   if (field == controls_.txtDesc() && descriptionEdited_) {
     SetTextColor(dc, CodeColoursOn(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_WINDOWTEXT)).keyword);
   }
@@ -394,7 +396,7 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       }
       return Default(message, wParam, lParam);
     case WM_SETFOCUS:
-      // A minimised window keeps the focus; the field that had it gets it back afterwards.
+      // A minimised window keeps the focus itself; the field gets it back when the window is restored.
       if (IsIconic(hWnd()) == 0) SetFocus(FocusTarget());
       return 0;
     case WM_COMMAND:

@@ -47,7 +47,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   struct Services {
     LibraryStore& store;
-    LibraryKeeper* keeper = nullptr;  ///< The same store when it keeps histories.
+    LibraryKeeper* keeper = nullptr;  ///< The same object as `store`; null if that keeps no history.
     const SettingsStore& settings;
     const SoundEffects& sounds;
     CaptionPainter& caption;
@@ -59,20 +59,21 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   explicit frmAddIn(Services services);
   ~frmAddIn() override;
 
-  /// Shows the window modeless and without an owner; makes it, and opens the first library, if need be.
-  /// `host` is the environment that code goes to from now on, null without one. False when the system refuses
-  /// to make the window.
+  /// Shows the window, modeless and without an owner; the first call makes it and opens the first library.
+  /// Code goes to `host` from now on, null for none. False if the window cannot be made, or was closed while
+  /// it loaded.
   bool Show(HostEnvironment* host = nullptr);
-  /// Sends code to another environment, or none, from now on.
+  /// Code goes to `host` from now on; null for no environment.
   void SetHost(HostEnvironment* host);
-  /// Has a window that is still opening its first library shown, for a message to belong to it.
+  /// Shows the window early if it is still opening its first library, so that a message box has a visible
+  /// owner.
   void ShowForMessage();
   void Hide();
   /// Offers to save, and ends the window.
   void Unload();
 
-  /// Looks at a message before it is dispatched, for open menus and for keys that belong to the window as a
-  /// whole; true when it is used up.
+  /// Handles a message for open menus, for the windows of the search and the history, and for shortcut keys,
+  /// before it is dispatched; true if it must not be dispatched.
   bool PreTranslate(MSG& message);
 
  protected:
@@ -116,7 +117,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   std::optional<int> CommandOfKey(WPARAM key) const;
   void FieldLeft();
   void TypeAhead(const MSG& message);
-  /// Whether it has moved since.
+  /// Stores which control has the focus; true if it is another one than before.
   bool RememberFocus();
   HWND FocusTarget() const;
   LRESULT ColorOfField(HWND field, HDC dc, UINT message);
@@ -162,11 +163,11 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
 
   UniqueAccelerators accelerators_;
   HostEnvironment* host_ = nullptr;
-  std::string typedName_;  ///< What was typed in the list without a pause.
+  std::string typedName_;  ///< The letters typed in the list without a pause.
   DWORD lastTyped_ = 0;
   HWND lastFocus_ = nullptr;        ///< The control that had the focus when the window last had it.
   bool descriptionEdited_ = false;  ///< The description has the focus.
-  bool loading_ = false;            ///< The window is made, and its first library opened.
+  bool loading_ = false;            ///< `Show` is making the window or opening the first library.
   bool unloading_ = false;
   bool openingOutputMenu_ = false;
   Switches switches_;

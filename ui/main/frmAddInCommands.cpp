@@ -164,7 +164,7 @@ bool frmAddIn::IsEnabled(int command) const {
 
 void frmAddIn::mnuModFuncs_Clicked(int command) {
   bars_.SetOutputMode(command);
-  // Also while the button itself is greyed, because it changes nothing in a locked library.
+  // Also while the button is greyed: output does not change a locked library.
   delivery_.Output();
 }
 
@@ -175,7 +175,7 @@ void frmAddIn::SetKeepOnTop(bool onTop) {
 void frmAddIn::SetOn(Switch which, bool on) {
   switches_.Set(which, on);
   if (which == Switch::UseSounds) bars_.cmd.SetPlaysSounds(on);
-  if (which == Switch::SnippetTips && !on) tTip_.Hide();  // the timer does not look at it any more
+  if (which == Switch::SnippetTips && !on) tTip_.Hide();  // `Tick` will not do it any more
 }
 
 void frmAddIn::PopUp(frmMenu& menu, POINT screen) {
@@ -191,7 +191,7 @@ void frmAddIn::cmd_Dropdown() {
   ClientToScreen(bars_.cmd.hWnd(), &screen);
   bars_.cmd.Freeze();  // so that the arrow stays pressed until the menu closes
   {
-    // Pressed again while the menu was open: that the menu closes for that is no reason to let the arrow go.
+    // If the menu is still open from an earlier press, it closes now, which must not release the arrow.
     const FlagScope opening(openingOutputMenu_);
     PopUp(menus_.mnuModFuncs, screen);
   }
@@ -214,7 +214,7 @@ void frmAddIn::OpenSnippetsMenu(POINT screen, bool byKey) {
     POINT place = screen;
     ScreenToClient(list, &place);
     const LRESULT entry = SendMessageA(list, LB_ITEMFROMPOINT, 0, MAKELPARAM(place.x, place.y));
-    // As in any list, the row that the menu is about is the one under the mouse.
+    // As in any list, a right click selects the row under the mouse.
     if (HIWORD(entry) == 0 && LOWORD(entry) != editing_.shownIndex()) {
       controls_.SelectRow(LOWORD(entry));
       editing_.lstCode_Click(LOWORD(entry));
@@ -243,9 +243,9 @@ std::optional<std::string> frmAddIn::ChooseAttachment() {
   return dialog.FileName.empty() ? std::nullopt : std::optional(dialog.FileName);
 }
 
-/// Whether the pointer is where it has to be followed.
+/// True while the pointer is over the list or its tip, so that it must be polled.
 bool frmAddIn::ShowListTip() {
-  // The box over the row that is renamed would be covered, and under a dialog the list takes no clicks.
+  // The tip would cover the name box; and while a dialog is open the list takes no clicks.
   if (IsWindowVisible(controls_.txtName()) == 0 && IsWindowEnabled(hWnd()) != 0) return tTip_.tTip_Timer();
   tTip_.Hide();
   return false;

@@ -1,4 +1,4 @@
-// The controls of the main window, their layout, and what of it the settings keep.
+// The controls of the main window, their layout, and the settings of the window.
 #include <algorithm>
 
 #include "platform/ScreenTwips.h"
@@ -14,7 +14,8 @@ constexpr int kBarHeight = 390;
 constexpr int kAttachPanelWidth = 1500;
 constexpr Size kAttachButton{1320, 345};
 
-// Between the library chooser and the edges of its bar, in twips.
+// In twips: from the library chooser to the right end of its bar, and from the chooser to the name box over
+// it.
 constexpr int kChooserRightMargin = 40;
 constexpr int kFileNameInset = 60;
 constexpr int kFileNameNarrower = 330;
@@ -24,7 +25,8 @@ constexpr int kFrameInset = 15;
 }  // namespace
 
 void frmAddIn::MakeControls() {
-  // In Tab order. The parts that lie over others come first, since a sibling is put beneath those before it.
+  // In Tab order. Controls that cover others are made first, because a new sibling goes below the earlier
+  // ones.
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
   bars_.CreateMain(hWnd(), kMainBarId, font_.get());
   controls_.CreateNameBox(hWnd(), kNameId, font_.get());
@@ -39,7 +41,7 @@ void frmAddIn::MakeControls() {
                              WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, kAttachId, font_.get(),
                              twips_.ToPixels({0, 0, kAttachButton.width, kAttachButton.height}));
   bars_.CreateEdit(rightPane_.hWnd(), kEditBarId, font_.get());
-  // Tab goes through the siblings from the top: to the attachment before the code.
+  // Tab follows the z-order: put the attachment between the description and the code.
   SetWindowPos(picAttach_.hWnd(), controls_.txtDesc(), 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 
   tTip_.Attach(leftPane_.hWnd(), controls_.lstCode());
@@ -48,7 +50,7 @@ void frmAddIn::MakeControls() {
   captionHook_.Install(hWnd(), services_.caption);
 }
 
-// --- What is kept -----------------------------------------------------------------------------------------
+// --- Settings ---------------------------------------------------------------------------------------------
 
 void frmAddIn::LoadSettings() {
   const Settings settings = services_.settings.Load();
@@ -77,7 +79,7 @@ void frmAddIn::LoadSettings() {
                     settings.Width.value_or(design.width), settings.Height.value_or(design.height)};
   MoveTo(hWnd(), twips_.ToPixels(wanted));
 
-  // There is no earlier layout yet that a window with too little room could keep.
+  // A window that is too small keeps its last layout, but a new window has none: make the stored sizes fit.
   const Size room = RoomForSplitters(twips_.ToTwips(ClientSize(hWnd())), kBarHeight, twips_);
   leftPaneWidth_ = std::max(kLeastLeftPaneWidth, std::min(leftPaneWidth_, room.width));
   descriptionHeight_ = std::max(kLeastDescriptionHeight, std::min(descriptionHeight_, room.height));
@@ -85,7 +87,7 @@ void frmAddIn::LoadSettings() {
 }
 
 void frmAddIn::CloseSettings() {
-  // The place that is kept is that of the window as it is neither minimised nor maximised.
+  // Store the place of the restored window, not of the minimised or maximised one.
   if (IsIconic(hWnd()) != 0 || IsZoomed(hWnd()) != 0) ShowWindow(hWnd(), SW_SHOWNOACTIVATE);
   const Rect place = PlaceInParent(hWnd());
   services_.settings.SaveWindow({.KeepOnTop = bars_.cmd.state(MainButton::kKeepOnTop),
@@ -173,7 +175,7 @@ void frmAddIn::picSplt_MouseUp(int left) {
 void frmAddIn::picHSplt_MouseUp(int top) {
   descriptionHeight_ =
       DescriptionHeightAfterDrop(twips_.ToTwipsY(top), twips_.ToTwipsY(ClientSize(rightPane_.hWnd()).height));
-  // Dropped near the bottom it leaves the code no room; what the user asked for is done all the same.
+  // The user may drop it so low that the code has no room; the window is laid out all the same.
   RightPane_Resize(true);
 }
 
