@@ -2,10 +2,12 @@
 
 #include <richedit.h>
 
+#include "platform/SystemLibrary.h"
+
 namespace snip::bench {
 
 BareWindow::BareWindow() {
-  LoadLibraryA("riched20.dll");
+  LoadSystemLibrary("riched20.dll");
   Create(
       {.className = "BareWindow", .title = "Bench", .style = WS_OVERLAPPEDWINDOW, .place = {0, 0, 760, 560}});
   ShowWindow(hWnd(), SW_SHOW);

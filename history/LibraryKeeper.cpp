@@ -26,7 +26,7 @@ bool IsDraft(const FileEntry& entry) {
 }  // namespace
 
 /// Passes a file's hash to the keeper once the file has been read to its end.
-class LibraryKeeper::WatchedBytes final : public ByteSource {
+class LibraryKeeper::WatchedBytes : public ByteSource {
  public:
   WatchedBytes(std::unique_ptr<ByteSource> bytes, std::function<void(std::uint64_t)> read)
       : bytes_(std::move(bytes)), read_(std::move(read)) {}
@@ -34,7 +34,7 @@ class LibraryKeeper::WatchedBytes final : public ByteSource {
     // The file may go on after the end of the library.
     try {
       std::array<char, 4096> rest{};
-      while (Read(rest) > 0) continue;
+      while (WatchedBytes::Read(rest) > 0) continue;
       if (!bytes_->Failed()) read_(hash_.Value());
     } catch (const std::exception&) {
       return;  // then nothing is known about the file

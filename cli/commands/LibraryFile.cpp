@@ -74,7 +74,7 @@ BnsContents ReadForChange(Session& session, const std::string& path, std::string
 LibraryFile::LibraryFile(Session& session, const std::string& path)
     : LibraryFile(session, path, ReadContents(session, path, session.Read(path))) {}
 
-LibraryFile::LibraryFile(Session& session, const std::string& path, BnsContents contents)
+LibraryFile::LibraryFile(Session& session, const std::string& path, BnsContents&& contents)
     : snippets(std::move(contents.snippets)), session_(session), path_(path), version_(contents.version) {}
 
 LibraryFile LibraryFile::ForChange(Session& session, const std::string& path, bool create) {

@@ -57,7 +57,7 @@ class LibraryFile {
   void Save() { WriteLibrary(session_, path_, snippets, isNew_); }
 
  private:
-  LibraryFile(Session& session, const std::string& path, BnsContents contents);
+  LibraryFile(Session& session, const std::string& path, BnsContents&& contents);
 
   Session& session_;
   std::string path_;
