@@ -67,10 +67,11 @@ UniqueIcon IconOf(const Image& image, COLORREF transparent) {
   const int bytesPerRow = (image.width + 15) / 16 * 2;
   std::vector<BYTE> maskBits(static_cast<std::size_t>(bytesPerRow * image.height));
   Image colors = image;
-  for (int y = 0; y < image.height; ++y) {
+  BYTE* row = maskBits.data();
+  for (int y = 0; y < image.height; ++y, row += bytesPerRow) {
     for (int x = 0; x < image.width; ++x) {
       if (image.At(x, y) != transparent) continue;
-      maskBits[static_cast<std::size_t>(y * bytesPerRow + x / 8)] |= static_cast<BYTE>(0x80 >> x % 8);
+      row[x / 8] |= static_cast<BYTE>(0x80 >> x % 8);
       colors.At(x, y) = RGB(0, 0, 0);
     }
   }

@@ -5,7 +5,7 @@
 namespace snip::test {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 TEST(CommonDialogTextTest, BuffersAreLaidOutAsTheSystemWantsThem) {
   EXPECT_EQ(FilterText("Snippets|*.bns"), "Snippets\0*.bns\0\0"s);

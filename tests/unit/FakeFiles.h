@@ -32,6 +32,8 @@ struct Faults {
 /// writes them as the real one does. For one thread at a time.
 class FakeFiles : public Files, public LibraryStore, public Faults {
  public:
+  using Files::patience;
+
   std::map<std::string, std::string> bytes;
   std::map<std::string, std::int64_t> changed;
   Patience::Duration waited{};

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <ranges>
 #include <set>
 
 #include "find/Finder.h"
@@ -64,9 +63,9 @@ class ScriptedPalette : WalkTarget {
     if (went == Went::There) return snippets_[at_].Name + std::to_string(selected_.begin);
     return went ? went == Went::Nowhere ? "nowhere" : "missing" : "nothing";
   }
-  static std::string Marked(std::string text, const std::vector<TextRange>& marks) {
-    for (auto mark = marks.rbegin(); mark != marks.rend(); ++mark)
-      text.insert(mark->end, "*").insert(mark->begin, "*");
+  static std::string Marked(std::string text, std::vector<TextRange> marks) {
+    std::ranges::reverse(marks);
+    for (const TextRange& mark : marks) text.insert(mark.end, "*").insert(mark.begin, "*");
     return text;
   }
   std::string Rows() const {
@@ -131,8 +130,8 @@ TEST(FindTest, TheBestComesFirst) {
     if (arrow == std::string::npos) continue;
     ++queries;
     std::vector<std::string> names;
-    for (const Found& found : finder.Search(line.substr(0, arrow)) | std::views::take(3))
-      names.emplace_back(finder.SnippetOf(found).Name);
+    for (const Found& found : finder.Search(line.substr(0, arrow)))
+      if (names.size() < 3) names.emplace_back(finder.SnippetOf(found).Name);
     EXPECT_EQ(line.substr(0, arrow) + " => " + (names.empty() ? "nothing" : Joined(names)), line);
   }
   EXPECT_GE(queries, 60);

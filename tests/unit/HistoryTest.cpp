@@ -146,7 +146,7 @@ class Scene {
   const UtcTime begin_ = files.now;
   std::unique_ptr<LibraryKeeper> first_;
   std::unique_ptr<Held> lock_;
-  std::unique_ptr<Patience::Limit> ofAnotherThread_;
+  std::optional<Patience::Limit> ofAnotherThread_;
   std::string path_, answer_;
   std::vector<std::string> words_;
   std::vector<unsigned> n_;
@@ -192,9 +192,7 @@ class Scene {
       {"large", [this] { files.tooLarge.insert(path_); }},
       {"lock", [this] { lock_ = files.Lock(History().path()); }},
       {"impatient",
-       [this] {
-         std::thread([this] { ofAnotherThread_.reset(new Patience::Limit(files.LimitWaits(0ms))); }).join();
-       }},
+       [this] { std::thread([this] { ofAnotherThread_.emplace(files.patience(), 0ms); }).join(); }},
       {"fail", [this] { files.failFrom = 0; }},
       {"works", [this] { static_cast<Faults&>(files) = {}, lock_.reset(); }},
       {"waited", [this] { answer_ = std::to_string(std::exchange(files.waited, 0ms).count()); }},

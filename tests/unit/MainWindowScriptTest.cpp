@@ -89,7 +89,7 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
     if (!view.locked) state += " | editing";
     if (view.editingDisabled) state += " | disabled";
     if (view.nameBoxRow) state += " | naming " + std::to_string(*view.nameBoxRow) + " " + view.nameBoxText;
-    for (Snippet snippet : library.Snippets) {
+    for (const Snippet& snippet : library.Snippets) {
       if (snippet == Named(snippet.Name) || snippet == DefaultSnippet()) continue;
       state +=
           " | " + snippet.Name + "=" + snippet.Code + "," + snippet.Description + "," + snippet.Attachment;

@@ -182,10 +182,11 @@ TEST(SettingsChoicesTest, EachValueIsSavedRightAfterItIsApplied) {
 
 /// Keys as they are stored, on a keyboard that types characters with all or none of them.
 struct ScriptedKeyboard {
-  std::string types;
+  explicit ScriptedKeyboard(const std::string& what) : types(what == "types") {}
+  bool types;
   std::string operator()(const std::string& stored) const {
     const HotKey key = HotKey::FromText(stored);
-    const std::string refusal = RefusalOf(key, types == "types");
+    const std::string refusal = RefusalOf(key, types);
     EXPECT_TRUE(key.empty() || key.Text() == stored);
     return key.empty() ? "none" + refusal : refusal.empty() ? "free" : refusal;
   }

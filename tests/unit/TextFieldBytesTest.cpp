@@ -62,7 +62,7 @@ TEST(TextFieldBytesTest, ZeroBytesAreShownAsSomethingElseAndComeBack) {
 
 TEST(TextFieldBytesTest, EditedTextGetsItsZeroBytesBack) {
   const TextFieldBytes bytes("a\0b"s);
-  const std::string shown = bytes.shown();
+  const std::string& shown = bytes.shown();
   EXPECT_EQ(bytes.Restore("new " + shown + "\r\n" + shown.substr(1)), "new a\0b\r\n\0b"s);
 }
 

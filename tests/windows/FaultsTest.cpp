@@ -125,7 +125,8 @@ TEST_F(FaultsTest, ASaveThatCannotBeWrittenIsSilentAndCanBeRepeated) {
 TEST_F(FaultsTest, ACutWaitsForTheClipboardOrLeavesTheCode) {
   Open();
   const HWND code = GetDlgItem(FindControl(window_->hWnd(), frmAddIn::kCodeId), BnRichEdit::kControlId);
-  for (const int command : {Command::kEditSnippet, Command::kSelectAll}) Send(WM_COMMAND, command);
+  Send(WM_COMMAND, Command::kEditSnippet);
+  Send(WM_COMMAND, Command::kSelectAll);
   for (const bool letsGo : {false, true}) {
     std::atomic<bool> held = false, done = false;
     const Driver other([&] {

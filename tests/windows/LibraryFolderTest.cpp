@@ -39,9 +39,7 @@ class LibraryFolderTest : public testing::Test {
 };
 
 TEST_F(LibraryFolderTest, ListsLibrariesOnly) {
-  const std::vector<std::string> libraries = {"Strings", "with blanks", "a.b.c",
-                                              "Gr\xFC\xDF"
-                                              "e \xE9t\xE9",
+  const std::vector<std::string> libraries = {"Strings", "with blanks", "a.b.c", "s\xFC\xDF \xE9t\xE9",
                                               std::string(200, 'n')};
   for (const std::string& name : libraries) folder_.Write(name + ".bns", "x");
   for (const char* other : {".bns", "notes.bnsold", "bns", "x.bns.txt"}) folder_.Write(other, "x");

@@ -230,7 +230,7 @@ TEST_F(OleDragDropTest, ADragGoesOnUntilEscapeTheLastButtonOrTheEndOfItsEvents) 
   IDropSource* const drag = source.dropSource();
   EXPECT_EQ(drag->GiveFeedback(DROPEFFECT_COPY), DRAGDROP_S_USEDEFAULTCURSORS);
   EXPECT_EQ(drag->GiveFeedback(DROPEFFECT_MOVE), S_OK);
-  for (const DWORD button : {MK_LBUTTON, MK_RBUTTON, MK_MBUTTON})
+  for (const DWORD button : std::initializer_list<DWORD>{MK_LBUTTON, MK_RBUTTON, MK_MBUTTON})
     EXPECT_EQ(drag->QueryContinueDrag(FALSE, button | MK_CONTROL), S_OK);
   EXPECT_EQ(drag->QueryContinueDrag(FALSE, MK_SHIFT), DRAGDROP_S_DROP);
   EXPECT_EQ(drag->QueryContinueDrag(TRUE, MK_LBUTTON), DRAGDROP_S_CANCEL);

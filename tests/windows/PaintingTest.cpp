@@ -362,7 +362,7 @@ TEST_F(ButtonPainterTest, ADisabledPictureIsItsDarkPixelsInTheSystemsStyle) {
     const TestCanvas reference = PlainCanvas(9, 8);
     DrawStateA(reference.dc(), nullptr, nullptr, handle, 0, 2, 2, picture.size().width, picture.size().height,
                type | DSS_DISABLED);
-    const Image drawn = reference.Read();
+    Image drawn = reference.Read();
     EXPECT_NE(drawn, PlainCanvas(9, 8).Read());
     return drawn;
   };
@@ -392,7 +392,7 @@ TEST_F(ButtonPainterTest, ADisabledPictureIsItsDarkPixelsInTheSystemsStyle) {
 std::vector<std::intptr_t> StateOf(HDC dc) {
   std::vector<std::intptr_t> state = {static_cast<std::intptr_t>(GetTextColor(dc)),
                                       static_cast<std::intptr_t>(GetBkColor(dc)), GetBkMode(dc)};
-  for (const UINT type : {OBJ_BRUSH, OBJ_PEN, OBJ_FONT, OBJ_BITMAP, OBJ_PAL})
+  for (const UINT type : std::initializer_list<UINT>{OBJ_BRUSH, OBJ_PEN, OBJ_FONT, OBJ_BITMAP, OBJ_PAL})
     state.push_back(reinterpret_cast<std::intptr_t>(GetCurrentObject(dc, type)));
   return state;
 }

@@ -74,7 +74,7 @@ TEST_F(TipTest, ItsTextLiesOnTheRowsAlsoAtTheScreensEdge) {
   SendMessageA(list_, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), TRUE);
   SendMessageA(list_, LB_RESETCONTENT, 0, 0);
   SendMessageA(list_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
-  SetWindowLongA(frame_.get(), GWL_STYLE, WS_POPUP | WS_VISIBLE);
+  SetWindowLongA(frame_.get(), GWL_STYLE, static_cast<LONG>(WS_POPUP | WS_VISIBLE));
   SetFocus(frame_.get());  // or the row has a frame
   ListTips tips;
   tips.Attach(list_, list_);
