@@ -17,7 +17,7 @@ class AttachmentView {
   virtual std::optional<std::string> ChooseAttachment() = 0;
   virtual bool MinimizeOnView() const = 0;
   virtual void Minimize() = 0;
-  /// Opens a file with the program that the system has for it; silent when there is none.
+  /// Opens a file with its associated program; no message if there is none.
   virtual void ShellOpen(const std::string& path) = 0;
 };
 
@@ -26,10 +26,10 @@ class Attachments {
  public:
   Attachments(SnippetEditing& editing, AttachmentView& view);
 
-  /// Whether a snippet is shown of a library that must not be changed. Without a snippet the attachment
-  /// can be asked for as well, to no effect.
+  /// Whether the shown snippet is in a read-only library. Without a shown snippet `SetAttachment` is offered,
+  /// but does nothing.
   bool Locked() const { return editing_.Shown() != nullptr && editing_.editingDisabled(); }
-  /// Whether a snippet is shown that has one; a path of nothing but blanks is none.
+  /// Whether the shown snippet has an attachment; a path of blanks is none.
   bool CanView() const;
   void ViewAttachment();
   /// Asks for the file. Choosing the same one again counts as a change as well.

@@ -26,7 +26,7 @@ void CodeDelivery::SetHost(HostEnvironment* host) {
   output_.SetHost(host);
 }
 
-/// What was pressed while the environment took its time over the last delivery is not meant for another one.
+/// Whether the user pressed this while waiting for the last delivery, and so did not mean another one.
 bool CodeDelivery::IsLeftOver() const {
   const bool queued = InSendMessage() == 0;
   return queued && delivered_ && static_cast<LONG>(static_cast<DWORD>(GetMessageTime()) - *delivered_) < 0;
@@ -39,7 +39,7 @@ void CodeDelivery::Output() {
   if (mode == Command::kPasteCode) {
     output_.PasteCode();
   } else {
-    if (!parts_.editing.StoreShownCode()) return;  // an edit in progress belongs to what the user sees
+    if (!parts_.editing.StoreShownCode()) return;  // the module gets an edit in progress, too
     const int entry = parts_.chooser.SelectedFile();
     output_.PasteToNewModule(entry < 0 ? std::string() : parts_.chooser.FileText(entry));
   }
@@ -70,7 +70,7 @@ void CodeDelivery::OutputToWindow(HWND window, const std::string& code) {
 
 void CodeDelivery::CopyCode() {
   if (!parts_.editing.ListsSnippets()) {
-    Copy("");  // what is shown then is no code: nothing is copied, which empties the clipboard
+    Copy("");  // the field shows a message instead of code: empty the clipboard
   } else if (const auto code = parts_.controls.Code()) {
     Copy(*code);
   }

@@ -15,8 +15,8 @@
 
 namespace snip {
 
-/// Hands code on, to the environment or the clipboard, as the output button, keys and the palette ask; and
-/// takes code from there.
+/// Sends code to the environment or the clipboard for the output button, keys and the palette, and takes code
+/// from there.
 class CodeDelivery {
  public:
   struct Parts {
@@ -32,23 +32,24 @@ class CodeDelivery {
 
   explicit CodeDelivery(const Parts& parts);
 
-  /// The environment, which stays its owner's; null while none is connected.
+  /// The caller owns `host`; null while no environment is connected.
   void SetHost(HostEnvironment* host);
 
-  /// Does with what is shown what the output button shows.
+  /// Does with the shown snippet what the output button says.
   void Output();
   /// The same with a snippet of any library.
   void Output(const SearchedLibrary& library, std::size_t snippet);
-  /// To the environment if it has that window, else to the clipboard.
+  /// Pastes into the environment if `window` belongs to it, else copies to the clipboard.
   void OutputToWindow(HWND window, const std::string& code);
   void CopyCode();
   /// False when another program keeps the clipboard; the user has been told.
   bool Copy(const std::string& text);
   void PasteFitted();
-  /// A snippet of what is selected in the environment, or else of what the clipboard holds.
+  /// Adds a snippet of the code selected in the environment or, if none is connected, of the clipboard's
+  /// text.
   void TakeCode();
 
-  /// What was pressed during the last delivery has been handled.
+  /// To be called when all input from the time of the last delivery has been handled.
   void ForgetLastDelivery() { delivered_.reset(); }
 
  private:
@@ -57,7 +58,8 @@ class CodeDelivery {
   Parts parts_;
   CodeOutput output_;
   HostEnvironment* host_ = nullptr;
-  /// When the last delivery to the environment ended, until what the user did before has been handled.
+  /// The tick count at which the last delivery to the environment ended, until all input from before has been
+  /// handled.
   std::optional<DWORD> delivered_;
 };
 

@@ -15,7 +15,7 @@ std::string NoSpaces(std::string text) {
   return text;
 }
 
-/// Throws `HostError`, with what the user is to be told, also when there is none.
+/// Throws `HostError` with a message for the user, also if no pane is active.
 std::unique_ptr<HostCodePane> ActiveCodePane(HostEnvironment& host) {
   try {
     if (auto pane = host.ActiveCodePane()) return pane;
@@ -40,12 +40,13 @@ struct FittedTarget {
   PastePlace place;
 };
 
-/// What tells whether the active code window is still the same, with as many lines.
+/// The module and the number of lines of a pane, to notice that another pane is active or that it has
+/// changed.
 std::pair<std::string, int> MarksOf(HostCodePane& pane) {
   return {pane.ModuleName(), pane.LineCount()};
 }
 
-/// Why the environment refused something that the rest does not depend on; nothing when it did it.
+/// Makes a request that may fail; why the environment refused it, or an empty text.
 template <class Function>
 std::string RefusalOf(const Function& request) {
   try {
@@ -58,7 +59,7 @@ std::string RefusalOf(const Function& request) {
   }
 }
 
-/// Half a module is taken away again; one that cannot be is shown, so that the user sees what there is.
+/// Removes an incomplete module or, if that fails, shows it to the user.
 void Withdraw(HostModule& module) {
   try {
     module.Remove();
@@ -66,12 +67,13 @@ void Withdraw(HostModule& module) {
     try {
       module.CodePane()->Show();
     } catch (const HostError&) {
-      return;  // what has failed before is told
+      return;  // the caller reports the first failure
     }
   }
 }
 
-/// What the module lacks although it holds every snippet; nothing when it lacks nothing.
+/// Names the module, writes the snippets into it and shows it. Throws, and removes it, if a snippet cannot be
+/// written; other failures are returned in words for the user.
 std::string Fill(HostModule& module, const std::string& name, const std::vector<Snippet>& snippets) {
   std::string refusal;
   std::unique_ptr<HostCodePane> pane;
@@ -130,7 +132,7 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
   if (editing_.Shown() == nullptr) return Tell("No code snippet is currently selected.");
   const std::optional<std::string> shown = view_.Code();
   if (!shown) return;
-  // A line end at the end would become an empty line.
+  // A final line ending would become an empty line.
   const std::string code = shown->ends_with("\r\n") ? shown->substr(0, shown->size() - 2) : *shown;
   const std::vector<CodeField> asked = AskedFields(code);
   const auto entered = [&](const FieldTexts& answers) -> std::optional<FieldTexts> {
@@ -146,7 +148,7 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
     FittedTarget target(host, code, date);
     if (asked.empty()) return PasteAt(*target.pane, target.place, FillFrom(code, target.place.answers, {}));
     const auto marks = MarksOf(*target.pane);
-    // The environment goes on working under the dialog, and may disconnect: nothing of it is kept.
+    // The environment goes on working during the dialog, and may disconnect: keep none of its objects.
     target.pane.reset();
     const auto texts = entered(target.place.answers);
     if (!texts) return;
@@ -170,11 +172,10 @@ std::optional<std::string> CodeOutput::TakeCode() {
 
 void CodeOutput::PasteToNewModule(const std::string& libraryText) {
   Deliver([this, &libraryText](HostEnvironment& host) {
-    // In place of a file that is no library, the one before is in memory and none is shown.
+    // While the open file is not a valid library, the previous one is in memory but not shown.
     if (!editing_.ListsSnippets() && !library_.Snippets.empty())
       throw HostError("No code snippet is currently selected.");
-    // Taken before the environment is asked for anything: the library may be another one when it has
-    // answered.
+    // A copy, because another library may be open when the environment has answered.
     const std::vector<Snippet> snippets = library_.Snippets;
     MakeModule(host, libraryText, snippets);
   });
@@ -184,12 +185,12 @@ void CodeOutput::PasteToNewModule(const std::string& libraryText, const std::vec
   Deliver([&](HostEnvironment& host) { MakeModule(host, libraryText, snippets); });
 }
 
-/// Runs a delivery, unless the user asks for it while another one waits for the environment.
+/// Runs a delivery and reports its failure. Does nothing while another one waits for the environment.
 void CodeOutput::Deliver(const std::function<void(HostEnvironment&)>& delivery) {
   if (delivering_) return;
   if (host_ == nullptr) return Tell("No development environment is connected.");
   const FlagScope scope(delivering_);
-  // While it is waited for, it may be gone, or another one have taken its place: then nothing is left to say.
+  // During the delivery it may disconnect, or another one connect: then its failure does not matter.
   HostEnvironment* const asked = host_;
   try {
     delivery(*asked);

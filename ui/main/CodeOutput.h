@@ -15,22 +15,22 @@ namespace snip {
 
 /// What filling fields needs from the window.
 struct FieldServices {
-  /// Asks the user for the fields; `preview` makes the code that is pasted with these texts. Nothing when the
-  /// user has cancelled.
+  /// Asks the user for the texts of the fields; nothing if the user cancelled. `preview` returns the code
+  /// filled with such texts.
   std::function<std::optional<FieldTexts>(const std::vector<CodeField>& fields,
                                           const std::function<std::string(const FieldTexts&)>& preview)>
       ask;
-  std::function<std::string()> today;                 ///< As the system writes dates.
+  std::function<std::string()> today;                 ///< The date in the system's short format.
   std::function<void(const std::string& text)> copy;  ///< To the clipboard.
 };
 
-/// Hands code on to the development environment. What cannot be done is told to the user.
+/// Passes code to the development environment, and takes code from it. Failures are shown in a message box.
 class CodeOutput {
  public:
   CodeOutput(const Library& library, const SnippetEditing& editing, const SnippetView& view,
              ShowMessageFunction showMessage);
 
-  /// The environment, which stays its owner's; null while none is connected.
+  /// The caller owns `host`; null while no environment is connected.
   void SetHost(HostEnvironment* host) { host_ = host; }
 
   /// Inserts the code that is shown into the active code window, before the line on which its selection
@@ -46,8 +46,8 @@ class CodeOutput {
   /// that its lines share; nothing when the user has been told why there is none.
   std::optional<std::string> TakeCode();
   /// Writes every snippet of the library into a new module, which is named after `libraryText`, the text of
-  /// `cboFiles`. A name that the environment refuses leaves the module under its first one; when a snippet
-  /// cannot be written, the module is taken away again.
+  /// `cboFiles`. If the environment refuses the name, the module keeps its first one; if a snippet cannot be
+  /// written, the module is removed again.
   void PasteToNewModule(const std::string& libraryText);
   /// The same with the snippets of another library.
   void PasteToNewModule(const std::string& libraryText, const std::vector<Snippet>& snippets);

@@ -12,8 +12,7 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
-/// The last line that a selection touches: one that ends before the first character of a line leaves that
-/// out.
+/// The last line of a selection; a line of which no character is selected does not count.
 int LastLine(const HostSelection& selection) {
   const bool beforeLine = selection.endLine > selection.startLine && selection.endColumn == 1;
   return beforeLine ? selection.endLine - 1 : selection.endLine;
@@ -23,7 +22,7 @@ std::string SelectedLines(HostCodePane& pane, const HostSelection& selection) {
   return pane.Lines(selection.startLine, LastLine(selection) - selection.startLine + 1);
 }
 
-/// With nothing but blanks before it in its line, the selected code has these as well, so that all its lines
+/// The selected code. If only blanks are before it in its first line they are included, so that all lines
 /// share their indentation.
 std::string SelectedCode(HostCodePane& pane, const HostSelection& selection) {
   std::string code = SelectedLines(pane, selection);
@@ -78,7 +77,7 @@ void PasteAt(HostCodePane& pane, const PastePlace& place, const FilledCode& code
   const int before = pane.LineCount();
   pane.InsertLines(line, Indented(code.text, place.indentation));
   if (place.answers.contains(std::string(kSelectionField)) && !place.selection.empty()) {
-    // After the insertion, so that a failure leaves too much rather than too little.
+    // After the insertion, so that a failure loses no lines.
     const int inserted = pane.LineCount() - before;
     pane.DeleteLines(line + inserted, LastLine(place.selection) - line + 1);
   }

@@ -20,22 +20,23 @@ FilledCode FillFrom(const std::string& code, const FieldTexts& known, const Fiel
 struct PastePlace {
   HostSelection selection;
   std::string indentation;  ///< Of the line on which the selection starts.
-  FieldTexts answers;       ///< To the fields that the code has and the user is not asked for.
+  FieldTexts answers;       ///< Texts of the code's fields that the user is not asked for.
 
   friend bool operator==(const PastePlace&, const PastePlace&) = default;
 };
 
+/// Asks the environment for the place in `pane`, and for the fields of `code` that it can answer.
 PastePlace PlaceFor(HostEnvironment& host, HostCodePane& pane, const std::string& code);
 
-/// Inserts code before the line on which the selection starts, with that line's indentation, and puts the
-/// caret where the code has its place for it. Replaces the selected lines if the code has taken them in.
+/// Inserts code before the line on which the selection starts, with that line's indentation, and moves the
+/// caret to the code's caret field. Deletes the selected lines if the code has a field for them.
 void PasteAt(HostCodePane& pane, const PastePlace& place, const FilledCode& code);
 
 /// The selected code, or without a selection the procedure at the caret: without the indentation that its
 /// lines share and without empty lines at its ends. Empty when there is none.
 std::string CodeAtCaret(HostCodePane& pane);
 
-/// A new snippet of such code, which is named after what the code declares, or after its first line.
+/// A new snippet with that code, named after what the code declares, or after its first line.
 Snippet SnippetOfCode(std::string code);
 
 }  // namespace snip

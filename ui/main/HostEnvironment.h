@@ -7,9 +7,10 @@
 
 namespace snip {
 
-// The development environment as the main window sees it. Each operation may let other messages of the window
-// in while it waits for the environment, a disconnection among them; what an operation has returned may still
-// be asked then, but throws and does not reach the environment any more. Operations throw `HostError`.
+// The development environment as the main window sees it. Operations throw `HostError`. While an operation
+// waits for the environment, other messages of the window may be handled, including a disconnection. After
+// that, objects that were returned before may still be called, but they throw instead of reaching the
+// environment.
 
 /// The environment could not do what it was asked; says why, in words for the user.
 class HostError : public std::exception {
@@ -21,20 +22,20 @@ class HostError : public std::exception {
   std::string text_;
 };
 
-/// The environment has no time now, for as long as anybody would wait.
+/// The environment is busy for longer than a user would wait.
 class HostBusy : public HostError {
  public:
   using HostError::HostError;
 };
 
-/// The environment is not there any more, or one of its objects is not.
+/// The environment, or one of its objects, does not exist any more.
 class HostGone : public HostError {
  public:
   using HostError::HostError;
 };
 
-/// Lines and columns count from 1; the end is behind the last character. Without a selection both are the
-/// caret.
+/// Lines and columns count from 1; the end is after the last selected character. Without a selection, start
+/// and end are the caret.
 struct HostSelection {
   int startLine = 1;
   int startColumn = 1;
@@ -57,10 +58,12 @@ class HostCodePane {
   virtual void DeleteLines(int first, int count) = 0;
   /// The name of the procedure that a line belongs to; empty in the declarations.
   virtual std::string ProcedureAt(int line) = 0;
-  /// That procedure with what stands before it, separated by CR LF; empty in the declarations.
+  /// The lines of that procedure and of the comments before it, separated by CR LF; empty in the
+  /// declarations.
   virtual std::string ProcedureCodeAt(int line) = 0;
   virtual std::string ModuleName() = 0;
-  /// Inserts `text`, lines separated by CR LF and no line end behind the last, as whole lines before a line.
+  /// Inserts `text` as whole lines before a line. Its lines are separated by CR LF; the last has no line
+  /// ending.
   virtual void InsertLines(int line, const std::string& text) = 0;
   virtual void Show() = 0;
 };
@@ -85,10 +88,12 @@ class HostEnvironment {
   virtual std::unique_ptr<HostModule> AddStandardModule() = 0;
   /// The name of the active project; empty when none is open.
   virtual std::string ProjectName() = 0;
-  /// Whether that window, by the system's handle, is the environment's main window or belongs to it; false if
-  /// it cannot tell. Throws `HostBusy` alone. VBA's editor shares its process with the windows of an Office.
+  /// Whether a window, given by its HWND, is the environment's main window or belongs to it; false if it
+  /// cannot tell. The process is not enough, because VBA's editor shares it with Office's own windows. Throws
+  /// only `HostBusy`.
   virtual bool HasWindow(void* /*window*/) { return false; }
-  /// Asked by who has caught a `HostGone`: false when the environment is there all the same.
+  /// To be called after a `HostGone`: false if the environment still exists, and only an object of it is
+  /// gone.
   virtual bool Lost() { return true; }
 };
 

@@ -57,7 +57,7 @@ bool LibraryChooser::Chooses(int notification) {
       if (std::exchange(passing_, false)) SelectFile(openedAt_);
       return false;
     case CBN_CLOSEUP:
-      // A click tells itself what it has chosen, before this or after; Enter does not.
+      // A click sends CBN_SELCHANGE by itself, before or after this; Enter does not.
       if (passing_) {
         PostMessageA(GetParent(cboFiles_), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(cboFiles_), kTaken),
                      reinterpret_cast<LPARAM>(cboFiles_));
@@ -73,7 +73,7 @@ bool LibraryChooser::Chooses(int notification) {
 void LibraryChooser::InsertFile(int entry, const std::string& text) {
   const int selected = SelectedFile();
   Send(CB_INSERTSTRING, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.c_str()));
-  // The control keeps the number of the selected entry, which is another one's now.
+  // The control keeps the selected index, which is now that of another entry.
   if (selected >= entry) SelectFile(selected + 1);
 }
 
@@ -122,8 +122,8 @@ void LibraryChooser::ShowFileNameBox() {
 void LibraryChooser::HideFileNameBox() {
   const bool focused = GetFocus() == txtFileName_;
   ShowWindow(txtFileName_, SW_HIDE);
-  // In the chooser the next arrow key would open another library. The window knows who else takes the focus
-  // when the one before is gone.
+  // Not to the chooser, where the next arrow key would open another library. If the previous control is gone,
+  // the main window finds one.
   if (focused)
     SetFocus(IsChild(GetParent(txtFileName_), focusBefore_) ? focusBefore_ : GetParent(txtFileName_));
 }

@@ -20,23 +20,22 @@ class LibraryChooser : public LibraryView {
   HWND cboFiles() const { return cboFiles_; }
   HWND txtFileName() const { return txtFileName_; }
 
-  /// Puts the chooser at `left` of a bar that is that wide and high, with the box over its field. Pixels;
-  /// the three distances are between the chooser and the bar's right end, and the chooser and the box.
+  /// Where the chooser goes in its toolbar, and the name box over it. Pixels.
   struct Places {
-    int left = 0;
-    Size bar{};
-    int rightMargin = 0;
-    int boxInset = 0;
-    int boxNarrower = 0;
+    int left = 0;         ///< Left edge of the chooser.
+    Size bar{};           ///< The toolbar.
+    int rightMargin = 0;  ///< From the chooser to the right end of the bar.
+    int boxInset = 0;     ///< From the left edge of the chooser to that of the box.
+    int boxNarrower = 0;  ///< How much narrower the box is than the chooser.
   };
   void Place(const Places& places) const;
 
-  /// Whether a notification of the control says that an entry was chosen. In the opened list the keys pass
-  /// over entries until one is taken.
+  /// Handles a notification of `cboFiles`; true if the user has chosen an entry. An arrow key in the open
+  /// list chooses nothing until the list closes.
   bool Chooses(int notification);
 
   bool ListIsOpen() const;
-  /// Back to the entry that it was opened at.
+  /// Selects the entry again that was selected when the list was opened.
   void CloseList() const;
 
   bool Gone() const override { return IsWindow(cboFiles_) == 0; }
@@ -55,7 +54,7 @@ class LibraryChooser : public LibraryView {
   std::string AskForLibraryName(const std::string& name) override;
 
  private:
-  /// Posted behind the control's own notifications when its list closes at another entry.
+  /// A notification of our own, posted after the control's when its list closes at another entry.
   static constexpr int kTaken = 0x100;
 
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
@@ -68,7 +67,7 @@ class LibraryChooser : public LibraryView {
   ExactTextField fileName_;
   HWND focusBefore_ = nullptr;  ///< Had the focus before the box.
   int openedAt_ = -1;           ///< The entry that was selected when the list was opened.
-  bool passing_ = false;        ///< The keys have gone to another one since.
+  bool passing_ = false;        ///< Keys have selected another entry since.
 };
 
 }  // namespace snip

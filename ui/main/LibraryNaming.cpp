@@ -21,18 +21,18 @@ void LibraryNaming::GetNewLib() {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
   std::string name;
   do {
-    name = view_.AskForLibraryName(name);  // one that was refused is there to be mended
+    name = view_.AskForLibraryName(name);  // the user can correct a name that was refused
     if (name.empty() || view_.Gone()) return;
   } while (!Create(name) && !view_.Gone());
   if (view_.Gone()) return;
   editing_.ShowNothing("");
   view_.InsertFile(view_.FileCount(), name);
   view_.SelectFile(view_.FileCount() - 1);
-  // Opens it by its full name: one that looks like a path by itself could not be made.
+  // The entry is taken for a name: a file whose name looks like a full path could not have been made.
   if (!operations_.cboFiles_Click() && !view_.Gone()) editing_.ShowLibrary();
 }
 
-/// Writes a new library; false after telling the user why that name cannot be had.
+/// Writes a new library; if it cannot have that name, tells the user why and returns false.
 bool LibraryNaming::Create(const std::string& name) {
   const std::string path = store_.PathOf(name);
   const std::string newLibrary = NewLibraryBns();

@@ -8,8 +8,8 @@
 
 namespace snip {
 
-/// Giving libraries names: to a new one, and another one to the current library in the box `txtFileName` over
-/// the chooser. Decides without a window. Handlers keep the names of the events they answer.
+/// Makes new libraries, and renames the current one in the box `txtFileName` over the chooser. Decides
+/// without a window. Handlers keep the names of the events they answer.
 class LibraryNaming {
  public:
   LibraryNaming(SnippetEditing& editing, LibraryOperations& operations, LibraryView& view,
@@ -20,11 +20,11 @@ class LibraryNaming {
 
   /// Opens the box, when a snippet is shown.
   void RenameLibrary();
-  /// The box can never be left empty: the current name comes back.
+  /// If the box is empty, puts the current name back.
   void txtFileName_Change();
-  /// Enter: renames the file. What the file system refuses changes nothing and is not told.
+  /// Enter: renames the file. If the file system refuses, nothing changes, and there is no message.
   void AcceptName();
-  /// Escape, or leaving the box.
+  /// Escape, or leaving the box: the library keeps its name.
   void txtFileName_LostFocus();
 
  private:

@@ -17,8 +17,7 @@ bool IsFullPath(const std::string& entry) {
   return entry.find(":\\") != std::string::npos || entry.starts_with("\\\\");
 }
 
-/// Closes the file as soon as it is read: no program can save it while it is open, which must not last as
-/// long as a message about it.
+/// Closes the file before any message is shown, because no program can save it while it is open.
 BnsResult ReadLibrary(const LibraryStore& store, const std::string& path) {
   const std::unique_ptr<ByteSource> bytes = store.Open(path);
   if (bytes == nullptr) return NotALibrary::Unreadable;
@@ -31,7 +30,7 @@ std::string LibraryNameFromEntry(const std::string& entry) {
   if (!IsFullPath(entry)) return entry;
   std::string_view name = entry;
   name.remove_prefix(name.find_last_of("\\/") + 1);  // a full path holds one
-  // A name has to be left, or the library would count as none.
+  // The name must not become empty, which would mean no library.
   if (HasLibraryExtension(name) && name.size() > kLibraryExtension.size())
     name.remove_suffix(kLibraryExtension.size());
   return std::string(name);
@@ -44,7 +43,7 @@ struct LibraryOperations::LibraryAhead {
       try {
         result_ = ReadLibrary(store, path);
       } catch (const std::exception&) {
-        return;  // the opening reads it once more, and tells
+        return;  // opening the library reads it again and reports the failure
       }
     });
   }
@@ -54,7 +53,7 @@ struct LibraryOperations::LibraryAhead {
   LibraryAhead(const LibraryAhead&) = delete;
   LibraryAhead& operator=(const LibraryAhead&) = delete;
 
-  /// Waits for the reading; none when it failed.
+  /// Waits for the thread; nothing if it failed.
   std::optional<BnsResult> Take() {
     thread_.join();
     return std::move(result_);
@@ -82,7 +81,7 @@ LibraryOperations::~LibraryOperations() = default;
 
 std::vector<std::string> LibraryOperations::Names() const {
   std::vector<std::string> names = store_.Names();
-  std::erase(names, kBrowseEntry);  // could not be told from the entry
+  std::erase(names, kBrowseEntry);  // could not be told from the entry that opens the dialog
   return names;
 }
 
@@ -94,11 +93,11 @@ void LibraryOperations::ReadAhead() {
   try {
     ahead_ = std::make_unique<LibraryAhead>(store_, path);
   } catch (const std::exception&) {
-    ahead_.reset();  // no thread to be had: it is read when it is opened
+    ahead_.reset();  // no thread: the library is read when it is opened
   }
 }
 
-/// What was read ahead counts only for the opening that it was read for: the file may change.
+/// What was read ahead is used only once, because the file may change later.
 BnsResult LibraryOperations::Read(const std::string& path) {
   const WaitCursorScope wait(snippetView_);
   const auto ahead = std::exchange(ahead_, nullptr);
@@ -117,7 +116,8 @@ void LibraryOperations::LoadFiles() {
   const Forgetting whateverIsNotOpened{ahead_};
   const std::vector<std::string> names = Names();
   if (names.empty()) {
-    // Without a library there is nothing to come back to from browsing, so that entry is missing as well.
+    // Cancelling the file dialog goes back to the first library; without one, the chooser has no entry for
+    // it.
     showMessage_("There are no BNS files in the BnSnipstore directory.", MessageStyle::kInformation,
                  kMainWindowTitle);
     editing_.DisableEdit(true);
@@ -135,8 +135,8 @@ bool LibraryOperations::cboFiles_Click() {
     return false;
   };
   if (!editing_.txtCode_LostFocus()) return stay();
-  view_.HideFileNameBox();                                // it was to rename the library that is left
-  if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is left all the same
+  view_.HideFileNameBox();                                // it renames the library that is closed now
+  if (!editing_.SettleName()) editing_.txtName_Cancel();  // the library is closed all the same
   const Changes changes = SettleChanges();
   if (changes == Changes::Nowhere) return stay();
   if (changes == Changes::InFile) ListCurrentLibrary();
@@ -213,7 +213,7 @@ bool LibraryOperations::Choose(const std::string& path) {
 }
 
 LibraryOperations::Changes LibraryOperations::SettleChanges() {
-  // That a save failed was told; what is in memory alone is asked about once more.
+  // A failed save has set `Saved`; ask about the changes again if they are in memory only.
   if (saveFailed_ && !KeepUnsaved()) library_.Saved = false;
   if (library_.LibraryName.empty() || library_.Saved) return Changes::MayGo;
   const auto answer = showMessage_("Save changes to '" + library_.LibraryName + "'?",
@@ -249,7 +249,7 @@ void LibraryOperations::OpenBNSFile(const std::string& path) {
 }
 
 void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
-  // There is one message: a file that must never be written is not announced as one that will be converted.
+  // One message is enough: a file that must never be written will not be converted.
   if (contents.omitted > 0) {
     TakeContents(std::move(contents));
     return;
@@ -274,15 +274,14 @@ void LibraryOperations::OpenBNSFileV1(BnsContents contents) {
 }
 
 void LibraryOperations::TakeContents(BnsContents contents) {
-  // Also of a library without snippets: it has a name of its own now, so that a later save cannot put it in
-  // place of the library that was open before.
-  // The name is made first: were memory to run out in between, snippets would be saved as another library.
+  // A library without snippets also gets its name, or a later save would overwrite the library that was open
+  // before. Make the name first: if memory ran out in between, snippets would be saved as another library.
   std::string name = LibraryNameFromEntry(view_.FileText(view_.SelectedFile()));
   library_.Snippets = std::move(contents.snippets);
   library_.LibraryName = std::move(name);
   library_.Saved = true;
   saveFailed_ = false;
-  ++library_.Changes;  // all of it is another
+  ++library_.Changes;  // everything is different
   editing_.DisableEdit(contents.omitted > 0);
   editing_.ForgetUndo();
   editing_.ShowLibrary();
@@ -310,7 +309,7 @@ bool LibraryOperations::SaveCurFile() {
 
 void LibraryOperations::LoadAgain(const std::string& path) {
   if (!editing_.SettleName() || !editing_.txtCode_LostFocus()) return;
-  if (!KeepUnsaved() && HasUnsaved()) return;  // that the history failed is told
+  if (!KeepUnsaved() && HasUnsaved()) return;  // the failure of the history is reported
   OpenBNSFile(path);
 }
 
@@ -335,8 +334,8 @@ std::string LibraryOperations::FileOf(const std::string& entry) const {
   return IsFullPath(entry) ? entry : store_.PathOf(entry);
 }
 
-/// The entry under which the folder's library of the current name is listed, which gets one if it has none;
-/// -1 when it cannot have one.
+/// The chooser's entry of the current name, which is added if there is none; -1 if the name is that of the
+/// entry that opens the dialog.
 int LibraryOperations::ListCurrentLibrary() {
   if (library_.LibraryName == kBrowseEntry) return -1;
   int place = view_.FileCount();
@@ -349,8 +348,8 @@ int LibraryOperations::ListCurrentLibrary() {
   return place;
 }
 
-/// The next save writes the folder's file: the chooser must not go on showing the one that was opened, which
-/// would come back, without the changes, when its entry is chosen again.
+/// Selects the file that was written if the library was opened from another one: choosing that entry again
+/// would open the file without the changes.
 void LibraryOperations::ShowWhereSaved() {
   const int saved = ListCurrentLibrary();
   if (saved < 0 || SavedElsewhere().empty()) return;

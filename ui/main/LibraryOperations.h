@@ -24,49 +24,51 @@ class LibraryOperations {
   LibraryOperations(const LibraryOperations&) = delete;
   LibraryOperations& operator=(const LibraryOperations&) = delete;
 
-  /// Begins to read the library that `LoadFiles` will open, in a thread of its own, so that the window can be
-  /// made meanwhile.
+  /// Starts to read the library that `LoadFiles` will open in another thread, while the window is made.
   void ReadAhead();
   /// Fills `cboFiles` from the library folder and opens the first library.
   void LoadFiles();
-  /// Opens the chosen entry, after asking whether the library that is left shall be saved. False when that
-  /// one stays open, because what it holds would be lost, or when the window is gone.
+  /// Opens the chosen entry, after asking whether to save the open library. False if that one stays open,
+  /// because its changes would be lost, or if the window is gone.
   bool cboFiles_Click();
 
-  /// Opens a library by its full path and keeps it among the entries, at the top when it is new there; false
-  /// as `cboFiles_Click`.
+  /// Opens a library by its full path, which becomes the first entry of the chooser if it is not in it yet;
+  /// false as `cboFiles_Click`.
   bool OpenOutside(const std::string& path);
 
   // For a search of all libraries.
-  /// The file that is open, or was to be opened.
+  /// The file of the chosen entry, even if it could not be opened; empty for none.
   std::string OpenPath() const { return openEntry_ < 0 ? std::string() : FileOf(view_.FileText(openEntry_)); }
   /// All other libraries of the chooser and of the folder.
   std::vector<NamedLibrary> OtherLibraries() const;
   /// Opens a library as the chooser does, if it is not open; false as `cboFiles_Click`.
   bool Choose(const std::string& path);
 
+  /// Opens a file, without asking about the open library. A file that cannot be read, or is no library, shows
+  /// a message in the code field.
   void OpenBNSFile(const std::string& path);
-  /// Writes the library into the library folder under its name; false when not all of it is in the file. Does
-  /// not touch `Saved`.
+  /// Writes the library into the library folder under its name; false if the file could not be written. Does
+  /// not set `Saved`.
   bool SaveCurFile();
-  /// What "Save Library" does: takes the shown code into the library, writes it, counts it as saved, and has
-  /// the chooser show the file that was written.
+  /// The command "Save Library": copies the shown code into the library, writes it, sets `Saved` even if
+  /// writing failed, and selects the written file in the chooser.
   void SaveLibrary();
-  /// Takes in what is being edited, and asks whether to save a changed library, and does; for the end of the
-  /// window. False when the window has to stay, since something typed cannot be taken, or what the user
-  /// wants to keep can be written nowhere: the user has been told.
+  /// For closing the window: commits edits, asks whether to save a changed library, and saves it. False if
+  /// the window must stay, because an edit is refused or the changes can be written nowhere; the user has
+  /// been told.
   bool OfferToSave();
-  /// Reads the open library once more from its file, which another program has changed. What is in memory is
-  /// handed to the store.
+  /// Reads the open library again after another program has changed its file. The store gets what was in
+  /// memory, to keep it.
   void LoadAgain(const std::string& path);
-  /// Opens the chosen library, whose file holds none, with these snippets instead, which are not saved yet.
+  /// Opens the chosen library, whose file is not valid, with these snippets instead; they are not saved yet.
   void OpenInstead(std::vector<Snippet> snippets);
-  /// Whether memory may hold what the file does not, also after a failed save, which counts as one.
+  /// Whether there may be changes that are not in the file: also after a failed save, although it sets
+  /// `Saved`.
   bool HasUnsaved() const { return !library_.Saved || saveFailed_; }
-  /// Hands changes that are in no file to the store before the library is left.
+  /// Gives unsaved changes to the store, which keeps them, before another library is opened.
   void Leave();
-  /// The full path of the file that the library is saved to, when that is not the file of the chosen entry:
-  /// of a library from elsewhere, or one that was renamed. Empty else, and while nothing can be saved.
+  /// The full path that the library is saved to, if that is not the file of the chosen entry: because the
+  /// library is from another folder or was renamed. Empty otherwise, and while nothing can be saved.
   std::string SavedElsewhere() const;
 
  private:
@@ -99,12 +101,13 @@ class LibraryOperations {
   ShowMessageFunction showMessage_;
   SnippetEditing::TextEquality sameName_;  ///< As the file system compares names, too.
   std::unique_ptr<LibraryAhead> ahead_;
-  bool saveFailed_ = false;  ///< The last one, though the library counts as saved since.
-  int openEntry_ = -1;       ///< Of the chooser; the user has another one selected there when he tells of it.
+  bool saveFailed_ = false;  ///< The last save, although `Saved` is set.
+  int openEntry_ = -1;  ///< The chooser's entry of the open library, -1 for none. When the chooser notifies,
+                        ///< another one is selected there.
 };
 
-/// The name of the library behind an entry of `cboFiles`: an entry with ":\" in it, or on a server, is a full
-/// path and stands for its file's bare name, any other is the name itself.
+/// The library's name for an entry of `cboFiles`: of a full path (which has ":\" in it or begins with "\\")
+/// the file's name without ".bns", of any other entry the entry itself.
 std::string LibraryNameFromEntry(const std::string& entry);
 
 }  // namespace snip

@@ -13,7 +13,7 @@
 namespace snip {
 namespace {
 
-/// For changes while the window is in front; when it comes to the front it looks at once.
+/// How often to look for changes by other programs. Activating the window looks at once.
 constexpr std::uint64_t kLookMs = 3000;
 
 }  // namespace
@@ -57,9 +57,9 @@ void LibraryWatch::Tick() {
     notices_.Add(parts_.keeper->TakeEvents());
     mayTell_ = true;
   }
-  if (!mayTell_) return;  // where the library is saved takes the controls to tell
+  if (!mayTell_) return;  // so as not to ask the controls each second
   if (notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere())) notice_.Hide();
-  // Under a question a notice could not be answered.
+  // A notice could not be answered while a dialog is open.
   if (notices_.told() && !notice_.shown() && IsWindowEnabled(window_) != 0 && IsWindowVisible(window_) != 0)
     ShowNotice();
 }
@@ -72,7 +72,7 @@ void LibraryWatch::Draft() {
   try {
     if (parts_.keeper->WriteDraft(WriteBns(parts_.library.Snippets))) draftTimer_.Done();
   } catch (const std::exception&) {
-    draftTimer_.Done();  // memory is short: later
+    draftTimer_.Done();  // out of memory: try again later
     draftTimer_.Changed(now_);
   }
 }
@@ -90,7 +90,7 @@ void LibraryWatch::WatchFolder() {
   if (path != watched_) {
     watched_ = path;
     const std::string folder = path.substr(0, path.find_last_of('\\') + 1);
-    // Many programs save by giving a new file the library's name.
+    // File names, too, because many programs save by renaming a new file.
     folderChange_.Reset(FindFirstChangeNotificationA(
         folder.c_str(), FALSE,
         FILE_NOTIFY_CHANGE_SIZE | FILE_NOTIFY_CHANGE_LAST_WRITE | FILE_NOTIFY_CHANGE_FILE_NAME));
@@ -113,12 +113,13 @@ void LibraryWatch::ShowNotice() {
 }
 
 void LibraryWatch::Chosen(NoticeChoice choice) {
-  // Another library may have been opened since, or a question be open about this one: it is shown again then.
+  // Ignore the answer if a dialog is open or another library was opened since: the notice comes back.
   if (IsWindowEnabled(window_) == 0 ||
       notices_.Update(parts_.keeper->openPath(), parts_.operations.SavedElsewhere()) || !notices_.told())
     return;
   const LibraryEvent event = *notices_.told();
-  // The answer must not be given to another library, which may be the chosen one.
+  // Another library may be open: open the one that the notice is about first, so that the answer is not
+  // applied to the wrong one.
   const bool elsewhere = event.path != parts_.operations.OpenPath();
   const bool opens = choice == NoticeChoice::LoadAgain ||
                      (event.kind == LibraryEvent::Kind::UnsavedFound && choice != NoticeChoice::Close);
@@ -131,7 +132,7 @@ void LibraryWatch::Chosen(NoticeChoice choice) {
       if (!TakeUnsaved(event)) return Tell("This version cannot be read.");
       break;
     case NoticeChoice::SaveAgain:
-      return parts_.operations.SaveLibrary();  // one that comes about ends the notice
+      return parts_.operations.SaveLibrary();  // a save that succeeds ends the notice
     case NoticeChoice::History:
       ShowHistory();
       break;
@@ -155,7 +156,7 @@ void LibraryWatch::ShowHistory() {
   if (parts_.keeper != nullptr && !parts_.operations.OpenPath().empty()) history_.Show(window_);
 }
 
-/// Also of a file that holds no library any more: that is when it is needed most.
+/// Also for a file that is no library any more, which is when its history is needed most.
 VersionFolder LibraryWatch::History() const {
   return parts_.keeper->HistoryOf(parts_.operations.OpenPath());
 }

@@ -19,9 +19,8 @@
 
 namespace snip {
 
-/// Watches over the open library for the main window: has drafts of its changes written, looks for other
-/// programs' changes of its file, and shows the notice and the history window. Without a keeper it does
-/// nothing.
+/// Watches the open library for the main window: writes drafts of its changes, looks for changes of its file
+/// by other programs, and shows the notice and the history window. Without a keeper it does nothing.
 class LibraryWatch : private HistorySource {
  public:
   struct Parts {
@@ -39,7 +38,7 @@ class LibraryWatch : private HistorySource {
   void Attach(HWND window, HWND noticeOver);
   void Unload();
 
-  /// At least once in a second.
+  /// To be called at least once a second.
   void Tick();
   void OnActivate();
   /// The window was moved or changed its size.
@@ -84,13 +83,13 @@ class LibraryWatch : private HistorySource {
   unsigned seenChanges_ = 0;
   bool lookedForDrafts_ = false;
   DWORD lastTick_ = 0;
-  std::uint64_t now_ = 0;  ///< Milliseconds, which do not begin again as the system's do.
+  std::uint64_t now_ = 0;  ///< Milliseconds since the start; does not wrap as GetTickCount does.
 
   bool mayTell_ = false;  ///< There has been an event.
   std::string watched_;   ///< The file whose folder is watched.
   UniqueChange folderChange_;
   std::uint64_t nextLook_ = 0;
-  bool looking_ = false;  ///< The file has changed, or may have.
+  bool looking_ = false;  ///< The file may have changed.
 };
 
 }  // namespace snip

@@ -15,7 +15,7 @@ struct ListChange {
     Insert,      ///< `snippet` before the one at `row`.
     Remove,      ///< The snippet at `row`.
     Replace,     ///< The snippet at `row` by `snippet`.
-    Rename,      ///< The snippet at `row` to `text`; what else it holds stays, as for an attachment.
+    Rename,      ///< The snippet at `row` to `text`; its other fields stay, as for an attachment.
     Attachment,  ///< `text` for the snippet at `row`.
     Move,        ///< The snippet at `row` so that it is at `to`.
     All,         ///< All snippets by `all`.
@@ -28,21 +28,21 @@ struct ListChange {
   std::vector<Snippet> all{};
 };
 
-/// Changes a library as told; the change that takes it back.
+/// Applies `change` to `snippets`; returns the change that undoes it.
 ListChange MakeChange(std::vector<Snippet>& snippets, ListChange change);
 
-/// The changes that can be taken back and those that can be made again.
+/// The changes that can be undone and those that can be redone.
 class ListUndo {
  public:
   static constexpr std::size_t kMostSteps = 100;
-  /// Of those that hold a whole library.
+  /// How many of them may hold a whole library.
   static constexpr std::size_t kMostLibraries = 4;
 
   void Clear();
-  /// A change was made, which `inverse` takes back.
+  /// Records a new change, which `inverse` undoes; nothing can be redone then.
   void Made(ListChange inverse);
 
-  /// The next change to be made in that direction; the caller makes it and hands over its inverse.
+  /// Takes out the next change to apply; the caller applies it and gives its inverse to `Undone` or `Redone`.
   std::optional<ListChange> NextUndo() { return Next(undo_); }
   std::optional<ListChange> NextRedo() { return Next(redo_); }
   void Undone(ListChange inverse) { Push(redo_, std::move(inverse)); }

@@ -27,7 +27,7 @@ constexpr std::array kAttachItems{
     CommandItem{"Set Attachment...", 0, Command::kSetAttachment},
 };
 constexpr std::array kEditItems{
-    // The blanks at its end tell it from the item of the list's menu.
+    // The trailing blanks distinguish it from the item of the list's menu.
     CommandItem{"Edit Snippet   ", IDB_EDIT_SNIPPET, Command::kEditSnippet},
     kSeparator,
     CommandItem{"Undo", IDB_UNDO, Command::kUndo},
@@ -44,7 +44,7 @@ constexpr int kPicture = 240;
 
 void Fill(frmMenu& menu, std::span<const CommandItem> items) {
   if (menu.iCount() == static_cast<int>(items.size())) return;
-  menu.Clear();  // what was left when memory ran out
+  menu.Clear();  // of items left over from when memory ran out
   const TwipsPerPixel twips = ScreenTwips();
   const Size pictureSize{twips.ToPixelsX(kPicture), twips.ToPixelsY(kPicture)};
   for (const CommandItem& item : items) {
@@ -81,7 +81,7 @@ void MainMenus::Prepare() {
     Fill(*menu, menu->items);
     Update(*menu);
   }
-  // As everywhere, what a right click opens takes right clicks.
+  // A menu that opens on a right click accepts right clicks, as in other programs.
   mnuSnippets.SetAllowRightClick(true);
   mnuEdit.SetAllowRightClick(true);
 }
@@ -101,7 +101,7 @@ void MainMenus::Update(Menu& menu) const {
     const int command = menu.items[place].command;
     const auto item = static_cast<int>(place);
     const bool enabled = command == 0 || isEnabled_(command);
-    // Torn off, a menu repaints itself and tells assistive programs, which is for changes only.
+    // Only changes, because a torn-off menu repaints itself and notifies assistive programs.
     if (menu.IEnabled(item) != enabled) menu.SetIEnabled(item, enabled);
   }
 }

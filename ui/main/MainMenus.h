@@ -20,7 +20,7 @@ class MainMenus {
     std::function<void()> mnuModFuncs_HideMenu;
   };
 
-  /// `items` are those that it shows once it is prepared.
+  /// A menu, and the items that `Prepare` fills it with.
   struct Menu : frmMenu {
     Menu(const char* title, std::span<const CommandItem> itemsShown, const SoundEffects& sounds,
          const MainMenus::Events& events, std::function<void()> hidden = {});
@@ -29,13 +29,13 @@ class MainMenus {
 
   MainMenus(const SoundEffects& sounds, const Events& events);
 
-  /// To be called before a menu is opened: the pictures are loaded with the first that is.
+  /// Must be called before a menu is opened. The first call adds the items and loads their pictures.
   void Prepare();
-  /// Torn-off menus follow what is possible now. Whether there are any.
+  /// Enables and greys the items of torn-off menus; true if there are any.
   bool UpdateTornOff();
   void Unload();
   void StayInFront();
-  /// For the message loop: whether the message was for an open menu.
+  /// For the message loop: true if an open menu has handled the message.
   bool PreTranslate(const MSG& message);
 
   Menu mnuModFuncs;

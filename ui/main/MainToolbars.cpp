@@ -26,7 +26,7 @@ void Create(BnCommandBar& bar, HWND parent, int id, const char* name, HFONT font
   LOGFONTA logFont{};
   GetObjectA(font, sizeof logFont, &logFont);
   bar.CreateIn(parent, id, name, FontPropertyOf(logFont, ScreenTwips()));
-  while (bar.ButtonCount() > 0) bar.RemoveButton(0);  // those of the window's last time
+  while (bar.ButtonCount() > 0) bar.RemoveButton(0);  // those of an earlier window
   for (const ToolbarButton& button : buttons) {
     bar.AddButton(button.caption, BarPicture(button.picture), button.type, display);
     const int index = bar.ButtonCount() - 1;

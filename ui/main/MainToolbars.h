@@ -14,7 +14,7 @@ namespace snip {
 class MainToolbars {
  public:
   struct Events {
-    std::function<void(int command)> Clicked;  ///< A button; which, by its command.
+    std::function<void(int command)> Clicked;  ///< The command of the clicked button.
     std::function<void()> Dropdown;            ///< The output button's arrow.
     std::function<void()> Resize;              ///< The main toolbar's.
   };
@@ -42,7 +42,7 @@ class MainToolbars {
   class Tip : public frmTip {
    public:
     explicit Tip(const LibraryOperations& operations) : operations_(operations) {}
-    /// "Save Library" also tells which file it writes, when that is another than the chooser shows.
+    /// "Save Library" adds the file that it writes, if the chooser shows another one.
     void ShowTip(const std::string& text, int x, int y) override;
 
    private:

@@ -10,10 +10,10 @@
 
 namespace snip {
 
-/// What the user can ask of the main window by a button, a menu or a key; 0 is no command.
+/// The commands of the main window's buttons, menus and keys; 0 is none.
 namespace Command {
 enum : int {
-  // Pressing a button of a toolbar has the number of the button above one of these. They are above the
+  // The command that presses a toolbar button is one of these plus the button's index. They are above the
   // numbers that the dialog manager sends for Enter and Escape (IDOK, IDCANCEL).
   kMainButton = 100,
   kEditButton = 200,
@@ -69,7 +69,7 @@ enum : int {
 };
 }  // namespace Command
 
-/// An item of a menu. Those of the output button's menu are also its modes, which its caption tells apart.
+/// A menu item. The items of the output button's menu are also its modes; its caption tells the current one.
 struct CommandItem {
   const char* caption;
   int picture = 0;  ///< Resource number, 0 for none.
@@ -82,7 +82,7 @@ inline constexpr std::array kOutputModes{
     CommandItem{"Create New Module (All Snippets)", IDB_NEW_MODULE, Command::kNewModule},
 };
 
-/// What the window's system menu offers besides the system's own.
+/// The items that are added to the window's system menu.
 inline constexpr std::array kSystemMenu{
     CommandItem{"&Find Snippets...", 0, Command::kFind},
     CommandItem{"&Paste with Fields Filled", 0, Command::kPasteFitted},
@@ -100,8 +100,8 @@ struct ToolbarButton {
   const char* caption = "";
   int picture = 0;  ///< Resource number, 0 for none.
   int command = 0;  ///< 0 for a separator.
-  BYTE held = 0;    ///< With `key`, what does the same as a click.
-  WORD key = 0;
+  BYTE held = 0;    ///< Accelerator flags of `key`, which does the same as a click.
+  WORD key = 0;     ///< Virtual-key code, 0 for none.
   ButtonType type = ButtonType::Push;
 };
 
@@ -137,26 +137,23 @@ inline constexpr std::array kEditButtons{
                   'H', ButtonType::Toggle},
 };
 
-consteval int PlaceOf(const auto& buttons, int command) {
+consteval int IndexOf(const auto& buttons, int command) {
   return static_cast<int>(std::ranges::find(buttons, command, &ToolbarButton::command) - buttons.begin());
 }
 
-/// Where in their toolbars buttons are, for those that are spoken of by their place.
+/// The indexes of buttons in their toolbars.
 namespace MainButton {
-inline constexpr int kNewLibrary = PlaceOf(kMainButtons, Command::kNewLibrary);
-inline constexpr int kSaveLibrary = PlaceOf(kMainButtons, Command::kSaveLibrary);
-inline constexpr int kRenameLibrary = PlaceOf(kMainButtons, Command::kRenameLibrary);
-inline constexpr int kOutput = PlaceOf(kMainButtons, Command::kOutput);
-inline constexpr int kNewSnippet = PlaceOf(kMainButtons, Command::kNewSnippet);
-inline constexpr int kEditSnippet = PlaceOf(kMainButtons, Command::kEditSnippet);
-inline constexpr int kDeleteSnippet = PlaceOf(kMainButtons, Command::kDeleteSnippet);
-inline constexpr int kSettings = PlaceOf(kMainButtons, Command::kSettings);
-inline constexpr int kKeepOnTop = PlaceOf(kMainButtons, Command::kKeepOnTop);
-inline constexpr int kAbout = PlaceOf(kMainButtons, Command::kAbout);
+inline constexpr int kNewLibrary = IndexOf(kMainButtons, Command::kNewLibrary);
+inline constexpr int kSaveLibrary = IndexOf(kMainButtons, Command::kSaveLibrary);
+inline constexpr int kOutput = IndexOf(kMainButtons, Command::kOutput);
+inline constexpr int kEditSnippet = IndexOf(kMainButtons, Command::kEditSnippet);
+inline constexpr int kDeleteSnippet = IndexOf(kMainButtons, Command::kDeleteSnippet);
+inline constexpr int kSettings = IndexOf(kMainButtons, Command::kSettings);
+inline constexpr int kKeepOnTop = IndexOf(kMainButtons, Command::kKeepOnTop);
 }  // namespace MainButton
 namespace EditButton {
-inline constexpr int kCommit = PlaceOf(kEditButtons, Command::kCommit);
-inline constexpr int kSyntaxHighlighting = PlaceOf(kEditButtons, Command::kSyntaxHighlighting);
+inline constexpr int kCommit = IndexOf(kEditButtons, Command::kCommit);
+inline constexpr int kSyntaxHighlighting = IndexOf(kEditButtons, Command::kSyntaxHighlighting);
 }  // namespace EditButton
 
 }  // namespace snip

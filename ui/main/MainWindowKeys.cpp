@@ -13,7 +13,7 @@ constexpr std::array kOtherKeys{
     ACCEL{kControlKey, 'F', Command::kFind},
     ACCEL{kPlainKey, VK_F3, Command::kFindNext},
     ACCEL{kShiftKey, VK_F3, Command::kFindPrevious},
-    // What a menu has also needs a key: an opened one knows Up, Down and Escape alone.
+    // Commands of menus also need keys, because an open menu understands only Up, Down and Escape.
     ACCEL{kControlShiftKey, 'P', Command::kPasteCode},
     ACCEL{kControlShiftKey, 'M', Command::kNewModule},
     ACCEL{kControlShiftKey, 'V', Command::kPasteFitted},

@@ -7,10 +7,11 @@
 
 namespace snip {
 
-/// The keys that do the same wherever the focus is: those of the buttons, which press them, and others.
+/// The keys that work wherever the focus is: those of the buttons, which press them, and others.
 UniqueAccelerators MakeAccelerators();
 
-/// The keys of a command that is a button's or the output menu's, as a person reads them; empty without any.
+/// The shortcut of a command as users read it, such as "Ctrl+Shift+N"; empty if it has none. Names letters,
+/// digits, Enter and function keys only.
 std::string KeysOf(int command);
 
 }  // namespace snip

@@ -37,7 +37,7 @@ RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes) {
 }
 
 Size RoomForSplitters(Size client, int barHeight, TwipsPerPixel pixel) {
-  // A pixel less than the layout needs, since the panes' edges lie on whole pixels.
+  // One pixel less, because the edges of the panes are rounded to whole pixels.
   const int codeHeight = barHeight;
   return {client.width - kSplitterSize - 360 - pixel.ToTwipsX(1),
           client.height - barHeight - 40 - kSplitterSize - 360 - codeHeight - pixel.ToTwipsY(1)};
@@ -45,7 +45,7 @@ Size RoomForSplitters(Size client, int barHeight, TwipsPerPixel pixel) {
 
 int LeftPaneWidthAfterDrop(int splitterLeft, int clientWidth) {
   if (splitterLeft < kLeastLeftPaneWidth) return kLeastLeftPaneWidth;
-  // In a window that is narrower than both limits the pane is left without width, not with less than none.
+  // Not negative in a window that is narrower than both limits.
   return std::max(0, std::min(splitterLeft, clientWidth - 650));
 }
 

@@ -7,15 +7,15 @@
 
 namespace snip {
 
-/// Where the parts of the main window go. Everything is in twips; the one-twip offsets that look like slips
-/// are the window's long-standing look: a splitter overlaps the pane before it by a hair.
+// Where the parts of the main window go. Everything is in twips. The one-twip offsets are intended: each
+// splitter overlaps the pane before it a little.
 
 /// Left margin of the panes.
 constexpr int kPaneGap = 5;
 /// Width of the vertical and height of the horizontal splitter.
 constexpr int kSplitterSize = 75;
 
-/// The least that the splitters leave of the parts before them.
+/// The least sizes that the splitters leave to the parts before them.
 constexpr int kLeastLeftPaneWidth = 450;
 constexpr int kLeastDescriptionHeight = 250;
 
@@ -54,7 +54,7 @@ struct RightPanePlaces {
 
 /// Places inside the right pane; none when it is too small.
 std::optional<RightPanePlaces> LayOutRightPane(const RightPaneSizes& sizes);
-/// The same whatever the pane's height; the code may get none.
+/// The same for a pane of any height; the code field may get no room.
 RightPanePlaces PlaceRightPane(const RightPaneSizes& sizes);
 
 /// The widest left pane and the highest description with which a window of that inner size lays everything

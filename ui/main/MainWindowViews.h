@@ -8,10 +8,9 @@
 
 namespace snip {
 
-/// What the logic of the main window asks of its controls. The window implements these interfaces; tests put
-/// plain objects in its place. Setting a control through them raises none of its events: the caller says
-/// itself what follows. A field that does not tell its text gives none: it is not to be taken for empty. Rows
-/// and entries are numbered from 0, -1 means none.
+// Interfaces through which the logic of the main window uses its controls; tests put plain objects in their
+// place. Setters raise no events: the caller triggers any follow-up. A field that cannot be read returns
+// nothing, which must not be taken for an empty text. Rows and entries count from 0; -1 means none.
 
 /// The caption of every message that the main window shows.
 inline constexpr const char* kMainWindowTitle = "Brennic Snipstore 2.x";
@@ -46,12 +45,12 @@ class SnippetView {
   virtual void FocusNameBox() = 0;
   virtual void HideNameBox() = 0;
 
-  /// Greys what works on a library (locked) or makes it available again.
+  /// Greys the buttons that work on a library and locks the description, or enables both again.
   virtual void SetEditingDisabled(bool disabled) = 0;
   /// Unlocks the code while it is edited, and shows that: by the edit button's look, and the Tab order.
   virtual void SetEditMode(bool editing) = 0;
 
-  /// The hourglass while something takes its time.
+  /// Shows or removes the hourglass.
   virtual void SetWaitCursor(bool waiting) = 0;
 };
 
@@ -60,7 +59,7 @@ class LibraryView {
  public:
   virtual ~LibraryView() = default;
 
-  /// Whether the window was ended while a dialog or a message was open; nothing is to be done with it then.
+  /// Whether the window was destroyed while a dialog or a message box was open; it must not be used then.
   virtual bool Gone() const = 0;
 
   // cboFiles
@@ -69,7 +68,7 @@ class LibraryView {
   virtual std::string FileText(int entry) const = 0;
   virtual int SelectedFile() const = 0;
   virtual void SelectFile(int entry) = 0;
-  /// Another text in the same place; a selected entry stays selected.
+  /// Changes the text of an entry; a selected entry stays selected.
   virtual void ReplaceFile(int entry, const std::string& text) = 0;
 
   // txtFileName, the box over the chooser in which the library is renamed

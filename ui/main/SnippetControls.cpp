@@ -14,11 +14,11 @@
 namespace snip {
 namespace {
 
-/// What fonts can be that large, in points.
+/// The largest font size that is accepted, in points.
 constexpr double kLargestFont = 2048;
 
-/// Wrapping takes an edit control a time that grows with the square of the line's length: seconds for a line
-/// of 100,000 characters. Such a line is no description to be read; it is shown unwrapped.
+/// A description with a longer line is shown unwrapped, because the time that an edit control takes to wrap
+/// grows with the square of the line's length: seconds for 100,000 characters.
 constexpr std::size_t kLongestWrappedLine = 5000;
 
 std::size_t LongestLine(const std::string& text) {
@@ -49,7 +49,7 @@ void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFON
   editMode_.reset();
   fontHandle_ = MakeFont(font_, twips_);
   NameNextControl(leftPane, "Snippets");
-  // The list's text, which is not shown, names it for readers that do not look at labels.
+  // The window text of a list is not shown; it names the list for screen readers that ignore labels.
   lstCode_ = CreateControl(leftPane, "LISTBOX", "Snippets",
                            WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
                            WS_EX_CLIENTEDGE, ids.lstCode, listFont);
@@ -77,7 +77,7 @@ void SnippetControls::SetFont(const FontProperty& font) {
   UniqueFont handle = MakeFont(font_, twips_);
   txtCode_.SetFont(font_);
   SendMessageA(txtDesc_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
-  fontHandle_ = std::move(handle);  // the controls have let go of the old one
+  fontHandle_ = std::move(handle);  // the controls do not use the old one any more
 }
 
 void SnippetControls::txtName_Change() const {
@@ -86,14 +86,14 @@ void SnippetControls::txtName_Change() const {
   SendMessageA(txtName_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inside));
   Rect place = PlaceInParent(txtName_);
   const int around = place.width - ToRect(inside).width;
-  // With room for one more letter.
+  // "M" leaves room for the next letter.
   const Size text = TextSize(FontOf(txtName_), WindowText(txtName_) + "M");
   const int most = ClientSize(window).width - place.left;
   const int wanted = std::min(text.width + around, most);
   if (wanted <= place.width) return;
   place.width = wanted;
   MoveTo(txtName_, place);
-  // What was scrolled out of the narrower box comes back only when the caret goes there.
+  // Text that was scrolled out of the narrower box comes back only if the caret moves there.
   DWORD begin = 0;
   DWORD end = 0;
   SendMessageA(txtName_, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
@@ -107,7 +107,7 @@ void SnippetControls::txtDesc_LostFocus() const {
 }
 
 void SnippetControls::FillRows(std::span<const Snippet> snippets) {
-  // Without redrawing and with the memory asked for at once the longest library fills in an instant.
+  // With redrawing off and the memory reserved at once, even the longest library fills quickly.
   std::size_t textSize = 0;
   for (const Snippet& snippet : snippets) textSize += snippet.Name.size() + 1;
   List(WM_SETREDRAW, FALSE);
@@ -132,7 +132,7 @@ void SnippetControls::RemoveRow(int row) {
 }
 
 void SnippetControls::SetRowText(int row, const std::string& name) {
-  // A list box cannot change a row: it gets a new one in the old one's place.
+  // A list box cannot change a row's text: replace the row.
   const int selected = SelectedRow();
   const LRESULT top = List(LB_GETTOPINDEX);
   List(WM_SETREDRAW, FALSE);
@@ -148,14 +148,14 @@ int SnippetControls::SelectedRow() const {
   return static_cast<int>(List(LB_GETCURSEL));
 }
 void SnippetControls::SelectRow(int row) {
-  // Selecting it scrolls to it: the user may be looking at other rows.
+  // Selecting a row scrolls to it, although the user may be looking at others.
   if (row != SelectedRow()) List(LB_SETCURSEL, static_cast<WPARAM>(row));
 }
-std::optional<int> SnippetControls::SelectNameFrom(const std::string& beginning) {
-  // The search begins behind the row that it is given.
-  const int from = beginning.size() > 1 ? SelectedRow() - 1 : SelectedRow();
-  const LRESULT row = List(LB_FINDSTRING, static_cast<WPARAM>(std::max(from, -1)),
-                           reinterpret_cast<LPARAM>(beginning.c_str()));
+std::optional<int> SnippetControls::SelectNextByPrefix(const std::string& prefix) {
+  // LB_FINDSTRING starts after the given row.
+  const int from = prefix.size() > 1 ? SelectedRow() - 1 : SelectedRow();
+  const LRESULT row =
+      List(LB_FINDSTRING, static_cast<WPARAM>(std::max(from, -1)), reinterpret_cast<LPARAM>(prefix.c_str()));
   if (row == LB_ERR) return std::nullopt;
   List(LB_SETCURSEL, static_cast<WPARAM>(row));
   return static_cast<int>(row);
@@ -173,7 +173,7 @@ void SnippetControls::SetDescription(const std::string& text) {
   const FlagScope setting(settingDescription_);
   const bool wraps = LongestLine(text) < kLongestWrappedLine;
   if (wraps != descriptionWraps_) {
-    // Whether it wraps is a control's for life.
+    // An edit control cannot change whether it wraps: replace it.
     descriptionWraps_ = wraps;
     const HWND previous = txtDesc_;
     MakeDescription(GetParent(previous), GetDlgCtrlID(previous), FontOf(previous));
@@ -186,7 +186,7 @@ void SnippetControls::SetDescription(const std::string& text) {
   LockDescription();
 }
 
-/// Without a selected snippet, what is typed would belong to none.
+/// Makes the description read-only if no snippet is selected: what is typed would belong to none.
 void SnippetControls::LockDescription() const {
   const bool locked = editingDisabled_ || SelectedRow() < 0;
   const bool wasLocked = (GetWindowLongA(txtDesc_, GWL_STYLE) & ES_READONLY) != 0;
@@ -217,7 +217,7 @@ Rect SnippetControls::NameBoxPlace() const {
   RECT place{};
   List(LB_GETITEMRECT, static_cast<WPARAM>(nameBoxRow_), reinterpret_cast<LPARAM>(&place));
   MapWindowPoints(lstCode_, GetParent(txtName_), reinterpret_cast<POINT*>(&place), 2);
-  // The box has a border of its own around the text, which otherwise would cover the row's letters.
+  // Larger by the box's border, which would cover the row's letters otherwise.
   const int border = GetSystemMetrics(SM_CYBORDER);
   const Rect row = ToRect(place);
   return {row.left, row.top - border, row.width, row.height + 2 * border};
@@ -248,7 +248,7 @@ std::optional<std::string> SnippetControls::NameBoxText() const {
 }
 
 void SnippetControls::FocusNameBox() {
-  BringNameBoxBack();  // from where it is when its name is refused
+  BringNameBoxBack();  // it may be out of sight when its name is refused
   SetFocus(txtName_);
   SendMessageA(txtName_, EM_SETSEL, 0, -1);
 }
@@ -265,10 +265,10 @@ void SnippetControls::SetEditingDisabled(bool disabled) {
 }
 
 void SnippetControls::SetEditMode(bool editing) {
-  if (editMode_ == editing) return;  // said with each snippet that is shown
+  if (editMode_ == editing) return;  // called for each snippet that is shown
   editMode_ = editing;
   txtCode_.SetLocked(!editing);
-  // While the code is edited Tab belongs to it.
+  // During an edit Tab is typed into the code.
   SetTabStop(lstCode_, !editing);
   SetTabStop(txtDesc_, !editing);
   SetTabStop(chooser_.cboFiles(), !editing);

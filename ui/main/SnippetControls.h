@@ -25,16 +25,16 @@ class SnippetControls : public SnippetView {
     int txtCode;
   };
 
-  /// The toolbars and the chooser show the state of the editing, too.
+  /// `SetEditingDisabled` and `SetEditMode` also change the toolbars and the chooser's tab stop.
   SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& toolbars, const LibraryChooser& chooser);
 
-  /// `txtName` is a child of the window itself, so that it can become wider than the list, and is made before
-  /// the panes, which it covers.
+  /// `txtName` is a child of the main window, so that it can be wider than the list. Make it before the
+  /// panes, which it covers.
   void CreateNameBox(HWND window, int id, HFONT listFont);
   void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
 
   HWND lstCode() const { return lstCode_; }
-  int SelectedRow() const;  ///< Which the list tells of later, while the mouse is held on it.
+  int SelectedRow() const;  ///< -1 for none; the list notifies only when the mouse button is released.
   HWND txtName() const { return txtName_; }
   HWND txtDesc() const { return txtDesc_; }
   BnRichEdit& txtCode() { return txtCode_; }
@@ -42,19 +42,19 @@ class SnippetControls : public SnippetView {
 
   /// The font that the description and the code share.
   const FontProperty& Font() const { return font_; }
-  /// A size that no font has, and a name that is empty, are refused: the font stays as it was.
+  /// An empty name or an impossible size is ignored: the font keeps its own.
   void SetFont(const FontProperty& font);
 
   /// Widens the box over a row as far as its text needs and the window allows.
   void txtName_Change() const;
-  /// Moves the box, while it is shown, with its row; false when the row is not in sight.
+  /// Moves the box, if it is shown, to its row; false if the row is scrolled out of sight.
   bool KeepNameBoxOnRow() const;
-  /// The same, with the row scrolled into sight if need be.
+  /// The same, but scrolls the row into sight if needed.
   void BringNameBoxBack() const;
-  /// The caret goes back to the start.
+  /// Moves the caret to the start and scrolls there.
   void txtDesc_LostFocus() const;
 
-  /// Whether the description is being set by the program, so that its change is no edit.
+  /// Whether the program is setting the description, so that EN_CHANGE is not an edit.
   bool settingDescription() const { return settingDescription_; }
 
   void FillRows(std::span<const Snippet> snippets) override;
@@ -62,9 +62,9 @@ class SnippetControls : public SnippetView {
   void RemoveRow(int row) override;
   void SetRowText(int row, const std::string& name) override;
   void SelectRow(int row) override;
-  /// Selects the next row whose name begins so, and tells which that is, if any. The selected one also
-  /// matches if more than one letter is given.
-  std::optional<int> SelectNameFrom(const std::string& beginning);
+  /// Selects the next row whose name begins with `prefix` and returns it, if any. The selected row also
+  /// matches if `prefix` has more than one letter.
+  std::optional<int> SelectNextByPrefix(const std::string& prefix);
   void FocusList() override;
   std::optional<std::string> Description() const override;
   void SetDescription(const std::string& text) override;
@@ -93,7 +93,7 @@ class SnippetControls : public SnippetView {
   const LibraryChooser& chooser_;
   BnRichEdit txtCode_;
   TwipsPerPixel twips_;
-  // Looked up once: each snippet that is shown has the pointer wait.
+  // Loaded once, because showing a snippet sets both.
   HCURSOR waitCursor_ = LoadCursorA(nullptr, IDC_WAIT);
   HCURSOR arrowCursor_ = LoadCursorA(nullptr, IDC_ARROW);
   FontProperty font_{.Name = "Courier New", .Size = 10};
@@ -107,7 +107,7 @@ class SnippetControls : public SnippetView {
   ExactTextField name_;
   bool settingDescription_ = false;
   bool editingDisabled_ = false;
-  std::optional<bool> editMode_;  ///< None before the controls are told the first time.
+  std::optional<bool> editMode_;  ///< Nothing before the first `SetEditMode`.
 };
 
 }  // namespace snip

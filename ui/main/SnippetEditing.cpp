@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kNoSelection = "No snippet selected.";
 
-/// What is in a field that does not tell it must neither be lost nor taken for empty.
+/// The message about a field that cannot be read: its text must not be lost or taken for empty.
 std::string Unreadable(const std::string& text) {
   return "The " + text +
          " cannot be read from its field, perhaps because memory is short. Please close other programs and "
@@ -64,7 +64,7 @@ Snippet* SnippetEditing::Shown() const {
 }
 
 void SnippetEditing::SetEditing(bool editing) {
-  // Should the view fail, what can be typed into an unlocked field still belongs to the edit.
+  // If the view throws, the code field may be unlocked: what is typed must still belong to the edit.
   editing_ = editing_ || editing;
   view_.SetEditMode(editing);
   editing_ = editing;
@@ -78,7 +78,7 @@ void SnippetEditing::lstCode_Click(int row) {
 
 void SnippetEditing::Show(int row) {
   const Snippet& snippet = library_.Snippets[static_cast<std::size_t>(row)];
-  shownIndex_ = -1;  // as long as the fields are of two snippets
+  shownIndex_ = -1;  // while the fields show two different snippets
   {
     const WaitCursorScope wait(view_);
     view_.SetCode(snippet.Code);
@@ -137,7 +137,7 @@ bool SnippetEditing::TakeShownCode() {
   if (!code) return false;
   if (*code == snippet->Code) return true;
   snippet->Code = std::move(*code);
-  // Typing has said so already; pasting, cutting, deleting and undoing have not.
+  // Typing has marked the library as changed already; pasting, cutting, deleting and undoing have not.
   library_.Change();
   return true;
 }
@@ -248,17 +248,17 @@ void SnippetEditing::DeleteSnippet(int index) {
   const bool wasLast = index == library_.LastIndex();
   Make({.kind = ListChange::Kind::Remove, .row = index});
   view_.RemoveRow(index);
-  // Behind the last snippet there is nothing to move up to: no row is selected and the fields stay.
+  // Deleting the last snippet of the list leaves no row selected and the fields as they are.
   if (!wasLast) SelectAndShow(0);
 }
 
-/// Changes the library, so that it can be undone.
+/// Changes the library and records how to undo it.
 void SnippetEditing::Make(ListChange change) {
   undo_.Made(MakeChange(library_.Snippets, std::move(change)));
   library_.Change();
 }
 
-/// Has the list show a change that was made, whose inverse is given, and selects what it concerns.
+/// Shows in the list a change that was made, given its inverse, and selects the changed snippet.
 void SnippetEditing::ShowChange(const ListChange& inverse) {
   using Kind = ListChange::Kind;
   int row = inverse.row;

@@ -26,22 +26,22 @@ class SnippetEditing {
   /// Empties the list and shows `codeText` in the code field, for a file that gave no snippets.
   void ShowNothing(const std::string& codeText);
 
-  /// For a window that is made again.
+  /// Forgets everything, for a window that is made again.
   void Reset();
 
   /// While disabled nothing of the library can be changed.
   void DisableEdit(bool disabled);
   bool editingDisabled() const { return editingDisabled_; }
 
-  /// The snippet whose texts the fields show, and that everything is done with; -1 and null for none. The
-  /// list may have selected another row for a moment: it does so when the mouse button goes down, and tells
-  /// when it comes up.
+  /// The snippet that the fields show and commands work on; -1 and null for none. The list may have another
+  /// row selected for a moment: it selects when the mouse button is pressed, and notifies when it is
+  /// released.
   int shownIndex() const { return shownIndex_; }
   Snippet* Shown() const;
-  /// Whether the list shows the library's snippets: neither while there are none nor in place of a file that
-  /// gave none.
+  /// Whether the list shows the library's snippets: false if there are none, or if the open file is not a
+  /// valid library.
   bool ListsSnippets() const { return listed_ && !library_.Snippets.empty(); }
-  /// Whether what is open is the library in memory, with or without snippets.
+  /// Whether the open file is the library in memory, which may have no snippets.
   bool ListsLibrary() const { return listed_; }
 
   void lstCode_Click(int row);
@@ -51,13 +51,13 @@ class SnippetEditing {
   void EditSnippet();
   void txtCode_DblClick();
   void txtCode_KeyPress(char key);
-  void txtCode_Change();  ///< Of whatever kind.
-  /// Commits the edit in progress, if there is one. False when the field does not tell its text: the user has
-  /// been told, and the edit goes on.
+  void txtCode_Change();  ///< Any change of the code field.
+  /// Commits the edit in progress, if there is one. False if the field cannot be read: the user has been
+  /// told, and the edit goes on.
   bool txtCode_LostFocus();
-  /// Takes the code as it is shown into its snippet, the edit going on. False as above.
+  /// Copies the shown code into its snippet without ending the edit. False as above.
   bool StoreShownCode();
-  /// The same without a word to the user.
+  /// The same without a message.
   bool TakeShownCode();
 
   void txtDesc_Change();
@@ -74,16 +74,17 @@ class SnippetEditing {
   void DeleteSnippet(int index);
   void DeleteSelectedSnippet();
 
-  /// Take back, and make again, what was done to the list: new, delete, rename, move, attachment, put back.
-  /// The record concerned is selected.
+  /// Undo and redo changes of the list: new, delete, rename, move, attachment, put back. The changed snippet
+  /// is selected.
   void Undo();
   void Redo();
-  /// Another library has nothing to be undone.
+  /// For another library, in which there is nothing to undo.
   void ForgetUndo() { undo_.Clear(); }
-  /// Moves the shown snippet to a row, or to the end that lies beyond.
+  /// Moves the shown snippet to a row; a row outside the list means its nearer end.
   void MoveShown(int row);
   void SetAttachment(const std::string& path);
-  /// Puts a snippet in the place of another one, counted from 0, of the one of its name, or else at the end.
+  /// Replaces the snippet at `inPlaceOf` (from 0) or, without that, the one of the same name; appends the
+  /// snippet if there is no such one.
   void PutBack(Snippet snippet, std::optional<std::size_t> inPlaceOf = std::nullopt);
   void PutAllBack(std::vector<Snippet> snippets);
 

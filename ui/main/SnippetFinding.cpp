@@ -9,7 +9,7 @@
 namespace snip {
 namespace {
 
-/// What is selected in an edit control, if it is part of one line.
+/// The selected text of an edit control; empty for any other window.
 std::string SelectedText(HWND field) {
   char className[32]{};
   GetClassNameA(field, className, static_cast<int>(sizeof className));
@@ -24,7 +24,7 @@ std::string SelectedText(HWND field) {
 constexpr int kHotKeyId = 1;
 constexpr const char* kKeySetting = "FindKey";
 
-/// False when another program has the key.
+/// False if another program has registered the key.
 bool Register(HWND window, HotKey key) {
   const UINT held = ((key.held & HotKey::kShift) != 0 ? MOD_SHIFT : 0U) |
                     ((key.held & HotKey::kControl) != 0 ? MOD_CONTROL : 0U) |
@@ -40,7 +40,7 @@ SnippetFinding::SnippetFinding(const Parts& parts)
 
 void SnippetFinding::LoadSystemKey() {
   const HotKey key = HotKey::FromText(parts_.settings.LoadMore(kKeySetting));
-  // The keyboard's layout may have changed, or somebody the setting.
+  // Check again: the keyboard layout or the stored key may have changed.
   systemKey_ = RefusalHere(key).empty() && Register(parts_.window.hWnd(), key) ? key : HotKey{};
 }
 
@@ -62,7 +62,7 @@ void SnippetFinding::FindOverOthers() {
     return;
   }
   if (!parts_.editing.SettleName()) return;
-  // The key repeats while it is held.
+  // The key repeats while it is held; then the palette itself is in front.
   if (front != find_.hWnd() || front == nullptr) {
     DWORD process = 0;
     GetWindowThreadProcessId(front, &process);

@@ -13,7 +13,8 @@
 
 namespace snip {
 
-/// The palette of the main window, the system-wide key that shows it, and what it asks of the window.
+/// The search palette of the main window, the system-wide hot key that shows it, and the palette's access to
+/// the window.
 class SnippetFinding : private FindTarget {
  public:
   struct Parts {
@@ -31,13 +32,13 @@ class SnippetFinding : private FindTarget {
 
   explicit SnippetFinding(const Parts& parts);
 
-  /// Has the new window get WM_HOTKEY for the key that was chosen; the system lets go of it with the window.
+  /// Registers the stored hot key for the new window; the system unregisters it with the window.
   void LoadSystemKey();
   bool PreTranslate(MSG& message) { return find_.PreTranslate(message); }
 
-  /// Shows the palette, which begins with what is selected.
+  /// Shows the palette with the selected text as the query.
   void Find();
-  /// To the next or previous of what was looked for; shows the palette when nothing was.
+  /// Goes to the next or previous match of the last search; shows the palette if there was none.
   void FindNext(bool forward);
   /// The palette takes no input while the main window takes none: a question there comes first.
   void Enable(bool enabled) const { EnableWindow(find_.hWnd(), enabled ? TRUE : FALSE); }

@@ -9,8 +9,8 @@ namespace {
 constexpr std::int32_t kOutsideEntries = 0x10000;
 
 constexpr int kBelowPointer = 20;
-/// Room above and below the text, the frame included: as far as a tip over a list begins above the text
-/// there.
+/// Room above and below the text, including the frame: a tip over a list begins that far above the entry's
+/// text.
 constexpr int kVerticalMargin = 2;
 
 }  // namespace
@@ -44,7 +44,7 @@ void SnippetTips::tTip_Timer() {
   topEntry_ = surroundings_.TopEntry();
   const int top = (entry - topEntry_) * surroundings_.EntryHeight() - 1;
   const Point corner = surroundings_.OnScreen(top);
-  // The tip's text covers the entry's: its frame and margin come before it.
+  // Outside the entry by the tip's frame and margin, so that its text covers the entry's.
   surroundings_.ShowTip(text_, corner.x - 2, corner.y - 1);
 }
 

@@ -14,7 +14,7 @@ struct TipRequest {
   std::optional<int> y;  ///< Wanted top edge; without one a place below the pointer.
   Point pointer;
   Size text;    ///< Size of the text with a blank before and behind it.
-  Rect screen;  ///< Of the several that there may be, the one that it comes up on.
+  Rect screen;  ///< The screen that the tip must fit on.
 };
 
 /// A tip that would leave the screen on the right is pushed left, but never past the left edge.
@@ -27,10 +27,10 @@ class TipSurroundings {
 
   enum class Place { List, Tip, Elsewhere };
   virtual Place PlaceOfPointer() = 0;
-  /// The entry of the list where the pointer was just found; 65536 or more below the last one.
+  /// The list's entry where `PlaceOfPointer` found the pointer; 65536 or more below the last one.
   virtual std::int32_t EntryAtPointer() const = 0;
   virtual std::string EntryText(std::int32_t entry) const = 0;
-  /// Left end, on the screen, of the list's line `y` pixels below its top.
+  /// The point of the list's left edge, `y` pixels below its top, in screen pixels.
   virtual Point OnScreen(int y) const = 0;
   virtual int TopEntry() const = 0;
   virtual int EntryHeight() const = 0;
@@ -55,8 +55,8 @@ class SnippetTips {
 
   TipSurroundings& surroundings_;
   std::int32_t lastTipIndex_ = -1;  ///< The entry that was looked at last.
-  std::string text_;                ///< What it said.
-  int topEntry_ = 0;                ///< The list's first entry then.
+  std::string text_;                ///< Its text.
+  int topEntry_ = 0;                ///< The list's first visible entry then.
 };
 
 }  // namespace snip

@@ -320,8 +320,8 @@ void frmAddIn::TypeAhead(const MSG& message) {
   typedName_ += static_cast<char>(message.wParam);
   // The same letter repeated goes through all names that begin with it.
   const bool sameLetter = typedName_.find_first_not_of(typedName_.front()) == std::string::npos;
-  auto row = controls_.SelectNameFrom(typedName_);
-  if (!row && sameLetter) row = controls_.SelectNameFrom(typedName_.substr(0, 1));
+  auto row = controls_.SelectNextByPrefix(typedName_);
+  if (!row && sameLetter) row = controls_.SelectNextByPrefix(typedName_.substr(0, 1));
   if (row) editing_.lstCode_Click(*row);
 }
 

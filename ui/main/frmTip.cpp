@@ -56,7 +56,7 @@ void frmTip::Show(const std::string& text, std::optional<int> x, std::optional<i
 }
 
 void frmTip::Hide() {
-  if (!Visible()) return;  // asked for with each look at the pointer
+  if (!Visible()) return;  // called at each poll of the pointer
   ShowWindow(hWnd(), SW_HIDE);
 }
 
@@ -91,13 +91,13 @@ bool frmTip::ExtendsAt(POINT screen) const {
   return PtInRect(&area, screen) != 0;
 }
 
-/// The window that a click there is meant for; null when it is no window of ours.
+/// The window that a click there is meant for; null if it is another program's, or not its client area.
 HWND frmTip::Beneath(POINT screen) {
-  // Staying, it gets both halves of a double click, and the release that asks for a menu.
+  // The tip stays, to pass on both clicks of a double click and the release that opens a menu.
   if (ExtendsAt(screen)) return extended_;
   Hide();
   const HWND beneath = WindowFromPoint(screen);
-  // The tip belongs neither to another program's window nor to a scroll bar.
+  // The tip never extends another program's window or a scroll bar.
   if (beneath == nullptr || GetWindowThreadProcessId(beneath, nullptr) != GetCurrentThreadId())
     return nullptr;
   const bool inClientArea =
@@ -127,7 +127,7 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
     case WM_MOUSEWHEEL:
-      // It is the list that the user turns the wheel over.
+      // The user means to scroll the list beneath.
       Hide();
       return extended_ != nullptr ? SendMessageA(extended_, message, wParam, lParam) : 0;
     case WM_LBUTTONDOWN:

@@ -11,21 +11,21 @@
 namespace snip {
 
 /// A borderless window in the system's tip colours that shows one line of text above everything else, without
-/// ever taking the focus. A click on it goes to what lies beneath.
+/// ever taking the focus. A click on it goes to the window beneath.
 class frmTip : public Window, public TipWindow {
  public:
   frmTip() = default;
   ~frmTip() override;
 
-  /// Makes the window, hidden; otherwise the first tip does.
+  /// Makes the hidden window now instead of with the first tip; false if it cannot be made.
   bool Load();
-  /// The font stays the caller's.
+  /// The caller owns the font.
   void SetFont(HFONT font) { font_ = font; }
-  /// The window whose extension it is: a click over it goes there and leaves the tip.
+  /// The window that the tip extends: a click over it goes to it, and the tip stays.
   void SetExtended(HWND window) { extended_ = window; }
 
   void ShowTip(const std::string& text, int x, int y) override;
-  /// The same with the left top corner at a place that may be 0, as the edge of the screen is.
+  /// The same, except that a coordinate of 0 is the edge of the screen instead of none.
   void ShowTipAt(const std::string& text, Point corner) { Show(text, corner.x, corner.y); }
   void Hide() override;
   bool Visible() const override { return IsWindowVisible(hWnd()) != 0; }
@@ -57,7 +57,7 @@ class ListTips : private TipSurroundings {
   /// Takes the font of the list.
   void TakeListFont();
 
-  /// False when the pointer is elsewhere, so that there is nothing to look at until it has moved.
+  /// False while the pointer is elsewhere, so that polling may stop until it moves.
   bool tTip_Timer() {
     tips_.tTip_Timer();
     return place_ != Place::Elsewhere;
@@ -79,10 +79,10 @@ class ListTips : private TipSurroundings {
 
   HWND pane_ = nullptr;
   HWND list_ = nullptr;
-  // As PlaceOfPointer has found the pointer.
+  // What PlaceOfPointer found last.
   POINT pointer_{};  ///< On the screen.
   Place place_ = Place::Elsewhere;
-  // What was measured last: the pointer mostly rests on one entry, and measuring takes long.
+  // The text measured last: the pointer mostly rests on one entry, and measuring is slow.
   std::string measured_;
   int measuredWidth_ = 0;
   frmTip tip_;
