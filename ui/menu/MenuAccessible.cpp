@@ -22,7 +22,7 @@ AccessibleItem MenuAccessible::DescribeItem(int index) const {
 
   description.role = ROLE_SYSTEM_MENUITEM;
   description.name = Trim(DisplayName(item.Caption));
-  // Checked is no part of it: it is the owner's, and nobody sees it in the menu either.
+  // `Checked` is not reported, because the menu does not show it either.
   if (!item.Enabled) description.state |= STATE_SYSTEM_UNAVAILABLE;
   if (menu_.input().HotItem() == index) description.state |= STATE_SYSTEM_HOTTRACKED;
   if (item.CanBeClicked()) description.defaultAction = "Execute";

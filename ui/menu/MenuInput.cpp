@@ -10,14 +10,15 @@
 namespace snip {
 namespace {
 
-// As the platform numbers them.
+// The platform's numbers of messages and of held keys (MK_).
 constexpr std::uint32_t kLeftButtonDown = 0x0201;
 constexpr std::uint32_t kRightButtonDown = 0x0204;
 constexpr std::uint32_t kLeftHeld = 0x0001;
 constexpr std::uint32_t kRightHeld = 0x0002;
 constexpr std::uint32_t kShiftHeld = 0x0004;
 
-/// The tip's counter stops one past the tick that shows the tip, so that it is shown once in a visit.
+/// The tick counter stops one past the tick that shows the tip, so that the tip is shown once until the
+/// pointer leaves.
 constexpr int kLastTipTick = MenuInput::kTicksToTip + 1;
 
 bool IsStill(Point from, Point to) {
@@ -29,8 +30,8 @@ bool IsStill(Point from, Point to) {
 
 void MenuInput::Popup(const PopupRequest& request) {
   const std::uint64_t session = ++session_;
-  // Opened again while it was about to tell that it had been unloaded: that has to come first, because the
-  // owner would take it for the end of what it opens now.
+  // If the last unload has not been reported yet, report it first: the owner would take it for the end of
+  // what it opens now.
   if (std::exchange(hideMenuDue_, false) && !(port_.RaiseHideMenu() && session_ == session)) return;
   if (!std::exchange(loaded_, true)) {
     if (!port_.Load() || session_ != session) return;
@@ -49,7 +50,7 @@ void MenuInput::Popup(const PopupRequest& request) {
     openingPress_ = true;
     openedAt_ = request.cursor;
   }
-  // That of the button whose press has opened the menu.
+  // The button whose press opened the menu may have it.
   port_.ReleaseCapture();
   port_.StartTimer();
   if (!shows) return;
@@ -64,7 +65,7 @@ void MenuInput::MouseMove(const MenuMouse& mouse) {
   if (!IsStill(openedAt_, mouse.screen)) openingPress_ = false;
   if (mouse.button == MouseButton::kRight && !AllowRightClick) return;
   const MenuLayout layout = Layout();
-  PushCloseBox(Acts(mouse.button) && layout.OnCloseBox(mouse.at));
+  PushCloseBox(ReactsTo(mouse.button) && layout.OnCloseBox(mouse.at));
   SetHot(layout.HitTest(mouse.at));
 }
 
@@ -80,21 +81,21 @@ void MenuInput::MouseDown(const MenuMouse& mouse) {
     if (state_ == MenuState::Docked) ClickOutside(mouse);
     return;
   }
-  if (!Acts(mouse.button)) return;
+  if (!ReactsTo(mouse.button)) return;
 
   if (layout.OnDragHandle(mouse.at)) {
     if (state_ == MenuState::Floating || TearOff()) Drag(mouse.screen);
     return;
   }
-  // Nothing is chosen before the release. A docked menu sees that anyway; a torn-off one that is pressed has
-  // to hold the mouse for it.
+  // An item is chosen when the button is released. A docked menu has the capture already; a torn-off one
+  // takes it to get the release.
   if (state_ == MenuState::Floating) {
     TakeCapture();
     PushCloseBox(layout.OnCloseBox(mouse.at));
   }
 }
 
-/// False when the menu is gone, or opened or unloaded again, by then.
+/// False if the menu was destroyed, opened again or unloaded by an event.
 bool MenuInput::TearOff() {
   const std::uint64_t session = session_;
   state_ = MenuState::Floating;
@@ -114,15 +115,15 @@ void MenuInput::Drag(Point screen) {
   std::ignore = port_.StartSystemDrag(screen);
 }
 
-/// The click still reaches what it was aimed at: the menu was only in its way.
+/// Closes the menu and passes the click on to the window that it was aimed at.
 void MenuInput::ClickOutside(const MenuMouse& mouse) {
   const std::uint64_t session = session_;
   const bool left = mouse.button == MouseButton::kLeft;
   LeaveScreen();
   port_.PostClick(left ? kLeftButtonDown : kRightButtonDown,
                   (left ? kLeftHeld : kRightHeld) | (mouse.shift ? kShiftHeld : 0), mouse.screen);
-  // Told before the click arrives, which it does among the pending events: an owner that does without the
-  // mouse while a menu is open, as a frozen bar does, has to have it again for the click.
+  // Raise it before the click arrives among the pending events: an owner that ignores the mouse while a menu
+  // is open, as a frozen bar does, must handle the click.
   if (port_.RaiseHideMenu() && session_ == session) BeginUnload();
 }
 
@@ -130,8 +131,8 @@ void MenuInput::MouseUp(const MenuMouse& mouse) {
   if (state_ == MenuState::Hidden) return;
   // The platform may end the capture with the release.
   if (state_ == MenuState::Docked) TakeCapture();
-  if (!Acts(mouse.button)) return;
-  // A slow press of the button that opens the menu ends on the menu and chooses nothing in it.
+  if (!ReactsTo(mouse.button)) return;
+  // A slow click on the button that opens the menu ends on the menu and must not choose anything.
   if (std::exchange(openingPress_, false) && IsStill(openedAt_, mouse.screen)) return;
   if (state_ == MenuState::Floating) ReleaseCapture();
   if (items_.iCount() == 0) return;
@@ -176,7 +177,7 @@ void MenuInput::KeyDown(MenuKey key) {
   if (state_ == MenuState::Hidden) return;
   switch (key) {
     case MenuKey::Escape:
-      // A torn-off menu is closed by nothing but its close box.
+      // Only its close box closes a torn-off menu.
       if (state_ == MenuState::Docked) BeginUnload();
       break;
     case MenuKey::Up:
@@ -227,7 +228,7 @@ void MenuInput::BeginUnload() {
   port_.StopTimer();
   port_.ReleaseParts();
   if (!port_.RunPendingEvents()) return;
-  // A `Popup` among the pending events has told it already.
+  // A `Popup` among the pending events may have raised it already.
   if (std::exchange(hideMenuDue_, false) && !port_.RaiseHideMenu()) return;
   if (session_ == session) port_.DestroyForm();
 }
@@ -250,7 +251,7 @@ void MenuInput::PushCloseBox(bool pushed) {
   if (std::exchange(closeBoxPushed_, pushed) != pushed) port_.PaintDragBar();
 }
 
-/// Nothing of the menu is left on the screen, and the mouse is free.
+/// Hides the menu and its tip, and releases the capture.
 void MenuInput::LeaveScreen() {
   const bool visible = std::exchange(state_, MenuState::Hidden) != MenuState::Hidden;
   closeBoxPushed_ = false;
@@ -272,8 +273,8 @@ void MenuInput::HideTip() {
   if (std::exchange(tipShown_, false)) port_.HideTip();
 }
 
-/// Whether a press or release of a button, or holding some, is for the menu.
-bool MenuInput::Acts(int buttons) const {
+/// Whether the menu reacts to pressing, releasing or holding these buttons.
+bool MenuInput::ReactsTo(int buttons) const {
   return AllowRightClick ? buttons != 0 : (buttons & MouseButton::kLeft) != 0;
 }
 

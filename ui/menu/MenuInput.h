@@ -20,19 +20,20 @@ struct MenuMouse {
   Point screen;  ///< The same place in screen pixels.
 };
 
-/// The keys that a menu knows, by their virtual-key codes. Any other code may be passed and does nothing.
+/// The keys that a menu understands, by their virtual-key codes. Any other code may be passed and does
+/// nothing.
 enum class MenuKey : std::uint32_t { Escape = 0x1B, Up = 0x26, Down = 0x28 };
 
 /// Who wants a form closed, by the numbers of the query-unload modes.
 enum class CloseReason { ControlMenu = 0, Code = 1, WindowsEnds = 2, TaskManager = 3, ParentForm = 4 };
 
 enum class MenuState {
-  Hidden,   ///< Perhaps without a form.
-  Docked,   ///< A drop-down: has the mouse, and closes by whatever the user turns to.
+  Hidden,   ///< There may be no form.
+  Docked,   ///< A drop-down: has the capture, and closes when the user turns to anything else.
   Floating  ///< Torn off: a palette that stays until its close box is pressed.
 };
 
-/// How a menu follows the mouse and the keyboard, without a window: what it asks of one goes through a
+/// How a menu reacts to the mouse and the keyboard: a state machine without a window, which acts through a
 /// MenuPort.
 ///
 /// There is no input for the mouse wheel: the window swallows it.
@@ -40,10 +41,10 @@ class MenuInput {
  public:
   /// Milliseconds between two calls of tClose_Timer.
   static constexpr int kCloseInterval = 55;
-  /// After so many ticks on the drag bar its tip is shown: after two thirds of a second.
+  /// The tip of the drag bar is shown after this many ticks on it: two thirds of a second.
   static constexpr int kTicksToTip = 12;
   static constexpr const char* kDragTip = "Drag to make this menu float";
-  /// A pointer that is not farther than so many pixels from where it was has not been moved.
+  /// A pointer within this many pixels of its old place counts as not moved.
   static constexpr int kStillPixels = 4;
 
   /// The metrics may change with every `Load`, the items at any time.
@@ -56,20 +57,18 @@ class MenuInput {
   /// with any button.
   bool AllowRightClick = false;
 
-  /// Opens the menu, docked, wherever it is and whatever state it is in. A menu without items shows nothing,
-  /// but its timer runs.
+  /// Opens the menu, docked, from any state. A menu without items shows nothing, but its timer runs.
   void Popup(const PopupRequest& request);
 
-  /// The form has a new size: of its client area, in pixels. Where the pointer is to be looked up in it.
+  /// The form's client area has a new size, in pixels; hit tests use it.
   void Resized(Size client) { client_ = client; }
 
   void MouseMove(const MenuMouse& mouse);
   void MouseDown(const MenuMouse& mouse);
   void MouseUp(const MenuMouse& mouse);
-  /// The pointer has left the window while the menu did not have the capture, which only a torn-off menu is
-  /// told (WM_MOUSELEAVE).
+  /// WM_MOUSELEAVE: the pointer has left a torn-off menu that does not have the capture.
   void MouseLeave();
-  /// Another window has the mouse now. Not to be called when the menu's window takes the capture that it has.
+  /// Another window has the capture now. Not to be called when the menu's window takes the capture again.
   void CaptureLost();
 
   void KeyDown(MenuKey key);
@@ -78,17 +77,17 @@ class MenuInput {
   /// What a release on the item does, for assistive programs.
   void DoDefaultAction(int index);
 
-  /// The form or its owner was deactivated or lost the focus. A click outside the program is seen only in
-  /// this way, as the capture does not reach that far.
+  /// The form or its owner was deactivated or lost the focus. This is the only sign of a click outside the
+  /// program, which the capture does not cover.
   void Deactivated();
 
-  /// Somebody asks for the menu to be closed. Only the program itself and the end of Windows are obeyed.
+  /// A request to close the menu. Only those of the program itself and of the end of Windows are granted.
   void QueryUnload(CloseReason reason);
   void Unload();
 
   MenuState State() const { return state_; }
   MenuMode Mode() const { return {allowDetach_, state_ == MenuState::Floating}; }
-  /// The place of an item, or one of MenuHot.
+  /// The index of an item, or one of MenuHot.
   int HotItem() const { return hot_ < items_.iCount() ? hot_ : MenuHot::kNoItem; }
   bool CloseBoxPushed() const { return closeBoxPushed_; }
   MenuLayout Layout() const { return {items_, metrics_, Mode(), client_}; }
@@ -105,7 +104,7 @@ class MenuInput {
   void TakeCapture();
   void ReleaseCapture();
   void HideTip();
-  bool Acts(int buttons) const;
+  bool ReactsTo(int buttons) const;
 
   const MenuItems& items_;
   const MenuMetrics& metrics_;
@@ -119,12 +118,10 @@ class MenuInput {
   bool closeBoxPushed_ = false;
   bool tipShown_ = false;
   int tipTicks_ = 0;
-  /// Pointer on opening, as long as the press that may have opened the menu may still be held there.
-  bool openingPress_ = false;
-  Point openedAt_;
-  /// An unloaded menu owes its owner the last `HideMenu`.
-  bool hideMenuDue_ = false;
-  /// Counts what makes an earlier course of events pointless: each `Popup` and each unload.
+  bool openingPress_ = false;  ///< The press that opened the menu may still be held, at `openedAt_`.
+  Point openedAt_;             ///< Where the pointer was then; screen pixels.
+  bool hideMenuDue_ = false;   ///< The menu was unloaded, but has not raised `HideMenu` yet.
+  /// Counts calls of `Popup` and unloads: if one happens during an event, the interrupted function must stop.
   std::uint64_t session_ = 0;
 };
 

@@ -6,7 +6,7 @@
 namespace snip {
 namespace {
 
-/// Right of the caption, in twips.
+/// The margin right of the caption, in twips.
 constexpr int kAfterText = 60;
 
 }  // namespace

@@ -13,10 +13,10 @@
 
 namespace snip {
 
-class Picture;  ///< The painter's. The items keep pictures alive and hand them back, no more.
+class Picture;  ///< Items only keep pictures for the painter.
 
 struct MenuItem {
-  /// The ID of an item that is to be known by its own place.
+  /// Stands for the item's own index as its ID.
   static constexpr std::int32_t kOwnIndex = -1;
 
   std::string Caption = {};  ///< "-" makes the item a separator.
@@ -30,24 +30,24 @@ struct MenuItem {
   bool CanBeClicked() const { return Enabled && !IsSeparator(); }
 };
 
-/// The items of a menu, by their 0-based place, and how wide the widest of them is.
+/// The items of a menu, by index from 0, and the width of the widest.
 ///
-/// The owner keeps them for as long as it keeps the menu: opening and closing the menu leaves them alone.
-/// It may change them at any time, while the menu is open and in the menu's events as well.
+/// Opening and closing the menu does not change them. The owner may change them at any time, also while the
+/// menu is open and in its events.
 class MenuItems {
  public:
   static constexpr std::size_t kMaxItems = 32767;  ///< Items are counted in 16 bits.
 
-  /// The width of a text in the menu's font, in pixels; every "&" in it counts.
+  /// The width of a text in the menu's font, in pixels, including every "&".
   using TextWidth = std::function<int(std::string_view text)>;
 
   void Clear();
-  /// Appends an item. To a full menu it adds nothing.
+  /// Appends an item; does nothing if there are `kMaxItems`.
   void Add(MenuItem item, const MenuMetrics& metrics, const TextWidth& textWidth);
 
   std::int16_t iCount() const { return static_cast<std::int16_t>(items_.size()); }
 
-  // A place that does not exist is no error: its flags read as false and cannot be set.
+  // An index that does not exist is not an error: its flags read as false and cannot be set.
   bool IEnabled(int index) const;
   void SetIEnabled(int index, bool enabled);
   bool IChecked(int index) const;
@@ -60,7 +60,7 @@ class MenuItems {
   int MaxWidth() const { return maxWidth_; }
 
   std::span<const MenuItem> All() const { return items_; }
-  /// nullptr for a place that does not exist.
+  /// nullptr if there is no such index.
   const MenuItem* Find(int index) const;
 
  private:

@@ -22,7 +22,7 @@ constexpr int kCloseColumns = 14;
 constexpr int kCloseBoxSide = 12;
 constexpr int kCloseBoxTop = 1;
 constexpr int kPictureSide = 16;
-/// Taken for the side of a picture when it is centred: it is a pixel right of and below the middle.
+/// The side by which pictures are centred, so that they are one pixel right of and below the middle.
 constexpr int kCentredSide = 14;
 constexpr int kFloatingTextShift = 2;
 
@@ -57,9 +57,8 @@ int MenuLayout::HitTest(Point at) const {
   return MenuHot::kNoItem;
 }
 
-/// The top of a row that is hit, in twips below the beginning of the items. With a drag bar it is lower by
-/// the number of *pixels* above the items, taken for twips: the painter counts these in pixels, and the rows
-/// that people aim at have always been those.
+/// The top of a row for hit tests, in twips below the first row. With a drag bar it is lower than the painted
+/// row: the *pixels* above the items are added as if they were twips. Users are accustomed to that.
 double MenuLayout::HitTop(const RowPlace& row) const {
   return row.top + (mode_.allowDetach ? ItemsTop() / metrics_.twips.y : 0);
 }
@@ -105,7 +104,7 @@ Rect MenuLayout::PictureArea(int index) const {
 
 Rect MenuLayout::Caption(int index) const {
   const Rect row = Row(index);
-  // The column of the pictures has its pixels on every screen, while pictures grow with the resolution.
+  // The picture column has the same number of pixels on every screen, but pictures grow with the resolution.
   const int left = std::max(metrics_.TextLeftPixels() + (mode_.floating ? kFloatingTextShift : 0),
                             PictureArea(index).right() + metrics_.Scaled(1));
   return {left, row.top, row.right() - left, row.height};

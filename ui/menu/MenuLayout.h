@@ -23,9 +23,7 @@ struct MenuMode {
 
 /// Where the parts of an open menu are. Points and rectangles are client pixels; a rectangle is one to fill,
 /// and lines are drawn just inside it.
-///
-/// Made for the items as they are at the moment, and to be made again whenever they, the font, the mode or
-/// the size of the window change.
+/// It is a snapshot: make a new one whenever the items, the font, the mode or the size of the window change.
 class MenuLayout {
  public:
   /// `client` is in pixels.
@@ -35,7 +33,7 @@ class MenuLayout {
 
   bool Contains(Point at) const;
 
-  /// The place of an item, MenuHot::kDragBar or MenuHot::kNoItem.
+  /// The index of the item at a point, MenuHot::kDragBar or MenuHot::kNoItem.
   ///
   /// With a drag bar, the rows that are hit are a little below those that are painted: by one pixel on a
   /// docked menu at 96 dpi and two on a torn-off one (see HitTop).
@@ -45,10 +43,10 @@ class MenuLayout {
   Rect DragBar() const;
   /// In the drag bar of a torn-off menu; empty in a docked one.
   Rect CloseBox() const;
-  /// On the drag bar, in the columns that close the menu: one more than the close box is wide.
+  /// Whether a click on the drag bar closes the menu there: in one column more than the close box is wide.
   bool OnCloseBox(Point at) const;
-  /// On the drag bar where the menu can be held: all of it but its first column and the close box. A docked
-  /// menu keeps the place of the close box free too.
+  /// Whether the menu can be dragged there: on the drag bar except its first column and the close box. A
+  /// docked menu leaves out the columns of the close box, too.
   bool OnDragHandle(Point at) const;
 
   /// The row of an item as it is painted. A separator's row is six pixels high on every screen.

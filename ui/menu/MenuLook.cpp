@@ -3,8 +3,8 @@
 namespace snip {
 namespace {
 
-/// The picture of a docked menu's hot item looks like a raised button, and the whole row of a torn-off one.
-/// The picture of a disabled item offers nothing to press, hence no frame.
+/// The hot item looks like a raised button: in a docked menu its picture, in a torn-off one its whole row.
+/// The picture of a disabled item has no frame, because it cannot be pressed.
 MenuFrame FrameOf(const MenuItemState& item) {
   if (item.floating) return MenuFrame::Row;
   return item.enabled && item.hasPicture ? MenuFrame::PictureCell : MenuFrame::None;

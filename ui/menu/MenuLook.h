@@ -2,7 +2,7 @@
 
 namespace snip {
 
-/// The system colours that menus are drawn in, by the numbers that GetSysColor knows them by.
+/// The system colours that menus are drawn in, with GetSysColor's numbers.
 enum class MenuColor {
   ActiveCaption = 2,
   InactiveCaption = 3,
@@ -18,7 +18,7 @@ enum class MenuColor {
 /// the right and bottom, just inside. An enabled item that is not hot has it in the background's colour.
 enum class MenuFrame { None, PictureCell, Row };
 
-/// How an item that is no separator is drawn; MenuLayout.h says where. First its row is filled, then comes
+/// How an item that is not a separator is drawn; MenuLayout.h says where. First its row is filled, then comes
 /// the frame, then the picture, then the caption.
 struct MenuItemLook {
   MenuColor text = MenuColor::ButtonText;        ///< Of a caption that is not embossed.

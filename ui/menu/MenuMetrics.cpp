@@ -5,7 +5,7 @@ namespace {
 
 /// Room above and below a caption, in twips.
 constexpr int kAroundText = 120;
-/// The column of the pictures, in pixels of any screen.
+/// The width of the picture column, in pixels on every screen.
 constexpr int kPictureColumn = 24;
 /// Between that column and the caption, in twips.
 constexpr int kTextGap = 15;

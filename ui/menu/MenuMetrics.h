@@ -6,14 +6,14 @@ namespace snip {
 
 /// The measures of a menu that follow from its font and the screen; whole twips.
 struct MenuMetrics {
-  int ItemHeight = 0;      ///< Of an item that is no separator.
+  int ItemHeight = 0;      ///< Of an item that is not a separator.
   int SeparatorDelta = 0;  ///< By how much a separator is lower than another item.
   int TextLeft = 0;        ///< Where captions begin, right of the pictures.
   TwipsPerPixel twips;
 
   int ItemHeightPixels() const { return twips.ToPixelsY(ItemHeight); }
   int TextLeftPixels() const { return twips.ToPixelsX(TextLeft); }
-  /// The pixels of this screen that take the room of so many at 96 dpi, for which pictures are drawn.
+  /// Converts pixels at 96 dpi, for which pictures are drawn, to pixels of this screen.
   int Scaled(int pixels) const { return twips.ToPixelsX(TwipsPerPixel{}.ToTwipsX(pixels)); }
 };
 

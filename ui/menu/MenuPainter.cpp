@@ -20,7 +20,7 @@ void MenuPainter::Draw(Size client) const {
   FillArea(dc_, {0, 0, client.width, client.height}, ColorOf(MenuColor::ButtonFace));
   for (int index = 0; index < items_.iCount(); ++index) DrawItem(index);
   DrawDragBar();
-  // Nothing else tells the menu from a window behind it in schemes where both have one colour.
+  // In colour schemes where menus and windows have the same colour, only a frame separates them.
   const RECT frame{0, 0, client.width, client.height};
   if (ColorOf(MenuColor::ButtonFace) == GetSysColor(COLOR_WINDOW)) {
     FrameRect(dc_, &frame, GetSysColorBrush(COLOR_WINDOWFRAME));

@@ -13,12 +13,12 @@ namespace snip {
 /// What a menu shows besides its items.
 struct MenuView {
   MenuMode mode;
-  int hot = MenuHot::kNoItem;  ///< The place of an item, or one of MenuHot.
+  int hot = MenuHot::kNoItem;  ///< The index of an item, or one of MenuHot.
   bool closeBoxPushed = false;
   HFONT font = nullptr;
 };
 
-/// Draws a menu onto any device context, in the system's present colours: MenuLayout says where, MenuLook
+/// Draws a menu onto any device context, in the system's current colours: MenuLayout says where, MenuLook
 /// how.
 class MenuPainter {
  public:
@@ -26,7 +26,7 @@ class MenuPainter {
               const PaintEffects& effects)
       : dc_(dc), items_(items), layout_(layout), view_(view), effects_(effects) {}
 
-  /// Everything, on a ground that fills the whole client area.
+  /// Everything, on a background that fills the whole client area.
   void Draw(Size client) const;
 
  private:

@@ -11,18 +11,18 @@ constexpr int kFrame = 120;
 constexpr int kDockedDragBar = 165;
 /// Drag bar and frame.
 constexpr int kTornOffExtra = 435;
-/// What a torn-off menu reserves for a separator. The rows are placed as in a docked menu all the same, and
-/// what is left over is room below the last one.
+/// The height that a torn-off menu reserves for a separator. Its rows are where a docked menu has them, so
+/// the rest is space below the last one.
 constexpr int kTornOffSeparator = 120;
 
-/// The separators that make a menu lower. One in the last place does not: it leaves the room of a whole item,
-/// so that a menu that ends in a separator does not end right under its lines.
+/// How many separators make the menu lower. One at the end does not: it has the height of an item, so that
+/// there is space below its lines.
 int LowRows(const MenuItems& items) {
   return items.SeparatorCount(items.iCount() - 1);
 }
 
-/// Whole pixels, what is left over cut off. A place in whole twips may be up to half a twip short of the
-/// pixel that it was made of.
+/// Converts a coordinate to whole pixels, towards 0. Half a twip is added, because rounding a pixel to whole
+/// twips may have lost that much.
 int CornerPixels(int twips, double twipsPerPixel) {
   return static_cast<int>((twips + std::copysign(0.5, twips)) / twipsPerPixel);
 }

@@ -14,11 +14,11 @@ struct PopupRequest {
   int Y = -1;
   bool AllowDetach = false;  ///< The menu shows a drag bar and can be torn off.
   Point cursor = {};         ///< Screen pixels.
-  Rect screen = {};          ///< Of the several that there may be, the one that it opens on; pixels.
+  Rect screen = {};          ///< The screen that it opens on; pixels.
 };
 
 /// The whole window of a docked menu, its border included, in screen twips. A menu that would leave the
-/// screen on the right or below is moved left or up as far as it takes; one that is wider or higher than the
+/// screen on the right or below is moved left or up as far as needed; one that is wider or higher than the
 /// screen begins beyond its left or top edge.
 Rect PlacePopup(const MenuItems& items, const MenuMetrics& metrics, const PopupRequest& request);
 

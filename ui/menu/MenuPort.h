@@ -9,11 +9,10 @@
 namespace snip {
 
 /// What MenuInput asks of the menu's window, which does it at once.
-///
-/// In the functions that return something, others act: the owner may change the items, open, unload or
-/// destroy the menu. They are false when the menu is gone (the object, not its window): the caller returns
-/// then without touching anything of its own. A caller has its state settled before it calls any function;
-/// input that comes in between is handled as any other.
+/// During the functions that return a value, the owner may change the items, or open, unload or destroy the
+/// menu. They return false if the menu was destroyed (the object, not its window): the caller must return
+/// then without touching its members. A caller must settle its state before it calls any function, because
+/// input may come during the call.
 ///
 /// The *form* is the window with all that belongs to it. The items belong to the menu itself and outlive it.
 class MenuPort {
@@ -30,14 +29,15 @@ class MenuPort {
   [[nodiscard]] virtual bool RaiseClicked(std::int32_t ID) = 0;
   [[nodiscard]] virtual bool RaiseHideMenu() = 0;
 
-  // Sounds, which play whatever the user's choice about the sounds of toolbars is.
+  // Sounds, which play even if the user has turned off the sounds of toolbars.
   virtual void PlaySystemSound(std::int16_t index) = 0;  ///< See SystemSounds.h.
   virtual void PlayOfficeSound(const char* eventName) = 0;
 
-  /// Makes the form, hidden, or what is missing of it: the window, the tip, the picture painter, the metrics.
+  /// Makes the hidden form, or the parts of it that are missing: the window, the tip, the picture painter,
+  /// the metrics.
   [[nodiscard]] virtual bool Load() = 0;
-  /// Puts the form at the corner with no size, shows it, makes it topmost, then gives it one size after the
-  /// other, each painted and each after its wait. Nothing else of the thread runs in between.
+  /// Puts the form at the corner with no size, shows it, makes it topmost, then waits, sets a size and
+  /// paints, for one size after the other. The thread runs nothing else in between.
   [[nodiscard]] virtual bool Unfold(const Unfolding& unfolding) = 0;
   virtual void Hide() = 0;
   /// Makes the window that was given to `Popup` the form's owner, so that the form stays above it and goes
@@ -47,25 +47,25 @@ class MenuPort {
   virtual void DropTopmost() = 0;
   /// Of the whole window, in pixels. Place and width stay.
   virtual void SetHeight(int height) = 0;
-  /// Has the system drag the form with the held mouse; returns when the mouse is released.
+  /// Lets the system drag the form while the mouse button is held; returns when it is released.
   [[nodiscard]] virtual bool StartSystemDrag(Point screen) = 0;
-  /// Lets the messages that wait be handled.
+  /// Handles the messages that are waiting.
   [[nodiscard]] virtual bool RunPendingEvents() = 0;
-  /// Gives back the tip and the picture painter.
+  /// Releases the tip and the picture painter.
   virtual void ReleaseParts() = 0;
   virtual void DestroyForm() = 0;
 
   virtual void TakeCapture() = 0;
-  /// Whichever window of the thread has it.
+  /// From whichever window of the thread has it.
   virtual void ReleaseCapture() = 0;
-  /// Posts a click to the window at a place in screen pixels, as the part of the window there expects one:
-  /// the client area with the place in client pixels, any other part with its number. `message` is
-  /// WM_LBUTTONDOWN or WM_RBUTTONDOWN, `keys` are its MK_ flags.
+  /// Posts a click to the window at a point in screen pixels: in its client area with client coordinates,
+  /// elsewhere as a non-client message with the hit-test code. `message` is WM_LBUTTONDOWN or WM_RBUTTONDOWN,
+  /// `keys` are its MK_ flags.
   virtual void PostClick(std::uint32_t message, std::uint32_t keys, Point screen) = 0;
   /// `tClose`, every MenuInput::kCloseInterval milliseconds.
   virtual void StartTimer() = 0;
   virtual void StopTimer() = 0;
-  /// At the tip's own choice of place: below the mouse pointer.
+  /// Below the mouse pointer, where the tip goes by itself.
   virtual void ShowTip(const std::string& text) = 0;
   virtual void HideTip() = 0;
 };

@@ -24,8 +24,8 @@ void MakeUnowned(HWND menu) {
 }
 
 void MakeOwned(HWND menu, HWND owner) {
-  // Not topmost any more before it is owned: Wine 8 does not take an owned window out of the topmost ones
-  // while another of its owner's windows, like a tip, is among them.
+  // Before it is owned, because Wine 8 keeps an owned window topmost while another window of the same owner,
+  // such as a tip, is topmost.
   DropTopmost(menu);
   ChangeStyle(menu, WS_CHILD, WS_POPUP);
   SetWindowLongPtrA(menu, GWLP_HWNDPARENT, reinterpret_cast<LONG_PTR>(owner));

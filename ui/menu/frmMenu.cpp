@@ -16,8 +16,8 @@
 namespace snip {
 namespace {
 
-constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which came after the system this is built for.
-constexpr UINT kAnswerTime = 500;  ///< Milliseconds for another window to say what part of it is clicked.
+constexpr UINT kMouseTiltWheel = 0x020E;  ///< WM_MOUSEHWHEEL, which the headers define from Windows Vista on.
+constexpr UINT kAnswerTime = 500;         ///< Milliseconds that another window has to answer a hit test.
 
 MenuMouse MouseArguments(HWND window, int button, WPARAM keys, LPARAM lParam) {
   POINT screen{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
@@ -72,8 +72,7 @@ void frmMenu::SetIEnabled(int Index, bool enabled) {
 }
 
 void frmMenu::Popup(int X, int Y, HWND MsgWnd, bool AllowDetach) {
-  // Asked for while the window is being destroyed, as by an owner that goes: there is nothing to show it
-  // with.
+  // A window that is being destroyed, for example along with its owner, cannot be shown.
   if (destroying_ && hWnd() != nullptr) return;
   owner_ = MsgWnd != nullptr ? GetAncestor(MsgWnd, GA_ROOT) : nullptr;
   watch_.Start(owner_, [this](const Subclass::Message& message) {
@@ -145,8 +144,8 @@ void frmMenu::DropTopmost() {
   snip::DropTopmost(hWnd());
 }
 
-/// The system's move ends only with the release of the left button: without it held, the menu would stick to
-/// the pointer.
+/// The system's move ends only when the left button is released. If the button is not held, the menu would
+/// stick to the pointer.
 bool frmMenu::StartSystemDrag(Point screen) {
   const Lifetime::Watch watch = lifetime_.Begin();
   const int leftButton = GetSystemMetrics(SM_SWAPBUTTON) != 0 ? VK_RBUTTON : VK_LBUTTON;
@@ -177,7 +176,7 @@ bool frmMenu::Load() {
   if (!tip_ && services_.makeTip) tip_ = services_.makeTip(owner_);
   if (hWnd() != nullptr && !destroying_) return true;
   tracksLeave_ = false;
-  // A window that somebody else is just destroying cannot be replaced before it is gone.
+  // A window that is being destroyed cannot be replaced before it is gone.
   const bool made = hWnd() == nullptr &&
                     Create({.className = "frmMenu",
                             .title = name_.c_str(),
@@ -193,7 +192,7 @@ bool frmMenu::Load() {
     return !watch.Ended();
   }
   destroying_ = false;
-  // It cannot be made as a child window: it would have to have a parent.
+  // It cannot be created as a child window, which needs a parent.
   MakeUnowned(hWnd());
   return true;
 }
@@ -226,7 +225,7 @@ bool frmMenu::RunPendingEvents() {
   MSG message{};
   while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
     if (message.message == WM_QUIT) {
-      // For the loop that this one runs in.
+      // Again, for the message loop outside this one.
       PostQuitMessage(static_cast<int>(message.wParam));
       return true;
     }
@@ -250,7 +249,7 @@ void frmMenu::PostClick(std::uint32_t message, std::uint32_t keys, Point screen)
   POINT place = ToPOINT(screen);
   const HWND target = WindowFromPoint(place);
   if (target == nullptr) return;
-  DWORD_PTR part = HTCLIENT;  // also where a window that hangs does not say
+  DWORD_PTR part = HTCLIENT;  // also if the window hangs and does not answer
   SendMessageTimeoutA(target, WM_NCHITTEST, 0, MAKELPARAM(place.x, place.y), SMTO_ABORTIFHUNG, kAnswerTime,
                       &part);
   if (static_cast<LRESULT>(part) > HTCLIENT) {
@@ -278,7 +277,7 @@ void frmMenu::Form_Paint() {
   const PaintDC paint(hWnd());
   const Size client = ClientSize(hWnd());
   if (!painter_ || client.width <= 0 || client.height <= 0) return;
-  // Beside the screen and then shown in one go, so that nothing flickers.
+  // Drawn off screen first, to avoid flicker.
   const Canvas canvas(client);
   const MenuLayout layout = input_.Layout();
   const MenuView view{.mode = input_.Mode(),
@@ -290,8 +289,8 @@ void frmMenu::Form_Paint() {
 }
 
 void frmMenu::Form_MouseMove(const MenuMouse& mouse, WPARAM keys) {
-  // Windows that come and go make the system report a pointer that has not moved; it must not take the hot
-  // item away from the arrow keys.
+  // When windows appear or disappear, the system reports a pointer that has not moved. That must not undo a
+  // choice of the arrow keys.
   const LastMove move{mouse.screen, keys};
   if (lastMove_ == move) return;
   lastMove_ = move;
@@ -324,7 +323,7 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
       break;
     case WM_ENABLE:
       if (input_.State() == MenuState::Floating) {
-        // A dialog disables its owner only; the palette would go on working beneath it.
+        // A dialog disables only its owner, but the palette must not work beneath it either.
         EnableWindow(hWnd(), wParam != FALSE ? TRUE : FALSE);
       } else if (wParam == FALSE) {
         input_.Deactivated();
@@ -345,8 +344,8 @@ void frmMenu::OwnerMessage(UINT message, WPARAM wParam) {
   }
 }
 
-/// Somebody else destroys the window, as the system does with those of an owner that goes.
-void frmMenu::WindowGoes() {
+/// The window is destroyed from outside, for example along with its owner.
+void frmMenu::OnDestroy() {
   if (destroying_) return;
   destroying_ = true;
   input_.Unload();
@@ -396,7 +395,7 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case kMouseTiltWheel:
       return 0;
     case WM_NCLBUTTONDOWN:
-      // What the system does, but for activating the window: the owner keeps the focus.
+      // What the system does, except that the window is not activated: the owner keeps the focus.
       if (wParam != HTCAPTION) return Default(message, wParam, lParam);
       SendMessageA(hWnd(), WM_SYSCOMMAND, SC_MOVE | HTCAPTION, lParam);
       return 0;
@@ -432,7 +431,7 @@ LRESULT frmMenu::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (wParam != FALSE) input_.QueryUnload(CloseReason::WindowsEnds);
       return 0;
     case WM_DESTROY:
-      WindowGoes();
+      OnDestroy();
       return 0;
     default:
       return Default(message, wParam, lParam);

@@ -42,21 +42,22 @@ class frmMenu : public Window, MenuPort {
     std::function<void(std::int32_t ID)> Clicked;
     /// The pointer or an arrow key came to an item.
     std::function<void(std::int32_t ID)> Selected;
-    /// The menu is no drop-down any more: it was torn off, is about to report a click, or was unloaded.
+    /// The menu is not a drop-down any more: it was torn off, is about to report a click, or was unloaded.
     std::function<void()> HideMenu;
   };
 
   /// What the menu needs of others.
   struct Services {
     const SoundEffects& sounds;
-    /// Makes the tip of one opening, for the window that the menu was opened for. Without it, or when it
-    /// answers null, there is no tip.
+    /// Makes the tip when the menu is opened for `owner`. Without this function, or if it returns null, there
+    /// is no tip.
     std::function<std::unique_ptr<TipWindow>(HWND owner)> makeTip;
-    /// What the owner's message loop does with a message first; the menu runs that loop's messages at times.
+    /// What the owner's message loop does before it dispatches a message; the menu sometimes dispatches that
+    /// loop's messages.
     std::function<bool(MSG& message)> preTranslate{};
   };
 
-  /// `name` is what assistive programs call the menu.
+  /// `name` is the menu's accessible name.
   frmMenu(std::string name, Services services, Events events);
   ~frmMenu() override;
 
@@ -77,20 +78,20 @@ class frmMenu : public Window, MenuPort {
   /// Closes the menu, docked or torn off. A closed menu does nothing.
   void Unload();
 
-  /// To be called when the focus went to another of the owner's controls: where no window manager does the
-  /// stacking, Wine 8 then draws the owner over a torn-off menu.
+  /// To be called when the focus goes to another of the owner's controls: without a window manager, Wine 8
+  /// then draws the owner over a torn-off menu.
   void StayInFront() const;
 
   /// Measures again, for another font. Items that were added before keep the width they were measured with.
   void ResetInfo();
-  /// The font stays the caller's; null is the system's own for windows.
+  /// The caller owns the font; null is the system's default for windows.
   void SetFont(HFONT font);
 
   bool AllowRightClick() const { return input_.AllowRightClick; }
   void SetAllowRightClick(bool allow) { input_.AllowRightClick = allow; }
 
-  /// For the owner's message loop: whether the message was for the docked menu and is done with. That is true
-  /// of every key that is pressed and of the wheel, wherever they would have gone.
+  /// For the owner's message loop: true if the docked menu has handled the message. It handles every key
+  /// press and the wheel, whichever window they were for.
   bool PreTranslate(const MSG& message);
 
   /// Does what a click on the item would; for assistive programs.
@@ -141,7 +142,7 @@ class frmMenu : public Window, MenuPort {
   void Form_Paint();
   void Form_MouseMove(const MenuMouse& mouse, WPARAM keys);
   void OwnerMessage(UINT message, WPARAM wParam);
-  void WindowGoes();
+  void OnDestroy();
   HFONT Font() const;
   int TextWidth(std::string_view text) const;
 
@@ -154,7 +155,7 @@ class frmMenu : public Window, MenuPort {
   MenuInput input_{items_, metrics_, *this};
 
   HWND owner_ = nullptr;  ///< Of a torn-off menu; a top-level window.
-  Subclass watch_;        ///< Of the owner.
+  Subclass watch_;        ///< Watches the owner's messages.
   std::unique_ptr<TipWindow> tip_;
   std::optional<PaintEffects> painter_;
 
