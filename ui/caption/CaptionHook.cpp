@@ -13,7 +13,7 @@ constexpr const char* kPreviousProperty = "OldMeProc";
 /// The hook.
 constexpr const char* kHookProperty = "BnCaptionHook";
 
-/// Instead of the region of a WM_NCPAINT.
+/// The value of WM_NCPAINT's region that means the whole window.
 constexpr WPARAM kWholeWindow = 1;
 
 HICON IconOf(HWND window) {
@@ -57,11 +57,11 @@ void CaptionHook::Install(HWND window, CaptionPainter& painter) {
   painter_ = &painter;
   active_ = HasActiveCaption(window);
   dialogActive_ = false;
-  frameTaken_ = false;  // a window that went with its hook took its frame along
+  usesClassicFrame_ = false;  // a destroyed window needs no frame restored
   icon_.reset();
   SetPropA(window, kHookProperty, this);
   SetPropA(window, kPreviousProperty, reinterpret_cast<HANDLE>(subclass_.OriginalProcedure()));
-  TakeOverFrame(painter.Enabled());
+  UseClassicFrame(painter.Enabled());
   ShareWithOwner(window, active_ || GetActiveWindow() == window);
 }
 
@@ -69,7 +69,7 @@ void CaptionHook::Remove() {
   const HWND window = window_;
   Detach();
   if (window == nullptr) return;
-  if (std::exchange(frameTaken_, false)) SetClassicFrame(window, false);
+  if (std::exchange(usesClassicFrame_, false)) SetClassicFrame(window, false);
 }
 
 void CaptionHook::Detach() {
@@ -93,7 +93,8 @@ CaptionHook* CaptionHook::Of(HWND window) {
   return static_cast<CaptionHook*>(GetPropA(window, kHookProperty));
 }
 
-// The hook may be removed, and be gone, once a message has been passed on: only `message` tells then.
+// Passing a message on may remove or destroy the hook: afterwards check `message.stopped` before using
+// members.
 LRESULT CaptionHook::HandleMessage(const Subclass::Message& message) {
   switch (message.id) {
     case WM_NCDESTROY:
@@ -119,7 +120,7 @@ LRESULT CaptionHook::HandleMessage(const Subclass::Message& message) {
     case WM_NCRBUTTONDOWN:
     case WM_SYSCOMMAND:
     case WM_INITMENUPOPUP: {
-      // Painted afterwards: the system draws its own title bar for some of these.
+      // Paint afterwards, because the system draws its own title bar for some of these.
       const LRESULT result = message.PassOn();
       if (!message.stopped) PaintAgain();
       return result;
@@ -143,7 +144,7 @@ LRESULT CaptionHook::OnNcActivate(Subclass::Message message) {
   active_ = message.wParam != 0;
   ShareWithOwner(message.window, active_);
   if (message.stopped || !painter_->CanPaint(message.window)) return message.PassOn();
-  // With -1 the system notes the change but draws nothing: its own title bar would be seen for a moment.
+  // With -1 the system notes the change without drawing its own title bar, which would be seen for a moment.
   message.lParam = -1;
   const LRESULT result = message.PassOn();
   if (!message.stopped) {
@@ -157,14 +158,14 @@ LRESULT CaptionHook::OnNcActivate(Subclass::Message message) {
 
 LRESULT CaptionHook::OnNcPaint(Subclass::Message message) {
   if (!painter_->CanPaint(message.window)) return message.PassOn();
-  // The system is to draw the frame and the buttons, but not what will be painted over at once.
+  // Let the system draw the frame and the buttons, but not the area that is painted over at once.
   RECT place{};
   GetWindowRect(message.window, &place);
   const UniqueRegion rest(CreateRectRgnIndirect(&place));
   if (message.wParam > kWholeWindow) {
     CombineRgn(rest.get(), reinterpret_cast<HRGN>(message.wParam), nullptr, RGN_COPY);
   }
-  // Without memory for the region it is drawn twice.
+  // If there is no memory for the region, that area is drawn twice.
   Guarded([&] { CombineRgn(rest.get(), rest.get(), painter_->Covered(message.window).get(), RGN_DIFF); });
   message.wParam = reinterpret_cast<WPARAM>(rest.get());
   const LRESULT result = message.PassOn();
@@ -176,15 +177,15 @@ LRESULT CaptionHook::OnSettingsChanged(const Subclass::Message& message) {
   painter_->ReadMetrics();
   const LRESULT result = message.PassOn();
   if (!message.stopped) {
-    TakeOverFrame(painter_->Enabled());
+    UseClassicFrame(painter_->Enabled());
     if (!message.stopped) PaintAgain();
   }
   return result;
 }
 
-void CaptionHook::TakeOverFrame(bool take) {
-  if (take == std::exchange(frameTaken_, take)) return;
-  SetClassicFrame(window_, take);
+void CaptionHook::UseClassicFrame(bool use) {
+  if (use == std::exchange(usesClassicFrame_, use)) return;
+  SetClassicFrame(window_, use);
 }
 
 void CaptionHook::PaintAgain() {
@@ -197,7 +198,7 @@ void CaptionHook::Paint() {
   if (!painter_->CanPaint(window)) return;
   if (!icon_) {
     const HICON icon = IconOf(window);
-    if (Of(window) != this) return;  // removed by what was asked
+    if (Of(window) != this) return;  // the window removed the hook when it was asked
     icon_ = icon;
   }
   painter_->Paint(window, active_ || dialogActive_, *icon_);

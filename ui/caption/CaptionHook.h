@@ -9,8 +9,8 @@
 
 namespace snip {
 
-/// Has a window's title bar painted by a `CaptionPainter`, by a window procedure in front of the window's
-/// own, which is kept in the window property "OldMeProc".
+/// Subclasses a window so that a `CaptionPainter` paints its title bar. The window's own procedure is kept in
+/// the window property "OldMeProc".
 class CaptionHook {
  public:
   CaptionHook() = default;
@@ -18,13 +18,13 @@ class CaptionHook {
   CaptionHook(const CaptionHook&) = delete;
   CaptionHook& operator=(const CaptionHook&) = delete;
 
-  /// Hooks a window of this thread, instead of the one hooked so far; does nothing for a window that another
-  /// hook has. The painter has to live as long as the hook is installed; it may be shared, and reads its
-  /// metrics again when the user changes them.
+  /// Hooks a window of this thread instead of the previous one; does nothing if another hook has the window.
+  /// The painter has to live as long as the hook is installed; it may be shared, and reads its metrics again
+  /// when the user changes them.
   void Install(HWND window, CaptionPainter& painter);
 
-  /// Gives the window its own procedure and title bar back. Without effect when nothing is hooked, or the
-  /// window is gone, which ends the hook by itself.
+  /// Restores the window's procedure and title bar. Does nothing if no window is hooked; destroying the
+  /// window removes the hook.
   void Remove();
 
  private:
@@ -36,7 +36,7 @@ class CaptionHook {
   LRESULT OnNcActivate(Subclass::Message message);
   LRESULT OnNcPaint(Subclass::Message message);
   LRESULT OnSettingsChanged(const Subclass::Message& message);
-  void TakeOverFrame(bool take);
+  void UseClassicFrame(bool use);
   void PaintAgain();
   void Paint();
 
@@ -45,8 +45,8 @@ class CaptionHook {
   CaptionPainter* painter_ = nullptr;
   bool active_ = false;
   bool dialogActive_ = false;  ///< A hooked window that this one owns is active.
-  bool frameTaken_ = false;
-  std::optional<HICON> icon_;  ///< The window's or its class's; null when there is none.
+  bool usesClassicFrame_ = false;
+  std::optional<HICON> icon_;  ///< The window's or its class's, null if there is none; read when painted.
 };
 
 }  // namespace snip

@@ -28,7 +28,7 @@ std::vector<Rect> PlaceButtons(const CaptionParts& parts, const Rect& area) {
   return buttons;
 }
 
-/// The part of 0 to 255 that the colour component at `shift` bits has in a mixture.
+/// The colour component at bit `shift` of the mixture that is `index` of `last` steps from `start` to `end`.
 std::uint32_t Mix(std::uint32_t start, std::uint32_t end, int shift, int index, int last) {
   const int from = static_cast<int>(start >> shift & 0xFF);
   const int to = static_cast<int>(end >> shift & 0xFF);

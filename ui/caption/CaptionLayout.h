@@ -25,7 +25,7 @@ class CaptionLayout {
 
   /// What is painted, buttons included.
   const Rect& Area() const { return area_; }
-  /// From right to left; the two outer ones may lie beyond the left end of a narrow title bar.
+  /// From right to left; the last two may be beyond the left end of a narrow title bar.
   const std::vector<Rect>& Buttons() const { return buttons_; }
   const Rect& Icon() const { return icon_; }
   /// For one line, vertically centred.

@@ -91,11 +91,11 @@ void CaptionPainter::Paint(HWND window, bool isActive, HICON icon) const {
   if (area.width <= 0 || area.height <= 0) return;
   const Colors& colors = isActive ? active : inactive;
 
-  // All of it is drawn out of sight first, so that nothing flickers.
+  // Drawn off screen first, to avoid flicker.
   const Canvas canvas({area.width, area.height});
   const HDC dc = canvas.dc();
   SetViewportOrgEx(dc, -area.left, -area.top, nullptr);
-  PaintGround(dc, layout, colors);
+  PaintGradient(dc, layout, colors);
   if (const Rect& place = layout.Icon(); place.width > 0) {
     DrawIconEx(dc, place.left, place.top, icon, place.width, place.height, 0, nullptr, DI_NORMAL);
   }
@@ -116,7 +116,7 @@ void CaptionPainter::Paint(HWND window, bool isActive, HICON icon) const {
   BitBlt(frame.get(), area.left, area.top, area.width, area.height, dc, area.left, area.top, SRCCOPY);
 }
 
-void CaptionPainter::PaintGround(HDC dc, const CaptionLayout& layout, const Colors& colors) const {
+void CaptionPainter::PaintGradient(HDC dc, const CaptionLayout& layout, const Colors& colors) const {
   for (int i = 0; i < layout.BandCount(); ++i) {
     FillArea(dc, layout.Band(i), layout.BandColor(i, colors.start, colors.end));
   }

@@ -25,7 +25,7 @@ class CaptionPainter {
   Colors active{.end = 0xFF0000};
   Colors inactive{.end = 0xC0C0C0};
 
-  /// Takes over the fonts of the system's title bars and whether high contrast is on. To be called again when
+  /// Reads the fonts of the system's title bars and whether high contrast is on. Must be called again when
   /// the user has changed them.
   void ReadMetrics();
 
@@ -43,7 +43,7 @@ class CaptionPainter {
   void Paint(HWND window, bool isActive, HICON icon) const;
 
  private:
-  void PaintGround(HDC dc, const CaptionLayout& layout, const Colors& colors) const;
+  void PaintGradient(HDC dc, const CaptionLayout& layout, const Colors& colors) const;
 
   UniqueFont font_;
   UniqueFont smallFont_;

@@ -10,7 +10,7 @@ class CaptionedDialog : public Dialog {
  protected:
   explicit CaptionedDialog(CaptionPainter& painter) : painter_(painter) {}
 
-  /// For `OnInit`.
+  /// To be called in `OnInit`.
   void PaintCaption() { hook_.Install(hWnd(), painter_); }
   void OnClose() override { End(IDCANCEL); }
   void OnDestroy() override { hook_.Remove(); }

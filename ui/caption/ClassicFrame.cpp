@@ -8,7 +8,7 @@ namespace {
 using SetAttributeFunction = HRESULT WINAPI(HWND, DWORD attribute, LPCVOID value, DWORD size);
 using SetThemeFunction = HRESULT WINAPI(HWND, LPCWSTR application, LPCWSTR classes);
 
-// As in dwmapi.h, which takes a later system for granted than this program needs.
+// As in dwmapi.h, which requires a later Windows than this program.
 constexpr DWORD kRenderingPolicy = 2;
 constexpr DWORD kByWindowStyle = 0;
 constexpr DWORD kDisabled = 1;

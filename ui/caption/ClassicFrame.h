@@ -4,10 +4,9 @@
 
 namespace snip {
 
-/// Has the system draw a window's frame itself, without composition and visual style, or as usual again.
-///
-/// With composition the frame is not drawn by the process that has the window, so that nothing painted on it
-/// would be seen; a visual style has buttons of unknown sizes. Systems that have neither are left alone.
+/// Turns off composition and the visual style for a window's frame, or restores the defaults.
+/// With composition another process draws the frame, so that nothing painted on it would be seen; a visual
+/// style has buttons of unknown sizes. Does nothing on systems that have neither.
 void SetClassicFrame(HWND window, bool classic);
 
 }  // namespace snip

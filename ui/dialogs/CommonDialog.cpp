@@ -12,11 +12,11 @@
 namespace snip {
 namespace {
 
-// The size by which every version of the system knows the structure; later ones added members behind this
-// one. The platform's own OPENFILENAME_SIZE_VERSION_400A is no constant expression.
+// The structure size that every version of Windows accepts; later ones added members after this one. The
+// platform's own OPENFILENAME_SIZE_VERSION_400A is not a constant expression.
 constexpr DWORD kOpenFileNameSize = offsetof(OPENFILENAMEA, lpTemplateName) + sizeof(LPCSTR);
 
-// A structure packed otherwise than the system has it makes the dialogs fail, some without a word.
+// If a structure were packed differently from the system's, the dialogs would fail, some without an error.
 #ifdef _WIN64
 static_assert(kOpenFileNameSize == 136 && sizeof(CHOOSECOLORA) == 72 && sizeof(CHOOSEFONTA) == 104);
 #else
@@ -24,13 +24,13 @@ static_assert(kOpenFileNameSize == 76 && sizeof(CHOOSECOLORA) == 36 && sizeof(CH
 #endif
 static_assert(sizeof(FaceNameField) == LF_FACESIZE);
 
-/// An empty text does not mean "none" to the system, a null pointer does.
+/// To the system a null pointer means "none", but an empty text does not.
 const char* OrNull(const std::string& text) {
   return text.empty() ? nullptr : text.c_str();
 }
 
-/// A file dialog makes the folder that it shows the process's own, which then could not be removed or
-/// ejected.
+/// Restores the current directory. A file dialog sets it to the folder that it shows, which then could not be
+/// removed or ejected.
 class CurrentDirectoryScope {
  public:
   CurrentDirectoryScope() { GetCurrentDirectoryA(static_cast<DWORD>(path_.size()), path_.data()); }
@@ -42,7 +42,7 @@ class CurrentDirectoryScope {
   std::array<char, MAX_PATH> path_{};
 };
 
-/// A font description whose face name ends in any case: the field's end is no end to all who read it.
+/// A LOGFONT followed by a zero byte, because some readers ignore the size of lfFaceName.
 struct TerminatedFont {
   LOGFONTA font{};
   char end = '\0';
@@ -74,8 +74,8 @@ void CommonDialog::ShowFileDialog(FileMode mode) {
   constexpr DWORD capacity = 255;
   if (hWnd == nullptr) hWnd = GetActiveWindow();
   TakeNameFromFolder();
-  // The Open dialog's buffers are one shorter than it is told; the byte that it may end its text with is the
-  // one behind them, which a std::string has.
+  // The Open dialog's buffers are one byte shorter than it is told; the zero byte that may end its text goes
+  // into the byte after them, which a std::string has.
   const bool isSave = mode == FileMode::Save;
   std::string file = isSave ? SaveNameBuffer(FileName) : std::string(capacity - 1, '\0');
   std::string title(isSave ? capacity : capacity - 1, '\0');
@@ -113,7 +113,7 @@ void CommonDialog::ShowColor() {
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = GetActiveWindow();
   dialog.hInstance = reinterpret_cast<HWND>(GetModuleHandleA(nullptr));
-  dialog.rgbResult = Color;  // where the dialog begins, when the flags hold CC_RGBINIT
+  dialog.rgbResult = Color;  // the initial colour, if the flags have CC_RGBINIT
   dialog.lpCustColors = customColors_.data();
   dialog.Flags = Flags;
   if (ChooseColorA(&dialog) != 0) Color = dialog.rgbResult;

@@ -19,7 +19,7 @@ class CommonDialog {
 
   /// Owner of the file dialogs. Null is the active window, which then is stored here.
   HWND hWnd = nullptr;
-  /// The dialog's own flags (OFN_, CC_ or CF_), none of which is added.
+  /// The dialog's flags (OFN_, CC_ or CF_); no others are added.
   DWORD Flags = 0;
 
   std::string Filter;     ///< description|pattern|description|pattern
@@ -28,12 +28,12 @@ class CommonDialog {
   std::string DefaultExt;   ///< Added when the user types none.
   std::string DialogTitle;  ///< Empty for the system's own.
   /// In: the name that Save proposes. Out: the full path chosen, at most 254 bytes. The name of a file in
-  /// `InitDir` becomes that file's bare name as its folder has it, even when the dialog is cancelled.
+  /// `InitDir` is replaced by the name as it is spelt there, even if the dialog is cancelled.
   std::string FileName;
 
   COLORREF Color = 0;
 
-  /// In and out. `FontName` comes back as the whole field of 32 bytes: the name, and zero bytes behind it.
+  /// In and out. `FontName` comes back as the whole field of 32 bytes: the name, followed by zero bytes.
   std::string FontName;
   int FontSize = 0;  ///< In whole points; a fraction is dropped.
   bool FontBold = false;
@@ -41,7 +41,7 @@ class CommonDialog {
   bool FontStrikethru = false;
   bool FontUnderline = false;
 
-  /// Whether `ShowFont` tells of being cancelled.
+  /// Whether `ShowFont` returns `kCancelError` if it is cancelled.
   bool CancelError = false;
 
   /// The chosen file's name without its path.
@@ -50,7 +50,7 @@ class CommonDialog {
   std::string ShortFileName() const;
   std::string ShortFileTitle() const;
 
-  /// The system's extended error code after a font dialog that neither was confirmed nor cancelled.
+  /// The system's extended error code after a font dialog that was neither confirmed nor cancelled.
   DWORD LastError() const { return lastError_; }
   /// What the system's font dialog returned last.
   BOOL LastResult() const { return lastResult_; }
@@ -59,7 +59,7 @@ class CommonDialog {
   void ShowOpen();
   void ShowSave();
   void ShowColor();
-  /// Returns the error for the caller to handle, 0 for none: `kCancelError`, or nothing else.
+  /// Returns `kCancelError` or 0.
   std::int32_t ShowFont();
 
  private:

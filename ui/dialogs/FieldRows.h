@@ -5,14 +5,14 @@
 
 namespace snip {
 
-/// A part of a dialog with rows of labels and fields of which only some are in sight. The field that has the
-/// focus always is. The dialog gets the fields' notifications as if they were its own.
+/// A part of a dialog that scrolls rows of labels and fields. The field with the focus is always in sight.
+/// The dialog gets the fields' notifications.
 class FieldRows : public Window {
  public:
   ~FieldRows() override { Destroy(); }
 
-  /// Makes it without the rows' controls, which are added as children, each within its row. `rowHeight` is in
-  /// pixels. False when the system refuses.
+  /// Makes the window; the caller adds the controls as children, each within its row. `rowHeight` is in
+  /// pixels. False if the window cannot be made.
   bool CreateIn(HWND dialog, const Rect& place, int rowHeight, int rows);
 
  protected:

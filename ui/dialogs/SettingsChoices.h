@@ -8,7 +8,7 @@
 
 namespace snip {
 
-/// What the settings dialog's controls stand at.
+/// What is chosen in the settings dialog.
 struct SettingsChoices {
   /// The sample's font. Never bold or italic.
   FontProperty font{.Name = "Courier New", .Size = 9.75};
@@ -21,8 +21,8 @@ struct FontNames {
   int selected = -1;
 };
 
-/// Six fixed names. A code font that is none of them, letter case included, stands behind them unselected, so
-/// that the sample keeps the font it was designed with until a name is chosen.
+/// Six fixed names. A code font that is not one of them, letter case included, is added after them but not
+/// selected, so that the sample keeps its design-time font until a name is chosen.
 FontNames FontNamesFor(const std::string& codeFont);
 
 /// Whether a font can have that size in points: above 0, up to 2048.

@@ -10,7 +10,7 @@ class SettingsTarget {
  public:
   virtual ~SettingsTarget() = default;
 
-  /// The sounds are those of the main command bar `cmd`; the edit bar follows at the next start.
+  /// `Switch::UseSounds` changes the main command bar `cmd`; the edit bar follows at the next start.
   virtual bool IsOn(Switch which) const = 0;
   virtual void SetOn(Switch which, bool on) = 0;
   virtual FontProperty CodeFont() const = 0;

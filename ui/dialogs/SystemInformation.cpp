@@ -14,8 +14,8 @@ bool IsFile(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// The command line of a stored text: a path, which may be quoted and have arguments behind it. The system
-/// would try the shortest part of an unquoted path with blanks first, which may be another program.
+/// The command line for a stored path, which may be quoted and have arguments. An unquoted path is quoted,
+/// because the system would try its part before the first blank, which may be another program.
 std::string CommandLine(const std::string& stored) {
   if (stored.starts_with('"')) return stored;
   for (auto end = stored.size(); end != std::string::npos && end > 0; end = stored.rfind(' ', end - 1)) {
@@ -40,7 +40,7 @@ void StartProgram(const std::string& stored) {
   const UniqueKernelObject running(process.hProcess);
 }
 
-/// With the names of environment variables between percent signs replaced by what they hold.
+/// Replaces each %NAME% by the value of that environment variable.
 std::string Expanded(const std::string& text) {
   std::string expanded(ExpandEnvironmentStringsA(text.c_str(), nullptr, 0) + 1, '\0');
   ExpandEnvironmentStringsA(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));

@@ -9,12 +9,12 @@
 
 namespace snip {
 
-/// The text of a registry value, at most 1024 bytes of it; nothing when the key cannot be opened for reading
-/// and writing, or has no such value. Without any message.
+/// The text of a registry value of up to 1024 bytes; nothing if the value is longer or does not exist, or if
+/// the key cannot be opened for reading and writing. Shows no message.
 std::optional<std::string> GetKeyValue(HKEY root, const std::string& keyName, const std::string& valueName);
 
-/// Starts the system's information program where the registry says that it is, or tells the user that there
-/// is none. A program that is named but missing is not started, and nothing else in its place.
+/// Starts the system information program that the registry names, or tells the user that there is none. If
+/// the program that is named by its full path is missing, nothing happens.
 void StartSysInfo(const ShowMessageFunction& showMessage);
 
 }  // namespace snip

@@ -35,7 +35,7 @@ class frmAbout : public CaptionedDialog {
   ShowMessageFunction showMessage_;
   UniqueFont titleFont_;
   UniqueIcon picture_;
-  int headerHeight_ = 0;  ///< Pixels of the band at the top, in the colour of a window's text area.
+  int headerHeight_ = 0;  ///< Height in pixels of the band at the top, which has the colour of a text area.
 };
 
 }  // namespace snip

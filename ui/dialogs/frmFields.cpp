@@ -70,7 +70,7 @@ void frmFields::OnInit() {
 
 void frmFields::AddFields() {
   const int left = Across(kMargin + kLabelWidth + 4);
-  // As wide as what is below them, or up to the scroll bar.
+  // As wide as the preview below, or up to the scroll bar.
   const int right = std::min(Across(kWidth - kMargin), ClientSize(rows_.hWnd()).width - Across(2));
   for (int i = 0; i < count_; ++i) {
     const CodeField& field = (*fields_)[static_cast<std::size_t>(i)];
@@ -102,7 +102,7 @@ void frmFields::OnCommand(int id, int notification) {
   const HWND control = FieldAt(id - kFirstFieldId);
   const auto chosen = static_cast<int>(
       field && notification == CBN_SELCHANGE ? SendMessageA(control, CB_GETCURSEL, 0, 0) : CB_ERR);
-  // The control takes the chosen text into its field only after this.
+  // The control puts the chosen text into its field only after this notification.
   if (chosen >= 0) SetWindowTextA(control, ComboBoxText(control, chosen).c_str());
   if (field &&
       (notification == EN_CHANGE || notification == CBN_EDITCHANGE || notification == CBN_SELCHANGE)) {

@@ -15,11 +15,11 @@
 
 namespace snip {
 
-/// Asks for the texts of code's fields, and shows the code that comes of them.
+/// Asks for the texts of the fields of some code, and shows the filled code.
 class frmFields : public CaptionedDialog {
  public:
   static constexpr int kPreviewId = 100;
-  static constexpr int kFirstFieldId = 101;  ///< The others follow.
+  static constexpr int kFirstFieldId = 101;  ///< The ids of the other fields follow.
 
   /// By the names of the fields.
   using Texts = std::map<std::string, std::string>;
@@ -28,8 +28,8 @@ class frmFields : public CaptionedDialog {
   frmFields(CaptionPainter& caption, FontProperty codeFont)
       : CaptionedDialog(caption), codeFontProperty_(std::move(codeFont)) {}
 
-  /// Nothing when the dialog was cancelled or closed. Fields beyond a hundred keep their defaults, which it
-  /// says. The owner is disabled meanwhile.
+  /// Nothing if the dialog was cancelled or closed. Fields beyond a hundred keep their defaults, and the
+  /// dialog says so. The owner is disabled while it is open.
   std::optional<Texts> ShowMe(HWND owner, const std::vector<CodeField>& fields, const Preview& preview);
 
  protected:
@@ -40,7 +40,7 @@ class frmFields : public CaptionedDialog {
   void AddFields();
   HWND FieldAt(int index) const { return GetDlgItem(rows_.hWnd(), kFirstFieldId + index); }
   void ReadFields();
-  /// With what has changed in sight.
+  /// Updates the preview and scrolls to what has changed.
   void ShowPreview();
 
   const std::vector<CodeField>* fields_ = nullptr;

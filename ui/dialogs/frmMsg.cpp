@@ -9,7 +9,7 @@ namespace snip {
 namespace {
 
 BOOL CALLBACK TakeUsableWindow(HWND window, LPARAM result) {
-  // Menus and tips lie above the window that they belong to.
+  // Menus and tips come before the window that they belong to.
   const bool isPalette = (GetWindowLongA(window, GWL_EXSTYLE) & WS_EX_TOOLWINDOW) != 0;
   const bool usable = !isPalette && IsWindowVisible(window) != 0 && IsWindowEnabled(window) != 0;
   if (usable) *reinterpret_cast<HWND*>(result) = window;

@@ -85,7 +85,7 @@ void frmSettings::OnCommand(int id, int notification) {
 
 INT_PTR frmSettings::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_CTLCOLORSTATIC || reinterpret_cast<HWND>(lParam) != Item(lblDisp)) return FALSE;
-  // The sample looks as the code field does.
+  // The sample has the colours of the code field.
   const auto dc = reinterpret_cast<HDC>(wParam);
   SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
   SetBkColor(dc, GetSysColor(COLOR_WINDOW));
