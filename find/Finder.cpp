@@ -67,7 +67,7 @@ void Finder::FindUsed() {
   }
 }
 
-std::uint64_t Finder::LatenessOf(const Found& found) const {
+std::uint64_t Finder::RecencyRank(const Found& found) const {
   const auto used = std::ranges::find_if(usedNow_, [&](const Found& one) {
     return one.library == found.library && one.snippet == found.snippet;
   });
@@ -141,8 +141,8 @@ const std::vector<Found>& Finder::Search(std::string_view text) {
     Rank rank;
     if (!Matches(*libraries_[library], snippet, rank)) return;
     const auto worst = static_cast<std::uint64_t>(rank.worst);
-    const std::uint64_t lateness = LatenessOf({library, snippet});
-    ranked.push_back(((worst << 8U | rank.all) << 8U | lateness) << 32U | library << 16U | snippet);
+    const std::uint64_t recency = RecencyRank({library, snippet});
+    ranked.push_back(((worst << 8U | rank.all) << 8U | recency) << 32U | library << 16U | snippet);
   };
   if (narrows) {
     for (const Found& found : found_) {

@@ -21,7 +21,7 @@ struct Found {
 };
 
 /// Finds snippets in libraries, the best first. Snippets are ordered by the worst place of their words, then
-/// by the sum of all places, then by how lately they were used.
+/// by the sum of all places, then by how recently they were used.
 class Finder {
  public:
   /// `folding` must outlive this.
@@ -60,7 +60,8 @@ class Finder {
                                     std::size_t snippet) const;
   bool Matches(const SearchedLibrary& library, std::size_t snippet, Rank& rank) const;
   bool IsWanted(const SearchedLibrary& library) const;
-  std::uint64_t LatenessOf(const Found& found) const;
+  /// 0 for the snippet that was used last, 255 at most.
+  std::uint64_t RecencyRank(const Found& found) const;
   void FindUsed();
   std::vector<TextRange> Places(std::string_view text, QueryTerm::Where where) const;
 

@@ -35,8 +35,8 @@ struct BlockProbe {
 
 constexpr std::size_t kBlock = 16;
 
-/// Which of the 16 places of a block pass both probes, one bit each. 32-bit Windows calls programs with a
-/// stack that is not aligned for these instructions.
+/// The first place in the blocks that passes both probes, or the length of all blocks. 32-bit Windows calls
+/// programs with a stack that is not aligned for these instructions.
 #ifdef __i386__
 __attribute__((target("sse2"), force_align_arg_pointer))
 #endif

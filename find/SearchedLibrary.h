@@ -20,7 +20,7 @@ struct SearchedSnippet {
 /// A library as a search sees it.
 class SearchedLibrary {
  public:
-  /// An empty library that allocates memory in blocks of about that many bytes.
+  /// An empty library with memory for about that many bytes of text.
   SearchedLibrary(std::string name, std::string path, std::size_t bytes = 0);
   /// A view of an owner's snippets, which the owner may change. It never sees more snippets than there were.
   SearchedLibrary(std::string name, std::string path, const std::vector<Snippet>* shared,
@@ -47,8 +47,8 @@ class SearchedLibrary {
   std::string name_;
   std::string path_;
   const std::vector<Snippet>* shared_ = nullptr;
-  // Otherwise all texts are one behind the other, four of each snippet: in a piece of their own they take
-  // little memory, and the system has it back once the library is not searched any more.
+  // Without `shared_`, all texts one after the other, four of each snippet. One block of memory is smaller
+  // than many strings, and is returned to the system when the library is not searched any more.
   std::string texts_;
   std::vector<std::uint32_t> ends_;
   std::vector<std::uint32_t> letters_;

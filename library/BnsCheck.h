@@ -12,7 +12,7 @@ namespace snip {
 /// A problem in a library file.
 struct Problem {
   enum class Severity {
-    Warning,  ///< Reads well, but may not be what its writer meant.
+    Warning,  ///< Can be read, but may not be what its author meant.
     Error,    ///< Text is lost or read as something else.
   };
 

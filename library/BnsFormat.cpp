@@ -17,7 +17,7 @@ void DropLastLineEnd(std::string& text) {
 /// Makes snippets of a file's lines.
 class Reader : public BnsEvents {
  public:
-  /// Without `take` the snippets come into the contents.
+  /// Without `take` the snippets are put into the contents.
   Reader(BnsVersion version, const std::function<void(const Snippet&)>& take) : take_(take) {
     contents_.version = version;
   }
@@ -40,7 +40,7 @@ class Reader : public BnsEvents {
   void OnPlainLines(BnsSection section, std::string_view lines) override { BlockOf(section).append(lines); }
 
   BnsContents Finish(BnsEnding ending) {
-    // The end of the list has always dropped a line end from the last snippet, which loses its own as well.
+    // The last snippet loses its own line endings and one more of each, as it did in all earlier versions.
     if (ending == BnsEnding::ListEndTooEarly) DropLastLineEnds(snippet_);
     AddSnippet();
     // The announced snippet is there, but empty.
@@ -76,7 +76,7 @@ class Reader : public BnsEvents {
   const std::function<void(const Snippet&)>& take_;
   BnsContents contents_;
   std::size_t count_ = 0;
-  // Every snippet is read into this one, whose texts soon have the capacity, and copied in its size.
+  // Every snippet is read into this one, whose strings keep their capacity, and then copied.
   Snippet snippet_;
   bool reading_ = false;  ///< Whether there is a snippet to be added.
 };
@@ -155,7 +155,7 @@ std::size_t BnsBytes::Size() const {
   return snippets_.empty() ? size : size - line(kCodeEnd);
 }
 
-/// Appends, so that memory is touched once.
+/// Appends the parts directly, because memory that is resized first would be written twice.
 std::string BnsBytes::ReadRest() {
   std::string bytes;
   bytes.reserve(Size());

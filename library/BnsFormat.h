@@ -31,13 +31,13 @@ struct BnsContents {
 using BnsResult = std::variant<BnsContents, NotALibrary>;
 
 /// Reads a whole file. Spaces at the end of description and code lines are dropped, everything else is kept.
-/// A file that breaks off is read as far as it goes. Holds no more of the file than a piece, apart from the
-/// snippets.
+/// A truncated file is read as far as it goes. Apart from the snippets only a piece of the file is in memory
+/// at a time.
 BnsResult ReadBns(ByteSource& bytes);
 BnsResult ReadBns(std::string_view bytes);
-/// The snippets alone; none of bytes that are no library.
+/// Only the snippets; none if the bytes are not a library.
 std::vector<Snippet> SnippetsIn(std::string_view bytes);
-/// Hands each snippet over, in place of putting it into the result.
+/// Calls `take` with each snippet instead of putting it into the result.
 BnsResult ReadBns(ByteSource& bytes, const std::function<void(const Snippet&)>& take);
 
 /// The bytes of a version 2 file of these snippets, which must not change while it is read.
@@ -64,10 +64,10 @@ class BnsBytes : public ByteSource {
   std::span<const Snippet> snippets_;
   std::size_t step_ = 0;
   std::array<std::string_view, 12> parts_;  ///< Of one snippet: items, each followed by a line end.
-  std::span<std::string_view> ahead_;       ///< The parts that are not read to their end.
+  std::span<std::string_view> ahead_;       ///< The parts that have not been read completely.
 };
 
-/// The same bytes as a whole.
+/// The same bytes as one string.
 std::string WriteBns(std::span<const Snippet> snippets);
 
 /// The bytes of a newly created library: one default snippet.

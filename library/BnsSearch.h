@@ -26,8 +26,8 @@ struct Hit {
   Match match;                            ///< The first in the line.
 };
 
-/// Whether a line of the file, of whatever section, has a match; true as well if a line is too long to
-/// say. Reads the file faster than SearchLibrary, piece by piece.
+/// Whether a line of the file, in any section, has a match; also true if a line is too long to search. Faster
+/// than SearchLibrary. The file is read piece by piece.
 bool CanHaveHits(ByteSource& bytes, const Matcher& matcher);
 
 /// Calls `take` for each line with a match, in the file's order. The file is read piece by piece.

@@ -8,22 +8,21 @@
 
 namespace snip {
 
-/// Bytes that come piece by piece, as those of an open file do. What is read from it never has to be in
-/// memory as a whole.
+/// Bytes that are read piece by piece, such as those of an open file, so that they need not be in memory as a
+/// whole.
 class ByteSource {
  public:
-  /// How much to read of one whose bytes are made and written to a file: it stays in the processor's cache,
-  /// and is enough for the system to keep the file's pages in large blocks.
+  /// How much to read at a time and write to a file: little enough to stay in the processor's cache, and
+  /// enough for the system to keep the file's pages in large blocks.
   static constexpr std::size_t kWrittenPiece = std::size_t{1} << 18U;
 
   virtual ~ByteSource() = default;
 
   /// Fills `room` from its start and returns how many bytes that were; 0 at the end, and when reading fails.
   virtual std::size_t Read(std::span<char> room) = 0;
-  /// Whether reading failed, so that the end was not the bytes' own.
+  /// Whether reading failed, so that the bytes ended too early.
   virtual bool Failed() const = 0;
-  /// How many bytes there are from the beginning to the end, where that is known without reading them; else
-  /// 0.
+  /// The number of all bytes if it is known without reading them, else 0.
   virtual std::size_t Size() const { return 0; }
   /// All that has not been read yet.
   virtual std::string ReadRest() {
@@ -37,7 +36,7 @@ class ByteSource {
   virtual bool Rewind() { return false; }
 };
 
-/// Bytes that are in memory already, and stay there as long as this.
+/// Bytes in memory, which must outlive this.
 class BytesInMemory : public ByteSource {
  public:
   explicit BytesInMemory(std::string_view bytes) : all_(bytes), rest_(bytes) {}

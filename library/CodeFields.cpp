@@ -19,7 +19,7 @@ bool InName(char c) {
   return letter || (c >= '0' && c <= '9') || c == '_';
 }
 
-/// Between the marks, in one line; nothing when that is no field.
+/// The field with this text between its marks; nothing if that is not a field. `text` is one line.
 std::optional<CodeField> FieldOf(std::string_view text) {
   const auto* const nameEnd =
       std::find_if_not(text.begin(), text.end(), [](char c) { return InName(c) || c == ' ' || c == '-'; });
@@ -50,14 +50,14 @@ void ForEachLine(std::string_view text, const Take& take) {
   }
 }
 
-/// What comes before `place` in its line when that is blanks and tabs alone.
+/// The text before `place` in its line if it is only blanks and tabs, else empty.
 std::string_view IndentationBefore(std::string_view text, std::size_t place) {
   const std::size_t end = text.substr(0, place).rfind('\n');
   const std::string_view before = text.substr(0, place).substr(end == std::string_view::npos ? 0 : end + 1);
   return IsBlank(before) ? before : std::string_view{};
 }
 
-/// The next word of `line`, which is taken away from it.
+/// Removes the next word from `line` and returns it.
 std::string_view TakeWord(std::string_view& line) {
   line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
   const auto end = std::find_if_not(line.begin(), line.end(), InName);
@@ -71,7 +71,7 @@ bool IsOneOf(std::string_view word, const auto& words) {
                      [word](std::string_view each) { return EqualsIgnoringAsciiCase(word, each); });
 }
 
-/// The name that a line declares; empty when it declares nothing of the kind.
+/// The name of the procedure, type or enumeration that a line declares; empty if it declares none.
 std::string_view DeclaredName(std::string_view line) {
   constexpr std::array<std::string_view, 4> before{"Public", "Private", "Friend", "Static"};
   constexpr std::array<std::string_view, 5> kinds{"Sub", "Function", "Property", "Type", "Enum"};
@@ -94,7 +94,8 @@ bool IsAnswered(std::string_view name) {
 
 std::vector<CodeField> FieldsIn(std::string_view code) {
   std::vector<CodeField> fields;
-  // The next ones behind the mark, looked for once each: code may be all marks.
+  // The next closing mark and the next end of a line. Each is searched for only once, because code may
+  // consist of nothing but marks.
   std::size_t close = 0;
   std::size_t lineEnd = 0;
   for (std::size_t at = code.find(kOpen); at != std::string_view::npos; at = code.find(kOpen, at)) {

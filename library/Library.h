@@ -22,19 +22,19 @@ struct Snippet {
 inline constexpr std::string_view kLibraryExtension = ".bns";
 bool HasLibraryExtension(std::string_view file);
 
-/// What a snippet holds before its user has written anything.
+/// A new snippet, which the user has not edited yet.
 Snippet DefaultSnippet();
 
 /// The one library that the main window works on. Row i of the snippet list shows `Snippets[i]`.
 struct Library {
-  /// Indexes are 16-bit numbers in the program and its files' history, which bounds a library.
+  /// Earlier versions of the program use 16-bit indexes, which limits the size of a library.
   static constexpr std::size_t kMaxSnippets = 32767;
 
   std::vector<Snippet> Snippets;
   std::string
       LibraryName;       ///< File name without directory and extension; decides where the library is saved.
   bool Saved = true;     ///< Whether the file holds what is in memory.
-  unsigned Changes = 0;  ///< Counts what is done to it.
+  unsigned Changes = 0;  ///< Counts its changes.
 
   void Change() {
     Saved = false;

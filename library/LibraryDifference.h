@@ -11,10 +11,10 @@ namespace snip {
 
 enum class Renames { Follow, Ignore };
 
-/// Of each snippet of a library the position in another library of the snippet that it became; none if it was
-/// removed. Snippets are the same if they have the same name; where renames are followed, or else the same
-/// texts, or else at least half of their text. Of several with one name those with the same texts belong
-/// together, then those in order.
+/// For each snippet of `older`, the position in `newer` of the snippet that it became; none if it was
+/// removed. Snippets are the same if they have the same name or, if renames are followed, the same texts or
+/// else at least half of their text in common. Of several with one name, those with the same texts are
+/// matched first, then the others in order.
 std::vector<std::optional<std::size_t>> MatchSnippets(std::span<const Snippet> older,
                                                       std::span<const Snippet> newer,
                                                       Renames renames = Renames::Follow);

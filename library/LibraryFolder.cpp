@@ -14,8 +14,8 @@
 namespace snip {
 namespace {
 
-/// Short names match the pattern as well on some file systems ("notes.bnsold" as NOTES~1.BNS), so the ending
-/// is looked at again; a directory is no library.
+/// Whether a directory entry is a library. Checks the extension again, because on some file systems the
+/// pattern also matches short names ("notes.bnsold" as NOTES~1.BNS).
 bool IsLibrary(const WIN32_FIND_DATAA& entry) {
   if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return false;
   const std::string_view name = entry.cFileName;
@@ -45,8 +45,8 @@ class FileBytes : public ByteSource {
   bool failed_ = false;
 };
 
-/// The system's older half takes these, whatever extension they have, for devices, so that hardly any other
-/// program could open or delete such a file.
+/// Whether Windows takes the name for a device, whatever its extension: most programs could not open or
+/// delete such a file.
 bool IsDeviceName(std::string_view name) {
   name = TrimRight(name.substr(0, name.find('.')));
   const auto is = [&](std::string_view device) { return EqualsIgnoringAsciiCase(name, device); };

@@ -5,12 +5,12 @@
 
 namespace snip {
 
-/// The libraries of one directory: the program's own, where `.bns` files lie beside the executable. Files are
+/// The libraries of one directory: the program's own, where `.bns` files are beside the executable. Files are
 /// read from anywhere, but never while another program writes them, and written only in the directory itself,
 /// where they are listed again.
 class LibraryFolder : public LibraryStore {
  public:
-  /// Waits for other programs that have a file as long as `patience` lasts.
+  /// Waits for other programs that have a file open, but not longer than `patience` lasts.
   explicit LibraryFolder(std::string directory,
                          std::shared_ptr<Patience> patience = std::make_shared<Patience>());
 

@@ -19,7 +19,7 @@ struct Entry {
   const Snippet* base = nullptr;
   const Snippet* ours = nullptr;
   const Snippet* theirs = nullptr;
-  bool placedByUs = false;  ///< We added or moved it,
+  bool placedByUs = false;  ///< We added or moved it.
   bool placedByThem = false;
   std::vector<Snippet> merged{};  ///< None if it is removed, two if there is a conflict.
   std::string conflict{};         ///< What both sides did, or empty.
@@ -142,7 +142,7 @@ class Merging {
     return copied;
   }
 
-  /// Begins with our order, and puts into it what only they have or moved.
+  /// Starts with our order and inserts what they added or moved.
   void FindOrder() {
     // The list of entries, linked both ways; the last element is before the first entry and after the last.
     const std::size_t ends = entries_.size();
@@ -175,7 +175,7 @@ class Merging {
     }
   }
 
-  /// Gives the second snippet of a conflict a name of its own, and theirs of two that got one name.
+  /// Renames the second snippet of a conflict, and theirs if the merge has given two snippets the same name.
   void GiveNames() {
     struct Counts {
       std::size_t ours = 0, theirs = 0, merged = 0;
@@ -197,7 +197,7 @@ class Merging {
       std::string& name = entry.merged.front().Name;
       const Counts& counts = names[name];
       const bool isOurs = entry.ours != nullptr && entry.ours->Name == name;
-      // A library may have a name several times, but a merge does not make it so.
+      // A library may have duplicate names, but a merge must not add any.
       if (!isOurs && counts.merged > std::max(counts.ours, counts.theirs)) {
         entry.conflict += (entry.conflict.empty() ? "" : "; ") + ("both sides have another \"" + name + "\"");
         makeTheirs(name);

@@ -64,7 +64,7 @@ class Comparison {
     return static_cast<std::size_t>(diagonal + static_cast<Index>(b_.size()) + 1);
   }
 
-  /// The diagonals that a search has come to: every second of these.
+  /// The diagonals that a search has reached: every second one from the lowest to the highest.
   struct Diagonals {
     Index lowest, highest;
 

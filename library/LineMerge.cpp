@@ -18,7 +18,7 @@ std::string Join(const Lines& lines) {
   return text;
 }
 
-/// Lines of the base, from the first to before the end.
+/// Lines of the base: from `first` to before `end`.
 struct Region {
   std::size_t first;
   std::size_t end;
@@ -41,7 +41,7 @@ class Side {
   bool done() const { return next_ == changes_.size(); }
   Region next() const { return RegionOf(changes_[next_]); }
 
-  /// Moves the region's end behind all changes that begin in it; whether there were any.
+  /// Extends the region to the end of all changes that begin in it; true if there were any.
   bool Extend(Region& region) {
     const std::size_t before = last_;
     for (; last_ < changes_.size() && region.Contradicts(RegionOf(changes_[last_])); ++last_) {

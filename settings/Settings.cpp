@@ -30,7 +30,7 @@ Settings ReadSettings(const ReadSetting& read) {
   const auto position = [&](const char* name) { return read(SettingsSection::kPosition, name); };
 
   Settings settings;
-  // The pin alone is written as "1" and is off unless it says so.
+  // Unlike the other flags this one is written as "1", and is off for any other text.
   settings.KeepOnTop = setting(kKeepOnTop) == "1";
   for (std::size_t i = 0; i < kSwitches.size(); ++i) {
     settings.switches.Set(static_cast<Switch>(i), FlagFromText(setting(kSwitches[i].name)));

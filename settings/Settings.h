@@ -8,11 +8,11 @@
 
 namespace snip {
 
-/// The groups that the stored values lie in.
+/// The groups of the stored values.
 namespace SettingsSection {
 constexpr const char* kSettings = "Settings";
 constexpr const char* kPosition = "Position";
-constexpr const char* kMore = "More";  ///< Windows and keys beside the main window.
+constexpr const char* kMore = "More";  ///< Other windows than the main window, and the system-wide key.
 }  // namespace SettingsSection
 
 /// The names of the stored values.
@@ -29,7 +29,7 @@ constexpr const char* kLeftPane = "LeftPane";
 constexpr const char* kDescription = "Description";
 }  // namespace SettingName
 
-/// What the settings dialog switches on and off, in the order of its check boxes; at first all are on.
+/// The settings that are on or off, in the order of the dialog's check boxes; by default all are on.
 enum class Switch : std::size_t { SnippetTips, MinimizeOnView, UseSounds, AllowMenuDrag };
 
 struct SwitchSetting {
@@ -80,7 +80,7 @@ struct Settings {
 
 Settings ReadSettings(const ReadSetting& read);
 
-/// What is only stored when the window goes; states are those of the toggle buttons, places are in twips.
+/// Stored only when the window is destroyed. States are those of the toggle buttons; places are in twips.
 struct WindowSettings {
   std::int32_t KeepOnTop = 0;
   std::int32_t ColorSyntax = 0;

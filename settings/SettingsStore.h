@@ -7,8 +7,8 @@
 
 namespace snip {
 
-/// The user's settings in the registry, under HKEY_CURRENT_USER\Software\Brennic\BnSnipstore\2.0. What the
-/// registry refuses is told to the user there; reading then gives what an empty store gives.
+/// The user's settings in the registry, under HKEY_CURRENT_USER\Software\Brennic\BnSnipstore\2.0.
+/// `Registry32` tells the user about errors; reading then returns the defaults.
 class SettingsStore {
  public:
   explicit SettingsStore(const Registry32& registry) : registry_(registry) {}

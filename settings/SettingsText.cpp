@@ -10,7 +10,7 @@
 namespace snip {
 namespace {
 
-constexpr double kLargestNumber = 9e18;  // its digits fill 64 bits
+constexpr double kLargestNumber = 9e18;  // larger numbers do not fit into 64 bits
 
 }  // namespace
 
@@ -50,7 +50,7 @@ std::int32_t RoundHalfToEven(double number) {
   if (std::isnan(number)) return 0;
   if (number <= Limits::min()) return Limits::min();
   if (number >= Limits::max()) return Limits::max();
-  return static_cast<std::int32_t>(std::nearbyint(number));  // the rounding that a process starts with
+  return static_cast<std::int32_t>(std::nearbyint(number));  // the rounding mode that a process starts with
 }
 
 }  // namespace snip

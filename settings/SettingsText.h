@@ -6,8 +6,8 @@
 
 namespace snip {
 
-/// How settings are written as text. Stores of earlier versions read the same, so the encodings, odd as some
-/// are, stay.
+// How settings are written as text. The encodings must stay, odd as some are, so that the settings of earlier
+// versions can be read.
 
 /// A switch: "-1" for on, "0" for off.
 std::string FlagText(bool on);
@@ -22,7 +22,8 @@ std::string NumberText(double number);
 /// too large to be held.
 double Val(std::string_view text);
 
-/// To a whole number, halves to the even neighbour; what is too large becomes the largest there is.
+/// Rounds to a whole number, halves to even. Numbers outside the range of the result become its nearest
+/// limit, NaN becomes 0.
 std::int32_t RoundHalfToEven(double number);
 
 }  // namespace snip

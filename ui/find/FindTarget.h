@@ -36,7 +36,7 @@ class WalkTarget {
   virtual Went GoTo(const FindDestination& destination) = 0;
   /// Selects a part of the code that is shown; begins and ends are bytes.
   virtual void SelectInCode(TextRange place) = 0;
-  /// The end of what is selected there, in bytes.
+  /// What is selected there, in bytes.
   virtual TextRange SelectedInCode() = 0;
 };
 
