@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,9 @@ struct CodeField {
   std::string name;
   std::vector<std::string> choices;  ///< The first is the default; empty without "=".
 };
+
+/// Texts of fields by their names.
+using FieldTexts = std::map<std::string, std::string>;
 
 /// Fields that are filled without asking the user.
 inline constexpr std::string_view kSelectionField = "selection";  ///< What is selected in the code window.

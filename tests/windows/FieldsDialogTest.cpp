@@ -35,10 +35,10 @@ TEST(FieldsDialogTest, OneDialogAsksForAllFieldsAndBringsEachIntoSight) {
     std::vector<CodeField> fields;
     for (int i = 0; i < count; ++i) fields.emplace_back().name = std::to_string(i);
     fields[static_cast<std::size_t>(last)].choices = {"one", "two"};
-    std::optional<frmFields::Texts> texts;
+    std::optional<FieldTexts> texts;
     std::string gap;  // so high that not both ends are in sight
     for (int i = 0; i < 40; ++i) gap += "\r\n";
-    const auto ends = [&](const frmFields::Texts& t) { return t.at("0") + gap + t.at(std::to_string(last)); };
+    const auto ends = [&](const FieldTexts& t) { return t.at("0") + gap + t.at(std::to_string(last)); };
     DriveModal(
         "Fill In Fields", [&] { texts = frmFields(captions, {}).ShowMe(owner.get(), fields, ends); },
         [&](HWND dialog) {

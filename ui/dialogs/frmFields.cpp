@@ -27,8 +27,8 @@ const std::string& DefaultOf(const CodeField& field) {
 
 }  // namespace
 
-std::optional<frmFields::Texts> frmFields::ShowMe(HWND owner, const std::vector<CodeField>& fields,
-                                                  const Preview& preview) {
+std::optional<FieldTexts> frmFields::ShowMe(HWND owner, const std::vector<CodeField>& fields,
+                                            const Preview& preview) {
   fields_ = &fields;
   preview_ = &preview;
   for (const CodeField& field : fields) texts_[field.name] = DefaultOf(field);

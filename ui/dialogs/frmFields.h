@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,16 +20,14 @@ class frmFields : public CaptionedDialog {
   static constexpr int kPreviewId = 100;
   static constexpr int kFirstFieldId = 101;  ///< The ids of the other fields follow.
 
-  /// By the names of the fields.
-  using Texts = std::map<std::string, std::string>;
-  using Preview = std::function<std::string(const Texts&)>;
+  using Preview = std::function<std::string(const FieldTexts&)>;
 
   frmFields(CaptionPainter& caption, FontProperty codeFont)
       : CaptionedDialog(caption), codeFontProperty_(std::move(codeFont)) {}
 
   /// Nothing if the dialog was cancelled or closed. Fields beyond a hundred keep their defaults, and the
   /// dialog says so. The owner is disabled while it is open.
-  std::optional<Texts> ShowMe(HWND owner, const std::vector<CodeField>& fields, const Preview& preview);
+  std::optional<FieldTexts> ShowMe(HWND owner, const std::vector<CodeField>& fields, const Preview& preview);
 
  protected:
   void OnInit() override;
@@ -46,7 +43,7 @@ class frmFields : public CaptionedDialog {
   const std::vector<CodeField>* fields_ = nullptr;
   const Preview* preview_ = nullptr;
   int count_ = 0;  ///< Of the fields that are asked for.
-  Texts texts_;
+  FieldTexts texts_;
   std::string shown_;  ///< The code in the preview.
   FieldRows rows_;
   FontProperty codeFontProperty_;

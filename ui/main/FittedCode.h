@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "library/CodeFields.h"
@@ -8,9 +7,6 @@
 #include "ui/main/HostEnvironment.h"
 
 namespace snip {
-
-/// Texts of fields by their names.
-using FieldTexts = std::map<std::string, std::string>;
 
 /// The code with its fields filled from `known` and, where that has no text, from `entered`. Fields without a
 /// text are left out.

@@ -10,12 +10,10 @@
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/commandbar/PropertyFont.h"
+#include "ui/dialogs/SettingsChoices.h"
 
 namespace snip {
 namespace {
-
-/// The largest font size that is accepted, in points.
-constexpr double kLargestFont = 2048;
 
 /// A description with a longer line is shown unwrapped, because the time that an edit control takes to wrap
 /// grows with the square of the line's length: seconds for 100,000 characters.
@@ -71,7 +69,7 @@ void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
 void SnippetControls::SetFont(const FontProperty& font) {
   FontProperty wanted = font;
   if (wanted.Name.empty()) wanted.Name = font_.Name;
-  if (!(wanted.Size > 0 && wanted.Size <= kLargestFont)) wanted.Size = font_.Size;
+  if (!IsFontSize(wanted.Size)) wanted.Size = font_.Size;
   if (wanted == font_) return;
   font_ = wanted;
   UniqueFont handle = MakeFont(font_, twips_);
