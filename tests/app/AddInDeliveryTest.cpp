@@ -29,7 +29,7 @@ TEST_P(AnyHostTest, CodeIsFittedIntoTheModuleAndTakenFromIt) {
       "  <<selection>>\r\nEnd If\r\n...\r\n");
   host.Ask("module Form1 2 Sub B()|    one|      two|End Sub");
   const HWND window = OpenWindow(host, "select 4");
-  Choose(window, kPasteFitted);
+  Choose(window, kPasteWithFields);
   const HWND dialog = WaitForWindow("Fill In Fields");
   ASSERT_NE(dialog, nullptr);
   SetWindowTextA(FindControl(dialog, frmFields::kFirstFieldId), "y");
@@ -126,13 +126,13 @@ TEST_P(AnyHostTest, WhatTheEnvironmentRefusesIsTold) {
   const Refusal refusals[] = {
       {"nopane", {kPasteCode}, "No code pane is currently active."},
       {"module Form1 1 Sub B()|End Sub"},
-      {"mode 1", {kPasteCode, kPasteFitted, kNewModule}, running, true},
+      {"mode 1", {kPasteCode, kPasteWithFields, kNewModule}, running, true},
       {"mode 2"},
-      {"protection 1", {kPasteCode, kPasteFitted, kTakeCode, kNewModule}, locked, true},
+      {"protection 1", {kPasteCode, kPasteWithFields, kTakeCode, kNewModule}, locked, true},
       {"hook VBComponents.Parent 80004005", {kPasteCode}, locked, true},
       {"protection 0"},
       {"hook CodeModule.InsertLines 800A9C68 Can't edit module",
-       {kPasteCode, kPasteFitted},
+       {kPasteCode, kPasteWithFields},
        readOnly + "Can't edit module"},
       {"hook CodePane.GetSelection 80004001", {kPasteCode}, answered},
       {"hook CodePane.GetSelection 80010108", {kPasteCode}, answered},  // its object, not the environment

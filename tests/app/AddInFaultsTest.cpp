@@ -136,9 +136,9 @@ TEST_P(AnyHostTest, ADisconnectionClosesWhateverIsOpen) {
   program_.folder().Write("My Great Lib.bns", "BNS2.0\r\nA\r\n\r\nd1\r\n(,)\r\n<<field>>\r\n...\r\n");
   for (const int command :
        {kMainButton + MainButton::kSettings, kMainButton + MainButton::kNewLibrary,
-        kMainButton + MainButton::kOutput, int{kPasteFitted}, int{kSetAttachment}, int{kOutputMenu}}) {
+        kMainButton + MainButton::kOutput, int{kPasteWithFields}, int{kSetAttachment}, int{kOutputMenu}}) {
     SCOPED_TRACE(command);
-    const HWND window = OpenWindow(host, command == kPasteFitted ? kFormWithA : "");
+    const HWND window = OpenWindow(host, command == kPasteWithFields ? kFormWithA : "");
     Choose(window, command);
     std::vector<HWND> open;
     EXPECT_TRUE(WaitUntil([&] { return !(open = WindowsOver(window)).empty(); }));

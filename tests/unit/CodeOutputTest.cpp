@@ -158,13 +158,13 @@ TEST_F(CodeOutputTest, WithoutRowsThereIsNothingToDeliver) {
   editing.ShowNothing("");  // in place of a file that is no library; the one before is still in memory
   output.PasteCode();
   output.PasteToNewModule("Lib");
-  output.PasteFitted({});
+  output.PasteWithFields({});
   EXPECT_EQ(calls, Calls(3, "64 [Brennic Snipstore 2.x] No code snippet is currently selected."));
   output.PasteToNewModule("Lib", library.Snippets);  // what another library holds
   EXPECT_EQ(calls.back(), "show");
 }
 
-TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
+TEST_F(CodeOutputTest, PastedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
   struct Row {
     const char* code;
     HostSelection selection;
@@ -205,7 +205,7 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
     for (const bool cancelled : {true, false}) {
       calls.clear();
       cancels = cancelled;
-      output.PasteFitted(services);
+      output.PasteWithFields(services);
       // The code window may have changed while the user was asked.
       const std::string seen = "pane, selection", again = row.asked.empty() ? "" : ", " + seen;
       const bool stops = cancelled && !row.asked.empty();
@@ -219,13 +219,13 @@ TEST_F(CodeOutputTest, FittedCodeHasItsFieldsFilledAndTheCaretsIndentation) {
       [&] { output.SetHost(nullptr); }};
   for (const auto& change : changes) {
     during = change;
-    output.PasteFitted(services);
+    output.PasteWithFields(services);
     EXPECT_EQ(calls.back(), output.connected() ? "64 [Brennic Snipstore 2.x] The code window has changed in "
                                                  "the meantime. Please try again."
                                                : "ask x");
   }
   view.code = "<<module>><<x>> <<date>>";
-  output.PasteFitted(services);
+  output.PasteWithFields(services);
   EXPECT_EQ(calls.back(), "copy [x] today") << "without an environment";
 }
 

@@ -83,15 +83,15 @@ bool CodeDelivery::Copy(const std::string& text) {
   return false;
 }
 
-void CodeDelivery::PasteFitted() {
+void CodeDelivery::PasteWithFields() {
   if (IsLeftOver()) return;
-  output_.PasteFitted({.ask =
-                           [this](const auto& fields, const auto& preview) {
-                             return frmFields(parts_.caption, parts_.controls.Font())
-                                 .ShowMe(parts_.window.hWnd(), fields, preview);
-                           },
-                       .today = &Today,
-                       .copy = [this](const std::string& text) { Copy(text); }});
+  output_.PasteWithFields({.ask =
+                               [this](const auto& fields, const auto& preview) {
+                                 return frmFields(parts_.caption, parts_.controls.Font())
+                                     .ShowMe(parts_.window.hWnd(), fields, preview);
+                               },
+                           .today = &Today,
+                           .copy = [this](const std::string& text) { Copy(text); }});
   delivered_ = GetTickCount();
 }
 

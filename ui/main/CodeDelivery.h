@@ -44,7 +44,7 @@ class CodeDelivery {
   void CopyCode();
   /// False when another program keeps the clipboard; the user has been told.
   bool Copy(const std::string& text);
-  void PasteFitted();
+  void PasteWithFields();
   /// Adds a snippet of the code selected in the environment or, if none is connected, of the clipboard's
   /// text.
   void TakeCode();

@@ -29,9 +29,9 @@ std::unique_ptr<HostCodePane> ActiveCodePane(HostEnvironment& host) {
   throw HostError("No code pane is currently active.");
 }
 
-/// Where fitted code goes.
-struct FittedTarget {
-  FittedTarget(HostEnvironment& host, const std::string& code, const FieldTexts& known)
+/// The active code window, and the place in it to paste at.
+struct PasteTarget {
+  PasteTarget(HostEnvironment& host, const std::string& code, const FieldTexts& known)
       : pane(ActiveCodePane(host)), place(PlaceFor(host, *pane, code)) {
     place.answers.insert(known.begin(), known.end());
   }
@@ -128,7 +128,7 @@ void CodeOutput::PasteCode(std::string code) {
   Deliver([&code](HostEnvironment& host) { Insert(host, code); });
 }
 
-void CodeOutput::PasteFitted(const FieldServices& services) {
+void CodeOutput::PasteWithFields(const FieldServices& services) {
   if (editing_.Shown() == nullptr) return Tell("No code snippet is currently selected.");
   const std::optional<std::string> shown = view_.Code();
   if (!shown) return;
@@ -145,7 +145,7 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
     return;
   }
   Deliver([&](HostEnvironment& host) {
-    FittedTarget target(host, code, date);
+    PasteTarget target(host, code, date);
     if (asked.empty()) return PasteAt(*target.pane, target.place, FillFrom(code, target.place.answers, {}));
     const auto marks = MarksOf(*target.pane);
     // The environment goes on working during the dialog, and may disconnect: keep none of its objects.
@@ -154,7 +154,7 @@ void CodeOutput::PasteFitted(const FieldServices& services) {
     if (!texts) return;
     constexpr const char* changed = "The code window has changed in the meantime. Please try again.";
     if (host_ != &host) return host_ == nullptr ? void() : Tell(changed);
-    FittedTarget now(host, code, date);
+    PasteTarget now(host, code, date);
     if (now.place != target.place || MarksOf(*now.pane) != marks) throw HostError(changed);
     PasteAt(*now.pane, now.place, FillFrom(code, now.place.answers, *texts));
   });

@@ -7,7 +7,7 @@
 
 #include "library/Library.h"
 #include "platform/MessageFunction.h"
-#include "ui/main/FittedCode.h"
+#include "ui/main/PastePlace.h"
 #include "ui/main/HostEnvironment.h"
 #include "ui/main/SnippetEditing.h"
 
@@ -41,7 +41,7 @@ class CodeOutput {
   /// Inserts the code that is shown with its fields filled, and with the indentation of the caret's line;
   /// lines that are selected are replaced if the code has a field for them. Without an environment the filled
   /// code goes to the clipboard.
-  void PasteFitted(const FieldServices& services);
+  void PasteWithFields(const FieldServices& services);
   /// The code that is selected in the environment, or the procedure at the caret, without the indentation
   /// that its lines share; nothing when the user has been told why there is none.
   std::optional<std::string> TakeCode();

@@ -25,7 +25,7 @@ enum : int {
   // The output modes.
   kPasteCode,
   kNewModule,
-  kPasteFitted,
+  kPasteWithFields,
   kTakeCode,
   kViewAttachment,
   kSetAttachment,
@@ -85,7 +85,7 @@ inline constexpr std::array kOutputModes{
 /// The items that are added to the window's system menu.
 inline constexpr std::array kSystemMenu{
     CommandItem{"&Find Snippets...", 0, Command::kFind},
-    CommandItem{"&Paste with Fields Filled", 0, Command::kPasteFitted},
+    CommandItem{"&Paste with Fields Filled", 0, Command::kPasteWithFields},
     CommandItem{"Make Snippet of &Code", 0, Command::kTakeCode},
     CommandItem{"&History...", 0, Command::kHistory},
 };

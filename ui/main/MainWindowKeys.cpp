@@ -16,7 +16,7 @@ constexpr std::array kOtherKeys{
     // Commands of menus also need keys, because an open menu understands only Up, Down and Escape.
     ACCEL{kControlShiftKey, 'P', Command::kPasteCode},
     ACCEL{kControlShiftKey, 'M', Command::kNewModule},
-    ACCEL{kControlShiftKey, 'V', Command::kPasteFitted},
+    ACCEL{kControlShiftKey, 'V', Command::kPasteWithFields},
     ACCEL{kControlShiftKey, 'I', Command::kTakeCode},
     ACCEL{kControlKey, 'O', Command::kViewAttachment},
     ACCEL{kControlShiftKey, 'O', Command::kSetAttachment},

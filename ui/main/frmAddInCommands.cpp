@@ -48,8 +48,8 @@ void frmAddIn::Do(int command) {
       return mnuModFuncs_Clicked(command);
     case kCopyCode:
       return delivery_.CopyCode();
-    case kPasteFitted:
-      return delivery_.PasteFitted();
+    case kPasteWithFields:
+      return delivery_.PasteWithFields();
     case kTakeCode:
       return delivery_.TakeCode();
     case kNewSnippet:

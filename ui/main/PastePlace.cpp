@@ -1,4 +1,4 @@
-#include "ui/main/FittedCode.h"
+#include "ui/main/PastePlace.h"
 
 #include <algorithm>
 #include <string_view>
