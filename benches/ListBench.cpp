@@ -60,8 +60,7 @@ void BenchList() {
     const UniqueFont font = MessageFont();
     ListControls made;
     SnippetControls& controls = made.controls;
-    controls.CreateNameBox(window.hWnd(), 2, font.get());
-    controls.Create(window.hWnd(), window.hWnd(), {.lstCode = 1, .txtDesc = 3, .txtCode = 4}, font.get());
+    controls.Create(window.hWnd(), {.lstCode = 1, .txtName = 2, .txtDesc = 3, .txtCode = 4}, font.get());
     MoveTo(controls.lstCode(), kPlace);
     const HWND bare = CreateControl(
         window.hWnd(), "LISTBOX", "", WS_VISIBLE | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,

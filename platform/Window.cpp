@@ -125,6 +125,12 @@ void NameNextControl(HWND parent, const char* name) {
   CreateControl(parent, "STATIC", name, SS_NOPREFIX, 0, 0);
 }
 
+void RaiseWithLabel(HWND control) {
+  const HWND label = GetWindow(control, GW_HWNDPREV);
+  for (const HWND part : {control, label})
+    SetWindowPos(part, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
 void SetTabStop(HWND control, bool stop) {
   const LONG style = GetWindowLongA(control, GWL_STYLE);
   SetWindowLongA(control, GWL_STYLE, stop ? style | WS_TABSTOP : style & ~WS_TABSTOP);

@@ -35,16 +35,16 @@ TEST_F(MainWindowTest, SplittersMoveTheirPartsAndAreKept) {
   WriteLibrary("Numbers", {"one"});
   Open();
   const HWND columns = FindWindowExA(window_, nullptr, "SnipstoreSplitter", nullptr);
-  const HWND rows = FindWindowExA(GetParent(Description()), nullptr, "SnipstoreSplitter", nullptr);
+  const HWND rows = FindWindowExA(window_, columns, "SnipstoreSplitter", nullptr);
   const auto becomes = [&](HWND part, bool width, int wanted) {
     return WaitUntil([&] { return (width ? Place(part).width : Place(part).height) == wanted; });
   };
-  const int width = Place(GetParent(List())).width;
+  const int width = Place(List()).width;
   const int right = Drag(columns, {60, 0}, [] {
     PressMouse(MouseButton::Right), ReleaseMouse(MouseButton::Right), ReleaseMouse();
   });
   EXPECT_NE(right, 0) << "the right button ends it";
-  EXPECT_TRUE(becomes(GetParent(List()), true, width + right));
+  EXPECT_TRUE(becomes(List(), true, width + right));
   const int height = Place(Description()).height;
   const int down = Drag(rows, {0, 40}, [] { PressKey(VK_ESCAPE), ReleaseMouse(); });
   EXPECT_NE(down, 0) << "Escape is no part of it";
@@ -52,7 +52,7 @@ TEST_F(MainWindowTest, SplittersMoveTheirPartsAndAreKept) {
   EXPECT_TRUE(WaitUntil([&] { return IsChild(window_, Focus()) != 0; }));
   Close();
   Open();
-  EXPECT_TRUE(becomes(GetParent(List()), true, width + right));
+  EXPECT_TRUE(becomes(List(), true, width + right));
   EXPECT_TRUE(becomes(Description(), false, height + down));
   Close();
 }

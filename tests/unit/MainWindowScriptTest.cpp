@@ -195,8 +195,8 @@ class ScriptedWindow : public FakeMainWindow, private AttachmentView {
       {"give-up", Quiet([this](auto&) { naming.txtFileName_LostFocus(); })},
       {"boxed",
        [this](auto&) {
-         return chooser.fileNameText + (chooser.fileNameSelected ? " selected" : "") +
-                (chooser.fileNameBoxShown ? " shown" : "");
+         if (!chooser.fileNameBoxShown) return std::string("hidden");
+         return chooser.fileNameText + (chooser.fileNameSelected ? " selected" : "");
        }},
       {"libraries", [this](auto&) { return ChooserState(); }},
       {"others",

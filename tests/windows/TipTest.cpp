@@ -77,7 +77,7 @@ TEST_F(TipTest, ItsTextLiesOnTheRowsAlsoAtTheScreensEdge) {
   SetWindowLongA(frame_.get(), GWL_STYLE, static_cast<LONG>(WS_POPUP | WS_VISIBLE));
   SetFocus(frame_.get());  // or the row has a frame
   ListTips tips;
-  tips.Attach(list_, list_);
+  tips.Attach(list_);
   tips.TakeListFont();
   for (const int left : {120, 2}) {
     tips.Hide();

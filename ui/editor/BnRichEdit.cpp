@@ -53,7 +53,7 @@ bool BnRichEdit::CreateIn(HWND parent, int id, const FontProperty& font, const c
   colouring_.TakeColours(TranslateColor(foreColor_));
   return Create({.className = "BnRichEdit",
                  .title = name,
-                 .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN,
+                 .style = WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS | WS_GROUP,
                  .exStyle = WS_EX_CONTROLPARENT,
                  .place = {},
                  .parent = parent,

@@ -12,10 +12,10 @@ Notice::~Notice() {
   Destroy();
 }
 
-void Notice::Show(HWND owner, HWND beneath, const NoticeText& text) {
+void Notice::Show(HWND owner, HWND part, const NoticeText& text) {
   Hide();
   text_ = text;
-  beneath_ = beneath;
+  part_ = part;
   font_ = MessageFont();
   if (!Create({.className = "Notice",
                .title = text.line.c_str(),
@@ -54,14 +54,16 @@ void Notice::Hide() {
 
 void Notice::Follow() {
   if (hWnd() == nullptr) return;
-  RECT part{};
-  GetWindowRect(beneath_, &part);
   const HWND owner = GetWindow(hWnd(), GW_OWNER);
+  POINT right{ClientSize(owner).width, 0};
+  ClientToScreen(owner, &right);
+  RECT part{};
+  GetWindowRect(part_, &part);
   RECT whole{};
   GetWindowRect(owner, &whole);
   const bool seen = IsWindowVisible(owner) != 0 && IsIconic(owner) == 0;
-  // It may be wider than that part, because all buttons have to be visible.
-  const int left = std::max(static_cast<int>(part.right) - size_.width, static_cast<int>(whole.left) + 8);
+  // All its buttons have to be visible, even in a window that is narrower.
+  const int left = std::max(static_cast<int>(right.x) - size_.width, static_cast<int>(whole.left) + 8);
   // Directly above its owner in z-order; other windows of the owner may cover both.
   const HWND above = GetWindow(owner, GW_HWNDPREV);
   const UINT order = above == hWnd() ? SWP_NOZORDER : 0;

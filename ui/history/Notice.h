@@ -17,8 +17,9 @@ class Notice : public Window {
   explicit Notice(std::function<void(NoticeChoice)> chosen) : chosen_(std::move(chosen)) {}
   ~Notice() override;
 
-  /// Shows another text. The notice is placed over the upper edge of `beneath`, a part of the owner.
-  void Show(HWND owner, HWND beneath, const NoticeText& text);
+  /// Shows another text, at the right edge of the owner and level with the upper edge of `part`, a control
+  /// on it.
+  void Show(HWND owner, HWND part, const NoticeText& text);
   void Hide();
   bool shown() const { return hWnd() != nullptr; }
   /// Follows its owner, which has moved.
@@ -40,7 +41,7 @@ class Notice : public Window {
 
   std::function<void(NoticeChoice)> chosen_;
   NoticeText text_;
-  HWND beneath_ = nullptr;
+  HWND part_ = nullptr;
   UniqueFont font_;
   Size size_{};  ///< Of text and buttons, in pixels.
   int textWidth_ = 0;

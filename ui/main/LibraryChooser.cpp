@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/Fonts.h"
 #include "platform/Win32Text.h"
 #include "platform/Window.h"
 #include "ui/dialogs/CommonDialog.h"
@@ -13,18 +14,25 @@
 namespace snip {
 
 void LibraryChooser::Create(HWND parent, int id, int nameId, HFONT font) {
-  // The box first: it covers the chooser.
-  NameNextControl(parent, "Library name");
-  txtFileName_ = CreateControl(parent, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId, font);
-  SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
-  fileName_.Attach(txtFileName_);
+  txtFileName_ = nullptr;
+  nameId_ = nameId;
   NameNextControl(parent, "Library");
   cboFiles_ =
       CreateControl(parent, "COMBOBOX", "",
                     WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_CLIPSIBLINGS | CBS_DROPDOWNLIST, 0, id, font);
 }
 
-void LibraryChooser::Place(const Places& places) const {
+void LibraryChooser::MakeFileNameBox() {
+  const HWND window = GetParent(cboFiles_);
+  NameNextControl(window, "Library name");
+  txtFileName_ = CreateControl(window, "EDIT", "", WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameId_,
+                               FontOf(cboFiles_), boxPlace_);
+  SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
+  fileName_.Attach(txtFileName_);
+  RaiseWithLabel(txtFileName_);
+}
+
+void LibraryChooser::Place(const Places& places) {
   constexpr int openListHeight = 300;  // the closed field's height follows the font
   const int height = PlaceInParent(cboFiles_).height;
   const int top = (places.bar.height - height) / 2;
@@ -33,8 +41,8 @@ void LibraryChooser::Place(const Places& places) const {
   MoveTo(cboFiles_, {places.left, top, width, openListHeight});
   // Inside the field's border, which is as thick above as at the left.
   const int inset = std::min(places.boxInset, height / 5);
-  MoveTo(txtFileName_,
-         {places.left + places.boxInset, top + inset, width - places.boxNarrower, height - 2 * inset});
+  boxPlace_ = {places.left + places.boxInset, top + inset, width - places.boxNarrower, height - 2 * inset};
+  if (txtFileName_ != nullptr) MoveTo(txtFileName_, boxPlace_);
 }
 
 bool LibraryChooser::ListIsOpen() const {
@@ -105,6 +113,7 @@ std::optional<std::string> LibraryChooser::FileNameText() const {
 }
 
 void LibraryChooser::SetFileNameText(const std::string& text) {
+  if (txtFileName_ == nullptr) MakeFileNameBox();
   fileName_.SetText(text);
 }
 
@@ -120,6 +129,7 @@ void LibraryChooser::ShowFileNameBox() {
 }
 
 void LibraryChooser::HideFileNameBox() {
+  if (txtFileName_ == nullptr) return;
   const bool focused = GetFocus() == txtFileName_;
   ShowWindow(txtFileName_, SW_HIDE);
   // Not to the chooser, where the next arrow key would open another library. If the previous control is gone,

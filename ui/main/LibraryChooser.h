@@ -18,6 +18,7 @@ class LibraryChooser : public LibraryView {
 
   void Create(HWND parent, int id, int nameId, HFONT font);
   HWND cboFiles() const { return cboFiles_; }
+  /// Null before a library is renamed.
   HWND txtFileName() const { return txtFileName_; }
 
   /// Where the chooser goes in its toolbar, and the name box over it. Pixels.
@@ -28,7 +29,7 @@ class LibraryChooser : public LibraryView {
     int boxInset = 0;     ///< From the left edge of the chooser to that of the box.
     int boxNarrower = 0;  ///< How much narrower the box is than the chooser.
   };
-  void Place(const Places& places) const;
+  void Place(const Places& places);
 
   /// Handles a notification of `cboFiles`; true if the user has chosen an entry. An arrow key in the open
   /// list chooses nothing until the list closes.
@@ -57,6 +58,8 @@ class LibraryChooser : public LibraryView {
   /// A notification of our own, posted after the control's when its list closes at another entry.
   static constexpr int kTaken = 0x100;
 
+  void MakeFileNameBox();
+
   LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendMessageA(cboFiles_, message, wParam, lParam);
   }
@@ -64,6 +67,8 @@ class LibraryChooser : public LibraryView {
   CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
   HWND txtFileName_ = nullptr;  ///< Covers `cboFiles` while the library is renamed; hidden else.
+  int nameId_ = 0;
+  Rect boxPlace_{};
   ExactTextField fileName_;
   HWND focusBefore_ = nullptr;  ///< Had the focus before the box.
   int openedAt_ = -1;           ///< The entry that was selected when the list was opened.

@@ -78,7 +78,6 @@ void LibraryNaming::AcceptName() {
 }
 
 void LibraryNaming::txtFileName_LostFocus() {
-  view_.SetFileNameText(CurrentEntry());
   view_.HideFileNameBox();
 }
 

@@ -152,7 +152,6 @@ bool LibraryOperations::cboFiles_Click() {
   } else if (IsFullPath(text)) {
     OpenBNSFile(text);
   } else {
-    view_.SetFileNameText(text);
     OpenBNSFile(store_.PathOf(text));
   }
   return !view_.Gone();
@@ -183,9 +182,7 @@ bool LibraryOperations::OpenOutside(const std::string& path) {
     InsertFile(entry, path);
   }
   view_.SelectFile(entry);
-  if (!cboFiles_Click()) return false;
-  view_.SetFileNameText(path);
-  return true;
+  return cboFiles_Click();
 }
 
 std::vector<NamedLibrary> LibraryOperations::OtherLibraries() const {
@@ -356,7 +353,6 @@ void LibraryOperations::ShowWhereSaved() {
   view_.HideFileNameBox();
   view_.SelectFile(saved);
   openEntry_ = saved;
-  view_.SetFileNameText(view_.FileText(saved));
 }
 
 std::string LibraryOperations::SavedElsewhere() const {

@@ -24,9 +24,9 @@ LibraryWatch::LibraryWatch(const Parts& parts)
       history_(*this, parts.caption),
       lastTick_(GetTickCount()) {}
 
-void LibraryWatch::Attach(HWND window, HWND noticeOver) {
+void LibraryWatch::Attach(HWND window, HWND noticeLevel) {
   window_ = window;
-  noticeOver_ = noticeOver;
+  noticeLevel_ = noticeLevel;
   seenChanges_ = parts_.library.Changes;
 }
 
@@ -109,7 +109,7 @@ void LibraryWatch::ShowNotice() {
   const LibraryEvent& event = *notices_.told();
   const std::string time =
       event.version ? ShortTime(event.version->CameAbout(), SystemFiles().Now()) : std::string();
-  notice_.Show(window_, noticeOver_, NoticeOf(event.kind, LibraryNameFromEntry(event.path), time));
+  notice_.Show(window_, noticeLevel_, NoticeOf(event.kind, LibraryNameFromEntry(event.path), time));
 }
 
 void LibraryWatch::Chosen(NoticeChoice choice) {

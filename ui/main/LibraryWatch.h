@@ -34,8 +34,8 @@ class LibraryWatch : private HistorySource {
 
   explicit LibraryWatch(const Parts& parts);
 
-  /// `noticeOver` is the part of the window whose upper edge notices cover.
-  void Attach(HWND window, HWND noticeOver);
+  /// Notices are level with the upper edge of `noticeLevel`, a part of the window.
+  void Attach(HWND window, HWND noticeLevel);
   void Unload();
 
   /// To be called at least once a second.
@@ -74,7 +74,7 @@ class LibraryWatch : private HistorySource {
 
   Parts parts_;
   HWND window_ = nullptr;
-  HWND noticeOver_ = nullptr;
+  HWND noticeLevel_ = nullptr;
   Notice notice_;
   frmHistory history_;
   NoticeQueue notices_;

@@ -36,30 +36,37 @@ SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& to
                                  const LibraryChooser& chooser)
     : toolbars_(toolbars), chooser_(chooser), txtCode_(std::move(codeEvents)), twips_(ScreenTwips()) {}
 
-void SnippetControls::CreateNameBox(HWND window, int id, HFONT listFont) {
-  NameNextControl(window, "Snippet name");
-  txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, id, listFont);
-  SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
-  name_.Attach(txtName_);
-}
-
-void SnippetControls::Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont) {
+void SnippetControls::Create(HWND window, const Ids& ids, HFONT listFont) {
   editMode_.reset();
   fontHandle_ = MakeFont(font_, twips_);
-  NameNextControl(leftPane, "Snippets");
+  txtName_ = nullptr;
+  nameBoxId_ = ids.txtName;
+  NameNextControl(window, "Snippets");
   // The window text of a list is not shown; it names the list for screen readers that ignore labels.
-  lstCode_ = CreateControl(leftPane, "LISTBOX", "Snippets",
-                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-                           WS_EX_CLIENTEDGE, ids.lstCode, listFont);
-  NameNextControl(rightPane, "Description");
-  MakeDescription(rightPane, ids.txtDesc, fontHandle_.get());
-  txtCode_.CreateIn(rightPane, ids.txtCode, font_);
+  lstCode_ = CreateControl(
+      window, "LISTBOX", "Snippets",
+      WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
+      WS_EX_CLIENTEDGE, ids.lstCode, listFont);
+  NameNextControl(window, "Description");
+  MakeDescription(window, ids.txtDesc, fontHandle_.get());
+  txtCode_.CreateIn(window, ids.txtCode, font_);
+}
+
+/// Over the list and the controls beside it, because it may become wider than the list.
+void SnippetControls::MakeNameBox() {
+  const HWND window = GetParent(lstCode_);
+  NameNextControl(window, "Snippet name");
+  txtName_ = CreateControl(window, "EDIT", "", WS_BORDER | WS_CLIPSIBLINGS | ES_AUTOHSCROLL, 0, nameBoxId_,
+                           FontOf(lstCode_));
+  SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
+  name_.Attach(txtName_);
+  RaiseWithLabel(txtName_);
 }
 
 void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {
   txtDesc_ = CreateControl(parent, "EDIT", "",
-                           WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL |
-                               ES_WANTRETURN | (descriptionWraps_ ? 0 : ES_AUTOHSCROLL),
+                           WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP | WS_VSCROLL | ES_MULTILINE |
+                               ES_AUTOVSCROLL | ES_WANTRETURN | (descriptionWraps_ ? 0 : ES_AUTOHSCROLL),
                            WS_EX_CLIENTEDGE, id, font);
   SendMessageA(txtDesc_, EM_SETLIMITTEXT, 0, 0);
   LockDescription();
@@ -203,6 +210,7 @@ void SnippetControls::FocusCode() {
 }
 
 void SnippetControls::ShowNameBox(int row, const std::string& name) {
+  if (txtName_ == nullptr) MakeNameBox();
   nameBoxRow_ = row;
   List(LB_SETCURSEL, static_cast<WPARAM>(row));  // also scrolls it into view
   MoveTo(txtName_, NameBoxPlace());

@@ -21,6 +21,7 @@ class SnippetControls : public SnippetView {
  public:
   struct Ids {
     int lstCode;
+    int txtName;
     int txtDesc;
     int txtCode;
   };
@@ -28,13 +29,12 @@ class SnippetControls : public SnippetView {
   /// `SetEditingDisabled` and `SetEditMode` also change the toolbars and the chooser's tab stop.
   SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& toolbars, const LibraryChooser& chooser);
 
-  /// `txtName` is a child of the main window, so that it can be wider than the list. Make it before the
-  /// panes, which it covers.
-  void CreateNameBox(HWND window, int id, HFONT listFont);
-  void Create(HWND leftPane, HWND rightPane, const Ids& ids, HFONT listFont);
+  /// Makes all but `txtName`, which is made when it is first shown.
+  void Create(HWND window, const Ids& ids, HFONT listFont);
 
   HWND lstCode() const { return lstCode_; }
   int SelectedRow() const;  ///< -1 for none; the list notifies only when the mouse button is released.
+  /// Null before it is first shown.
   HWND txtName() const { return txtName_; }
   HWND txtDesc() const { return txtDesc_; }
   BnRichEdit& txtCode() { return txtCode_; }
@@ -84,6 +84,7 @@ class SnippetControls : public SnippetView {
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
+  void MakeNameBox();
 
   LRESULT List(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
     return SendMessageA(lstCode_, message, wParam, lParam);
@@ -100,6 +101,7 @@ class SnippetControls : public SnippetView {
   UniqueFont fontHandle_;
   HWND lstCode_ = nullptr;
   HWND txtName_ = nullptr;
+  int nameBoxId_ = 0;
   HWND txtDesc_ = nullptr;
   int nameBoxRow_ = -1;
   bool descriptionWraps_ = true;

@@ -252,6 +252,7 @@ void frmAddIn::FieldLeft() {
 /// The command of a key in the focused control, if any.
 std::optional<int> frmAddIn::CommandOfKey(WPARAM key) const {
   const HWND focus = GetFocus();
+  if (focus == nullptr) return std::nullopt;
   if (focus == controls_.txtName()) {
     if (key == VK_RETURN) return Command::kAcceptName;
     if (key == VK_ESCAPE) return Command::kCancelName;
@@ -293,6 +294,8 @@ bool frmAddIn::PreTranslate(MSG& message) {
       SendMessageA(hWnd(), WM_COMMAND, static_cast<WPARAM>(*command), 0);
       return true;
     }
+    // An edit control of several lines takes its parent for a dialog, which Escape closes.
+    if (message.wParam == VK_ESCAPE && message.hwnd == controls_.txtDesc()) return true;
   }
   if (message.message == WM_CHAR && message.hwnd == controls_.lstCode()) {
     TypeAhead(message);

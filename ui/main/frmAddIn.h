@@ -20,7 +20,7 @@
 #include "ui/main/LibraryWatch.h"
 #include "ui/main/MainMenus.h"
 #include "ui/main/MainToolbars.h"
-#include "ui/main/Pane.h"
+#include "ui/main/MainWindowLayout.h"
 #include "ui/main/SnippetControls.h"
 #include "ui/main/SnippetEditing.h"
 #include "ui/main/SnippetFinding.h"
@@ -86,7 +86,7 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   void Form_Resize();
   void cmd_Resize();
   void RightPane_Resize(bool evenIfTooLow = false);
-  void LeftPane_Paint(HDC dc);
+  Rect InRightPane(const Rect& place) const;
   void LookAround();
   bool Form_QueryUnload();
   void Form_Unload();
@@ -141,9 +141,6 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   UniqueFont font_;
   CaptionHook captionHook_;
   MainToolbars bars_;
-  Pane leftPane_;
-  Pane rightPane_;
-  Pane picAttach_;
   Splitter picSplt_;
   Splitter picHSplt_;
   HWND cmdAttach_ = nullptr;
@@ -171,8 +168,10 @@ class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
   bool unloading_ = false;
   bool openingOutputMenu_ = false;
   Switches switches_;
-  int leftPaneWidth_;      ///< Twips.
-  int descriptionHeight_;  ///< Twips.
+  Rect rightPane_{};               ///< Pixels of the window.
+  RightPanePlaces rightPlaces_{};  ///< In it, as it was laid out last; twips.
+  int leftPaneWidth_;              ///< Twips.
+  int descriptionHeight_;          ///< Twips.
 };
 
 }  // namespace snip

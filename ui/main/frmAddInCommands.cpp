@@ -8,6 +8,7 @@
 
 #include "platform/Clipboard.h"
 #include "platform/FlagScope.h"
+#include "platform/Rects.h"
 #include "platform/Shell.h"
 #include "ui/dialogs/CommonDialog.h"
 #include "ui/dialogs/frmAbout.h"
@@ -259,10 +260,8 @@ void frmAddIn::txtCode_MouseDown(int button, POINT screen) {
 void frmAddIn::DropFiles(HDROP files) {
   POINT place{};
   DragQueryPoint(files, &place);
-  ClientToScreen(hWnd(), &place);
-  RECT panel{};
-  GetWindowRect(picAttach_.hWnd(), &panel);
   // Only one library and one attachment can be shown; the first that fits is taken.
+  const RECT panel = ToRECT(InRightPane(rightPlaces_.attachPanel));
   const bool attaches = PtInRect(&panel, place) != 0;
   const std::vector<std::string> paths = DroppedFiles(files);
   const auto path = std::find_if(paths.begin(), paths.end(), [attaches](const std::string& file) {

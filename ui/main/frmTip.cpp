@@ -146,8 +146,7 @@ LRESULT frmTip::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 // --- Over the list ----------------------------------------------------------------------------------------
 
-void ListTips::Attach(HWND pane, HWND list) {
-  pane_ = pane;
+void ListTips::Attach(HWND list) {
   list_ = list;
   tip_.SetExtended(list);
 }
@@ -199,7 +198,7 @@ int ListTips::TextWidth(const std::string& text) {
 }
 
 int ListTips::PaneWidth() const {
-  return ClientSize(pane_).width;
+  return PlaceInParent(list_).width;
 }
 
 }  // namespace snip

@@ -51,8 +51,7 @@ class frmTip : public Window, public TipWindow {
 /// The tips over the snippet list: the list box, the tip window and the mouse behind `SnippetTips`.
 class ListTips : private TipSurroundings {
  public:
-  /// `pane` contains the list.
-  void Attach(HWND pane, HWND list);
+  void Attach(HWND list);
   void Unload() { tip_.Destroy(); }
   /// Takes the font of the list.
   void TakeListFont();
@@ -77,7 +76,6 @@ class ListTips : private TipSurroundings {
   void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTipAt(text, {x, y}); }
   void HideTip() override { tip_.Hide(); }
 
-  HWND pane_ = nullptr;
   HWND list_ = nullptr;
   // What PlaceOfPointer found last.
   POINT pointer_{};  ///< On the screen.
