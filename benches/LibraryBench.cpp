@@ -95,13 +95,13 @@ BnsContents ReadLibrary(const std::string& path) {
   return std::get<BnsContents>(std::move(result));
 }
 
-/// A file's bytes, and how many line ends are in them.
+/// A file's bytes, and how many line endings are in them.
 struct Lines {
   std::unique_ptr<char[]> bytes;
   std::size_t count = 0;
 };
 
-/// Reads the same bytes and finds every line end.
+/// Reads the same bytes and finds every line ending.
 Lines FindLines(const std::string& path) {
   File file(path, O_RDONLY);
   const std::size_t size = file.Size();
@@ -109,9 +109,9 @@ Lines FindLines(const std::string& path) {
   Require(file.Read({lines.bytes.get(), size}) == size, "short read");
   const char* const end = lines.bytes.get() + size;
   for (const char* at = lines.bytes.get(); at < end; ++lines.count) {
-    const void* lineEnd = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
-    if (lineEnd == nullptr) break;
-    at = static_cast<const char*>(lineEnd) + 1;
+    const void* lineEnding = std::memchr(at, '\n', static_cast<std::size_t>(end - at));
+    if (lineEnding == nullptr) break;
+    at = static_cast<const char*>(lineEnding) + 1;
   }
   Require(lines.count > 0, "no lines");
   return lines;

@@ -3,6 +3,7 @@
 #include <array>
 #include <utility>
 
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -10,8 +11,8 @@ namespace {
 
 using namespace bns;
 
-void DropLastLineEnd(std::string& text) {
-  if (text.size() >= kLineEnd.size()) text.resize(text.size() - kLineEnd.size());
+void DropLastLineEnding(std::string& text) {
+  if (text.size() >= kCrLf.size()) text.resize(text.size() - kCrLf.size());
 }
 
 /// Makes snippets of a file's lines.
@@ -33,7 +34,7 @@ class Reader : public BnsEvents {
     } else if (section == BnsSection::Description && version1) {
       snippet_.Description = line;
     } else if (section == BnsSection::Description || section == BnsSection::Code) {
-      BlockOf(section).append(TrimRight(line)).append(kLineEnd);
+      BlockOf(section).append(TrimRight(line)).append(kCrLf);
     }
   }
 
@@ -41,7 +42,7 @@ class Reader : public BnsEvents {
 
   BnsContents Finish(BnsEnding ending) {
     // The last snippet loses its own line endings and one more of each, as it did in all earlier versions.
-    if (ending == BnsEnding::ListEndTooEarly) DropLastLineEnds(snippet_);
+    if (ending == BnsEnding::ListEndTooEarly) DropLastLineEndings(snippet_);
     AddSnippet();
     // The announced snippet is there, but empty.
     if (ending == BnsEnding::FileEndTooEarly) AddSnippet();
@@ -53,16 +54,16 @@ class Reader : public BnsEvents {
     return section == BnsSection::Code ? snippet_.Code : snippet_.Description;
   }
 
-  void DropLastLineEnds(Snippet& snippet) const {
-    DropLastLineEnd(snippet.Code);
-    if (contents_.version == BnsVersion::Version2) DropLastLineEnd(snippet.Description);
+  void DropLastLineEndings(Snippet& snippet) const {
+    DropLastLineEnding(snippet.Code);
+    if (contents_.version == BnsVersion::Version2) DropLastLineEnding(snippet.Description);
   }
 
   void AddSnippet() {
     if (!reading_) return;
     if (count_ < Library::kMaxSnippets) {
       ++count_;
-      DropLastLineEnds(snippet_);
+      DropLastLineEndings(snippet_);
       take_ ? take_(snippet_) : contents_.snippets.push_back(snippet_);
     } else {
       ++contents_.omitted;
@@ -113,7 +114,7 @@ bool BnsBytes::TakeNext() {
   std::size_t count = 0;
   const auto add = [&](std::string_view item) {
     parts_[count++] = item;
-    parts_[count++] = kLineEnd;
+    parts_[count++] = kCrLf;
   };
   const std::size_t step = step_++;
   if (step == 0) {
@@ -146,7 +147,7 @@ std::size_t BnsBytes::Read(std::span<char> room) {
 }
 
 std::size_t BnsBytes::Size() const {
-  const auto line = [](std::string_view item) { return item.size() + kLineEnd.size(); };
+  const auto line = [](std::string_view item) { return item.size() + kCrLf.size(); };
   std::size_t size = line(kVersion2) + line(kListEnd);
   for (const Snippet& snippet : snippets_) {
     size += line(snippet.Name) + line(snippet.Attachment) + line(snippet.Description) +

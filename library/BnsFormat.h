@@ -63,7 +63,7 @@ class BnsBytes : public ByteSource {
 
   std::span<const Snippet> snippets_;
   std::size_t step_ = 0;
-  std::array<std::string_view, 12> parts_;  ///< Of one snippet: items, each followed by a line end.
+  std::array<std::string_view, 12> parts_;  ///< Of one snippet: items, each followed by a line ending.
   std::span<std::string_view> ahead_;       ///< The parts that have not been read completely.
 };
 

@@ -5,23 +5,13 @@
 #include <variant>
 
 #include "library/BnsFormat.h"
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 
 namespace snip {
 namespace {
 
 using namespace bns;
-
-/// Calls `take` for each line of a text.
-template <class Take>
-void ForEachLine(std::string_view text, Take take) {
-  for (;;) {
-    const std::size_t length = text.find(kLineEnd);
-    take(text.substr(0, length));
-    if (length == std::string_view::npos) return;
-    text.remove_prefix(length + kLineEnd.size());
-  }
-}
 
 std::optional<std::string> WhyNotHeldAs(const std::string& what, std::string_view text,
                                         std::initializer_list<std::string_view> markers) {
@@ -43,9 +33,9 @@ std::size_t DropSpaces(std::string& text) {
   std::size_t count = 0;
   ForEachLine(text, [&](std::string_view line) {
     count += line.ends_with(' ') ? 1 : 0;
-    kept.append(TrimRight(line)).append(kLineEnd);
+    kept.append(TrimRight(line)).append(kCrLf);
   });
-  kept.resize(kept.size() - kLineEnd.size());
+  kept.resize(kept.size() - kCrLf.size());
   text = std::move(kept);
   return count;
 }
@@ -66,7 +56,7 @@ bool EndsSnippetList(std::string_view name) {
   return IsMarker(name, kListEnd);
 }
 
-std::size_t DropLineEndSpaces(Snippet& snippet) {
+std::size_t DropTrailingSpaces(Snippet& snippet) {
   return DropSpaces(snippet.Description) + DropSpaces(snippet.Code);
 }
 

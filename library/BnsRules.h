@@ -20,11 +20,11 @@ std::optional<std::string> WhyNotHeld(const Snippet& snippet);
 /// after it.
 bool EndsSnippetList(std::string_view name);
 
-/// Drops the spaces at line ends, which the file format does not keep; returns how many lines had some.
-std::size_t DropLineEndSpaces(Snippet& snippet);
+/// Drops trailing spaces of lines, which the file format does not keep; returns how many lines had some.
+std::size_t DropTrailingSpaces(Snippet& snippet);
 
-/// Whether a file of these snippets reads back as them, apart from spaces at line ends. Texts of a version 1
-/// file may have lines that are markers only in version 2.
+/// Whether a file of these snippets reads back as them, apart from trailing spaces of lines. Texts of a
+/// version 1 file may have lines that are markers only in version 2.
 bool ReadsBackWhole(std::span<const Snippet> snippets);
 
 }  // namespace snip

@@ -1,14 +1,16 @@
 #include "library/BnsScanner.h"
 
+#include "library/LineEndings.h"
+
 namespace snip {
 
 using namespace bns;
 
 void BnsEvents::OnPlainLines(BnsSection section, std::string_view lines) {
   while (!lines.empty()) {
-    const std::size_t length = lines.find(kLineEnd);
-    OnLine(section, lines.substr(0, length), lines.substr(0, length + kLineEnd.size()));
-    lines.remove_prefix(length + kLineEnd.size());
+    const std::size_t length = lines.find(kCrLf);
+    OnLine(section, lines.substr(0, length), lines.substr(0, length + kCrLf.size()));
+    lines.remove_prefix(length + kCrLf.size());
   }
 }
 
@@ -69,7 +71,7 @@ bool BnsScanner::ScanBlock(BnsSection section, BnsSection endSection, std::strin
     const bool ends = IsMarker(line, marker);
     const bool listEnds = !ends && IsMarker(line, listEnd_);
     const bool text = !ends && !listEnds;
-    if (text && !line.ends_with(' ') && sinceMark.size() == plain + line.size() + kLineEnd.size()) {
+    if (text && !line.ends_with(' ') && sinceMark.size() == plain + line.size() + kCrLf.size()) {
       plain = sinceMark.size();
       if (plain < manyBytes) continue;
       reportPlain();

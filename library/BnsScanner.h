@@ -27,14 +27,13 @@ namespace snip {
 namespace bns {
 inline constexpr std::string_view kVersion1 = "BNS1.0";
 inline constexpr std::string_view kVersion2 = "BNS2.0";
-inline constexpr std::string_view kLineEnd = "\r\n";
 inline constexpr std::string_view kDescriptionEnd = "(,)";
 inline constexpr std::string_view kCodeEnd = "(.)";
 inline constexpr std::string_view kListEnd = "...";
 inline constexpr std::string_view kCodeEndV1 = ".";
 inline constexpr std::string_view kListEndV1 = "..";
 
-/// Whether a line, without its line end, is that marker; spaces around it are ignored.
+/// Whether a line, without its line ending, is that marker; spaces around it are ignored.
 inline bool IsMarker(std::string_view line, std::string_view marker) {
   // Every line of a library is tested here, and the last character rules most of them out.
   if (line.empty() || (line.back() != ' ' && line.back() != marker.back())) return false;
@@ -66,7 +65,7 @@ class BnsEvents {
  public:
   virtual ~BnsEvents() = default;
 
-  /// One line, without its line end and as it is in the file.
+  /// One line, without its line ending and as it is in the file.
   virtual void OnLine(BnsSection section, std::string_view line, std::string_view lineInFile) = 0;
   /// Several lines of a description or of code, each ended by CR LF and without spaces before that: most
   /// lines are such, and handling many at once is faster. Calls OnLine for each, unless overridden.
@@ -82,7 +81,7 @@ class BnsScanner {
 
   /// Whether the file has no bytes.
   bool empty() const { return lineInFile_.empty(); }
-  /// The first line, without its line end. Valid until the scan.
+  /// The first line, without its line ending. Valid until the scan.
   std::string_view firstLine() const { return firstLine_; }
   /// None if the first line names no version: the file is not a library.
   std::optional<BnsVersion> version() const { return version_; }
@@ -106,7 +105,7 @@ class BnsScanner {
 
   LineReader lines_;
   std::string_view firstLine_;
-  std::string_view lineInFile_;  ///< The first line with its line end.
+  std::string_view lineInFile_;  ///< The first line with its line ending.
   std::optional<BnsVersion> version_;
   std::string_view listEnd_ = bns::kListEnd;
   std::size_t lineNumber_ = 1;

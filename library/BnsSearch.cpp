@@ -41,7 +41,7 @@ class Searcher : public BnsEvents {
       hit_.text = lines.substr(begin, end - begin);
       if (hit_.text.ends_with('\r')) hit_.text.remove_suffix(1);
       hit_.match = {.at = match->at - begin, .length = match->length};
-      if (hit_.match.at <= hit_.text.size()) take_(hit_);  // an empty match can be inside the line end
+      if (hit_.match.at <= hit_.text.size()) take_(hit_);  // an empty match can be inside the line ending
       skipTo(std::min(end + 1, lines.size()));
     }
   }

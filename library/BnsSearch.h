@@ -22,7 +22,7 @@ struct Hit {
   std::string_view name;                  ///< The snippet's.
   BnsSection section = BnsSection::Name;  ///< Name, Description or Code.
   std::size_t line = 1;                   ///< Of that text, from 1.
-  std::string_view text;                  ///< The line without its line end.
+  std::string_view text;                  ///< The line without its line ending.
   Match match;                            ///< The first in the line.
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 
 namespace snip {
@@ -10,7 +11,6 @@ namespace {
 
 constexpr std::string_view kOpen = "<<";
 constexpr std::string_view kClose = ">>";
-constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kBlanks = " \t";
 
 bool InName(char c) {
@@ -36,17 +36,6 @@ std::optional<CodeField> FieldOf(std::string_view text) {
     field.choices.emplace_back(text.substr(0, bar));
     if (bar == std::string_view::npos) return field;
     text.remove_prefix(bar + 1);
-  }
-}
-
-/// Calls `take` with each line, without its CR LF.
-template <class Take>
-void ForEachLine(std::string_view text, const Take& take) {
-  for (;;) {
-    const std::size_t end = text.find(kLineEnd);
-    take(text.substr(0, end));
-    if (end == std::string_view::npos) return;
-    text.remove_prefix(end + kLineEnd.size());
   }
 }
 
@@ -97,14 +86,14 @@ std::vector<CodeField> FieldsIn(std::string_view code) {
   // The next closing mark and the next end of a line. Each is searched for only once, because code may
   // consist of nothing but marks.
   std::size_t close = 0;
-  std::size_t lineEnd = 0;
+  std::size_t lineEnding = 0;
   for (std::size_t at = code.find(kOpen); at != std::string_view::npos; at = code.find(kOpen, at)) {
     // Of several opening marks in a row the last counts.
     const std::size_t inside = at + kOpen.size();
     if (close < inside) close = code.find(kClose, inside);
-    if (lineEnd < inside) lineEnd = code.find_first_of(kLineEnd, inside);
+    if (lineEnding < inside) lineEnding = code.find_first_of(kCrLf, inside);
     if (close == std::string_view::npos) break;
-    auto field = lineEnd < close ? std::nullopt : FieldOf(code.substr(inside, close - inside));
+    auto field = lineEnding < close ? std::nullopt : FieldOf(code.substr(inside, close - inside));
     if (!field) {
       ++at;
       continue;
@@ -157,7 +146,7 @@ FilledCode FillFields(std::string_view code,
     const std::string indentation(IndentationBefore(filled.text, filled.text.size()));
     bool first = true;
     ForEachLine(textOf(field.name), [&](std::string_view line) {
-      if (!first) filled.text.append(kLineEnd).append(IsBlank(line) ? std::string_view{} : indentation);
+      if (!first) filled.text.append(kCrLf).append(IsBlank(line) ? std::string_view{} : indentation);
       filled.text.append(line);
       first = false;
     });
@@ -178,7 +167,7 @@ std::string Indented(std::string_view text, std::string_view indentation) {
   std::string indented;
   bool first = true;
   ForEachLine(text, [&](std::string_view line) {
-    if (!first) indented.append(kLineEnd);
+    if (!first) indented.append(kCrLf);
     if (!line.empty()) indented.append(indentation).append(line);
     first = false;
   });
@@ -197,7 +186,7 @@ std::string WithoutCommonIndentation(std::string_view text) {
   std::string shorter;
   bool first = true;
   ForEachLine(text, [&](std::string_view line) {
-    if (!first) shorter.append(kLineEnd);
+    if (!first) shorter.append(kCrLf);
     shorter.append(line.substr(std::min(IsBlank(line) ? line.size() : common->size(), line.size())));
     first = false;
   });

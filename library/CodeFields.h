@@ -13,7 +13,7 @@ namespace snip {
 /// A place in a snippet's code that is filled when the code is pasted: `<<name>>`, whose default is its name,
 /// `<<name=text>>` with another default, or `<<name=a|b>>` with texts to choose from. A name begins with a
 /// letter, a digit or an underscore, and may hold these, blanks and hyphens. Anything else between the marks
-/// is code, as is a line end.
+/// is code, as is a line ending.
 struct CodeField {
   std::size_t begin = 0;  ///< Of the first mark, in bytes of the code.
   std::size_t end = 0;    ///< After the last mark.

@@ -6,6 +6,8 @@
 #include <limits>
 #include <unordered_map>
 
+#include "library/LineEndings.h"
+
 namespace snip {
 namespace {
 
@@ -139,14 +141,9 @@ class Comparison {
 }  // namespace
 
 std::vector<std::string_view> SplitLines(std::string_view text) {
-  constexpr std::string_view kLineEnd = "\r\n";
   std::vector<std::string_view> lines;
-  for (;;) {
-    const std::size_t length = text.find(kLineEnd);
-    lines.push_back(text.substr(0, length));
-    if (length == std::string_view::npos) return lines;
-    text.remove_prefix(length + kLineEnd.size());
-  }
+  ForEachLine(text, [&lines](std::string_view line) { lines.push_back(line); });
+  return lines;
 }
 
 std::vector<LineChange> CompareLines(std::span<const std::string_view> oldLines,

@@ -40,7 +40,7 @@ std::string_view LineReader::Next() {
       ++lineFeed;
     }
     if (atEnd) {
-      // The file was cut within its last line end.
+      // The file was cut within its last line ending.
       const bool dropReturn = length > 0 && bytes_[end_ - 1] == '\r';
       return Take(length - (dropReturn ? 1 : 0), length);
     }

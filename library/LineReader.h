@@ -22,8 +22,8 @@ class LineReader {
   /// Whether LF alone ends lines.
   bool unixLines() const { return unixLines_; }
 
-  /// The next line without its line end, which the last one need not have. Not to be called at the end. The
-  /// line is valid until the next call of AtEnd or Next.
+  /// The next line without its line ending, which the last one need not have. Not to be called at the end.
+  /// The line is valid until the next call of AtEnd or Next.
   std::string_view Next();
   std::string_view NextOrEmpty() { return AtEnd() ? std::string_view{} : Next(); }
 
@@ -32,7 +32,7 @@ class LineReader {
 
   /// Keeps what follows the last line in the buffer until the next mark.
   void Mark() { mark_ = at_; }
-  /// The lines since then as they are in the file, with their line ends; valid as long as a line.
+  /// The lines since then as they are in the file, with their line endings; valid as long as a line.
   std::string_view SinceMark() const { return {bytes_.get() + mark_, at_ - mark_}; }
 
  private:

@@ -11,7 +11,7 @@
 namespace snip {
 
 /// The text of an edit or rich-edit control, byte for byte: what was put in and not touched by the user comes
-/// out as it was, whatever the control makes of zero bytes and lone line ends.
+/// out as it was, whatever the control makes of zero bytes and lone line endings.
 ///
 /// What is pasted becomes what the code page has of it, so that the control shows what will be stored.
 class ExactTextField {

@@ -19,7 +19,7 @@ char FreeByte(std::string_view text) {
 }
 
 /// CR LF, a lone CR and a lone LF each end a line.
-std::string WithUniformLineEnds(std::string_view text) {
+std::string WithUniformLineEndings(std::string_view text) {
   std::string uniform;
   uniform.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -37,7 +37,7 @@ std::string WithUniformLineEnds(std::string_view text) {
 
 }  // namespace
 
-TextFieldBytes::TextFieldBytes(std::string_view text) : shown_(WithUniformLineEnds(text)) {
+TextFieldBytes::TextFieldBytes(std::string_view text) : shown_(WithUniformLineEndings(text)) {
   if (text.find('\0') == std::string_view::npos) return;
   standIn_ = FreeByte(text);
   std::replace(shown_.begin(), shown_.end(), '\0', standIn_);

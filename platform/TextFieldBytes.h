@@ -7,8 +7,8 @@ namespace snip {
 
 /// Carries any bytes through an edit control, which ends its text at the first zero byte.
 ///
-/// Every line end is shown as CR LF, because rich-edit controls change any other. A zero byte is shown as a
-/// control character that does not occur in the text and turned back when the text is read again, so that a
+/// Every line ending is shown as CR LF, because rich-edit controls change any other. A zero byte is shown as
+/// a control character that does not occur in the text and turned back when the text is read again, so that a
 /// damaged or foreign library keeps every byte it came with.
 class TextFieldBytes {
  public:

@@ -97,17 +97,17 @@ class GitSetup : public Command {
     std::string text = exists ? session_.Read(path) : "";
     const std::string line(kAttributes);
     // Git for Windows may check the file out with CR LF.
-    const std::string lineEnd = text.find("\r\n") == std::string::npos ? "\n" : "\r\n";
-    const std::size_t at = (lineEnd + text + lineEnd).find(lineEnd + line + lineEnd);
+    const std::string lineEnding = text.find("\r\n") == std::string::npos ? "\n" : "\r\n";
+    const std::size_t at = (lineEnding + text + lineEnding).find(lineEnding + line + lineEnding);
     const bool there = at != std::string::npos;
     if (there != undo_) return;
     if (!undo_) {
       const bool withinLine = !text.empty() && !text.ends_with('\n');
-      text += withinLine ? lineEnd + line : line + lineEnd;
+      text += withinLine ? lineEnding + line : line + lineEnding;
     } else if (at + line.size() == text.size()) {
-      text.erase(at > 0 ? at - lineEnd.size() : 0);  // with the line end before it
+      text.erase(at > 0 ? at - lineEnding.size() : 0);  // with the line ending before it
     } else {
-      text.erase(at, line.size() + lineEnd.size());
+      text.erase(at, line.size() + lineEnding.size());
     }
     session_.WriteLine(NameOf(path) + (undo_ ? ": remove: " : ": add: ") + line);
     if (session_.dryRun) return;

@@ -43,7 +43,7 @@ BnsContents ReadContents(Session& session, const std::string& path, std::string_
 }
 
 void RequireHeld(Session& session, Snippet& snippet) {
-  DropLineEndSpaces(snippet);
+  DropTrailingSpaces(snippet);
   if (const auto why = WhyNotHeld(snippet)) {
     throw Failure(ExitCode::Refused,
                   "\"" + session.page.ToUtf8(snippet.Name) + "\" cannot be kept in a library: " + *why);

@@ -29,7 +29,7 @@ BnsContents ReadForChange(Session& session, const std::string& path, std::string
 void WriteLibrary(Session& session, const std::string& path, const std::vector<Snippet>& snippets,
                   bool isNew = false);
 
-/// Drops the spaces at the snippet's line ends; throws a Failure if a library file cannot hold it.
+/// Drops trailing spaces of the snippet's lines; throws a Failure if a library file cannot hold it.
 void RequireHeld(Session& session, Snippet& snippet);
 
 /// A library that a command reads and may change. The path "-" is the standard input, and the standard output

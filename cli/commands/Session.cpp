@@ -28,10 +28,10 @@ std::string Session::Argument(const std::string& utf8) {
 std::string Session::TextOfFile(const std::string& path, Encoding encoding) {
   const AnsiText ansi = ReadInputText(Read(path), encoding, page);
   CheckLoss(ansi.lost, NameOf(path));
-  if (encoding != Encoding::Ansi) return WithCrLf(WithoutLastLineEnd(ansi.text)).text;
+  if (encoding != Encoding::Ansi) return WithCrLf(WithoutLastLineEnding(ansi.text)).text;
   // ANSI text is kept byte for byte: a CR or LF alone ends a line only in a text without any CR LF.
   const bool hasCrLf = ansi.text.find("\r\n") != std::string::npos;
-  const std::string text(WithoutLastLineEnd(ansi.text));
+  const std::string text(WithoutLastLineEnding(ansi.text));
   return hasCrLf ? text : WithCrLf(text).text;
 }
 

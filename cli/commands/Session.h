@@ -27,7 +27,7 @@ class Session {
   std::string Read(const std::string& path) { return Open(path).ReadAll(); }
   /// A text of the command line in the library's code page; refuses to lose characters.
   std::string Argument(const std::string& utf8);
-  /// The text of a file (or "-") for a snippet, without the last line end; refuses to lose characters.
+  /// The text of a file (or "-") for a snippet, without the last line ending; refuses to lose characters.
   std::string TextOfFile(const std::string& path, Encoding encoding);
 
   void WriteLine(std::string_view utf8);

@@ -10,20 +10,20 @@
 #include "cli/system/Failure.h"
 #include "cli/exchange/Json.h"
 #include "cli/exchange/UniqueNames.h"
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 
 namespace snip {
 namespace {
 
 constexpr std::string_view kExtension = ".bas";
-constexpr std::string_view kLineEnd = "\r\n";
 
 std::string_view FirstLine(std::string_view text) {
-  return text.substr(0, text.find(kLineEnd));
+  return text.substr(0, text.find(kCrLf));
 }
 std::string_view WithoutFirstLine(std::string_view text) {
-  const auto end = text.find(kLineEnd);
-  return end == std::string_view::npos ? std::string_view{} : text.substr(end + kLineEnd.size());
+  const auto end = text.find(kCrLf);
+  return end == std::string_view::npos ? std::string_view{} : text.substr(end + kCrLf.size());
 }
 
 /// Whether a file with this code alone would be read as having a description or attributes.
@@ -42,14 +42,14 @@ std::string BasBytes(const Snippet& snippet) {
     std::string_view rest = snippet.Description;
     do {
       const std::string_view line = FirstLine(rest);
-      bytes.append(line.empty() ? "'" : "' ").append(line).append(kLineEnd);
-      const bool last = rest.find(kLineEnd) == std::string_view::npos;
+      bytes.append(line.empty() ? "'" : "' ").append(line).append(kCrLf);
+      const bool last = rest.find(kCrLf) == std::string_view::npos;
       rest = WithoutFirstLine(rest);
       if (last) break;
     } while (true);
-    bytes.append(kLineEnd);
+    bytes.append(kCrLf);
   }
-  return bytes.append(snippet.Code).append(kLineEnd);
+  return bytes.append(snippet.Code).append(kCrLf);
 }
 
 /// Splits a file again. It may also be written by hand, or saved by the development environment, which puts
@@ -61,18 +61,18 @@ void ReadBas(std::string_view text, Snippet& snippet) {
   while (text.starts_with('\'')) {
     std::string_view line = FirstLine(text).substr(1);
     if (line.starts_with(' ')) line.remove_prefix(1);
-    description.append(any ? kLineEnd : "").append(line);
+    description.append(any ? kCrLf : "").append(line);
     any = true;
     text = WithoutFirstLine(text);
   }
-  if (any && text.starts_with(kLineEnd)) text.remove_prefix(kLineEnd.size());
+  if (any && text.starts_with(kCrLf)) text.remove_prefix(kCrLf.size());
   snippet.Description = std::move(description);
-  snippet.Code = text.ends_with(kLineEnd) ? text.substr(0, text.size() - kLineEnd.size()) : text;
+  snippet.Code = text.ends_with(kCrLf) ? text.substr(0, text.size() - kCrLf.size()) : text;
 }
 
 /// LF alone ends lines only in a file without any CR LF; otherwise it is part of a line.
 std::string WithUsualLines(std::string_view text, std::size_t& changed) {
-  if (text.find(kLineEnd) != std::string_view::npos) return std::string(text);
+  if (text.find(kCrLf) != std::string_view::npos) return std::string(text);
   ConvertedLines lines = WithCrLf(text);
   changed = lines.changed;
   return std::move(lines.text);
@@ -119,7 +119,7 @@ Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, 
   }
   if (!index.is_array()) throw Malformed(1, "not a list of snippets");
   const auto read = [&](const FolderFile& file, const std::string& name, const std::string& attachment) {
-    std::size_t lineEnds = 0;
+    std::size_t lineEndings = 0;
     AnsiText text = ReadInputText(file.bytes, encoding, page);
     AnsiText ansiName = page.FromUtf8(name);
     AnsiText ansiAttachment = page.FromUtf8(attachment);
@@ -128,8 +128,8 @@ Imported ReadBasFolder(const std::vector<FolderFile>& files, Encoding encoding, 
                     .Attachment = std::move(ansiAttachment.text),
                     .Code = {},
                     .Description = {}};
-    ReadBas(WithUsualLines(text.text, lineEnds), snippet);
-    importer.report().Note(Loss::LineEnds, name, lineEnds);
+    ReadBas(WithUsualLines(text.text, lineEndings), snippet);
+    importer.report().Note(Loss::LineEndings, name, lineEndings);
     importer.AddConverted(std::move(snippet));
   };
   for (const Json& entry : index) {

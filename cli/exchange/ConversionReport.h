@@ -17,13 +17,13 @@ enum class Loss {
   RepeatedKey,    ///< The file has the same name again later.
   NoRoom,         ///< The library is full.
   // The snippet was carried over, but:
-  Characters,     ///< Characters that the target cannot represent became "?".
-  Attachment,     ///< The target has no place for its attachment's path.
-  LineEnds,       ///< Unusual line ends became usual ones.
-  LineEndSpaces,  ///< Spaces at line ends are not kept.
-  OtherFields,    ///< A library has no place for its other properties.
-  Placeholders,   ///< Placeholders became their default texts.
-  Renamed,        ///< The name was changed.
+  Characters,      ///< Characters that the target cannot represent became "?".
+  Attachment,      ///< The target has no place for its attachment's path.
+  LineEndings,     ///< Unusual line endings became usual ones.
+  TrailingSpaces,  ///< Trailing spaces of lines are not kept.
+  OtherFields,     ///< A library has no place for its other properties.
+  Placeholders,    ///< Placeholders became their default texts.
+  Renamed,         ///< The name was changed.
 };
 
 struct LossNote {

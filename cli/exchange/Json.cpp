@@ -73,12 +73,12 @@ Json ReadJsonWithComments(std::string_view bytes, OutermostKeys& keys) {
     return Json::parse(text, watch, throws, comments);
   } catch (const Json::parse_error& error) {
     const auto end = std::min(error.byte > 0 ? error.byte - 1 : 0, text.size());
-    const auto lineEnds = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n');
+    const auto lineEndings = std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), '\n');
     // The message begins with the parser's name of the error and the place; the reason is at the end.
     const std::string_view message = error.what();
     const auto colon = message.find(": ");
     throw Malformed(
-        static_cast<std::size_t>(lineEnds) + 1,
+        static_cast<std::size_t>(lineEndings) + 1,
         "not JSON: " + std::string(colon == std::string_view::npos ? message : message.substr(colon + 2)));
   } catch (const Json::exception& error) {
     throw Malformed(1, "not JSON that can be read: " + std::string(error.what()));

@@ -8,7 +8,7 @@ namespace snip {
 
 void SnippetImporter::Add(const Foreign& foreign) {
   std::size_t lost = 0;
-  std::size_t lineEnds = 0;
+  std::size_t lineEndings = 0;
   const auto text = [&](const std::string& utf8) {
     AnsiText ansi = page_.FromUtf8(utf8);
     lost += ansi.lost;
@@ -16,7 +16,7 @@ void SnippetImporter::Add(const Foreign& foreign) {
   };
   const auto lines = [&](const std::string& utf8) {
     ConvertedLines withCrLf = WithCrLf(text(utf8));
-    lineEnds += withCrLf.changed;
+    lineEndings += withCrLf.changed;
     return std::move(withCrLf.text);
   };
   Snippet snippet{.Name = text(foreign.name),
@@ -24,13 +24,13 @@ void SnippetImporter::Add(const Foreign& foreign) {
                   .Code = lines(foreign.code),
                   .Description = lines(foreign.description)};
   report().Note(Loss::Characters, foreign.name, lost);
-  report().Note(Loss::LineEnds, foreign.name, lineEnds);
+  report().Note(Loss::LineEndings, foreign.name, lineEndings);
   AddConverted(std::move(snippet));
 }
 
 void SnippetImporter::AddConverted(Snippet snippet) {
   const std::string name = page_.ToUtf8(snippet.Name);
-  report().Note(Loss::LineEndSpaces, name, DropLineEndSpaces(snippet));
+  report().Note(Loss::TrailingSpaces, name, DropTrailingSpaces(snippet));
   if (const auto why = WhyNotHeld(snippet)) {
     report().Note(Loss::NotHeld, name, 1, *why);
     return;

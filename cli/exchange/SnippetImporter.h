@@ -43,7 +43,7 @@ class SnippetImporter {
   };
   /// Converts the texts and adds the snippet, or skips it if a library cannot hold it.
   void Add(const Foreign& foreign);
-  /// Adds a snippet whose texts are in the library's code page, with CR LF as line ends.
+  /// Adds a snippet whose texts are in the library's code page, with CR LF as line endings.
   void AddConverted(Snippet snippet);
 
   ConversionReport& report() { return imported_.report; }

@@ -17,12 +17,12 @@ AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage
 }
 
 ConvertedLines ToForeignText(std::string_view ansi, const CodePage& page) {
-  ConvertedLines lines = WithLineEnds(ansi, "\n", "\r\n");
+  ConvertedLines lines = WithLineEndings(ansi, "\n", "\r\n");
   lines.text = page.ToUtf8(lines.text);
   return lines;
 }
 
-std::string_view WithoutLastLineEnd(std::string_view text) {
+std::string_view WithoutLastLineEnding(std::string_view text) {
   if (text.ends_with("\r\n")) return text.substr(0, text.size() - 2);
   if (text.ends_with('\n') || text.ends_with('\r')) return text.substr(0, text.size() - 1);
   return text;

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "cli/system/CodePage.h"
-#include "library/LineEnds.h"
+#include "library/LineEndings.h"
 
 namespace snip {
 
@@ -17,13 +17,13 @@ enum class Encoding {
   AnsiUnlessMarked,  ///< The library's code page.
 };
 
-/// Converts an external text to the library's code page; line ends stay as they are.
+/// Converts an external text to the library's code page; line endings stay as they are.
 AnsiText ReadInputText(std::string_view bytes, Encoding encoding, const CodePage& page);
 
-/// Converts a library's text to UTF-8 with LF as line end. CR LF is the usual kind.
+/// Converts a library's text to UTF-8 with LF as line ending. CR LF is the usual kind.
 ConvertedLines ToForeignText(std::string_view ansi, const CodePage& page);
 
-/// A file editor's line end after the last line is not part of the text.
-std::string_view WithoutLastLineEnd(std::string_view text);
+/// A file editor's line ending after the last line is not part of the text.
+std::string_view WithoutLastLineEnding(std::string_view text);
 
 }  // namespace snip

@@ -231,11 +231,11 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
       "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
       "<CodeSnippets xmlns=\"http://schemas.microsoft.com/VisualStudio/2005/CodeSnippet\">\n";
   for (const Snippet& snippet : snippets) {
-    std::size_t otherLineEnds = 0;
+    std::size_t otherLineEndings = 0;
     std::size_t lost = 0;
     const auto text = [&](std::string_view ansi) {
       ConvertedLines lines = ToForeignText(ansi, page);
-      otherLineEnds += lines.changed;
+      otherLineEndings += lines.changed;
       lost += ReplaceNonXml(lines.text);
       return lines.text;
     };
@@ -252,7 +252,7 @@ std::string WriteVisualStudioSnippets(std::span<const Snippet> snippets, bool as
            XmlCharacterData(written.code) + "</Code>\n    </Snippet>\n  </CodeSnippet>\n";
     const std::string name = page.ToUtf8(snippet.Name);
     report.Note(Loss::Characters, name, lost);
-    report.Note(Loss::LineEnds, name, otherLineEnds);
+    report.Note(Loss::LineEndings, name, otherLineEndings);
     if (snippet.Attachment.find("://") != std::string::npos) report.Note(Loss::Attachment, name);
     ++report.carried;
   }

@@ -146,9 +146,9 @@ VsCodeFiles WriteVsCodeSnippets(std::span<const Snippet> snippets, bool asTempla
     const std::string key = keys.Take(name, std::identity());
     if (key != name) report.Note(Loss::Renamed, name, 1, key);
 
-    const auto [code, codeLineEnds] = ToForeignText(snippet.Code, page);
-    const auto [description, descriptionLineEnds] = ToForeignText(snippet.Description, page);
-    report.Note(Loss::LineEnds, name, codeLineEnds + descriptionLineEnds);
+    const auto [code, codeLineEndings] = ToForeignText(snippet.Code, page);
+    const auto [description, descriptionLineEndings] = ToForeignText(snippet.Description, page);
+    report.Note(Loss::LineEndings, name, codeLineEndings + descriptionLineEndings);
     OrderedJson entry = OrderedJson::object();
     entry["prefix"] = name;
     entry["scope"] = "vb";

@@ -117,7 +117,7 @@ std::string TextOf(const XmlNode* node) {
     const bool holdsText = part->type() == rapidxml::node_data || part->type() == rapidxml::node_cdata;
     if (holdsText) text.append(part->value(), part->value_size());
   }
-  // XML line ends are LF; the parser does not convert them.
+  // XML line endings are LF; the parser does not convert them.
   std::string lines;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const bool carriageReturn = text[i] == '\r';

@@ -37,7 +37,7 @@ std::string_view LocalName(const XmlNode& node);
 const XmlNode* ChildOf(const XmlNode* node, std::string_view name);
 /// The next sibling element of the same name.
 const XmlNode* NextLike(const XmlNode& node);
-/// All text of an element, CDATA included, with LF for line ends; empty for null.
+/// All text of an element, CDATA included, with LF for line endings; empty for null.
 std::string TextOf(const XmlNode* node);
 /// An attribute's value; `otherwise` if it is missing.
 std::string_view AttributeOf(const XmlNode& node, std::string_view name, std::string_view otherwise);

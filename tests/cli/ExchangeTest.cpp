@@ -79,12 +79,12 @@ TEST(ExchangeTest, WhatAFormatCannotHoldIsCounted) {
   EXPECT_EQ(VsRoundTrip(library, vs).snippets,
             (Snippets{{.Name = "n", .Attachment = "", .Code = "a?\r\nb\r\nc\r\nd", .Description = "?"}}));
   EXPECT_EQ(vs.CountOf(Loss::Characters), 2U);
-  EXPECT_EQ(vs.CountOf(Loss::LineEnds), 2U);
+  EXPECT_EQ(vs.CountOf(Loss::LineEndings), 2U);
   ConversionReport code;
   EXPECT_EQ(
       VsCodeRoundTrip(library, code).snippets,
       (Snippets{{.Name = "n", .Attachment = "", .Code = "a\x01\r\nb\r\nc\r\nd", .Description = "\x02"}}));
-  EXPECT_EQ(code.CountOf(Loss::LineEnds), 2U);
+  EXPECT_EQ(code.CountOf(Loss::LineEndings), 2U);
   EXPECT_FALSE(code.CountOf(Loss::Characters) > 0);
   ConversionReport bas;
   EXPECT_EQ(BasRoundTrip(library, bas).snippets, library);
@@ -203,7 +203,7 @@ TEST(ExchangeTest, ReadsModulesOfOthers) {
             (Snippets{{.Name = "a", .Attachment = "", .Code = "\xE9\r\nx\r\n?", .Description = ""},
                       {.Name = "b", .Attachment = "", .Code = "Sub", .Description = "one\r\ntwo"}}));
   EXPECT_EQ(read.report.CountOf(Loss::Characters), 1U);
-  EXPECT_EQ(read.report.CountOf(Loss::LineEndSpaces), 1U);
+  EXPECT_EQ(read.report.CountOf(Loss::TrailingSpaces), 1U);
 }
 
 TEST(ExchangeTest, FieldsGoToPlaceholdersAndBack) {

@@ -50,7 +50,7 @@ bool FitsBlock(const std::string& text, std::string_view blockEnd) {
                       [&](const std::string& line) { return Trim(line) == blockEnd || Trim(line) == "..."; });
 }
 
-std::string WithoutBlanksAtLineEnds(const std::string& text) {
+std::string WithoutTrailingBlanks(const std::string& text) {
   std::string kept;
   for (const std::string& line : Split(text, "\r\n")) kept += std::string(TrimRight(line)) + "\r\n";
   return kept.substr(0, kept.size() - 2);
@@ -62,15 +62,15 @@ bool FitsFormat(const Snippet& snippet) {
          FitsBlock(snippet.Description, "(,)") && FitsBlock(snippet.Code, "(.)");
 }
 
-/// What the format can hold reads back as it was written, but for blanks at line ends.
+/// What the format can hold reads back as it was written, except trailing blanks of lines.
 void RequireRoundTrip(std::vector<Snippet> snippets) {
   if (snippets.empty() || !std::all_of(snippets.begin(), snippets.end(), FitsFormat)) return;
   const auto again = ReadBns(WriteBns(snippets));
   const auto& contents = std::get<BnsContents>(again);  // throws when it is no library
   Require(contents.version == BnsVersion::Version2 && contents.omitted == 0, "not all of it is read");
   for (Snippet& snippet : snippets) {
-    snippet.Description = WithoutBlanksAtLineEnds(snippet.Description);
-    snippet.Code = WithoutBlanksAtLineEnds(snippet.Code);
+    snippet.Description = WithoutTrailingBlanks(snippet.Description);
+    snippet.Code = WithoutTrailingBlanks(snippet.Code);
   }
   Require(contents.snippets == snippets, "what was written reads otherwise");
 }
@@ -86,13 +86,13 @@ void ReadLibrary(std::string_view input) {
          {&snippet.Name, &snippet.Attachment, &snippet.Code, &snippet.Description}) {
       bytes += text->size();
       for (std::string_view line : Split(*text, "\r\n")) {
-        // Where a list ends twice, half a line end may be left.
+        // Where a list ends twice, half a line ending may be left.
         if (line.ends_with('\r')) line.remove_suffix(1);
         Require(input.find(line) != std::string_view::npos, "a line that is not in the file");
       }
     }
   }
-  // A line end of one byte becomes one of two.
+  // A line ending of one byte becomes one of two.
   Require(bytes <= 2 * input.size(), "more text than the file has");
   RequireRoundTrip(contents->snippets);
 }
@@ -321,7 +321,7 @@ void ShowInField(std::string_view input) {
   for (std::size_t i = 0; i < shown.size(); ++i) {
     const bool pair = shown[i] == '\r' ? i + 1 < shown.size() && shown[i + 1] == '\n'
                                        : shown[i] != '\n' || (i > 0 && shown[i - 1] == '\r');
-    Require(pair, "a line end that a field makes another of");
+    Require(pair, "a line ending that a field changes");
   }
   // A text of all byte values has nothing left to show its zero bytes as; white space is not taken for it.
   std::array<bool, 256> used{};
@@ -373,7 +373,7 @@ void RequireMarksIn(std::string_view text, const std::vector<TextRange>& marks) 
   }
 }
 
-/// Which code page, a query, and behind a line end a library.
+/// The number of a code page, a query and, after a line ending, a library.
 void FindSnippets(std::string_view input) {
   static const Folding foldings[] = {Latin1(), ShiftJis(), Folding::Utf8()};
   const std::size_t end = input.find('\n');

@@ -6,7 +6,7 @@
 #include <initializer_list>
 
 #include "library/BnsRules.h"
-#include "library/LineEnds.h"
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 #include "tests/unit/Printing.h"
 
@@ -132,8 +132,8 @@ TEST(BnsFormatTest, MarkersWithAnythingElseOnTheirLineAreText) {
   }
 }
 
-TEST(LineEndsTest, AllBecomeTheSameAndTheUnusualOnesAreCounted) {
-  const ConvertedLines lines = WithLineEnds("a\r\n\nb\rc", "\n", std::nullopt);
+TEST(LineEndingsTest, AllBecomeTheSameAndTheUnusualOnesAreCounted) {
+  const ConvertedLines lines = WithLineEndings("a\r\n\nb\rc", "\n", std::nullopt);
   EXPECT_EQ(lines.text, "a\n\nb\nc");
   EXPECT_EQ(lines.changed, 2U);
 }
@@ -159,7 +159,7 @@ TEST(BnsFormatTest, NameAndAttachmentAreTakenAsTheyStand) {
 
 TEST(BnsFormatTest, BlanksAreDroppedAtTheEndOfLinesOnly) {
   Snippet snippet = Make("n ", "a ", " d ", " a  \r\n\r\nb \r\n");
-  EXPECT_EQ(DropLineEndSpaces(snippet), 3U);
+  EXPECT_EQ(DropTrailingSpaces(snippet), 3U);
   EXPECT_EQ(snippet, Make("n ", "a ", " d", " a\r\n\r\nb\r\n"));
   const std::string lines = "  both  \r\ntab\t\r\ntab and blank\t \r\n   \r\nin  side\r\n \r\n";
   const std::string expected = "  both\r\ntab\t\r\ntab and blank\t\r\n\r\nin  side\r\n";

@@ -60,7 +60,7 @@ inline std::vector<Snippet> GeneratedLibrary(unsigned seed) {
     Snippet snippet{
         .Name = text(3, false), .Attachment = {}, .Code = text(25, true), .Description = text(8, true)};
     if (below(3) == 0) snippet.Attachment = "C:\\a " + text(2, false);
-    DropLineEndSpaces(snippet);
+    DropTrailingSpaces(snippet);
     if (!WhyNotHeld(snippet)) library.push_back(snippet);
   }
   return library;

@@ -19,10 +19,10 @@ std::string RandomFile(std::mt19937& random) {
   static const std::vector<std::string> lines = {"(,)",  "(.)",  "...",   " (,)", "(.)  ", "  ...",
                                                  ".",    "..",   "",      "name", "x  ",   "\t(.)",
                                                  "a\rb", "a\nb", "(.)\r", "(,)x", "....",  "\n"};
-  const std::string lineEnd = random() % 3 == 0 ? "\n" : "\r\n";
+  const std::string lineEnding = random() % 3 == 0 ? "\n" : "\r\n";
   std::string file = random() % 4 == 0 ? "bns1.0" : "BNS2.0";
-  for (auto count = random() % 20; count > 0; --count) file += lineEnd + lines[random() % lines.size()];
-  return random() % 3 == 0 ? file : file + lineEnd;
+  for (auto count = random() % 20; count > 0; --count) file += lineEnding + lines[random() % lines.size()];
+  return random() % 3 == 0 ? file : file + lineEnding;
 }
 
 /// Takes a file's lines one by one.
@@ -82,7 +82,7 @@ struct Checked {
   std::string file;  ///< With LF for CR LF.
   std::vector<std::size_t> lines;
   const char* says;  ///< In the first message.
-  const char* lineEnd = "\r\n";
+  const char* lineEnding = "\r\n";
 };
 
 TEST(BnsCheckTest, ProblemsHaveTheirLines) {
@@ -110,7 +110,7 @@ TEST(BnsCheckTest, ProblemsHaveTheirLines) {
                             {"BNS2.0\na\n\nd\n(,)\n<<<<<<< HEAD\n>>>>>>> x\n...\n", {6, 7}, "conflict"},
                             {"BNS2.0\na\n(,)\nd\n(,)\nc\x01\n...", {3, 6, 7}, "belongs"}}) {
     std::string file;
-    for (const char c : checked.file) file += c == '\n' ? checked.lineEnd : std::string(1, c);
+    for (const char c : checked.file) file += c == '\n' ? checked.lineEnding : std::string(1, c);
     std::vector<std::size_t> lines;
     const auto problems = CheckLibrary(file, kLetters);
     lines.reserve(problems.size());
@@ -200,11 +200,11 @@ TEST(MatcherTest, ExpressionsMatchWithinLines) {
 }
 
 TEST(BnsSearchTest, HitsTellTextAndLine) {
-  for (const std::string lineEnd : {"\r\n", "\n"}) {
+  for (const std::string lineEnding : {"\r\n", "\n"}) {
     std::string file;
     for (const char* line : {"BNS2.0", "one x", "x", "d", "x", "(,)", "", "x x", "x", "", "(.)", "two", "",
                              "", "(,)", "ax", "..."}) {
-      file += line + lineEnd;
+      file += line + lineEnding;
     }
     for (const auto& [pattern, hits] :
          {std::pair{Pattern{.text = "x"},

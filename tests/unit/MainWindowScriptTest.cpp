@@ -14,7 +14,7 @@
 namespace snip::test {
 namespace {
 
-/// Plain text for what a script writes: "_" is a blank, "~" a line end and "^" a zero byte.
+/// Plain text for what a script writes: "_" is a blank, "~" a line ending and "^" a zero byte.
 std::string Plain(const std::string& written) {
   std::string text;
   for (const char c : written) {

@@ -41,7 +41,7 @@ TEST(TextFieldBytesTest, ZeroBytesAreShownAsSomethingElseAndComeBack) {
            "\0"s,
            "a\0b\r\n\0\0c"s,
            "\x01\x02\0\x03"s,                               // the first candidates occur in the text
-           Bytes(0, 9),                                     // the next ones are line ends
+           Bytes(0, 9),                                     // the next ones are line endings
            Bytes(0, 9) + Bytes(14, 31),                     // all other control characters
            Bytes(0, 9) + Bytes(14, 126) + Bytes(128, 255),  // a single byte is free
            Bytes(0, 9) + Bytes(14, 254),

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kMostPlaces = 1000;
 
-/// The line that a place of a text is in, without its line end.
+/// The line that a place of a text is in, without its line ending.
 TextRange LineAt(std::string_view text, std::size_t at) {
   const std::size_t before = at == 0 ? std::string_view::npos : text.find_last_of("\r\n", at - 1);
   return {before == std::string_view::npos ? 0 : before + 1,

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "library/LineEnds.h"
+#include "library/LineEndings.h"
 #include "platform/Clipboard.h"
 #include "ui/dialogs/frmFields.h"
 #include "ui/main/MainWindowCommands.h"

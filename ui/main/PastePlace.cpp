@@ -5,12 +5,11 @@
 #include <utility>
 
 #include "library/BnsRules.h"
+#include "library/LineEndings.h"
 #include "platform/Text.h"
 
 namespace snip {
 namespace {
-
-constexpr std::string_view kLineEnd = "\r\n";
 
 /// The last line of a selection; a line of which no character is selected does not count.
 int LastLine(const HostSelection& selection) {
@@ -60,7 +59,7 @@ PastePlace PlaceFor(HostEnvironment& host, HostCodePane& pane, const std::string
   const int line = place.selection.startLine;
   const bool inModule = line <= pane.LineCount();
   const std::string lines = inModule ? SelectedLines(pane, place.selection) : std::string();
-  place.indentation = IndentationOf(std::string_view(lines).substr(0, lines.find(kLineEnd)));
+  place.indentation = IndentationOf(std::string_view(lines).substr(0, lines.find(kCrLf)));
   const auto answer = [&](std::string_view field, const auto& ask) {
     if (HasField(code, field)) place.answers.emplace(field, ask());
   };
@@ -98,8 +97,8 @@ std::string CodeAtCaret(HostCodePane& pane) {
     code = pane.ProcedureCodeAt(selection.startLine);
   }
   code = WithoutCommonIndentation(code);
-  while (code.ends_with(kLineEnd)) code.resize(code.size() - kLineEnd.size());
-  while (code.starts_with(kLineEnd)) code.erase(0, kLineEnd.size());
+  while (code.ends_with(kCrLf)) code.resize(code.size() - kCrLf.size());
+  while (code.starts_with(kCrLf)) code.erase(0, kCrLf.size());
   return code;
 }
 

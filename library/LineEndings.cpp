@@ -1,9 +1,9 @@
-#include "library/LineEnds.h"
+#include "library/LineEndings.h"
 
 namespace snip {
 
-ConvertedLines WithLineEnds(std::string_view text, std::string_view lineEnd,
-                            std::optional<std::string_view> usual) {
+ConvertedLines WithLineEndings(std::string_view text, std::string_view lineEnding,
+                               std::optional<std::string_view> usual) {
   ConvertedLines result;
   while (!text.empty()) {
     const auto end = text.find_first_of("\r\n");
@@ -11,7 +11,7 @@ ConvertedLines WithLineEnds(std::string_view text, std::string_view lineEnd,
     if (end == std::string_view::npos) break;
     const std::string_view found = text.substr(end, text.substr(end).starts_with("\r\n") ? 2 : 1);
     usual = usual.value_or(found);
-    result.text.append(lineEnd);
+    result.text.append(lineEnding);
     result.changed += found != usual ? 1 : 0;
     text.remove_prefix(end + found.size());
   }
