@@ -60,7 +60,7 @@ class FindTarget : public WalkTarget {
   virtual void Output(const SearchedLibrary& library, std::size_t snippet) = 0;
   virtual bool Copy(const std::string& text) = 0;
   /// Brings the program over which the palette was shown back to the front, if there was one.
-  virtual void GiveFrontBack() = 0;
+  virtual void RestoreForeground() = 0;
 
   /// The system-wide key that shows the palette.
   virtual HotKey SystemKey() const = 0;

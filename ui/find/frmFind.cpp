@@ -155,7 +155,7 @@ void frmFind::CloseMe() {
 /// Closes the palette and returns to where the user came from.
 void frmFind::Leave() {
   // This comes first, because hiding the foreground window would activate its owner.
-  services_.target.GiveFrontBack();
+  services_.target.RestoreForeground();
   CloseMe();
 }
 

@@ -36,7 +36,7 @@ class LibraryChooser : public LibraryView {
   bool Chooses(int notification);
 
   bool ListIsOpen() const;
-  /// Selects the entry again that was selected when the list was opened.
+  /// Closes the list without choosing: the entry from before it was opened is selected again.
   void CloseList() const;
 
   bool Gone() const override { return IsWindow(cboFiles_) == 0; }

@@ -53,7 +53,7 @@ void Fill(frmMenu& menu, std::span<const CommandItem> items) {
   }
 }
 
-std::unique_ptr<TipWindow> MakeTip(HWND /*owner*/) {
+std::unique_ptr<TipWindow> MakeTip() {
   auto tip = std::make_unique<frmTip>();
   return tip->Load() ? std::move(tip) : nullptr;
 }

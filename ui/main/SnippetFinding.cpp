@@ -134,7 +134,7 @@ TextRange SnippetFinding::SelectedInCode() {
   return {code.ByteOfPlace(begin), code.ByteOfPlace(begin + code.SelLength())};
 }
 
-void SnippetFinding::GiveFrontBack() {
+void SnippetFinding::RestoreForeground() {
   if (overWindow_ != nullptr) SetForegroundWindow(overWindow_);
 }
 

@@ -57,7 +57,7 @@ class SnippetFinding : private FindTarget {
   void SelectInCode(TextRange place) override;
   TextRange SelectedInCode() override;
   void Output(const SearchedLibrary& library, std::size_t snippet) override;
-  void GiveFrontBack() override;
+  void RestoreForeground() override;
   bool Copy(const std::string& text) override { return parts_.delivery.Copy(text); }
   HotKey SystemKey() const override { return systemKey_; }
   std::string UseSystemKey(HotKey key) override;

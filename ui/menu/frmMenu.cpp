@@ -173,7 +173,7 @@ void frmMenu::HideTip() {
 bool frmMenu::Load() {
   ResetInfo();
   if (!painter_) painter_.emplace();
-  if (!tip_ && services_.makeTip) tip_ = services_.makeTip(owner_);
+  if (!tip_ && services_.makeTip) tip_ = services_.makeTip();
   if (hWnd() != nullptr && !destroying_) return true;
   tracksLeave_ = false;
   // A window that is being destroyed cannot be replaced before it is gone.

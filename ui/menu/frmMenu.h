@@ -49,9 +49,9 @@ class frmMenu : public Window, MenuPort {
   /// What the menu needs of others.
   struct Services {
     const SoundEffects& sounds;
-    /// Makes the tip when the menu is opened for `owner`. Without this function, or if it returns null, there
-    /// is no tip.
-    std::function<std::unique_ptr<TipWindow>(HWND owner)> makeTip;
+    /// Makes the tip each time the menu is opened. Without this function, or if it returns null, there is no
+    /// tip.
+    std::function<std::unique_ptr<TipWindow>()> makeTip;
     /// What the owner's message loop does before it dispatches a message; the menu sometimes dispatches that
     /// loop's messages.
     std::function<bool(MSG& message)> preTranslate{};
