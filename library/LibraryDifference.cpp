@@ -86,7 +86,7 @@ class Matching {
       for (const std::string_view line : LinesOf(newer_[position])) {
         size += line.size();
         const auto found = oldWithLine.find(line);
-        // A line of many snippets tells little, and would take long.
+        // A line that many snippets have does not make two of them similar, and counting it would take long.
         constexpr std::size_t kMostSnippets = 32;
         if (found == oldWithLine.end() || found->second.size() > kMostSnippets) continue;
         for (const std::size_t old : found->second) shared[old] += line.size();

@@ -81,7 +81,7 @@ LibraryOperations::~LibraryOperations() = default;
 
 std::vector<std::string> LibraryOperations::Names() const {
   std::vector<std::string> names = store_.Names();
-  std::erase(names, kBrowseEntry);  // could not be told from the entry that opens the dialog
+  std::erase(names, kBrowseEntry);  // would look like the entry that opens the dialog
   return names;
 }
 

@@ -13,7 +13,7 @@ struct TipRequest {
   std::optional<int> x;  ///< Wanted left edge; without one the pointer's x.
   std::optional<int> y;  ///< Wanted top edge; without one a place below the pointer.
   Point pointer;
-  Size text;    ///< Size of the text with a blank before and behind it.
+  Size text;    ///< Size of the text with a blank before and after it.
   Rect screen;  ///< The screen that the tip must fit on.
 };
 
