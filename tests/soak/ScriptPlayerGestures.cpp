@@ -2,8 +2,8 @@
 #include <cctype>
 #include <filesystem>
 
+#include "platform/Handle.h"
 #include "platform/Win32Text.h"
-#include "platform/Window.h"
 #include "tests/soak/ScriptPlayer.h"
 #include "ui/main/frmAddIn.h"
 
@@ -12,6 +12,11 @@ namespace {
 
 constexpr int kMostRows = 30;
 constexpr int kLongText = 300;
+
+/// A window that is too small for its layout keeps the last one, and fields may be out of sight.
+bool IsSeen(HWND field, POINT place) {
+  return PtVisible(WindowDC(field).get(), place.x, place.y) != 0;
+}
 
 }  // namespace
 
@@ -39,10 +44,8 @@ void ScriptPlayer::ClickListRow(int number, int times) {
 bool ScriptPlayer::ClickInto(HWND field, int times) {
   if (Focus() == field && times == 1) return true;
   const POINT place = Aside({5, 5});
-  const Size size = ClientSize(field);
   Perform([&] {
-    if (place.x < size.width && place.y < size.height) return ClickAt(field, place, times);
-    // A pane that is too small for the pointer.
+    if (IsSeen(field, place)) return ClickAt(field, place, times);
     PostMessageA(field, times == 1 ? WM_LBUTTONDOWN : WM_LBUTTONDBLCLK, MK_LBUTTON, 0);
     PostMessageA(field, WM_LBUTTONUP, 0, 0);
   });
@@ -107,9 +110,10 @@ void ScriptPlayer::PressButton(const std::string& name) {
 }
 
 void ScriptPlayer::ClickRight(const std::string& place, int row) {
-  if (place == "row") ClickRow(row, 1, MouseButton::Right);
-  if (place == "space") ClickAt(List(), {30, 200}, 1, MouseButton::Right);
-  if (place == "code") ClickAt(Code(), {60, 40}, 1, MouseButton::Right);
+  if (place == "row") return ClickRow(row, 1, MouseButton::Right);
+  const HWND field = place == "code" ? Code() : List();
+  const POINT at = place == "code" ? POINT{60, 40} : POINT{30, 200};
+  if (IsSeen(field, at)) ClickAt(field, at, 1, MouseButton::Right);
 }
 
 void ScriptPlayer::ChooseItem(const std::string& item) {
