@@ -144,7 +144,9 @@ void ScriptPlayer::Choose(const std::string& library) {
       isNumber ? entries[static_cast<std::size_t>(std::stoi(library)) % entries.size()] : library;
   if ((isNumber && entry == kBrowseEntry) || entry == WindowText(Files())) return;
   if (std::ranges::find(entries, entry) == entries.end()) return;
-  if (SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) == 0) Perform([&] { ClickCentre(Files()); });
+  // At the arrow, which the box for a library's name does not cover.
+  const POINT arrow{Place(Files()).width - 8, 8};
+  if (SendMessageA(Files(), CB_GETDROPPEDSTATE, 0, 0) == 0) Perform([&] { ClickAt(Files(), arrow); });
   if (Focus() == Files()) Perform([&] { ChooseFromOpenList(entry); });
 }
 
