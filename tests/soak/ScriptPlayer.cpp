@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <fstream>
 #include <iomanip>
+#include <iterator>
 #include <regex>
 #include <stdexcept>
 #include <utility>
@@ -208,8 +210,10 @@ ScriptPlayer::FileBytes ScriptPlayer::FilesNow() const {
   FileBytes files;
   for (const TemporaryFolder* folder : {&program_.folder(), &elsewhere_}) {
     for (const auto& entry : std::filesystem::directory_iterator(folder->path())) {
-      const std::string name = entry.path().filename().string();
-      if (name.ends_with(".bns")) files[entry.path().string()] = folder->Read(name);
+      if (entry.path().extension() != ".bns") continue;
+      // Not by its name as a string, which the standard library makes UTF-8 of.
+      std::ifstream file(entry.path(), std::ios::binary);
+      files[entry.path().string()] = {std::istreambuf_iterator<char>(file), {}};
     }
   }
   return files;
