@@ -2,7 +2,6 @@
 #include <cctype>
 #include <filesystem>
 
-#include "platform/Handle.h"
 #include "platform/Win32Text.h"
 #include "tests/soak/ScriptPlayer.h"
 #include "ui/main/frmAddIn.h"
@@ -13,9 +12,10 @@ namespace {
 constexpr int kMostRows = 30;
 constexpr int kLongText = 300;
 
-/// A window that is too small for its layout keeps the last one, and fields may be out of sight.
+/// A window that is too small for its layout keeps the last one: fields may be out of sight or cover others.
 bool IsSeen(HWND field, POINT place) {
-  return PtVisible(WindowDC(field).get(), place.x, place.y) != 0;
+  ClientToScreen(field, &place);
+  return WindowFromPoint(place) == field;
 }
 
 }  // namespace
