@@ -26,9 +26,11 @@ void ExactTextField::Attach(HWND control) {
   original_.clear();
   bytes_ = {};
   subclass_.Start(control, [](const Subclass::Message& message) {
-    if (message.id != WM_PASTE) return message.PassOn();
-    Paste(message.window);
-    return LRESULT{0};
+    // A field of several lines takes its parent for a dialog, which Escape closes.
+    const bool closes = message.id == WM_KEYDOWN && message.wParam == VK_ESCAPE &&
+                        (GetWindowLongA(message.window, GWL_STYLE) & ES_MULTILINE) != 0;
+    if (message.id == WM_PASTE) Paste(message.window);
+    return closes || message.id == WM_PASTE ? LRESULT{0} : message.PassOn();
   });
 }
 

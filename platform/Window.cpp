@@ -125,10 +125,11 @@ void NameNextControl(HWND parent, const char* name) {
   CreateControl(parent, "STATIC", name, SS_NOPREFIX, 0, 0);
 }
 
-void RaiseWithLabel(HWND control) {
+void PlaceWithLabel(HWND control, HWND after) {
+  constexpr UINT orderOnly = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
   const HWND label = GetWindow(control, GW_HWNDPREV);
-  for (const HWND part : {control, label})
-    SetWindowPos(part, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  SetWindowPos(label, after, 0, 0, 0, 0, orderOnly);
+  SetWindowPos(control, label, 0, 0, 0, 0, orderOnly);
 }
 
 void SetTabStop(HWND control, bool stop) {

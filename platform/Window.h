@@ -63,8 +63,9 @@ HWND CreateControl(HWND parent, const char* className, const char* text, DWORD s
 /// Gives the control that is made next on `parent` a name for assistive programs: a label that is not shown.
 void NameNextControl(HWND parent, const char* name);
 
-/// Puts a control that was named so over its siblings, and its label with it.
-void RaiseWithLabel(HWND control);
+/// Puts a control that was made last, and the label that names it, behind a sibling in z-order and thus in
+/// Tab order, or in front of all for HWND_TOP.
+void PlaceWithLabel(HWND control, HWND after);
 
 /// Puts a control into the Tab order or takes it out.
 void SetTabStop(HWND control, bool stop);

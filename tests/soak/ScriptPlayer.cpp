@@ -171,7 +171,7 @@ std::string ScriptPlayer::State() const {
                                     {FileNameBox(), "file name"},
                                     {Control(frmAddIn::kAttachId), "attachment"},
                                     {Files(), "libraries"}}) {
-    if (Focus() == field) state += std::string(" ") + name;
+    if (field != nullptr && Focus() == field) state += std::string(" ") + name;
   }
   if (!CodeLocked()) state += " | editing";
   const AccessibleClient bar(Control(frmAddIn::kMainBarId));

@@ -197,8 +197,8 @@ void ScriptPlayer::Resize(int width, int height) const {
 }
 
 void ScriptPlayer::Split(bool columns, int by) const {
-  const HWND parent = columns ? window_ : GetParent(Description());
-  const HWND splitter = FindWindowExA(parent, nullptr, "SnipstoreSplitter", nullptr);
+  HWND splitter = FindWindowExA(window_, nullptr, "SnipstoreSplitter", nullptr);
+  if (!columns) splitter = FindWindowExA(window_, splitter, "SnipstoreSplitter", nullptr);
   const auto at = [&](int distance) {
     return columns ? MAKELPARAM(2 + distance, 2) : MAKELPARAM(2, 2 + distance);
   };

@@ -135,7 +135,7 @@ class FakeLibraryView : public LibraryView {
   std::optional<std::string> FileNameText() const override { return fileNameText; }
   void SetFileNameText(const std::string& text) override { fileNameText = text; }
   void SelectFileNameText() override { fileNameSelected = true; }
-  void ShowFileNameBox() override { fileNameBoxShown = true; }
+  void ShowFileNameBox(const std::string& text) override { fileNameText = text, fileNameBoxShown = true; }
   void HideFileNameBox() override { fileNameBoxShown = false; }
   std::string AskForLibraryName(const std::string& before) override {
     calls_.push_back("name" + (before.empty() ? "" : " " + before));

@@ -28,7 +28,7 @@ class FakeSurroundings : public TipSurroundings {
   int TopEntry() const override { return topEntry; }
   int EntryHeight() const override { return 10; }
   int TextWidth(const std::string& text) override { return static_cast<int>(text.size()) * 10; }
-  int PaneWidth() const override { return 120; }
+  int ListWidth() const override { return 120; }
   bool TipVisible() const override { return visible; }
   void ShowTip(const std::string& text, int x, int y) override {
     visible = true;

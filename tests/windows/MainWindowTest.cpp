@@ -101,16 +101,27 @@ class MainWindowTest : public testing::Test, protected MainWindowParts {
   frmAddIn window_{Services()};
 };
 
-TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeen) {
-  Open();
-  PressKey(VK_F2);
-  ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
-  const std::string name(40, 'm');
-  TypeText(name);
-  ASSERT_TRUE(Until([&] { return WindowText(NameBox()) == name; }));
-  const auto place = SendMessageA(NameBox(), EM_POSFROMCHAR, 0, 0);
-  EXPECT_GE(static_cast<short>(LOWORD(place)), 0);
-  PressKey(VK_ESCAPE);
+TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeenAndComesBeforeTheList) {
+  for (const bool again : {false, true}) {
+    if (again) window_.Unload();
+    Open();
+    PressKey(VK_F2);
+    ASSERT_TRUE(Until([&] { return NameBox() != nullptr && GetFocus() == NameBox(); }));
+    const std::string name(40, 'm');
+    TypeText(name);
+    ASSERT_TRUE(Until([&] { return WindowText(NameBox()) == name; }));
+    const auto place = SendMessageA(NameBox(), EM_POSFROMCHAR, 0, 0);
+    EXPECT_GE(static_cast<short>(LOWORD(place)), 0);
+    PressKey(VK_ESCAPE);
+    ASSERT_TRUE(Until([&] { return GetFocus() == List(); }));
+    PressKey(VK_F2);
+    ASSERT_TRUE(Until([&] { return GetFocus() == NameBox(); }));
+    for (const HWND next : {List(), Description(), Control(frmAddIn::kAttachId)}) {
+      PressKey(VK_TAB);
+      ASSERT_TRUE(Until([&] { return GetFocus() == next; }));
+      if (next == Description()) PressKey(VK_ESCAPE);  // which the field would have the window close for
+    }
+  }
 }
 
 TEST_F(MainWindowTest, TheOutputArrowStaysPressedAsLongAsItsMenuIsOpen) {

@@ -29,7 +29,7 @@ void LibraryChooser::MakeFileNameBox() {
                                FontOf(cboFiles_), boxPlace_);
   SendMessageA(txtFileName_, EM_SETLIMITTEXT, MAX_PATH, 0);
   fileName_.Attach(txtFileName_);
-  RaiseWithLabel(txtFileName_);
+  PlaceWithLabel(txtFileName_, HWND_TOP);
 }
 
 void LibraryChooser::Place(const Places& places) {
@@ -113,7 +113,6 @@ std::optional<std::string> LibraryChooser::FileNameText() const {
 }
 
 void LibraryChooser::SetFileNameText(const std::string& text) {
-  if (txtFileName_ == nullptr) MakeFileNameBox();
   fileName_.SetText(text);
 }
 
@@ -121,7 +120,9 @@ void LibraryChooser::SelectFileNameText() {
   SendMessageA(txtFileName_, EM_SETSEL, 0, -1);
 }
 
-void LibraryChooser::ShowFileNameBox() {
+void LibraryChooser::ShowFileNameBox(const std::string& text) {
+  if (txtFileName_ == nullptr) MakeFileNameBox();
+  SetFileNameText(text);
   if (GetFocus() != txtFileName_) focusBefore_ = GetFocus();
   ShowWindow(txtFileName_, SW_SHOW);
   SetFocus(txtFileName_);

@@ -18,7 +18,6 @@ class LibraryChooser : public LibraryView {
 
   void Create(HWND parent, int id, int nameId, HFONT font);
   HWND cboFiles() const { return cboFiles_; }
-  /// Null before a library is renamed.
   HWND txtFileName() const { return txtFileName_; }
 
   /// Where the chooser goes in its toolbar, and the name box over it. Pixels.
@@ -49,7 +48,7 @@ class LibraryChooser : public LibraryView {
   std::optional<std::string> FileNameText() const override;
   void SetFileNameText(const std::string& text) override;
   void SelectFileNameText() override;
-  void ShowFileNameBox() override;
+  void ShowFileNameBox(const std::string& text) override;
   void HideFileNameBox() override;
   std::optional<std::string> ChooseLibraryFile() override;
   std::string AskForLibraryName(const std::string& name) override;
@@ -66,7 +65,8 @@ class LibraryChooser : public LibraryView {
 
   CaptionPainter& caption_;  ///< Of the dialog that asks for a name.
   HWND cboFiles_ = nullptr;
-  HWND txtFileName_ = nullptr;  ///< Covers `cboFiles` while the library is renamed; hidden else.
+  HWND txtFileName_ =
+      nullptr;  ///< Covers `cboFiles` while the library is renamed; hidden else, null before the first time.
   int nameId_ = 0;
   Rect boxPlace_{};
   ExactTextField fileName_;

@@ -54,8 +54,7 @@ std::string LibraryNaming::CurrentEntry() const {
 
 void LibraryNaming::RenameLibrary() {
   if (editing_.editingDisabled() || editing_.Shown() == nullptr || !editing_.SettleName()) return;
-  view_.SetFileNameText(CurrentEntry());
-  view_.ShowFileNameBox();
+  view_.ShowFileNameBox(CurrentEntry());
 }
 
 void LibraryNaming::txtFileName_Change() {

@@ -22,8 +22,9 @@ constexpr int kLeastDescriptionHeight = 250;
 struct MainWindowSizes {
   Size client;            ///< Inner size of the window.
   int barHeight = 0;      ///< Height of `cmd`.
-  int leftPaneWidth = 0;  ///< Current width of `LeftPane`.
-  int rightPaneTop = 0;   ///< Current place of `RightPane` and `picSplt`, which decide whether there is room.
+  int leftPaneWidth = 0;  ///< Current width of the left pane.
+  int rightPaneTop =
+      0;  ///< Current place of the right pane and `picSplt`, which decide whether there is room.
   int splitterRight = 0;
 };
 
@@ -39,7 +40,7 @@ std::optional<MainWindowPlaces> LayOutMainWindow(const MainWindowSizes& sizes);
 struct RightPaneSizes {
   Size inner;                 ///< Inner size of the pane.
   int descriptionHeight = 0;  ///< Height of `txtDesc`.
-  int attachPanelWidth = 0;   ///< Width of `picAttach`.
+  int attachPanelWidth = 0;   ///< Width of the attachment panel.
   int editBarHeight = 0;      ///< Height of `cmdEdit`.
   int splitterBottom = 0;     ///< Current bottom of `picHSplt`.
 };

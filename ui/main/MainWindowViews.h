@@ -75,7 +75,7 @@ class LibraryView {
   virtual std::optional<std::string> FileNameText() const = 0;
   virtual void SetFileNameText(const std::string& text) = 0;
   virtual void SelectFileNameText() = 0;
-  virtual void ShowFileNameBox() = 0;  ///< With the focus and its whole text selected.
+  virtual void ShowFileNameBox(const std::string& text) = 0;  ///< With the focus and its whole text selected.
   virtual void HideFileNameBox() = 0;
 
   /// Lets the user choose a library file; its full path, or nothing when the user cancelled.

@@ -60,7 +60,7 @@ void SnippetControls::MakeNameBox() {
                            FontOf(lstCode_));
   SendMessageA(txtName_, EM_SETLIMITTEXT, 0, 0);
   name_.Attach(txtName_);
-  RaiseWithLabel(txtName_);
+  PlaceWithLabel(txtName_, chooser_.cboFiles());  // Tab goes from it to the list
 }
 
 void SnippetControls::MakeDescription(HWND parent, int id, HFONT font) {

@@ -37,7 +37,7 @@ void SnippetTips::tTip_Timer() {
     return;
   }
   text_ = surroundings_.EntryText(entry);
-  if (surroundings_.TextWidth(text_) <= surroundings_.PaneWidth()) {
+  if (surroundings_.TextWidth(text_) <= surroundings_.ListWidth()) {
     surroundings_.HideTip();
     return;
   }

@@ -35,7 +35,7 @@ class TipSurroundings {
   virtual int TopEntry() const = 0;
   virtual int EntryHeight() const = 0;
   virtual int TextWidth(const std::string& text) = 0;
-  virtual int PaneWidth() const = 0;
+  virtual int ListWidth() const = 0;
 
   virtual bool TipVisible() const = 0;
   virtual void ShowTip(const std::string& text, int x, int y) = 0;

@@ -35,7 +35,7 @@ int Splitter::Edge() const {
 void Splitter::MoveEdge(int edge) {
   Rect place = PlaceInParent(hWnd());
   (divides_ == Divides::Columns ? place.left : place.top) = edge;
-  // On top, to be seen over the panes that it crosses.
+  // On top, to be seen over the controls that it crosses.
   SetWindowPos(hWnd(), HWND_TOP, place.left, place.top, 0, 0, SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
@@ -61,7 +61,7 @@ void Splitter::CancelDrag() {
   GoBeneath();
 }
 
-/// Restores the z-order, so that it is below the controls that cover the panes.
+/// Restores the z-order, so that it is below the controls that cover it.
 void Splitter::GoBeneath() {
   SetWindowPos(hWnd(), above_ != nullptr ? above_ : HWND_TOP, 0, 0, 0, 0,
                SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);

@@ -156,6 +156,7 @@ bool frmAddIn::Form_Load() {
   font_ = MessageFont();
   leftPaneWidth_ = kDesignLeftPaneWidth;
   descriptionHeight_ = kDesignDescriptionHeight;
+  rightPlaces_ = {};
   const Rect place = twips_.ToPixels({0, 0, kDesignSize.width, kDesignSize.height});
   return Create({.className = "frmAddIn",
                  .title = kMainWindowTitle,
@@ -294,8 +295,6 @@ bool frmAddIn::PreTranslate(MSG& message) {
       SendMessageA(hWnd(), WM_COMMAND, static_cast<WPARAM>(*command), 0);
       return true;
     }
-    // An edit control of several lines takes its parent for a dialog, which Escape closes.
-    if (message.wParam == VK_ESCAPE && message.hwnd == controls_.txtDesc()) return true;
   }
   if (message.message == WM_CHAR && message.hwnd == controls_.lstCode()) {
     TypeAhead(message);

@@ -34,7 +34,8 @@ namespace snip {
 /// and `LibraryWatch`.
 class frmAddIn : public Window, private AttachmentView, private SettingsTarget {
  public:
-  // Control ids; automation finds the controls by them.
+  // Control ids; automation finds the controls by them. The boxes for names are made when they are first
+  // shown.
   static constexpr int kFilesId = 1001;
   static constexpr int kListId = 1002;
   static constexpr int kNameId = 1003;

@@ -23,9 +23,9 @@ constexpr int kFileNameNarrower = 330;
 }  // namespace
 
 void frmAddIn::MakeControls() {
-  // Only what is seen at the start, and no windows for the panes: each window more makes a start under Wine 8
-  // take 0.6 % longer. In Tab order. Controls that cover others are made first, because a new sibling goes
-  // below the earlier ones.
+  // In Tab order, those that cover others first, because a new sibling goes below the earlier ones. The panes
+  // are no windows, and the boxes for names are made when they are first shown: each window more makes a
+  // start under Wine 8 take 0.6 % longer.
   chooser_.Create(hWnd(), kFilesId, kFileNameId, font_.get());
   bars_.CreateMain(hWnd(), kMainBarId, font_.get());
   picSplt_.CreateIn(hWnd(), "Width of the snippet list");

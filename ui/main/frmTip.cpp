@@ -197,7 +197,7 @@ int ListTips::TextWidth(const std::string& text) {
   return measuredWidth_;
 }
 
-int ListTips::PaneWidth() const {
+int ListTips::ListWidth() const {
   return PlaceInParent(list_).width;
 }
 

@@ -71,7 +71,7 @@ class ListTips : private TipSurroundings {
   int TopEntry() const override;
   int EntryHeight() const override;
   int TextWidth(const std::string& text) override;
-  int PaneWidth() const override;
+  int ListWidth() const override;
   bool TipVisible() const override { return tip_.Visible(); }
   void ShowTip(const std::string& text, int x, int y) override { tip_.ShowTipAt(text, {x, y}); }
   void HideTip() override { tip_.Hide(); }
