@@ -109,6 +109,8 @@ void LibraryChooser::ReplaceFile(int entry, const std::string& text) {
 }
 
 std::optional<std::string> LibraryChooser::FileNameText() const {
+  // What a hidden box holds was given up, and is no name to rename the library to.
+  if (IsWindowVisible(txtFileName_) == 0) return std::nullopt;
   return fileName_.Text();
 }
 
