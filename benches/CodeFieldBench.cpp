@@ -24,7 +24,7 @@ namespace snip::bench {
 namespace {
 
 constexpr int kLines = 10000;
-constexpr int kRuns = 5;
+constexpr int kRuns = 9;
 constexpr int kKeys = 15;
 constexpr Limit kShowLimit{1.5, "a long text is there as soon as without colours"};
 constexpr Limit kKeysLimit{1.5, "colours must not slow typing"};
