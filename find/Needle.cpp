@@ -26,38 +26,56 @@ std::size_t Rarity(char folded) {
 
 #if defined(__i386__) || defined(__x86_64__)
 
-/// The two bytes that a block of text is compared with.
+/// A byte of the needle that text is compared with.
 struct BlockProbe {
-  const char* at;  ///< In the text.
+  const char* text;
   char value;
-  char highBit;  ///< 0x80 if all bytes from 0x80 on pass.
 };
 
 constexpr std::size_t kBlock = 16;
+/// So many blocks for each decision to go on: to decide takes as long as to compare.
+constexpr std::size_t kBlocksAtOnce = 4;
+/// Texts lie anywhere in memory, and the processor foresees only what follows in one. To ask for the first
+/// KB of each at once makes a search of 20 MB more than twice as quick.
+constexpr std::size_t kBytesAhead = 1024;
+constexpr std::size_t kCacheLine = 64;
 
-/// The first place in the blocks that passes both probes, or the length of all blocks. 32-bit Windows calls
-/// programs with a stack that is not aligned for these instructions.
-#ifdef __i386__
-__attribute__((target("sse2"), force_align_arg_pointer))
-#endif
-std::size_t
-FirstInBlocks(BlockProbe one, BlockProbe other, std::size_t blocks) {
-  const __m128i small = _mm_set1_epi8(static_cast<char>(kSmallBit));
-  const __m128i oneValue = _mm_set1_epi8(one.value);
-  const __m128i otherValue = _mm_set1_epi8(other.value);
-  const __m128i oneHigh = _mm_set1_epi8(one.highBit);
-  const __m128i otherHigh = _mm_set1_epi8(other.highBit);
-  for (std::size_t block = 0; block < blocks; ++block) {
-    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(one.at + block * kBlock));
-    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(other.at + block * kBlock));
-    const __m128i passA =
-        _mm_or_si128(_mm_cmpeq_epi8(_mm_or_si128(a, small), oneValue), _mm_and_si128(a, oneHigh));
-    const __m128i passB =
-        _mm_or_si128(_mm_cmpeq_epi8(_mm_or_si128(b, small), otherValue), _mm_and_si128(b, otherHigh));
-    const auto mask = static_cast<unsigned int>(_mm_movemask_epi8(_mm_and_si128(passA, passB)));
-    if (mask != 0) return block * kBlock + static_cast<std::size_t>(std::countr_zero(mask));
+/// The bytes that pass both probes have their highest bit set. With `anyHigh`, all from 0x80 on pass.
+template <bool anyHigh>
+__attribute__((target("sse2"), always_inline)) inline __m128i PassingIn(BlockProbe one, BlockProbe other,
+                                                                        std::size_t at) {
+  const auto passing = [at](BlockProbe probe) __attribute__((target("sse2"), always_inline)) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(probe.text + at));
+    const __m128i small = _mm_or_si128(bytes, _mm_set1_epi8(static_cast<char>(kSmallBit)));
+    const __m128i equal = _mm_cmpeq_epi8(small, _mm_set1_epi8(probe.value));
+    return anyHigh ? _mm_or_si128(equal, bytes) : equal;
+  };
+  return _mm_and_si128(passing(one), passing(other));
+}
+
+/// The first place that passes both probes, or the length, which is that of a block at least. 32-bit Windows
+/// calls programs with a stack that is not aligned for these instructions.
+template <bool anyHigh>
+__attribute__((target("sse2"), force_align_arg_pointer)) std::size_t FirstInBlocks(BlockProbe one,
+                                                                                   BlockProbe other,
+                                                                                   std::size_t length) {
+  for (std::size_t at = 0; at < std::min(length, kBytesAhead); at += kCacheLine)
+    _mm_prefetch(one.text + at, _MM_HINT_T0);
+  std::size_t at = 0;
+  for (constexpr std::size_t step = kBlocksAtOnce * kBlock; at + step <= length; at += step) {
+    _mm_prefetch(one.text + at + kBytesAhead, _MM_HINT_T0);
+    __m128i any = _mm_setzero_si128();
+#pragma GCC unroll 4
+    for (std::size_t block = 0; block < kBlocksAtOnce; ++block)
+      any = _mm_or_si128(any, PassingIn<anyHigh>(one, other, at + block * kBlock));
+    if (_mm_movemask_epi8(any) != 0) break;
   }
-  return blocks * kBlock;
+  for (; at < length; at += kBlock) {
+    at = std::min(at, length - kBlock);  // the last block overlaps the one before
+    const auto mask = static_cast<unsigned int>(_mm_movemask_epi8(PassingIn<anyHigh>(one, other, at)));
+    if (mask != 0) return at + static_cast<std::size_t>(std::countr_zero(mask));
+  }
+  return length;
 }
 
 bool HasBlocks() {
@@ -107,14 +125,12 @@ bool Needle::Passes(std::string_view text, std::size_t at) const {
 std::size_t Needle::NextCandidate(std::string_view text, std::size_t from, std::size_t end) const {
 #if defined(__i386__) || defined(__x86_64__)
   if (end - from >= kBlock && HasBlocks()) {
-    const auto block = [&](const Probe& probe) {
-      return BlockProbe{text.data() + from + probe.at, probe.value,
-                        static_cast<char>(probe.anyHigh ? 0x80 : 0)};
+    const auto inText = [&](const Probe& probe) {
+      return BlockProbe{text.data() + from + probe.at, probe.value};
     };
-    const std::size_t blocks = (end - from) / kBlock;
-    const std::size_t found = FirstInBlocks(block(probes_[0]), block(probes_[1]), blocks);
-    from += found;
-    if (found < blocks * kBlock) return from;
+    const auto first =
+        probes_[0].anyHigh || probes_[1].anyHigh ? &FirstInBlocks<true> : &FirstInBlocks<false>;
+    return from + first(inText(probes_[0]), inText(probes_[1]), end - from);
   }
 #endif
   while (from < end && !Passes(text, from)) ++from;

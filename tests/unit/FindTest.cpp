@@ -107,6 +107,21 @@ TEST(FindTest, ThePaletteObeysTheScripts) {
   PlayScripts<ScriptedPalette>("palette.txt");
 }
 
+TEST(FindTest, AWordIsFoundAtEveryPlaceOfTextsOfManyLengths) {
+  const Folding folding = Latin1();
+  // "e" and "n" can also be letters with accents, "z" and "b" cannot.
+  for (const auto& [word, written] : {std::pair{"zab", "Zab"}, {"en", "\xC9\xF1"}}) {
+    const Needle needle(word, folding);
+    for (std::size_t place = 0; place < 150; ++place) {
+      for (std::size_t behind = 0; behind < 80; behind += 7) {
+        const std::string text = std::string(place, '\xE9') + written + std::string(behind, '.');
+        ASSERT_EQ(needle.Find(text), place) << word << ' ' << behind;
+        ASSERT_EQ(needle.Find(text, place + 1), std::nullopt) << word << ' ' << behind;
+      }
+    }
+  }
+}
+
 TEST(FindTest, TheBestComesFirst) {
   const Folding folding = Latin1();
   std::vector<SearchedLibraryPtr> libraries;
