@@ -14,7 +14,7 @@
 namespace snip::bench {
 namespace {
 
-constexpr int kRuns = 9;
+constexpr int kRuns = 19;
 constexpr Limit kLimit{1.1, "a held key must not queue up"};
 constexpr int kSnippets = 1000;
 /// One walk in pieces, each beside its reference; with the first, which does not count, they are the whole.

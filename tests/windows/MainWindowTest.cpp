@@ -180,6 +180,7 @@ TEST_F(MainWindowTest, TheNextDescriptionIsShownFromItsStartAndCannotBeUndone) {
     PressKey(VK_DOWN);
     ASSERT_TRUE(Until([&] { return WindowText(Description()) == snippet->Description; }));
     EXPECT_EQ(SendMessageA(Description(), EM_GETFIRSTVISIBLELINE, 0, 0), 0);
+    EXPECT_EQ((GetWindowLongA(Description(), GWL_STYLE) & WS_VSCROLL) != 0, snippet == &next);
     const auto corner = SendMessageA(Description(), EM_POSFROMCHAR, 0, 0);
     EXPECT_GE(static_cast<short>(LOWORD(corner)), 0);
     EXPECT_LT(LOWORD(corner), 20);

@@ -39,6 +39,7 @@ SnippetControls::SnippetControls(BnRichEdit::Events codeEvents, MainToolbars& to
 void SnippetControls::Create(HWND window, const Ids& ids, HFONT listFont) {
   editMode_.reset();
   fontHandle_ = MakeFont(font_, twips_);
+  lineHeight_ = TextSize(fontHandle_.get(), "M").height;
   txtName_ = nullptr;
   nameBoxId_ = ids.txtName;
   NameNextControl(window, "Snippets");
@@ -83,6 +84,8 @@ void SnippetControls::SetFont(const FontProperty& font) {
   txtCode_.SetFont(font_);
   SendMessageA(txtDesc_, WM_SETFONT, reinterpret_cast<WPARAM>(handle.get()), TRUE);
   fontHandle_ = std::move(handle);  // the controls do not use the old one any more
+  lineHeight_ = TextSize(fontHandle_.get(), "M").height;
+  FitDescriptionBar();
 }
 
 void SnippetControls::txtName_Change() const {
@@ -104,6 +107,17 @@ void SnippetControls::txtName_Change() const {
   SendMessageA(txtName_, EM_GETSEL, reinterpret_cast<WPARAM>(&begin), reinterpret_cast<LPARAM>(&end));
   SendMessageA(txtName_, EM_SETSEL, 0, 0);
   SendMessageA(txtName_, EM_SETSEL, begin, static_cast<LPARAM>(end));
+}
+
+void SnippetControls::FitDescriptionBar() const {
+  RECT inside{};
+  SendMessageA(txtDesc_, EM_GETRECT, 0, reinterpret_cast<LPARAM>(&inside));
+  const auto lines = static_cast<int>(SendMessageA(txtDesc_, EM_GETLINECOUNT, 0, 0));
+  const bool needed = lines * lineHeight_ > ToRect(inside).height;
+  const bool shown = (GetWindowLongA(txtDesc_, GWL_STYLE) & WS_VSCROLL) != 0;
+  // Without the bar there are not more lines than with it, so this does not go to and fro. A bar that is only
+  // disabled would be drawn for each snippet: a quarter of the time of a walk through the list.
+  if (needed != shown) ShowScrollBar(txtDesc_, SB_VERT, needed ? TRUE : FALSE);
 }
 
 void SnippetControls::txtDesc_LostFocus() const {

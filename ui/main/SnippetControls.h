@@ -54,6 +54,8 @@ class SnippetControls : public SnippetView {
   /// Moves the caret to the start and scrolls there.
   void txtDesc_LostFocus() const;
 
+  /// Shows the description's scroll bar only if there are more lines than fit. To be called when they change.
+  void FitDescriptionBar() const;
   /// Whether the program is setting the description, so that EN_CHANGE is not an edit.
   bool settingDescription() const { return settingDescription_; }
 
@@ -99,6 +101,7 @@ class SnippetControls : public SnippetView {
   HCURSOR arrowCursor_ = LoadCursorA(nullptr, IDC_ARROW);
   FontProperty font_{.Name = "Courier New", .Size = 10};
   UniqueFont fontHandle_;
+  int lineHeight_ = 1;  ///< Of `fontHandle_`, in pixels.
   HWND lstCode_ = nullptr;
   HWND txtName_ = nullptr;
   int nameBoxId_ = 0;

@@ -221,8 +221,9 @@ void frmAddIn::OnCommand(int id, int notification) {
   if (id == kNameId && notification == EN_CHANGE) controls_.txtName_Change();
   if (id == kFileNameId && notification == EN_CHANGE) naming_.txtFileName_Change();
   if (id == kAttachId && notification == BN_CLICKED) cmdAttach_Click();
-  if (id == kDescriptionId && notification == EN_CHANGE && !controls_.settingDescription()) {
-    editing_.txtDesc_Change();
+  if (id == kDescriptionId && notification == EN_CHANGE) {
+    controls_.FitDescriptionBar();
+    if (!controls_.settingDescription()) editing_.txtDesc_Change();
   }
   if (id == kDescriptionId && notification == EN_SETFOCUS) {
     descriptionEdited_ = true;

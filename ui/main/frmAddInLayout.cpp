@@ -135,6 +135,7 @@ void frmAddIn::RightPane_Resize(bool evenIfTooLow) {
     rightPlaces_ = PlaceRightPane(sizes);
   }
   MoveTo(controls_.txtDesc(), InRightPane(rightPlaces_.description));
+  controls_.FitDescriptionBar();
   MoveTo(bars_.cmdEdit.hWnd(), InRightPane(rightPlaces_.editBar));
   MoveTo(controls_.txtCode().hWnd(), InRightPane(rightPlaces_.code));
   MoveTo(picHSplt_.hWnd(), InRightPane(rightPlaces_.splitter));
