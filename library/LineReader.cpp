@@ -1,6 +1,8 @@
 #include "library/LineReader.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -12,6 +14,18 @@ constexpr std::size_t kPiece = std::size_t{1} << 16U;
 
 /// The index of the first line feed in [from, end), `end` when there is none.
 std::size_t FindLineFeed(const char* bytes, std::size_t from, std::size_t end) {
+#ifdef _WIN32
+  // Wine's memchr compares single bytes, which takes a fifth of the time of reading a library.
+  constexpr std::uint64_t ones = 0x0101010101010101;
+  constexpr std::uint64_t highBits = ones << 7U;
+  for (std::uint64_t word = 0; from + sizeof word <= end; from += sizeof word) {
+    std::memcpy(&word, bytes + from, sizeof word);
+    word ^= ones * '\n';
+    // The lowest bit that this sets is that of the first byte that is now 0.
+    const std::uint64_t zeros = (word - ones) & ~word & highBits;
+    if (zeros != 0) return from + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+  }
+#endif
   const void* const found = from < end ? std::memchr(bytes + from, '\n', end - from) : nullptr;
   return found != nullptr ? static_cast<std::size_t>(static_cast<const char*>(found) - bytes) : end;
 }
