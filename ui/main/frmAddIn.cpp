@@ -366,10 +366,12 @@ LRESULT frmAddIn::ColorOfField(HWND field, HDC dc, UINT message) {
 
 LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_CREATE:
+    case WM_NCCREATE:
       // Not before: Wine's first window has the X library read a long table, character by character, and each
       // takes a lock once the process has a second thread. This makes a start 3 to 5 % quicker.
       operations_.ReadAhead();
+      return Default(message, wParam, lParam);
+    case WM_CREATE:
       MakeControls();
       LoadSettings();
       ExtendSystemMenu(hWnd());
