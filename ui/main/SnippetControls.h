@@ -82,7 +82,6 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
-  void AddRow(const std::string& name) const;
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
