@@ -368,7 +368,8 @@ LRESULT frmAddIn::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_NCCREATE:
       // Not before: Wine's first window has the X library read a long table, character by character, and each
-      // takes a lock once the process has a second thread. This makes a start 3 to 5 % quicker.
+      // takes a lock once the process has a second thread. This makes a start 5 % quicker, with 10,000
+      // snippets 1.5.
       operations_.ReadAhead();
       return Default(message, wParam, lParam);
     case WM_CREATE:
