@@ -1,6 +1,7 @@
 #include "find/Needle.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstdint>
 
@@ -40,22 +41,23 @@ constexpr std::size_t kBlocksAtOnce = 4;
 constexpr std::size_t kBytesAhead = 1024;
 constexpr std::size_t kCacheLine = 64;
 
-/// The bytes that pass both probes have their highest bit set. With `anyHigh`, all from 0x80 on pass.
-template <bool anyHigh>
+/// The bytes that pass both probes have their highest bit set. With
+/// `oneHigh` and `otherHigh`, all from 0x80 on pass that probe.
+template <bool oneHigh, bool otherHigh>
 __attribute__((target("sse2"), always_inline)) inline __m128i PassingIn(BlockProbe one, BlockProbe other,
                                                                         std::size_t at) {
-  const auto passing = [at](BlockProbe probe) __attribute__((target("sse2"), always_inline)) {
+  const auto passing = [at](BlockProbe probe, bool high) __attribute__((target("sse2"), always_inline)) {
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(probe.text + at));
     const __m128i small = _mm_or_si128(bytes, _mm_set1_epi8(static_cast<char>(kSmallBit)));
     const __m128i equal = _mm_cmpeq_epi8(small, _mm_set1_epi8(probe.value));
-    return anyHigh ? _mm_or_si128(equal, bytes) : equal;
+    return high ? _mm_or_si128(equal, bytes) : equal;
   };
-  return _mm_and_si128(passing(one), passing(other));
+  return _mm_and_si128(passing(one, oneHigh), passing(other, otherHigh));
 }
 
 /// The first place that passes both probes, or the length, which is that of a block at least. 32-bit Windows
 /// calls programs with a stack that is not aligned for these instructions.
-template <bool anyHigh>
+template <bool oneHigh, bool otherHigh>
 __attribute__((target("sse2"), force_align_arg_pointer)) std::size_t FirstInBlocks(BlockProbe one,
                                                                                    BlockProbe other,
                                                                                    std::size_t length) {
@@ -67,12 +69,13 @@ __attribute__((target("sse2"), force_align_arg_pointer)) std::size_t FirstInBloc
     __m128i any = _mm_setzero_si128();
 #pragma GCC unroll 4
     for (std::size_t block = 0; block < kBlocksAtOnce; ++block)
-      any = _mm_or_si128(any, PassingIn<anyHigh>(one, other, at + block * kBlock));
+      any = _mm_or_si128(any, PassingIn<oneHigh, otherHigh>(one, other, at + block * kBlock));
     if (_mm_movemask_epi8(any) != 0) break;
   }
   for (; at < length; at += kBlock) {
     at = std::min(at, length - kBlock);  // the last block overlaps the one before
-    const auto mask = static_cast<unsigned int>(_mm_movemask_epi8(PassingIn<anyHigh>(one, other, at)));
+    const auto mask =
+        static_cast<unsigned int>(_mm_movemask_epi8(PassingIn<oneHigh, otherHigh>(one, other, at)));
     if (mask != 0) return at + static_cast<std::size_t>(std::countr_zero(mask));
   }
   return length;
@@ -128,8 +131,11 @@ std::size_t Needle::NextCandidate(std::string_view text, std::size_t from, std::
     const auto inText = [&](const Probe& probe) {
       return BlockProbe{text.data() + from + probe.at, probe.value};
     };
-    const auto first =
-        probes_[0].anyHigh || probes_[1].anyHigh ? &FirstInBlocks<true> : &FirstInBlocks<false>;
+    using Search = std::size_t (*)(BlockProbe, BlockProbe, std::size_t);
+    static constexpr std::array<Search, 4> kSearches{&FirstInBlocks<false, false>,
+                                                     &FirstInBlocks<false, true>, &FirstInBlocks<true, false>,
+                                                     &FirstInBlocks<true, true>};
+    const Search first = kSearches[(probes_[0].anyHigh ? 2U : 0U) + (probes_[1].anyHigh ? 1U : 0U)];
     return from + first(inText(probes_[0]), inText(probes_[1]), end - from);
   }
 #endif
