@@ -34,7 +34,7 @@ class Needle {
   };
 
   bool Passes(std::string_view text, std::size_t at) const;
-  /// The first place in [from, end) that may match, by the probes, or `end`.
+  /// The first place in [from, end) that passes the probes, or `end`.
   std::size_t NextCandidate(std::string_view text, std::size_t from, std::size_t end) const;
 
   const Folding& folding_;
