@@ -54,7 +54,8 @@ class SnippetControls : public SnippetView {
   /// Moves the caret to the start and scrolls there.
   void txtDesc_LostFocus() const;
 
-  /// Shows the description's scroll bar only if there are more lines than fit. To be called when they change.
+  /// Shows the description's scroll bar only if there are more lines than fit. To be called when its size or,
+  /// by the user, its text has changed.
   void FitDescriptionBar() const;
   /// Whether the program is setting the description, so that EN_CHANGE is not an edit.
   bool settingDescription() const { return settingDescription_; }
@@ -82,6 +83,7 @@ class SnippetControls : public SnippetView {
   void SetWaitCursor(bool waiting) override;
 
  private:
+  void TakeFont(UniqueFont font);
   void LockDescription() const;
   Rect NameBoxPlace() const;
   void MakeDescription(HWND parent, int id, HFONT font);
