@@ -24,7 +24,7 @@
 namespace snip::bench {
 namespace {
 
-constexpr int kRuns = 15;  ///< Fewer than this differ by 10 % from one time to the next.
+constexpr int kRuns = 15;  ///< The medians of seven differed by 10 %.
 constexpr Limit kTimeLimit{1.2, "notepad is the smallest useful window"};
 constexpr int kLimitedSize = 10000;  ///< The limit is for a library of that many snippets.
 constexpr double kOwnMb = 8;         ///< Beside notepad and the file.

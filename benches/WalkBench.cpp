@@ -103,7 +103,8 @@ void BenchWalk() {
     std::fputs("window_bench: the last snippet is not shown\n", stderr);
     std::exit(1);
   }
-  PrintRatio("walk through 1000 snippets of 40 lines with the Down key", walking, kLimit);
+  PrintRatio("walk with the Down key, " + std::to_string(kPiece) + " of 1000 snippets of 40 lines", walking,
+             kLimit);
 }
 
 }  // namespace snip::bench
