@@ -101,6 +101,14 @@ class MainWindowTest : public testing::Test, protected MainWindowParts {
   frmAddIn window_{Services()};
 };
 
+TEST_F(MainWindowTest, TheTitleBarIsThatOfAnActiveWindowFromTheStart) {
+  Open();
+  EXPECT_TRUE(Until([&] {
+    const COLORREF blueIfActive = GetPixel(FrameDC(window_.hWnd()).get(), 300, 10);
+    return GetBValue(blueIfActive) > GetRValue(blueIfActive);
+  }));
+}
+
 TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeenAndComesBeforeTheList) {
   for (const bool again : {false, true}) {
     if (again) window_.Unload();

@@ -282,6 +282,7 @@ void SnippetControls::FocusNameBox() {
 }
 
 void SnippetControls::HideNameBox() {
+  if (txtName_ == nullptr) return;
   if (GetFocus() == txtName_) FocusList();
   ShowWindow(txtName_, SW_HIDE);
 }
