@@ -90,6 +90,7 @@ void ScriptPlayer::PressKeys(const std::string& keys) {
       {"F9", VK_F9},        {"F10", VK_F10}};
   const std::size_t last = keys.find_last_of('+') + 1;
   const auto key = named.find(keys.substr(last));
+  Need(key != named.end() || last + 1 == keys.size(), "no key " + keys);
   const WORD code = key == named.end() ? static_cast<WORD>(keys[last]) : key->second;
   const bool control = keys.starts_with("Ctrl+");
   const bool shift = keys.find("Shift+") != std::string::npos;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -17,6 +18,7 @@
 #include "tests/support/MainWindowParts.h"
 #include "ui/editor/CodeColours.h"
 #include "ui/find/frmFindKey.h"
+#include "ui/history/Notice.h"
 
 namespace snip::test {
 namespace {
@@ -101,12 +103,22 @@ class MainWindowTest : public testing::Test, protected MainWindowParts {
   frmAddIn window_{Services()};
 };
 
-TEST_F(MainWindowTest, TheTitleBarIsThatOfAnActiveWindowFromTheStart) {
-  Open();
-  EXPECT_TRUE(Until([&] {
+TEST_F(MainWindowTest, TheTitleBarStaysActiveFromTheStartToTheAnswerOfANotice) {
+  const auto active = [&] {
     const COLORREF blueIfActive = GetPixel(FrameDC(window_.hWnd()).get(), 300, 10);
     return GetBValue(blueIfActive) > GetRValue(blueIfActive);
-  }));
+  };
+  Open();
+  EXPECT_TRUE(Until(active));
+  std::optional<NoticeChoice> chosen;
+  Notice notice([&](NoticeChoice choice) { chosen = choice; });
+  notice.Show(window_.hWnd(), List(), {.line = "changed", .choices = {NoticeChoice::LoadAgain}});
+  notice.Focus();
+  EXPECT_TRUE(Until([&] { return active() && GetActiveWindow() != window_.hWnd(); }));
+  PressKey(VK_RETURN);
+  const auto answer = [&] { AnswerMessages([&](MSG& message) { return notice.PreTranslate(message); }); };
+  EXPECT_TRUE(WaitUntil([&] { return chosen == NoticeChoice::LoadAgain; }, 10000, answer));
+  EXPECT_TRUE(Until(active));
 }
 
 TEST_F(MainWindowTest, TheNameBoxGrowsSoThatAllOfTheNameIsSeenAndComesBeforeTheList) {

@@ -101,6 +101,11 @@ LRESULT Notice::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_MOUSEACTIVATE:
       return MA_NOACTIVATE;
+    case WM_NCACTIVATE:  // the notice is a part of its owner, which stays the active window to the eye
+      SendMessageA(GetWindow(hWnd(), GW_OWNER), message, wParam, lParam);
+      return Default(message, wParam, lParam);
+    case DM_GETDEFID:  // so that Enter presses the button with the focus, as Space does
+      return MAKELRESULT(GetDlgCtrlID(GetFocus()), DC_HASDEFID);
     case WM_CTLCOLORSTATIC: {
       const auto dc = reinterpret_cast<HDC>(wParam);
       SetTextColor(dc, GetSysColor(COLOR_INFOTEXT));
