@@ -10,6 +10,7 @@
 #include "platform/Twips.h"
 #include "ui/commandbar/PropertyBag.h"
 #include "ui/editor/BnRichEdit.h"
+#include "ui/main/DeferredRows.h"
 #include "ui/main/LibraryChooser.h"
 #include "ui/main/MainToolbars.h"
 #include "ui/main/MainWindowViews.h"
@@ -104,6 +105,7 @@ class SnippetControls : public SnippetView {
   UniqueFont fontHandle_;
   int lineHeight_ = 1;  ///< Of `fontHandle_`, in pixels.
   HWND lstCode_ = nullptr;
+  DeferredRows rows_;  ///< Of `lstCode`.
   HWND txtName_ = nullptr;
   int nameBoxId_ = 0;
   HWND txtDesc_ = nullptr;
