@@ -38,7 +38,11 @@ Connect::Session::Session(Connect& connect, IDispatch* vbInst)
       environment(root, [&connect] { return connect.FindHostGone(); }) {}
 
 Connect::Connect(ServerLife& life, AddInWindow& window)
-    : WithoutTypeInfo(life), life_(life), window_(window) {}
+    : WithoutTypeInfo(life), life_(life), window_(window) {
+  // Environments let go of the add-in right after its last call.
+  static const KeptInterfaces kept{__uuidof(IDTExtensibility), __uuidof(IDTExtensibility2),
+                                   __uuidof(IDispatch)};
+}
 
 Connect::~Connect() {
   // While the window asks whether to save, nothing may refer to this again: it would end a second time.

@@ -346,6 +346,7 @@ LRESULT AccessibleList::HandOut(WPARAM wParam) {
   static auto* const resultFromObject =
       SystemFunction<decltype(LresultFromObject)>("oleacc.dll", "LresultFromObject");
   if (resultFromObject == nullptr) return 0;
+  static const KeptInterfaces kept{__uuidof(IAccessible), __uuidof(IDispatch)};
   if (!object_) object_.Reset(new Object(window_.hWnd(), items_));
   return resultFromObject(__uuidof(IAccessible), wParam, object_.get());
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <ole2.h>
 
+#include <initializer_list>
 #include <string>
 #include <utility>
 
@@ -36,6 +37,14 @@ class OleThread {
 
  private:
   HRESULT entered_;
+};
+
+/// Has COM know interfaces from now on until the thread's apartment ends. When another process lets go of the
+/// last object with an interface, Wine 8 takes the interface back and waits for calls through it to end: for
+/// ever, if one ends at that moment. The program hung so after some 2,000 calls and releases of a busy
+/// machine.
+struct KeptInterfaces {
+  explicit KeptInterfaces(std::initializer_list<IID> interfaces);
 };
 
 /// Owns one reference to a COM object.

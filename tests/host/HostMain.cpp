@@ -332,6 +332,7 @@ class Host {
 int main() {
   using namespace snip;
   const ComApartment apartment;
+  const KeptInterfaces kept{__uuidof(IDispatch)};
   try {
     test::RegisterHostTypeLibrary();
     test::Host host;
