@@ -346,7 +346,8 @@ LRESULT AccessibleList::HandOut(WPARAM wParam) {
   static auto* const resultFromObject =
       SystemFunction<decltype(LresultFromObject)>("oleacc.dll", "LresultFromObject");
   if (resultFromObject == nullptr) return 0;
-  static const KeptInterfaces kept{__uuidof(IAccessible), __uuidof(IDispatch)};
+  static const KeptInterfaces kept{__uuidof(IAccessible), __uuidof(IDispatch), __uuidof(IOleWindow),
+                                   __uuidof(IEnumVARIANT)};
   if (!object_) object_.Reset(new Object(window_.hWnd(), items_));
   return resultFromObject(__uuidof(IAccessible), wParam, object_.get());
 }

@@ -27,7 +27,7 @@ KeptInterfaces::KeptInterfaces(std::initializer_list<IID> interfaces) {
   for (const IID& iid : interfaces) {
     const ComPtr<IUnknown> placeholder(new Placeholder(iid));
     ComPtr<IStream> reference;
-    // Strong, and never asked for nor given back: COM lets go of it with the apartment.
+    // A strong reference that nobody takes: COM lets go of it with the apartment.
     if (SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, reference.Put())))
       CoMarshalInterface(reference.get(), iid, placeholder.get(), MSHCTX_LOCAL, nullptr,
                          MSHLFLAGS_TABLESTRONG);

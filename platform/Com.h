@@ -39,10 +39,10 @@ class OleThread {
   HRESULT entered_;
 };
 
-/// Has COM know interfaces from now on until the thread's apartment ends. When another process lets go of the
-/// last object with an interface, Wine 8 takes the interface back and waits for calls through it to end: for
-/// ever, if one ends at that moment. The program hung so after some 2,000 calls and releases of a busy
-/// machine.
+/// Keeps interfaces registered with COM from now on until the thread's apartment ends. When another process
+/// lets go of the last object with an interface, Wine 8 takes the interface back and waits for calls through
+/// it to end: for ever, if one ends at that moment. The program hung so after some 2,000 calls and releases
+/// on a busy machine.
 struct KeptInterfaces {
   explicit KeptInterfaces(std::initializer_list<IID> interfaces);
 };

@@ -10,12 +10,12 @@ namespace {
 constexpr std::size_t kRowsAtOnce = 400;
 /// They take 4 ms under Wine 8, for which input may have to wait.
 constexpr std::size_t kRowsPerTick = 4000;
-/// Long enough for the other windows to be painted first.
+/// Long enough for the window to be painted, and to answer its first input.
 constexpr UINT kTickMs = 55;
-/// The list box itself has timers with small numbers.
+/// A number that no timer of the list box itself has.
 constexpr UINT_PTR kTimer = 0x726F;
 
-/// What the user does to the rows; a click into the scroll bar is in its second line.
+/// What the user does to the rows. A click on the scroll bar is one outside of the client area.
 bool IsInput(UINT message) {
   return (message >= WM_KEYFIRST && message <= WM_KEYLAST) ||
          (message >= WM_NCLBUTTONDOWN && message <= WM_NCMBUTTONDBLCLK) ||
@@ -37,7 +37,7 @@ void DeferredRows::Fill(HWND listBox, std::span<const Snippet> snippets) {
   Send(WM_SETREDRAW, FALSE);
   Send(LB_RESETCONTENT);
   Send(LB_INITSTORAGE, snippets.size(), static_cast<LPARAM>(size));
-  // What is seen already would get two scroll bars, one after the other.
+  // The thumb in the scroll bar of a visible list would shrink in steps.
   PutIn(IsWindowVisible(listBox_) != 0 ? SIZE_MAX : kRowsAtOnce);
   InvalidateRect(listBox_, nullptr, TRUE);
   if (next_ == names_.size()) return;
@@ -53,14 +53,14 @@ void DeferredRows::PutIn(std::size_t count) {
   Send(WM_SETREDRAW, FALSE);
   for (; count > 0 && next_ < names_.size(); --count, ++count_) {
     const char* const name = names_.c_str() + next_;
+    next_ += std::strlen(name) + 1;  // first, because whoever hears of the row may ask for more of them
     Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
-    next_ += std::strlen(name) + 1;
   }
   Send(WM_SETREDRAW, TRUE);
   if (next_ < names_.size()) return;
   KillTimer(listBox_, kTimer);
   subclass_.Stop();
-  names_ = {};
+  names_ = std::string();  // with its memory
   next_ = 0;
 }
 
