@@ -32,7 +32,6 @@ void DeferredRows::Fill(HWND listBox, std::span<const Snippet> snippets) {
   names_.reserve(size);
   for (const Snippet& snippet : snippets) (names_ += snippet.Name.c_str()) += '\0';
   next_ = 0;
-  count_ = 0;
   // With redrawing off and the memory reserved at once, even the longest library fills quickly.
   Send(WM_SETREDRAW, FALSE);
   Send(LB_RESETCONTENT);
@@ -40,7 +39,7 @@ void DeferredRows::Fill(HWND listBox, std::span<const Snippet> snippets) {
   // The thumb in the scroll bar of a visible list would shrink in steps.
   PutIn(IsWindowVisible(listBox_) != 0 ? SIZE_MAX : kRowsAtOnce);
   InvalidateRect(listBox_, nullptr, TRUE);
-  if (next_ == names_.size()) return;
+  if (names_.empty()) return;
   subclass_.Start(listBox_, [this](const Subclass::Message& message) { return OnMessage(message); });
 }
 
@@ -51,9 +50,10 @@ LRESULT DeferredRows::Send(UINT message, WPARAM wParam, LPARAM lParam) const {
 
 void DeferredRows::PutIn(std::size_t count) {
   Send(WM_SETREDRAW, FALSE);
-  for (; count > 0 && next_ < names_.size(); --count, ++count_) {
+  for (; count > 0 && next_ < names_.size(); --count) {
     const char* const name = names_.c_str() + next_;
-    next_ += std::strlen(name) + 1;  // first, because whoever hears of the row may ask for more of them
+    // Advance first: a hook that is told of the new row may send a message that puts in the others.
+    next_ += std::strlen(name) + 1;
     Send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
   }
   Send(WM_SETREDRAW, TRUE);
@@ -75,7 +75,7 @@ bool DeferredRows::Needs(const Subclass::Message& message) const {
     case LB_GETITEMRECT:
     case LB_GETTEXT:
     case LB_GETTEXTLEN:
-      return message.wParam >= count_;
+      return message.wParam >= static_cast<WPARAM>(Send(LB_GETCOUNT));
     default:
       return IsInput(message.id) || (message.id >= LB_ADDSTRING && message.id < LB_MSGMAX);
   }

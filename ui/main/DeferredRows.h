@@ -27,10 +27,9 @@ class DeferredRows {
   LRESULT OnMessage(const Subclass::Message& message);
 
   HWND listBox_ = nullptr;
-  Subclass subclass_;      ///< While rows are missing.
-  std::string names_;      ///< Of all rows while some are missing, each with a zero at its end; else empty.
-  std::size_t next_ = 0;   ///< Where the first missing name begins in `names_`.
-  std::size_t count_ = 0;  ///< Of the rows that have been put in.
+  Subclass subclass_;     ///< While rows are missing.
+  std::string names_;     ///< Of all rows while some are missing, each with a zero at its end; else empty.
+  std::size_t next_ = 0;  ///< Where the first missing name begins in `names_`.
 };
 
 }  // namespace snip
